@@ -1,0 +1,24 @@
+#include "LocaleCatalogue.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLocale>
+#include <QTranslator>
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+
+    QTranslator translator;
+    const QString file = catalogueForLocale(QLocale::system().name());
+    // A failed load is no error: the interface then shows its English source texts.
+    if (!translator.load(file, ":/translations"))
+        qDebug("no catalogue %s", qPrintable(file));
+    QCoreApplication::installTranslator(&translator);
+
+    QLabel window("The live canvas comes here");
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,10 @@
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets PrintSupport Svg Test)
+find_package(Qt5LinguistTools 5.15 REQUIRED)
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(JPEG REQUIRED)
+pkg_check_modules(UVC REQUIRED IMPORTED_TARGET libuvc)
+pkg_check_modules(USB REQUIRED IMPORTED_TARGET libusb-1.0)
+pkg_check_modules(UMOCKDEV REQUIRED IMPORTED_TARGET umockdev-1.0)
+pkg_check_modules(GSTREAMER REQUIRED IMPORTED_TARGET
+    gstreamer-1.0 gstreamer-app-1.0 gstreamer-video-1.0 gstreamer-audio-1.0 gstreamer-pbutils-1.0)

@@ -1,0 +1,53 @@
+# Sourced by ./run and ./test: which Debian packages each needs, and how they come here.
+
+# What the program is built from.
+BUILD_PACKAGES="
+    build-essential cmake ninja-build pkg-config
+    qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
+    libuvc-dev libusb-1.0-0-dev libumockdev-dev umockdev libjpeg-dev
+    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev"
+
+# What it uses while it runs.
+RUN_PACKAGES="
+    gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
+    gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-pulseaudio
+    fonts-liberation fonts-noto-cjk"
+
+# What the tests drive it with.
+TEST_PACKAGES="
+    xvfb xauth x11-utils xdotool openbox imagemagick
+    cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils ffmpeg"
+
+# What the benchmarks measure beside it.
+BENCHMARK_PACKAGES="libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv"
+
+# install_packages NAME...: installs those that are missing, as root or through sudo, and says so.
+install_packages() {
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        echo "This script installs packages of Debian 12 and its relatives, and this system has no" >&2
+        echo "dpkg and apt-get. Install the equivalents of these by hand, then build with" >&2
+        echo "'cmake --preset release && cmake --build --preset release':" >&2
+        echo "   " $* >&2
+        return 1
+    fi
+    local missing=() name
+    for name in $*; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Missing packages: ${missing[*]}" >&2
+            echo "Install them as root: apt-get install ${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}"
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null 2>&1 && return 0
+    # The package lists may be absent or old; once with fresh ones, and this time say what is wrong.
+    "${as_root[@]}" apt-get update -q >/dev/null || return 1
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >/dev/null
+}

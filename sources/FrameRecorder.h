@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// A running recording of the live picture, as the camera sees it: handed each frame after the
+/// canvas has written the shown picture back into it.
+///
+/// Made and finished on the GUI thread; pictures come on the camera's frame thread.
+class FrameRecorder
+{
+public:
+    virtual ~FrameRecorder() = default;
+
+    /// `rgb`: packed 8-bit RGB, `width * height * 3` bytes, valid during the call only.
+    /// `microseconds`: captureMicroseconds() at the frame's arrival.
+    /// Never waits for the GUI thread; a picture that cannot be taken at once is dropped.
+    virtual void pictureCaptured(const void *rgb, int width, int height, qint64 microseconds) = 0;
+
+    /// Completes the movie file. No picture comes during or after this call.
+    virtual void finish() = 0;
+};

@@ -1,0 +1,228 @@
+#include "LiveSource.h"
+
+#include "FrameRecorder.h"
+#include "ICaptureCB.h"
+#include "UvcCamera.h"
+
+#include <QtGlobal>
+
+#include <mutex>
+
+namespace
+{
+
+constexpr int VENDOR_ID = 0x04FC;
+constexpr int PRODUCT_ID = 0x6330;
+constexpr int FRAMES_PER_SECOND = 30;
+constexpr int POLL_INTERVAL_MS = 500;
+// A camera that has just been plugged in needs this long before it can be opened reliably.
+constexpr qint64 SETTLE_MS = 2001;
+
+// The unit's guidExtensionCode as it lies in the descriptor.
+constexpr std::uint8_t ICATCH_UVC_EXTENSION_UNIT_GUID[16] = {
+    0x82, 0x06, 0x61, 0x63, 0x70, 0x50, 0xAB, 0x49, 0xB8, 0xCC, 0xB3, 0x85, 0x5E, 0x8D, 0x22, 0x1D};
+
+} // namespace
+
+class LiveSourcePrivate
+{
+public:
+    explicit LiveSourcePrivate(ICaptureCB *receiver)
+        : callback(receiver)
+    {
+    }
+
+    /// Frame thread.
+    void frameArrived(void *rgb, int width, int height, qint64 microseconds)
+    {
+        callback->imageCaptured(rgb, width, height, false, false);
+        const std::lock_guard<std::mutex> lock(recorderMutex);
+        if (recorder)
+            recorder->pictureCaptured(rgb, width, height, microseconds);
+    }
+
+    ICaptureCB *callback;
+    /// Guards the pointer to the recorder, which is set while frames already come. Held by the
+    /// frame thread while the recorder takes a picture; never held while the recorder is made or
+    /// finished.
+    std::mutex recorderMutex;
+    std::unique_ptr<FrameRecorder> recorder;
+    UvcCamera camera;
+};
+
+LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution,
+                       QObject *parent)
+    : LiveSourceBase(parent)
+    , m_private(std::make_unique<LiveSourcePrivate>(callback))
+    , m_resolution(resolution)
+    , m_recordingResolution(recordingResolution)
+{
+    connect(&m_existenceTimer, SIGNAL(timeout()), this, SLOT(checkExistance()));
+    checkExistance();
+    m_existenceTimer.start(POLL_INTERVAL_MS);
+}
+
+LiveSource::~LiveSource()
+{
+    if (m_running)
+        tearDownCaptureGraph();
+}
+
+bool LiveSource::running() const
+{
+    return m_running;
+}
+
+int LiveSource::ksPropSet(unsigned long property, void *data, unsigned long length)
+{
+    return m_private->camera.setControl(static_cast<std::uint8_t>(property & 0xFF), data, length);
+}
+
+int LiveSource::ksPropGet(unsigned long property, void *data, unsigned long length)
+{
+    return m_private->camera.getControl(static_cast<std::uint8_t>(property & 0xFF), data, length);
+}
+
+void LiveSource::initUVCControl()
+{
+    m_private->camera.findExtensionUnit(ICATCH_UVC_EXTENSION_UNIT_GUID);
+}
+
+void LiveSource::startCapture()
+{
+    // The frame of a running stream is replaced; it must not be written to any more.
+    if (m_private->camera.streaming())
+        tearDownCaptureGraph();
+    createCaptureGraph(false);
+}
+
+void LiveSource::stopCapture()
+{
+    if (m_running)
+        tearDownCaptureGraph();
+}
+
+void LiveSource::pauseCapture() {}
+
+void LiveSource::resumeCapture() {}
+
+void LiveSource::startRecord(const QString &fileName)
+{
+    if (!m_running)
+        return;
+    tearDownCaptureGraph();
+    m_recordFileName = fileName;
+    createCaptureGraph(true);
+}
+
+void LiveSource::stopRecord()
+{
+    if (!m_running)
+        return;
+    tearDownCaptureGraph();
+    createCaptureGraph(false);
+}
+
+void LiveSource::setResolution(QSize resolution)
+{
+    if (resolution == m_resolution)
+        return;
+    if (m_running)
+        tearDownCaptureGraph();
+    m_resolution = resolution;
+    createCaptureGraph(false);
+}
+
+void LiveSource::setRecordingResolution(QSize resolution)
+{
+    m_recordingResolution = resolution;
+}
+
+QSize LiveSource::resolution() const
+{
+    return m_resolution;
+}
+
+QSize LiveSource::recordingResolution() const
+{
+    return m_recordingResolution;
+}
+
+bool LiveSource::recording() const
+{
+    return m_recording;
+}
+
+void LiveSource::checkExistance()
+{
+    if (m_running)
+        return;
+    UvcCamera::Device device = m_private->camera.find(VENDOR_ID, PRODUCT_ID);
+    if (!device) {
+        m_presenceTimer.invalidate();
+        return;
+    }
+    qDebug("DEVICE FOUND");
+    if (!m_presenceTimer.isValid()) {
+        m_presenceTimer.start();
+        return;
+    }
+    if (m_presenceTimer.elapsed() < SETTLE_MS)
+        return;
+
+    // A camera that cannot be opened counts as running all the same: it is not tried again and
+    // every operation on it fails at once.
+    if (m_private->camera.open(std::move(device)) < 0)
+        qDebug("uvc_open() failed.");
+    m_running = true;
+    initUVCControl();
+    createCaptureGraph(false);
+}
+
+void LiveSource::createCaptureGraph(bool record)
+{
+    if (!m_running)
+        return;
+    m_recording = record;
+    const QSize size = record ? m_recordingResolution : m_resolution;
+    UvcCamera &camera = m_private->camera;
+    if (camera.negotiate(size, FRAMES_PER_SECOND) < 0)
+        qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
+    camera.startStreaming(size, [d = m_private.get()](void *rgb, int width, int height, qint64 at) {
+        d->frameArrived(rgb, width, height, at);
+    });
+    if (!record)
+        return;
+
+    std::unique_ptr<FrameRecorder> recorder = createRecorder(size);
+    const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
+    m_private->recorder = std::move(recorder);
+}
+
+void LiveSource::tearDownCaptureGraph()
+{
+    UvcCamera &camera = m_private->camera;
+    camera.silence();
+    // Stopping the stream of a camera that has left may take its time; the movie comes first then.
+    if (camera.gone())
+        finishRecording();
+    camera.stopStreaming();
+    finishRecording();
+}
+
+void LiveSource::finishRecording()
+{
+    m_recording = false;
+    std::unique_ptr<FrameRecorder> recorder;
+    {
+        const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
+        recorder = std::move(m_private->recorder);
+    }
+    if (recorder)
+        recorder->finish();
+}
+
+std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize)
+{
+    return nullptr;
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "LiveSourceBase.h"
+
+#include <QElapsedTimer>
+#include <QSize>
+#include <QString>
+#include <QTimer>
+
+#include <memory>
+
+class FrameRecorder;
+class ICaptureCB;
+class LiveSourcePrivate;
+
+/// The document camera: waits for it to be plugged in, streams its pictures to the canvas, carries
+/// the camera controls, and records.
+///
+/// Every operation belongs to the GUI thread, which must hold no lock that the canvas or a recorder
+/// takes, as a teardown waits for the frame in flight. Frames reach the callback and the recorder
+/// on the camera's frame thread. No operation waits for the camera without a bound.
+class LiveSource : public LiveSourceBase
+{
+    Q_OBJECT
+
+public:
+    /// `callback` is not owned and outlives the source. `resolution` is the preview's size in
+    /// pixels, `recordingResolution` that of movies.
+    LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution, QObject *parent);
+    ~LiveSource() override;
+
+    /// False until the camera has been opened; stays true from then on, also when it is unplugged
+    /// or could not really be opened.
+    bool running() const override;
+
+    /// Bytes transferred; negative (a libuvc error code) on failure. A camera that has gone, was
+    /// never opened or has no extension unit fails at once.
+    int ksPropSet(unsigned long property, void *data, unsigned long length) override;
+    int ksPropGet(unsigned long property, void *data, unsigned long length) override;
+
+    /// Looks for the camera's extension unit; without one every control fails.
+    void initUVCControl();
+
+    void startCapture();
+    void stopCapture();
+    /// The camera keeps streaming while other modes are shown: both do nothing.
+    void pauseCapture();
+    void resumeCapture();
+
+    /// Restarts the stream at the recording size and records it into a QuickTime file of that name.
+    /// Nothing happens while the camera is not running.
+    void startRecord(const QString &fileName);
+    void stopRecord();
+
+    /// Restarts the stream when the size differs from the current one.
+    void setResolution(QSize resolution);
+    /// Takes effect at the next recording.
+    void setRecordingResolution(QSize resolution);
+
+    [[nodiscard]] QSize resolution() const;
+    [[nodiscard]] QSize recordingResolution() const;
+    [[nodiscard]] bool recording() const;
+
+public slots:
+    /// One look at the bus; opens the camera once it has been there for more than two seconds.
+    void checkExistance();
+
+signals:
+    /// The movie could not be written on (disk full, folder gone); its file has been finished as
+    /// far as possible. Emitted on the GUI thread.
+    void recordingFailed();
+
+private:
+    void createCaptureGraph(bool record);
+    void tearDownCaptureGraph();
+    void finishRecording();
+    /// A recorder that writes pictures of that size into the record file; null when there is none.
+    std::unique_ptr<FrameRecorder> createRecorder(QSize size);
+
+    std::unique_ptr<LiveSourcePrivate> m_private;
+    QTimer m_existenceTimer;
+    bool m_running = false;
+    bool m_recording = false;
+    /// How long the camera has been seen without a break; invalid while it is not there.
+    QElapsedTimer m_presenceTimer;
+    QString m_recordFileName;
+    QSize m_resolution;
+    QSize m_recordingResolution;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QDir>
+#include <QStringList>
+
+/// The arithmetic of a folder of photographs, without a player or a timer.
+namespace PhotographList
+{
+
+/// The bare names of the pictures of a folder: readable plain files with one of the five known
+/// suffixes in lower case, sorted by name with upper case first.
+[[nodiscard]] QStringList list(const QDir &dir);
+
+/// One step back; stays on the first.
+[[nodiscard]] int previousIndex(int current);
+/// One step forward; stays on the last. -1 for an empty list.
+[[nodiscard]] int nextIndex(int current, int count);
+/// The slideshow's step, from the last to the first again. -1 for an empty list.
+[[nodiscard]] int wrappedIndex(int current, int count);
+
+} // namespace PhotographList

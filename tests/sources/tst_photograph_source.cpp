@@ -1,0 +1,284 @@
+#include "sources/ICaptureCB.h"
+#include "sources/PhotographSource.h"
+#include "tests/fakes/FakeMainWindowDoor.h"
+
+#include <QtTest>
+
+#include <QImage>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+namespace
+{
+
+class Receiver : public ICaptureCB
+{
+public:
+    void imageCaptured(const QImage &image) override { pictures.append(image); }
+    void imageCaptured(void *, int, int, bool, bool) override { QFAIL("photographs are images"); }
+    void startAutoRefresh() override { calls.append("start"); }
+    void stopAutoRefresh() override { calls.append("stop"); }
+
+    QVector<QImage> pictures;
+    QStringList calls;
+};
+
+} // namespace
+
+class PhotographSourceTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_receiver = Receiver();
+        m_window = std::make_unique<QObject>();
+        fakeMainWindow = FakeMainWindow();
+        fakeMainWindow.object = m_window.get();
+        m_source =
+            new PhotographSource(&m_receiver, reinterpret_cast<MainWindow *>(m_window.get()));
+    }
+
+    void itIsAChildOfTheWindow() { QCOMPARE(m_source->parent(), m_window.get()); }
+
+    void openingAFolderShowsTheChosenPicture()
+    {
+        fill({"a.png", "b.png", "c.png"});
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QCOMPARE(m_source->photographCount(), 3);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(changed[0][0].toInt(), 1);
+        QCOMPARE(shownWidth(), 2);
+        QCOMPARE(fakeMainWindow.thumbnailRefreshes, 1);
+        QCOMPARE(m_source->fileNameList(),
+                 QStringList(
+                     {dir().filePath("a.png"), dir().filePath("b.png"), dir().filePath("c.png")}));
+    }
+
+    void aFolderWithoutTheFileChangesNothing()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QTemporaryDir other;
+        QVERIFY(!m_source->setDirectory(QDir(other.path()), "b.png"));
+        QVERIFY(!m_source->setDirectory(dir(), "B.png"));
+        QVERIFY(!m_source->setDirectory(dir(), "missing.png"));
+        QCOMPARE(m_source->photographCount(), 2);
+        QCOMPARE(fakeMainWindow.thumbnailRefreshes, 1);
+        QCOMPARE(m_receiver.pictures.size(), 1);
+    }
+
+    void aRefusedFolderLeavesTheSlideshowRunning()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        m_source->play();
+        QVERIFY(!m_source->setDirectory(dir(), "missing.png"));
+        QTRY_VERIFY(m_receiver.pictures.size() >= 3);
+    }
+
+    void anIndexOutsideTheListIsIgnored()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        m_source->selectPhotograph(-1);
+        m_source->selectPhotograph(2);
+        QCOMPARE(changed.size(), 0);
+        QCOMPARE(m_receiver.pictures.size(), 1);
+    }
+
+    void steppingStopsAtBothEndsAndShowsTheEndAgain()
+    {
+        fill({"a.png", "b.png", "c.png"});
+        QVERIFY(m_source->setDirectory(dir(), "c.png"));
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        m_source->next();
+        QCOMPARE(changed.takeFirst()[0].toInt(), 2);
+        m_source->selectPhotograph(0);
+        changed.clear();
+        m_source->previous();
+        QCOMPARE(changed.takeFirst()[0].toInt(), 0);
+        m_source->next();
+        QCOMPARE(changed.takeFirst()[0].toInt(), 1);
+    }
+
+    void nothingHappensBeforeAFolderIsOpen()
+    {
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        m_source->next();
+        m_source->previous();
+        m_source->setPlayInterval(1);
+        m_source->play();
+        QTest::qWait(20);
+        QCOMPARE(changed.size(), 0);
+        QCOMPARE(m_receiver.pictures.size(), 0);
+    }
+
+    void theSlideshowWrapsUntilStoppedWhichSaysSoOnce()
+    {
+        fill({"a.png", "b.png", "c.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        QSignalSpy done(m_source, &PhotographSource::playDone);
+        m_source->setPlayInterval(1);
+        m_source->play();
+        QTRY_VERIFY(changed.size() >= 4);
+        m_source->stop();
+        QCOMPARE(done.size(), 1);
+        const QVector<int> expected{2, 0, 1, 2};
+        for (int i = 0; i < expected.size(); ++i)
+            QCOMPARE(changed[i][0].toInt(), expected[i]);
+        const int shown = changed.size();
+        QTest::qWait(30);
+        QCOMPARE(changed.size(), shown);
+    }
+
+    void stopSaysSoAlsoWhenNothingPlayed()
+    {
+        QSignalSpy done(m_source, &PhotographSource::playDone);
+        m_source->stop();
+        QCOMPARE(done.size(), 1);
+    }
+
+    void steppingAndOpeningStopTheSlideshowSilently_data()
+    {
+        QTest::addColumn<int>("action");
+        QTest::newRow("previous") << 0;
+        QTest::newRow("next") << 1;
+        QTest::newRow("open") << 2;
+    }
+
+    void steppingAndOpeningStopTheSlideshowSilently()
+    {
+        QFETCH(int, action);
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        QSignalSpy done(m_source, &PhotographSource::playDone);
+        m_source->setPlayInterval(1);
+        m_source->play();
+        if (action == 0)
+            m_source->previous();
+        else if (action == 1)
+            m_source->next();
+        else
+            QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        const int shown = m_receiver.pictures.size();
+        QTest::qWait(30);
+        QCOMPARE(m_receiver.pictures.size(), shown);
+        QCOMPARE(done.size(), 0);
+    }
+
+    void aNewIntervalTakesEffectAtTheNextPlay()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        m_source->play();
+        m_source->setPlayInterval(5000000);
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        QTRY_VERIFY(changed.size() >= 2);
+        m_source->play();
+        changed.clear();
+        QTest::qWait(30);
+        QCOMPARE(changed.size(), 0);
+    }
+
+    void returningToTheModeShowsTheOpenedPictureNotTheLastOne()
+    {
+        fill({"a.png", "b.png", "c.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        m_source->next();
+        QCOMPARE(shownWidth(), 3);
+        m_source->pauseCapture();
+        QCOMPARE(m_receiver.calls, QStringList({"stop"}));
+        m_source->resumeCapture();
+        QCOMPARE(shownWidth(), 2);
+        QCOMPARE(m_receiver.calls, QStringList({"stop", "start"}));
+    }
+
+    void theSlideshowRunsOnUnseenWhilePaused()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        m_source->play();
+        m_source->pauseCapture();
+        QTRY_VERIFY(m_receiver.pictures.size() >= 3);
+    }
+
+    void aFolderThatVanishedKeepsTheOldList()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        QVERIFY(m_folder->remove());
+        m_source->resumeCapture();
+        QCOMPARE(m_source->photographCount(), 2);
+        QCOMPARE(m_receiver.calls, QStringList({"start"}));
+        m_source->next();
+        QVERIFY(m_receiver.pictures.last().isNull());
+    }
+
+    void aFolderThatVanishesDuringASlideshowGivesNullPictures()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        QVERIFY(m_folder->remove());
+        m_source->play();
+        QTRY_VERIFY(m_receiver.pictures.size() >= 4);
+        QVERIFY(m_receiver.pictures.last().isNull());
+    }
+
+    void aRefilledFolderIsReadAnewOnReturn()
+    {
+        fill({"b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        fill({"a.png", "b.png", "c.png"});
+        m_source->resumeCapture();
+        QCOMPARE(m_source->photographCount(), 3);
+        QVERIFY(QFile::remove(dir().filePath("b.png")));
+        m_source->resumeCapture();
+        QCOMPARE(m_source->photographCount(), 3);
+    }
+
+    void aTextFileNamedAsAPictureIsDeliveredAsANullPicture()
+    {
+        QFile file(dir().filePath("a.jpg"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("no picture");
+        file.close();
+        QSignalSpy changed(m_source, &PhotographSource::photographChanged);
+        QVERIFY(m_source->setDirectory(dir(), "a.jpg"));
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(m_receiver.pictures.size(), 1);
+        QVERIFY(m_receiver.pictures[0].isNull());
+    }
+
+private:
+    QDir dir() const { return QDir(m_folder->path()); }
+
+    /// Writes pictures whose widths are 1, 2, 3, ... so that one can be told from another.
+    void fill(const QStringList &names)
+    {
+        for (int i = 0; i < names.size(); ++i) {
+            QImage image(i + 1, 1, QImage::Format_RGB32);
+            image.fill(Qt::red);
+            QVERIFY(image.save(dir().filePath(names[i])));
+        }
+    }
+
+    int shownWidth() const { return m_receiver.pictures.last().width(); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QObject> m_window;
+    Receiver m_receiver;
+    PhotographSource *m_source = nullptr;
+};
+
+QTEST_MAIN(PhotographSourceTest)
+#include "tst_photograph_source.moc"

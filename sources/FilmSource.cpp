@@ -1,0 +1,364 @@
+#include "sources/FilmSource.h"
+
+#include "sources/ICaptureCB.h"
+#include "sources/media/DisplayLink.h"
+#include "sources/media/FilmPlayer.h"
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QTimer>
+
+#include <atomic>
+#include <limits>
+#include <mutex>
+#include <utility>
+
+namespace
+{
+
+constexpr int tickMs = 100;
+
+} // namespace
+
+/// What the display link's and the player's threads touch.
+class FilmSourcePrivate
+{
+public:
+    FilmSourcePrivate(ICaptureCB *receiver, std::unique_ptr<FilmPlayer> filmPlayer,
+                      const FilmSource::MakeDisplayLink &makeDisplayLink)
+        : callback(receiver)
+        , player(std::move(filmPlayer))
+        , displayLink(makeDisplayLink([this] { pullFrame(); }))
+    {
+    }
+
+    ~FilmSourcePrivate()
+    {
+        displayLink->stop();
+        displayLink.reset();
+        player.reset();
+    }
+
+    /// Shows the picture that is due, if it belongs to the film of that generation.
+    void displayPicture(quint64 ofGeneration)
+    {
+        const std::lock_guard lock(mutex);
+        if (loaded && ofGeneration == generation)
+            showNewPicture();
+    }
+
+    ICaptureCB *const callback;
+
+    // Written on the GUI thread, read on all.
+    std::atomic<bool> loaded{false};
+    std::atomic<bool> playing{false};
+    /// Pictures come from seeks alone.
+    std::atomic<bool> stepping{false};
+    /// Counts what makes pictures come again, so that an end from before it is told apart.
+    std::atomic<quint64> action{0};
+
+    // Written on the player's thread.
+    /// Seconds; 0 when unknown.
+    std::atomic<double> duration{0};
+    /// The film is neither open nor given up yet.
+    std::atomic<bool> opening{false};
+
+    /// Guards generation, and is held while a picture is taken from the player and shown and while
+    /// the film is replaced. The GUI thread holds it for a replacement only.
+    std::mutex mutex;
+    /// Counts the films, so that what belongs to one before is told apart. Written on the GUI
+    /// thread, which therefore reads it without the lock.
+    quint64 generation = 0;
+
+    std::unique_ptr<FilmPlayer> player;
+    std::unique_ptr<DisplayLink> displayLink;
+
+private:
+    void pullFrame()
+    {
+        const std::lock_guard lock(mutex);
+        if (loaded && !stepping)
+            showNewPicture();
+    }
+
+    void showNewPicture()
+    {
+        player->showNewPicture([this](const QImage &picture) { callback->imageCaptured(picture); });
+    }
+};
+
+FilmSource::FilmSource(ICaptureCB *callback, QObject *parent)
+    : FilmSource(callback, parent, FilmPlayer::create(), DisplayLink::create)
+{
+}
+
+FilmSource::FilmSource(ICaptureCB *callback, QObject *parent, std::unique_ptr<FilmPlayer> player,
+                       const MakeDisplayLink &makeDisplayLink)
+    : QObject(parent)
+    , m_callback(callback)
+    , m_tickTimer(new QTimer(this))
+    , m_stepClock(std::make_unique<QElapsedTimer>())
+    , m_private(std::make_unique<FilmSourcePrivate>(callback, std::move(player), makeDisplayLink))
+{
+    m_tickTimer->setInterval(tickMs);
+    m_tickTimer->setTimerType(Qt::PreciseTimer);
+    connect(m_tickTimer, &QTimer::timeout, this, &FilmSource::tickEvent);
+    m_stepClock->start();
+}
+
+FilmSource::~FilmSource()
+{
+    if (m_private->loaded)
+        clearFlags();
+    // Joins both threads; their last calls may still reach this object, so it is whole until then.
+    m_private.reset();
+}
+
+bool FilmSource::setFile(const QString &path)
+{
+    if (m_private->loaded)
+        clearFlags();
+    {
+        const std::lock_guard lock(m_private->mutex);
+        ++m_private->generation;
+        m_private->duration = 0;
+        m_private->opening = true;
+        m_private->player->open(path, filmEvents());
+    }
+    ++m_private->action;
+    m_private->loaded = true;
+    m_private->playing = true;
+    m_private->stepping = false;
+    m_tickTimer->start();
+    m_private->player->play();
+    m_private->displayLink->start();
+    m_callback->stopAutoRefresh();
+    return true;
+}
+
+void FilmSource::play()
+{
+    if (!m_private->loaded)
+        return;
+    ++m_private->action;
+    m_refreshingAtEnd = false;
+    m_stepper.setNormalSpeed();
+    m_private->playing = true;
+    m_private->stepping = false;
+    m_private->player->play();
+    m_private->displayLink->start();
+    m_tickTimer->start();
+    m_stepClock->restart();
+    m_callback->stopAutoRefresh();
+}
+
+void FilmSource::pause()
+{
+    if (!m_private->loaded)
+        return;
+    ++m_private->action;
+    m_private->player->pause();
+    m_private->displayLink->stop();
+    m_private->playing = false;
+    m_private->stepping = false;
+    m_tickTimer->stop();
+    m_callback->startAutoRefresh();
+}
+
+void FilmSource::stop()
+{
+    if (!m_private->loaded)
+        return;
+    ++m_private->action;
+    m_private->displayLink->stop();
+    m_private->stepping = true;
+    m_stepper.setPosition(0);
+    m_private->player->pause();
+    seekTo(0);
+    emit tick();
+    m_tickTimer->stop();
+    m_callback->startAutoRefresh();
+}
+
+void FilmSource::backward()
+{
+    if (!m_private->loaded)
+        return;
+    m_stepper.slower();
+    speedChanged();
+}
+
+void FilmSource::forward()
+{
+    if (!m_private->loaded)
+        return;
+    m_stepper.faster();
+    speedChanged();
+}
+
+void FilmSource::speedChanged()
+{
+    if (!m_private->loaded)
+        return;
+    if (!m_stepper.atNormalSpeed()) {
+        m_private->displayLink->stop();
+        m_private->stepping = true;
+        m_stepper.setPosition(m_private->player->currentTime());
+        m_private->player->pause();
+        m_stepClock->restart();
+    } else if (m_private->playing) {
+        leaveEnd();
+        m_private->displayLink->start();
+        m_private->stepping = false;
+        m_private->player->play();
+    }
+}
+
+int FilmSource::currentPosition()
+{
+    if (m_private->stepping)
+        return FilmStepper::percent(m_stepper.position(), m_private->duration);
+    if (m_pendingPercent >= 0)
+        return m_pendingPercent;
+    return FilmStepper::percent(m_private->player->currentTime(), m_private->duration);
+}
+
+void FilmSource::pauseCapture()
+{
+    pause();
+    m_callback->stopAutoRefresh();
+}
+
+void FilmSource::resumeCapture()
+{
+    m_private->player->prepare();
+    m_callback->startAutoRefresh();
+}
+
+void FilmSource::releaseObjects()
+{
+    if (!m_private->loaded)
+        return;
+    clearFlags();
+    m_private->displayLink->stop();
+    const std::lock_guard lock(m_private->mutex);
+    ++m_private->generation;
+    m_private->player->close();
+}
+
+void FilmSource::setPosition(int position)
+{
+    if (!m_private->loaded)
+        return;
+    if (m_private->opening) {
+        m_pendingPercent = position;
+        return;
+    }
+    if (m_private->playing && !m_private->stepping)
+        leaveEnd();
+    seekTo(FilmStepper::secondsAt(position, m_private->duration));
+}
+
+void FilmSource::setVolume(int volume)
+{
+    if (m_private->loaded)
+        m_private->player->setVolume(static_cast<float>(volume / 100.0));
+}
+
+void FilmSource::tickEvent()
+{
+    if (m_private->stepping) {
+        double place = m_stepper.position();
+        const qint64 elapsedMs = m_stepClock->elapsed();
+        if (!m_stepper.atNormalSpeed() && m_private->playing && elapsedMs >= tickMs) {
+            place = m_stepper.advance(elapsedMs);
+            m_stepClock->restart();
+            seekTo(m_stepper.position());
+        }
+        // The end of a film that is still being opened is not known yet.
+        const double duration = m_private->opening ? std::numeric_limits<double>::infinity()
+                                                   : m_private->duration.load();
+        const bool parked = !m_private->playing && m_stepper.position() == 0;
+        if (FilmStepper::beyondEnds(place, duration) && !parked)
+            parkAtStart();
+    }
+    emit tick();
+}
+
+FilmPlayer::Events FilmSource::filmEvents()
+{
+    // Called on the player's thread, at the latest while the destructor joins it.
+    FilmSourcePrivate *shared = m_private.get();
+    const quint64 generation = shared->generation;
+    FilmPlayer::Events events;
+    events.durationKnown = [this, shared, generation](double seconds) {
+        {
+            const std::lock_guard lock(shared->mutex);
+            if (generation != shared->generation)
+                return;
+            shared->duration = seconds;
+            shared->opening = false;
+        }
+        QMetaObject::invokeMethod(
+            this, [this, generation] { filmOpened(generation); }, Qt::QueuedConnection);
+    };
+    events.ended = [this, shared, generation] {
+        const quint64 action = shared->action;
+        QMetaObject::invokeMethod(
+            this, [this, generation, action] { filmEnded(generation, action); },
+            Qt::QueuedConnection);
+    };
+    return events;
+}
+
+void FilmSource::clearFlags()
+{
+    m_private->loaded = false;
+    m_private->playing = false;
+    m_private->stepping = false;
+    m_tickTimer->stop();
+    m_pendingPercent = -1;
+    m_refreshingAtEnd = false;
+}
+
+void FilmSource::leaveEnd()
+{
+    ++m_private->action;
+    if (std::exchange(m_refreshingAtEnd, false))
+        m_callback->stopAutoRefresh();
+}
+
+void FilmSource::seekTo(double seconds)
+{
+    m_pendingPercent = -1;
+    FilmSourcePrivate *target = m_private.get();
+    const quint64 generation = target->generation;
+    m_private->player->seek(seconds,
+                            [target, generation](bool) { target->displayPicture(generation); });
+}
+
+void FilmSource::parkAtStart()
+{
+    m_private->playing = false;
+    m_stepper.setPosition(0);
+    seekTo(0);
+    m_callback->startAutoRefresh();
+}
+
+void FilmSource::filmOpened(quint64 generation)
+{
+    if (m_private->loaded && generation == m_private->generation && m_pendingPercent >= 0)
+        setPosition(m_pendingPercent);
+}
+
+void FilmSource::filmEnded(quint64 generation, quint64 action)
+{
+    if (!m_private->loaded || generation != m_private->generation)
+        return;
+    m_private->opening = false;
+    m_pendingPercent = -1;
+    if (action != m_private->action)
+        return;
+    m_refreshingAtEnd = true;
+    m_callback->startAutoRefresh();
+}

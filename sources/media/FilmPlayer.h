@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class QImage;
+
+/// Plays one film at a time: pictures are asked for, sound goes to the desktop by itself.
+///
+/// Every operation may be called from any thread, returns at once and never waits for the file, the
+/// decoder or the sound server; the work is done on a thread of the player's own. The newest wish
+/// counts: operations that arrive while an earlier one is under way replace what it had not begun.
+/// Events and completions are called on the player's thread, with no lock of the player held. After
+/// open() or close() an event of the film before may still be under way, so each open() brings its
+/// own. The destructor joins the thread; nothing is called afterwards.
+class FilmPlayer
+{
+public:
+    struct Events {
+        /// The film is open: its length in seconds, 0 when unknown. Again when it turns out longer
+        /// or shorter. Not called for a film that cannot be opened.
+        std::function<void(double seconds)> durationKnown;
+        /// No more pictures will come: the end was reached while playing, or the film cannot be
+        /// opened or read any further. Once for each time that this happens.
+        std::function<void()> ended;
+    };
+
+    /// True when the place was reached and its picture waits for showNewPicture(); false when it
+    /// was not (superseded by a later seek or film, beyond the readable part, too slow).
+    using Completion = std::function<void(bool reached)>;
+
+    virtual ~FilmPlayer() = default;
+    FilmPlayer(const FilmPlayer &) = delete;
+    FilmPlayer &operator=(const FilmPlayer &) = delete;
+
+    /// Loads what the first open() needs, so that this is not done when the user waits.
+    virtual void prepare() = 0;
+
+    /// Replaces the film by the file at `path`, paused at its start. A file that cannot be opened
+    /// reports `ended` and leaves a player that can open the next one.
+    virtual void open(const QString &path, Events events) = 0;
+    /// Gives up the film: file and sound device are closed and currentTime() is 0.
+    virtual void close() = 0;
+
+    /// Playing at the end of the film begins again at its start.
+    virtual void play() = 0;
+    /// Uses no processor time from then on.
+    virtual void pause() = 0;
+
+    /// Goes to a place, in seconds from the start of the film, limited to its length. Playing goes
+    /// on from there. Every seek completes exactly once, in the order of the calls.
+    virtual void seek(double seconds, Completion completion) = 0;
+
+    /// Seconds from the start of the film; the target while a seek is under way, the length at the
+    /// end, 0 without a film.
+    [[nodiscard]] virtual double currentTime() const = 0;
+
+    /// 0.0 silent to 1.0 unchanged; kept for the films to come.
+    virtual void setVolume(float volume) = 0;
+
+    /// Calls `show` with the picture that is due now, if it has not been shown yet, as
+    /// QImage::Format_RGB888 with the row pitch of the decoder. The picture wraps the decoder's
+    /// memory and is valid during the call only. Returns whether there was one. Does not wait.
+    virtual bool showNewPicture(const std::function<void(const QImage &picture)> &show) = 0;
+
+    /// The player of this platform.
+    [[nodiscard]] static std::unique_ptr<FilmPlayer> create();
+
+protected:
+    FilmPlayer() = default;
+};

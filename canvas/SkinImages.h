@@ -3,8 +3,8 @@
 #include <QImage>
 #include <QString>
 
-/// The one loader of skin images. On a screen with a device pixel ratio above 1 it takes the copy at
-/// twice the size and says so in the image, so that layouts count in device-independent pixels
+/// The one loader of skin images. On a screen with a device pixel ratio above 1 it takes the copy
+/// at twice the size and says so in the image, so that layouts count in device-independent pixels
 /// everywhere. Any thread, once the application object stands.
 namespace SkinImages
 {

@@ -70,39 +70,39 @@ QStringList panelTools()
                        "ICON_RECORDING",
                        "ICON_CAPTURE",
                        "ICON_SETTING",
-                       "ICON_PRINT"}
-           + withSuffixes("ICON_MASK_", {"CIRCLE", "RECTANGLE", "LEFT", "TOP"})
-           + withSuffixes("ICON_EFFECT_", {"COLOR", "BW", "NEGATIVE", "MOSAIC"});
+                       "ICON_PRINT"} +
+           withSuffixes("ICON_MASK_", {"CIRCLE", "RECTANGLE", "LEFT", "TOP"}) +
+           withSuffixes("ICON_EFFECT_", {"COLOR", "BW", "NEGATIVE", "MOSAIC"});
 }
 
 QStringList barButtons()
 {
     return withSuffixes("ICON_FILM_",
-                        {"OPEN", "PLAY", "PAUSE", "STOP", "BACKWARD", "FORWARD", "VOLUME"})
-           + withSuffixes("ICON_PHOTO_",
-                          {"OPEN", "BACKWARD", "SLIDE", "FORWARD", "THUMBNIL", "TIME"})
-           + QStringList{"ICON_LIVE_RECORDING"};
+                        {"OPEN", "PLAY", "PAUSE", "STOP", "BACKWARD", "FORWARD", "VOLUME"}) +
+           withSuffixes("ICON_PHOTO_",
+                        {"OPEN", "BACKWARD", "SLIDE", "FORWARD", "THUMBNIL", "TIME"}) +
+           QStringList{"ICON_LIVE_RECORDING"};
 }
 
 QStringList choiceButtons()
 {
-    return withSuffixes("ICON_LINE_WIDTH_", {"1", "2", "3", "4"})
-           + withSuffixes("ICON_LINE_COLOR_", {"BLACK", "RED", "YELLOW", "SKY"})
-           + withSuffixes("ICON_FILL_COLOR_", {"BLACK", "RED", "YELLOW", "SKY", "WHITE", "NONE"});
+    return withSuffixes("ICON_LINE_WIDTH_", {"1", "2", "3", "4"}) +
+           withSuffixes("ICON_LINE_COLOR_", {"BLACK", "RED", "YELLOW", "SKY"}) +
+           withSuffixes("ICON_FILL_COLOR_", {"BLACK", "RED", "YELLOW", "SKY", "WHITE", "NONE"});
 }
 
 QStringList popUpTools()
 {
-    return withSuffixes("ICON_MASK_SUB_", {"CIRCLE", "RECTANGLE", "LEFT", "TOP"})
-           + withSuffixes("ICON_EFFECT_SUB_", {"COLOR", "BW", "NEGATIVE", "MOSAIC"});
+    return withSuffixes("ICON_MASK_SUB_", {"CIRCLE", "RECTANGLE", "LEFT", "TOP"}) +
+           withSuffixes("ICON_EFFECT_SUB_", {"COLOR", "BW", "NEGATIVE", "MOSAIC"});
 }
 
 QStringList skinNames()
 {
-    return panelTools() + barButtons() + choiceButtons() + popUpTools()
-           + QStringList{"MAIN_BUTTON",       "MAIN_BUTTON_LONG", "AboutButton",
-                         "BUTTON_SIDE_CLOSE", "BUTTON_SIDE_OPEN", "TOOL_TITLE_OPEN",
-                         "TOOL_TITLE_CLOSE",  "POPUP_BUTTON",     "POPUP_CLOSE"};
+    return panelTools() + barButtons() + choiceButtons() + popUpTools() +
+           QStringList{"MAIN_BUTTON",       "MAIN_BUTTON_LONG", "AboutButton",
+                       "BUTTON_SIDE_CLOSE", "BUTTON_SIDE_OPEN", "TOOL_TITLE_OPEN",
+                       "TOOL_TITLE_CLOSE",  "POPUP_BUTTON",     "POPUP_CLOSE"};
 }
 
 QStringList plainPaths()
@@ -112,20 +112,20 @@ QStringList plainPaths()
                          "POP_BK_COLOR_2LINE", "POP_BK_COLOR_3LINE", "POP_BK_SETTING_MULTILANG",
                          "POP_BK_TOOL", "POP_VOL_BK", "THUMBNIL_BAR", "FILM_CONTROL_BK",
                          "PHOTO_CONTROL_BK", "FILM_SCROLL_BACKGROUND", "FILM_SCROLL_BAR",
-                         "PHOTO_SCROLL_BAR", "TIME_SLIDE_BK_1", "TIME_SLIDE_ADJUSTMENT"})
-           + withSuffixes("Background_Sub/",
-                          {"ICON_BK_TOP", "ICON_BK_MID", "ICON_BK_BOT", "VIDEO_FRAME_TOP_LEFT",
-                           "VIDEO_FRAME_TOP_LEFT_EXPANDED", "VIDEO_FRAME_TOP_MID",
-                           "VIDEO_FRAME_TOP_RIGHT_MAC", "VIDEO_FRAME_MID_LEFT",
-                           "VIDEO_FRAME_MID_MID", "VIDEO_FRAME_MID_RIGHT", "VIDEO_FRAME_BOT_LEFT",
-                           "VIDEO_FRAME_BOT_MID", "VIDEO_FRAME_BOT_RIGHT"})
-           + withSuffixes("OSD/OSD_MASK_", {"", "CIRCLE", "RECTANGLE", "LEFT", "TOP"})
-           + withSuffixes("OSD/OSD_COLOR_", {"COLOR", "BW", "NEGATIVE", "MOSAIC"})
-           + withSuffixes("OSD/OSD_BRIGHTNESS_",
-                          {"BAR", "BAR_CENTER", "BK_LONG", "BK_SHORT", "BK_MIN", "BK_MAX"})
-           + withSuffixes("OSD/OSD_", {"ZOOM_IN", "ZOOM_OUT", "ROTATE", "AUTOFOCUS", "FREEZE",
-                                       "MACRO", "TIME", "SNAPSHOT"})
-           + QStringList{"settings_select_gray", "settings_selected"};
+                         "PHOTO_SCROLL_BAR", "TIME_SLIDE_BK_1", "TIME_SLIDE_ADJUSTMENT"}) +
+           withSuffixes("Background_Sub/",
+                        {"ICON_BK_TOP", "ICON_BK_MID", "ICON_BK_BOT", "VIDEO_FRAME_TOP_LEFT",
+                         "VIDEO_FRAME_TOP_LEFT_EXPANDED", "VIDEO_FRAME_TOP_MID",
+                         "VIDEO_FRAME_TOP_RIGHT_MAC", "VIDEO_FRAME_MID_LEFT", "VIDEO_FRAME_MID_MID",
+                         "VIDEO_FRAME_MID_RIGHT", "VIDEO_FRAME_BOT_LEFT", "VIDEO_FRAME_BOT_MID",
+                         "VIDEO_FRAME_BOT_RIGHT"}) +
+           withSuffixes("OSD/OSD_MASK_", {"", "CIRCLE", "RECTANGLE", "LEFT", "TOP"}) +
+           withSuffixes("OSD/OSD_COLOR_", {"COLOR", "BW", "NEGATIVE", "MOSAIC"}) +
+           withSuffixes("OSD/OSD_BRIGHTNESS_",
+                        {"BAR", "BAR_CENTER", "BK_LONG", "BK_SHORT", "BK_MIN", "BK_MAX"}) +
+           withSuffixes("OSD/OSD_", {"ZOOM_IN", "ZOOM_OUT", "ROTATE", "AUTOFOCUS", "FREEZE",
+                                     "MACRO", "TIME", "SNAPSHOT"}) +
+           QStringList{"settings_select_gray", "settings_selected"};
 }
 
 QStringList allPaths()
@@ -157,8 +157,8 @@ double difference(const QImage &one, const QImage &other)
         for (int x = 0; x < one.width(); ++x) {
             const QRgb a = one.pixel(x, y);
             const QRgb b = other.pixel(x, y);
-            const int distance = qAbs(qRed(a) - qRed(b)) + qAbs(qGreen(a) - qGreen(b))
-                                 + qAbs(qBlue(a) - qBlue(b)) + qAbs(qAlpha(a) - qAlpha(b));
+            const int distance = qAbs(qRed(a) - qRed(b)) + qAbs(qGreen(a) - qGreen(b)) +
+                                 qAbs(qBlue(a) - qBlue(b)) + qAbs(qAlpha(a) - qAlpha(b));
             different += distance > 40 ? 1 : 0;
         }
     }
@@ -201,7 +201,8 @@ void TestSkin::everyImageIsNamedByTheProgram()
 {
     QStringList known;
     for (const QString &path : allPaths())
-        known << ":/icons/" + path + ".png" << ":/icons/" + path + "@2x.png";
+        known << ":/icons/" + path + ".png"
+              << ":/icons/" + path + "@2x.png";
     QDirIterator files(":/icons", QDir::Files, QDirIterator::Subdirectories);
     int count = 0;
     while (files.hasNext()) {
@@ -234,8 +235,8 @@ void TestSkin::panelFitsTheLowestWindow()
     QCOMPARE(buttonSize("TOOL_TITLE_OPEN"), QSize(130, 22));
     QCOMPARE(buttonSize("TOOL_TITLE_CLOSE"), QSize(130, 22));
     // The lowest window is 768 high and the panel 100 less, with margins of 5 above and below.
-    QVERIFY(12 * buttonSize("ICON_LINE").height() + 4 * buttonSize("TOOL_TITLE_OPEN").height()
-            <= 768 - 100 - 10);
+    QVERIFY(12 * buttonSize("ICON_LINE").height() + 4 * buttonSize("TOOL_TITLE_OPEN").height() <=
+            768 - 100 - 10);
     for (const char *part : {"TOP", "MID", "BOT"})
         QCOMPARE(sizeOf(QString("Background_Sub/ICON_BK_") + part).width(), 134);
 }

@@ -30,8 +30,8 @@ bool readIni(const QString &path, const Row &row, QString *error)
             continue;
         }
         const int equals = line.indexOf('=');
-        if (equals < 1
-            || !row(section, line.left(equals).trimmed(), line.mid(equals + 1).trimmed())) {
+        if (equals < 1 ||
+            !row(section, line.left(equals).trimmed(), line.mid(equals + 1).trimmed())) {
             *error = QString("%1:%2: cannot read \"%3\"").arg(path).arg(number).arg(line);
             return false;
         }
@@ -86,8 +86,11 @@ QList<SkinImage> SkinTable::readTable(const QString &path, QString *error)
             const QRegularExpressionMatch match = pattern.match(value);
             if (section.isEmpty() || !match.hasMatch())
                 return false;
-            images << SkinImage{section, key, {match.captured(1).toInt(), match.captured(2).toInt()},
-                                match.captured(3), match.captured(4).isEmpty()};
+            images << SkinImage{section,
+                                key,
+                                {match.captured(1).toInt(), match.captured(2).toInt()},
+                                match.captured(3),
+                                match.captured(4).isEmpty()};
             return true;
         },
         error);

@@ -49,8 +49,8 @@ bool drawImage(const SkinImage &image, const QString &sourceFolder, const SkinPa
     const QByteArray source = file.readAll();
     for (const QString &target : image.targets()) {
         QString error;
-        const QByteArray svg
-            = SkinTable::substitute(source, palette.value(SkinImage::stateOf(target)), &error);
+        const QByteArray svg =
+            SkinTable::substitute(source, palette.value(SkinImage::stateOf(target)), &error);
         if (!error.isEmpty())
             return fail(sourcePath + ": " + error);
         QSvgRenderer drawing(svg);

@@ -1,0 +1,73 @@
+#include "FramelessWindow.h"
+
+#include "canvas/SkinImages.h"
+
+#include <QMouseEvent>
+
+namespace
+{
+
+constexpr int dragStripHeight = 26;
+
+} // namespace
+
+FramelessWindow::FramelessWindow(const QImage &background, bool frameless, QWidget *parent)
+    : QWidget(parent)
+    , m_frameless(frameless)
+{
+    if (m_frameless)
+        setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    setBackgroundImage(background);
+}
+
+void FramelessWindow::setBackgroundImage(const QImage &image)
+{
+    const QSize size = SkinImages::layoutSize(image);
+    setMinimumSize(size);
+    resize(size);
+
+    QBrush brush(image);
+    // A brush counts the texture's own pixels, so a sharp image is brought back to its layout size.
+    const double shrink = 1.0 / image.devicePixelRatioF();
+    brush.setTransform(QTransform::fromScale(shrink, shrink));
+    QPalette skinned = palette();
+    skinned.setBrush(backgroundRole(), brush);
+    setPalette(skinned);
+}
+
+void FramelessWindow::mousePressEvent(QMouseEvent *event)
+{
+    const QPoint local = event->localPos().toPoint();
+    if (!movable() || event->button() != Qt::LeftButton || local.y() >= dragStripHeight) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    m_dragOffset = event->screenPos().toPoint() - frameGeometry().topLeft();
+    m_dragging = true;
+    event->accept();
+}
+
+void FramelessWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!movable() || !m_dragging || !(event->buttons() & Qt::LeftButton)) {
+        QWidget::mouseMoveEvent(event);
+        return;
+    }
+    move(event->screenPos().toPoint() - m_dragOffset);
+    event->accept();
+}
+
+void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->buttons() & Qt::LeftButton) {
+        QWidget::mouseReleaseEvent(event);
+        return;
+    }
+    m_dragging = false;
+    event->accept();
+}
+
+bool FramelessWindow::movable() const
+{
+    return !isMaximized() && !isMinimized();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+#include <QWidget>
+
+/// A window whose background is one image and which is dragged by its top strip.
+class FramelessWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// With `frameless` it is a tool window without the platform's frame.
+    FramelessWindow(const QImage &background, bool frameless, QWidget *parent);
+
+    /// Takes the image's size as size and minimum size. A null image leaves the background open.
+    void setBackgroundImage(const QImage &image);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    [[nodiscard]] bool movable() const;
+
+    /// Pointer minus frame's top left, in global coordinates.
+    QPoint m_dragOffset;
+    bool m_dragging = false;
+    bool m_frameless;
+};

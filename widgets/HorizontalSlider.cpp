@@ -1,0 +1,89 @@
+#include "HorizontalSlider.h"
+
+#include "canvas/SkinImages.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace
+{
+
+// Kept free at either end of the strip.
+constexpr int margin = 6;
+
+} // namespace
+
+HorizontalSlider::HorizontalSlider(const QImage &handle, QWidget *parent)
+    : QWidget(parent)
+    , m_background(SkinImages::load(":/icons/Background/FILM_SCROLL_BACKGROUND.png"))
+    , m_handle(handle)
+{
+}
+
+void HorizontalSlider::setRange(int minimum, int maximum)
+{
+    m_minimum = minimum;
+    m_maximum = maximum;
+}
+
+void HorizontalSlider::setHandleWidth(int width)
+{
+    m_handleWidth = width;
+}
+
+void HorizontalSlider::setValue(int value)
+{
+    m_value = value;
+    repaint();
+}
+
+double HorizontalSlider::strip() const
+{
+    // Real numbers throughout: a range may be empty or as wide as an int can say.
+    const double steps = double(m_maximum) - double(m_minimum) + 1.0;
+    return (width() - 2 * margin) / qMax(1.0, steps);
+}
+
+void HorizontalSlider::translateMouseEvent(QMouseEvent *event)
+{
+    const double pixelsPerStep = strip();
+    const int x = qRound(event->localPos().x());
+    double value = m_minimum;
+    if (pixelsPerStep > 0.0)
+        value = std::trunc(m_minimum + (x - margin) / pixelsPerStep);
+    m_value = static_cast<int>(qBound(double(m_minimum), value, double(m_maximum)));
+    emit valueChanged(m_value);
+    repaint();
+}
+
+void HorizontalSlider::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.drawImage(QPoint(0, 0), SkinImages::stretched(m_background, size()));
+    painter.drawImage(QPointF(handleX(), 0.0),
+                      SkinImages::stretched(m_handle, {m_handleWidth, height() - 4}));
+}
+
+void HorizontalSlider::mousePressEvent(QMouseEvent *event)
+{
+    translateMouseEvent(event);
+}
+
+void HorizontalSlider::mouseMoveEvent(QMouseEvent *event)
+{
+    translateMouseEvent(event);
+}
+
+void HorizontalSlider::mouseReleaseEvent(QMouseEvent *event)
+{
+    translateMouseEvent(event);
+}
+
+double HorizontalSlider::handleX() const
+{
+    const double middle = (double(m_value) - double(m_minimum) + 0.5) * strip() + margin;
+    const double rightmost = width() - margin - m_handleWidth;
+    return qMax(qMin(middle - m_handleWidth / 2, rightmost), double(margin));
+}

@@ -1,0 +1,143 @@
+#include "ImageButton.h"
+
+#include "canvas/SkinImages.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace
+{
+
+constexpr int holdMs = 500;
+
+QImage loadState(const QString &state, const QString &name)
+{
+    return SkinImages::load(QString(":/icons/%1/%2.png").arg(state, name));
+}
+
+} // namespace
+
+ImageButton::ImageButton(const QString &name, QWidget *parent, int x, int y)
+    : QPushButton(parent)
+{
+    setFlat(true);
+    m_holdTimer.setSingleShot(true);
+    m_holdTimer.setInterval(holdMs);
+    connect(&m_holdTimer, &QTimer::timeout, this, &ImageButton::hold);
+    setImage(name);
+    move(x, y);
+}
+
+ImageButton::ImageButton(const QString &name, const QString &toolTip, QWidget *parent, int x, int y)
+    : ImageButton(name, nullptr, x, y)
+{
+    Q_UNUSED(parent)
+    setToolTip(toolTip);
+    setAccessibleName(toolTip);
+}
+
+void ImageButton::setImage(const QString &name)
+{
+    m_normalImage = loadState("Normal", name);
+    m_clickImage = loadState("Click", name);
+    if (m_clickImage.isNull())
+        m_clickImage = m_normalImage;
+    m_overImage = loadState("Over", name);
+    if (m_overImage.isNull())
+        m_overImage = m_normalImage;
+    setFixedSize(SkinImages::layoutSize(m_normalImage));
+    update();
+}
+
+void ImageButton::setTextColor(const QColor &color)
+{
+    m_textColor = color;
+}
+
+void ImageButton::setGray(bool gray)
+{
+    m_gray = gray;
+    update();
+}
+
+QImage ImageButton::convertToGrayScale(const QImage &image)
+{
+    const QImage result = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                                        : QImage::Format_RGB32);
+    if (result.isNull() || result.constBits() != image.constBits())
+        return result;
+    for (int y = 0; y < image.height(); ++y) {
+        // Both images turn gray through their one buffer, so it must not be detached here.
+        auto *pixel = reinterpret_cast<QRgb *>(const_cast<uchar *>(image.constScanLine(y)));
+        for (int x = 0; x < image.width(); ++x, ++pixel) {
+            const QRgb gray =
+                (11u * static_cast<QRgb>(qRed(*pixel)) + 16u * static_cast<QRgb>(qGreen(*pixel)) +
+                 5u * static_cast<QRgb>(qBlue(*pixel))) >>
+                5;
+            *pixel = (*pixel & 0xff000000u) | gray << 16 | gray << 8 | gray;
+        }
+    }
+    return result;
+}
+
+void ImageButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    if (m_gray) {
+        if (m_grayImage.isNull()) {
+            m_grayImage = m_normalImage;
+            m_grayImage.invertPixels(QImage::InvertRgb);
+        }
+        painter.drawImage(QPoint(0, 0), m_grayImage);
+        return;
+    }
+    const QImage &image = isDown() || isChecked() ? m_clickImage
+                          : m_hovered             ? m_overImage
+                                                  : m_normalImage;
+    painter.drawImage(QPoint(0, 0), image);
+    if (!text().isEmpty())
+        paintCaption(painter);
+}
+
+void ImageButton::mousePressEvent(QMouseEvent *event)
+{
+    if (m_gray)
+        return;
+    if ((event->buttons() & Qt::LeftButton) && !m_holdTimer.isActive())
+        m_holdTimer.start();
+    QPushButton::mousePressEvent(event);
+}
+
+void ImageButton::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (m_gray)
+        return;
+    if (!(event->buttons() & Qt::LeftButton))
+        m_holdTimer.stop();
+    QPushButton::mouseReleaseEvent(event);
+}
+
+void ImageButton::enterEvent(QEvent *event)
+{
+    m_hovered = true;
+    setCursor(Qt::ArrowCursor);
+    update();
+    QPushButton::enterEvent(event);
+}
+
+void ImageButton::leaveEvent(QEvent *event)
+{
+    m_hovered = false;
+    update();
+    QPushButton::leaveEvent(event);
+}
+
+void ImageButton::paintCaption(QPainter &painter)
+{
+    painter.setFont(font());
+    painter.setPen(m_textColor);
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int x = (width() - metrics.horizontalAdvance(text())) / 2;
+    const int y = (height() + metrics.height()) / 2 - 3;
+    painter.drawText(x, y, text());
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QPushButton>
+#include <QTimer>
+
+/// A push button painted from the three images of a skin name, as large as its normal image. Held
+/// down for half a second it says so, while still down; the release clicks as usual.
+class ImageButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    ImageButton(const QString &name, QWidget *parent, int x, int y);
+    /// Ignores `parent`: the button comes into the world without one, for a Panel to adopt. The
+    /// tool tip is its accessible name as well.
+    ImageButton(const QString &name, const QString &toolTip, QWidget *parent, int x, int y);
+
+    /// Loads the three images and takes the size of the normal one; a name without images gives an
+    /// empty button. A gray look painted earlier stays.
+    void setImage(const QString &name);
+    /// For the caption; an invalid colour paints black. Does not repaint.
+    void setTextColor(const QColor &color);
+    /// A gray button shows inverted colours and no caption, and ignores the mouse.
+    void setGray(bool gray);
+
+    /// A 32-bit copy of the image. If the source was 32-bit without premultiplied alpha the copy
+    /// shares its pixels and both turn gray; any other source stays as it is and the copy keeps its
+    /// colours. Luma weights 11 : 16 : 5 of 32.
+    static QImage convertToGrayScale(const QImage &image);
+
+signals:
+    void hold();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+
+private:
+    void paintCaption(QPainter &painter);
+
+    bool m_hovered = false;
+    bool m_gray = false;
+    QColor m_textColor;
+    QImage m_normalImage;
+    QImage m_overImage;
+    QImage m_clickImage;
+    /// Built when the button is first painted gray.
+    QImage m_grayImage;
+    QTimer m_holdTimer;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QRadioButton>
+
+/// The platform's radio button in the clothes of the skin.
+class RadioButton : public QRadioButton
+{
+    Q_OBJECT
+
+public:
+    RadioButton(const QString &text, QWidget *parent, int x, int y);
+};

@@ -1,0 +1,32 @@
+#include "tools/virtualcamera/CameraFaults.h"
+
+#include <cstring>
+
+std::atomic<int> *findFault(CameraFaults &faults, const char *name)
+{
+    static constexpr struct {
+        const char *name;
+        std::atomic<int> CameraFaults::*member;
+    } TABLE[] = {
+        {"stallControls", &CameraFaults::stallControls},
+        {"stallProbes", &CameraFaults::stallProbes},
+        {"stallSelector", &CameraFaults::stallSelector},
+        {"truncateFrames", &CameraFaults::truncateFrames},
+        {"corruptFrames", &CameraFaults::corruptFrames},
+        {"emptyFrames", &CameraFaults::emptyFrames},
+        {"wrongSizeFrames", &CameraFaults::wrongSizeFrames},
+        {"smallSizeFrames", &CameraFaults::smallSizeFrames},
+        {"dropFrames", &CameraFaults::dropFrames},
+        {"errorBitFrames", &CameraFaults::errorBitFrames},
+        {"silent", &CameraFaults::silent},
+        {"endpointStalls", &CameraFaults::endpointStalls},
+        {"claimBusy", &CameraFaults::claimBusy},
+        {"denyOpen", &CameraFaults::denyOpen},
+        {"withoutExtensionUnit", &CameraFaults::withoutExtensionUnit},
+    };
+    for (const auto &row : TABLE) {
+        if (!std::strcmp(row.name, name))
+            return &(faults.*row.member);
+    }
+    return nullptr;
+}

@@ -1,0 +1,126 @@
+#include "tools/virtualcamera/UsbDescriptors.h"
+
+#include <cstring>
+
+namespace UsbDescriptors
+{
+namespace
+{
+
+constexpr std::uint8_t EXTENSION_UNIT_GUID[16] = {0x82, 0x06, 0x61, 0x63, 0x70, 0x50, 0xAB, 0x49,
+                                                  0xB8, 0xCC, 0xB3, 0x85, 0x5E, 0x8D, 0x22, 0x1D};
+
+/// Appends numbers of the width their name says, least significant byte first.
+class Bytes
+{
+public:
+    Bytes &u8(unsigned value)
+    {
+        data.push_back(static_cast<std::uint8_t>(value));
+        return *this;
+    }
+    Bytes &u16(unsigned value) { return u8(value & 0xFF).u8(value >> 8 & 0xFF); }
+    Bytes &u32(std::uint32_t value) { return u16(value & 0xFFFF).u16(value >> 16); }
+    Bytes &bytes(std::initializer_list<unsigned> values)
+    {
+        for (unsigned value : values)
+            u8(value);
+        return *this;
+    }
+    Bytes &append(const Bytes &other)
+    {
+        data.insert(data.end(), other.data.begin(), other.data.end());
+        return *this;
+    }
+    void patch16(std::size_t offset, std::size_t value)
+    {
+        data[offset] = static_cast<std::uint8_t>(value & 0xFF);
+        data[offset + 1] = static_cast<std::uint8_t>(value >> 8);
+    }
+
+    std::vector<std::uint8_t> data;
+};
+
+/// Terminals and units: camera 1 -> processing 2 -> (extension 4 ->) output 3.
+Bytes videoControl(bool extensionUnit)
+{
+    Bytes b;
+    b.u8(13).bytes({0x24, 1}).u16(0x0110).u16(0).u32(CLOCK_FREQUENCY).bytes({1, 1});
+    b.u8(18).bytes({0x24, 2, 1}).u16(0x0201).bytes({0, 0}).u16(0).u16(0).u16(0);
+    b.bytes({3, 0, 0, 0});
+    b.u8(13).bytes({0x24, 5, PROCESSING_UNIT, 1}).u16(0).bytes({3, 0x7F, 0x14, 0, 0, 0});
+    if (extensionUnit) {
+        b.u8(28).bytes({0x24, 6, EXTENSION_UNIT});
+        for (std::uint8_t byte : EXTENSION_UNIT_GUID)
+            b.u8(byte);
+        // Two controls; bits 18 and 19 of the map stand for the selectors 19 and 20.
+        b.bytes({2, 1, PROCESSING_UNIT, 3, 0x00, 0x00, 0x0C, 0});
+    }
+    b.u8(9).bytes({0x24, 3, 3}).u16(0x0101).u8(0);
+    b.u8(extensionUnit ? EXTENSION_UNIT : PROCESSING_UNIT).u8(0);
+    b.patch16(5, b.data.size());
+    return b;
+}
+
+Bytes videoStreaming()
+{
+    Bytes b;
+    b.u8(14).bytes({0x24, 1, 1}).u16(0).bytes({VIDEO_ENDPOINT, 0, 3, 0, 0, 0, 1, 0});
+    b.u8(11).bytes({0x24, 6, 1}).u8(STREAM_SIZES.size()).bytes({1, 1, 0, 0, 0, 0});
+    constexpr std::uint32_t bitRate = MAXIMUM_FRAME * 8 * 10;
+    unsigned index = 1;
+    for (const StreamSize &size : STREAM_SIZES) {
+        b.u8(30).bytes({0x24, 7}).u8(index++).u8(0).u16(size.width).u16(size.height);
+        b.u32(bitRate).u32(bitRate).u32(MAXIMUM_FRAME).u32(FRAME_INTERVAL);
+        b.u8(1).u32(FRAME_INTERVAL);
+    }
+    b.u8(6).bytes({0x24, 0x0D, 1, 1, 4});
+    b.patch16(4, b.data.size());
+    return b;
+}
+
+/// Bulk has its endpoint in the only setting; isochronous has none in setting 0 and one, two and
+/// three transactions a microframe in the settings 1 to 3.
+void appendStreamingInterface(Bytes &b, bool isochronous)
+{
+    b.u8(9).bytes({4, STREAMING_INTERFACE, 0, isochronous ? 0u : 1u, 14, 2, 0, 0});
+    b.append(videoStreaming());
+    if (!isochronous) {
+        b.u8(7).bytes({5, VIDEO_ENDPOINT, 2}).u16(512).u8(0);
+        return;
+    }
+    for (unsigned setting = 1; setting <= 3; ++setting) {
+        b.u8(9).bytes({4, STREAMING_INTERFACE, setting, 1, 14, 2, 0, 0});
+        b.u8(7).bytes({5, VIDEO_ENDPOINT, 5}).u16(1024 | (setting - 1) << 11).u8(1);
+    }
+}
+
+} // namespace
+
+std::vector<std::uint8_t> build(bool isochronous, bool extensionUnit)
+{
+    Bytes b;
+    b.u8(DEVICE_DESCRIPTOR_SIZE).u8(1).u16(0x0200).bytes({0xEF, 2, 1, 64});
+    b.u16(VENDOR_ID).u16(PRODUCT_ID).u16(0x0100).bytes({1, 2, 3, 1});
+    b.u8(9).u8(2).u16(0).bytes({2, 1, 0, 0x80, 250});
+    b.u8(8).bytes({11, 0, 2, 14, 3, 0, 0});
+    b.u8(9).bytes({4, 0, 0, 1, 14, 1, 0, 0});
+    b.append(videoControl(extensionUnit));
+    b.u8(7).bytes({5, STATUS_ENDPOINT, 3}).u16(16).u8(8);
+    b.u8(5).bytes({0x25, 3}).u16(16);
+    appendStreamingInterface(b, isochronous);
+    b.patch16(DEVICE_DESCRIPTOR_SIZE + 2, b.data.size() - DEVICE_DESCRIPTOR_SIZE);
+    return b.data;
+}
+
+std::vector<std::uint8_t> buildString(const char *text)
+{
+    Bytes b;
+    const std::size_t length = std::strlen(text) > 126 ? 126 : std::strlen(text);
+    b.u8(static_cast<unsigned>(2 + 2 * length)).u8(3);
+    for (std::size_t i = 0; i < length; ++i)
+        b.u16(static_cast<unsigned char>(text[i]));
+    return b.data;
+}
+
+} // namespace UsbDescriptors

@@ -1,0 +1,421 @@
+#include "tools/virtualcamera/UsbFs.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <ctime>
+#include <sys/ioctl.h>
+
+namespace
+{
+
+constexpr std::size_t FRAMES_IN_FLIGHT = 2; // as much as a camera's own memory holds
+constexpr std::size_t DELIVERIES_KEPT = 256;
+constexpr char HANDLE_KEY[] = "usbfs-handle";
+
+template <class T>
+T *structureIn(const IoctlData &data)
+{
+    return reinterpret_cast<T *>(data->data);
+}
+
+std::int64_t monotonicNs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * std::int64_t{1000000000} + now.tv_nsec;
+}
+
+/// What a program may still do with a device that is gone.
+bool worksUnplugged(unsigned long request, bool dirty)
+{
+    return request == USBDEVFS_REAPURB || request == USBDEVFS_REAPURBNDELAY ||
+           request == USBDEVFS_DISCARDURB || (request == USBDEVFS_SUBMITURB && !dirty);
+}
+
+} // namespace
+
+/// One open file of the node.
+struct UsbFs::Handle : UrbQueue {
+    std::shared_ptr<UsbFs> owner;
+    unsigned claimed = 0; ///< interfaces as bits
+};
+
+UsbFs::UsbFs(UvcFunction &function, CameraFaults &faults)
+    : m_function(function)
+    , m_faults(faults)
+{
+}
+
+bool UsbFs::plugIn(const std::string &path, int deviceNumber)
+{
+    const std::lock_guard lock(m_mutex);
+    m_deviceNumber = deviceNumber;
+    m_function.powerOn(m_faults.withoutExtensionUnit == 0);
+    stopStream();
+    m_plugged = m_node.create(path, m_faults.denyOpen != 0);
+    m_dirty = false;
+    return m_plugged;
+}
+
+void UsbFs::pullOut(bool dirty)
+{
+    const std::lock_guard lock(m_mutex);
+    m_plugged = false;
+    m_dirty = dirty;
+    Payload last;
+    if (!m_payloads.empty())
+        last = m_payloads.front();
+    stopStream();
+    for (Handle *handle : m_handles) {
+        if (Urb *video = dirty ? handle->firstVideo() : nullptr) {
+            video->addPayload(last);
+            handle->finish(video);
+        }
+        while (!handle->pending.empty()) {
+            handle->pending.front()->fail(ESHUTDOWN);
+            handle->finish(handle->pending.front().get());
+        }
+        for (const auto &urb : handle->done) {
+            if (!dirty && urb->isVideo()) {
+                urb->fail(ESHUTDOWN);
+                urb->dropPayloads();
+            }
+        }
+    }
+    m_node.remove();
+}
+
+bool UsbFs::plugged() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_plugged;
+}
+
+std::vector<std::uint8_t> UsbFs::descriptors() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_function.descriptors();
+}
+
+void UsbFs::report(CameraStatistics &statistics) const
+{
+    const std::lock_guard lock(m_mutex);
+    m_function.report(statistics);
+    statistics.ioctls = m_ioctls;
+    statistics.openHandles = static_cast<int>(m_handles.size());
+    statistics.streamWidth = m_streamSize.width;
+    statistics.streamHeight = m_streamSize.height;
+    statistics.plugged = m_plugged;
+    statistics.streaming = m_streaming;
+    statistics.deliveries.assign(m_deliveries.begin(), m_deliveries.end());
+}
+
+void UsbFs::handleIoctl(UMockdevIoctlClient *client)
+{
+    const unsigned long request = umockdev_ioctl_client_get_request(client);
+    int result = -ENODEV;
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_ioctls;
+        Handle &handle = handleOf(client);
+        if (m_plugged || worksUnplugged(request, m_dirty))
+            result = perform(handle, request, umockdev_ioctl_client_get_arg(client));
+    }
+    umockdev_ioctl_client_complete(client, result < 0 ? -1 : result, result < 0 ? -result : 0);
+}
+
+std::optional<UsbDescriptors::StreamSize> UsbFs::waitForStream()
+{
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_shutDown || streamRuns(); });
+    if (m_shutDown)
+        return std::nullopt;
+    return m_streamSize;
+}
+
+bool UsbFs::sleepUntil(Clock::time_point time)
+{
+    std::unique_lock lock(m_mutex);
+    return !m_changed.wait_until(lock, time, [this] { return m_shutDown; });
+}
+
+bool UsbFs::send(std::vector<Payload> payloads)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_streaming || m_framesQueued >= FRAMES_IN_FLIGHT)
+        return false;
+    for (Payload &payload : payloads) {
+        m_framesQueued += payload.endsFrame();
+        m_payloads.push_back(std::move(payload));
+    }
+    feed();
+    return true;
+}
+
+void UsbFs::shutDown()
+{
+    const std::lock_guard lock(m_mutex);
+    m_shutDown = true;
+    m_changed.notify_all();
+}
+
+/// Returns what the ioctl returns, or a negative errno.
+int UsbFs::perform(Handle &handle, unsigned long request, UMockdevIoctlData *argument)
+{
+    switch (request) {
+    case USBDEVFS_GET_CAPABILITIES: {
+        const IoctlData data = resolve(argument, 0, sizeof(std::uint32_t));
+        if (!data)
+            return -EFAULT;
+        *structureIn<std::uint32_t>(data) =
+            USBDEVFS_CAP_ZERO_PACKET | USBDEVFS_CAP_NO_PACKET_SIZE_LIM |
+            USBDEVFS_CAP_BULK_SCATTER_GATHER | USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
+        return 0;
+    }
+    case USBDEVFS_CLAIMINTERFACE:
+        return claim(handle, argument, true);
+    case USBDEVFS_RELEASEINTERFACE:
+        return claim(handle, argument, false);
+    case USBDEVFS_SETINTERFACE:
+        return setInterface(argument);
+    case USBDEVFS_GETDRIVER: // no kernel driver holds an interface
+    case USBDEVFS_IOCTL:
+        return -ENODATA;
+    case USBDEVFS_CLEAR_HALT:
+    case USBDEVFS_RESETEP:
+    case USBDEVFS_RESET:
+    case USBDEVFS_SETCONFIGURATION:
+    case USBDEVFS_DISCONNECT_CLAIM:
+        return 0;
+    case USBDEVFS_GET_SPEED:
+        return 3; // high speed
+    case USBDEVFS_CONNECTINFO: {
+        const IoctlData data = resolve(argument, 0, sizeof(usbdevfs_connectinfo));
+        if (!data)
+            return -EFAULT;
+        *structureIn<usbdevfs_connectinfo>(data) = {static_cast<unsigned>(m_deviceNumber), 0};
+        return 0;
+    }
+    case USBDEVFS_CONTROL:
+        return control(argument);
+    case USBDEVFS_SUBMITURB:
+        return submit(handle, argument);
+    case USBDEVFS_DISCARDURB:
+        return discard(handle, argument);
+    case USBDEVFS_REAPURB:
+    case USBDEVFS_REAPURBNDELAY:
+        return reap(handle, argument);
+    default:
+        return -ENOTTY;
+    }
+}
+
+int UsbFs::claim(Handle &handle, UMockdevIoctlData *argument, bool wanted)
+{
+    const IoctlData data = resolve(argument, 0, sizeof(unsigned));
+    if (!data)
+        return -EFAULT;
+    const unsigned bit = 1u << (*structureIn<unsigned>(data) & 31);
+    if (!wanted) {
+        handle.claimed &= ~bit;
+        return 0;
+    }
+    const bool taken = std::any_of(m_handles.begin(), m_handles.end(), [&](const Handle *other) {
+        return other != &handle && (other->claimed & bit);
+    });
+    if (taken || m_faults.claimBusy)
+        return -EBUSY;
+    handle.claimed |= bit;
+    return 0;
+}
+
+int UsbFs::setInterface(UMockdevIoctlData *argument)
+{
+    const IoctlData data = resolve(argument, 0, sizeof(usbdevfs_setinterface));
+    if (!data)
+        return -EFAULT;
+    const auto *setting = structureIn<usbdevfs_setinterface>(data);
+    if (setting->interface == UsbDescriptors::STREAMING_INTERFACE && setting->altsetting == 0 &&
+        m_function.settings().isochronous)
+        stopStream();
+    return 0;
+}
+
+int UsbFs::control(UMockdevIoctlData *argument)
+{
+    const IoctlData data = resolve(argument, 0, sizeof(usbdevfs_ctrltransfer));
+    if (!data)
+        return -EFAULT;
+    const auto *transfer = structureIn<usbdevfs_ctrltransfer>(data);
+    const SetupPacket setup{transfer->bRequestType, transfer->bRequest, transfer->wValue,
+                            transfer->wIndex, transfer->wLength};
+    if (setup.length == 0) {
+        std::uint8_t none = 0;
+        return answer(setup, &none);
+    }
+    const IoctlData buffer =
+        resolve(data.get(), offsetof(usbdevfs_ctrltransfer, data), setup.length);
+    return buffer ? answer(setup, buffer->data) : -EFAULT;
+}
+
+int UsbFs::submit(Handle &handle, UMockdevIoctlData *argument)
+{
+    std::unique_ptr<Urb> urb = Urb::submitted(argument);
+    if (!urb)
+        return -EFAULT;
+    if (!m_plugged) {
+        // A resubmitted payload transfer still comes back, or its owner would lose count of it.
+        if (!urb->isVideo())
+            return -ENODEV;
+        urb->fail(ESHUTDOWN);
+        handle.done.push_back(std::move(urb));
+    } else if (urb->request()->type == USBDEVFS_URB_TYPE_CONTROL) {
+        constexpr int SETUP_SIZE = 8;
+        const int length = urb->request()->buffer_length;
+        const IoctlData buffer = resolve(urb->data(), offsetof(usbdevfs_urb, buffer),
+                                         static_cast<std::size_t>(std::max(length, 0)));
+        SetupPacket setup{};
+        if (buffer && length >= SETUP_SIZE)
+            setup = SetupPacket::parse(buffer->data);
+        const bool complete = buffer && length >= SETUP_SIZE + setup.length;
+        urb->finishControl(complete ? answer(setup, buffer->data + SETUP_SIZE) : -EPIPE);
+        handle.done.push_back(std::move(urb));
+    } else {
+        const bool video = urb->isVideo();
+        handle.pending.push_back(std::move(urb));
+        if (video) {
+            feed(handle);
+            m_changed.notify_all();
+        }
+    }
+    updateReadiness();
+    return 0;
+}
+
+int UsbFs::discard(Handle &handle, UMockdevIoctlData *argument)
+{
+    const std::size_t address = *reinterpret_cast<const std::size_t *>(argument->data);
+    for (const auto &urb : handle.pending) {
+        if (urb->clientAddress() == address) {
+            urb->fail(ENOENT);
+            handle.finish(urb.get());
+            updateReadiness();
+            return 0;
+        }
+    }
+    return -EINVAL;
+}
+
+int UsbFs::reap(Handle &handle, UMockdevIoctlData *argument)
+{
+    if (handle.done.empty()) {
+        updateReadiness();
+        return m_plugged ? -EAGAIN : -ENODEV;
+    }
+    const std::unique_ptr<Urb> urb = std::move(handle.done.front());
+    handle.done.pop_front();
+    urb->fillResult();
+    noteDelivery(*urb);
+    const IoctlData result = resolve(argument, 0, sizeof(void *));
+    if (result)
+        umockdev_ioctl_data_set_ptr(result.get(), 0, urb->data());
+    updateReadiness();
+    return 0;
+}
+
+int UsbFs::answer(const SetupPacket &setup, std::uint8_t *data)
+{
+    const int result = m_function.control(setup, data);
+    if (const auto size = m_function.takeCommit()) {
+        stopStream();
+        m_streamSize = *size;
+        m_streaming = true;
+        m_changed.notify_all();
+    }
+    return result;
+}
+
+/// The end of the client object is the only sign that a program has closed the node.
+UsbFs::Handle &UsbFs::handleOf(UMockdevIoctlClient *client)
+{
+    if (void *known = g_object_get_data(G_OBJECT(client), HANDLE_KEY))
+        return *static_cast<Handle *>(known);
+    auto *handle = new Handle; // owned by the client object
+    handle->owner = shared_from_this();
+    m_handles.push_back(handle);
+    g_object_set_data_full(G_OBJECT(client), HANDLE_KEY, handle, [](gpointer gone) {
+        const std::unique_ptr<Handle> last(static_cast<Handle *>(gone));
+        last->owner->forget(last.get());
+    });
+    return *handle;
+}
+
+void UsbFs::forget(Handle *handle)
+{
+    const std::lock_guard lock(m_mutex);
+    m_handles.remove(handle);
+    if (m_handles.empty())
+        stopStream();
+    updateReadiness();
+}
+
+void UsbFs::feed()
+{
+    for (Handle *handle : m_handles)
+        feed(*handle);
+    updateReadiness();
+}
+
+void UsbFs::feed(Handle &handle)
+{
+    while (Urb *urb = handle.firstVideo()) {
+        if (takeFault(m_faults.endpointStalls)) {
+            urb->fail(EPIPE);
+            handle.finish(urb);
+            continue;
+        }
+        if (m_payloads.empty())
+            return;
+        for (std::size_t room = urb->capacity(); room && !m_payloads.empty(); --room) {
+            m_framesQueued -= m_payloads.front().endsFrame();
+            urb->addPayload(std::move(m_payloads.front()));
+            m_payloads.pop_front();
+        }
+        handle.finish(urb);
+    }
+}
+
+void UsbFs::noteDelivery(const Urb &urb)
+{
+    for (const Payload &payload : urb.payloads()) {
+        if (!payload.endsFrame())
+            continue;
+        m_deliveries.push_back({payload.frameNumber, monotonicNs()});
+        if (m_deliveries.size() > DELIVERIES_KEPT)
+            m_deliveries.pop_front();
+    }
+}
+
+void UsbFs::updateReadiness()
+{
+    m_node.setReady(std::any_of(m_handles.begin(), m_handles.end(),
+                                [](const Handle *handle) { return !handle->done.empty(); }));
+}
+
+void UsbFs::stopStream()
+{
+    m_streaming = false;
+    m_payloads.clear();
+    m_framesQueued = 0;
+}
+
+bool UsbFs::streamRuns() const
+{
+    return m_plugged && m_streaming &&
+           std::any_of(m_handles.begin(), m_handles.end(), [](const Handle *handle) {
+               return handle->firstVideo() ||
+                      std::any_of(handle->done.begin(), handle->done.end(),
+                                  [](const auto &urb) { return urb->isVideo(); });
+           });
+}

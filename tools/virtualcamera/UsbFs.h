@@ -1,0 +1,85 @@
+#pragma once
+
+#include "tools/virtualcamera/DeviceNode.h"
+#include "tools/virtualcamera/UrbQueue.h"
+#include "tools/virtualcamera/UvcFunction.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The kernel's side of the device node: answers the ioctls of programs that have it open, queues
+/// their transfers and marries them to the payloads of the streamer.
+///
+/// handleIoctl() comes from umockdev's thread, the streamer's calls from its own, all others from
+/// anywhere. Held by a shared pointer because umockdev may let go of an open handle late.
+class UsbFs : public std::enable_shared_from_this<UsbFs>
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    UsbFs(UvcFunction &function, CameraFaults &faults);
+
+    /// Puts a powered-on camera at the node `path`.
+    [[nodiscard]] bool plugIn(const std::string &path, int deviceNumber);
+    /// Ends every transfer as an unplug does. With `dirty`, one good payload still completes and
+    /// transfers submitted afterwards are refused at once, as happens on a busy bus.
+    void pullOut(bool dirty);
+    [[nodiscard]] bool plugged() const;
+    [[nodiscard]] std::vector<std::uint8_t> descriptors() const;
+    void report(CameraStatistics &statistics) const;
+
+    void handleIoctl(UMockdevIoctlClient *client);
+
+    /// Blocks the streamer until a stream runs and returns its size; nothing after shutDown().
+    [[nodiscard]] std::optional<UsbDescriptors::StreamSize> waitForStream();
+    /// False after shutDown().
+    [[nodiscard]] bool sleepUntil(Clock::time_point time);
+    /// Puts a frame on the bus; false if the program has not yet taken the earlier ones.
+    [[nodiscard]] bool send(std::vector<Payload> payloads);
+    void shutDown();
+
+private:
+    struct Handle;
+
+    [[nodiscard]] int perform(Handle &handle, unsigned long request, UMockdevIoctlData *argument);
+    [[nodiscard]] int claim(Handle &handle, UMockdevIoctlData *argument, bool wanted);
+    [[nodiscard]] int setInterface(UMockdevIoctlData *argument);
+    [[nodiscard]] int control(UMockdevIoctlData *argument);
+    [[nodiscard]] int submit(Handle &handle, UMockdevIoctlData *argument);
+    [[nodiscard]] int discard(Handle &handle, UMockdevIoctlData *argument);
+    [[nodiscard]] int reap(Handle &handle, UMockdevIoctlData *argument);
+    [[nodiscard]] int answer(const SetupPacket &setup, std::uint8_t *data);
+
+    Handle &handleOf(UMockdevIoctlClient *client);
+    void forget(Handle *handle);
+    void feed();
+    void feed(Handle &handle);
+    void noteDelivery(const Urb &urb);
+    void updateReadiness();
+    void stopStream();
+    [[nodiscard]] bool streamRuns() const;
+
+    mutable std::mutex m_mutex; ///< guards all below
+    std::condition_variable m_changed;
+    UvcFunction &m_function;
+    CameraFaults &m_faults;
+    DeviceNode m_node;
+    std::list<Handle *> m_handles; ///< each owned by its umockdev client
+    std::deque<Payload> m_payloads;
+    std::size_t m_framesQueued = 0; ///< frames whose end is in m_payloads
+    UsbDescriptors::StreamSize m_streamSize{0, 0};
+    std::deque<FrameDelivery> m_deliveries;
+    std::uint64_t m_ioctls = 0;
+    int m_deviceNumber = 0;
+    bool m_plugged = false;
+    bool m_streaming = false;
+    bool m_dirty = false;
+    bool m_shutDown = false;
+};

@@ -1,0 +1,254 @@
+#include "tools/virtualcamera/UvcFunction.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+using namespace UsbDescriptors;
+
+namespace
+{
+
+enum Request : std::uint8_t {
+    SET_CUR = 0x01,
+    GET_CUR = 0x81,
+    GET_MIN = 0x82,
+    GET_MAX = 0x83,
+    GET_RES = 0x84,
+    GET_LEN = 0x85,
+    GET_INFO = 0x86,
+    GET_DEF = 0x87,
+};
+constexpr std::uint8_t GET_AND_SET = 3; // answer to GET_INFO
+
+constexpr int PROBE_CONTROL = 1;
+constexpr int COMMIT_CONTROL = 2;
+constexpr int REGISTER_SIZE = 8;
+
+int reply(const SetupPacket &setup, std::uint8_t *data, const void *answer, std::size_t size)
+{
+    const std::size_t length = std::min<std::size_t>(setup.length, size);
+    std::memcpy(data, answer, length);
+    return static_cast<int>(length);
+}
+
+int replyByte(const SetupPacket &setup, std::uint8_t *data, std::uint8_t value)
+{
+    return reply(setup, data, &value, 1);
+}
+
+int replyLength(const SetupPacket &setup, std::uint8_t *data, std::uint8_t length)
+{
+    const std::uint8_t answer[2] = {length, 0};
+    return reply(setup, data, answer, sizeof answer);
+}
+
+int replyRegister(const SetupPacket &setup, std::uint8_t *data, std::uint64_t value)
+{
+    std::uint8_t answer[REGISTER_SIZE];
+    for (unsigned i = 0; i < REGISTER_SIZE; ++i)
+        answer[i] = static_cast<std::uint8_t>(value >> 8 * i);
+    return reply(setup, data, answer, sizeof answer);
+}
+
+void put32(std::uint8_t *target, std::uint32_t value)
+{
+    for (unsigned i = 0; i < 4; ++i)
+        target[i] = static_cast<std::uint8_t>(value >> 8 * i);
+}
+
+} // namespace
+
+SetupPacket SetupPacket::parse(const std::uint8_t *bytes)
+{
+    const auto u16 = [bytes](int at) {
+        return static_cast<std::uint16_t>(bytes[at] | bytes[at + 1] << 8);
+    };
+    return {bytes[0], bytes[1], u16(2), u16(4), u16(6)};
+}
+
+UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults)
+    : m_settings(std::move(settings))
+    , m_extensionUnit(extensionUnit)
+    , m_faults(faults)
+{
+    powerOn(true);
+}
+
+void UvcFunction::powerOn(bool withExtensionUnit)
+{
+    m_hasExtensionUnit = withExtensionUnit;
+    m_descriptors = build(m_settings.isochronous, withExtensionUnit);
+    m_probe = m_commit = streamControl(1);
+    m_committed.reset();
+    m_extensionUnit.powerOn();
+}
+
+int UvcFunction::control(const SetupPacket &setup, std::uint8_t *data)
+{
+    ++m_controlTransfers;
+    const bool isClass = (setup.requestType & 0x60) != 0;
+    const int result = isClass ? classRequest(setup, data) : standard(setup, data);
+    m_classTransfers += isClass;
+    m_stalledTransfers += result < 0;
+    return result;
+}
+
+std::optional<StreamSize> UvcFunction::takeCommit()
+{
+    return std::exchange(m_committed, std::nullopt);
+}
+
+void UvcFunction::report(CameraStatistics &statistics) const
+{
+    statistics.controlTransfers = m_controlTransfers;
+    statistics.classTransfers = m_classTransfers;
+    statistics.stalledTransfers = m_stalledTransfers;
+}
+
+int UvcFunction::standard(const SetupPacket &setup, std::uint8_t *data) const
+{
+    constexpr std::uint8_t GET_STATUS = 0, GET_DESCRIPTOR = 6, GET_CONFIGURATION = 8;
+    if (!(setup.requestType & 0x80))
+        return 0;
+    if (setup.requestType != 0x80)
+        return -EPIPE;
+    if (setup.request == GET_DESCRIPTOR)
+        return descriptor(setup, data);
+    if (setup.request == GET_CONFIGURATION)
+        return replyByte(setup, data, 1);
+    if (setup.request == GET_STATUS)
+        return replyLength(setup, data, 0);
+    return -EPIPE;
+}
+
+int UvcFunction::descriptor(const SetupPacket &setup, std::uint8_t *data) const
+{
+    const std::uint8_t *bytes = m_descriptors.data();
+    switch (setup.value >> 8) {
+    case 1:
+        return reply(setup, data, bytes, DEVICE_DESCRIPTOR_SIZE);
+    case 2:
+        return reply(setup, data, bytes + DEVICE_DESCRIPTOR_SIZE,
+                     m_descriptors.size() - DEVICE_DESCRIPTOR_SIZE);
+    case 3:
+        break;
+    default:
+        return -EPIPE;
+    }
+    const int index = setup.value & 0xFF;
+    if (index == 0) {
+        constexpr std::uint8_t englishOnly[] = {4, 3, 0x09, 0x04};
+        return reply(setup, data, englishOnly, sizeof englishOnly);
+    }
+    if (index > 3)
+        return -EPIPE;
+    const std::string *texts[] = {&m_settings.manufacturer, &m_settings.product,
+                                  &m_settings.serial};
+    const auto answer = buildString(texts[index - 1]->c_str());
+    return reply(setup, data, answer.data(), answer.size());
+}
+
+int UvcFunction::classRequest(const SetupPacket &setup, std::uint8_t *data)
+{
+    if (takeFault(m_faults.stallControls))
+        return -EPIPE;
+    const bool toInterface = (setup.requestType & 0x1F) == 1;
+    if (toInterface && (setup.index & 0xFF) == STREAMING_INTERFACE)
+        return streaming(setup, data);
+    const int unit = setup.index >> 8;
+    if (unit == EXTENSION_UNIT && m_hasExtensionUnit)
+        return extension(setup, data);
+    if (unit == PROCESSING_UNIT && (setup.request & 0x80)) {
+        const std::uint8_t answer = setup.request == GET_INFO  ? GET_AND_SET
+                                    : setup.request == GET_LEN ? std::uint8_t{2}
+                                                               : std::uint8_t{100};
+        return replyLength(setup, data, answer);
+    }
+    return -EPIPE;
+}
+
+int UvcFunction::streaming(const SetupPacket &setup, std::uint8_t *data)
+{
+    const int selector = setup.value >> 8;
+    if (selector != PROBE_CONTROL && selector != COMMIT_CONTROL)
+        return -EPIPE;
+    if (selector == PROBE_CONTROL && takeFault(m_faults.stallProbes))
+        return -EPIPE;
+    StreamControl &current = selector == PROBE_CONTROL ? m_probe : m_commit;
+    switch (setup.request) {
+    case SET_CUR: {
+        if (setup.length < 4)
+            return -EPIPE;
+        const bool known = data[2] == 1 && data[3] >= 1 && data[3] <= STREAM_SIZES.size();
+        const unsigned frameIndex = known ? data[3] : 1;
+        current = streamControl(frameIndex);
+        if (selector == COMMIT_CONTROL)
+            m_committed = STREAM_SIZES[frameIndex - 1];
+        return setup.length;
+    }
+    case GET_CUR:
+        return reply(setup, data, current.data(), current.size());
+    case GET_MIN:
+    case GET_MAX:
+    case GET_DEF:
+        return reply(setup, data, streamControl(1).data(), current.size());
+    case GET_LEN:
+        return replyLength(setup, data, static_cast<std::uint8_t>(current.size()));
+    case GET_INFO:
+        return replyByte(setup, data, GET_AND_SET);
+    default:
+        return -EPIPE;
+    }
+}
+
+int UvcFunction::extension(const SetupPacket &setup, std::uint8_t *data)
+{
+    const int selector = setup.value >> 8;
+    if (selector == m_faults.stallSelector)
+        return -EPIPE;
+    switch (setup.request) {
+    case SET_CUR: {
+        if (setup.length != REGISTER_SIZE)
+            return -EPIPE;
+        std::uint64_t value = 0;
+        for (unsigned i = 0; i < REGISTER_SIZE; ++i)
+            value |= static_cast<std::uint64_t>(data[i]) << 8 * i;
+        return m_extensionUnit.set(selector, value) ? REGISTER_SIZE : -EPIPE;
+    }
+    case GET_CUR: {
+        const auto value = m_extensionUnit.get(selector);
+        return value ? replyRegister(setup, data, *value) : -EPIPE;
+    }
+    case GET_MIN:
+    case GET_DEF:
+        return replyRegister(setup, data, 0);
+    case GET_MAX:
+        return replyRegister(setup, data, ~std::uint64_t{0});
+    case GET_RES:
+        return replyRegister(setup, data, 1);
+    case GET_LEN:
+        return replyLength(setup, data, REGISTER_SIZE);
+    case GET_INFO:
+        return replyByte(setup, data, GET_AND_SET);
+    default:
+        return -EPIPE;
+    }
+}
+
+/// The answer of the camera to a wish for that frame size: the layout of UVC 1.1.
+UvcFunction::StreamControl UvcFunction::streamControl(unsigned frameIndex) const
+{
+    StreamControl block{};
+    block[0] = 1; // the frame interval is kept
+    block[2] = 1; // format index
+    block[3] = static_cast<std::uint8_t>(frameIndex);
+    put32(&block[4], FRAME_INTERVAL);
+    put32(&block[18], MAXIMUM_FRAME);
+    put32(&block[22], m_settings.isochronous ? ISOCHRONOUS_PACKET : m_settings.maximumPayload);
+    put32(&block[26], CLOCK_FREQUENCY);
+    block[30] = 3; // frame id and end of frame are used
+    block[31] = block[32] = block[33] = 1;
+    return block;
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "tools/virtualcamera/CameraFaults.h"
+#include "tools/virtualcamera/CameraStatistics.h"
+#include "tools/virtualcamera/ExtensionUnit.h"
+#include "tools/virtualcamera/UsbDescriptors.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The eight bytes that open a control transfer.
+struct SetupPacket {
+    std::uint8_t requestType;
+    std::uint8_t request;
+    std::uint16_t value;
+    std::uint16_t index;
+    std::uint16_t length;
+
+    [[nodiscard]] static SetupPacket parse(const std::uint8_t *bytes);
+};
+
+/// Answers the control transfers of the camera: descriptors, probe and commit of the stream, units.
+/// Not thread-safe; its owner serialises the calls.
+class UvcFunction
+{
+public:
+    struct Settings {
+        bool isochronous = false;
+        std::uint32_t maximumPayload = 0; ///< bytes of a bulk payload with its header
+        std::string manufacturer;
+        std::string product;
+        std::string serial;
+    };
+
+    UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults);
+
+    /// Takes the descriptors of a camera with or without the extension unit and resets the stream.
+    void powerOn(bool withExtensionUnit);
+
+    /// Returns the number of bytes in `data`, or a negative errno. `data` holds setup.length bytes
+    /// at least.
+    [[nodiscard]] int control(const SetupPacket &setup, std::uint8_t *data);
+
+    /// The size of the stream committed since the last call, if any.
+    [[nodiscard]] std::optional<UsbDescriptors::StreamSize> takeCommit();
+    [[nodiscard]] const std::vector<std::uint8_t> &descriptors() const { return m_descriptors; }
+    [[nodiscard]] const Settings &settings() const { return m_settings; }
+    /// Adds the counts of control transfers.
+    void report(CameraStatistics &statistics) const;
+
+private:
+    using StreamControl = std::array<std::uint8_t, 34>;
+
+    [[nodiscard]] int standard(const SetupPacket &setup, std::uint8_t *data) const;
+    [[nodiscard]] int classRequest(const SetupPacket &setup, std::uint8_t *data);
+    [[nodiscard]] int descriptor(const SetupPacket &setup, std::uint8_t *data) const;
+    [[nodiscard]] int streaming(const SetupPacket &setup, std::uint8_t *data);
+    [[nodiscard]] int extension(const SetupPacket &setup, std::uint8_t *data);
+    [[nodiscard]] StreamControl streamControl(unsigned frameIndex) const;
+
+    Settings m_settings;
+    ExtensionUnit &m_extensionUnit;
+    CameraFaults &m_faults;
+    std::vector<std::uint8_t> m_descriptors;
+    bool m_hasExtensionUnit = true;
+    StreamControl m_probe{};
+    StreamControl m_commit{};
+    std::optional<UsbDescriptors::StreamSize> m_committed;
+    std::uint64_t m_controlTransfers = 0;
+    std::uint64_t m_classTransfers = 0;
+    std::uint64_t m_stalledTransfers = 0;
+};

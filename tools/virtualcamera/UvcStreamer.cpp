@@ -1,0 +1,155 @@
+#include "tools/virtualcamera/UvcStreamer.h"
+
+#include "tools/virtualcamera/SheetPicture.h"
+#include "tools/virtualcamera/TileEncoder.h"
+
+#include <algorithm>
+#include <pthread.h>
+#include <utility>
+
+namespace
+{
+
+constexpr std::uint8_t MARKER = 0xFF, START_OF_IMAGE = 0xD8, END_OF_IMAGE = 0xD9;
+constexpr std::uint8_t START_OF_FRAME = 0xC0, HUFFMAN_TABLES = 0xC4;
+constexpr int LATE_PERIODS = 4; ///< later than that the clockwork starts anew
+
+std::vector<std::uint8_t>::iterator findMarker(std::vector<std::uint8_t> &jpeg, std::uint8_t code)
+{
+    const std::uint8_t marker[] = {MARKER, code};
+    return std::search(jpeg.begin(), jpeg.end(), std::begin(marker), std::end(marker));
+}
+
+/// Lets the header claim another height than the data have.
+void setHeight(std::vector<std::uint8_t> &jpeg, int height)
+{
+    const auto frame = findMarker(jpeg, START_OF_FRAME);
+    if (jpeg.end() - frame < 7)
+        return;
+    frame[5] = static_cast<std::uint8_t>(height >> 8);
+    frame[6] = static_cast<std::uint8_t>(height & 0xFF);
+}
+
+/// Makes the first Huffman table claim more codes than there can be.
+void damageTables(std::vector<std::uint8_t> &jpeg)
+{
+    const auto tables = findMarker(jpeg, HUFFMAN_TABLES);
+    if (jpeg.end() - tables > 32)
+        std::fill(tables + 5, tables + 21, std::uint8_t{0xEE});
+}
+
+} // namespace
+
+UvcStreamer::UvcStreamer(Settings settings, UsbFs &usbFs, ExtensionUnit &extensionUnit,
+                         CameraFaults &faults)
+    : m_settings(std::move(settings))
+    , m_usbFs(usbFs)
+    , m_extensionUnit(extensionUnit)
+    , m_faults(faults)
+    , m_thread([this] { run(); })
+{
+    pthread_setname_np(m_thread.native_handle(), "camera-stream");
+}
+
+UvcStreamer::~UvcStreamer()
+{
+    m_usbFs.shutDown();
+    m_thread.join();
+}
+
+void UvcStreamer::report(CameraStatistics &statistics) const
+{
+    statistics.framesSent = m_framesSent;
+    statistics.framesOverrun = m_framesOverrun;
+    statistics.bytesSent = m_bytesSent;
+    statistics.lastFrame = m_lastFrame;
+}
+
+void UvcStreamer::run()
+{
+    const auto period = std::chrono::nanoseconds(1000000000 / m_settings.framesPerSecond);
+    auto due = UsbFs::Clock::now();
+    while (const auto stream = m_usbFs.waitForStream()) {
+        setSize(QSize(stream->width, stream->height));
+        if (due + LATE_PERIODS * period < UsbFs::Clock::now())
+            due = UsbFs::Clock::now();
+        if (!m_usbFs.sleepUntil(due))
+            return;
+        due += period;
+        if (!m_faults.silent)
+            sendFrame();
+    }
+}
+
+void UvcStreamer::setSize(QSize size)
+{
+    if (m_size == size)
+        return;
+    m_size = size;
+    m_picture = std::make_unique<SheetPicture>(size, m_settings.banner);
+    m_encoder = std::make_unique<TileEncoder>(size, m_settings.jpegQuality);
+}
+
+void UvcStreamer::sendFrame()
+{
+    Bytes jpeg = spoil(encode());
+    const std::size_t size = jpeg.size();
+    const std::uint32_t number = m_frameNumber++;
+    if (takeFault(m_faults.dropFrames))
+        return;
+    if (m_usbFs.send(packets(std::move(jpeg)))) {
+        ++m_framesSent;
+        m_bytesSent += size;
+        m_lastFrame = number;
+    } else {
+        ++m_framesOverrun;
+    }
+}
+
+UvcStreamer::Bytes UvcStreamer::encode()
+{
+    for (const QRect &area : m_picture->draw(m_frameNumber, m_extensionUnit.view()))
+        m_encoder->update(m_picture->image(), area);
+    return m_encoder->frame();
+}
+
+UvcStreamer::Bytes UvcStreamer::spoil(Bytes jpeg)
+{
+    if (takeFault(m_faults.emptyFrames))
+        return {MARKER, START_OF_IMAGE, MARKER, END_OF_IMAGE};
+    if (takeFault(m_faults.wrongSizeFrames))
+        setHeight(jpeg, m_size.height() * 2);
+    if (takeFault(m_faults.smallSizeFrames))
+        setHeight(jpeg, m_size.height() / 2);
+    if (takeFault(m_faults.corruptFrames))
+        damageTables(jpeg);
+    if (takeFault(m_faults.truncateFrames))
+        jpeg.resize(jpeg.size() / 2);
+    return jpeg;
+}
+
+std::vector<Payload> UvcStreamer::packets(Bytes jpeg)
+{
+    const std::size_t room =
+        (m_settings.isochronous ? UsbDescriptors::ISOCHRONOUS_PACKET : m_settings.maximumPayload) -
+        Payload::HEADER_SIZE;
+    const auto ticks = UsbFs::Clock::now().time_since_epoch() /
+                       std::chrono::nanoseconds(1000000000 / UsbDescriptors::CLOCK_FREQUENCY);
+    Payload packet;
+    packet.frame = std::make_shared<const Bytes>(std::move(jpeg));
+    packet.frameNumber = m_frameNumber - 1;
+    packet.clock = static_cast<std::uint32_t>(ticks);
+    m_frameId = !m_frameId;
+    const std::uint8_t error =
+        takeFault(m_faults.errorBitFrames) ? Payload::ERROR_BIT : std::uint8_t{0};
+    std::vector<Payload> all;
+    for (std::size_t size = packet.frame->size(); packet.offset < size; packet.offset += room) {
+        packet.length = std::min(room, size - packet.offset);
+        const bool last = packet.offset + packet.length == size;
+        packet.flags = static_cast<std::uint8_t>(Payload::END_OF_HEADER | Payload::HAS_TIMES |
+                                                 error | (m_frameId ? Payload::FRAME_ID : 0) |
+                                                 (last ? Payload::END_OF_FRAME : 0));
+        all.push_back(packet);
+    }
+    return all;
+}

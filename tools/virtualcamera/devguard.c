@@ -1,0 +1,124 @@
+/* Preloaded before libumockdev-preload.so.0: keeps every path under /dev but those of the USB bus
+ * away from it. Its table of descriptors has 50 places and loses one with every failed open, after
+ * which sound and media libraries abort; and it answers the ioctls of real devices with ENOTTY.
+ *
+ * Any thread; no state but the addresses of the functions behind. */
+#define _GNU_SOURCE
+#include <dlfcn.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <stdarg.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+enum verdict { TO_UMOCKDEV, TO_KERNEL, REFUSED };
+
+static int is_usb(const char *path)
+{
+    return path && !strncmp(path, "/dev/bus/usb/", 13);
+}
+
+static int is_other_device(const char *path)
+{
+    return path && !strncmp(path, "/dev/", 5) && !is_usb(path);
+}
+
+/* A node that is missing or of mode 000 is refused here, the latter for the superuser too: it stands
+ * for a node that the user may not open. errno says which. */
+static enum verdict judge(const char *path, int flags)
+{
+    struct stat status;
+    char mocked[4096];
+    const char *root = getenv("UMOCKDEV_DIR");
+    int access = (flags & O_ACCMODE) == O_RDWR     ? R_OK | W_OK
+                 : (flags & O_ACCMODE) == O_WRONLY ? W_OK
+                                                   : R_OK;
+    if (is_other_device(path))
+        return TO_KERNEL;
+    if (!is_usb(path) || !root)
+        return TO_UMOCKDEV;
+    if (snprintf(mocked, sizeof mocked, "%s%s", root, path) >= (int)sizeof mocked) {
+        errno = ENAMETOOLONG;
+        return REFUSED;
+    }
+    if (syscall(SYS_newfstatat, AT_FDCWD, mocked, &status, 0) != 0)
+        return REFUSED;
+    if (S_ISREG(status.st_mode) && !(status.st_mode & 0777)) {
+        errno = EACCES;
+        return REFUSED;
+    }
+    return syscall(SYS_faccessat2, AT_FDCWD, mocked, access, AT_EACCESS) ? REFUSED : TO_UMOCKDEV;
+}
+
+/* The node is a terminal, which must not become the program's controlling one. */
+static int flags_for(const char *path, int flags)
+{
+    return is_usb(path) ? flags | O_NOCTTY : flags;
+}
+
+static mode_t mode_argument(int flags, va_list arguments)
+{
+    return flags & (O_CREAT | __O_TMPFILE) ? va_arg(arguments, mode_t) : 0;
+}
+
+static int guarded_open(void *next, const char *path, int flags, mode_t mode)
+{
+    switch (judge(path, flags)) {
+    case REFUSED:
+        return -1;
+    case TO_KERNEL:
+        return (int)syscall(SYS_openat, AT_FDCWD, path, flags, mode);
+    case TO_UMOCKDEV:
+        break;
+    }
+    return ((int (*)(const char *, int, ...))next)(path, flags_for(path, flags), mode);
+}
+
+static FILE *guarded_fopen(const char *name, void *next, const char *path, const char *mode)
+{
+    void *libc = is_other_device(path) ? dlopen("libc.so.6", RTLD_LAZY | RTLD_NOLOAD) : NULL;
+    void *function = libc ? dlsym(libc, name) : next;
+    return ((FILE * (*)(const char *, const char *)) function)(path, mode);
+}
+
+int open(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    mode_t mode = mode_argument(flags, arguments);
+    va_end(arguments);
+    return guarded_open(dlsym(RTLD_NEXT, "open"), path, flags, mode);
+}
+
+int open64(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    mode_t mode = mode_argument(flags, arguments);
+    va_end(arguments);
+    return guarded_open(dlsym(RTLD_NEXT, "open64"), path, flags, mode);
+}
+
+int __open_2(const char *path, int flags)
+{
+    return guarded_open(dlsym(RTLD_NEXT, "open"), path, flags, 0);
+}
+
+int __open64_2(const char *path, int flags)
+{
+    return guarded_open(dlsym(RTLD_NEXT, "open64"), path, flags, 0);
+}
+
+FILE *fopen(const char *path, const char *mode)
+{
+    return guarded_fopen("fopen", dlsym(RTLD_NEXT, "fopen"), path, mode);
+}
+
+FILE *fopen64(const char *path, const char *mode)
+{
+    return guarded_fopen("fopen64", dlsym(RTLD_NEXT, "fopen64"), path, mode);
+}

@@ -34,8 +34,12 @@ public:
 
     ~FilmSourcePrivate()
     {
-        displayLink->stop();
         displayLink.reset();
+        {
+            // What comes later finds nothing loaded.
+            const std::lock_guard lock(mutex);
+            loaded = false;
+        }
         player.reset();
     }
 
@@ -299,6 +303,8 @@ FilmPlayer::Events FilmSource::filmEvents()
             shared->duration = seconds;
             shared->opening = false;
         }
+        // The first picture shows even if the film has been paused meanwhile.
+        shared->displayPicture(generation);
         QMetaObject::invokeMethod(
             this, [this, generation] { filmOpened(generation); }, Qt::QueuedConnection);
     };

@@ -1,0 +1,252 @@
+#include "sources/media/FilmPipelineGst.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+
+#include <gst/app/gstappsink.h>
+#include <gst/video/video.h>
+#include <utility>
+
+namespace
+{
+
+// Flags of playbin: picture, sound, volume in software where the sound sink has none, and
+// deinterlacing. No subtitles and no colour controls.
+constexpr int playFlags = 0x1 | 0x2 | 0x10 | 0x200;
+
+constexpr std::size_t mostPicturesDue = 2;
+
+GstFlowReturn keep(GstSample *sample, gpointer pictures)
+{
+    if (sample)
+        static_cast<DuePictures *>(pictures)->put(GstPtr<GstSample>(sample));
+    return GST_FLOW_OK;
+}
+
+GstFlowReturn onPreroll(GstAppSink *sink, gpointer pictures)
+{
+    return keep(gst_app_sink_try_pull_preroll(sink, 0), pictures);
+}
+
+GstFlowReturn onSample(GstAppSink *sink, gpointer pictures)
+{
+    return keep(gst_app_sink_try_pull_sample(sink, 0), pictures);
+}
+
+/// The end of a flush, with the streaming thread held off: what comes after it is of the new place.
+GstPadProbeReturn onFlush(GstPad *, GstPadProbeInfo *info, gpointer pictures)
+{
+    if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_FLUSH_STOP)
+        static_cast<DuePictures *>(pictures)->clear();
+    return GST_PAD_PROBE_OK;
+}
+
+gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
+{
+    (*static_cast<const std::function<void(GstMessage *)> *>(handler))(message);
+    return G_SOURCE_CONTINUE;
+}
+
+FilmPipelineGst::Result resultOf(GstStateChangeReturn change)
+{
+    if (change == GST_STATE_CHANGE_FAILURE)
+        return FilmPipelineGst::Result::Failed;
+    return change == GST_STATE_CHANGE_ASYNC ? FilmPipelineGst::Result::Later
+                                            : FilmPipelineGst::Result::Done;
+}
+
+} // namespace
+
+void DuePictures::put(GstPtr<GstSample> sample)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_newest && gst_sample_get_buffer(m_newest.get()) == gst_sample_get_buffer(sample.get()))
+        return;
+    m_newest.reset(gst_sample_ref(sample.get()));
+    m_samples.push_back(std::move(sample));
+    if (m_samples.size() > mostPicturesDue)
+        m_samples.pop_front();
+}
+
+GstPtr<GstSample> DuePictures::take()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_samples.empty())
+        return nullptr;
+    GstPtr<GstSample> sample = std::move(m_samples.front());
+    m_samples.pop_front();
+    return sample;
+}
+
+bool DuePictures::anySinceClear() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_newest != nullptr;
+}
+
+void DuePictures::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_samples.clear();
+    m_newest.reset();
+}
+
+std::unique_ptr<FilmPipelineGst>
+FilmPipelineGst::create(const QString &path, bool silent, DuePictures &pictures,
+                        const std::function<void(GstMessage *)> &onMessage)
+{
+    // A pipe or a device could block for ever.
+    if (!QFileInfo(path).isFile())
+        return nullptr;
+    std::unique_ptr<FilmPipelineGst> pipeline(new FilmPipelineGst(pictures, onMessage));
+    return pipeline->build(path, silent) ? std::move(pipeline) : nullptr;
+}
+
+FilmPipelineGst::FilmPipelineGst(DuePictures &pictures,
+                                 const std::function<void(GstMessage *)> &onMessage)
+    : m_pictures(pictures)
+    , m_onMessage(onMessage)
+{
+}
+
+FilmPipelineGst::~FilmPipelineGst()
+{
+    if (m_busWatch)
+        g_source_destroy(m_busWatch.get());
+    if (m_playbin)
+        gst_element_set_state(m_playbin.get(), GST_STATE_NULL);
+    m_pictures.clear();
+}
+
+bool FilmPipelineGst::build(const QString &path, bool silent)
+{
+    GstElement *playbin = gst_element_factory_make("playbin", nullptr);
+    if (!playbin)
+        return false;
+    m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
+
+    GstElement *videoSink = buildVideoSink();
+    m_audioSink = gst_element_factory_make(silent ? "fakesink" : "autoaudiosink", nullptr);
+    gchar *uri =
+        gst_filename_to_uri(QFile::encodeName(QFileInfo(path).absoluteFilePath()), nullptr);
+    const bool complete = videoSink && m_audioSink && uri;
+    if (m_audioSink && silent)
+        g_object_set(m_audioSink, "sync", TRUE, nullptr);
+    g_object_set(playbin, "uri", uri, "flags", playFlags, "video-sink", videoSink, "audio-sink",
+                 m_audioSink, nullptr);
+    g_free(uri);
+    watchBus();
+    return complete;
+}
+
+GstElement *FilmPipelineGst::buildVideoSink()
+{
+    GstElement *convert = gst_element_factory_make("videoconvert", nullptr);
+    // After the conversion, as it does not know every format that decoders deliver.
+    GstElement *upright = gst_element_factory_make("videoflip", nullptr);
+    GstElement *sink = gst_element_factory_make("appsink", nullptr);
+    GstElement *bin = gst_bin_new(nullptr);
+    if (!convert || !upright || !sink)
+        return nullptr;
+    gst_util_set_object_arg(G_OBJECT(upright), "video-direction", "auto");
+
+    GstCaps *caps = gst_caps_from_string("video/x-raw,format=RGB");
+    g_object_set(sink, "caps", caps, "max-buffers", 1, "drop", TRUE, "sync", TRUE, "qos", TRUE,
+                 "enable-last-sample", FALSE, nullptr);
+    gst_caps_unref(caps);
+    GstAppSinkCallbacks callbacks{};
+    callbacks.new_preroll = onPreroll;
+    callbacks.new_sample = onSample;
+    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, &m_pictures, nullptr);
+
+    gst_bin_add_many(GST_BIN(bin), convert, upright, sink, nullptr);
+    gst_element_link_many(convert, upright, sink, nullptr);
+    GstPad *flushed = gst_element_get_static_pad(sink, "sink");
+    gst_pad_add_probe(flushed, GST_PAD_PROBE_TYPE_EVENT_FLUSH, onFlush, &m_pictures, nullptr);
+    gst_object_unref(flushed);
+    GstPad *entry = gst_element_get_static_pad(convert, "sink");
+    gst_element_add_pad(bin, gst_ghost_pad_new("sink", entry));
+    gst_object_unref(entry);
+    return bin;
+}
+
+void FilmPipelineGst::watchBus()
+{
+    GstBus *bus = gst_element_get_bus(m_playbin.get());
+    m_busWatch.reset(gst_bus_create_watch(bus));
+    gst_object_unref(bus);
+    g_source_set_callback(m_busWatch.get(), G_SOURCE_FUNC(onBusMessage),
+                          const_cast<std::function<void(GstMessage *)> *>(&m_onMessage), nullptr);
+    g_source_attach(m_busWatch.get(), g_main_context_get_thread_default());
+}
+
+FilmPipelineGst::Result FilmPipelineGst::setState(GstState state)
+{
+    return resultOf(gst_element_set_state(m_playbin.get(), state));
+}
+
+FilmPipelineGst::Result FilmPipelineGst::seek(double seconds, bool exact)
+{
+    const int flags =
+        GST_SEEK_FLAG_FLUSH |
+        (exact ? GST_SEEK_FLAG_ACCURATE : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE);
+    const bool sent =
+        gst_element_seek_simple(m_playbin.get(), GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags),
+                                static_cast<gint64>(seconds * GST_SECOND));
+    return sent ? Result::Later : Result::Failed;
+}
+
+void FilmPipelineGst::setVolume(double volume)
+{
+    g_object_set(m_playbin.get(), "volume", volume, nullptr);
+}
+
+double FilmPipelineGst::duration() const
+{
+    gint64 duration = 0;
+    if (!gst_element_query_duration(m_playbin.get(), GST_FORMAT_TIME, &duration) || duration < 0)
+        return 0;
+    return static_cast<double>(duration) / GST_SECOND;
+}
+
+bool FilmPipelineGst::isFromSound(GstMessage *message) const
+{
+    GstObject *source = GST_MESSAGE_SRC(message);
+    if (!source || !m_audioSink)
+        return false;
+    // The chain before the sound sink fails with it, in the name of the bin that holds both.
+    const bool chain = g_strcmp0(G_OBJECT_TYPE_NAME(source), "GstPlaySink") == 0;
+    return chain || source == GST_OBJECT(m_audioSink) ||
+           gst_object_has_as_ancestor(source, GST_OBJECT(m_audioSink));
+}
+
+bool FilmPipelineGst::isFromPipeline(GstMessage *message) const
+{
+    return GST_MESSAGE_SRC(message) == GST_OBJECT(m_playbin.get());
+}
+
+double positionOf(GstElement *pipeline)
+{
+    gint64 position = 0;
+    if (!gst_element_query_position(pipeline, GST_FORMAT_TIME, &position) || position < 0)
+        return -1;
+    return static_cast<double>(position) / GST_SECOND;
+}
+
+bool showSample(GstSample *sample, const std::function<void(const QImage &picture)> &show)
+{
+    GstVideoInfo info;
+    GstVideoFrame frame;
+    if (!gst_video_info_from_caps(&info, gst_sample_get_caps(sample)) ||
+        !gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ))
+        return false;
+    {
+        const QImage picture(static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
+                             GST_VIDEO_FRAME_WIDTH(&frame), GST_VIDEO_FRAME_HEIGHT(&frame),
+                             GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0), QImage::Format_RGB888);
+        show(picture);
+    }
+    gst_video_frame_unmap(&frame);
+    return true;
+}

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QString>
+
+#include <deque>
+#include <functional>
+#include <gst/gst.h>
+#include <memory>
+#include <mutex>
+
+class QImage;
+
+struct GstUnref {
+    void operator()(GstElement *element) const { gst_object_unref(element); }
+    void operator()(GstSample *sample) const { gst_sample_unref(sample); }
+    void operator()(GstMessage *message) const { gst_message_unref(message); }
+    void operator()(GMainContext *context) const { g_main_context_unref(context); }
+    void operator()(GSource *source) const { g_source_unref(source); }
+};
+template <class T>
+using GstPtr = std::unique_ptr<T, GstUnref>;
+
+/// The pictures that are due and not shown yet, in their order. Two, so that the beat between the
+/// film's rate and the screen's costs no picture. Any thread.
+class DuePictures
+{
+public:
+    /// Takes over a reference. A paused sink hands out the same picture again when it plays; that
+    /// one is left out.
+    void put(GstPtr<GstSample> sample);
+    [[nodiscard]] GstPtr<GstSample> take();
+    /// Whether the place that was last sought has a picture.
+    [[nodiscard]] bool anySinceClear() const;
+    void clear();
+
+private:
+    /// Guards m_samples and m_newest.
+    mutable std::mutex m_mutex;
+    std::deque<GstPtr<GstSample>> m_samples;
+    GstPtr<GstSample> m_newest;
+};
+
+/// One film in one GStreamer pipeline: pictures go to a DuePictures, sound to the desktop or, when
+/// silent, nowhere. Used by FilmPlayerGst.cpp alone, on its thread; only seconds() may be called
+/// from elsewhere.
+class FilmPipelineGst
+{
+public:
+    enum class Result { Failed, Done, Later };
+
+    /// Null when it is no regular file or an element is missing. Messages go to `onMessage`, which
+    /// outlives the pipeline, on the thread-default context.
+    [[nodiscard]] static std::unique_ptr<FilmPipelineGst>
+    create(const QString &path, bool silent, DuePictures &pictures,
+           const std::function<void(GstMessage *)> &onMessage);
+    ~FilmPipelineGst();
+    FilmPipelineGst(const FilmPipelineGst &) = delete;
+    FilmPipelineGst &operator=(const FilmPipelineGst &) = delete;
+
+    /// Later: the message ASYNC_DONE follows.
+    [[nodiscard]] Result setState(GstState state);
+    /// Later: ASYNC_DONE follows. Exact to the picture, or the key frame before.
+    [[nodiscard]] Result seek(double seconds, bool exact);
+    void setVolume(double volume);
+    /// 0 when unknown.
+    [[nodiscard]] double duration() const;
+    [[nodiscard]] bool isFromSound(GstMessage *message) const;
+    [[nodiscard]] bool isFromPipeline(GstMessage *message) const;
+    [[nodiscard]] GstElement *element() const { return m_playbin.get(); }
+
+private:
+    FilmPipelineGst(DuePictures &pictures, const std::function<void(GstMessage *)> &onMessage);
+    [[nodiscard]] bool build(const QString &path, bool silent);
+    [[nodiscard]] GstElement *buildVideoSink();
+    void watchBus();
+
+    DuePictures &m_pictures;
+    const std::function<void(GstMessage *)> &m_onMessage;
+    GstPtr<GstElement> m_playbin;
+    /// Inside m_playbin, which keeps it alive.
+    GstElement *m_audioSink = nullptr;
+    GstPtr<GSource> m_busWatch;
+};
+
+/// The position of a pipeline in seconds, -1 when it does not know. Any thread.
+[[nodiscard]] double positionOf(GstElement *pipeline);
+
+/// Calls `show` with the sample's picture as QImage::Format_RGB888, valid during the call.
+[[nodiscard]] bool showSample(GstSample *sample,
+                              const std::function<void(const QImage &picture)> &show);

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "sources/ICaptureCB.h"
+
+#include <QImage>
+#include <QStringList>
+#include <QThread>
+#include <QVector>
+
+#include <functional>
+#include <mutex>
+
+/// Receives pictures as a canvas does and remembers what came.
+class PictureWall : public ICaptureCB
+{
+public:
+    void imageCaptured(const QImage &image) override
+    {
+        const std::lock_guard lock(m_mutex);
+        m_last = image.copy();
+        m_stride = image.bytesPerLine();
+        ++m_count;
+        m_onGuiThread = m_onGuiThread || QThread::currentThread() == m_gui;
+        if (readNumber)
+            m_numbers.append(readNumber(image));
+    }
+
+    void imageCaptured(void *, int, int, bool, bool) override
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_rawFrames;
+    }
+
+    void startAutoRefresh() override { refresh("start"); }
+    void stopAutoRefresh() override { refresh("stop"); }
+
+    int count() const { return locked(m_count); }
+    int rawFrames() const { return locked(m_rawFrames); }
+    /// A copy of the newest picture.
+    QImage last() const { return locked(m_last); }
+    int stride() const { return locked(m_stride); }
+    bool anyOnGuiThread() const { return locked(m_onGuiThread); }
+    /// What readNumber() said of each picture, in their order.
+    QVector<int> numbers() const { return locked(m_numbers); }
+    int lastNumber() const
+    {
+        const QVector<int> all = numbers();
+        return all.isEmpty() ? -1 : all.last();
+    }
+    void forget()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_count = 0;
+        m_last = QImage();
+        m_numbers.clear();
+    }
+
+    bool refreshing() const { return m_refreshing; }
+    /// The refresh operations since the last call; GUI thread, as they are.
+    QStringList takeRefreshes() { return std::exchange(m_refreshes, {}); }
+    bool refreshedElsewhere() const { return m_refreshedElsewhere; }
+
+    /// Set it before pictures come.
+    std::function<int(const QImage &)> readNumber;
+
+private:
+    template <class T>
+    T locked(const T &value) const
+    {
+        const std::lock_guard lock(m_mutex);
+        return value;
+    }
+
+    void refresh(const char *operation)
+    {
+        m_refreshing = qstrcmp(operation, "start") == 0;
+        m_refreshedElsewhere = m_refreshedElsewhere || QThread::currentThread() != m_gui;
+        m_refreshes.append(QString::fromLatin1(operation));
+    }
+
+    QThread *const m_gui = QThread::currentThread();
+    bool m_refreshing = false;
+    bool m_refreshedElsewhere = false;
+    QStringList m_refreshes;
+
+    /// Guards all the members below.
+    mutable std::mutex m_mutex;
+    QImage m_last;
+    QVector<int> m_numbers;
+    int m_count = 0;
+    int m_rawFrames = 0;
+    int m_stride = 0;
+    bool m_onGuiThread = false;
+};

@@ -1,18 +1,27 @@
 #pragma once
 
+#include "AnnotationLayer.h"
 #include "CanvasModes.h"
+#include "FramePipeline.h"
+#include "ScaledPicture.h"
+#include "SnapshotClock.h"
+#include "ViewGeometry.h"
 #include "sources/ICaptureCB.h"
 
 #include <QColor>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QMutex>
 #include <QPoint>
+#include <QPointer>
 #include <QRect>
 #include <QSize>
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 #include <atomic>
+#include <cstdint>
 #include <limits>
 
 class OSDProcessor;
@@ -32,7 +41,7 @@ public:
 
     // Frames ------------------------------------------------------------------------------------
     void imageCaptured(const QImage &image) override;
-    void imageCaptured(void *data, int width, int height, bool mirror, bool rgb32) override;
+    void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override;
     void startAutoRefresh() override;
     void stopAutoRefresh() override;
 
@@ -110,9 +119,97 @@ public:
     QColor fillColor = Qt::black;
 
 public slots:
+    /// Shows changes of effect, mask, view or drawing on the standing picture. GUI thread.
     void autoRefresh();
 
 signals:
     /// A clip has been copied to the clipboard.
     void clipDone();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private slots:
+    void refreshWhenIdle();
+
+private:
+    /// Everything that a result was made from; while it stays the same, so does the result.
+    struct Recipe {
+        std::uint64_t inputSerial = 0;
+        ViewGeometry view;
+        EffectMode effect = EffectColor;
+        MaskMode mask = MaskNone;
+        std::uint64_t layerRevision = 0;
+
+        friend bool operator==(const Recipe &a, const Recipe &b)
+        {
+            return a.inputSerial == b.inputSerial && a.view == b.view && a.effect == b.effect &&
+                   a.mask == b.mask && a.layerRevision == b.layerRevision;
+        }
+    };
+
+    /// A picture to be saved once the lock is released; an empty path is none.
+    struct Shot {
+        FramePtr picture;
+        QString path;
+    };
+
+    // With the lock held.
+    [[nodiscard]] FramePtr copyIn(const void *pixels, QSize size, bool mirror, bool rgb32);
+    [[nodiscard]] FramePtr copyIn(const QImage &image);
+    /// Whether the standing input holds and frames that arrive are ignored.
+    [[nodiscard]] bool holdsInput() const;
+    void takeInput(const FramePtr &frame);
+    void renewResult();
+    [[nodiscard]] Recipe currentRecipe() const;
+    [[nodiscard]] Shot dueShot();
+    void copyOut(void *pixels, QSize size, bool mirror, bool rgb32);
+    void publishView();
+    template <typename Change>
+    void changeView(Change change);
+
+    // Without the lock.
+    void save(const Shot &shot);
+    void requestRepaint();
+    void paintPicture(QPainter *painter);
+
+    [[nodiscard]] ViewGeometry publishedView() const;
+    [[nodiscard]] bool onGuiThread() const;
+
+    /// Guards the members from here to the next group against the frame thread; never held
+    /// while a file is written, a widget is touched or the indications are painted.
+    mutable QMutex m_lock;
+    FramePtr m_input;
+    /// Counts stored inputs.
+    std::uint64_t m_inputSerial = 0;
+    FramePtr m_result;
+    std::uint64_t m_resultSerial = 0;
+    Recipe m_resultRecipe;
+    FramePipeline m_pipeline;
+    ViewGeometry m_view;
+    AnnotationLayer m_layer;
+    SnapshotClock m_snapshotClock;
+    QString m_armedFolder;
+    /// In processed-picture coordinates.
+    QRect m_clipRectangle;
+
+    // Readable from any thread without the lock.
+    std::atomic<std::uint64_t> m_publishedShape{0};
+    std::atomic<double> m_publishedScale{1.0};
+    std::atomic<std::int64_t> m_lastFrameMs{0};
+    std::atomic<bool> m_updatePosted{false};
+    QElapsedTimer m_clock; ///< Started once by the constructor.
+
+    // GUI thread only.
+    QPointer<OSDProcessor> m_osd;
+    QTimer m_refreshTimer;
+    QTimer m_idleTimer;
+    ScaledPicture m_scaledPicture;
+    bool m_drawingBoardMode = false;
+    QColor m_boardColor = Qt::white;
+    MouseMode m_mouseMode = Hand;
+    QColor m_textColor = Qt::black;
+    QString m_fontFace = QStringLiteral("Arial");
+    int m_fontSize = 18;
 };

@@ -1,0 +1,529 @@
+#include "ImageCanvas.h"
+
+#include "FrameSteps.h"
+#include "OSDProcessor.h"
+#include "SnapshotFile.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QMutexLocker>
+#include <QPainter>
+#include <QResizeEvent>
+#include <QThread>
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+
+constexpr int REFRESH_INTERVAL_MS = 40;
+/// A source that was silent for this long no longer carries the canvas's own changes to the screen.
+constexpr int SILENT_SOURCE_MS = 200;
+constexpr QSize BOARD_SIZE(1280, 720);
+const char START_PICTURE[] = ":/icons/Background/MAIN_WINDOWS.png";
+
+} // namespace
+
+ImageCanvas::ImageCanvas(QWidget *parent)
+    : QWidget(parent)
+{
+    m_clock.start();
+    setFont(QFont(m_fontFace, m_fontSize));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    m_refreshTimer.setInterval(REFRESH_INTERVAL_MS);
+    connect(&m_refreshTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
+    m_idleTimer.setInterval(REFRESH_INTERVAL_MS);
+    connect(&m_idleTimer, SIGNAL(timeout()), this, SLOT(refreshWhenIdle()));
+    m_idleTimer.start();
+
+    const QImage startPicture(START_PICTURE);
+    if (!startPicture.isNull())
+        ImageCanvas::imageCaptured(startPicture);
+}
+
+ImageCanvas::~ImageCanvas() = default;
+
+// Frames ----------------------------------------------------------------------------------------
+
+void ImageCanvas::imageCaptured(const QImage &image)
+{
+    const QImage picture = image.convertToFormat(QImage::Format_RGB888);
+    Shot shot;
+    {
+        const QMutexLocker locker(&m_lock);
+        m_lastFrameMs = m_clock.elapsed();
+        if (!holdsInput())
+            takeInput(copyIn(picture));
+        renewResult();
+        shot = dueShot();
+    }
+    save(shot);
+    requestRepaint();
+}
+
+void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32)
+{
+    const QSize size = pixels ? QSize(std::max(width, 0), std::max(height, 0)) : QSize(0, 0);
+    Shot shot;
+    {
+        const QMutexLocker locker(&m_lock);
+        m_lastFrameMs = m_clock.elapsed();
+        if (rgb32)
+            FrameSteps::makeOpaque(pixels, size);
+        if (!holdsInput())
+            takeInput(copyIn(pixels, size, mirror, rgb32));
+        renewResult();
+        shot = dueShot();
+        copyOut(pixels, size, mirror, rgb32);
+    }
+    save(shot);
+    requestRepaint();
+}
+
+void ImageCanvas::startAutoRefresh()
+{
+    m_refreshTimer.start();
+}
+
+void ImageCanvas::stopAutoRefresh()
+{
+    m_refreshTimer.stop();
+}
+
+void ImageCanvas::autoRefresh()
+{
+    Shot shot;
+    {
+        // One stretch under the lock: a newer frame cannot come between and be overwritten.
+        const QMutexLocker locker(&m_lock);
+        if (m_input) {
+            renewResult();
+            shot = dueShot();
+        }
+    }
+    save(shot);
+    requestRepaint();
+}
+
+void ImageCanvas::refreshWhenIdle()
+{
+    if (m_refreshTimer.isActive() || !isVisible() ||
+        m_clock.elapsed() - m_lastFrameMs < SILENT_SOURCE_MS)
+        return;
+    // Indications come and go by the clock alone, so that there is always a reason to repaint.
+    autoRefresh();
+}
+
+void ImageCanvas::fillCanvas(const QColor &color)
+{
+    m_boardColor = color;
+    QImage board(BOARD_SIZE, QImage::Format_RGB888);
+    board.fill(color);
+    imageCaptured(board);
+}
+
+QColor ImageCanvas::boardColor() const
+{
+    return m_boardColor;
+}
+
+void ImageCanvas::setDrawingBoardMode(bool on)
+{
+    m_drawingBoardMode = on;
+    // The board leaves the bars beside the picture to what lies behind the canvas.
+    setAttribute(Qt::WA_OpaquePaintEvent, !on);
+}
+
+QImage ImageCanvas::currentImage() const
+{
+    const QMutexLocker locker(&m_lock);
+    return frameImage(m_result);
+}
+
+QSize ImageCanvas::pictureSize() const
+{
+    const QMutexLocker locker(&m_lock);
+    return m_result ? m_result->size() : QSize(0, 0);
+}
+
+// The pipeline, with the lock held ----------------------------------------------------------------
+
+bool ImageCanvas::holdsInput() const
+{
+    return frozen && m_input;
+}
+
+FramePtr ImageCanvas::copyIn(const void *pixels, QSize size, bool mirror, bool rgb32)
+{
+    const std::shared_ptr<Frame> frame =
+        m_pipeline.pool().acquire(size, rgb32 ? QImage::Format_ARGB32 : QImage::Format_RGB888);
+    if (!frame)
+        return nullptr;
+    const auto count =
+        static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
+    const std::size_t bytes = count * (rgb32 ? 4 : 3);
+    // One block, though the frame's rows are padded: the bytes keep their order on the way in and
+    // on the way out, so that a picture of any width comes back as it was handed over.
+    unsigned char *target = frame->rows().data;
+    std::memcpy(target, pixels, bytes);
+    std::memset(target + bytes, 0, frame->byteCount() - bytes);
+    if (mirror)
+        FrameSteps::mirrorInPlace(frame->rows());
+    return frame;
+}
+
+FramePtr ImageCanvas::copyIn(const QImage &image)
+{
+    // Pictures that wrap foreign memory may have rows of their own length.
+    const bool usual = image.bytesPerLine() == (image.width() * 3 + 3) / 4 * 4;
+    const QImage picture = usual ? image : image.copy();
+    return copyIn(picture.constBits(), picture.size(), false, false);
+}
+
+void ImageCanvas::takeInput(const FramePtr &frame)
+{
+    m_input = frame;
+    ++m_inputSerial;
+    const QSize size = frame ? frame->size() : QSize(0, 0);
+    if (size == m_view.frameSize())
+        return;
+    m_view.setFrameSize(size);
+    m_layer.reset(m_view.rotatedSize());
+    publishView();
+}
+
+void ImageCanvas::renewResult()
+{
+    const Recipe recipe = currentRecipe();
+    if (m_resultSerial != 0 && recipe == m_resultRecipe)
+        return;
+    m_result = m_pipeline.run(m_input, m_layer, {recipe.view, recipe.effect, recipe.mask});
+    m_resultRecipe = recipe;
+    ++m_resultSerial;
+}
+
+ImageCanvas::Recipe ImageCanvas::currentRecipe() const
+{
+    return {m_inputSerial, m_view, effectMode, maskMode, m_layer.revision()};
+}
+
+ImageCanvas::Shot ImageCanvas::dueShot()
+{
+    if (!m_snapshotClock.isArmed() || !m_result || !QDir(m_armedFolder).exists() ||
+        !m_snapshotClock.takePicture(m_clock.elapsed()))
+        return {};
+    return {m_result, SnapshotFile::path(m_armedFolder, QDateTime::currentDateTime())};
+}
+
+void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
+{
+    // A result that is the very frame copied in stands in the caller's buffer already.
+    if (!m_result || size.isEmpty() || (m_result == m_input && !holdsInput()))
+        return;
+    const FramePtr fitted = m_pipeline.fitted(m_result, size);
+    if (fitted)
+        FrameSteps::copyOut(*fitted, pixels, mirror, rgb32);
+}
+
+// Snapshots ---------------------------------------------------------------------------------------
+
+void ImageCanvas::snapshot()
+{
+    if (!QDir(snapshotFolder).exists())
+        return;
+    const QMutexLocker locker(&m_lock);
+    m_armedFolder = snapshotFolder;
+    m_snapshotClock.arm({snapshotMode, snapshotInterval, seriesLimit}, m_clock.elapsed());
+}
+
+void ImageCanvas::stopSnapshot()
+{
+    const QMutexLocker locker(&m_lock);
+    m_snapshotClock.disarm();
+}
+
+bool ImageCanvas::seriesArmed() const
+{
+    const QMutexLocker locker(&m_lock);
+    return m_snapshotClock.isSeriesArmed();
+}
+
+void ImageCanvas::save(const Shot &shot)
+{
+    if (shot.path.isEmpty())
+        return;
+    // A failed write leaves no file and is shown like a good one.
+    SnapshotFile::write(shot.path, frameImage(shot.picture));
+    const auto show = [this] {
+        if (m_osd)
+            m_osd->osdSnapshot();
+    };
+    if (onGuiThread())
+        show();
+    else
+        QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+}
+
+// View
+// ----------------------------------------------------------------------------------------------
+
+int ImageCanvas::actualWidth() const
+{
+    return publishedView().rotatedSize().width();
+}
+
+int ImageCanvas::actualHeight() const
+{
+    return publishedView().rotatedSize().height();
+}
+
+int ImageCanvas::transformedWidth() const
+{
+    return publishedView().transformedSize().width();
+}
+
+int ImageCanvas::transformedHeight() const
+{
+    return publishedView().transformedSize().height();
+}
+
+double ImageCanvas::minimumScale() const
+{
+    return publishedView().minimumScale();
+}
+
+double ImageCanvas::zoomScale() const
+{
+    return m_publishedScale;
+}
+
+int ImageCanvas::rotation() const
+{
+    return publishedView().rotation();
+}
+
+QPointF ImageCanvas::centerPoint() const
+{
+    const QMutexLocker locker(&m_lock);
+    return m_view.centerPoint();
+}
+
+template <typename Change>
+void ImageCanvas::changeView(Change change)
+{
+    const QMutexLocker locker(&m_lock);
+    change(m_view);
+    publishView();
+}
+
+void ImageCanvas::zoom(const QPointF &centre, int factor)
+{
+    changeView([&](ViewGeometry &view) { view.zoom(centre, factor); });
+}
+
+void ImageCanvas::zoomIn()
+{
+    bool changed = false;
+    changeView([&](ViewGeometry &view) { changed = view.zoomIn(); });
+    if (changed)
+        requestRepaint();
+}
+
+void ImageCanvas::zoomOut()
+{
+    changeView([](ViewGeometry &view) { view.zoomOut(); });
+    requestRepaint();
+}
+
+void ImageCanvas::zoomReset()
+{
+    changeView([](ViewGeometry &view) { view.zoomReset(); });
+}
+
+void ImageCanvas::setViewport(int x, int y)
+{
+    changeView([=](ViewGeometry &view) { view.setViewport(x, y); });
+}
+
+void ImageCanvas::rotate()
+{
+    changeView([this](ViewGeometry &view) {
+        view.turn(true);
+        m_layer.turn(true);
+    });
+    requestRepaint();
+}
+
+void ImageCanvas::rotateRev()
+{
+    changeView([this](ViewGeometry &view) {
+        view.turn(false);
+        m_layer.turn(false);
+    });
+    requestRepaint();
+}
+
+QPoint ImageCanvas::transformMousePoint(QPoint widgetPoint) const
+{
+    return ViewGeometry::picturePoint(widgetPoint, pictureSize(), size());
+}
+
+QRectF ImageCanvas::clippingRect() const
+{
+    const QMutexLocker locker(&m_lock);
+    const QSize picture = m_result ? m_result->size() : QSize(0, 0);
+    return ViewGeometry::widgetRectangle(m_clipRectangle, picture, size());
+}
+
+QRect ImageCanvas::clipRectangle() const
+{
+    const QMutexLocker locker(&m_lock);
+    return m_clipRectangle;
+}
+
+void ImageCanvas::publishView()
+{
+    const QSize frame = m_view.frameSize();
+    const auto part = [](int extent) { return static_cast<std::uint64_t>(extent) & 0x7fffffffU; };
+    m_publishedShape = part(frame.width()) << 33 | part(frame.height()) << 2 |
+                       static_cast<std::uint64_t>(m_view.rotation());
+    m_publishedScale = m_view.scale();
+}
+
+ViewGeometry ImageCanvas::publishedView() const
+{
+    const std::uint64_t shape = m_publishedShape;
+    const QSize frame(static_cast<int>(shape >> 33), static_cast<int>(shape >> 2 & 0x7fffffffU));
+    return {frame, static_cast<int>(shape & 3U), m_publishedScale};
+}
+
+// Drawing and text
+// ------------------------------------------------------------------------------------
+
+void ImageCanvas::setMouseMode(MouseMode mode)
+{
+    m_mouseMode = mode;
+    if (mode != Text)
+        endTextEditing();
+}
+
+ImageCanvas::MouseMode ImageCanvas::mouseMode() const
+{
+    return m_mouseMode;
+}
+
+void ImageCanvas::clearPainting()
+{
+    const QMutexLocker locker(&m_lock);
+    m_layer.clear();
+}
+
+void ImageCanvas::setTextColor(const QColor &color)
+{
+    m_textColor = color;
+    setTextFormat();
+}
+
+void ImageCanvas::setFontFace(const QString &face)
+{
+    m_fontFace = face;
+    setTextFormat();
+}
+
+void ImageCanvas::setFontSize(int points)
+{
+    m_fontSize = points;
+    setTextFormat();
+}
+
+QColor ImageCanvas::textColor() const
+{
+    return m_textColor;
+}
+
+QString ImageCanvas::fontFace() const
+{
+    return m_fontFace;
+}
+
+int ImageCanvas::fontSize() const
+{
+    return m_fontSize;
+}
+
+void ImageCanvas::setTextFormat() {}
+
+void ImageCanvas::endTextEditing() {}
+
+// Indications and painting
+// ------------------------------------------------------------------------------
+
+void ImageCanvas::setOsdProcessor(OSDProcessor *processor)
+{
+    m_osd = processor;
+}
+
+void ImageCanvas::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    paintPicture(&painter);
+    if (m_osd) {
+        painter.save();
+        m_osd->postPaint(&painter);
+        painter.restore();
+    }
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor("#484848"), 2.0, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
+}
+
+void ImageCanvas::paintPicture(QPainter *painter)
+{
+    FramePtr picture;
+    std::uint64_t serial = 0;
+    {
+        const QMutexLocker locker(&m_lock);
+        picture = m_result;
+        serial = m_resultSerial;
+    }
+    const ViewGeometry::Fit fitted =
+        ViewGeometry::fit(picture ? picture->size() : QSize(0, 0), size());
+    const QRect place(fitted.margin, fitted.size);
+    if (!m_drawingBoardMode) {
+        // Only what the picture leaves free: filling it all would write every pixel twice.
+        const QRegion bars = QRegion(rect().adjusted(2, 2, -2, -2)) - place;
+        for (const QRect &bar : bars)
+            painter->fillRect(bar, Qt::black);
+    }
+    const QImage &image = m_scaledPicture.image(picture, serial, fitted.size * devicePixelRatioF());
+    if (!image.isNull())
+        painter->drawImage(place, image);
+}
+
+void ImageCanvas::resizeEvent(QResizeEvent *event)
+{
+    changeView([](ViewGeometry &view) { view.refit(); });
+    QWidget::resizeEvent(event);
+}
+
+void ImageCanvas::requestRepaint()
+{
+    if (onGuiThread()) {
+        update();
+        return;
+    }
+    // Widgets may be touched on their own thread only; one request under way is enough.
+    if (m_updatePosted.exchange(true))
+        return;
+    const auto repaint = [this] {
+        m_updatePosted = false;
+        update();
+    };
+    QMetaObject::invokeMethod(this, repaint, Qt::QueuedConnection);
+}
+
+bool ImageCanvas::onGuiThread() const
+{
+    return QThread::currentThread() == thread();
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Frame.h"
+#include "NearestScaler.h"
+
+#include <QImage>
+
+#include <cstdint>
+
+/// The picture as it is painted: in the size of its place on the screen and with 32 bits a pixel,
+/// which a painter copies fastest. Made once a picture and size. GUI thread.
+class ScaledPicture
+{
+public:
+    /// `serial` tells one picture from the next; a null picture gives a null image.
+    [[nodiscard]] const QImage &image(const FramePtr &picture, std::uint64_t serial, QSize size);
+
+private:
+    NearestScaler m_scaler;
+    std::uint64_t m_serial = 0;
+    bool m_valid = false;
+    QImage m_image;
+};

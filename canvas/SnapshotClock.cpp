@@ -1,0 +1,36 @@
+#include "SnapshotClock.h"
+
+void SnapshotClock::arm(const Order &order, std::int64_t nowMs)
+{
+    m_order = order;
+    m_armed = true;
+    m_startMs = nowMs;
+    m_lastShotSecond = 0;
+}
+
+void SnapshotClock::disarm()
+{
+    m_armed = false;
+}
+
+bool SnapshotClock::isSeriesArmed() const
+{
+    return m_armed && m_order.mode == CanvasModes::Continuous;
+}
+
+bool SnapshotClock::takePicture(std::int64_t nowMs)
+{
+    if (!m_armed)
+        return false;
+    if (m_order.mode != CanvasModes::Continuous) {
+        m_armed = false;
+        return true;
+    }
+    const auto second = static_cast<std::uint64_t>((nowMs - m_startMs) / 1000);
+    const bool due = second - m_lastShotSecond >= m_order.intervalSeconds;
+    if (due)
+        m_lastShotSecond = second;
+    if (second >= m_order.limitSeconds)
+        m_armed = false;
+    return due;
+}

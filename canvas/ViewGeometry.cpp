@@ -123,6 +123,8 @@ void ViewGeometry::zoomReset()
 
 void ViewGeometry::setViewport(int x, int y)
 {
+    if (isEmpty())
+        return;
     const QSize scaled = transformedSize();
     m_offset = {clampedOffset(x, scaled.width(), m_frame.width()),
                 clampedOffset(y, scaled.height(), m_frame.height())};

@@ -1,0 +1,64 @@
+// gallery: shows the skin in its place, to be looked at.
+//   gallery [--mode live|film|photograph] [--picture FILE] [--save FILE]
+//   gallery --contact-sheet FILE --table TABLE
+
+#include "ContactSheet.h"
+#include "DemoWindow.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+
+#include <cstdio>
+
+namespace
+{
+
+bool fail(const QString &message)
+{
+    std::fprintf(stderr, "gallery: %s\n", qPrintable(message));
+    return false;
+}
+
+bool saveSheet(const QString &table, const QString &path)
+{
+    QString error;
+    const QList<SkinImage> images = SkinTable::readTable(table, &error);
+    if (!error.isEmpty())
+        return fail(error);
+    return ContactSheet(images, qApp->devicePixelRatio()).draw().save(path) ||
+           fail(path + ": cannot write");
+}
+
+DemoWindow::Mode modeNamed(const QString &name)
+{
+    if (name == "film")
+        return DemoWindow::Mode::Film;
+    return name == "photograph" ? DemoWindow::Mode::Photograph : DemoWindow::Mode::Live;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({{"contact-sheet", "Write every image in every state.", "file"},
+                       {"table", "The table of the skin.", "file"},
+                       {"mode", "Which mode to show.", "name", "live"},
+                       {"picture", "What the camera sees.", "file"},
+                       {"save", "Write the window instead of showing it.", "file"}});
+    parser.process(application);
+
+    if (parser.isSet("contact-sheet"))
+        return saveSheet(parser.value("table"), parser.value("contact-sheet")) ? 0 : 1;
+    const QImage picture = parser.isSet("picture") ? QImage(parser.value("picture")) : QImage();
+    DemoWindow window(modeNamed(parser.value("mode")), picture);
+    if (parser.isSet("save")) {
+        window.ensurePolished();
+        return window.grab().save(parser.value("save")) ? 0 : 1;
+    }
+    window.show();
+    return QApplication::exec();
+}

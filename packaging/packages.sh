@@ -5,7 +5,7 @@ BUILD_PACKAGES="
     build-essential cmake ninja-build pkg-config
     qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
     libuvc-dev libusb-1.0-0-dev libumockdev-dev umockdev libjpeg-dev
-    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev"
+    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libyuv-dev"
 
 # What it uses while it runs.
 RUN_PACKAGES="

@@ -2,6 +2,7 @@
 
 #include "FrameRecorder.h"
 #include "ICaptureCB.h"
+#include "MovieRecorder.h"
 #include "UvcCamera.h"
 
 #include <QtGlobal>
@@ -222,7 +223,17 @@ void LiveSource::finishRecording()
         recorder->finish();
 }
 
-std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize)
+std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
 {
-    return nullptr;
+    // What a recording reports after the next one has begun belongs to neither.
+    const int number = ++m_recordingNumber;
+    auto failed = [this, number](const QString &sentence) {
+        const auto report = [this, number, sentence] {
+            if (number == m_recordingNumber)
+                emit recordFailed(sentence);
+        };
+        QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
+    };
+    auto writer = MovieWriter::create({m_recordFileName, size, {}}, failed);
+    return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(), size);
 }

@@ -66,21 +66,24 @@ public slots:
     void checkExistance();
 
 signals:
-    /// The movie could not be written on (disk full, folder gone); its file has been finished as
-    /// far as possible. Emitted on the GUI thread.
-    void recordingFailed();
+    /// The movie cannot be written on (disk full, folder gone), `sentence` tells the user why; its
+    /// file is playable up to here. The recording still wants its stopRecord(). Emitted from the
+    /// event loop on the GUI thread, at most once a recording.
+    void recordFailed(const QString &sentence);
 
 private:
     void createCaptureGraph(bool record);
     void tearDownCaptureGraph();
     void finishRecording();
-    /// A recorder that writes pictures of that size into the record file; null when there is none.
+    /// A recorder that writes pictures of that size into the record file.
     std::unique_ptr<FrameRecorder> createRecorder(QSize size);
 
     std::unique_ptr<LiveSourcePrivate> m_private;
     QTimer m_existenceTimer;
     bool m_running = false;
     bool m_recording = false;
+    /// Counts the recordings.
+    int m_recordingNumber = 0;
     /// How long the camera has been seen without a break; invalid while it is not there.
     QElapsedTimer m_presenceTimer;
     QString m_recordFileName;

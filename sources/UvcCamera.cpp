@@ -1,6 +1,6 @@
 #include "UvcCamera.h"
 
-#include "CaptureClock.h"
+#include "media/CaptureClock.h"
 #include "JpegHeader.h"
 
 #include <libuvc/libuvc.h>

@@ -1,0 +1,52 @@
+#include "MovieRecorder.h"
+
+#include "media/CaptureClock.h"
+
+#include <QMutexLocker>
+
+MovieRecorder::MovieRecorder(std::unique_ptr<MovieWriter> writer,
+                             std::unique_ptr<SoundCapture> capture, QSize pictureSize)
+    : m_pictureSize(pictureSize)
+    , m_capture(std::move(capture))
+    , m_writer(std::move(writer))
+{
+    m_capture->start([this](const SoundBuffer &buffer) { soundCaptured(buffer); });
+}
+
+MovieRecorder::~MovieRecorder()
+{
+    finish();
+}
+
+void MovieRecorder::pictureCaptured(const void *rgb, int width, int height, qint64 microseconds)
+{
+    const QMutexLocker lock(&m_mutex);
+    if (!m_offsetUs || QSize(width, height) != m_pictureSize)
+        return;
+    const qint64 presentationUs = microseconds + *m_offsetUs;
+    startSession(presentationUs);
+    m_writer->appendPicture(static_cast<const std::uint8_t *>(rgb), presentationUs);
+}
+
+void MovieRecorder::finish()
+{
+    // The sound first and without the lock: its last call may be waiting for that.
+    m_capture->stop();
+    const QMutexLocker lock(&m_mutex);
+    m_writer->finish();
+}
+
+void MovieRecorder::soundCaptured(const SoundBuffer &buffer)
+{
+    const QMutexLocker lock(&m_mutex);
+    if (!m_offsetUs)
+        m_offsetUs = buffer.presentationUs - captureMicroseconds();
+    startSession(buffer.presentationUs);
+    m_writer->appendSound(buffer.samples, buffer.count, buffer.presentationUs);
+}
+
+void MovieRecorder::startSession(qint64 timeUs)
+{
+    if (m_writer->status() == MovieWriter::Status::Waiting)
+        m_writer->startSession(timeUs);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "FrameRecorder.h"
+#include "media/MovieWriter.h"
+#include "media/SoundCapture.h"
+
+#include <QMutex>
+#include <QSize>
+
+#include <memory>
+#include <optional>
+
+/// Brings the camera's pictures and the sound of its microphone together in a movie.
+///
+/// Pictures come on the camera's frame thread, sound on "LiveQueue". The first sound buffer fixes
+/// the offset between the clock of the pictures and that of the sound, and both are stamped in the
+/// clock of the sound: without sound no picture is written. Records from construction to finish();
+/// a writer that fails meanwhile takes nothing any more and waits for finish() all the same.
+class MovieRecorder : public FrameRecorder
+{
+public:
+    /// `pictureSize` is that of the writer; pictures of another size are left out.
+    MovieRecorder(std::unique_ptr<MovieWriter> writer, std::unique_ptr<SoundCapture> capture,
+                  QSize pictureSize);
+    /// Finishes.
+    ~MovieRecorder() override;
+    MovieRecorder(const MovieRecorder &) = delete;
+    MovieRecorder &operator=(const MovieRecorder &) = delete;
+
+    void pictureCaptured(const void *rgb, int width, int height, qint64 microseconds) override;
+
+    /// Completes the movie, in bounded time.
+    void finish() override;
+
+    /// The pictures that the encoder was too slow for.
+    qint64 droppedPictures() const { return m_writer->droppedPictures(); }
+
+private:
+    void soundCaptured(const SoundBuffer &buffer);
+    void startSession(qint64 timeUs);
+
+    const QSize m_pictureSize;
+    std::unique_ptr<SoundCapture> m_capture;
+
+    /// Guards the writer and the offset.
+    QMutex m_mutex;
+    const std::unique_ptr<MovieWriter> m_writer;
+    /// Clock of the sound less clock of the pictures, in microseconds.
+    std::optional<qint64> m_offsetUs;
+};

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+/// Writes one QuickTime movie: H.264 pictures and mono AAC sound at 44.1 kHz, both stamped in
+/// microseconds of one clock.
+///
+/// The file stays a valid movie at every moment from the first second on, so that a kill, a power
+/// cut or a full disk costs its last second at most. The append calls copy and never wait for the
+/// encoder or the disk. start..(), append..() and finish() are serialised by the caller; status()
+/// and the counters belong to any thread. The failure handler runs on a thread of the writer.
+class MovieWriter
+{
+public:
+    enum class Status {
+        Waiting,  ///< the file is open, no session yet
+        Writing,  ///< between startSession() and finish()
+        Finished, ///< after finish()
+        Failed    ///< nothing is taken any more; what is written stays playable
+    };
+
+    /// Called once with one sentence for the user when nothing can be written any more. It must
+    /// not call back into the writer.
+    using FailureHandler = std::function<void(const QString &sentence)>;
+
+    struct Settings {
+        QString fileName;
+        /// In pixels; an odd width or height loses its last column or row in the movie.
+        QSize pictureSize;
+        /// Names of the encoders to try in this order; empty for the best that this machine has.
+        QStringList encoders;
+    };
+
+    /// Opens the file. A failure is reported through the handler, before the return or after it,
+    /// and leaves a writer with the status Failed.
+    static std::unique_ptr<MovieWriter> create(const Settings &settings, FailureHandler failed);
+    /// Finishes.
+    virtual ~MovieWriter() = default;
+
+    virtual Status status() const = 0;
+
+    /// Begins the movie: what is stamped earlier than `timeUs` is left out.
+    virtual void startSession(qint64 timeUs) = 0;
+
+    /// Packed rows of red, green, blue bytes in the size of the settings, top row first. Left out
+    /// and counted when the encoder is four pictures behind.
+    virtual void appendPicture(const std::uint8_t *rgb, qint64 presentationUs) = 0;
+
+    /// One channel at 44100 samples a second. Holes are filled with silence.
+    virtual void appendSound(const std::int16_t *samples, int count, qint64 presentationUs) = 0;
+
+    /// Completes the file, within ten seconds at most; a disk that does not answer is left to a
+    /// thread behind. A movie without any picture is removed.
+    virtual void finish() = 0;
+
+    /// How many pictures came too fast for the encoder.
+    virtual qint64 droppedPictures() const = 0;
+};

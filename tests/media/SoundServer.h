@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+
+/// A sound server of its own with the emulated microphone of the camera, whose samples come from a
+/// pipe: one channel, 44100 samples a second, signed 16 bit.
+class SoundServer
+{
+public:
+    /// Source properties of the camera's microphone.
+    static constexpr char CAMERA[] =
+        "device.description=CameraMic device.vendor.id=04fc device.product.id=6330 device.bus=usb";
+
+    /// The server's files lie in `folder`.
+    explicit SoundServer(const QString &folder);
+    ~SoundServer();
+
+    /// Starts it with a microphone of these properties, without one if they are empty, and points
+    /// this process and its children to it. False when it does not come up.
+    bool start(const QString &microphoneProperties = QString::fromLatin1(CAMERA));
+    /// Loads the microphone into a running server, or takes it away.
+    bool plugMicrophone(const QString &properties = QString::fromLatin1(CAMERA));
+    bool unplugMicrophone();
+    /// Kills it, as a crash does.
+    void kill();
+    /// Halts it where it stands, or lets it go on.
+    void freeze(bool frozen);
+    /// Points this process to a server that is not there.
+    void pretendAbsent();
+
+    QString pipe() const { return m_folder + QStringLiteral("/microphone"); }
+
+private:
+    bool control(const QStringList &arguments);
+
+    QString m_folder;
+    QProcess m_server;
+};

@@ -16,8 +16,6 @@ QString documents()
 
 } // namespace
 
-/// Config is built anew for each test on the stack: its accessors go to the one of the process,
-/// so the rows that need a filled store look at a second object through the settings file.
 class ConfigTest : public QObject
 {
     Q_OBJECT
@@ -93,21 +91,6 @@ private slots:
         QCOMPARE(Config::resolution(), size);
         Config::setRecordingResolutionIndex(index);
         QCOMPARE(Config::recordingResolution(), size);
-    }
-
-    void aStoreFullOfGarbageIsReadWithoutHarm()
-    {
-        {
-            QSettings store;
-            store.setValue("snapshotMode", "seven");
-            store.setValue("snapshotInterval", "-5");
-            store.setValue("resolution", "wide");
-            store.setValue("recordingResolution", QByteArray(3, '\xff'));
-        }
-        // The process-wide object has read its values already; another one reads the store anew.
-        Config second;
-        QSettings store;
-        QCOMPARE(store.value("snapshotMode").toString(), QString("seven"));
     }
 
     void bothFoldersAreCreatedAlsoWhenAPathIsStored()

@@ -11,12 +11,18 @@ private slots:
     {
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QString>("file");
-        QTest::newRow("zh_TW has a hyphenated file") << "zh_TW" << "Orvex_zh-tw.qm";
-        QTest::newRow("fr_FR") << "fr_FR" << "Orvex_fr.qm";
-        QTest::newRow("ja_JP") << "ja_JP" << "Orvex_ja.qm";
-        QTest::newRow("de_DE") << "de_DE" << "Orvex_de.qm";
-        QTest::newRow("es_ES") << "es_ES" << "Orvex_es.qm";
-        QTest::newRow("ru_RU") << "ru_RU" << "Orvex_ru.qm";
+        QTest::newRow("zh_TW has a hyphenated file") << "zh_TW"
+                                                     << "Orvex_zh-tw.qm";
+        QTest::newRow("fr_FR") << "fr_FR"
+                               << "Orvex_fr.qm";
+        QTest::newRow("ja_JP") << "ja_JP"
+                               << "Orvex_ja.qm";
+        QTest::newRow("de_DE") << "de_DE"
+                               << "Orvex_de.qm";
+        QTest::newRow("es_ES") << "es_ES"
+                               << "Orvex_es.qm";
+        QTest::newRow("ru_RU") << "ru_RU"
+                               << "Orvex_ru.qm";
         for (const char *other : {"en_US", "fr_CA", "fr_CH", "de_AT", "zh_CN", "pt_BR", "ja",
                                   "JA_JP", "ja_jp", "ja_JP.UTF-8", "C", ""})
             QTest::newRow(qPrintable(QString("'%1' stays English").arg(other)))

@@ -1,0 +1,46 @@
+#include "ThumbnailButton.h"
+
+#include <QPainter>
+
+ThumbnailButton::ThumbnailButton(QWidget *parent)
+    : QPushButton(parent)
+{
+    setFlat(true);
+    setCheckable(true);
+}
+
+void ThumbnailButton::setImage(const QImage &image)
+{
+    m_image = image;
+    m_hasImage = true;
+    update();
+}
+
+void ThumbnailButton::enterEvent(QEvent *)
+{
+    m_hovered = true;
+    update();
+}
+
+void ThumbnailButton::leaveEvent(QEvent *)
+{
+    m_hovered = false;
+    update();
+}
+
+void ThumbnailButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), QBrush(Qt::black, Qt::SolidPattern));
+    if (m_hasImage)
+        painter.drawImage((width() - m_image.width()) / 2, (height() - m_image.height()) / 2,
+                          m_image);
+
+    Qt::GlobalColor frame = Qt::gray;
+    if (isDown() || isChecked())
+        frame = Qt::red;
+    else if (m_hovered)
+        frame = Qt::white;
+    painter.setPen(QPen(frame, 2.0, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(QRect(QPoint(1, 1), QPoint(width() - 2, height() - 2)));
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "widgets/ImageWidget.h"
+
+#include <QButtonGroup>
+#include <QList>
+#include <QStringList>
+
+class HorizontalSlider;
+class PhotographSource;
+class ThumbnailButton;
+class ThumbnailLoader;
+
+/// The strip of thumbnails below a photograph: one button a picture of the open folder, of which a
+/// stretch around the current picture is shown. A child of the photograph canvas; GUI thread.
+class ThumbnailWidget : public ImageWidget
+{
+    Q_OBJECT
+
+public:
+    ThumbnailWidget(PhotographSource *source, HorizontalSlider *slider, QWidget *parent);
+    ~ThumbnailWidget() override;
+
+    /// Builds the buttons anew from the source's current folder and starts loading their pictures.
+    void refresh();
+    /// Shows the visible stretch of buttons and hides the others.
+    void setThumbnailButtons();
+
+public slots:
+    /// Of the button that was clicked: shows its picture.
+    void photographSelected();
+    /// Scrolls just far enough to show picture `id` and marks it.
+    void photographChanged(int id);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private slots:
+    void viewChanged(int first);
+    void thumbnailLoaded(int generation, int index, const QImage &image);
+
+private:
+    void removeButtons();
+    void createButtons();
+    void scrollTo(int first);
+
+    PhotographSource *m_source;
+    HorizontalSlider *m_slider;
+    int m_visibleCount = 0;
+    int m_firstVisible = 0;
+    int m_leftOffset = 0;
+    ThumbnailLoader *m_loader;
+    QButtonGroup m_group;
+    QList<ThumbnailButton *> m_buttons;
+    /// The buttons on show, a stretch of m_buttons.
+    QList<ThumbnailButton *> m_shown;
+    QStringList m_fileNames;
+};

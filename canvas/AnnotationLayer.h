@@ -3,12 +3,17 @@
 #include <QImage>
 #include <QRect>
 #include <QSize>
+#include <QVector>
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
+class QPainter;
+
 /// The transparent picture that the speaker draws on, in rotated-picture coordinates, together
-/// with the tiles that were ever touched, so that laying it over a frame costs only those.
+/// with the tiles that carry drawing, so that laying it over a frame, drawing on it and taking a
+/// shape back cost only those.
 /// Not locked: its owner's lock guards it.
 class AnnotationLayer
 {
@@ -16,10 +21,7 @@ public:
     /// Edge of a tile in pixels.
     static constexpr int TILE = 64;
 
-    /// ARGB32 premultiplied; made at the first call, as most layers are never drawn on. Whoever
-    /// draws on it calls touch() for every pixel it may have changed. Null for an empty layer.
-    [[nodiscard]] QImage &image();
-    /// Null as long as nothing was drawn.
+    /// ARGB32 premultiplied; null as long as nothing was drawn.
     [[nodiscard]] const QImage &image() const { return m_image; }
     [[nodiscard]] QSize size() const { return m_size; }
     [[nodiscard]] QRect rect() const { return {{0, 0}, m_size}; }
@@ -28,11 +30,20 @@ public:
     [[nodiscard]] bool isUsed() const { return m_used; }
     void setUsed();
 
-    /// Marks the part as drawn on; what lies outside the layer is ignored.
-    void touch(const QRect &part);
-    void touchAll() { touch(rect()); }
-    /// Replaces the drawing by an earlier copy of it; one of another size is ignored.
-    void restore(const QImage &earlier);
+    /// Draws with a painter on the layer. `parts` names every pixel that `draw` may change; what
+    /// lies outside the layer is ignored, and nothing is called when nothing lies inside.
+    void paint(const QVector<QRect> &parts, const std::function<void(QPainter &)> &draw);
+    /// Makes the part transparent.
+    void erase(const QRect &part);
+
+    /// Forgets the tiles that carry no drawing any more.
+    void trim();
+
+    /// From here on restoreShape() brings back the drawing of this moment, until endShape(). When
+    /// the drawing is replaced as a whole in between, it brings back what replaced it.
+    void beginShape();
+    void restoreShape();
+    void endShape();
 
     /// A new empty layer of that size. Whether it counts as used stays as it was.
     void reset(QSize size);
@@ -43,19 +54,27 @@ public:
 
     /// Grows with every change, so that a result can tell whether it is still up to date.
     [[nodiscard]] std::uint64_t revision() const { return m_revision; }
-    /// Grows when reset(), clear() or turn() replaced the drawing as a whole.
-    [[nodiscard]] std::uint64_t generation() const { return m_generation; }
 
-    /// Calls `visit(QRect)` for the touched parts inside `area`, each a run of tiles of one row.
+    /// Calls `visit(QRect)` for the parts with drawing inside `area`, each a run of tiles of one
+    /// row.
     template <typename Visit>
     void forEachTouched(const QRect &area, Visit &&visit) const;
 
 private:
+    /// What is known of a tile of the time before the shape.
+    enum class Before : unsigned char { Unchanged, Empty, Saved };
+
     void layOutTiles();
-    [[nodiscard]] bool tile(int column, int row) const
+    void forgetShape();
+    void makeImage();
+    /// Saves the tiles under the part and marks them as drawn on.
+    void touch(const QRect &part);
+    void save(std::size_t tile);
+    [[nodiscard]] QRect tileRect(std::size_t tile) const;
+    [[nodiscard]] std::size_t tileAt(int column, int row) const
     {
-        return m_tiles[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) +
-                       static_cast<std::size_t>(column)] != 0;
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) +
+               static_cast<std::size_t>(column);
     }
 
     QSize m_size{0, 0};
@@ -63,10 +82,20 @@ private:
     bool m_used = false;
     int m_columns = 0;
     int m_rows = 0;
-    /// Row by row, 1 where something was drawn.
+    /// Row by row, 1 where there is drawing.
     std::vector<unsigned char> m_tiles;
+
+    bool m_inShape = false;
+    /// The saved tiles at their places; what lies between them is undefined.
+    QImage m_beforeImage;
+    /// Row by row, as m_tiles.
+    std::vector<Before> m_before;
+    /// The tiles that the shape has changed since the last restoreShape().
+    std::vector<std::size_t> m_changed;
+    /// 1 for each tile in m_changed.
+    std::vector<unsigned char> m_isChanged;
+
     std::uint64_t m_revision = 0;
-    std::uint64_t m_generation = 0;
 };
 
 template <typename Visit>
@@ -78,10 +107,10 @@ void AnnotationLayer::forEachTouched(const QRect &area, Visit &&visit) const
     for (int row = inside.top() / TILE; row <= inside.bottom() / TILE; ++row) {
         const int last = inside.right() / TILE;
         for (int column = inside.left() / TILE; column <= last; ++column) {
-            if (!tile(column, row))
+            if (m_tiles[tileAt(column, row)] == 0)
                 continue;
             const int first = column;
-            while (column < last && tile(column + 1, row))
+            while (column < last && m_tiles[tileAt(column + 1, row)] != 0)
                 ++column;
             visit(QRect(first * TILE, row * TILE, (column - first + 1) * TILE, TILE) & inside);
         }

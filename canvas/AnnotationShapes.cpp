@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace
 {
@@ -10,11 +12,56 @@ constexpr double SHAFT_LENGTH = 0.8;
 constexpr double SHAFT_HALF_WIDTH = 0.05;
 /// Wider than any layer; keeps the square's arithmetic in range.
 constexpr int WIDEST_ERASER = 16384;
+/// Farther out than any drag; keeps the shapes' arithmetic in range.
+constexpr double FARTHEST = 1 << 24;
 
 int layerCoordinate(int picture, int output, int layer, double scale, int offset)
 {
     const int bar = std::max(static_cast<int>((output - layer * scale) * 0.5), 0);
-    return static_cast<int>((picture + offset - bar) / scale);
+    return static_cast<int>(
+        std::clamp((double(picture) + offset - bar) / scale, -FARTHEST, FARTHEST));
+}
+
+/// Left and right end of something in a band; empty as long as left is above right.
+struct Extent {
+    double left = std::numeric_limits<double>::max();
+    double right = std::numeric_limits<double>::lowest();
+
+    void include(const Extent &other)
+    {
+        left = std::min(left, other.left);
+        right = std::max(right, other.right);
+    }
+};
+
+/// The extent of a line between two heights.
+Extent extentBetween(QPointF from, QPointF to, double top, double bottom)
+{
+    if (from.y() > to.y())
+        std::swap(from, to);
+    if (to.y() < top || from.y() > bottom)
+        return {};
+    double xAtTop = from.x();
+    double xAtBottom = to.x();
+    const double slope = to.y() > from.y() ? (to.x() - from.x()) / (to.y() - from.y()) : 0.0;
+    if (from.y() < top)
+        xAtTop += (top - from.y()) * slope;
+    if (to.y() > bottom)
+        xAtBottom -= (to.y() - bottom) * slope;
+    return {std::min(xAtTop, xAtBottom), std::max(xAtTop, xAtBottom)};
+}
+
+/// Appends the extent as whole pixels of the layer.
+void appendExtent(QVector<QRect> &parts, const Extent &extent, double reach, int top, int height,
+                  int layerWidth)
+{
+    if (extent.left > extent.right)
+        return;
+    const double left = std::max(std::floor(extent.left - reach), 0.0);
+    const double right = std::min(std::ceil(extent.right + reach), double(layerWidth - 1));
+    if (left <= right)
+        parts.append(QRect(QPoint(static_cast<int>(left), top),
+                           QPoint(static_cast<int>(right), top + height - 1)));
 }
 
 } // namespace
@@ -67,4 +114,24 @@ QRect AnnotationShapes::clipRectangle(QPoint press, QPoint current, QSize frameS
                    std::max(std::min(press.y(), current.y()), 0)),
             QPoint(std::min(std::max(press.x(), current.x()), frameSize.width()),
                    std::min(std::max(press.y(), current.y()), frameSize.height()))};
+}
+
+QVector<QRect> AnnotationShapes::coveredParts(const QPolygonF &points, double reach, bool filled,
+                                              QSize layerSize, int bandHeight)
+{
+    QVector<QRect> parts;
+    for (int top = 0; top < layerSize.height(); top += bandHeight) {
+        Extent whole;
+        for (int i = 0; i + 1 < points.size(); ++i) {
+            const Extent extent = extentBetween(points.at(i), points.at(i + 1), top - reach,
+                                                top + bandHeight + reach);
+            if (filled)
+                whole.include(extent);
+            else
+                appendExtent(parts, extent, reach, top, bandHeight, layerSize.width());
+        }
+        if (filled)
+            appendExtent(parts, whole, reach, top, bandHeight, layerSize.width());
+    }
+    return parts;
 }

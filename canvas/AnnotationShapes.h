@@ -6,6 +6,7 @@
 #include <QPolygonF>
 #include <QRect>
 #include <QSize>
+#include <QVector>
 
 /// The geometry of the drawing tools, from points to shapes. Pure; any thread.
 namespace AnnotationShapes
@@ -35,5 +36,11 @@ namespace AnnotationShapes
 /// The clip selection between two points of the processed picture, kept at 0 or above and at the
 /// frame's size or below; invalid when the drag lies left of or above the picture.
 [[nodiscard]] QRect clipRectangle(QPoint press, QPoint current, QSize frameSize);
+
+/// What drawing the line through the points changes: for each band of `bandHeight` rows of the
+/// layer and each piece of the line its extent in the band, `reach` pixels wider on every side.
+/// With `filled`, one extent a band from the leftmost to the rightmost point there.
+[[nodiscard]] QVector<QRect> coveredParts(const QPolygonF &points, double reach, bool filled,
+                                          QSize layerSize, int bandHeight);
 
 } // namespace AnnotationShapes

@@ -4,10 +4,15 @@
 #include "OSDProcessor.h"
 #include "SnapshotFile.h"
 
+#include <QClipboard>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QGuiApplication>
+#include <QMouseEvent>
 #include <QMutexLocker>
 #include <QPainter>
+#include <QPixmap>
 #include <QResizeEvent>
 #include <QThread>
 
@@ -27,9 +32,13 @@ const char START_PICTURE[] = ":/icons/Background/MAIN_WINDOWS.png";
 
 ImageCanvas::ImageCanvas(QWidget *parent)
     : QWidget(parent)
+    , m_text(this)
 {
     m_clock.start();
-    setFont(QFont(m_fontFace, m_fontSize));
+    setFont(QFont(m_text.fontFace(), m_text.fontSize()));
+    // A stroke takes every point that the window system delivers, not only the latest one.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
     setAttribute(Qt::WA_OpaquePaintEvent);
     m_refreshTimer.setInterval(REFRESH_INTERVAL_MS);
     connect(&m_refreshTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
@@ -144,7 +153,7 @@ QImage ImageCanvas::currentImage() const
 QSize ImageCanvas::pictureSize() const
 {
     const QMutexLocker locker(&m_lock);
-    return m_result ? m_result->size() : QSize(0, 0);
+    return resultSize();
 }
 
 // The pipeline, with the lock held ----------------------------------------------------------------
@@ -206,6 +215,11 @@ void ImageCanvas::renewResult()
 ImageCanvas::Recipe ImageCanvas::currentRecipe() const
 {
     return {m_inputSerial, m_view, effectMode, maskMode, m_layer.revision()};
+}
+
+QSize ImageCanvas::resultSize() const
+{
+    return m_result ? m_result->size() : QSize(0, 0);
 }
 
 ImageCanvas::Shot ImageCanvas::dueShot()
@@ -372,14 +386,13 @@ QPoint ImageCanvas::transformMousePoint(QPoint widgetPoint) const
 QRectF ImageCanvas::clippingRect() const
 {
     const QMutexLocker locker(&m_lock);
-    const QSize picture = m_result ? m_result->size() : QSize(0, 0);
-    return ViewGeometry::widgetRectangle(m_clipRectangle, picture, size());
+    return ViewGeometry::widgetRectangle(m_tools.clipRectangle(), resultSize(), size());
 }
 
 QRect ImageCanvas::clipRectangle() const
 {
     const QMutexLocker locker(&m_lock);
-    return m_clipRectangle;
+    return m_tools.clipRectangle();
 }
 
 void ImageCanvas::publishView()
@@ -421,40 +434,123 @@ void ImageCanvas::clearPainting()
 
 void ImageCanvas::setTextColor(const QColor &color)
 {
-    m_textColor = color;
-    setTextFormat();
+    m_text.setColor(color);
 }
 
 void ImageCanvas::setFontFace(const QString &face)
 {
-    m_fontFace = face;
-    setTextFormat();
+    m_text.setFontFace(face);
 }
 
 void ImageCanvas::setFontSize(int points)
 {
-    m_fontSize = points;
-    setTextFormat();
+    m_text.setFontSize(points);
 }
 
 QColor ImageCanvas::textColor() const
 {
-    return m_textColor;
+    return m_text.color();
 }
 
 QString ImageCanvas::fontFace() const
 {
-    return m_fontFace;
+    return m_text.fontFace();
 }
 
 int ImageCanvas::fontSize() const
 {
-    return m_fontSize;
+    return m_text.fontSize();
 }
 
-void ImageCanvas::setTextFormat() {}
+void ImageCanvas::setTextFormat()
+{
+    m_text.applyFormat();
+}
 
-void ImageCanvas::endTextEditing() {}
+void ImageCanvas::endTextEditing()
+{
+    if (!m_text.isOpen())
+        return;
+    m_text.close();
+    const QMutexLocker locker(&m_lock);
+    m_text.paintInto(m_layer, m_view.transformedSize(), size());
+}
+
+void ImageCanvas::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const QPoint widgetPoint = event->localPos().toPoint();
+    const QMutexLocker locker(&m_lock);
+    m_tools.press(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
+                  m_layer);
+}
+
+void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPoint widgetPoint = event->localPos().toPoint();
+    const QMutexLocker locker(&m_lock);
+    if (!event->buttons().testFlag(Qt::LeftButton)) {
+        // The release went elsewhere, to a dialog that opened under the pointer.
+        if (m_tools.dragging())
+            m_tools.release(m_layer);
+        return;
+    }
+    m_tools.move(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
+                 {penColor, penWidth, fillEnabled, fillColor}, m_layer, m_view);
+    publishView();
+}
+
+void ImageCanvas::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        endDrag(event->localPos().toPoint());
+}
+
+void ImageCanvas::endDrag(QPoint widgetPoint)
+{
+    QRect selection;
+    {
+        const QMutexLocker locker(&m_lock);
+        if (!m_tools.dragging())
+            return;
+        selection = m_tools.release(m_layer);
+    }
+    if (m_mouseMode == Clip)
+        copyClip(selection);
+    else if (m_mouseMode == Text)
+        openTextEditor(widgetPoint);
+}
+
+void ImageCanvas::copyClip(const QRect &selection)
+{
+    QImage part;
+    {
+        const QMutexLocker locker(&m_lock);
+        const QRect inside = selection & QRect({0, 0}, resultSize());
+        if (inside.isEmpty())
+            return;
+        part = frameImage(m_result).copy(inside);
+    }
+    // The clipboard tells everybody at once; whoever hears it may ask the canvas.
+    QGuiApplication::clipboard()->setPixmap(QPixmap::fromImage(part));
+    emit clipDone();
+}
+
+void ImageCanvas::openTextEditor(QPoint widgetPoint)
+{
+    if (m_text.isOpen()) {
+        endTextEditing();
+        return;
+    }
+    QPoint anchor;
+    {
+        const QMutexLocker locker(&m_lock);
+        anchor = AnnotationTools::layerPoint(
+            ViewGeometry::picturePoint(widgetPoint, resultSize(), size()), m_view, m_layer);
+    }
+    m_text.open(widgetPoint, anchor);
+}
 
 // Indications and painting
 // ------------------------------------------------------------------------------

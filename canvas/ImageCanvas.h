@@ -1,10 +1,12 @@
 #pragma once
 
 #include "AnnotationLayer.h"
+#include "AnnotationTools.h"
 #include "CanvasModes.h"
 #include "FramePipeline.h"
 #include "ScaledPicture.h"
 #include "SnapshotClock.h"
+#include "TextAnnotation.h"
 #include "ViewGeometry.h"
 #include "sources/ICaptureCB.h"
 
@@ -87,16 +89,20 @@ public:
     [[nodiscard]] QRect clipRectangle() const;
 
     // Drawing and text --------------------------------------------------------------------------
+    /// Any mode but Text commits a text that is being edited.
     void setMouseMode(MouseMode mode);
     [[nodiscard]] MouseMode mouseMode() const;
     void clearPainting();
+    /// The format acts on the selection of a text that is being edited, or on what is typed next.
     void setTextColor(const QColor &color);
     void setFontFace(const QString &face);
+    /// Sizes below 1 are ignored; letters are 1000 points at most.
     void setFontSize(int points);
     [[nodiscard]] QColor textColor() const;
     [[nodiscard]] QString fontFace() const;
     [[nodiscard]] int fontSize() const;
     void setTextFormat();
+    /// Paints the text that is being edited into the drawing; nothing when there is none.
     void endTextEditing();
 
     // Indications -------------------------------------------------------------------------------
@@ -127,6 +133,10 @@ signals:
     void clipDone();
 
 protected:
+    // The left button drives the tools, also when a pen or a finger stands for it.
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -163,6 +173,7 @@ private:
     void takeInput(const FramePtr &frame);
     void renewResult();
     [[nodiscard]] Recipe currentRecipe() const;
+    [[nodiscard]] QSize resultSize() const;
     [[nodiscard]] Shot dueShot();
     void copyOut(void *pixels, QSize size, bool mirror, bool rgb32);
     void publishView();
@@ -172,6 +183,9 @@ private:
     // Without the lock.
     void save(const Shot &shot);
     void requestRepaint();
+    void endDrag(QPoint widgetPoint);
+    void copyClip(const QRect &selection);
+    void openTextEditor(QPoint widgetPoint);
     void paintPicture(QPainter *painter);
 
     [[nodiscard]] ViewGeometry publishedView() const;
@@ -191,8 +205,7 @@ private:
     AnnotationLayer m_layer;
     SnapshotClock m_snapshotClock;
     QString m_armedFolder;
-    /// In processed-picture coordinates.
-    QRect m_clipRectangle;
+    AnnotationTools m_tools;
 
     // Readable from any thread without the lock.
     std::atomic<std::uint64_t> m_publishedShape{0};
@@ -209,7 +222,5 @@ private:
     bool m_drawingBoardMode = false;
     QColor m_boardColor = Qt::white;
     MouseMode m_mouseMode = Hand;
-    QColor m_textColor = Qt::black;
-    QString m_fontFace = QStringLiteral("Arial");
-    int m_fontSize = 18;
+    TextAnnotation m_text;
 };

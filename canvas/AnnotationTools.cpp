@@ -1,0 +1,157 @@
+#include "AnnotationTools.h"
+
+#include "AnnotationLayer.h"
+#include "AnnotationShapes.h"
+#include "ViewGeometry.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+
+namespace
+{
+
+QPen penOf(const AnnotationTools::Ink &ink)
+{
+    QPen pen(ink.penColor);
+    // A width of 0 would make the line hold its width at every zoom; the default is wanted.
+    if (ink.penWidth > 0)
+        pen.setWidth(ink.penWidth);
+    return pen;
+}
+
+/// How far from its line a pen paints, square caps and rounding included.
+double reachOf(const QPen &pen)
+{
+    return pen.widthF() + 2.0;
+}
+
+QPolygonF closed(QPolygonF points)
+{
+    points.append(points.first());
+    return points;
+}
+
+QPolygonF ellipseOutline(const QRect &box)
+{
+    QPainterPath path;
+    path.addEllipse(box);
+    return path.toFillPolygon();
+}
+
+} // namespace
+
+void AnnotationTools::press(CanvasModes::MouseMode mode, QPoint picturePoint,
+                            AnnotationLayer &layer)
+{
+    m_dragging = true;
+    m_pressPoint = picturePoint;
+    layer.beginShape();
+    if (mode >= CanvasModes::Freehand && mode <= CanvasModes::Triangle)
+        layer.setUsed();
+}
+
+void AnnotationTools::move(CanvasModes::MouseMode mode, QPoint picturePoint, const Ink &ink,
+                           AnnotationLayer &layer, ViewGeometry &view)
+{
+    if (!m_dragging)
+        return;
+    const Stroke stroke{layerPoint(m_pressPoint, view, layer),
+                        layerPoint(picturePoint, view, layer)};
+    switch (mode) {
+    case CanvasModes::Hand:
+        pan(picturePoint, view);
+        break;
+    case CanvasModes::Freehand:
+        drawLine(stroke, ink, layer);
+        m_pressPoint = picturePoint;
+        break;
+    case CanvasModes::Line:
+        layer.restoreShape();
+        drawLine(stroke, ink, layer);
+        break;
+    case CanvasModes::Arrow:
+    case CanvasModes::Rectangle:
+    case CanvasModes::Circle:
+    case CanvasModes::Triangle:
+        layer.restoreShape();
+        drawShape(mode, stroke, ink, layer);
+        break;
+    case CanvasModes::Eraser:
+        layer.erase(AnnotationShapes::eraserSquare(stroke.to, ink.penWidth));
+        break;
+    case CanvasModes::Clip:
+        m_clipRectangle =
+            AnnotationShapes::clipRectangle(m_pressPoint, picturePoint, view.frameSize());
+        break;
+    case CanvasModes::Text:
+        break;
+    }
+}
+
+QRect AnnotationTools::release(AnnotationLayer &layer)
+{
+    const QRect selection = m_clipRectangle;
+    m_clipRectangle = QRect();
+    m_dragging = false;
+    layer.endShape();
+    return selection;
+}
+
+QPoint AnnotationTools::layerPoint(QPoint picturePoint, const ViewGeometry &view,
+                                   const AnnotationLayer &layer)
+{
+    return AnnotationShapes::layerPoint(picturePoint, view.frameSize(), layer.size(), view.scale(),
+                                        view.offset());
+}
+
+void AnnotationTools::pan(QPoint picturePoint, ViewGeometry &view)
+{
+    const QPoint corner = view.offset() - (picturePoint - m_pressPoint);
+    view.setViewport(corner.x(), corner.y());
+    m_pressPoint = picturePoint;
+}
+
+void AnnotationTools::drawLine(const Stroke &stroke, const Ink &ink, AnnotationLayer &layer)
+{
+    const QPen pen = penOf(ink);
+    const QPolygonF outline(QVector<QPointF>{stroke.from, stroke.to});
+    layer.paint(AnnotationShapes::coveredParts(outline, reachOf(pen), false, layer.size(),
+                                               AnnotationLayer::TILE),
+                [&](QPainter &painter) {
+                    painter.setPen(pen);
+                    painter.drawLine(stroke.from, stroke.to);
+                });
+}
+
+void AnnotationTools::drawShape(CanvasModes::MouseMode mode, const Stroke &stroke, const Ink &ink,
+                                AnnotationLayer &layer)
+{
+    const QRect box = AnnotationShapes::dragBox(stroke.from, stroke.to);
+    QPolygonF outline;
+    if (mode == CanvasModes::Arrow)
+        outline = closed(AnnotationShapes::arrow(stroke.from, stroke.to));
+    else if (mode == CanvasModes::Triangle)
+        outline = closed(AnnotationShapes::triangle(stroke.from, stroke.to));
+    else if (mode == CanvasModes::Circle)
+        outline = ellipseOutline(box);
+    else
+        outline = QPolygonF(QRectF(box));
+
+    const QPen pen = penOf(ink);
+    layer.paint(AnnotationShapes::coveredParts(outline, reachOf(pen), ink.fillEnabled, layer.size(),
+                                               AnnotationLayer::TILE),
+                [&](QPainter &painter) {
+                    painter.setPen(pen);
+                    if (ink.fillEnabled)
+                        painter.setBrush(ink.fillColor);
+                    if (mode == CanvasModes::Rectangle)
+                        painter.drawRect(box);
+                    else if (mode == CanvasModes::Circle)
+                        painter.drawEllipse(box);
+                    else if (mode == CanvasModes::Triangle)
+                        painter.drawPolygon(AnnotationShapes::triangle(stroke.from, stroke.to));
+                    else
+                        painter.drawPolygon(AnnotationShapes::arrow(stroke.from, stroke.to));
+                });
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "CanvasModes.h"
+
+#include <QColor>
+#include <QPoint>
+#include <QPolygonF>
+#include <QRect>
+#include <QVector>
+
+#include <functional>
+
+class AnnotationLayer;
+class QPainter;
+class QPen;
+class ViewGeometry;
+
+/// What the left button does between press and release: draws on the layer, erases, pans the view
+/// or selects a clip. All points are in processed-picture coordinates.
+///
+/// Knows no widget and no lock: the canvas calls it under the lock that guards the layer and the
+/// view it hands over. Moves and releases without a press do nothing.
+class AnnotationTools
+{
+public:
+    /// The colours and widths that shapes are drawn with.
+    struct Ink {
+        QColor penColor = Qt::black;
+        /// In layer pixels, and the measure of the eraser; 0 or less draws lines 1 wide.
+        int penWidth = 3;
+        bool fillEnabled = false;
+        QColor fillColor = Qt::black;
+    };
+
+    void press(CanvasModes::MouseMode mode, QPoint picturePoint, AnnotationLayer &layer);
+    void move(CanvasModes::MouseMode mode, QPoint picturePoint, const Ink &ink,
+              AnnotationLayer &layer, ViewGeometry &view);
+    /// Ends the drag and the clip selection. Returns the selection, invalid when there is none.
+    QRect release(AnnotationLayer &layer);
+
+    [[nodiscard]] bool dragging() const { return m_dragging; }
+    /// The clip selection while it is dragged; null at other times.
+    [[nodiscard]] QRect clipRectangle() const { return m_clipRectangle; }
+
+    /// The pixel of the layer that is shown at a point of the processed picture.
+    [[nodiscard]] static QPoint layerPoint(QPoint picturePoint, const ViewGeometry &view,
+                                           const AnnotationLayer &layer);
+
+private:
+    struct Stroke {
+        QPoint from;
+        QPoint to;
+    };
+
+    void pan(QPoint picturePoint, ViewGeometry &view);
+    static void drawLine(const Stroke &stroke, const Ink &ink, AnnotationLayer &layer);
+    static void drawShape(CanvasModes::MouseMode mode, const Stroke &stroke, const Ink &ink,
+                          AnnotationLayer &layer);
+
+    bool m_dragging = false;
+    /// Where the drag began; with the hand and freehand, where it last was.
+    QPoint m_pressPoint;
+    QRect m_clipRectangle;
+};

@@ -128,6 +128,13 @@ QStringList plainPaths()
            QStringList{"settings_select_gray", "settings_selected"};
 }
 
+// The start picture is a frame, which counts pixels and not the layout; of the volume slider's
+// ground a style sheet cuts the border at 10 of the image's own pixels.
+QStringList drawnOnce()
+{
+    return {"Background/MAIN_WINDOWS", "Background/POP_VOL_BK"};
+}
+
 QStringList allPaths()
 {
     QStringList paths = plainPaths();
@@ -188,8 +195,7 @@ void TestSkin::everyPathOfTheProgramHasAnImage()
 void TestSkin::everyImageHasItsCopyAtTwiceTheSize()
 {
     for (const QString &path : allPaths()) {
-        // The start picture is a frame, which counts pixels, not a piece of the layout.
-        if (path == "Background/MAIN_WINDOWS")
+        if (drawnOnce().contains(path))
             continue;
         const QImage twice(":/icons/" + path + "@2x.png");
         QVERIFY2(!twice.isNull(), qPrintable(path));
@@ -211,7 +217,7 @@ void TestSkin::everyImageIsNamedByTheProgram()
         ++count;
     }
     QCOMPARE(skinNames().size(), 77);
-    QCOMPARE(count, known.size() - 1);
+    QCOMPARE(count, known.size() - drawnOnce().size());
 }
 
 void TestSkin::statesDifferClearly()

@@ -71,7 +71,7 @@ QString pipelineDescription(const QString &encoder)
                " max-bytes=0 max-buffers=0 max-time=0 ! audioconvert ! avenc_aac bitrate=96000"
                " ! aacparse ! queue max-size-buffers=0 max-size-bytes=0 max-size-time=5000000000"
                " ! mux.audio_0 "
-               "qtmux name=mux reserved-max-duration=%2 reserved-moov-update-period=1000000000"
+               "qtmux name=mux reserved-max-duration=%2 reserved-moov-update-period=600000000"
                " ! filesink name=file async=false")
         .arg(encoder)
         .arg(LONGEST_MOVIE);

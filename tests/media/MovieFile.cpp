@@ -46,7 +46,9 @@ QString MovieFile::complaints() const
 {
     QByteArray text;
     read("ffprobe", {"-show_format", "-show_streams", m_fileName}, &text);
-    read("ffmpeg", {"-i", m_fileName, "-fps_mode", "passthrough", "-f", "null", "-"}, &text);
+    read("ffmpeg",
+         {"-i", m_fileName, "-fps_mode", "passthrough", "-enc_time_base", "-1", "-f", "null", "-"},
+         &text);
     return QString::fromUtf8(text);
 }
 

@@ -54,6 +54,7 @@ bool SoundServer::start(const QString &microphoneProperties)
 
 bool SoundServer::plugMicrophone(const QString &properties)
 {
+    QFile::remove(pipe());
     return control({"load-module", "module-pipe-source", "source_name=cam_mic", "file=" + pipe(),
                     "format=s16le", "rate=44100", "channels=1",
                     QStringLiteral("source_properties='%1'").arg(properties)});

@@ -110,6 +110,7 @@ std::optional<Options> parse(const QCoreApplication &app)
 int record(const Options &options)
 {
     SyntheticPictures pictures(options.size);
+    const time_t startDate = time(nullptr);
     const qint64 startUs = captureMicroseconds();
     std::optional<MicrophoneFeed> feed;
     if (!options.pipe.isEmpty())
@@ -133,15 +134,22 @@ int record(const Options &options)
         const std::uint8_t *rgb = pictures.picture(static_cast<int>(n), flash);
         std::this_thread::sleep_until(
             std::chrono::steady_clock::time_point(std::chrono::microseconds(dueUs)));
-        if (second >= options.cameraSeconds)
+        if (second >= options.cameraSeconds) {
+            if (n % 30 == 0)
+                say(QString("silent %1 s").arg(second));
             continue;
+        }
         const qint64 beforeUs = captureMicroseconds();
         recorder.pictureCaptured(rgb, options.size.width(), options.size.height(), dueUs);
         slowestUs = std::max(slowestUs, captureMicroseconds() - beforeUs);
+        if (n == 0)
+            say("first picture");
         if (n % 30 == 0)
             say(QString("second %1 resident %2 kB").arg(second).arg(residentKb()));
     }
     recorder.finish();
+    if (time(nullptr) < startDate)
+        say("date stepped");
     say(QString("finished dropped %1 slowest %2 us")
             .arg(recorder.droppedPictures())
             .arg(slowestUs));

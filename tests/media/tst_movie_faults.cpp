@@ -1,0 +1,136 @@
+#include "MovieFile.h"
+#include "RecordProbe.h"
+#include "SoundServer.h"
+
+#include <QtTest>
+
+#include <QRandomGenerator>
+
+namespace
+{
+
+/// What of a movie may be missing after a fault, in seconds.
+constexpr double LAST_SECOND = 1.1;
+
+} // namespace
+
+class MovieFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        m_server.pretendAbsent();
+        m_file = m_folder.filePath("movie.mov");
+    }
+
+    void aKillAtAnyMomentCostsTheLastSecondAtMost_data()
+    {
+        QTest::addColumn<int>("milliseconds");
+        // Moments between two seconds of the recording.
+        for (int n = 0; n < 3; ++n)
+            QTest::addRow("%d", n) << QRandomGenerator::global()->bounded(1000);
+    }
+
+    void aKillAtAnyMomentCostsTheLastSecondAtMost()
+    {
+        QFETCH(int, milliseconds);
+        RecordProbe probe({m_file});
+        QVERIFY(probe.waitFor("first picture"));
+        QElapsedTimer recorded;
+        recorded.start();
+        QVERIFY(probe.waitFor("second 3 "));
+        QTest::qWait(milliseconds);
+        const double seconds = static_cast<double>(recorded.elapsed()) / 1000;
+        probe.kill();
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        QCOMPARE(movie.container(), QString("qt  "));
+        const auto pictures = movie.pictures();
+        QVERIFY(!pictures.isEmpty());
+        QVERIFY2(pictures.last().seconds > seconds - LAST_SECOND,
+                 qPrintable(QString("%1 of %2 s").arg(pictures.last().seconds).arg(seconds)));
+        expectUnbroken(pictures);
+    }
+
+    void aFullDiskStopsTheRecordingAndKeepsTheMovie()
+    {
+        QProcess mounted;
+        mounted.start(QStringLiteral(ON_SMALL_DISK), {"3m", m_file, QStringLiteral(RECORDPROBE),
+                                                      "--size", "1280x720", "--seconds", "60"});
+        QVERIFY(mounted.waitForFinished(90000));
+        const QByteArray said = mounted.readAllStandardOutput();
+        QVERIFY2(mounted.exitCode() == 0, mounted.readAllStandardError());
+        QVERIFY2(said.contains("failed: The recording was stopped because the disk is full."),
+                 said);
+        expectPlayableUpToTheFailure(said.split('\n'));
+    }
+
+    void aFileThatMayGrowNoFurtherStopsTheRecordingAndKeepsTheMovie()
+    {
+        // The index's room is 32 MB of it.
+        RecordProbe probe(
+            {"--size", "1280x720", "--seconds", "60", "--file-limit", "33000000", m_file});
+        QVERIFY(probe.waitForEnd());
+        QCOMPARE(probe.failure(),
+                 QString("The recording was stopped because the movie file cannot be written."));
+        expectPlayableUpToTheFailure(probe.lines());
+    }
+
+    void aFileThatMayNotBeWrittenIsLeftAlone()
+    {
+        const QString file = m_folder.filePath("guarded.mov");
+        QFile guarded(file);
+        QVERIFY(guarded.open(QIODevice::WriteOnly) && guarded.write("mine") == 4);
+        guarded.close();
+        QVERIFY(guarded.setPermissions(QFile::ReadOwner));
+        RecordProbe probe({"--no-rights", "--seconds", "2", file});
+        QVERIFY(probe.waitForEnd());
+        QCOMPARE(probe.failure(), QString("The movie file cannot be created."));
+        QVERIFY(guarded.open(QIODevice::ReadOnly));
+        QCOMPARE(guarded.readAll(), QByteArray("mine"));
+    }
+
+    void aCameraThatFallsSilentDoesNotHoldTheFileBack()
+    {
+        RecordProbe probe({"--camera-seconds", "2", m_file});
+        QVERIFY(probe.waitFor("silent 6 "));
+        probe.kill();
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        // The picture stands, a second behind the sound; both are on the disk.
+        QVERIFY2(movie.duration() > 3.0, qPrintable(QString::number(movie.duration())));
+        QVERIFY(movie.sound().samples.size() > 3 * 44100);
+    }
+
+private:
+    static void expectUnbroken(const QVector<MovieFile::Picture> &pictures)
+    {
+        for (int n = 1; n < pictures.size(); ++n)
+            QVERIFY(pictures[n].number > pictures[n - 1].number);
+    }
+
+    void expectPlayableUpToTheFailure(const QList<QByteArray> &said)
+    {
+        // The last whole second that the probe told of before the failure.
+        double seconds = 0;
+        for (const QByteArray &line : said) {
+            if (line.startsWith("second "))
+                seconds = line.split(' ').value(1).toDouble();
+        }
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        QVERIFY2(seconds > 1, "failed too early to tell anything");
+        QVERIFY2(movie.duration() > seconds - 1.0 - LAST_SECOND,
+                 qPrintable(QString("%1 of %2 s").arg(movie.duration()).arg(seconds)));
+        expectUnbroken(movie.pictures());
+    }
+
+    QTemporaryDir m_folder;
+    SoundServer m_server{m_folder.path()};
+    QString m_file;
+};
+
+QTEST_GUILESS_MAIN(MovieFaultsTest)
+#include "tst_movie_faults.moc"

@@ -1,0 +1,331 @@
+#include "MovieFile.h"
+#include "SyntheticPictures.h"
+
+#include "sources/media/MovieEncoders.h"
+#include "sources/media/MovieWriter.h"
+
+#include <QtTest>
+
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+
+namespace
+{
+
+constexpr qint64 START_US = 5000000000;
+constexpr int PATIENCE_MS = 20000;
+constexpr QSize SMALL(640, 360);
+
+qint64 timeOf(int number)
+{
+    return START_US + number * 1000000LL / 30;
+}
+
+/// A writer with what it reported.
+class Movie
+{
+public:
+    explicit Movie(const QString &fileName, QSize size = SMALL,
+                   const QStringList &encoders = {"x264enc"})
+        : m_pictures(size)
+        , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_failures << sentence;
+        }))
+    {
+        writer->startSession(START_US);
+    }
+
+    void appendSound(int number)
+    {
+        const std::vector<std::int16_t> sound(1470, 1000);
+        writer->appendSound(sound.data(), 1470, timeOf(number));
+    }
+    void appendPicture(int number)
+    {
+        writer->appendPicture(m_pictures.picture(number, number >= 15 && number < 18),
+                              timeOf(number));
+    }
+    /// A thirtieth of a second of both; offers the picture until the encoder has caught up.
+    void append(int number)
+    {
+        appendSound(number);
+        qint64 dropped = 0;
+        do {
+            dropped = writer->droppedPictures();
+            appendPicture(number);
+            std::this_thread::yield();
+        } while (writer->droppedPictures() > dropped);
+    }
+
+    QStringList failures() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_failures;
+    }
+
+private:
+    SyntheticPictures m_pictures;
+    mutable std::mutex m_mutex;
+    QStringList m_failures;
+
+public:
+    std::unique_ptr<MovieWriter> writer;
+};
+
+} // namespace
+
+class MovieWriterTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aMovieIsQuickTimeWithPicturesAndMonoSound()
+    {
+        const QString file = m_folder.filePath("plain.mov");
+        Movie movie(file);
+        for (int n = 0; n < 60; ++n)
+            movie.append(n);
+        QCOMPARE(movie.writer->status(), MovieWriter::Status::Writing);
+        movie.writer->finish();
+        QCOMPARE(movie.writer->status(), MovieWriter::Status::Finished);
+        QCOMPARE(movie.failures(), QStringList());
+
+        const MovieFile read(file);
+        QCOMPARE(read.complaints(), QString());
+        QCOMPARE(read.container(), QString("qt  "));
+        const QJsonObject video = read.stream("video");
+        QCOMPARE(video["codec_name"].toString(), QString("h264"));
+        QCOMPARE(video["pix_fmt"].toString(), QString("yuv420p"));
+        QCOMPARE(QSize(video["width"].toInt(), video["height"].toInt()), SMALL);
+        const QJsonObject audio = read.stream("audio");
+        QCOMPARE(audio["codec_name"].toString(), QString("aac"));
+        QCOMPARE(audio["sample_rate"].toString(), QString("44100"));
+        QCOMPARE(audio["channels"].toInt(), 1);
+        QVERIFY(std::abs(read.duration() - 2.0) < 0.05);
+
+        const auto pictures = read.pictures();
+        QCOMPARE(int(pictures.size()), 60);
+        for (int n = 0; n < 60; ++n) {
+            QCOMPARE(pictures[n].number, n);
+            QCOMPARE(pictures[n].flash, n >= 15 && n < 18);
+            QVERIFY(std::abs(pictures[n].seconds - n / 30.0) < 0.001);
+        }
+    }
+
+    void coloursComeOutAsTheyWentIn_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("1080 high, no multiple of 16") << QSize(1920, 1080);
+        QTest::newRow("rows of no multiple of 4 bytes") << QSize(1366, 768);
+        QTest::newRow("odd") << QSize(641, 361);
+    }
+
+    void coloursComeOutAsTheyWentIn()
+    {
+        QFETCH(QSize, size);
+        const QString file = m_folder.filePath("colours.mov");
+        Movie movie(file, size);
+        // Four quarters in four colours: a wrong stride or matrix shows at once.
+        const std::uint8_t colours[4][3] = {
+            {200, 30, 40}, {20, 180, 60}, {30, 50, 210}, {230, 220, 90}};
+        std::vector<std::uint8_t> rgb(static_cast<size_t>(size.width() * size.height() * 3));
+        for (int y = 0; y < size.height(); ++y)
+            for (int x = 0; x < size.width(); ++x)
+                memcpy(&rgb[static_cast<size_t>((y * size.width() + x) * 3)],
+                       colours[2 * (2 * y / size.height()) + 2 * x / size.width()], 3);
+        for (int n = 0; n < 5; ++n) {
+            movie.appendSound(n);
+            movie.writer->appendPicture(rgb.data(), timeOf(n));
+        }
+        movie.writer->finish();
+
+        const int width = size.width() & ~1;
+        const int height = size.height() & ~1;
+        const QByteArray picture = MovieFile(file).pictureAt(0.05);
+        QCOMPARE(int(picture.size()), width * height * 3);
+        for (int quarter = 0; quarter < 4; ++quarter) {
+            const int x = (1 + 2 * (quarter % 2)) * width / 4 + 3;
+            const int y = (1 + 2 * (quarter / 2)) * height / 4 + 3;
+            for (int c = 0; c < 3; ++c) {
+                const int shown = static_cast<uchar>(picture[(y * width + x) * 3 + c]);
+                QVERIFY2(std::abs(shown - colours[quarter][c]) <= 6,
+                         qPrintable(QString("%1 %2: %3").arg(quarter).arg(c).arg(shown)));
+            }
+        }
+    }
+
+    void anEncoderThatDoesNotWorkIsPassedOver()
+    {
+        const QString file = m_folder.filePath("fallback.mov");
+        // One that is not there, one that makes no H.264, one that works.
+        QTest::ignoreMessage(QtDebugMsg, "The movie encoder theoraenc is there but does not work.");
+        Movie movie(file, SMALL, {"nosuchencoder", "theoraenc", "openh264enc"});
+        for (int n = 0; n < 30; ++n)
+            movie.append(n);
+        movie.writer->finish();
+        QCOMPARE(movie.failures(), QStringList());
+        QCOMPARE(int(MovieFile(file).pictures().size()), 30);
+    }
+
+    void noEncoderAtAllIsReported()
+    {
+        Movie movie(m_folder.filePath("none.mov"), SMALL, {"nosuchencoder"});
+        QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
+        QCOMPARE(int(movie.failures().size()), 1);
+        movie.append(0);
+        movie.writer->finish();
+    }
+
+    void hardwareIsPreferred()
+    {
+        const QStringList names = MovieEncoders::names();
+        QVERIFY(names.indexOf("vah264enc") < names.indexOf("x264enc"));
+        QVERIFY(names.indexOf("x264enc") < names.indexOf("openh264enc"));
+    }
+
+    void picturesThatComeTooFastAreDroppedEvenlyAndCounted()
+    {
+        constexpr int first = 30;
+        constexpr int last = first + 240;
+        const QString file = m_folder.filePath("fast.mov");
+        Movie movie(file, QSize(1280, 720));
+        QElapsedTimer encoding;
+        encoding.start();
+        for (int n = 0; n < first; ++n)
+            movie.append(n);
+        // Three times as fast as the encoder was.
+        const std::chrono::nanoseconds interval(encoding.nsecsElapsed() / first / 3);
+        const qint64 before = movie.writer->droppedPictures();
+        auto due = std::chrono::steady_clock::now();
+        for (int n = first; n < last; ++n) {
+            movie.appendSound(n);
+            movie.appendPicture(n);
+            std::this_thread::sleep_until(due += interval);
+        }
+        movie.writer->finish();
+        const qint64 dropped = movie.writer->droppedPictures() - before;
+        QVERIFY(dropped > 0);
+        const MovieFile read(file);
+        QSet<int> numbers;
+        int quarters[4] = {0, 0, 0, 0};
+        for (const MovieFile::Picture &picture : read.pictures()) {
+            if (picture.number < first || numbers.contains(picture.number))
+                continue;
+            numbers.insert(picture.number);
+            ++quarters[(picture.number - first) / 60];
+        }
+        QCOMPARE(int(numbers.size() + dropped), last - first);
+        for (const int quarter : quarters)
+            QVERIFY2(quarter * 16 >= numbers.size(), qPrintable(QString::number(quarter)));
+        // The sound is whole.
+        const MovieFile::Sound sound = read.sound();
+        QVERIFY(std::abs(sound.samples.size() - last * 1470) < 2048);
+        QVERIFY(std::all_of(sound.samples.begin() + 4096, sound.samples.end() - 4096,
+                            [](qint16 s) { return std::abs(s - 1000) < 300; }));
+    }
+
+    void whatIsStampedBeforeTheSessionIsLeftOut()
+    {
+        const QString file = m_folder.filePath("early.mov");
+        Movie movie(file);
+        for (int n = -5; n < 20; ++n)
+            movie.append(n);
+        movie.writer->finish();
+        QCOMPARE(MovieFile(file).pictures().first().number, 0);
+        QCOMPARE(int(MovieFile(file).pictures().size()), 20);
+    }
+
+    void theLastPictureStandsWhileTheCameraIsSilent()
+    {
+        const QString file = m_folder.filePath("standing.mov");
+        Movie movie(file);
+        for (int n = 0; n < 30; ++n)
+            movie.append(n);
+        for (int n = 30; n < 300; ++n)
+            movie.appendSound(n);
+        movie.writer->finish();
+        const auto pictures = MovieFile(file).pictures();
+        QVERIFY(pictures.size() > 30);
+        QCOMPARE(pictures.last().number, 29);
+        QVERIFY(pictures.last().seconds > 8.0);
+    }
+
+    void aMovieWithoutPicturesLeavesNoFile()
+    {
+        const QString file = m_folder.filePath("empty.mov");
+        {
+            Movie movie(file);
+            QVERIFY(QFile::exists(file));
+        }
+        QVERIFY(!QFile::exists(file));
+        {
+            Movie movie(file);
+            for (int n = 0; n < 30; ++n)
+                movie.appendSound(n);
+        }
+        QVERIFY(!QFile::exists(file));
+    }
+
+    void aSinglePictureIsAMovie()
+    {
+        const QString file = m_folder.filePath("single.mov");
+        Movie movie(file);
+        movie.append(0);
+        movie.writer->finish();
+        QCOMPARE(MovieFile(file).complaints(), QString());
+        QCOMPARE(int(MovieFile(file).pictures().size()), 1);
+    }
+
+    void aFileThatCannotBeMadeIsReported_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("a folder") << ".";
+        QTest::newRow("a missing folder") << "missing/movie.mov";
+        QTest::newRow("nothing") << "";
+    }
+
+    void aFileThatCannotBeMadeIsReported()
+    {
+        QFETCH(QString, name);
+        Movie movie(name.isEmpty() ? name : m_folder.filePath(name));
+        QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
+        QCOMPARE(movie.failures(), QStringList("The movie file cannot be created."));
+        movie.append(0);
+        movie.writer->finish();
+        QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
+        QVERIFY(QDir(m_folder.path()).exists());
+    }
+
+    void aFolderThatVanishesIsReported()
+    {
+        QVERIFY(QDir(m_folder.path()).mkdir("vanishing"));
+        Movie movie(m_folder.filePath("vanishing/movie.mov"));
+        for (int n = 0; n < 10; ++n)
+            movie.append(n);
+        QVERIFY(QDir(m_folder.filePath("vanishing")).removeRecursively());
+        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
+        QCOMPARE(movie.failures(),
+                 QStringList("The recording was stopped because its folder is gone."));
+        movie.writer->finish();
+    }
+
+    void aFolderThatIsRenamedLeavesAWholeMovie()
+    {
+        QVERIFY(QDir(m_folder.path()).mkdir("before"));
+        Movie movie(m_folder.filePath("before/movie.mov"));
+        for (int n = 0; n < 30; ++n)
+            movie.append(n);
+        QVERIFY(QDir(m_folder.path()).rename("before", "after"));
+        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
+        movie.writer->finish();
+        QCOMPARE(int(MovieFile(m_folder.filePath("after/movie.mov")).pictures().size()), 30);
+    }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+QTEST_GUILESS_MAIN(MovieWriterTest)
+#include "tst_movie_writer.moc"

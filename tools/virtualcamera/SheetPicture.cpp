@@ -48,12 +48,12 @@ SheetPicture::SheetPicture(QSize size, const QString &banner)
     painter.end();
     addGrain(m_whole);
     m_background = m_whole;
-    m_sharp = m_shown = m_whole.copy();
+    m_sharp = m_whole.copy();
 }
 
 std::vector<QRect> SheetPicture::draw(quint32 frameNumber, const CameraView &view)
 {
-    const QRect all = m_shown.rect();
+    const QRect all = m_sharp.rect();
     const bool stood = m_drawn && view == m_view && !m_coarse;
     if (!stood)
         showView(view);
@@ -77,7 +77,6 @@ std::vector<QRect> SheetPicture::draw(quint32 frameNumber, const CameraView &vie
         soften();
         return {all};
     }
-    m_shown = m_sharp; // shared until the next frame is painted
     return changed;
 }
 
@@ -108,9 +107,9 @@ void SheetPicture::showView(const CameraView &view)
 
 std::vector<QRect> SheetPicture::movingAreas(quint32 frameNumber) const
 {
-    const QTransform toPixels = SheetScene::toPixels(m_shown.size(), m_view.zoom);
-    return {pixelsOf(toPixels, SheetScene::counterArea(), m_shown.rect()),
-            pixelsOf(toPixels, SheetScene::pencilArea(frameNumber), m_shown.rect())};
+    const QTransform toPixels = SheetScene::toPixels(m_sharp.size(), m_view.zoom);
+    return {pixelsOf(toPixels, SheetScene::counterArea(), m_sharp.rect()),
+            pixelsOf(toPixels, SheetScene::pencilArea(frameNumber), m_sharp.rect())};
 }
 
 void SheetPicture::restore(const QRect &area)
@@ -150,7 +149,7 @@ void SheetPicture::soften()
 {
     const QSize full = m_sharp.size();
     const QSize small = full / (1.0 + m_view.blur * (STRONGEST_BLUR - 1.0));
-    m_shown = m_sharp.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                  .scaled(full, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                  .convertToFormat(QImage::Format_RGB32);
+    m_soft = m_sharp.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                 .scaled(full, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                 .convertToFormat(QImage::Format_RGB32);
 }

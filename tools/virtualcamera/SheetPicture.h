@@ -19,7 +19,7 @@ public:
     std::vector<QRect> draw(quint32 frameNumber, const CameraView &view);
 
     /// The frame drawn last, Format_RGB32.
-    [[nodiscard]] const QImage &image() const { return m_shown; }
+    [[nodiscard]] const QImage &image() const { return m_view.blur > 0 ? m_soft : m_sharp; }
 
 private:
     void showView(const CameraView &view);
@@ -32,8 +32,8 @@ private:
     QString m_banner;
     QImage m_whole;      ///< all of the desk, without what moves
     QImage m_background; ///< the part in view, without what moves
-    QImage m_sharp;      ///< the frame before it goes out of focus
-    QImage m_shown;
+    QImage m_sharp;      ///< the frame in focus
+    QImage m_soft;       ///< the frame out of focus, where it is
     CameraView m_view;
     std::vector<QRect> m_lastMoving;
     bool m_coarse = false; ///< m_background was stretched while the lens was moving

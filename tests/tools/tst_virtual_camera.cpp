@@ -1,3 +1,4 @@
+#include "sources/CameraParameters.h"
 #include "tests/tools/UvcViewer.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -18,8 +19,15 @@ class VirtualCameraTest : public QObject
 private slots:
     void isFoundWithItsNames();
     void hasTheExtensionUnit();
+    void describesItsStreams();
     void streams_data();
     void streams();
+    void streamsAgainAtAnotherSize();
+    void answersEveryParameter();
+    void logsTheExtensionUnit();
+    void keysActOnThePicture();
+    void comesAndGoes();
+    void idleCameraIsNotPolled();
 };
 
 namespace
@@ -74,6 +82,25 @@ void VirtualCameraTest::hasTheExtensionUnit()
     QVERIFY(!unit->next);
 }
 
+void VirtualCameraTest::describesItsStreams()
+{
+    VirtualCamera camera;
+    UvcViewer viewer;
+    QVERIFY(camera.plug());
+    QVERIFY(viewer.waitUntilFound(true));
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    const uvc_format_desc_t *format = uvc_get_format_descs(viewer.handle);
+    QVERIFY(format && !format->next);
+    QCOMPARE(format->bDescriptorSubtype, UVC_VS_FORMAT_MJPEG);
+    QVector<QSize> sizes;
+    for (const uvc_frame_desc_t *frame = format->frame_descs; frame; frame = frame->next) {
+        sizes.append(QSize(frame->wWidth, frame->wHeight));
+        QCOMPARE(frame->dwDefaultFrameInterval, uint32_t(333333));
+    }
+    QCOMPARE(sizes, (QVector<QSize>{{1024, 768}, {1280, 720}, {1920, 1080}}));
+    QVERIFY(viewer.start(QSize(800, 600)) != UVC_SUCCESS);
+}
+
 void VirtualCameraTest::streams_data()
 {
     QTest::addColumn<Transport>("transport");
@@ -110,6 +137,125 @@ void VirtualCameraTest::streams()
     QCOMPARE(QSize(statistics.streamWidth, statistics.streamHeight), size);
     QVERIFY(statistics.streaming);
     viewer.stop();
+}
+
+void VirtualCameraTest::streamsAgainAtAnotherSize()
+{
+    VirtualCamera camera;
+    UvcViewer viewer;
+    QVERIFY(camera.plug());
+    QVERIFY(viewer.waitUntilFound(true));
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    for (const QSize size : {QSize(1024, 768), QSize(1920, 1080), QSize(1280, 720)}) {
+        QCOMPARE(viewer.start(size), UVC_SUCCESS);
+        for (int i = 0; i < 3; ++i) {
+            const auto frame = viewer.takeFrame();
+            QVERIFY(frame);
+            QCOMPARE(QImage::fromData(*frame).size(), size);
+        }
+        viewer.stop();
+    }
+}
+
+void VirtualCameraTest::answersEveryParameter()
+{
+    namespace P = CameraParameter;
+    VirtualCamera camera;
+    UvcViewer viewer;
+    QVERIFY(camera.plug());
+    QVERIFY(viewer.waitUntilFound(true));
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QCOMPARE(uvc_get_ctrl_len(viewer.handle, 4, 19), 8);
+    QCOMPARE(uvc_get_ctrl_len(viewer.handle, 4, 20), 8);
+    quint64 value = 0;
+    QCOMPARE(viewer.get(5, value), static_cast<int>(UVC_ERROR_PIPE));
+
+    const QVector<QPair<quint64, quint64>> atPowerOn{
+        {P::ZOOM_IN_KEY, 0},       {P::ZOOM_OUT_KEY, 0},        {P::AUTOFOCUS_KEY, 0},
+        {P::BRIGHTNESS_UP_KEY, 0}, {P::BRIGHTNESS_DOWN_KEY, 0}, {P::OPTICAL_ZOOM_POSITION, 0},
+        {P::DIGITAL_ZOOM, 1000},   {P::BRIGHTNESS, 6},          {P::SECOND_ZOOM, 1000},
+        {P::BRIGHTNESS_MIN, 1},    {P::BRIGHTNESS_MAX, 11},     {P::OPTICAL_ZOOM_PERCENT, 0},
+    };
+    for (const auto &[id, expected] : atPowerOn)
+        QCOMPARE(viewer.parameter(id), expected);
+
+    viewer.setParameter(P::BRIGHTNESS_UP_KEY, 1);
+    viewer.setParameter(P::BRIGHTNESS_UP_KEY, 0);
+    QCOMPARE(viewer.parameter(P::BRIGHTNESS), quint64(7));
+    QCOMPARE(camera.parameter(P::BRIGHTNESS), quint64(7));
+    camera.overrideParameter(P::SECOND_ZOOM, 1500);
+    QCOMPARE(viewer.parameter(P::SECOND_ZOOM), quint64(1500));
+}
+
+void VirtualCameraTest::logsTheExtensionUnit()
+{
+    VirtualCamera camera;
+    UvcViewer viewer;
+    QVERIFY(camera.plug());
+    QVERIFY(viewer.waitUntilFound(true));
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    viewer.setParameter(CameraParameter::DIGITAL_ZOOM, 2500);
+    QCOMPARE(viewer.parameter(CameraParameter::DIGITAL_ZOOM), quint64(2500));
+    const std::vector<ExtensionTransfer> expected{{true, 19, CameraParameter::DIGITAL_ZOOM},
+                                                  {true, 20, 2500},
+                                                  {true, 19, CameraParameter::DIGITAL_ZOOM},
+                                                  {false, 20, 2500}};
+    QVERIFY(camera.takeExtensionTransfers() == expected);
+    QVERIFY(camera.takeExtensionTransfers().empty());
+}
+
+void VirtualCameraTest::keysActOnThePicture()
+{
+    VirtualCamera camera;
+    UvcViewer viewer;
+    QVERIFY(camera.plug());
+    QVERIFY(viewer.waitUntilFound(true));
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QCOMPARE(viewer.start(QSize(1024, 768)), UVC_SUCCESS);
+    const auto greyAt = [&viewer](QPoint point) {
+        const auto frame = viewer.takeFrame();
+        return frame ? qGray(QImage::fromData(*frame, "JPEG").pixel(point)) : -1;
+    };
+    const QPoint edge(12, 384); // the desk, until the sheet fills the picture
+    const int desk = greyAt(edge);
+    QVERIFY(desk > 0 && desk < 160);
+    viewer.setParameter(CameraParameter::ZOOM_IN_KEY, 1);
+    QTRY_COMPARE(viewer.parameter(CameraParameter::OPTICAL_ZOOM_PERCENT), quint64(100));
+    viewer.setParameter(CameraParameter::ZOOM_IN_KEY, 0);
+    QTRY_VERIFY(greyAt(edge) > 200);
+    viewer.setParameter(CameraParameter::OPTICAL_ZOOM_POSITION, 0);
+    viewer.setParameter(CameraParameter::DIGITAL_ZOOM, 1000);
+    QTRY_VERIFY(qAbs(greyAt(edge) - desk) < 12);
+    viewer.stop();
+}
+
+void VirtualCameraTest::comesAndGoes()
+{
+    VirtualCamera camera;
+    UvcViewer viewer;
+    for (int round = 0; round < 3; ++round) {
+        QVERIFY(camera.plug());
+        QVERIFY(camera.plug());
+        QVERIFY(camera.plugged());
+        QVERIFY(viewer.waitUntilFound(true));
+        QCOMPARE(uvc_get_device_address(viewer.device), uint8_t(2 + round));
+        camera.unplug();
+        camera.unplug();
+        QVERIFY(viewer.waitUntilFound(false));
+    }
+}
+
+void VirtualCameraTest::idleCameraIsNotPolled()
+{
+    VirtualCamera camera;
+    UvcViewer viewer;
+    QVERIFY(camera.plug());
+    QVERIFY(viewer.waitUntilFound(true));
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QCOMPARE(viewer.parameter(CameraParameter::BRIGHTNESS), quint64(6));
+    const auto before = camera.statistics().ioctls;
+    QTest::qWait(300); // the time over which a spinning library would ask thousands of times
+    QVERIFY(camera.statistics().ioctls - before < 10);
 }
 
 QTEST_MAIN(VirtualCameraTest)

@@ -24,8 +24,8 @@ int printFrames(int count)
         return 4;
     for (int i = 0; i < count; ++i) {
         const auto frame = viewer.takeFrame();
-        const auto number = frame ? SheetCounter::read(QImage::fromData(*frame, "JPEG"))
-                                  : std::nullopt;
+        const auto number =
+            frame ? SheetCounter::read(QImage::fromData(*frame, "JPEG")) : std::nullopt;
         if (!number)
             return 5;
         std::printf("%u\n", *number);

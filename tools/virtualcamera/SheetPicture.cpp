@@ -1,6 +1,7 @@
 #include "tools/virtualcamera/SheetPicture.h"
 
 #include "tools/virtualcamera/SheetScene.h"
+#include "tools/virtualcamera/SheetStill.h"
 
 #include <QPainter>
 #include <QTransform>
@@ -12,7 +13,7 @@ namespace
 {
 
 /// The grain of the sensor: it gives frames the weight of a real camera's.
-constexpr int GRAIN = 13;
+constexpr int GRAIN = 16;
 /// Out of focus by so much: the picture is drawn that many times smaller and enlarged again.
 constexpr double STRONGEST_BLUR = 5.0;
 

@@ -3,27 +3,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <ctime>
 #include <sys/ioctl.h>
 
 namespace
 {
 
-constexpr std::size_t FRAMES_IN_FLIGHT = 2; // as much as a camera's own memory holds
-constexpr std::size_t DELIVERIES_KEPT = 256;
 constexpr char HANDLE_KEY[] = "usbfs-handle";
 
 template <class T>
 T *structureIn(const IoctlData &data)
 {
     return reinterpret_cast<T *>(data->data);
-}
-
-std::int64_t monotonicNs()
-{
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec * std::int64_t{1000000000} + now.tv_nsec;
 }
 
 /// What a program may still do with a device that is gone.
@@ -44,6 +34,7 @@ struct UsbFs::Handle : UrbQueue {
 UsbFs::UsbFs(UvcFunction &function, CameraFaults &faults)
     : m_function(function)
     , m_faults(faults)
+    , m_queue(faults)
 {
 }
 
@@ -63,9 +54,7 @@ void UsbFs::pullOut(bool dirty)
     const std::lock_guard lock(m_mutex);
     m_plugged = false;
     m_dirty = dirty;
-    Payload last;
-    if (!m_payloads.empty())
-        last = m_payloads.front();
+    const Payload last = m_queue.next();
     stopStream();
     for (Handle *handle : m_handles) {
         if (Urb *video = dirty ? handle->firstVideo() : nullptr) {
@@ -104,11 +93,11 @@ void UsbFs::report(CameraStatistics &statistics) const
     m_function.report(statistics);
     statistics.ioctls = m_ioctls;
     statistics.openHandles = static_cast<int>(m_handles.size());
-    statistics.streamWidth = m_streamSize.width;
-    statistics.streamHeight = m_streamSize.height;
+    statistics.streamWidth = m_current.size.width;
+    statistics.streamHeight = m_current.size.height;
     statistics.plugged = m_plugged;
     statistics.streaming = m_streaming;
-    statistics.deliveries.assign(m_deliveries.begin(), m_deliveries.end());
+    statistics.deliveries.assign(m_queue.deliveries().begin(), m_queue.deliveries().end());
 }
 
 void UsbFs::handleIoctl(UMockdevIoctlClient *client)
@@ -125,13 +114,13 @@ void UsbFs::handleIoctl(UMockdevIoctlClient *client)
     umockdev_ioctl_client_complete(client, result < 0 ? -1 : result, result < 0 ? -result : 0);
 }
 
-std::optional<UsbDescriptors::StreamSize> UsbFs::waitForStream()
+std::optional<UsbFs::Stream> UsbFs::waitForStream()
 {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return m_shutDown || streamRuns(); });
     if (m_shutDown)
         return std::nullopt;
-    return m_streamSize;
+    return m_current;
 }
 
 bool UsbFs::sleepUntil(Clock::time_point time)
@@ -140,16 +129,14 @@ bool UsbFs::sleepUntil(Clock::time_point time)
     return !m_changed.wait_until(lock, time, [this] { return m_shutDown; });
 }
 
-bool UsbFs::send(std::vector<Payload> payloads)
+bool UsbFs::send(const Stream &stream, std::vector<Payload> payloads)
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_streaming || m_framesQueued >= FRAMES_IN_FLIGHT)
+    if (!m_streaming || stream.number != m_current.number || !m_queue.push(std::move(payloads)))
         return false;
-    for (Payload &payload : payloads) {
-        m_framesQueued += payload.endsFrame();
-        m_payloads.push_back(std::move(payload));
-    }
-    feed();
+    for (Handle *handle : m_handles)
+        m_queue.feed(*handle);
+    updateReadiness();
     return true;
 }
 
@@ -285,7 +272,7 @@ int UsbFs::submit(Handle &handle, UMockdevIoctlData *argument)
         const bool video = urb->isVideo();
         handle.pending.push_back(std::move(urb));
         if (video) {
-            feed(handle);
+            m_queue.feed(handle);
             m_changed.notify_all();
         }
     }
@@ -316,7 +303,7 @@ int UsbFs::reap(Handle &handle, UMockdevIoctlData *argument)
     const std::unique_ptr<Urb> urb = std::move(handle.done.front());
     handle.done.pop_front();
     urb->fillResult();
-    noteDelivery(*urb);
+    m_queue.noteDelivery(*urb);
     const IoctlData result = resolve(argument, 0, sizeof(void *));
     if (result)
         umockdev_ioctl_data_set_ptr(result.get(), 0, urb->data());
@@ -329,7 +316,7 @@ int UsbFs::answer(const SetupPacket &setup, std::uint8_t *data)
     const int result = m_function.control(setup, data);
     if (const auto size = m_function.takeCommit()) {
         stopStream();
-        m_streamSize = *size;
+        m_current = {*size, m_current.number + 1};
         m_streaming = true;
         m_changed.notify_all();
     }
@@ -360,43 +347,6 @@ void UsbFs::forget(Handle *handle)
     updateReadiness();
 }
 
-void UsbFs::feed()
-{
-    for (Handle *handle : m_handles)
-        feed(*handle);
-    updateReadiness();
-}
-
-void UsbFs::feed(Handle &handle)
-{
-    while (Urb *urb = handle.firstVideo()) {
-        if (takeFault(m_faults.endpointStalls)) {
-            urb->fail(EPIPE);
-            handle.finish(urb);
-            continue;
-        }
-        if (m_payloads.empty())
-            return;
-        for (std::size_t room = urb->capacity(); room && !m_payloads.empty(); --room) {
-            m_framesQueued -= m_payloads.front().endsFrame();
-            urb->addPayload(std::move(m_payloads.front()));
-            m_payloads.pop_front();
-        }
-        handle.finish(urb);
-    }
-}
-
-void UsbFs::noteDelivery(const Urb &urb)
-{
-    for (const Payload &payload : urb.payloads()) {
-        if (!payload.endsFrame())
-            continue;
-        m_deliveries.push_back({payload.frameNumber, monotonicNs()});
-        if (m_deliveries.size() > DELIVERIES_KEPT)
-            m_deliveries.pop_front();
-    }
-}
-
 void UsbFs::updateReadiness()
 {
     m_node.setReady(std::any_of(m_handles.begin(), m_handles.end(),
@@ -406,8 +356,7 @@ void UsbFs::updateReadiness()
 void UsbFs::stopStream()
 {
     m_streaming = false;
-    m_payloads.clear();
-    m_framesQueued = 0;
+    m_queue.clear();
 }
 
 bool UsbFs::streamRuns() const

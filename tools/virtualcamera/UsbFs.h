@@ -1,12 +1,12 @@
 #pragma once
 
 #include "tools/virtualcamera/DeviceNode.h"
+#include "tools/virtualcamera/StreamQueue.h"
 #include "tools/virtualcamera/UrbQueue.h"
 #include "tools/virtualcamera/UvcFunction.h"
 
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -37,12 +37,18 @@ public:
 
     void handleIoctl(UMockdevIoctlClient *client);
 
-    /// Blocks the streamer until a stream runs and returns its size; nothing after shutDown().
-    [[nodiscard]] std::optional<UsbDescriptors::StreamSize> waitForStream();
+    /// A stream from its commit to its end; two of the same size differ in their number.
+    struct Stream {
+        UsbDescriptors::StreamSize size{0, 0};
+        unsigned number = 0;
+    };
+    /// Blocks the streamer until a stream runs; nothing after shutDown().
+    [[nodiscard]] std::optional<Stream> waitForStream();
     /// False after shutDown().
     [[nodiscard]] bool sleepUntil(Clock::time_point time);
-    /// Puts a frame on the bus; false if the program has not yet taken the earlier ones.
-    [[nodiscard]] bool send(std::vector<Payload> payloads);
+    /// Puts a frame of that stream on the bus; false if the stream has ended or the program has not
+    /// yet taken the earlier frames.
+    [[nodiscard]] bool send(const Stream &stream, std::vector<Payload> payloads);
     void shutDown();
 
 private:
@@ -59,9 +65,6 @@ private:
 
     Handle &handleOf(UMockdevIoctlClient *client);
     void forget(Handle *handle);
-    void feed();
-    void feed(Handle &handle);
-    void noteDelivery(const Urb &urb);
     void updateReadiness();
     void stopStream();
     [[nodiscard]] bool streamRuns() const;
@@ -72,10 +75,8 @@ private:
     CameraFaults &m_faults;
     DeviceNode m_node;
     std::list<Handle *> m_handles; ///< each owned by its umockdev client
-    std::deque<Payload> m_payloads;
-    std::size_t m_framesQueued = 0; ///< frames whose end is in m_payloads
-    UsbDescriptors::StreamSize m_streamSize{0, 0};
-    std::deque<FrameDelivery> m_deliveries;
+    StreamQueue m_queue;
+    Stream m_current;
     std::uint64_t m_ioctls = 0;
     int m_deviceNumber = 0;
     bool m_plugged = false;

@@ -174,7 +174,7 @@ int UvcFunction::streaming(const SetupPacket &setup, std::uint8_t *data)
     const int selector = setup.value >> 8;
     if (selector != PROBE_CONTROL && selector != COMMIT_CONTROL)
         return -EPIPE;
-    if (selector == PROBE_CONTROL && takeFault(m_faults.stallProbes))
+    if (takeFault(m_faults.stallProbes))
         return -EPIPE;
     StreamControl &current = selector == PROBE_CONTROL ? m_probe : m_commit;
     switch (setup.request) {

@@ -70,14 +70,14 @@ void UvcStreamer::run()
     const auto period = std::chrono::nanoseconds(1000000000 / m_settings.framesPerSecond);
     auto due = UsbFs::Clock::now();
     while (const auto stream = m_usbFs.waitForStream()) {
-        setSize(QSize(stream->width, stream->height));
+        setSize(QSize(stream->size.width, stream->size.height));
         if (due + LATE_PERIODS * period < UsbFs::Clock::now())
             due = UsbFs::Clock::now();
         if (!m_usbFs.sleepUntil(due))
             return;
         due += period;
         if (!m_faults.silent)
-            sendFrame();
+            sendFrame(*stream);
     }
 }
 
@@ -90,14 +90,14 @@ void UvcStreamer::setSize(QSize size)
     m_encoder = std::make_unique<TileEncoder>(size, m_settings.jpegQuality);
 }
 
-void UvcStreamer::sendFrame()
+void UvcStreamer::sendFrame(const UsbFs::Stream &stream)
 {
     Bytes jpeg = spoil(encode());
     const std::size_t size = jpeg.size();
     const std::uint32_t number = m_frameNumber++;
     if (takeFault(m_faults.dropFrames))
         return;
-    if (m_usbFs.send(packets(std::move(jpeg)))) {
+    if (m_usbFs.send(stream, packets(std::move(jpeg)))) {
         ++m_framesSent;
         m_bytesSent += size;
         m_lastFrame = number;

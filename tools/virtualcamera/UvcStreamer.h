@@ -42,7 +42,7 @@ private:
 
     void run();
     void setSize(QSize size);
-    void sendFrame();
+    void sendFrame(const UsbFs::Stream &stream);
     [[nodiscard]] Bytes encode();
     [[nodiscard]] Bytes spoil(Bytes jpeg);
     [[nodiscard]] std::vector<Payload> packets(Bytes jpeg);

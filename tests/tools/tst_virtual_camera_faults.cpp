@@ -1,0 +1,309 @@
+#include "tests/tools/UvcViewer.h"
+#include "tools/virtualcamera/SheetCounter.h"
+#include "tools/virtualcamera/VirtualCamera.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageReader>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+/// Every fault of the emulated camera as the real libuvc sees it.
+class VirtualCameraFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void controlsStall();
+    void probesStall();
+    void interfacesAreBusy();
+    void nodeCannotBeOpened();
+    void extensionUnitIsMissing();
+    void framesAreTruncated();
+    void framesAreCorrupt();
+    void framesAreEmpty();
+    void framesSayAnotherSize();
+    void framesAreDropped();
+    void framesCarryTheErrorBit();
+    void cameraFallsSilent();
+    void endpointStalls();
+    void unplugEndsTheStream_data();
+    void unplugEndsTheStream();
+    void namesLeadToFaults();
+};
+
+namespace
+{
+
+const QSize SIZE(1024, 768);
+
+struct Bench {
+    VirtualCamera camera;
+    UvcViewer viewer;
+
+    [[nodiscard]] bool plug() { return camera.plug() && viewer.waitUntilFound(true); }
+    [[nodiscard]] bool open() { return plug() && viewer.open() == UVC_SUCCESS; }
+    [[nodiscard]] bool stream() { return open() && viewer.start(SIZE) == UVC_SUCCESS; }
+};
+
+std::optional<quint32> numberOf(const QByteArray &frame)
+{
+    return SheetCounter::read(QImage::fromData(frame, "JPEG"));
+}
+
+/// Sets the fault for one frame, and returns the first frame that is not as it should be.
+QByteArray spoiltFrame(Bench &bench, std::atomic<int> &fault,
+                       const std::function<bool(const QByteArray &)> &isSpoilt)
+{
+    fault = 1;
+    for (int i = 0; i < 60; ++i) {
+        const auto frame = bench.viewer.takeFrame();
+        if (frame && isSpoilt(*frame))
+            return *frame;
+    }
+    return {};
+}
+
+uvc_error_t convert(const QByteArray &jpeg)
+{
+    uvc_frame_t source{}, target{};
+    QByteArray data = jpeg, rgb(SIZE.width() * SIZE.height() * 3, 0);
+    source.data = data.data();
+    source.data_bytes = static_cast<size_t>(data.size());
+    source.width = static_cast<uint32_t>(SIZE.width());
+    source.height = static_cast<uint32_t>(SIZE.height());
+    source.frame_format = UVC_FRAME_FORMAT_MJPEG;
+    target.data = rgb.data();
+    target.data_bytes = static_cast<size_t>(rgb.size());
+    return uvc_mjpeg2rgb(&source, &target);
+}
+
+QSize sizeInHeader(QByteArray jpeg)
+{
+    QBuffer buffer(&jpeg);
+    return QImageReader(&buffer, "JPEG").size();
+}
+
+/// The number of the next frame that can be read.
+std::optional<quint32> nextNumber(Bench &bench)
+{
+    const auto frame = bench.viewer.takeFrame();
+    return frame ? numberOf(*frame) : std::nullopt;
+}
+
+/// The first step in the frame numbers that is not one, 0 if all are.
+quint32 firstGap(Bench &bench)
+{
+    auto last = nextNumber(bench);
+    for (int i = 0; i < 60 && last; ++i) {
+        const auto number = nextNumber(bench);
+        if (!number || *number != *last + 1)
+            return number ? *number - *last : 0;
+        last = number;
+    }
+    return 0;
+}
+
+} // namespace
+
+void VirtualCameraFaultsTest::controlsStall()
+{
+    Bench bench;
+    QVERIFY(bench.open());
+    quint64 value = 0;
+    bench.camera.faults().stallControls = 1;
+    QCOMPARE(bench.viewer.set(19, 1), static_cast<int>(UVC_ERROR_PIPE));
+    QCOMPARE(bench.viewer.set(19, 1), 8);
+    bench.camera.faults().stallSelector = 20;
+    QCOMPARE(bench.viewer.set(19, 1), 8);
+    QCOMPARE(bench.viewer.set(20, 1), static_cast<int>(UVC_ERROR_PIPE));
+    QCOMPARE(bench.viewer.get(20, value), static_cast<int>(UVC_ERROR_PIPE));
+    QCOMPARE(bench.viewer.get(19, value), 8);
+    bench.camera.faults().stallSelector = 0;
+    QCOMPARE(bench.viewer.get(20, value), 8);
+}
+
+void VirtualCameraFaultsTest::probesStall()
+{
+    Bench bench;
+    QVERIFY(bench.open());
+    bench.camera.faults().stallProbes = -1;
+    QVERIFY(bench.viewer.start(SIZE) != UVC_SUCCESS);
+    bench.camera.faults().stallProbes = 0;
+    QCOMPARE(bench.viewer.start(SIZE), UVC_SUCCESS);
+    QVERIFY(bench.viewer.takeFrame());
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::interfacesAreBusy()
+{
+    Bench bench;
+    bench.camera.faults().claimBusy = 1;
+    QVERIFY(bench.plug());
+    QCOMPARE(bench.viewer.open(), UVC_ERROR_BUSY);
+    bench.camera.faults().claimBusy = 0;
+    QCOMPARE(bench.viewer.open(), UVC_SUCCESS);
+}
+
+void VirtualCameraFaultsTest::nodeCannotBeOpened()
+{
+    Bench bench;
+    bench.camera.faults().denyOpen = 1;
+    QVERIFY(bench.plug());
+    QCOMPARE(bench.viewer.open(), UVC_ERROR_ACCESS);
+    bench.camera.unplug();
+    bench.camera.faults().denyOpen = 0;
+    QVERIFY(bench.viewer.waitUntilFound(false));
+    QVERIFY(bench.open());
+}
+
+void VirtualCameraFaultsTest::extensionUnitIsMissing()
+{
+    Bench bench;
+    bench.camera.faults().withoutExtensionUnit = 1;
+    QVERIFY(bench.open());
+    QVERIFY(!bench.viewer.extensionUnit());
+    QCOMPARE(bench.viewer.set(19, 1), static_cast<int>(UVC_ERROR_PIPE));
+    QCOMPARE(bench.viewer.start(SIZE), UVC_SUCCESS);
+    QVERIFY(bench.viewer.takeFrame());
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::framesAreTruncated()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    const QByteArray frame =
+        spoiltFrame(bench, bench.camera.faults().truncateFrames,
+                    [](const QByteArray &jpeg) { return !jpeg.endsWith("\xFF\xD9"); });
+    QVERIFY(frame.size() > 10000);
+    QCOMPARE(convert(frame), UVC_SUCCESS);
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::framesAreCorrupt()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    const QByteArray frame = spoiltFrame(bench, bench.camera.faults().corruptFrames,
+                                         [](const QByteArray &jpeg) { return !numberOf(jpeg); });
+    QVERIFY(frame.size() > 10000);
+    QVERIFY(convert(frame) < 0);
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::framesAreEmpty()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    const QByteArray frame = spoiltFrame(bench, bench.camera.faults().emptyFrames,
+                                         [](const QByteArray &jpeg) { return jpeg.size() < 1000; });
+    QCOMPARE(frame, QByteArray("\xFF\xD8\xFF\xD9"));
+    QVERIFY(convert(frame) < 0);
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::framesSayAnotherSize()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    const auto isOther = [](const QByteArray &jpeg) { return sizeInHeader(jpeg) != SIZE; };
+    const QByteArray high = spoiltFrame(bench, bench.camera.faults().wrongSizeFrames, isOther);
+    QCOMPARE(sizeInHeader(high), QSize(SIZE.width(), 2 * SIZE.height()));
+    const QByteArray low = spoiltFrame(bench, bench.camera.faults().smallSizeFrames, isOther);
+    QCOMPARE(sizeInHeader(low), QSize(SIZE.width(), SIZE.height() / 2));
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::framesAreDropped()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    QVERIFY(nextNumber(bench));
+    bench.camera.faults().dropFrames = 2;
+    QCOMPARE(firstGap(bench), quint32(3));
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::framesCarryTheErrorBit()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    QVERIFY(nextNumber(bench));
+    bench.camera.faults().errorBitFrames = 1;
+    QCOMPARE(firstGap(bench), quint32(2));
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::cameraFallsSilent()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    QVERIFY(bench.viewer.takeFrame());
+    bench.camera.faults().silent = 1;
+    int more = 0;
+    while (more < 30 && bench.viewer.takeFrame(300))
+        ++more;
+    QVERIFY(more < 30);
+    bench.camera.faults().silent = 0;
+    QVERIFY(bench.viewer.takeFrame());
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::endpointStalls()
+{
+    Bench bench;
+    QVERIFY(bench.stream());
+    QVERIFY(nextNumber(bench));
+    bench.camera.faults().endpointStalls = 3;
+    QTRY_COMPARE(bench.camera.faults().endpointStalls.load(), 0);
+    const quint32 after = bench.camera.statistics().lastFrame;
+    std::optional<quint32> number;
+    for (int i = 0; i < 60 && (!number || *number <= after); ++i)
+        number = nextNumber(bench);
+    QVERIFY(number && *number > after);
+    bench.viewer.stop();
+}
+
+void VirtualCameraFaultsTest::unplugEndsTheStream_data()
+{
+    QTest::addColumn<bool>("dirty");
+    QTest::newRow("clean") << false;
+    QTest::newRow("dirty") << true;
+}
+
+void VirtualCameraFaultsTest::unplugEndsTheStream()
+{
+    QFETCH(bool, dirty);
+    VirtualCamera camera;
+    QVERIFY(camera.plug()); // before libusb looks: an abandoned viewer keeps it from being told
+    UvcViewer viewer;
+    QVERIFY(viewer.find());
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QCOMPARE(viewer.start(SIZE), UVC_SUCCESS);
+    QVERIFY(viewer.takeFrame());
+    viewer.abandon();
+    dirty ? camera.unplugDirty() : camera.unplug();
+    QVERIFY(!camera.plugged());
+    quint64 value = 0;
+    QCOMPARE(viewer.get(19, value), static_cast<int>(UVC_ERROR_NO_DEVICE));
+    int more = 0;
+    while (more < 30 && viewer.takeFrame(300))
+        ++more;
+    QVERIFY(more < 30);
+    UvcViewer other;
+    QVERIFY(other.waitUntilFound(false));
+}
+
+void VirtualCameraFaultsTest::namesLeadToFaults()
+{
+    CameraFaults faults;
+    QCOMPARE(findFault(faults, "claimBusy"), &faults.claimBusy);
+    QCOMPARE(findFault(faults, "truncateFrames"), &faults.truncateFrames);
+    QVERIFY(!findFault(faults, "none"));
+}
+
+QTEST_MAIN(VirtualCameraFaultsTest)
+#include "tst_virtual_camera_faults.moc"

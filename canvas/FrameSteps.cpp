@@ -2,6 +2,7 @@
 
 #include "AnnotationLayer.h"
 #include "Frame.h"
+#include "FrameKernels.h"
 
 #include <QImage>
 
@@ -9,34 +10,17 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace
 {
 
 constexpr int BLOCK = 8;
-
-/// The three products of the grey formula for every byte.
-struct GreyTables {
-    std::array<double, 256> first{};
-    std::array<double, 256> second{};
-    std::array<double, 256> third{};
-
-    GreyTables()
-    {
-        for (std::size_t i = 0; i < 256; ++i) {
-            first[i] = static_cast<double>(i) * 0.2989;
-            second[i] = static_cast<double>(i) * 0.587;
-            third[i] = static_cast<double>(i) * 0.114;
-        }
-    }
-};
-
-uchar greyOf(const uchar *pixel)
-{
-    static const GreyTables tables;
-    return static_cast<uchar>(tables.third[pixel[2]] +
-                              (tables.second[pixel[1]] + tables.first[pixel[0]]));
-}
+/// What the turning kernel writes at once, and how many rows are turned before going on to the
+/// next: 64 pixels are three cache lines of the source.
+constexpr int TURN_TILE_WIDTH = 16;
+constexpr int TURN_TILE_HEIGHT = 4;
+constexpr int TURN_BAND = 64;
 
 void keepFourth(const uchar *source, uchar *destination, int pixelBytes)
 {
@@ -118,33 +102,110 @@ void maskRectangle(const PixelRows &picture)
     }
 }
 
-/// Source over destination, both with 8 bits, the destination opaque: the painter's arithmetic.
-std::uint32_t over(std::uint32_t source, std::uint32_t below)
+/// Source over an opaque destination of 4 bytes in the painter's arithmetic, which goes through
+/// 16 bits a channel when the destination's format is not premultiplied.
+void blendArgb(const std::uint32_t *layer, uchar *out, int width)
 {
-    const std::uint32_t rest = 255U - (source >> 24);
-    const auto scaled = [rest](std::uint32_t channels) {
-        const std::uint32_t product = channels * rest;
-        return product + ((product >> 8) & 0xff00ffU) + 0x800080U;
-    };
-    const std::uint32_t redBlue = (scaled(below & 0xff00ffU) >> 8) & 0xff00ffU;
-    const std::uint32_t green = scaled((below >> 8) & 0xffU) & 0xff00U;
-    return source + (redBlue | green);
+    for (int x = 0; x < width; ++x, out += 4) {
+        if (layer[x] == 0)
+            continue;
+        const std::uint32_t rest = 65535U - (layer[x] >> 24) * 257U;
+        for (int channel = 0; channel < 3; ++channel) {
+            const std::uint32_t source = (layer[x] >> (8 * channel) & 0xffU) * 257U;
+            const std::uint64_t product = std::uint64_t{out[channel] * 257U} * rest;
+            const auto below =
+                static_cast<std::uint32_t>((product + (product >> 16) + 0x8000U) >> 16);
+            const std::uint32_t sum = source + below + 128U;
+            out[channel] = static_cast<uchar>((sum - (sum >> 8)) >> 8);
+        }
+    }
 }
 
-void blendRow(const std::uint32_t *layer, uchar *out, int width, int pixelBytes)
+/// The way through the source that the destination's rows and columns take, in bytes.
+struct TurnedWay {
+    const uchar *start;
+    std::ptrdiff_t alongX;
+    std::ptrdiff_t alongY;
+};
+
+TurnedWay turnedWay(const ConstPixelRows &source, int quarterTurns)
 {
-    const int red = pixelBytes == 3 ? 0 : 2;
-    const int blue = 2 - red;
-    for (int x = 0; x < width; ++x, out += pixelBytes) {
-        const std::uint32_t source = layer[x];
-        if (source == 0)
-            continue;
-        const auto below = static_cast<std::uint32_t>(out[red] << 16 | out[1] << 8 | out[blue]);
-        const std::uint32_t mixed = over(source, below);
-        out[red] = static_cast<uchar>(mixed >> 16);
-        out[1] = static_cast<uchar>(mixed >> 8);
-        out[blue] = static_cast<uchar>(mixed);
+    const std::ptrdiff_t right = source.pixelBytes;
+    const std::ptrdiff_t down = source.stride;
+    switch (quarterTurns) {
+    case 1:
+        return {source.pixel(0, source.height - 1), -down, right};
+    case 2:
+        return {source.pixel(source.width - 1, source.height - 1), -right, -down};
+    case 3:
+        return {source.pixel(source.width - 1, 0), down, -right};
+    default:
+        return {source.data, right, down};
     }
+}
+
+/// Pixel by pixel, for what the tiles leave over; `area` is in the destination.
+void turnPixels(const TurnedWay &way, const QRect &area, const PixelRows &destination)
+{
+    const auto bytes = static_cast<std::size_t>(destination.pixelBytes);
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        const uchar *in = way.start + y * way.alongY + area.left() * way.alongX;
+        uchar *out = destination.pixel(area.left(), y);
+        for (int x = 0; x < area.width(); ++x, in += way.alongX, out += bytes)
+            std::memcpy(out, in, bytes);
+    }
+}
+
+/// An odd number of quarter turns of 3-byte pixels by tiles, in bands of rows that keep the
+/// source's lines and the destination's pages near.
+void turnTiles(const TurnedWay &way, const PixelRows &destination)
+{
+    const FrameKernels &kernels = FrameKernels::current();
+    const int right = destination.width / TURN_TILE_WIDTH * TURN_TILE_WIDTH;
+    const int bottom = destination.height / TURN_TILE_HEIGHT * TURN_TILE_HEIGHT;
+    for (int band = 0; band < bottom; band += TURN_BAND) {
+        const int bandEnd = std::min(band + TURN_BAND, bottom);
+        for (int x = 0; x < right; x += TURN_TILE_WIDTH) {
+            for (int y = band; y < bandEnd; y += TURN_TILE_HEIGHT) {
+                // Four source columns from the left are rows upwards when the turn is to the left.
+                const bool down = way.alongY > 0;
+                const int firstRow = down ? y : y + TURN_TILE_HEIGHT - 1;
+                kernels.turnTile(way.start + firstRow * way.alongY + x * way.alongX, way.alongX,
+                                 destination.pixel(x, firstRow),
+                                 down ? destination.stride : -destination.stride);
+            }
+        }
+    }
+    turnPixels(way, {right, 0, destination.width - right, bottom}, destination);
+    turnPixels(way, {0, bottom, destination.width, destination.height - bottom}, destination);
+}
+
+/// A row of blocks of 3-byte pixels: the sums of its columns, then one row of averages that is
+/// written as often as the blocks are high.
+void mosaicBand(const ConstPixelRows &source, const PixelRows &destination,
+                std::vector<std::uint16_t> &sums)
+{
+    const std::size_t bytes = source.rowBytes();
+    FrameKernels::current().sumRows(source.data, source.stride, source.height, sums.data(), bytes);
+    uchar *out = destination.data;
+    for (int x = 0; x < source.width; x += BLOCK) {
+        const int width = std::min(BLOCK, source.width - x);
+        const std::uint16_t *columns = sums.data() + std::ptrdiff_t{3} * x;
+        std::array<unsigned, 3> total{};
+        for (int i = 0; i < width; ++i) {
+            for (std::size_t channel = 0; channel < 3; ++channel)
+                total[channel] += columns[3 * i + static_cast<int>(channel)];
+        }
+        const auto count = static_cast<unsigned>(width * source.height);
+        for (unsigned &channel : total)
+            channel = count == BLOCK * BLOCK ? channel / (BLOCK * BLOCK) : channel / count;
+        for (int i = 0; i < width; ++i) {
+            for (const unsigned channel : total)
+                *out++ = static_cast<uchar>(channel);
+        }
+    }
+    for (int y = 1; y < source.height; ++y)
+        std::memcpy(destination.row(y), destination.data, bytes);
 }
 
 } // namespace
@@ -195,32 +256,12 @@ void FrameSteps::copyOut(const Frame &frame, void *data, bool mirror, bool rgb32
 void FrameSteps::turn(const ConstPixelRows &source, int quarterTurns, const QRect &part,
                       const PixelRows &destination)
 {
-    const auto bytes = static_cast<std::size_t>(source.pixelBytes);
-    // Where the destination's first pixel lies, and the way along its rows and columns.
-    const std::ptrdiff_t right = source.pixelBytes;
-    const std::ptrdiff_t down = source.stride;
-    const uchar *start = source.data;
-    std::ptrdiff_t alongX = right;
-    std::ptrdiff_t alongY = down;
-    if (quarterTurns == 1) {
-        start = source.pixel(0, source.height - 1);
-        alongX = -down;
-        alongY = right;
-    } else if (quarterTurns == 2) {
-        start = source.pixel(source.width - 1, source.height - 1);
-        alongX = -right;
-        alongY = -down;
-    } else if (quarterTurns == 3) {
-        start = source.pixel(source.width - 1, 0);
-        alongX = down;
-        alongY = -right;
-    }
-    for (int y = 0; y < part.height(); ++y) {
-        const uchar *in = start + (part.y() + y) * alongY + part.x() * alongX;
-        uchar *out = destination.row(y);
-        for (int x = 0; x < part.width(); ++x, in += alongX, out += bytes)
-            std::memcpy(out, in, bytes);
-    }
+    TurnedWay way = turnedWay(source, quarterTurns);
+    way.start += part.y() * way.alongY + part.x() * way.alongX;
+    if (source.pixelBytes == 3 && quarterTurns % 2 != 0)
+        turnTiles(way, destination);
+    else
+        turnPixels(way, {0, 0, part.width(), part.height()}, destination);
 }
 
 void FrameSteps::layOver(const AnnotationLayer &layer, const QRect &part,
@@ -229,53 +270,69 @@ void FrameSteps::layOver(const AnnotationLayer &layer, const QRect &part,
     const QImage &image = layer.image();
     if (image.isNull())
         return;
+    const FrameKernels &kernels = FrameKernels::current();
     layer.forEachTouched(part, [&](const QRect &touched) {
         for (int y = touched.top(); y <= touched.bottom(); ++y) {
             const auto *line = reinterpret_cast<const std::uint32_t *>(image.constScanLine(y));
-            blendRow(line + touched.left(),
-                     destination.pixel(touched.left() - part.left(), y - part.top()),
-                     touched.width(), destination.pixelBytes);
+            uchar *out = destination.pixel(touched.left() - part.left(), y - part.top());
+            if (destination.pixelBytes == 3)
+                kernels.blend(line + touched.left(), out,
+                              static_cast<std::size_t>(touched.width()));
+            else
+                blendArgb(line + touched.left(), out, touched.width());
         }
     });
 }
 
 void FrameSteps::grey(const ConstPixelRows &source, const PixelRows &destination)
 {
+    const FrameKernels &kernels = FrameKernels::current();
     for (int y = 0; y < source.height; ++y) {
         const uchar *in = source.row(y);
         uchar *out = destination.row(y);
-        for (int x = 0; x < source.width; ++x) {
-            const uchar value = greyOf(in);
-            keepFourth(in, out, source.pixelBytes);
-            std::memset(out, value, 3);
-            in += source.pixelBytes;
-            out += source.pixelBytes;
+        if (source.pixelBytes == 3) {
+            kernels.grey(in, out, static_cast<std::size_t>(source.width));
+            continue;
+        }
+        for (int x = 0; x < source.width; ++x, in += 4, out += 4) {
+            std::array<uchar, 3> value{};
+            FrameKernels::portable().grey(in, value.data(), 1);
+            keepFourth(in, out, 4);
+            std::memcpy(out, value.data(), 3);
         }
     }
 }
 
 void FrameSteps::negative(const ConstPixelRows &source, const PixelRows &destination)
 {
+    const FrameKernels &kernels = FrameKernels::current();
     for (int y = 0; y < source.height; ++y) {
         const uchar *in = source.row(y);
         uchar *out = destination.row(y);
-        const std::size_t bytes = source.rowBytes();
         if (source.pixelBytes == 3) {
-            for (std::size_t i = 0; i < bytes; ++i)
-                out[i] = static_cast<uchar>(~in[i]);
-        } else {
-            for (std::size_t i = 0; i < bytes; ++i)
-                out[i] = static_cast<uchar>(i % 4 == 3 ? in[i] : ~in[i]);
+            kernels.invert(in, out, source.rowBytes());
+            continue;
         }
+        for (std::size_t i = 0; i < source.rowBytes(); ++i)
+            out[i] = static_cast<uchar>(i % 4 == 3 ? in[i] : ~in[i]);
     }
 }
 
 void FrameSteps::mosaic(const ConstPixelRows &source, const PixelRows &destination)
 {
+    // Kept from frame to frame; a row of sums is small.
+    thread_local std::vector<std::uint16_t> sums;
+    if (sums.size() < source.rowBytes())
+        sums.resize(source.rowBytes());
     for (int y = 0; y < source.height; y += BLOCK) {
+        const int height = std::min(BLOCK, source.height - y);
+        const QRect band(0, y, source.width, height);
+        if (source.pixelBytes == 3) {
+            mosaicBand(source.part(band), destination.part(band), sums);
+            continue;
+        }
         for (int x = 0; x < source.width; x += BLOCK) {
-            const QRect block(x, y, std::min(BLOCK, source.width - x),
-                              std::min(BLOCK, source.height - y));
+            const QRect block(x, y, std::min(BLOCK, source.width - x), height);
             averageBlock(source.part(block), destination.part(block));
         }
     }

@@ -3,10 +3,15 @@
 #include <QImage>
 #include <QPainter>
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace
 {
+
+constexpr std::size_t CHUNK = 16;
+constexpr std::uint8_t NO_BYTE = 255;
 
 /// Asks the toolkit's painter itself which source pixels it takes along one axis: a line of
 /// pixels whose colours are their positions, drawn with the factor of that axis. The positions
@@ -48,28 +53,92 @@ void NearestScaler::prepare(QSize from, QSize to)
     m_to = to;
     m_columns = painterPositions(from.width(), to.width(), false);
     m_rows = painterPositions(from.height(), to.height(), true);
+    makeChunks();
+    makeOffsets();
+}
+
+void NearestScaler::makeChunks()
+{
+    const std::size_t count = m_columns.size() * 3 / CHUNK;
+    m_chunks.assign(count, {});
+    for (std::size_t i = 0; i < count; ++i) {
+        FrameKernels::ScaledChunk &chunk = m_chunks[i];
+        const auto column = [&](std::size_t byte) { return m_columns[(i * CHUNK + byte) / 3]; };
+        int lowest = std::numeric_limits<int>::max();
+        for (std::size_t byte = 0; byte < CHUNK; ++byte) {
+            if (column(byte) != UNPAINTED)
+                lowest = std::min(lowest, column(byte));
+        }
+        chunk.sourceOffset = lowest == std::numeric_limits<int>::max()
+                                 ? 0U
+                                 : static_cast<std::uint32_t>(lowest) * 3U;
+        for (std::size_t byte = 0; byte < CHUNK; ++byte) {
+            const int channel = static_cast<int>((i * CHUNK + byte) % 3);
+            const int pick = (column(byte) - lowest) * 3 + channel;
+            if (column(byte) == UNPAINTED) {
+                chunk.picks[byte] = NO_BYTE;
+            } else if (pick < static_cast<int>(CHUNK)) {
+                chunk.picks[byte] = static_cast<std::uint8_t>(pick);
+            } else {
+                m_chunks.clear();
+                return;
+            }
+        }
+    }
+}
+
+void NearestScaler::makeOffsets()
+{
+    m_offsets.resize(m_columns.size());
+    int last = 0;
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        last = m_columns[i] == UNPAINTED ? last : m_columns[i];
+        m_offsets[i] = last * 3;
+    }
+}
+
+void NearestScaler::scaleRow(const unsigned char *source, unsigned char *destination) const
+{
+    FrameKernels::current().scaleRow(source, m_chunks.data(), m_chunks.size(), destination);
+    const std::size_t bytes = m_columns.size() * 3;
+    if (!m_chunks.empty()) {
+        for (std::size_t byte = m_chunks.size() * CHUNK; byte < bytes; ++byte) {
+            const int column = m_columns[byte / 3];
+            destination[byte] =
+                column == UNPAINTED
+                    ? uchar{0}
+                    : source[std::size_t{3} * static_cast<std::size_t>(column) + byte % 3];
+        }
+        return;
+    }
+    for (const int column : m_columns) {
+        if (column == UNPAINTED)
+            std::memset(destination, 0, 3);
+        else
+            std::memcpy(destination, source + std::ptrdiff_t{3} * column, 3);
+        destination += 3;
+    }
 }
 
 void NearestScaler::scale(const ConstPixelRows &source, const PixelRows &destination) const
 {
-    const auto bytes = static_cast<std::size_t>(source.pixelBytes);
     for (int y = 0; y < destination.height; ++y) {
         const int sourceRow = m_rows[static_cast<std::size_t>(y)];
         uchar *out = destination.row(y);
         if (sourceRow == UNPAINTED) {
             std::memset(out, 0, destination.rowBytes());
-            continue;
-        }
-        if (y > 0 && m_rows[static_cast<std::size_t>(y) - 1] == sourceRow) {
+        } else if (y > 0 && m_rows[static_cast<std::size_t>(y) - 1] == sourceRow) {
             std::memcpy(out, destination.row(y - 1), destination.rowBytes());
-            continue;
-        }
-        for (const int column : m_columns) {
-            if (column == UNPAINTED)
-                std::memset(out, 0, bytes);
-            else
-                std::memcpy(out, source.pixel(column, sourceRow), bytes);
-            out += bytes;
+        } else if (source.pixelBytes == 3) {
+            scaleRow(source.row(sourceRow), out);
+        } else {
+            for (const int column : m_columns) {
+                if (column == UNPAINTED)
+                    std::memset(out, 0, 4);
+                else
+                    std::memcpy(out, source.pixel(column, sourceRow), 4);
+                out += 4;
+            }
         }
     }
 }
@@ -80,17 +149,12 @@ void NearestScaler::scaleToRgb32(const ConstPixelRows &source, const PixelRows &
         scale(source, destination);
         return;
     }
+    const FrameKernels &kernels = FrameKernels::current();
+    int last = 0;
     for (int y = 0; y < destination.height; ++y) {
         const int sourceRow = m_rows[static_cast<std::size_t>(y)];
-        uchar *out = destination.row(y);
-        for (const int column : m_columns) {
-            std::uint32_t value = 0xff000000U;
-            if (sourceRow != UNPAINTED && column != UNPAINTED) {
-                const uchar *pixel = source.pixel(column, sourceRow);
-                value |= static_cast<std::uint32_t>(pixel[0] << 16 | pixel[1] << 8 | pixel[2]);
-            }
-            std::memcpy(out, &value, 4);
-            out += 4;
-        }
+        last = sourceRow == UNPAINTED ? last : sourceRow;
+        kernels.gatherRgb32(source.row(last), m_offsets.data(), m_offsets.size(),
+                            reinterpret_cast<std::uint32_t *>(destination.row(y)));
     }
 }

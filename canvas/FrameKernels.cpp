@@ -1,0 +1,136 @@
+#include "FrameKernels.h"
+
+#include <array>
+#include <atomic>
+#include <cstring>
+
+namespace
+{
+
+constexpr int TILE_COLUMNS = 4;
+constexpr int TILE_ROWS = 16;
+
+/// The three products of the grey formula for every byte.
+struct GreyTables {
+    std::array<double, 256> first{};
+    std::array<double, 256> second{};
+    std::array<double, 256> third{};
+
+    GreyTables()
+    {
+        for (std::size_t i = 0; i < 256; ++i) {
+            first[i] = static_cast<double>(i) * 0.2989;
+            second[i] = static_cast<double>(i) * 0.587;
+            third[i] = static_cast<double>(i) * 0.114;
+        }
+    }
+};
+
+void grey(const std::uint8_t *source, std::uint8_t *destination, std::size_t pixels)
+{
+    static const GreyTables tables;
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint8_t *in = source + 3 * i;
+        const double value = tables.third[in[2]] + (tables.second[in[1]] + tables.first[in[0]]);
+        std::memset(destination + 3 * i, static_cast<std::uint8_t>(value), 3);
+    }
+}
+
+void invert(const std::uint8_t *source, std::uint8_t *destination, std::size_t bytes)
+{
+    for (std::size_t i = 0; i < bytes; ++i)
+        destination[i] = static_cast<std::uint8_t>(~source[i]);
+}
+
+void turnTile(const std::uint8_t *source, std::ptrdiff_t sourceStep, std::uint8_t *destination,
+              std::ptrdiff_t destinationStep)
+{
+    for (int row = 0; row < TILE_ROWS; ++row) {
+        for (int column = 0; column < TILE_COLUMNS; ++column)
+            std::memcpy(destination + column * destinationStep + 3 * row,
+                        source + row * sourceStep + 3 * column, 3);
+    }
+}
+
+void sumRows(const std::uint8_t *first, std::ptrdiff_t stride, int rows, std::uint16_t *sums,
+             std::size_t bytes)
+{
+    std::memset(sums, 0, bytes * sizeof(std::uint16_t));
+    for (int row = 0; row < rows; ++row, first += stride) {
+        for (std::size_t i = 0; i < bytes; ++i)
+            sums[i] = static_cast<std::uint16_t>(sums[i] + first[i]);
+    }
+}
+
+void scaleRow(const std::uint8_t *source, const FrameKernels::ScaledChunk *chunks,
+              std::size_t count, std::uint8_t *destination)
+{
+    for (std::size_t i = 0; i < count; ++i, destination += 16) {
+        const std::uint8_t *from = source + chunks[i].sourceOffset;
+        for (std::size_t byte = 0; byte < 16; ++byte) {
+            const std::uint8_t pick = chunks[i].picks[byte];
+            destination[byte] = pick == 255 ? std::uint8_t{0} : from[pick];
+        }
+    }
+}
+
+void gatherRgb32(const std::uint8_t *source, const std::int32_t *offsets, std::size_t pixels,
+                 std::uint32_t *destination)
+{
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint8_t *pixel = source + offsets[i];
+        destination[i] =
+            0xff000000U | static_cast<std::uint32_t>(pixel[0] << 16 | pixel[1] << 8 | pixel[2]);
+    }
+}
+
+/// Source over an opaque destination in the painter's 8-bit arithmetic.
+std::uint32_t over(std::uint32_t source, std::uint32_t below)
+{
+    const std::uint32_t rest = 255U - (source >> 24);
+    const auto scaled = [rest](std::uint32_t channels) {
+        const std::uint32_t product = channels * rest;
+        return (product + ((product >> 8) & 0xff00ffU) + 0x800080U) >> 8;
+    };
+    const std::uint32_t redBlue = scaled(below & 0xff00ffU) & 0xff00ffU;
+    const std::uint32_t green = scaled(below >> 8 & 0xffU) & 0xffU;
+    return source + (redBlue | green << 8);
+}
+
+void blend(const std::uint32_t *layer, std::uint8_t *destination, std::size_t pixels)
+{
+    for (std::size_t i = 0; i < pixels; ++i) {
+        if (layer[i] == 0)
+            continue;
+        std::uint8_t *out = destination + 3 * i;
+        const std::uint32_t mixed =
+            over(layer[i], static_cast<std::uint32_t>(out[0] << 16 | out[1] << 8 | out[2]));
+        out[0] = static_cast<std::uint8_t>(mixed >> 16);
+        out[1] = static_cast<std::uint8_t>(mixed >> 8);
+        out[2] = static_cast<std::uint8_t>(mixed);
+    }
+}
+
+std::atomic<const FrameKernels *> chosen{nullptr};
+
+} // namespace
+
+const FrameKernels &FrameKernels::portable()
+{
+    static const FrameKernels kernels{::grey,     ::invert,      ::turnTile, ::sumRows,
+                                      ::scaleRow, ::gatherRgb32, ::blend};
+    return kernels;
+}
+
+const FrameKernels &FrameKernels::current()
+{
+    if (const FrameKernels *kernels = chosen.load(std::memory_order_acquire))
+        return *kernels;
+    static const FrameKernels *const best = wide() ? wide() : &portable();
+    return *best;
+}
+
+void FrameKernels::use(const FrameKernels *kernels)
+{
+    chosen.store(kernels, std::memory_order_release);
+}

@@ -1,0 +1,665 @@
+#include "ReferencePipeline.h"
+
+#include "canvas/ImageCanvas.h"
+
+#include <QtTest>
+
+#include <QDir>
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include <cstring>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+using ReferencePipeline::noise;
+using ReferencePipeline::same;
+
+/// A source's frame buffer: packed pixels without padding.
+struct RawFrame {
+    QSize size;
+    int pixelBytes = 3;
+    std::vector<uchar> bytes;
+
+    static RawFrame of(QSize frameSize, int pixelBytes = 3, unsigned seed = 1)
+    {
+        RawFrame frame{frameSize, pixelBytes, {}};
+        std::mt19937 random(seed);
+        frame.bytes.resize(
+            static_cast<std::size_t>(frameSize.width() * frameSize.height() * pixelBytes));
+        for (uchar &byte : frame.bytes)
+            byte = static_cast<uchar>(random());
+        return frame;
+    }
+
+    void handTo(ImageCanvas &canvas, bool mirror = false)
+    {
+        canvas.imageCaptured(bytes.data(), size.width(), size.height(), mirror, pixelBytes == 4);
+    }
+
+    [[nodiscard]] QImage image() const
+    {
+        return QImage(bytes.data(), size.width(), size.height(), size.width() * pixelBytes,
+                      pixelBytes == 4 ? QImage::Format_RGB32 : QImage::Format_RGB888)
+            .copy();
+    }
+};
+
+ViewGeometry viewOf(QSize size)
+{
+    ViewGeometry view;
+    view.setFrameSize(size);
+    return view;
+}
+
+QImage painted(ImageCanvas &canvas)
+{
+    QImage picture(canvas.size(), QImage::Format_RGB32);
+    picture.fill(Qt::magenta);
+    canvas.render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
+    return picture;
+}
+
+QStringList jpegsIn(const QTemporaryDir &folder)
+{
+    return QDir(folder.path()).entryList({"*.jpg"}, QDir::Files);
+}
+
+} // namespace
+
+class ImageCanvasTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void startsAsItsContractSays();
+    void keepsAFrameAndLeavesTheBufferAlone();
+    void writesTheProcessedPictureBack_data();
+    void writesTheProcessedPictureBack();
+    void mirrorsOnTheWayInAndOut();
+    void makesFourByteFramesOpaque();
+    void bringsImagesOfAnyWidthThrough();
+    void takesImagesWithLongRows();
+    void acceptsEmptyFrames();
+    void acceptsTheSmallestFrames();
+    void freezesThePictureThatStands();
+    void freezesOnlyWhatExists();
+    void fitsAFrozenPictureOfAnotherSizeIntoTheCallersBuffer();
+    void newSizesKeepTheRotation();
+    void clearPaintingTakesTheDrawingAway();
+    void fillsTheBoard();
+    void saysTheViewWithoutTheLock();
+    void zoomsAndTurnsWhatIsShown();
+    void refreshShowsChangesOfTheStandingPicture();
+    void refreshTimerRunsOnlyBetweenStartAndStop();
+    void aSilentSourceIsNoReasonToWait();
+    void savesASinglePictureAtOnce();
+    void savesNothingIntoAFolderThatIsMissing();
+    void staysArmedWhenTheFolderVanishes();
+    void savesIntoTheFolderItWasArmedWith();
+    void survivesAReadOnlyFolder();
+    void savesASeriesWithIntervalZeroAtEveryFrame();
+    void savesTheStandingPictureWhenTheSourceIsSilent();
+    void paintsThePictureCentredWithBarsAndAFrame();
+    void leavesTheBarsOfTheBoardOpen();
+    void paintsBlackWithoutAPicture();
+    void paintsAsThePainterScales();
+    void handsOutPicturesThatLiveOn();
+};
+
+void ImageCanvasTest::startsAsItsContractSays()
+{
+    const ImageCanvas canvas;
+    QCOMPARE(canvas.mouseMode(), ImageCanvas::Hand);
+    QCOMPARE(canvas.effectMode.load(), ImageCanvas::EffectColor);
+    QCOMPARE(canvas.maskMode.load(), ImageCanvas::MaskNone);
+    QCOMPARE(canvas.snapshotMode, ImageCanvas::Single);
+    QVERIFY(!canvas.frozen);
+    QVERIFY(!canvas.seriesArmed());
+    QCOMPARE(canvas.penColor, QColor(Qt::black));
+    QCOMPARE(canvas.penWidth, 3);
+    QVERIFY(!canvas.fillEnabled);
+    QCOMPARE(canvas.fillColor, QColor(Qt::black));
+    QCOMPARE(canvas.boardColor(), QColor(Qt::white));
+    QCOMPARE(canvas.textColor(), QColor(Qt::black));
+    QCOMPARE(canvas.fontFace(), QString("Arial"));
+    QCOMPARE(canvas.fontSize(), 18);
+    QCOMPARE(canvas.font().family(), QString("Arial"));
+    QCOMPARE(canvas.font().pointSize(), 18);
+    QCOMPARE(canvas.zoomScale(), 1.0);
+    QCOMPARE(canvas.rotation(), 0);
+}
+
+void ImageCanvasTest::keepsAFrameAndLeavesTheBufferAlone()
+{
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({128, 72});
+    const auto before = frame.bytes;
+    frame.handTo(canvas);
+    QVERIFY(frame.bytes == before);
+    QVERIFY(same(canvas.currentImage(), frame.image()));
+    QCOMPARE(canvas.pictureSize(), QSize(128, 72));
+    // The canvas has a copy of its own.
+    std::fill(frame.bytes.begin(), frame.bytes.end(), uchar{0});
+    QVERIFY(!same(canvas.currentImage(), frame.image()));
+}
+
+void ImageCanvasTest::writesTheProcessedPictureBack_data()
+{
+    QTest::addColumn<int>("pixelBytes");
+    QTest::addColumn<bool>("mirror");
+    QTest::addColumn<int>("turns");
+    QTest::addColumn<int>("effect");
+    for (const int pixelBytes : {3, 4}) {
+        for (const bool mirror : {false, true}) {
+            for (const int turns : {0, 1, 2}) {
+                for (int effect = 0; effect < 4; ++effect)
+                    QTest::addRow("%d bytes, mirror %d, turns %d, effect %d", pixelBytes, mirror,
+                                  turns, effect)
+                        << pixelBytes << mirror << turns << effect;
+            }
+        }
+    }
+}
+
+void ImageCanvasTest::writesTheProcessedPictureBack()
+{
+    QFETCH(int, pixelBytes);
+    QFETCH(bool, mirror);
+    QFETCH(int, turns);
+    QFETCH(int, effect);
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({128, 72}, pixelBytes);
+    frame.handTo(canvas);
+    for (int i = 0; i < turns; ++i)
+        canvas.rotate();
+    canvas.effectMode = static_cast<ImageCanvas::EffectMode>(effect);
+    canvas.maskMode = ImageCanvas::MaskCircle;
+
+    frame = RawFrame::of({128, 72}, pixelBytes, 77);
+    QImage input = frame.image().convertToFormat(pixelBytes == 4 ? QImage::Format_ARGB32
+                                                                 : QImage::Format_RGB888);
+    input = input.mirrored(false, mirror);
+    ViewGeometry view = viewOf(frame.size);
+    for (int i = 0; i < turns; ++i)
+        view.turn(true);
+    const QImage expected =
+        ReferencePipeline::run(input, {view, canvas.effectMode, canvas.maskMode, QImage()});
+    frame.handTo(canvas, mirror);
+    QVERIFY(same(canvas.currentImage(), expected));
+    QVERIFY(same(frame.image(),
+                 expected.convertToFormat(frame.image().format()).mirrored(false, mirror)));
+}
+
+void ImageCanvasTest::mirrorsOnTheWayInAndOut()
+{
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({40, 31});
+    frame.size = {40, 31};
+    const QImage before = frame.image();
+    frame.handTo(canvas, true);
+    QVERIFY(same(canvas.currentImage(), before.mirrored(false, true)));
+    QVERIFY(same(frame.image(), before));
+}
+
+void ImageCanvasTest::makesFourByteFramesOpaque()
+{
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({16, 8}, 4);
+    frame.handTo(canvas);
+    for (std::size_t i = 3; i < frame.bytes.size(); i += 4)
+        QCOMPARE(int(frame.bytes[i]), 255);
+    QCOMPARE(canvas.currentImage().format(), QImage::Format_ARGB32);
+}
+
+void ImageCanvasTest::bringsImagesOfAnyWidthThrough()
+{
+    ImageCanvas canvas;
+    const QImage picture = noise({10, 10}, QImage::Format_RGB888, 4);
+    canvas.imageCaptured(picture);
+    const QImage shown = canvas.currentImage();
+    // One block of width * height * 3 bytes is taken of rows that are padded, so that the last
+    // 20 bytes, six pixels, stay black.
+    int different = 0;
+    for (int y = 0; y < 10; ++y) {
+        for (int x = 0; x < 10; ++x) {
+            if (shown.pixel(x, y) == picture.pixel(x, y))
+                continue;
+            ++different;
+            QVERIFY(y == 9 && x >= 4);
+        }
+    }
+    QCOMPARE(different, 6);
+    for (const int width : {1023, 1022, 1021, 5}) {
+        canvas.imageCaptured(noise({width, 20}, QImage::Format_RGB32, 4));
+        QCOMPARE(canvas.pictureSize(), QSize(width, 20));
+    }
+    // A raw frame comes back as it was.
+    RawFrame raw = RawFrame::of({10, 10});
+    const auto before = raw.bytes;
+    raw.handTo(canvas);
+    QVERIFY(raw.bytes == before);
+}
+
+void ImageCanvasTest::takesImagesWithLongRows()
+{
+    ImageCanvas canvas;
+    std::vector<uchar> memory(100 * 20);
+    for (std::size_t i = 0; i < memory.size(); ++i)
+        memory[i] = static_cast<uchar>(i * 7);
+    const QImage wrapped(memory.data(), 16, 20, 100, QImage::Format_RGB888);
+    canvas.imageCaptured(wrapped);
+    QVERIFY(same(canvas.currentImage(), wrapped));
+}
+
+void ImageCanvasTest::acceptsEmptyFrames()
+{
+    ImageCanvas canvas;
+    RawFrame::of({64, 48}).handTo(canvas);
+    canvas.zoomIn();
+    canvas.imageCaptured(QImage());
+    QVERIFY(canvas.currentImage().isNull());
+    QCOMPARE(canvas.zoomScale(), 1.0);
+    QCOMPARE(canvas.transformMousePoint({5, 5}), QPoint(0, 0));
+    uchar byte = 42;
+    canvas.imageCaptured(&byte, 0, 10, true, true);
+    canvas.imageCaptured(&byte, -3, 10, false, false);
+    canvas.imageCaptured(nullptr, 10, 10, true, true);
+    QCOMPARE(int(byte), 42);
+    QVERIFY(canvas.currentImage().isNull());
+    canvas.rotate();
+    canvas.zoomOut();
+    canvas.autoRefresh();
+    RawFrame::of({64, 48}).handTo(canvas);
+    QCOMPARE(canvas.pictureSize(), QSize(64, 48));
+}
+
+void ImageCanvasTest::acceptsTheSmallestFrames()
+{
+    ImageCanvas canvas;
+    for (const QSize &size : {QSize(1, 1), QSize(4, 4), QSize(1, 300), QSize(300, 1)}) {
+        RawFrame frame = RawFrame::of(size);
+        frame.handTo(canvas);
+        for (int i = 0; i < 6; ++i) {
+            canvas.zoomIn();
+            canvas.rotate();
+            canvas.effectMode = static_cast<ImageCanvas::EffectMode>(i % 4);
+            canvas.maskMode = static_cast<ImageCanvas::MaskMode>(i % 5);
+            frame.handTo(canvas);
+            QCOMPARE(canvas.pictureSize(), size);
+        }
+        canvas.zoomReset();
+    }
+}
+
+void ImageCanvasTest::freezesThePictureThatStands()
+{
+    ImageCanvas canvas;
+    RawFrame first = RawFrame::of({64, 48}, 3, 1);
+    RawFrame second = RawFrame::of({64, 48}, 3, 2);
+    first.handTo(canvas);
+    canvas.frozen = true;
+    const QImage standing = first.image();
+    second.handTo(canvas);
+    QVERIFY(same(canvas.currentImage(), standing));
+    QVERIFY(same(second.image(), standing));
+    canvas.effectMode = ImageCanvas::EffectNegative;
+    second = RawFrame::of({64, 48}, 3, 2);
+    second.handTo(canvas);
+    QImage inverted = standing;
+    inverted.invertPixels();
+    QVERIFY(same(canvas.currentImage(), inverted));
+    canvas.frozen = false;
+    canvas.effectMode = ImageCanvas::EffectColor;
+    second = RawFrame::of({64, 48}, 3, 2);
+    second.handTo(canvas);
+    QVERIFY(same(canvas.currentImage(), second.image()));
+}
+
+void ImageCanvasTest::freezesOnlyWhatExists()
+{
+    ImageCanvas canvas;
+    canvas.imageCaptured(QImage());
+    canvas.frozen = true;
+    RawFrame first = RawFrame::of({64, 48}, 3, 1);
+    first.handTo(canvas);
+    QVERIFY(same(canvas.currentImage(), first.image()));
+    RawFrame second = RawFrame::of({64, 48}, 3, 2);
+    second.handTo(canvas);
+    QVERIFY(same(canvas.currentImage(), first.image()));
+}
+
+void ImageCanvasTest::fitsAFrozenPictureOfAnotherSizeIntoTheCallersBuffer()
+{
+    ImageCanvas canvas;
+    RawFrame small = RawFrame::of({102, 77}, 3, 1);
+    canvas.imageCaptured(small.image());
+    const QImage standing = canvas.currentImage();
+    canvas.frozen = true;
+    for (const int pixelBytes : {3, 4}) {
+        RawFrame large = RawFrame::of({192, 108}, pixelBytes, 2);
+        large.handTo(canvas);
+        QVERIFY(same(canvas.currentImage(), standing));
+        QVERIFY(same(large.image(), ReferencePipeline::fitted(standing, large.size)
+                                        .convertToFormat(large.image().format())));
+        RawFrame tiny = RawFrame::of({4, 2}, pixelBytes, 2);
+        tiny.handTo(canvas);
+        QVERIFY(same(
+            tiny.image(),
+            ReferencePipeline::fitted(standing, tiny.size).convertToFormat(tiny.image().format())));
+    }
+}
+
+void ImageCanvasTest::newSizesKeepTheRotation()
+{
+    ImageCanvas canvas;
+    RawFrame::of({128, 72}).handTo(canvas);
+    canvas.rotate();
+    QCOMPARE(canvas.zoomScale(), 0.5625);
+    RawFrame::of({64, 48}).handTo(canvas);
+    QCOMPARE(canvas.rotation(), 1);
+    QCOMPARE(canvas.zoomScale(), 0.75);
+    QCOMPARE(QSize(canvas.actualWidth(), canvas.actualHeight()), QSize(48, 64));
+}
+
+void ImageCanvasTest::clearPaintingTakesTheDrawingAway()
+{
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({128, 72});
+    frame.handTo(canvas);
+    canvas.resize(128, 72);
+    canvas.clearPainting();
+    frame.handTo(canvas);
+    QVERIFY(same(canvas.currentImage(), frame.image()));
+}
+
+void ImageCanvasTest::fillsTheBoard()
+{
+    ImageCanvas canvas;
+    canvas.fillCanvas(QColor(10, 200, 30));
+    QCOMPARE(canvas.boardColor(), QColor(10, 200, 30));
+    QCOMPARE(canvas.pictureSize(), QSize(1280, 720));
+    QCOMPARE(canvas.currentImage().pixelColor(1279, 719), QColor(10, 200, 30));
+    QCOMPARE(canvas.fillColor, QColor(Qt::black));
+}
+
+void ImageCanvasTest::saysTheViewWithoutTheLock()
+{
+    ImageCanvas canvas;
+    RawFrame::of({128, 72}).handTo(canvas);
+    canvas.rotateRev();
+    QCOMPARE(canvas.rotation(), 3);
+    QCOMPARE(canvas.minimumScale(), 0.5625);
+    QCOMPARE(canvas.actualWidth(), 72);
+    QCOMPARE(canvas.actualHeight(), 128);
+    QCOMPARE(canvas.transformedWidth(), 40);
+    QCOMPARE(canvas.transformedHeight(), 72);
+}
+
+void ImageCanvasTest::zoomsAndTurnsWhatIsShown()
+{
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({128, 72});
+    frame.handTo(canvas);
+    ViewGeometry view = viewOf({128, 72});
+    for (int i = 0; i < 3; ++i) {
+        canvas.zoomIn();
+        view.zoomIn();
+    }
+    canvas.setViewport(100, 50);
+    view.setViewport(100, 50);
+    canvas.rotate();
+    view.turn(true);
+    QCOMPARE(canvas.centerPoint(), view.centerPoint());
+    const QImage input = RawFrame::of({128, 72}).image();
+    frame = RawFrame::of({128, 72});
+    frame.handTo(canvas);
+    const QImage expected = ReferencePipeline::run(
+        input, {view, ImageCanvas::EffectColor, ImageCanvas::MaskNone, QImage()});
+    QVERIFY(same(canvas.currentImage(), expected));
+}
+
+void ImageCanvasTest::refreshShowsChangesOfTheStandingPicture()
+{
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({64, 48});
+    frame.handTo(canvas);
+    const QImage first = canvas.currentImage();
+    canvas.autoRefresh();
+    // Nothing changed: the very same memory, not worked out again.
+    QCOMPARE(canvas.currentImage().constBits(), first.constBits());
+    canvas.effectMode = ImageCanvas::EffectNegative;
+    QVERIFY(same(canvas.currentImage(), first));
+    canvas.autoRefresh();
+    QImage inverted = first;
+    inverted.invertPixels();
+    QVERIFY(same(canvas.currentImage(), inverted));
+}
+
+void ImageCanvasTest::refreshTimerRunsOnlyBetweenStartAndStop()
+{
+    ImageCanvas canvas;
+    RawFrame::of({64, 48}).handTo(canvas);
+    canvas.stopAutoRefresh();
+    canvas.startAutoRefresh();
+    canvas.startAutoRefresh();
+    canvas.effectMode = ImageCanvas::EffectBW;
+    const QImage before = canvas.currentImage();
+    QTRY_VERIFY(!same(canvas.currentImage(), before));
+    canvas.stopAutoRefresh();
+    const QImage grey = canvas.currentImage();
+    canvas.effectMode = ImageCanvas::EffectNegative;
+    QTest::qWait(150);
+    QVERIFY(same(canvas.currentImage(), grey));
+}
+
+void ImageCanvasTest::aSilentSourceIsNoReasonToWait()
+{
+    ImageCanvas canvas;
+    canvas.show();
+    RawFrame::of({64, 48}).handTo(canvas);
+    const QImage before = canvas.currentImage();
+    canvas.effectMode = ImageCanvas::EffectBW;
+    QTRY_VERIFY(!same(canvas.currentImage(), before));
+}
+
+void ImageCanvasTest::savesASinglePictureAtOnce()
+{
+    QTemporaryDir folder;
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({64, 48});
+    frame.handTo(canvas);
+    canvas.snapshotFolder = folder.path();
+    canvas.snapshot();
+    QVERIFY(!canvas.seriesArmed());
+    QCOMPARE(jpegsIn(folder).size(), 0);
+    frame.handTo(canvas);
+    const QStringList files = jpegsIn(folder);
+    QCOMPARE(files.size(), 1);
+    QVERIFY(QDateTime::fromString(files.first(), "yyyy-MM-dd_hh-mm-ss'.jpg'").isValid());
+    QCOMPARE(QImage(folder.filePath(files.first())).size(), QSize(64, 48));
+    QFile::remove(folder.filePath(files.first()));
+    frame.handTo(canvas);
+    QCOMPARE(jpegsIn(folder).size(), 0);
+}
+
+void ImageCanvasTest::savesNothingIntoAFolderThatIsMissing()
+{
+    QTemporaryDir folder;
+    ImageCanvas canvas;
+    canvas.snapshotMode = ImageCanvas::Continuous;
+    canvas.snapshotFolder = folder.filePath("missing");
+    canvas.snapshot();
+    QVERIFY(!canvas.seriesArmed());
+}
+
+void ImageCanvasTest::staysArmedWhenTheFolderVanishes()
+{
+    QTemporaryDir parent;
+    QVERIFY(QDir(parent.path()).mkdir("shots"));
+    const QString shots = parent.filePath("shots");
+    ImageCanvas canvas;
+    RawFrame frame = RawFrame::of({64, 48});
+    canvas.snapshotFolder = shots;
+    canvas.snapshot();
+    QVERIFY(QDir(shots).removeRecursively());
+    frame.handTo(canvas);
+    canvas.imageCaptured(QImage());
+    QVERIFY(QDir(parent.path()).mkdir("shots"));
+    canvas.imageCaptured(QImage());
+    QCOMPARE(QDir(shots).entryList(QDir::Files).size(), 0);
+    frame.handTo(canvas);
+    QCOMPARE(QDir(shots).entryList(QDir::Files).size(), 1);
+}
+
+void ImageCanvasTest::savesIntoTheFolderItWasArmedWith()
+{
+    QTemporaryDir first;
+    QTemporaryDir second;
+    ImageCanvas canvas;
+    canvas.snapshotFolder = first.path();
+    canvas.snapshot();
+    canvas.snapshotFolder = second.path();
+    RawFrame::of({64, 48}).handTo(canvas);
+    QCOMPARE(jpegsIn(first).size(), 1);
+    QCOMPARE(jpegsIn(second).size(), 0);
+}
+
+void ImageCanvasTest::survivesAReadOnlyFolder()
+{
+    ImageCanvas canvas;
+    // Not even the administrator can write here.
+    canvas.snapshotFolder = "/proc/self";
+    canvas.snapshot();
+    RawFrame frame = RawFrame::of({64, 48});
+    frame.handTo(canvas);
+    frame.handTo(canvas);
+    QVERIFY(same(canvas.currentImage(), frame.image()));
+}
+
+void ImageCanvasTest::savesASeriesWithIntervalZeroAtEveryFrame()
+{
+    QTemporaryDir folder;
+    ImageCanvas canvas;
+    canvas.snapshotMode = ImageCanvas::Continuous;
+    canvas.snapshotFolder = folder.path();
+    canvas.snapshot();
+    QVERIFY(canvas.seriesArmed());
+    for (int i = 0; i < 5; ++i) {
+        RawFrame::of({64, 48}).handTo(canvas);
+        const QStringList files = jpegsIn(folder);
+        QVERIFY(!files.isEmpty());
+        for (const QString &file : files)
+            QFile::remove(folder.filePath(file));
+    }
+    canvas.stopSnapshot();
+    QVERIFY(!canvas.seriesArmed());
+    RawFrame::of({64, 48}).handTo(canvas);
+    QCOMPARE(jpegsIn(folder).size(), 0);
+}
+
+void ImageCanvasTest::savesTheStandingPictureWhenTheSourceIsSilent()
+{
+    QTemporaryDir folder;
+    ImageCanvas canvas;
+    canvas.show();
+    RawFrame::of({64, 48}).handTo(canvas);
+    canvas.snapshotFolder = folder.path();
+    canvas.snapshot();
+    QTRY_COMPARE(jpegsIn(folder).size(), 1);
+}
+
+void ImageCanvasTest::paintsThePictureCentredWithBarsAndAFrame()
+{
+    ImageCanvas canvas;
+    canvas.resize(200, 200);
+    QImage red(128, 72, QImage::Format_RGB888);
+    red.fill(Qt::red);
+    canvas.imageCaptured(red);
+    canvas.imageCaptured(QImage(red));
+    const QImage shown = painted(canvas);
+    const QColor frame("#484848");
+    for (const QPoint &point : {QPoint(0, 0), QPoint(1, 1), QPoint(199, 199), QPoint(198, 100)})
+        QCOMPARE(shown.pixelColor(point), frame);
+    // 200 * 72 / 128 is 112.5: 112 rows from row 44 on.
+    QCOMPARE(shown.pixelColor(100, 43), QColor(Qt::black));
+    QCOMPARE(shown.pixelColor(100, 44), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(2, 100), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(197, 155), QColor(Qt::red));
+    QCOMPARE(shown.pixelColor(100, 156), QColor(Qt::black));
+    QCOMPARE(shown.pixelColor(2, 2), QColor(Qt::black));
+}
+
+void ImageCanvasTest::leavesTheBarsOfTheBoardOpen()
+{
+    ImageCanvas canvas;
+    canvas.setDrawingBoardMode(true);
+    canvas.resize(200, 200);
+    canvas.fillCanvas(Qt::white);
+    const QImage shown = painted(canvas);
+    QCOMPARE(shown.pixelColor(100, 10), QColor(Qt::magenta));
+    QCOMPARE(shown.pixelColor(100, 100), QColor(Qt::white));
+    QVERIFY(!canvas.testAttribute(Qt::WA_OpaquePaintEvent));
+    canvas.setDrawingBoardMode(false);
+    QVERIFY(canvas.testAttribute(Qt::WA_OpaquePaintEvent));
+}
+
+void ImageCanvasTest::paintsBlackWithoutAPicture()
+{
+    ImageCanvas canvas;
+    canvas.imageCaptured(QImage());
+    canvas.resize(50, 40);
+    QCOMPARE(painted(canvas).pixelColor(25, 20), QColor(Qt::black));
+    canvas.resize(1, 1);
+    painted(canvas);
+    canvas.resize(0, 0);
+    painted(canvas);
+}
+
+void ImageCanvasTest::paintsAsThePainterScales()
+{
+    ImageCanvas canvas;
+    const QImage picture = noise({128, 72}, QImage::Format_RGB888, 12);
+    canvas.imageCaptured(picture);
+    const QImage whole = canvas.currentImage();
+    for (const QSize &size : {QSize(100, 100), QSize(333, 177), QSize(128, 72), QSize(61, 500)}) {
+        canvas.resize(size);
+        const ViewGeometry::Fit fit = ViewGeometry::fit(picture.size(), size);
+        QImage expected(size, QImage::Format_RGB32);
+        expected.fill(Qt::black);
+        QPainter painter(&expected);
+        painter.drawImage(QRect(fit.margin, fit.size), whole);
+        painter.end();
+        const QRect inner =
+            QRect(fit.margin, fit.size) & QRect({0, 0}, size).adjusted(2, 2, -2, -2);
+        QVERIFY(same(painted(canvas).copy(inner), expected.copy(inner)));
+    }
+}
+
+void ImageCanvasTest::handsOutPicturesThatLiveOn()
+{
+    QImage kept;
+    QImage copy;
+    {
+        ImageCanvas canvas;
+        RawFrame frame = RawFrame::of({64, 48});
+        frame.handTo(canvas);
+        kept = canvas.currentImage();
+        copy = kept.copy();
+        for (unsigned i = 2; i < 10; ++i)
+            RawFrame::of({64, 48}, 3, i).handTo(canvas);
+        QVERIFY(same(kept, copy));
+        // Writing to what was handed out leaves the canvas's own picture alone.
+        QImage mine = canvas.currentImage();
+        const QImage before = mine.copy();
+        mine.fill(Qt::black);
+        QVERIFY(same(canvas.currentImage(), before));
+    }
+    QVERIFY(same(kept, copy));
+}
+
+QTEST_MAIN(ImageCanvasTest)
+#include "tst_image_canvas.moc"

@@ -1,0 +1,170 @@
+#include "canvas/ImageCanvas.h"
+
+#include <QtTest>
+
+#include <QTemporaryDir>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+/// Hands frames to the canvas on a thread of its own, as the camera library does.
+class FrameThread
+{
+public:
+    FrameThread(ImageCanvas &canvas, std::vector<QSize> sizes)
+        : m_thread([this, &canvas, sizes = std::move(sizes)] { run(canvas, sizes); })
+    {
+    }
+    ~FrameThread() { stop(); }
+    Q_DISABLE_COPY(FrameThread)
+
+    void stop()
+    {
+        m_stopped = true;
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+    [[nodiscard]] int delivered() const { return m_delivered; }
+
+private:
+    void run(ImageCanvas &canvas, const std::vector<QSize> &sizes)
+    {
+        std::vector<uchar> bytes;
+        for (std::size_t i = 0; !m_stopped; ++i) {
+            const QSize size = sizes[i / 7 % sizes.size()];
+            const int pixelBytes = i % 5 == 0 ? 4 : 3;
+            bytes.assign(static_cast<std::size_t>(size.width() * size.height() * pixelBytes),
+                         static_cast<uchar>(i));
+            if (i % 11 == 0)
+                canvas.imageCaptured(QImage(size, QImage::Format_RGB888));
+            else
+                canvas.imageCaptured(bytes.data(), size.width(), size.height(), i % 3 == 0,
+                                     pixelBytes == 4);
+            ++m_delivered;
+        }
+    }
+
+    std::atomic<bool> m_stopped{false};
+    std::atomic<int> m_delivered{0};
+    std::thread m_thread;
+};
+
+/// Calls every public operation once; each takes the lock for itself.
+void callEverything(ImageCanvas &canvas, int round, const QString &folder)
+{
+    canvas.effectMode = static_cast<ImageCanvas::EffectMode>(round % 4);
+    canvas.maskMode = static_cast<ImageCanvas::MaskMode>(round % 5);
+    canvas.frozen = round % 6 == 0;
+    canvas.startAutoRefresh();
+    canvas.autoRefresh();
+    canvas.stopAutoRefresh();
+    canvas.setDrawingBoardMode(round % 2 == 0);
+    if (round % 10 == 0)
+        canvas.fillCanvas(Qt::green);
+    (void)canvas.boardColor();
+    (void)canvas.currentImage().pixel(0, 0);
+    (void)canvas.pictureSize();
+    canvas.snapshotFolder = folder;
+    canvas.snapshotMode = static_cast<ImageCanvas::SnapshotMode>(round % 2);
+    if (round % 8 == 0)
+        canvas.snapshot();
+    (void)canvas.seriesArmed();
+    if (round % 8 == 2)
+        canvas.stopSnapshot();
+    (void)canvas.actualWidth();
+    (void)canvas.actualHeight();
+    (void)canvas.transformedWidth();
+    (void)canvas.transformedHeight();
+    (void)canvas.minimumScale();
+    (void)canvas.zoomScale();
+    (void)canvas.rotation();
+    (void)canvas.centerPoint();
+    canvas.zoomIn();
+    canvas.setViewport(round, round);
+    canvas.rotate();
+    canvas.zoomOut();
+    canvas.rotateRev();
+    canvas.zoom({3, 3}, round % 7);
+    canvas.zoomReset();
+    (void)canvas.transformMousePoint({round, round});
+    (void)canvas.clippingRect();
+    (void)canvas.clipRectangle();
+    canvas.setMouseMode(static_cast<ImageCanvas::MouseMode>(round % 10));
+    (void)canvas.mouseMode();
+    canvas.setTextColor(Qt::red);
+    canvas.setFontFace("Arial");
+    canvas.setFontSize(18);
+    canvas.setTextFormat();
+    canvas.endTextEditing();
+    canvas.clearPainting();
+    canvas.setOsdProcessor(nullptr);
+    canvas.resize(150 + round % 3, 100);
+    canvas.repaint();
+}
+
+} // namespace
+
+/// CTest ends this test after a minute: a lock that is taken twice never comes back.
+class CanvasThreadsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyOperationReturns()
+    {
+        QTemporaryDir folder;
+        ImageCanvas canvas;
+        canvas.show();
+        callEverything(canvas, 0, folder.path());
+        canvas.imageCaptured(QImage(64, 48, QImage::Format_RGB888));
+        callEverything(canvas, 1, folder.path());
+        uchar pixels[4 * 4 * 4] = {};
+        canvas.imageCaptured(pixels, 4, 4, true, true);
+        callEverything(canvas, 2, folder.path());
+        canvas.imageCaptured(QImage());
+        callEverything(canvas, 3, folder.path());
+    }
+
+    void framesArriveWhileEveryOperationRuns()
+    {
+        QTemporaryDir folder;
+        ImageCanvas canvas;
+        canvas.show();
+        FrameThread frames(canvas, {{64, 48}, {64, 48}, {48, 64}, {33, 21}, {1, 1}, {0, 0}});
+        for (int round = 0; round < 200 || frames.delivered() < 200; ++round) {
+            callEverything(canvas, round, folder.path());
+            QCoreApplication::processEvents();
+        }
+        frames.stop();
+        QVERIFY(frames.delivered() >= 200);
+    }
+
+    void aFrameOnAnotherThreadIsPainted()
+    {
+        ImageCanvas canvas;
+        canvas.resize(64, 48);
+        canvas.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        QImage red(64, 48, QImage::Format_RGB888);
+        red.fill(Qt::red);
+        std::thread thread([&] { canvas.imageCaptured(red); });
+        thread.join();
+        QTRY_COMPARE(canvas.grab().toImage().pixelColor(30, 20), QColor(Qt::red));
+    }
+
+    void theCanvasMayGoWhileARepaintIsPosted()
+    {
+        auto canvas = std::make_unique<ImageCanvas>();
+        std::thread thread([&] { canvas->imageCaptured(QImage(64, 48, QImage::Format_RGB888)); });
+        thread.join();
+        canvas.reset();
+        QCoreApplication::processEvents();
+    }
+};
+
+QTEST_MAIN(CanvasThreadsTest)
+#include "tst_canvas_threads.moc"

@@ -1,0 +1,114 @@
+#include "canvas/ImageCanvas.h"
+
+#include <QtTest>
+
+#include <QPainter>
+
+#include <atomic>
+#include <cstdlib>
+#include <sys/resource.h>
+#include <vector>
+
+namespace
+{
+
+/// Far above any bookkeeping and far below a frame.
+constexpr std::size_t LARGE = 100000;
+std::atomic<int> largeAllocations{0};
+
+} // namespace
+
+// Every allocation of the process comes through here, those of the toolkit too.
+extern "C" void *__libc_malloc(std::size_t bytes);
+extern "C" void *malloc(std::size_t bytes)
+{
+    if (bytes >= LARGE)
+        ++largeAllocations;
+    return __libc_malloc(bytes);
+}
+
+namespace
+{
+
+long pageFaults()
+{
+    rusage usage{};
+    getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_minflt;
+}
+
+} // namespace
+
+/// In a steady stream a frame must cost its arithmetic only: freshly mapped memory costs more than
+/// all of it.
+class SteadyStreamTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theCounterSeesAPicture()
+    {
+        const int before = largeAllocations;
+        const long faultsBefore = pageFaults();
+        QImage picture(1920, 1080, QImage::Format_RGB888);
+        picture.fill(1);
+        QVERIFY(largeAllocations > before);
+        QVERIFY(pageFaults() - faultsBefore > 100);
+    }
+
+    void allocatesNothingLargeAndFaultsNoPage_data()
+    {
+        QTest::addColumn<int>("effect");
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<int>("turns");
+        QTest::addColumn<int>("zooms");
+        QTest::addColumn<bool>("frozen");
+        QTest::newRow("plain") << 0 << 0 << 0 << 0 << false;
+        QTest::newRow("black and white") << 1 << 0 << 0 << 0 << false;
+        QTest::newRow("mosaic, masked") << 3 << 1 << 0 << 0 << false;
+        QTest::newRow("turned") << 0 << 0 << 1 << 0 << false;
+        QTest::newRow("turned, zoomed, negative, masked") << 2 << 4 << 3 << 3 << false;
+        QTest::newRow("mosaic, zoomed") << 3 << 0 << 0 << 2 << false;
+        QTest::newRow("frozen") << 1 << 0 << 0 << 0 << true;
+    }
+
+    void allocatesNothingLargeAndFaultsNoPage()
+    {
+        QFETCH(int, effect);
+        QFETCH(int, mask);
+        QFETCH(int, turns);
+        QFETCH(int, zooms);
+        QFETCH(bool, frozen);
+        ImageCanvas canvas;
+        canvas.resize(1000, 670);
+        std::vector<uchar> frame(1920 * 1080 * 3, uchar{100});
+        QImage screen(canvas.size(), QImage::Format_RGB32);
+        const auto showOne = [&](uchar value) {
+            std::fill(frame.begin(), frame.end(), value);
+            canvas.imageCaptured(frame.data(), 1920, 1080, false, false);
+            canvas.render(&screen, QPoint(), QRegion(), QWidget::RenderFlags());
+        };
+        showOne(1);
+        canvas.effectMode = static_cast<ImageCanvas::EffectMode>(effect);
+        canvas.maskMode = static_cast<ImageCanvas::MaskMode>(mask);
+        canvas.frozen = frozen;
+        for (int i = 0; i < turns; ++i)
+            canvas.rotate();
+        for (int i = 0; i < zooms; ++i)
+            canvas.zoomIn();
+        for (int i = 0; i < 10; ++i)
+            showOne(static_cast<uchar>(i));
+
+        const int allocationsBefore = largeAllocations;
+        const long faultsBefore = pageFaults();
+        for (int i = 0; i < 50; ++i)
+            showOne(static_cast<uchar>(i));
+        const long faults = pageFaults() - faultsBefore;
+        QCOMPARE(largeAllocations - allocationsBefore, 0);
+        // A few for bookkeeping; one frame alone has 1519 pages.
+        QVERIFY2(faults < 10, qPrintable(QString::number(faults)));
+    }
+};
+
+QTEST_MAIN(SteadyStreamTest)
+#include "tst_steady_stream.moc"

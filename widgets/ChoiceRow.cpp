@@ -1,0 +1,64 @@
+#include "ChoiceRow.h"
+
+#include "ImageButton.h"
+
+#include <QButtonGroup>
+#include <QLabel>
+
+ChoiceRow::ChoiceRow(QWidget *window, const QString &caption, const std::vector<Choice> &choices,
+                     const Place &place, const char *slot)
+    : QObject(window)
+    , m_group(new QButtonGroup(this))
+{
+    if (!caption.isEmpty()) {
+        auto *label = new QLabel(caption, window);
+        label->move(place.label);
+    }
+    int x = place.firstButton.x();
+    for (const Choice &choice : choices) {
+        auto *button = new ImageButton(choice.skin, window, x, place.firstButton.y());
+        button->setCheckable(true);
+        button->setAccessibleName(choice.accessibleName);
+        connect(button, SIGNAL(clicked()), window, slot);
+        m_group->addButton(button, int(m_buttons.size()));
+        m_buttons.push_back(button);
+        x += place.pitch;
+    }
+}
+
+int ChoiceRow::count() const
+{
+    return int(m_buttons.size());
+}
+
+ImageButton *ChoiceRow::button(int index) const
+{
+    return index >= 0 && index < count() ? m_buttons[std::size_t(index)] : nullptr;
+}
+
+int ChoiceRow::indexOf(const QObject *button) const
+{
+    for (int i = 0; i < count(); ++i) {
+        if (m_buttons[std::size_t(i)] == button)
+            return i;
+    }
+    return -1;
+}
+
+int ChoiceRow::checkedIndex() const
+{
+    return m_group->checkedId();
+}
+
+void ChoiceRow::check(int index)
+{
+    if (ImageButton *chosen = button(index)) {
+        chosen->setChecked(true);
+        return;
+    }
+    // An exclusive group refuses to be emptied.
+    m_group->setExclusive(false);
+    for (ImageButton *each : m_buttons)
+        each->setChecked(false);
+    m_group->setExclusive(true);
+}

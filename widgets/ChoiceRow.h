@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QStringList>
+
+#include <vector>
+
+class ImageButton;
+class QButtonGroup;
+class QWidget;
+
+/// A row of checkable image buttons of which one is chosen, with the label before it: one setting
+/// in a pop-up window. GUI thread; the row and its widgets are children of the window.
+class ChoiceRow : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Where a row stands, in pixels of its window.
+    struct Place {
+        QPoint label;
+        QPoint firstButton;
+        /// Distance between the left edges of two buttons.
+        int pitch;
+    };
+    struct Choice {
+        QString skin;
+        /// What a screen reader says of the button.
+        QString accessibleName;
+    };
+
+    /// An empty caption makes no label. Each click calls `slot` (coded by SLOT()) of the window.
+    ChoiceRow(QWidget *window, const QString &caption, const std::vector<Choice> &choices,
+              const Place &place, const char *slot);
+
+    [[nodiscard]] int count() const;
+    [[nodiscard]] ImageButton *button(int index) const;
+    /// The index of a button of this row; -1 for any other object.
+    [[nodiscard]] int indexOf(const QObject *button) const;
+    /// -1 when no button is checked.
+    [[nodiscard]] int checkedIndex() const;
+    /// Checks one button and so unchecks the others; calls no slot. -1 unchecks them all.
+    void check(int index);
+
+private:
+    QButtonGroup *m_group;
+    std::vector<ImageButton *> m_buttons;
+};

@@ -1,0 +1,83 @@
+#include "EffectToolWindow.h"
+
+#include "ChoiceRow.h"
+#include "ImageButton.h"
+#include "canvas/ImageCanvas.h"
+#include "canvas/OSDProcessor.h"
+#include "canvas/SkinImages.h"
+#include "sources/MainWindowDoor.h"
+
+namespace
+{
+
+std::vector<ChoiceRow::Choice> choices()
+{
+    std::vector<ChoiceRow::Choice> list;
+    for (int i = 0; i < int(EffectToolWindow::effectIconNames.size()); ++i) {
+        const QString icon = EffectToolWindow::effectIconNames[std::size_t(i)];
+        list.push_back(
+            {QStringLiteral("ICON_EFFECT_SUB_%1").arg(icon), ModeNames::translatedEffectName(i)});
+    }
+    return list;
+}
+
+} // namespace
+
+EffectToolWindow::EffectToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
+    : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_TOOL.png"), toolButton,
+                 MainWindowDoor::widget(mainWindow), tr("Color Effect"))
+    , m_mainWindow(mainWindow)
+    , m_row(new ChoiceRow(this, QString(), choices(), {{}, {4, 18}, 60}, SLOT(effectChanged())))
+{
+    modeChanged();
+    if (QObject *window = MainWindowDoor::object(mainWindow))
+        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+}
+
+void EffectToolWindow::setCurrentEffect(int index)
+{
+    ImageCanvas *canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    if (!canvas || index < 0 || index >= int(effectModes.size()))
+        return;
+    canvas->effectMode = effectModes[std::size_t(index)];
+    toolButton()->setImage(
+        QStringLiteral("ICON_EFFECT_%1").arg(effectIconNames[std::size_t(index)]));
+    if (OSDProcessor *indications = MainWindowDoor::osdProcessor(m_mainWindow, canvas))
+        indications->osdEffect();
+}
+
+void EffectToolWindow::previousEffect()
+{
+    const int current = m_row->checkedIndex();
+    if (current >= 0)
+        choose(current == 0 ? m_row->count() - 1 : current - 1);
+}
+
+void EffectToolWindow::nextEffect()
+{
+    const int current = m_row->checkedIndex();
+    if (current >= 0)
+        choose((current + 1) % m_row->count());
+}
+
+void EffectToolWindow::effectChanged()
+{
+    setCurrentEffect(m_row->indexOf(sender()));
+}
+
+void EffectToolWindow::modeChanged()
+{
+    const ImageCanvas *canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    if (!canvas)
+        return;
+    for (int i = 0; i < int(effectModes.size()); ++i) {
+        if (effectModes[std::size_t(i)] == canvas->effectMode)
+            m_row->check(i);
+    }
+}
+
+void EffectToolWindow::choose(int index)
+{
+    m_row->check(index);
+    setCurrentEffect(index);
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ToolWindow.h"
+#include "canvas/CanvasModes.h"
+#include "canvas/ModeNames.h"
+
+#include <array>
+
+class ChoiceRow;
+class MainWindow;
+
+/// The pop-up that chooses the colour effect of the current canvas.
+class EffectToolWindow : public ToolWindow
+{
+    Q_OBJECT
+
+public:
+    static constexpr const auto &effectIconNames = ModeNames::effectIconNames;
+    static constexpr const auto &effectNames = ModeNames::effectNames;
+    static constexpr std::array<CanvasModes::EffectMode, 4> effectModes{
+        CanvasModes::EffectColor, CanvasModes::EffectBW, CanvasModes::EffectNegative,
+        CanvasModes::EffectMosaic};
+
+    EffectToolWindow(ImageButton *toolButton, MainWindow *mainWindow);
+
+    /// Sets the effect, dresses the tool button and shows the indication; an index outside the
+    /// table does nothing.
+    void setCurrentEffect(int index);
+    /// Steps round the table.
+    void previousEffect();
+    void nextEffect();
+
+public slots:
+    void effectChanged();
+    /// Shows what the current canvas is set to.
+    void modeChanged();
+
+private:
+    void choose(int index);
+
+    MainWindow *m_mainWindow;
+    ChoiceRow *m_row;
+};

@@ -1,0 +1,36 @@
+#include "FormControls.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QPalette>
+
+namespace
+{
+
+QPalette lightPalette()
+{
+    const QColor face(0xE8EAED);
+    const QColor ink(0x15181B);
+    QPalette palette(face, face);
+    palette.setColor(QPalette::Base, face);
+    palette.setColor(QPalette::AlternateBase, face);
+    for (const QPalette::ColorRole role :
+         {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(role, ink);
+    palette.setColor(QPalette::Highlight, QColor(0x0074E6));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+void FormControls::dress(QWidget *field, int height)
+{
+    field->setPalette(lightPalette());
+    if (auto *box = qobject_cast<QComboBox *>(field))
+        box->view()->setPalette(lightPalette());
+    QFont font("Arial");
+    font.setPixelSize(13);
+    field->setFont(font);
+    field->setFixedHeight(height);
+}

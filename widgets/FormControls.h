@@ -1,0 +1,16 @@
+#pragma once
+
+class QWidget;
+
+/// The look of combo boxes and line edits in the pop-up windows: light fields on the dark ground,
+/// like the push buttons beside them, whatever theme the desktop has.
+namespace FormControls
+{
+
+/// The height at which a field stands in a row of the pop-ups, in pixels.
+constexpr int FIELD_HEIGHT = 22;
+
+/// Gives a combo box or a line edit its colours and its height.
+void dress(QWidget *field, int height = FIELD_HEIGHT);
+
+} // namespace FormControls

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ToolWindow.h"
+#include "canvas/CanvasModes.h"
+#include "canvas/ModeNames.h"
+
+#include <array>
+
+class ChoiceRow;
+class MainWindow;
+
+/// The pop-up that chooses the mask of the current canvas. The tool button is checked while a mask
+/// is on.
+class MaskToolWindow : public ToolWindow
+{
+    Q_OBJECT
+
+public:
+    static constexpr const auto &maskIconNames = ModeNames::maskIconNames;
+    static constexpr std::array<CanvasModes::MaskMode, 5> maskModes{
+        CanvasModes::MaskNone, CanvasModes::MaskCircle, CanvasModes::MaskRectangle,
+        CanvasModes::MaskLeft, CanvasModes::MaskTop};
+
+    MaskToolWindow(ImageButton *toolButton, MainWindow *mainWindow);
+
+    /// Sets the mask, 0 to 4, dresses the tool button and shows the indication; an index outside
+    /// the table does nothing. No mask leaves the tool button's last skin.
+    void setCurrentMask(int index);
+    /// Steps round none, circle, rectangle, left, top.
+    void previousMask();
+    void nextMask();
+    /// The mask chosen in this window; none until one is.
+    [[nodiscard]] CanvasModes::MaskMode selectedMaskMode() const;
+
+public slots:
+    void maskChanged();
+    /// Shows what the current canvas is set to.
+    void modeChanged();
+
+private:
+    [[nodiscard]] int currentNumber() const;
+    void choose(int index);
+
+    ChoiceRow *m_row;
+    MainWindow *m_mainWindow;
+    CanvasModes::MaskMode m_selectedMask = CanvasModes::MaskNone;
+};

@@ -1,0 +1,211 @@
+#include "SettingsToolWindow.h"
+
+#include "FormControls.h"
+#include "ImageButton.h"
+#include "IntervalTable.h"
+#include "app/Config.h"
+#include "canvas/SkinImages.h"
+#include "sources/LiveSource.h"
+#include "sources/MainWindowDoor.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPointer>
+
+#include <array>
+
+namespace
+{
+
+constexpr std::array<const char *, 3> RESOLUTION_NAMES{
+    QT_TRANSLATE_NOOP("SettingsToolWindow", "XGA 1024 x 768"),
+    QT_TRANSLATE_NOOP("SettingsToolWindow", "HD 1280 x 720"),
+    QT_TRANSLATE_NOOP("SettingsToolWindow", "FHD 1920 x 1080"),
+};
+constexpr int HD = 1;
+constexpr int FHD = 2;
+
+constexpr std::array<const char *, 2> captureNames{
+    QT_TRANSLATE_NOOP("SettingsToolWindow", "Single"),
+    QT_TRANSLATE_NOOP("SettingsToolWindow", "Continuous"),
+};
+constexpr std::array<CanvasModes::SnapshotMode, 2> captureModes{CanvasModes::Single,
+                                                                CanvasModes::Continuous};
+
+// Rows of the form; their places are drawn into the background between its dividing lines.
+enum Row { Source, Resolution, Recording, Capture, Time, SaveAs, RecordingSave, Buttons };
+constexpr std::array<int, 8> ROW_Y{30, 60, 90, 128, 158, 196, 226, 270};
+constexpr int ROW_HEIGHT = 24;
+constexpr int LABEL_X = 16;
+constexpr int LABEL_WIDTH = 122;
+constexpr int FIELD_X = 142;
+constexpr int FIELD_WIDTH = 132;
+constexpr int BUTTON_X = 278;
+constexpr int OK_X = 196;
+
+template <std::size_t N>
+QStringList translated(const std::array<const char *, N> &names)
+{
+    QStringList texts;
+    for (const char *name : names)
+        texts << SettingsToolWindow::tr(name);
+    return texts;
+}
+
+QStringList intervalNames()
+{
+    QStringList texts;
+    for (const IntervalTable::Interval &interval : IntervalTable::intervals())
+        texts << IntervalTable::label(interval);
+    return texts;
+}
+
+/// Every stored index outside the first two entries means the largest size.
+int resolutionEntry(int stored)
+{
+    return stored == 0 || stored == HD ? stored : FHD;
+}
+
+int captureEntry(CanvasModes::SnapshotMode mode)
+{
+    return mode == CanvasModes::Continuous ? 1 : 0;
+}
+
+} // namespace
+
+SettingsToolWindow::SettingsToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
+    : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_SETTING_MULTILANG.png"), toolButton,
+                 MainWindowDoor::widget(mainWindow), tr("Setting"))
+    , m_mainWindow(mainWindow)
+{
+    setStyleSheet("QLabel { font-family: Arial; font-size: 14px; color: gray; }"
+                  "QLineEdit { width: 124px; } QComboBox { width: 124px; } ");
+    const QStringList resolutions = translated(RESOLUTION_NAMES);
+    addField(tr("Source"), tr("Document Camera"), Source);
+    m_resolutionBox = addBox(tr("Resolution"), resolutions,
+                             resolutionEntry(Config::resolutionIndex()), Resolution);
+    m_recordingBox = addBox(tr("Recording"), resolutions,
+                            resolutionEntry(Config::recordingResolutionIndex()), Recording);
+    // After the initial value: a stored one is no new choice to ask about.
+    connect(m_recordingBox, SIGNAL(currentIndexChanged(int)), this,
+            SLOT(recordingResolutionChanged(int)));
+    m_captureBox = addBox(tr("Capture"), translated(captureNames),
+                          captureEntry(Config::snapshotMode()), Capture);
+    m_timeBox = addBox(tr("Time"), intervalNames(),
+                       IntervalTable::indexOf(Config::snapshotInterval()), Time);
+    m_snapshotPath = addField(tr("Save as"), Config::snapshotPath(), SaveAs);
+    addButton(tr("Browse"), tr("Browse for the snapshot folder"), {BUTTON_X, ROW_Y[SaveAs]},
+              SLOT(snapshotFileBrowse()));
+    m_recordPath = addField(tr("RecordingSave"), Config::recordPath(), RecordingSave);
+    addButton(tr("Browse"), tr("Browse for the recording folder"), {BUTTON_X, ROW_Y[RecordingSave]},
+              SLOT(recordFileBrowse()));
+    addButton(tr("OK"), tr("OK"), {OK_X, ROW_Y[Buttons]}, SLOT(settingsOk()));
+    addButton(tr("Cancel"), tr("Cancel"), {BUTTON_X, ROW_Y[Buttons]}, SLOT(close()));
+}
+
+void SettingsToolWindow::recordingResolutionChanged(int index)
+{
+    if (index != FHD)
+        return;
+    const QPointer<SettingsToolWindow> self(this);
+    const auto answer = QMessageBox::question(
+        MainWindowDoor::widget(m_mainWindow), tr("Question"),
+        tr("Using a recording resolution of 1920x1080 may cause low framerate when the PC isn't "
+           "powerful. Continue?"));
+    if (self && answer != QMessageBox::Yes)
+        m_recordingBox->setCurrentIndex(HD);
+}
+
+void SettingsToolWindow::snapshotFileBrowse()
+{
+    browse(m_snapshotPath, tr("Folder for snapshots"));
+}
+
+void SettingsToolWindow::recordFileBrowse()
+{
+    browse(m_recordPath, tr("Folder for recordings"));
+}
+
+void SettingsToolWindow::settingsOk()
+{
+    const int capture = m_captureBox->currentIndex();
+    if (capture >= 0)
+        Config::setSnapshotMode(captureModes[std::size_t(capture)]);
+    const int time = m_timeBox->currentIndex();
+    if (time >= 0)
+        Config::setSnapshotInterval(IntervalTable::intervals()[std::size_t(time)].seconds);
+    Config::setSnapshotPath(m_snapshotPath->text());
+    Config::setRecordPath(m_recordPath->text());
+
+    LiveSource *live = MainWindowDoor::liveSource(m_mainWindow);
+    const QSize previous = Config::resolution();
+    if (m_resolutionBox->currentIndex() >= 0)
+        Config::setResolutionIndex(m_resolutionBox->currentIndex());
+    // A new preview size restarts the stream, which would cut a running movie short unsaid.
+    if (Config::resolution() != previous)
+        MainWindowDoor::stopRecording(m_mainWindow);
+    if (live)
+        live->setResolution(Config::resolution());
+
+    if (m_recordingBox->currentIndex() >= 0)
+        Config::setRecordingResolutionIndex(m_recordingBox->currentIndex());
+    if (live)
+        live->setRecordingResolution(Config::recordingResolution());
+    close();
+}
+
+void SettingsToolWindow::addLabel(const QString &text, int row)
+{
+    auto *label = new QLabel(text, this);
+    label->setGeometry(LABEL_X, ROW_Y[std::size_t(row)], LABEL_WIDTH, ROW_HEIGHT);
+}
+
+QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &text, int row)
+{
+    addLabel(label, row);
+    auto *field = new QLineEdit(text, this);
+    field->setReadOnly(true);
+    field->setCursorPosition(0);
+    field->setAccessibleName(label);
+    FormControls::dress(field, ROW_HEIGHT);
+    field->setFixedWidth(FIELD_WIDTH);
+    field->move(FIELD_X, ROW_Y[std::size_t(row)]);
+    return field;
+}
+
+QComboBox *SettingsToolWindow::addBox(const QString &label, const QStringList &entries, int index,
+                                      int row)
+{
+    addLabel(label, row);
+    auto *box = new QComboBox(this);
+    box->addItems(entries);
+    box->setCurrentIndex(index);
+    box->setAccessibleName(label);
+    FormControls::dress(box, ROW_HEIGHT);
+    box->setFixedWidth(FIELD_WIDTH);
+    box->move(FIELD_X, ROW_Y[std::size_t(row)]);
+    return box;
+}
+
+void SettingsToolWindow::addButton(const QString &caption, const QString &accessibleName,
+                                   QPoint position, const char *slot)
+{
+    auto *button = new ImageButton("POPUP_BUTTON", this, position.x(), position.y());
+    button->setText(caption);
+    button->setAccessibleName(accessibleName);
+    connect(button, SIGNAL(clicked()), this, slot);
+}
+
+void SettingsToolWindow::browse(QLineEdit *field, const QString &caption)
+{
+    const QPointer<QLineEdit> guarded(field);
+    const QString folder = QFileDialog::getExistingDirectory(MainWindowDoor::widget(m_mainWindow),
+                                                             caption, field->text());
+    if (!guarded || folder.isEmpty())
+        return;
+    field->setText(folder);
+    field->setCursorPosition(0);
+}

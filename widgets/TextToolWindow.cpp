@@ -1,0 +1,106 @@
+#include "TextToolWindow.h"
+
+#include "ChoiceRow.h"
+#include "DrawingColors.h"
+#include "FormControls.h"
+#include "canvas/ImageCanvas.h"
+#include "canvas/SkinImages.h"
+#include "sources/MainWindowDoor.h"
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QSignalBlocker>
+
+TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
+    : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_COLOR_2LINE"), toolButton,
+                 MainWindowDoor::widget(mainWindow), tr("Text"))
+    , m_fontFaceBox(new QComboBox(this))
+    , m_fontSizeBox(new QComboBox(this))
+    , m_canvas(MainWindowDoor::currentCanvas(mainWindow))
+    , m_mainWindow(mainWindow)
+{
+    auto *label = new QLabel(tr("Color"), this);
+    label->setStyleSheet("font-family: Arial; font-size: 15px; color: white;");
+    label->move(8, 45);
+
+    std::vector<ChoiceRow::Choice> choices;
+    for (const DrawingColors::Entry &entry : DrawingColors::PEN) {
+        choices.push_back(
+            {QStringLiteral("ICON_LINE_COLOR_%1").arg(entry.skin), DrawingColors::name(entry)});
+    }
+    m_colorRow = new ChoiceRow(this, QString(), choices, {{}, {130, 43}, 33}, SLOT(colorChanged()));
+
+    createFaceBox();
+    createSizeBox();
+    if (QObject *window = MainWindowDoor::object(mainWindow))
+        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+    modeChanged();
+}
+
+void TextToolWindow::modeChanged()
+{
+    m_canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    if (!m_canvas)
+        return;
+    const int color = DrawingColors::indexOf(DrawingColors::PEN, m_canvas->textColor(), -1);
+    if (color >= 0)
+        m_colorRow->check(color);
+
+    // Showing the canvas's settings must not write them back.
+    const QSignalBlocker faceBlocker(m_fontFaceBox);
+    const QSignalBlocker sizeBlocker(m_fontSizeBox);
+    const int face = m_fontFaces.indexOf(m_canvas->fontFace());
+    if (face >= 0)
+        m_fontFaceBox->setCurrentIndex(face);
+    const int size = m_fontSizes.indexOf(m_canvas->fontSize());
+    if (size >= 0)
+        m_fontSizeBox->setCurrentIndex(size);
+}
+
+void TextToolWindow::colorChanged()
+{
+    const int index = m_colorRow->indexOf(sender());
+    if (m_canvas && index >= 0)
+        m_canvas->setTextColor(DrawingColors::colorAt(DrawingColors::PEN, index));
+}
+
+void TextToolWindow::fontFaceChanged()
+{
+    if (m_canvas)
+        m_canvas->setFontFace(m_fontFaceBox->currentText());
+}
+
+void TextToolWindow::fontSizeChanged()
+{
+    bool isNumber = false;
+    const int size = m_fontSizeBox->currentText().toInt(&isNumber);
+    if (m_canvas && isNumber)
+        m_canvas->setFontSize(size);
+}
+
+void TextToolWindow::createFaceBox()
+{
+    m_fontFaces = QFontDatabase().families();
+    m_fontFaceBox->addItems(m_fontFaces);
+    m_fontFaceBox->setAccessibleName(tr("Font"));
+    FormControls::dress(m_fontFaceBox);
+    m_fontFaceBox->setFixedWidth(150);
+    m_fontFaceBox->move(10, 20);
+    connect(m_fontFaceBox, SIGNAL(activated(int)), this, SLOT(fontFaceChanged()));
+}
+
+void TextToolWindow::createSizeBox()
+{
+    m_fontSizeBox->setEditable(true);
+    m_fontSizes = QFontDatabase::standardSizes();
+    for (const int size : qAsConst(m_fontSizes))
+        m_fontSizeBox->addItem(QString::number(size));
+    m_fontSizeBox->setAccessibleName(tr("Font size"));
+    FormControls::dress(m_fontSizeBox);
+    m_fontSizeBox->setFixedWidth(70);
+    m_fontSizeBox->move(165, 20);
+    // After the filling, which edits the text too.
+    connect(m_fontSizeBox, SIGNAL(activated(int)), this, SLOT(fontSizeChanged()));
+    connect(m_fontSizeBox, SIGNAL(editTextChanged(QString)), this, SLOT(fontSizeChanged()));
+}

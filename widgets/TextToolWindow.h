@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ToolWindow.h"
+
+#include <QList>
+#include <QPointer>
+#include <QStringList>
+
+class ChoiceRow;
+class ImageCanvas;
+class MainWindow;
+class QComboBox;
+
+/// The pop-up that chooses face, size and colour of the text written on the current canvas.
+class TextToolWindow : public ToolWindow
+{
+    Q_OBJECT
+
+public:
+    TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow);
+
+public slots:
+    /// Shows what the current canvas is set to, as far as the boxes list it.
+    void modeChanged();
+    void colorChanged();
+    void fontFaceChanged();
+    /// Every number that is typed counts at once.
+    void fontSizeChanged();
+
+private:
+    void createFaceBox();
+    void createSizeBox();
+
+    QComboBox *m_fontFaceBox;
+    QComboBox *m_fontSizeBox;
+    QStringList m_fontFaces;
+    QList<int> m_fontSizes;
+    ChoiceRow *m_colorRow = nullptr;
+    QPointer<ImageCanvas> m_canvas;
+    MainWindow *m_mainWindow;
+};

@@ -1,0 +1,88 @@
+#include "ToolWindow.h"
+
+#include "ImageButton.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScreen>
+
+ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidget *parent,
+                       const QString &title)
+    : FramelessWindow(background, true, parent)
+    , m_toolButton(toolButton)
+    , m_closeButton(new ImageButton("POPUP_CLOSE", this, 0, 0))
+{
+    m_closeButton->setAccessibleName(tr("Close"));
+    connect(m_closeButton, SIGNAL(clicked()), this, SLOT(close()));
+    if (parent)
+        parent->installEventFilter(this);
+    alignToToolButton();
+
+    auto *label = new QLabel(title, this);
+    label->setStyleSheet("font-family: Arial; font-size: 14px; color: white;");
+    label->move(8, 2);
+    setAccessibleName(title);
+}
+
+ImageButton *ToolWindow::toolButton() const
+{
+    return m_toolButton;
+}
+
+void ToolWindow::alignToToolButton()
+{
+    if (!m_toolButton)
+        return;
+    // The area's width and height stand for its right and bottom edges: on every screen the pop-up
+    // comes to the primary one.
+    const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
+    QPoint point = m_toolButton->mapToGlobal(QPoint(m_toolButton->width() + 3, 0));
+    if (point.x() + width() > area.width())
+        point.setX(area.width() - width());
+    if (point.y() + height() > area.height())
+        point.setY(area.height() - height());
+    move(point);
+}
+
+bool ToolWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == parent() && (event->type() == QEvent::Move || event->type() == QEvent::Resize))
+        alignToToolButton();
+    return false;
+}
+
+void ToolWindow::focusChanged(QWidget *, QWidget *now)
+{
+    for (QWidget *widget = now; widget; widget = widget->parentWidget()) {
+        if (widget == this)
+            return;
+    }
+    close();
+}
+
+void ToolWindow::setBackground(const QImage &background)
+{
+    setBackgroundImage(background);
+    alignToToolButton();
+}
+
+void ToolWindow::resizeEvent(QResizeEvent *event)
+{
+    FramelessWindow::resizeEvent(event);
+    m_closeButton->move(width() - 18, 4);
+}
+
+void ToolWindow::showEvent(QShowEvent *event)
+{
+    alignToToolButton();
+    FramelessWindow::showEvent(event);
+}
+
+void ToolWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        FramelessWindow::keyPressEvent(event);
+}

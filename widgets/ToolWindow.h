@@ -1,0 +1,44 @@
+#pragma once
+
+#include "FramelessWindow.h"
+
+class ImageButton;
+class QImage;
+
+/// A pop-up window beside the button whose options it shows; it stays there when the main window
+/// moves. Closing only hides it: the main window owns it and deletes it.
+class ToolWindow : public FramelessWindow
+{
+    Q_OBJECT
+
+public:
+    /// `parent` is the main window. An empty background may be replaced in the derived constructor.
+    ToolWindow(const QImage &background, ImageButton *toolButton, QWidget *parent,
+               const QString &title);
+
+    /// The button that the window belongs to.
+    [[nodiscard]] ImageButton *toolButton() const;
+
+    /// Moves the window just right of its button, level with its top, pushed back into the work
+    /// area.
+    void alignToToolButton();
+
+    /// Watches the parent for moves and resizes; filters nothing.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+public slots:
+    /// Closes the window unless the focus is in it.
+    void focusChanged(QWidget *old, QWidget *now);
+
+protected:
+    /// Gives the window its background and so its size, and aligns it again.
+    void setBackground(const QImage &background);
+
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    ImageButton *m_toolButton;
+    ImageButton *m_closeButton;
+};

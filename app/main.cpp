@@ -1,7 +1,7 @@
 #include "LocaleCatalogue.h"
+#include "mainwindow/MainWindow.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QLocale>
 #include <QTranslator>
 
@@ -18,7 +18,7 @@ int main(int argc, char **argv)
         qDebug("no catalogue %s", qPrintable(file));
     QCoreApplication::installTranslator(&translator);
 
-    QLabel window("The live canvas comes here");
+    MainWindow window;
     window.show();
     return QApplication::exec();
 }

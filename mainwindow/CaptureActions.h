@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+class ImageButton;
+class MainWindow;
+
+/// Snapshots and recordings: folders and modes from the settings, the buttons that show what runs.
+/// GUI thread; part of the main window.
+class CaptureActions
+{
+public:
+    explicit CaptureActions(MainWindow *window);
+
+    /// The second record button, beside the panel's.
+    void setLiveRecordButton(ImageButton *button);
+
+    /// One picture, or the start or end of a series, as the settings say.
+    void snapshot();
+    /// After a change of canvas: a series belongs to its canvas, the button to the window.
+    void showSeries();
+
+    [[nodiscard]] bool recording() const { return m_recording; }
+    void startRecording();
+    /// Nothing happens while no recording runs.
+    void stopRecording();
+
+private:
+    /// Whether a chosen folder is there; says so to the user if it is not.
+    bool checkFolder(const QString &path);
+    void showRecording(bool on);
+
+    MainWindow *m_window;
+    ImageButton *m_liveRecordButton = nullptr;
+    bool m_recording = false;
+};

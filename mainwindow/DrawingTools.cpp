@@ -1,0 +1,106 @@
+#include "DrawingTools.h"
+
+#include "MainWindow.h"
+#include "ToolWindowHolder.h"
+#include "canvas/ImageCanvas.h"
+#include "widgets/ColorToolWindow.h"
+#include "widgets/EffectToolWindow.h"
+#include "widgets/FillBackgroundToolWindow.h"
+#include "widgets/ImageButton.h"
+#include "widgets/MaskToolWindow.h"
+#include "widgets/TextToolWindow.h"
+
+DrawingTools::DrawingTools(MainWindow *window, ToolWindowHolder *popups)
+    : m_window(window)
+    , m_popups(popups)
+{
+}
+
+void DrawingTools::storeCaptions()
+{
+    m_widthText = MainWindow::tr("Width");
+    m_lineWidthText = MainWindow::tr("Line Width");
+    m_lineColorText = MainWindow::tr("Line Color");
+    m_fillColorText = MainWindow::tr("Fill Color");
+}
+
+void DrawingTools::select(PanelButton button, MouseMode mode)
+{
+    m_window->currentCanvas()->setMouseMode(mode);
+    closeForeign(button);
+}
+
+void DrawingTools::selectPlain(MouseMode mode)
+{
+    m_popups->closeAny();
+    m_window->currentCanvas()->setMouseMode(mode);
+}
+
+void DrawingTools::closeForeign(PanelButton button)
+{
+    m_popups->closeForeign(m_window->panelButton(button));
+}
+
+void DrawingTools::eraseAll()
+{
+    m_popups->closeAny();
+    m_window->currentCanvas()->clearPainting();
+}
+
+void DrawingTools::openColorTool(PanelButton button)
+{
+    for (const ButtonTable::ColorToolRow &row : ButtonTable::colorToolRows()) {
+        if (row.button != button)
+            continue;
+        m_window->currentCanvas()->setMouseMode(row.mouseMode);
+        m_popups->open([this, &row] {
+            return new ColorToolWindow(m_window->panelButton(row.button), m_window,
+                                       QObject::tr(row.title),
+                                       row.colorRow ? m_lineWidthText : m_widthText,
+                                       row.colorRow ? m_lineColorText : QString(),
+                                       row.fillRow ? m_fillColorText : QString());
+        });
+    }
+}
+
+void DrawingTools::openText()
+{
+    m_window->currentCanvas()->setMouseMode(CanvasModes::Text);
+    m_popups->open(
+        [this] { return new TextToolWindow(m_window->panelButton(PanelButton::Text), m_window); });
+}
+
+void DrawingTools::openFillBackground()
+{
+    m_popups->open([this] {
+        return new FillBackgroundToolWindow(m_window->panelButton(PanelButton::FillBackground),
+                                            m_window, MainWindow::tr("Background Color"),
+                                            m_fillColorText);
+    });
+}
+
+void DrawingTools::openMask()
+{
+    m_popups->open(
+        [this] { return new MaskToolWindow(m_window->panelButton(PanelButton::Mask), m_window); });
+}
+
+void DrawingTools::openEffect()
+{
+    m_popups->open([this] {
+        return new EffectToolWindow(m_window->panelButton(PanelButton::Effect), m_window);
+    });
+}
+
+void DrawingTools::toggleMask()
+{
+    closeForeign(PanelButton::Mask);
+    ImageCanvas *canvas = m_window->currentCanvas();
+    if (m_window->panelButton(PanelButton::Mask)->isChecked()) {
+        canvas->maskMode = m_rememberedMask;
+        return;
+    }
+    if (canvas->maskMode != CanvasModes::MaskNone)
+        m_rememberedMask = canvas->maskMode;
+    canvas->maskMode = CanvasModes::MaskNone;
+}

@@ -1,0 +1,169 @@
+#include "FilmBar.h"
+
+#include "ButtonTable.h"
+#include "MainWindow.h"
+#include "ToolWindowHolder.h"
+#include "WindowLayout.h"
+#include "app/Config.h"
+#include "canvas/SkinImages.h"
+#include "sources/FilmSource.h"
+#include "widgets/HorizontalSlider.h"
+#include "widgets/ImageButton.h"
+#include "widgets/ImageWidget.h"
+#include "widgets/Slider.h"
+
+#include <QFile>
+#include <QFileDialog>
+
+namespace
+{
+
+constexpr int FULL = 100;
+
+} // namespace
+
+FilmBar::FilmBar(FilmSource *source, ToolWindowHolder *popups, QWidget *window)
+    : QObject(window)
+    , m_source(source)
+    , m_popups(popups)
+    , m_window(window)
+{
+    createBar();
+    createSliders();
+    connect(source, SIGNAL(tick()), window, SLOT(filmTick()));
+}
+
+QSize FilmBar::barSize() const
+{
+    return m_bar->size();
+}
+
+QSize FilmBar::volumeSize() const
+{
+    return m_volume->size();
+}
+
+void FilmBar::place(const WindowLayout &at)
+{
+    m_bar->move(at.filmBar);
+    m_volume->move(at.volumeSlider);
+    m_position->move(at.filmPosition.topLeft());
+    m_position->setFixedSize(at.filmPosition.size());
+}
+
+void FilmBar::enter()
+{
+    m_bar->show();
+    m_bar->raise();
+    m_position->show();
+    m_source->resumeCapture();
+}
+
+void FilmBar::leave()
+{
+    m_bar->hide();
+    m_volumeButton->setChecked(false);
+    m_volume->hide();
+    m_position->hide();
+    m_source->pauseCapture();
+    m_playing = false;
+}
+
+void FilmBar::showVolume()
+{
+    m_popups->closeAny();
+    m_volume->setVisible(m_volumeButton->isChecked());
+    m_volume->raise();
+}
+
+void FilmBar::showPosition()
+{
+    m_position->setValue(m_source->currentPosition());
+}
+
+void FilmBar::openFile()
+{
+    m_popups->closeAny();
+    const QString path = QFileDialog::getOpenFileName(
+        m_window, QString(), Config::recordPath(),
+        MainWindow::tr("All supported media files (*.avi *.mov *.mp4)"));
+    if (path.isEmpty() || !QFile::exists(path))
+        return;
+    m_source->setFile(path);
+    m_playing = true;
+}
+
+void FilmBar::play()
+{
+    m_popups->closeAny();
+    m_source->play();
+    m_playing = true;
+}
+
+void FilmBar::pause()
+{
+    m_popups->closeAny();
+    m_source->pause();
+    m_playing = false;
+}
+
+void FilmBar::stop()
+{
+    m_popups->closeAny();
+    m_source->stop();
+    m_playing = false;
+}
+
+void FilmBar::backward()
+{
+    m_popups->closeAny();
+    m_source->backward();
+}
+
+void FilmBar::forward()
+{
+    m_popups->closeAny();
+    m_source->forward();
+}
+
+void FilmBar::playOrPause()
+{
+    if (m_playing && m_source->currentPosition() < FULL)
+        pause();
+    else
+        play();
+}
+
+void FilmBar::createBar()
+{
+    m_bar = new ImageWidget(SkinImages::load(":/icons/Background/FILM_CONTROL_BK.png"), m_window);
+    for (const ButtonTable::BarRow &row : ButtonTable::filmBarRows()) {
+        auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
+        button->setCheckable(row.checkable);
+        button->setAccessibleName(MainWindow::tr(row.accessibleName));
+        connect(button, SIGNAL(clicked()), m_window, row.slot);
+        if (row.checkable)
+            m_volumeButton = button;
+    }
+    m_bar->hide();
+}
+
+void FilmBar::createSliders()
+{
+    m_volume = new Slider(Qt::Vertical, m_window);
+    m_volume->setFixedSize(
+        SkinImages::layoutSize(SkinImages::load(":/icons/Background/POP_VOL_BK.png")));
+    m_volume->setRange(1, FULL);
+    m_volume->setValue(FULL);
+    m_volume->setAccessibleName(MainWindow::tr("Volume"));
+    connect(m_volume, SIGNAL(valueChanged(int)), m_source, SLOT(setVolume(int)));
+    m_volume->hide();
+
+    m_position =
+        new HorizontalSlider(SkinImages::load(":/icons/Background/FILM_SCROLL_BAR.png"), m_window);
+    m_position->setHandleWidth(22);
+    m_position->setRange(0, FULL);
+    m_position->setAccessibleName(MainWindow::tr("Position in the film"));
+    connect(m_position, SIGNAL(valueChanged(int)), m_source, SLOT(setPosition(int)));
+    m_position->hide();
+}

@@ -1,0 +1,186 @@
+#include "PopupTest.h"
+#include "widgets/TextToolWindow.h"
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace
+{
+
+QComboBox *faceBox(const QWidget &popup)
+{
+    return popup.findChildren<QComboBox *>()[0];
+}
+
+QComboBox *sizeBox(const QWidget &popup)
+{
+    return popup.findChildren<QComboBox *>()[1];
+}
+
+} // namespace
+
+class TestTextToolWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everythingStandsInItsPlace();
+    void openingChangesNothing();
+    void showsTheCanvasSettings();
+    void choosingAFaceReachesTheCanvas();
+    void choosingASizeReachesTheCanvas();
+    void typingSetsTheSizeAtEveryNumber();
+    void aSizeThatIsNotListedIsNotSelected();
+    void aFaceThatIsNotListedLeavesTheBox();
+    void everyColorReachesTheCanvas();
+    void anUnknownColorLeavesTheButtons();
+    void readingTheCanvasAgainWritesNothing();
+};
+
+void TestTextToolWindow::everythingStandsInItsPlace()
+{
+    PopupScene scene;
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    QCOMPARE(popup.size(), QSize(292, 70));
+    QCOMPARE(faceBox(popup)->geometry(), QRect(10, 20, 150, 22));
+    QCOMPARE(sizeBox(popup)->geometry(), QRect(165, 20, 70, 22));
+    QVERIFY(sizeBox(popup)->isEditable());
+    QVERIFY(!faceBox(popup)->isEditable());
+    QCOMPARE(Popup::lefts(popup, 43), (QList<int>{130, 163, 196, 229}));
+    QStringList labels;
+    for (const QLabel *label : popup.findChildren<QLabel *>())
+        labels << QString("%1 %2,%3").arg(label->text()).arg(label->x()).arg(label->y());
+    QCOMPARE(labels, (QStringList{"Text 8,2", "Color 8,45"}));
+
+    QStringList faces;
+    for (int i = 0; i < faceBox(popup)->count(); ++i)
+        faces << faceBox(popup)->itemText(i);
+    QCOMPARE(faces, QFontDatabase().families());
+    QCOMPARE(sizeBox(popup)->count(), QFontDatabase::standardSizes().size());
+    QCOMPARE(sizeBox(popup)->itemText(0), QString::number(QFontDatabase::standardSizes().first()));
+}
+
+void TestTextToolWindow::openingChangesNothing()
+{
+    PopupScene scene;
+    scene.canvas.setFontSize(13);
+    scene.canvas.setFontFace("No such face");
+    scene.canvas.setTextColor(QColor(1, 2, 3));
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    QCOMPARE(scene.canvas.fontSize(), 13);
+    QCOMPARE(scene.canvas.fontFace(), QString("No such face"));
+    QCOMPARE(scene.canvas.textColor(), QColor(1, 2, 3));
+}
+
+void TestTextToolWindow::showsTheCanvasSettings()
+{
+    PopupScene scene;
+    const QString face = QFontDatabase().families().last();
+    scene.canvas.setFontSize(24);
+    scene.canvas.setFontFace(face);
+    scene.canvas.setTextColor(QColor(0, 0, 255));
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    QCOMPARE(sizeBox(popup)->currentText(), QString("24"));
+    QCOMPARE(faceBox(popup)->currentText(), face);
+    QCOMPARE(Popup::checked(popup, 43), 3);
+}
+
+void TestTextToolWindow::choosingAFaceReachesTheCanvas()
+{
+    PopupScene scene;
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const int last = faceBox(popup)->count() - 1;
+    faceBox(popup)->setCurrentIndex(last);
+    emit faceBox(popup)->activated(last);
+    QCOMPARE(scene.canvas.fontFace(), QFontDatabase().families().last());
+}
+
+void TestTextToolWindow::choosingASizeReachesTheCanvas()
+{
+    PopupScene scene;
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    sizeBox(popup)->setCurrentIndex(2);
+    QCOMPARE(scene.canvas.fontSize(), QFontDatabase::standardSizes()[2]);
+}
+
+void TestTextToolWindow::typingSetsTheSizeAtEveryNumber()
+{
+    PopupScene scene;
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    popup.show();
+    QLineEdit *edit = sizeBox(popup)->lineEdit();
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, '1');
+    QCOMPARE(scene.canvas.fontSize(), 1);
+    QTest::keyClick(edit, '4');
+    QCOMPARE(scene.canvas.fontSize(), 14);
+    QTest::keyClick(edit, 'x');
+    QCOMPARE(scene.canvas.fontSize(), 14);
+    edit->clear();
+    QCOMPARE(scene.canvas.fontSize(), 14);
+}
+
+void TestTextToolWindow::aSizeThatIsNotListedIsNotSelected()
+{
+    PopupScene scene;
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    sizeBox(popup)->setEditText("37");
+    QCOMPARE(scene.canvas.fontSize(), 37);
+    sizeBox(popup)->setCurrentIndex(1);
+    const int before = sizeBox(popup)->currentIndex();
+    scene.canvas.setFontSize(37);
+    popup.modeChanged();
+    QCOMPARE(sizeBox(popup)->currentIndex(), before);
+    QCOMPARE(scene.canvas.fontSize(), 37);
+}
+
+void TestTextToolWindow::aFaceThatIsNotListedLeavesTheBox()
+{
+    PopupScene scene;
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    faceBox(popup)->setCurrentIndex(1);
+    scene.canvas.setFontFace("No such face");
+    popup.modeChanged();
+    QCOMPARE(faceBox(popup)->currentIndex(), 1);
+}
+
+void TestTextToolWindow::everyColorReachesTheCanvas()
+{
+    PopupScene scene;
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    popup.show();
+    const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
+    for (const int i : {3, 2, 1, 0}) {
+        QTest::mouseClick(Popup::row(popup, 43)[i], Qt::LeftButton);
+        QCOMPARE(scene.canvas.textColor().rgba(), colors[i]);
+    }
+}
+
+void TestTextToolWindow::anUnknownColorLeavesTheButtons()
+{
+    PopupScene scene;
+    scene.canvas.setTextColor(QColor(255, 255, 0));
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    scene.canvas.setTextColor(QColor(1, 2, 3));
+    popup.modeChanged();
+    QCOMPARE(Popup::checked(popup, 43), 2);
+}
+
+void TestTextToolWindow::readingTheCanvasAgainWritesNothing()
+{
+    PopupScene scene;
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    ImageCanvas other(&scene.window);
+    other.setFontSize(48);
+    fakeMainWindow.canvas = &other;
+    emit scene.window.modeChanged();
+    QCOMPARE(sizeBox(popup)->currentText(), QString("48"));
+    QCOMPARE(other.fontSize(), 48);
+    QCOMPARE(scene.canvas.fontSize(), 18);
+}
+
+QTEST_MAIN(TestTextToolWindow)
+#include "tst_text_tool_window.moc"

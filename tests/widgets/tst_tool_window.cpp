@@ -1,0 +1,190 @@
+#include "PopupTest.h"
+#include "widgets/AboutToolWindow.h"
+#include "widgets/ColorToolWindow.h"
+#include "widgets/ToolWindow.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPointer>
+#include <QScreen>
+
+namespace
+{
+
+QImage ground(int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::darkGray);
+    return image;
+}
+
+} // namespace
+
+class TestToolWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void isAFramelessToolWindowOfItsBackgroundsSize();
+    void titleAndCloseButtonStandInTheStrip();
+    void standsRightOfItsButton();
+    void isPushedBackIntoTheWorkArea();
+    void followsTheMainWindow();
+    void alignsAgainWhenItGetsItsBackground();
+    void closingOnlyHidesIt();
+    void escapeClosesIt();
+    void losesInterestWhenTheFocusGoesElsewhere();
+    void diesWithTheMainWindow();
+    void aboutNamesTheVersionAndClosesByOk();
+};
+
+void TestToolWindow::isAFramelessToolWindowOfItsBackgroundsSize()
+{
+    PopupScene scene;
+    const ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    QCOMPARE(popup.windowFlags() & 0x80B, Qt::WindowFlags(0x80B));
+    QCOMPARE(popup.size(), QSize(200, 100));
+    QCOMPARE(popup.minimumSize(), QSize(200, 100));
+    QCOMPARE(popup.toolButton(), &scene.toolButton);
+    QVERIFY(!popup.testAttribute(Qt::WA_DeleteOnClose));
+}
+
+void TestToolWindow::titleAndCloseButtonStandInTheStrip()
+{
+    PopupScene scene;
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup.show();
+    const auto *label = popup.findChild<QLabel *>();
+    QVERIFY(label);
+    QCOMPARE(label->text(), QString("Title"));
+    QCOMPARE(label->pos(), QPoint(8, 2));
+    QCOMPARE(label->styleSheet(), QString("font-family: Arial; font-size: 14px; color: white;"));
+    const auto *close = popup.findChild<ImageButton *>();
+    QVERIFY(close);
+    QCOMPARE(close->pos(), QPoint(200 - 18, 4));
+    QVERIFY(!close->accessibleName().isEmpty());
+}
+
+void TestToolWindow::standsRightOfItsButton()
+{
+    PopupScene scene;
+    scene.window.move(50, 40);
+    scene.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup.show();
+    const QPoint expected = scene.toolButton.mapToGlobal(QPoint(scene.toolButton.width() + 3, 0));
+    QCOMPARE(popup.pos(), expected);
+}
+
+void TestToolWindow::isPushedBackIntoTheWorkArea()
+{
+    PopupScene scene;
+    const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
+    scene.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+    scene.window.move(area.width() - 100, area.height() - 60);
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup.show();
+    QCOMPARE(popup.pos(), QPoint(area.width() - 200, area.height() - 100));
+}
+
+void TestToolWindow::followsTheMainWindow()
+{
+    PopupScene scene;
+    scene.window.move(50, 40);
+    scene.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup.show();
+    const QPoint before = popup.pos();
+    scene.window.move(90, 100);
+    QTRY_COMPARE(popup.pos(), before + QPoint(40, 60));
+
+    scene.toolButton.move(30, 20);
+    scene.window.resize(820, 600);
+    QTRY_COMPARE(popup.pos(), before + QPoint(60, 60));
+}
+
+void TestToolWindow::alignsAgainWhenItGetsItsBackground()
+{
+    PopupScene scene;
+    const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
+    scene.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+    scene.window.move(area.width() - 100, 40);
+    // Built without an image, which it gets from the number of its rows.
+    ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "Line", "Width", "", "");
+    QVERIFY(popup.width() > 100);
+    QCOMPARE(popup.x(), area.width() - popup.width());
+}
+
+void TestToolWindow::closingOnlyHidesIt()
+{
+    PopupScene scene;
+    const QPointer<ToolWindow> popup =
+        new ToolWindow(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup->show();
+    QTest::mouseClick(popup->findChild<ImageButton *>(), Qt::LeftButton);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(popup);
+    QVERIFY(!popup->isVisible());
+}
+
+void TestToolWindow::escapeClosesIt()
+{
+    PopupScene scene;
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup.show();
+    QTest::keyClick(&popup, Qt::Key_A);
+    QVERIFY(popup.isVisible());
+    QTest::keyClick(&popup, Qt::Key_Escape);
+    QVERIFY(!popup.isVisible());
+}
+
+void TestToolWindow::losesInterestWhenTheFocusGoesElsewhere()
+{
+    PopupScene scene;
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    auto *inner = new QWidget(&popup);
+    popup.show();
+    popup.focusChanged(nullptr, &popup);
+    QVERIFY(popup.isVisible());
+    popup.focusChanged(nullptr, inner);
+    QVERIFY(popup.isVisible());
+    popup.focusChanged(nullptr, &scene.toolButton);
+    QVERIFY(!popup.isVisible());
+    popup.show();
+    popup.focusChanged(nullptr, nullptr);
+    QVERIFY(!popup.isVisible());
+}
+
+void TestToolWindow::diesWithTheMainWindow()
+{
+    auto scene = std::make_unique<PopupScene>();
+    const QPointer<ToolWindow> popup =
+        new ToolWindow(ground(200, 100), &scene->toolButton, &scene->window, "Title");
+    popup->show();
+    scene.reset();
+    QVERIFY(!popup);
+}
+
+void TestToolWindow::aboutNamesTheVersionAndClosesByOk()
+{
+    PopupScene scene;
+    AboutToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), ground(256, 108));
+    popup.show();
+    QStringList labels;
+    for (const QLabel *label : popup.findChildren<QLabel *>())
+        labels << QString("%1 %2,%3").arg(label->text()).arg(label->x()).arg(label->y());
+    QCOMPARE(labels, (QStringList{"About 8,2", "Version 1.00 20,30"}));
+    const auto buttons = popup.findChildren<ImageButton *>();
+    QCOMPARE(buttons.size(), 2);
+    QCOMPARE(buttons[1]->text(), QString("OK"));
+    QCOMPARE(buttons[1]->pos(), QPoint(90, 70));
+    QTest::mouseClick(buttons[1], Qt::LeftButton);
+    QVERIFY(!popup.isVisible());
+}
+
+QTEST_MAIN(TestToolWindow)
+#include "tst_tool_window.moc"

@@ -46,6 +46,7 @@ void AnnotationTools::press(CanvasModes::MouseMode mode, QPoint picturePoint,
 {
     m_dragging = true;
     m_pressPoint = picturePoint;
+    m_clipRectangle = QRect();
     layer.beginShape();
     if (mode >= CanvasModes::Freehand && mode <= CanvasModes::Triangle)
         layer.setUsed();

@@ -526,6 +526,8 @@ void ImageCanvas::copyClip(const QRect &selection)
 {
     QImage part;
     {
+        if (!selection.isValid())
+            return;
         const QMutexLocker locker(&m_lock);
         const QRect inside = selection & QRect({0, 0}, resultSize());
         if (inside.isEmpty())

@@ -68,6 +68,9 @@ void TextAnnotation::close()
 {
     m_editor->hide();
     m_editor->moveCursor(QTextCursor::Start);
+    // An editor that was never on the screen has not laid its document out.
+    if (m_editor->document()->textWidth() <= 0.0)
+        m_editor->document()->setTextWidth(m_editor->width());
 }
 
 void TextAnnotation::setColor(const QColor &color)

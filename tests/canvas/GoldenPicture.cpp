@@ -34,8 +34,10 @@ QString GoldenPicture::difference(const QImage &actual, const QString &name)
         difference = "no golden picture " + path;
     else if (expected.size() != shown.size())
         difference = name + " has another size";
-    else if (const int pixels = differingPixels(shown, expected); pixels > 0)
-        difference = QStringLiteral("%1 differs in %2 pixels").arg(name).arg(pixels);
+    else if (shown != expected)
+        difference = QStringLiteral("%1 differs in %2 pixels")
+                         .arg(name)
+                         .arg(differingPixels(shown, expected));
     if (difference.isEmpty())
         return {};
 

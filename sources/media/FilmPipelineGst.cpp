@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QImage>
 
-#include <gst/app/gstappsink.h>
+#include <array>
 #include <gst/video/video.h>
 #include <utility>
 
@@ -15,32 +15,13 @@ namespace
 // deinterlacing. No subtitles and no colour controls.
 constexpr int playFlags = 0x1 | 0x2 | 0x10 | 0x200;
 
+// Each in another plugin, whose libraries are read from the disk when it is first used.
+constexpr std::array usualElements{
+    "playbin",      "typefind",       "qtdemux",      "h264parse",     "avdec_h264", "avidemux",
+    "jpegdec",      "mpegaudioparse", "videoconvert", "videoflip",     "appsink",    "deinterlace",
+    "audioconvert", "audioresample",  "volume",       "autoaudiosink", "pulsesink"};
+
 constexpr std::size_t mostPicturesDue = 2;
-
-GstFlowReturn keep(GstSample *sample, gpointer pictures)
-{
-    if (sample)
-        static_cast<DuePictures *>(pictures)->put(GstPtr<GstSample>(sample));
-    return GST_FLOW_OK;
-}
-
-GstFlowReturn onPreroll(GstAppSink *sink, gpointer pictures)
-{
-    return keep(gst_app_sink_try_pull_preroll(sink, 0), pictures);
-}
-
-GstFlowReturn onSample(GstAppSink *sink, gpointer pictures)
-{
-    return keep(gst_app_sink_try_pull_sample(sink, 0), pictures);
-}
-
-/// The end of a flush, with the streaming thread held off: what comes after it is of the new place.
-GstPadProbeReturn onFlush(GstPad *, GstPadProbeInfo *info, gpointer pictures)
-{
-    if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_FLUSH_STOP)
-        static_cast<DuePictures *>(pictures)->clear();
-    return GST_PAD_PROBE_OK;
-}
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
 {
@@ -58,9 +39,19 @@ FilmPipelineGst::Result resultOf(GstStateChangeReturn change)
 
 } // namespace
 
-void DuePictures::put(GstPtr<GstSample> sample)
+void DuePictures::expect(quint64 film)
 {
     const std::lock_guard lock(m_mutex);
+    m_film = film;
+    m_samples.clear();
+    m_newest.reset();
+}
+
+void DuePictures::put(quint64 film, GstPtr<GstSample> sample)
+{
+    const std::lock_guard lock(m_mutex);
+    if (film != m_film)
+        return;
     if (m_newest && gst_sample_get_buffer(m_newest.get()) == gst_sample_get_buffer(sample.get()))
         return;
     m_newest.reset(gst_sample_ref(sample.get()));
@@ -85,27 +76,44 @@ bool DuePictures::anySinceClear() const
     return m_newest != nullptr;
 }
 
-void DuePictures::clear()
+void DuePictures::clear(quint64 film)
 {
     const std::lock_guard lock(m_mutex);
+    if (film != m_film)
+        return;
     m_samples.clear();
     m_newest.reset();
 }
 
+void FilmPipelineGst::load()
+{
+    static const bool initialised = gst_init_check(nullptr, nullptr, nullptr);
+    if (!initialised)
+        return;
+    for (const char *name : usualElements) {
+        if (GstElementFactory *factory = gst_element_factory_find(name)) {
+            if (GstPluginFeature *loaded = gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)))
+                gst_object_unref(loaded);
+            gst_object_unref(factory);
+        }
+    }
+}
+
 std::unique_ptr<FilmPipelineGst>
-FilmPipelineGst::create(const QString &path, bool silent, DuePictures &pictures,
+FilmPipelineGst::create(const QString &path, bool silent, quint64 film, DuePictures &pictures,
                         const std::function<void(GstMessage *)> &onMessage)
 {
     // A pipe or a device could block for ever.
     if (!QFileInfo(path).isFile())
         return nullptr;
-    std::unique_ptr<FilmPipelineGst> pipeline(new FilmPipelineGst(pictures, onMessage));
+    std::unique_ptr<FilmPipelineGst> pipeline(new FilmPipelineGst(film, pictures, onMessage));
     return pipeline->build(path, silent) ? std::move(pipeline) : nullptr;
 }
 
-FilmPipelineGst::FilmPipelineGst(DuePictures &pictures,
+FilmPipelineGst::FilmPipelineGst(quint64 film, DuePictures &pictures,
                                  const std::function<void(GstMessage *)> &onMessage)
-    : m_pictures(pictures)
+    : m_film(film)
+    , m_pictures(pictures)
     , m_onMessage(onMessage)
 {
 }
@@ -116,7 +124,7 @@ FilmPipelineGst::~FilmPipelineGst()
         g_source_destroy(m_busWatch.get());
     if (m_playbin)
         gst_element_set_state(m_playbin.get(), GST_STATE_NULL);
-    m_pictures.clear();
+    m_pictures.clear(m_film);
 }
 
 bool FilmPipelineGst::build(const QString &path, bool silent)
@@ -158,17 +166,43 @@ GstElement *FilmPipelineGst::buildVideoSink()
     GstAppSinkCallbacks callbacks{};
     callbacks.new_preroll = onPreroll;
     callbacks.new_sample = onSample;
-    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, &m_pictures, nullptr);
+    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
 
     gst_bin_add_many(GST_BIN(bin), convert, upright, sink, nullptr);
     gst_element_link_many(convert, upright, sink, nullptr);
     GstPad *flushed = gst_element_get_static_pad(sink, "sink");
-    gst_pad_add_probe(flushed, GST_PAD_PROBE_TYPE_EVENT_FLUSH, onFlush, &m_pictures, nullptr);
+    gst_pad_add_probe(flushed, GST_PAD_PROBE_TYPE_EVENT_FLUSH, onFlush, this, nullptr);
     gst_object_unref(flushed);
     GstPad *entry = gst_element_get_static_pad(convert, "sink");
     gst_element_add_pad(bin, gst_ghost_pad_new("sink", entry));
     gst_object_unref(entry);
     return bin;
+}
+
+GstFlowReturn FilmPipelineGst::onPreroll(GstAppSink *sink, gpointer pipeline)
+{
+    return static_cast<FilmPipelineGst *>(pipeline)->keep(gst_app_sink_try_pull_preroll(sink, 0));
+}
+
+GstFlowReturn FilmPipelineGst::onSample(GstAppSink *sink, gpointer pipeline)
+{
+    return static_cast<FilmPipelineGst *>(pipeline)->keep(gst_app_sink_try_pull_sample(sink, 0));
+}
+
+GstFlowReturn FilmPipelineGst::keep(GstSample *sample)
+{
+    if (sample)
+        m_pictures.put(m_film, GstPtr<GstSample>(sample));
+    return GST_FLOW_OK;
+}
+
+/// The end of a flush, with the streaming thread held off: what comes after it is of the new place.
+GstPadProbeReturn FilmPipelineGst::onFlush(GstPad *, GstPadProbeInfo *info, gpointer pipeline)
+{
+    auto *self = static_cast<FilmPipelineGst *>(pipeline);
+    if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_FLUSH_STOP)
+        self->m_pictures.clear(self->m_film);
+    return GST_PAD_PROBE_OK;
 }
 
 void FilmPipelineGst::watchBus()

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <functional>
+#include <gst/app/gstappsink.h>
 #include <gst/gst.h>
 #include <memory>
 #include <mutex>
@@ -25,17 +26,19 @@ using GstPtr = std::unique_ptr<T, GstUnref>;
 class DuePictures
 {
 public:
-    /// Takes over a reference. A paused sink hands out the same picture again when it plays; that
-    /// one is left out.
-    void put(GstPtr<GstSample> sample);
+    /// From now on nothing but pictures of that film is kept.
+    void expect(quint64 film);
+    /// A paused sink hands out the same picture again when it plays; that one is left out.
+    void put(quint64 film, GstPtr<GstSample> sample);
     [[nodiscard]] GstPtr<GstSample> take();
     /// Whether the place that was last sought has a picture.
     [[nodiscard]] bool anySinceClear() const;
-    void clear();
+    void clear(quint64 film);
 
 private:
-    /// Guards m_samples and m_newest.
+    /// Guards all the members below.
     mutable std::mutex m_mutex;
+    quint64 m_film = 0;
     std::deque<GstPtr<GstSample>> m_samples;
     GstPtr<GstSample> m_newest;
 };
@@ -46,12 +49,15 @@ private:
 class FilmPipelineGst
 {
 public:
+    /// Initialises the library and loads the code that most films need, once. May take a while.
+    static void load();
+
     enum class Result { Failed, Done, Later };
 
     /// Null when it is no regular file or an element is missing. Messages go to `onMessage`, which
     /// outlives the pipeline, on the thread-default context.
     [[nodiscard]] static std::unique_ptr<FilmPipelineGst>
-    create(const QString &path, bool silent, DuePictures &pictures,
+    create(const QString &path, bool silent, quint64 film, DuePictures &pictures,
            const std::function<void(GstMessage *)> &onMessage);
     ~FilmPipelineGst();
     FilmPipelineGst(const FilmPipelineGst &) = delete;
@@ -69,11 +75,17 @@ public:
     [[nodiscard]] GstElement *element() const { return m_playbin.get(); }
 
 private:
-    FilmPipelineGst(DuePictures &pictures, const std::function<void(GstMessage *)> &onMessage);
+    FilmPipelineGst(quint64 film, DuePictures &pictures,
+                    const std::function<void(GstMessage *)> &onMessage);
     [[nodiscard]] bool build(const QString &path, bool silent);
     [[nodiscard]] GstElement *buildVideoSink();
     void watchBus();
+    static GstFlowReturn onPreroll(GstAppSink *sink, gpointer pipeline);
+    static GstFlowReturn onSample(GstAppSink *sink, gpointer pipeline);
+    static GstPadProbeReturn onFlush(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
+    GstFlowReturn keep(GstSample *sample);
 
+    const quint64 m_film;
     DuePictures &m_pictures;
     const std::function<void(GstMessage *)> &m_onMessage;
     GstPtr<GstElement> m_playbin;

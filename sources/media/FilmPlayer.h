@@ -38,7 +38,8 @@ public:
     /// Loads what the first open() needs, so that this is not done when the user waits.
     virtual void prepare() = 0;
 
-    /// Replaces the film by the file at `path`, paused at its start. A file that cannot be opened
+    /// Replaces the film by the file at `path`, paused at its start; pictures of the one before are
+    /// not shown from then on. A file that cannot be opened
     /// reports `ended` and leaves a player that can open the next one.
     virtual void open(const QString &path, Events events) = 0;
     /// Gives up the film: file and sound device are closed and currentTime() is 0.

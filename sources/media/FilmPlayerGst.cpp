@@ -160,6 +160,7 @@ void FilmPlayerGst::open(const QString &path, Events events)
     m_wishes.playAgain = false;
     m_place = 0;
     m_length = 0;
+    m_pictures.expect(m_wishes.film);
     wake();
 }
 
@@ -229,7 +230,7 @@ void FilmPlayerGst::wake()
 void FilmPlayerGst::run()
 {
     pthread_setname_np(pthread_self(), "FilmPlayer");
-    gst_init_check(nullptr, nullptr, nullptr);
+    FilmPipelineGst::load();
     g_main_context_push_thread_default(m_context.get());
     for (;;) {
         {
@@ -312,7 +313,7 @@ void FilmPlayerGst::openPipeline(double at)
     closePipeline();
     m_resumeAt = at;
     m_atEnd = false;
-    m_pipeline = FilmPipelineGst::create(m_path, m_silent, m_pictures, m_onMessage);
+    m_pipeline = FilmPipelineGst::create(m_path, m_silent, m_film, m_pictures, m_onMessage);
     if (!m_pipeline) {
         end(true);
         return;

@@ -1,0 +1,273 @@
+#include "TestFilm.h"
+#include "sources/FilmSource.h"
+#include "tests/fakes/PictureWall.h"
+
+#include <QtTest>
+
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+
+Q_DECLARE_METATYPE(TestFilm)
+
+namespace
+{
+
+constexpr int patienceMs = 30000;
+
+double processorSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+/// A film on show, paused with its first picture.
+struct Show {
+    explicit Show(const QString &path)
+    {
+        wall.readNumber = TestFilm::numberIn;
+        source = std::make_unique<FilmSource>(&wall, nullptr);
+        source->setFile(path);
+        source->pause();
+    }
+
+    bool ready() const { return wall.count() > 0; }
+
+    PictureWall wall;
+    std::unique_ptr<FilmSource> source;
+};
+
+} // namespace
+
+/// Seeks, steps, ends, pause and stop over the real player.
+class FilmSeekingTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    QString m_film;
+
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+private slots:
+    void initTestCase()
+    {
+        m_film = path("film.mp4");
+        TestFilm made;
+        made.seconds = 20;
+        QVERIFY(made.write(m_film));
+    }
+
+    void aSeekShowsExactlyItsPicture_data()
+    {
+        QTest::addColumn<TestFilm>("made");
+        QTest::addColumn<QString>("name");
+        TestFilm film;
+        film.seconds = 10;
+        film.video = QStringList{"-c:v", "libx264", "-preset", "fast", "-bf", "3", "-g", "60"};
+        QTest::newRow("H.264 with an edit list") << film << "a.mp4";
+        film.rate = 25;
+        film.video = QStringList{"-c:v", "mjpeg", "-q:v", "3"};
+        film.sound = QStringList{"-c:a", "pcm_s16le"};
+        QTest::newRow("Motion-JPEG avi") << film << "b.avi";
+        film.video = QStringList{"-c:v", "mpeg4", "-q:v", "3", "-g", "50"};
+        film.sound.clear();
+        QTest::newRow("MPEG-4 avi") << film << "c.avi";
+        film.video = QStringList{"-c:v",      "libx265",      "-preset",
+                                 "ultrafast", "-x265-params", "log-level=error:keyint=50"};
+        QTest::newRow("HEVC mov") << film << "d.mov";
+    }
+
+    void aSeekShowsExactlyItsPicture()
+    {
+        QFETCH(TestFilm, made);
+        QFETCH(QString, name);
+        QVERIFY(made.write(path(name)));
+        Show show(path(name));
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        for (const int percent : {70, 10, 50, 90, 0, 30}) {
+            show.source->setPosition(percent);
+            const int expected = int(percent / 10 * made.rate);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), expected, patienceMs);
+            QCOMPARE(show.source->currentPosition(), percent);
+        }
+    }
+
+    void theLastPictureShowsAtTheRightEndOfTheSlider()
+    {
+        Show show(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        show.source->setPosition(100);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() >= 570, patienceMs);
+        QCOMPARE(show.source->currentPosition(), 100);
+        show.source->setPosition(0);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
+    }
+
+    void quickSeeksEndInTheLast()
+    {
+        Show show(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        for (int i = 0; i < 500; ++i)
+            show.source->setPosition(i * 37 % 101);
+        show.source->setPosition(35);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 7 * 30, patienceMs);
+        QVERIFY(show.wall.count() < 400);
+    }
+
+    void aSeekWhilePlayingPlaysOnFromThere()
+    {
+        Show show(m_film);
+        show.source->play();
+        show.source->setPosition(50);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305, patienceMs);
+        const QVector<int> numbers = show.wall.numbers();
+        QVERIFY(numbers.contains(300));
+        QVERIFY(show.source->currentPosition() >= 50);
+    }
+
+    void windingShowsItsStepsAndParksAtTheStart()
+    {
+        Show show(m_film);
+        show.source->play();
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        for (int i = 0; i < 4; ++i)
+            show.source->forward();
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 100, patienceMs);
+        QVERIFY(show.source->currentPosition() > 16);
+        QVERIFY(!show.wall.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
+        QCOMPARE(show.source->currentPosition(), 0);
+    }
+
+    void rewindingGoesBackToTheStart()
+    {
+        Show show(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        show.source->setPosition(10);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 60, patienceMs);
+        show.source->play();
+        show.wall.forget();
+        show.source->backward();
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
+        QCOMPARE(show.source->currentPosition(), 0);
+    }
+
+    void playAfterTheEndBeginsAgain()
+    {
+        Show show(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        show.source->play();
+        show.source->setPosition(96);
+        show.wall.takeRefreshes();
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
+        QCOMPARE(show.source->currentPosition(), 100);
+        QCOMPARE(show.wall.lastNumber(), 599);
+        show.wall.forget();
+        show.source->play();
+        QVERIFY(!show.wall.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, patienceMs);
+        QVERIFY(show.wall.lastNumber() < 500);
+    }
+
+    void seekingBackFromTheEndPlaysOn()
+    {
+        Show show(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        show.source->play();
+        show.source->setPosition(96);
+        show.wall.takeRefreshes();
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
+        show.source->setPosition(50);
+        QVERIFY(!show.wall.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305 && show.wall.lastNumber() < 400,
+                                 patienceMs);
+    }
+
+    void pausedThePlayerUsesNoProcessorTime()
+    {
+        Show show(m_film);
+        show.source->play();
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, patienceMs);
+        show.source->pause();
+        QTest::qWait(500);
+        const int before = show.wall.count();
+        const double used = processorSeconds();
+        QTest::qWait(1000);
+        QVERIFY(processorSeconds() - used < 0.05);
+        QCOMPARE(show.wall.count(), before);
+    }
+
+    void destroyingItInAnyStateIsSafe()
+    {
+        PictureWall wall;
+        for (int i = 0; i < 24; ++i) {
+            FilmSource source(&wall, nullptr);
+            source.setFile(m_film);
+            if (i % 2)
+                QTRY_VERIFY_WITH_TIMEOUT(wall.count() > 0, patienceMs);
+            if (i % 3 == 1)
+                source.setPosition(50);
+            if (i % 4 == 2)
+                source.stop();
+            if (i % 6 == 5)
+                source.releaseObjects();
+            wall.forget();
+        }
+    }
+
+    void buttonsInAnyOrderNeverHang()
+    {
+        Show show(m_film);
+        const quint32 seed = 20261121;
+        QRandomGenerator random(seed);
+        for (int i = 0; i < 2000; ++i) {
+            switch (random.bounded(10)) {
+            case 0:
+                show.source->play();
+                break;
+            case 1:
+                show.source->pause();
+                break;
+            case 2:
+                show.source->stop();
+                break;
+            case 3:
+                show.source->forward();
+                break;
+            case 4:
+                show.source->backward();
+                break;
+            case 5:
+                show.source->setVolume(random.bounded(101));
+                break;
+            case 6:
+                QTest::qWait(random.bounded(10));
+                break;
+            case 7:
+                if (random.bounded(20) == 0)
+                    show.source->setFile(random.bounded(3) ? m_film : path("none.mp4"));
+                break;
+            default:
+                show.source->setPosition(random.bounded(101));
+            }
+            const int position = show.source->currentPosition();
+            QVERIFY(position >= 0 && position <= 100);
+        }
+        show.source->setFile(m_film);
+        show.source->pause();
+        show.wall.forget();
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        show.source->setPosition(50);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 300, patienceMs);
+        QVERIFY(!show.wall.refreshedElsewhere());
+    }
+};
+
+QTEST_GUILESS_MAIN(FilmSeekingTest)
+#include "tst_film_seeking.moc"

@@ -33,8 +33,8 @@ struct Wishes {
 
     /// Counts open() and close().
     quint64 film = 0;
-    /// Empty after close().
-    QString path;
+    /// None after close().
+    std::optional<QString> path;
     FilmPlayer::Events events;
     bool playing = false;
     /// play() was called: a film that has ended begins again.
@@ -54,7 +54,7 @@ public:
 
     void prepare() override;
     void open(const QString &path, Events events) override;
-    void close() override { open({}, {}); }
+    void close() override { change(std::nullopt, {}); }
     void play() override;
     void pause() override;
     void seek(double seconds, Completion completion) override;
@@ -66,10 +66,11 @@ private:
     /// What the pipeline is busy with; nothing else is asked of it until it has answered.
     enum class Work { None, Opening, Seeking, ChangingState };
 
+    void change(std::optional<QString> path, Events events);
     void wake();
     void run();
     void meetWishes();
-    void takeFilm(quint64 film, const QString &path, const Events &events);
+    void takeFilm(quint64 film, const std::optional<QString> &path, const Events &events);
     void openPipeline(double at);
     void closePipeline();
     void startSeek(Wishes::Seek seek);
@@ -110,7 +111,7 @@ private:
     // The player's thread only.
     std::unique_ptr<FilmPipelineGst> m_pipeline;
     quint64 m_film = 0;
-    QString m_path;
+    std::optional<QString> m_path;
     Events m_events;
     Work m_work = Work::None;
     GstPtr<GSource> m_impatience;
@@ -152,9 +153,14 @@ void FilmPlayerGst::prepare()
 void FilmPlayerGst::open(const QString &path, Events events)
 {
     prepare();
+    change(path, std::move(events));
+}
+
+void FilmPlayerGst::change(std::optional<QString> path, Events events)
+{
     const std::lock_guard lock(m_mutex);
     ++m_wishes.film;
-    m_wishes.path = path;
+    m_wishes.path = std::move(path);
     m_wishes.events = std::move(events);
     m_wishes.playing = false;
     m_wishes.playAgain = false;
@@ -252,7 +258,7 @@ void FilmPlayerGst::meetWishes()
     std::unique_lock lock(m_mutex);
     if (m_wishes.film != m_film) {
         const quint64 film = m_wishes.film;
-        const QString path = m_wishes.path;
+        const std::optional<QString> path = m_wishes.path;
         const Events events = m_wishes.events;
         lock.unlock();
         takeFilm(film, path, events);
@@ -277,13 +283,13 @@ void FilmPlayerGst::meetWishes()
     const bool playing = m_wishes.playing;
     const bool again = std::exchange(m_wishes.playAgain, false);
     lock.unlock();
-    if (again && (m_atEnd || !m_pipeline) && !m_path.isEmpty())
+    if (again && (m_atEnd || !m_pipeline) && m_path)
         startSeek({m_film, 0, {}});
     else if (m_pipeline && playing != m_playing)
         setPlaying(playing);
 }
 
-void FilmPlayerGst::takeFilm(quint64 film, const QString &path, const Events &events)
+void FilmPlayerGst::takeFilm(quint64 film, const std::optional<QString> &path, const Events &events)
 {
     finishSeek(false);
     closePipeline();
@@ -304,7 +310,7 @@ void FilmPlayerGst::takeFilm(quint64 film, const QString &path, const Events &ev
     m_silent = false;
     m_wasOpen = false;
     m_atEnd = false;
-    if (!path.isEmpty())
+    if (path)
         openPipeline(0);
 }
 
@@ -313,7 +319,7 @@ void FilmPlayerGst::openPipeline(double at)
     closePipeline();
     m_resumeAt = at;
     m_atEnd = false;
-    m_pipeline = FilmPipelineGst::create(m_path, m_silent, m_film, m_pictures, m_onMessage);
+    m_pipeline = FilmPipelineGst::create(*m_path, m_silent, m_film, m_pictures, m_onMessage);
     if (!m_pipeline) {
         end(true);
         return;
@@ -347,7 +353,7 @@ void FilmPlayerGst::startSeek(Wishes::Seek seek)
     m_atEnd = false;
     if (m_pipeline)
         sendSeek(seconds, true);
-    else if (!m_path.isEmpty())
+    else if (m_path)
         openPipeline(seconds);
     else
         finishSeek(false);

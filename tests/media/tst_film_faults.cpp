@@ -1,0 +1,322 @@
+#include "TestFilm.h"
+#include "sources/FilmSource.h"
+#include "tests/fakes/PictureWall.h"
+
+#include <QtTest>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+namespace
+{
+
+constexpr int patienceMs = 30000;
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeTo(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+} // namespace
+
+/// What files and people do to a player, over the real one.
+class FilmFaultsTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    QString m_film;
+    PictureWall m_wall;
+    std::unique_ptr<FilmSource> m_source;
+
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    /// The player must still open and play the next film to its end.
+    void verifyTheNextFilmPlays()
+    {
+        m_source->setFile(m_film);
+        m_wall.forget();
+        m_wall.takeRefreshes();
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QCOMPARE(m_source->currentPosition(), 100);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_film = path("film.mp4");
+        TestFilm made;
+        made.seconds = 2;
+        QVERIFY(made.write(m_film));
+        m_wall.readNumber = TestFilm::numberIn;
+    }
+
+    void init()
+    {
+        m_source = std::make_unique<FilmSource>(&m_wall, nullptr);
+        m_wall.forget();
+        m_wall.takeRefreshes();
+    }
+
+    void cleanup() { m_source.reset(); }
+
+    void aFileThatCannotBeOpenedLeavesThePictureAndThePlayer_data()
+    {
+        QTest::addColumn<QString>("what");
+        for (const char *what : {"missing", "empty", "garbage", "truncated", "folder", "device",
+                                 "pipe", "picture", "no path", "no reading"})
+            QTest::newRow(what) << QString::fromLatin1(what);
+    }
+
+    void aFileThatCannotBeOpenedLeavesThePictureAndThePlayer()
+    {
+        QFETCH(QString, what);
+        QString bad = path(what + ".mp4");
+        if (what == "empty") {
+            QVERIFY(writeTo(bad, {}));
+        } else if (what == "garbage") {
+            QByteArray noise(300000, 0);
+            for (int i = 0; i < noise.size(); ++i)
+                noise[i] = char((i * 7919) ^ (i >> 3));
+            QVERIFY(writeTo(bad, noise));
+        } else if (what == "truncated") { // its index stood at the end
+            QVERIFY(writeTo(bad, contentOf(m_film).left(20000)));
+        } else if (what == "folder") {
+            bad = m_folder.path();
+        } else if (what == "device") {
+            bad = "/dev/zero";
+        } else if (what == "pipe") {
+            QCOMPARE(mkfifo(qPrintable(bad), 0600), 0);
+        } else if (what == "no path") {
+            bad = QString();
+        } else if (what == "picture") {
+            QVERIFY(writeTo(bad, QByteArray("<svg xmlns='http://www.w3.org/2000/svg'/>")));
+        } else if (what == "no reading") {
+            bad = "/proc/self/mem";
+        }
+
+        m_source->setFile(m_film);
+        m_source->pause();
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        m_wall.forget();
+        QVERIFY(m_source->setFile(bad));
+        QVERIFY(!m_wall.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QCOMPARE(m_wall.count(), 0);
+        QCOMPARE(m_source->currentPosition(), 0);
+        // Every button still answers.
+        m_source->setPosition(50);
+        m_source->forward();
+        m_source->tickEvent();
+        m_source->backward();
+        m_source->stop();
+        m_source->play();
+        m_source->pause();
+        QCOMPARE(m_source->currentPosition(), 0);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFilmThatBreaksOffPlaysToThereAndSeeksBack()
+    {
+        TestFilm made;
+        made.seconds = 10;
+        made.output = QStringList{"-movflags", "faststart"};
+        QVERIFY(made.write(path("whole.mp4")));
+        const QByteArray whole = contentOf(path("whole.mp4"));
+        QVERIFY(writeTo(path("broken.mp4"), whole.left(whole.size() / 2)));
+        m_source->setFile(path("broken.mp4"));
+        m_source->setPosition(30);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 90, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QVERIFY(m_wall.lastNumber() > 110 && m_wall.lastNumber() < 200);
+        m_source->pause();
+        m_source->setPosition(90); // beyond what is there
+        m_source->setPosition(10);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, patienceMs);
+        m_source->setPosition(90);
+        QTest::qWait(200);
+        m_source->setPosition(20);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 60, patienceMs);
+        verifyTheNextFilmPlays();
+    }
+
+    void aDamagedMiddleIsPlayedOver_data()
+    {
+        QTest::addColumn<QStringList>("video");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("H.264 mp4")
+            << QStringList{"-c:v", "libx264", "-preset", "ultrafast", "-g", "15"} << "damaged.mp4";
+        QTest::newRow("Motion-JPEG avi") << QStringList{"-c:v", "mjpeg"} << "damaged.avi";
+        QTest::newRow("MPEG-4 avi") << QStringList{"-c:v", "mpeg4", "-g", "15"} << "damaged4.avi";
+    }
+
+    void aDamagedMiddleIsPlayedOver()
+    {
+        QFETCH(QStringList, video);
+        QFETCH(QString, name);
+        TestFilm made;
+        made.seconds = 4;
+        made.video = video;
+        made.sound.clear();
+        QVERIFY(made.write(path(name)));
+        QByteArray content = contentOf(path(name));
+        for (int i = content.size() * 45 / 100; i < content.size() * 50 / 100; ++i)
+            content[i] = char(i * 31);
+        QVERIFY(writeTo(path(name), content));
+        m_source->setFile(path(name));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QCOMPARE(m_wall.lastNumber(), 119);
+        m_source->pause();
+        m_source->setPosition(50);
+        m_source->setPosition(75);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 90, patienceMs);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFileThatVanishesPlaysOn()
+    {
+        QVERIFY(QFile::copy(m_film, path("vanishing.mp4")));
+        m_source->setFile(path("vanishing.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, patienceMs);
+        QVERIFY(QFile::remove(path("vanishing.mp4")));
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFileThatVanishesBeforeItIsReadIsNone()
+    {
+        for (int i = 0; i < 10; ++i) {
+            QVERIFY(QFile::copy(m_film, path("flash.mp4")));
+            m_source->setFile(path("flash.mp4"));
+            QVERIFY(QFile::remove(path("flash.mp4")));
+            m_source->setPosition(50);
+        }
+        verifyTheNextFilmPlays();
+    }
+
+    void aFileThatIsReplacedWhileItPlays_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("by nothing") << QByteArray();
+        QTest::newRow("by noise") << QByteArray(400000, 'x');
+    }
+
+    void aFileThatIsReplacedWhileItPlays()
+    {
+        QFETCH(QByteArray, content);
+        TestFilm made;
+        made.seconds = 20;
+        made.size = QSize(640, 480);
+        made.video = QStringList{"-c:v", "mjpeg", "-q:v", "2"};
+        QVERIFY(made.write(path("replaced.avi")));
+        m_source->setFile(path("replaced.avi"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, patienceMs);
+        QVERIFY(writeTo(path("replaced.avi"), content));
+        m_source->setPosition(50);
+        m_source->setPosition(90);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        m_source->setPosition(10);
+        m_source->play();
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFilmOfTenHours()
+    {
+        TestFilm made;
+        made.size = QSize(64, 16);
+        made.rate = 0.1;
+        made.seconds = 36000;
+        made.sound.clear();
+        QVERIFY(made.write(path("long.mp4")));
+        m_source->setFile(path("long.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        m_source->pause();
+        m_source->setPosition(50);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 1800, patienceMs);
+        QCOMPARE(m_source->currentPosition(), 50);
+        m_source->setPosition(99);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 3564, patienceMs);
+        m_source->play();
+        m_source->forward();
+        QTest::qWait(300);
+        QCOMPARE(m_source->currentPosition(), 99);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFilmOfUnknownLengthPlays()
+    {
+        TestFilm made;
+        made.seconds = 2;
+        made.output = QStringList{"-movflags", "frag_keyframe+empty_moov+default_base_moof"};
+        QVERIFY(made.write(path("fragments.mp4")));
+        m_source->setFile(path("fragments.mp4"));
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        m_source->setPosition(50);
+        m_source->stop();
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 0, patienceMs);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFilmWithoutPicturesPlaysToItsEnd()
+    {
+        TestFilm made;
+        made.seconds = 1;
+        made.video = QStringList{"-vn"};
+        QVERIFY(made.write(path("sound.mp4")));
+        m_source->setFile(path("sound.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QCOMPARE(m_wall.count(), 0);
+        QCOMPARE(m_source->currentPosition(), 100);
+        verifyTheNextFilmPlays();
+    }
+
+    void aTurnedFilmStandsUpright()
+    {
+        TestFilm made;
+        made.seconds = 1;
+        made.output = QStringList{"-metadata:s:v:0", "rotate=90"};
+        QVERIFY(made.write(path("turned.mp4")));
+        m_source->setFile(path("turned.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        const QImage upright = m_wall.last();
+        QCOMPARE(upright.size(), QSize(240, 320));
+        // The tag asks for a quarter turn clockwise: what stood left stands above.
+        QTransform back;
+        back.rotate(-90);
+        QCOMPARE(TestFilm::numberIn(upright.transformed(back)), 29);
+    }
+
+    void aVariableFrameRateKeepsItsTimes()
+    {
+        TestFilm made;
+        made.seconds = 10;
+        made.filter = "select='lt(n,150)+not(mod(n,3))'"; // 30, then 10 a second
+        made.output = QStringList{"-vsync", "vfr"};
+        QVERIFY(made.write(path("variable.mp4")));
+        m_source->setFile(path("variable.mp4"));
+        m_source->pause();
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        for (const auto &[percent, number] :
+             {std::pair(10, 30), std::pair(40, 120), std::pair(60, 180), std::pair(90, 270)}) {
+            m_source->setPosition(percent);
+            QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), number, patienceMs);
+        }
+        m_source->play();
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() == 297, patienceMs);
+    }
+};
+
+QTEST_GUILESS_MAIN(FilmFaultsTest)
+#include "tst_film_faults.moc"

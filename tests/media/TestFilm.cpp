@@ -4,6 +4,23 @@
 #include <QImage>
 #include <QProcess>
 
+namespace
+{
+
+bool run(const QStringList &arguments)
+{
+    QProcess ffmpeg;
+    ffmpeg.setProcessChannelMode(QProcess::MergedChannels);
+    ffmpeg.setStandardInputFile(QProcess::nullDevice());
+    ffmpeg.start(QStringLiteral("ffmpeg"), arguments);
+    const bool done = ffmpeg.waitForFinished(120000) && ffmpeg.exitCode() == 0;
+    if (!done)
+        qWarning().noquote() << ffmpeg.errorString() << ffmpeg.readAll();
+    return done;
+}
+
+} // namespace
+
 bool TestFilm::write(const QString &path) const
 {
     QString picture = QStringLiteral("nullsrc=s=32x8:r=%1:d=%2,format=gray,"
@@ -20,16 +37,12 @@ bool TestFilm::write(const QString &path) const
     if (!sound.isEmpty())
         arguments += {"-f", "lavfi", "-i", QStringLiteral("sine=440:d=%1").arg(seconds)};
     arguments += video + sound + output;
-    arguments += path;
-
-    QProcess ffmpeg;
-    ffmpeg.setProcessChannelMode(QProcess::MergedChannels);
-    ffmpeg.setStandardInputFile(QProcess::nullDevice());
-    ffmpeg.start(QStringLiteral("ffmpeg"), arguments);
-    const bool done = ffmpeg.waitForFinished(120000) && ffmpeg.exitCode() == 0;
-    if (!done)
-        qWarning().noquote() << ffmpeg.errorString() << ffmpeg.readAll();
-    return done;
+    if (turned == 0)
+        return run(arguments << path);
+    const QString straight = path + ".straight.mp4";
+    return run(arguments << straight) &&
+           run({"-v", "error", "-y", "-i", straight, "-c", "copy", "-metadata:s:v:0",
+                QStringLiteral("rotate=%1").arg(turned), path});
 }
 
 int TestFilm::numberIn(const QImage &picture)

@@ -21,6 +21,8 @@ struct TestFilm {
     QStringList output;
     /// Further picture filters.
     QString filter;
+    /// Degrees that players have to turn the picture anticlockwise.
+    int turned = 0;
 
     /// Makes the file; false, with ffmpeg's words in the log, when that fails.
     [[nodiscard]] bool write(const QString &path) const;

@@ -1,0 +1,169 @@
+#include "SoundServer.h"
+#include "TestFilm.h"
+#include "sources/FilmSource.h"
+#include "tests/fakes/PictureWall.h"
+
+#include <QtTest>
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cmath>
+
+namespace
+{
+
+constexpr int patienceMs = 30000;
+
+QByteArray outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(patienceMs);
+    return process.readAllStandardOutput();
+}
+
+/// How many streams play on the server.
+int streams()
+{
+    return int(outputOf("pactl", {"list", "short", "sink-inputs"}).split('\n').size()) - 1;
+}
+
+/// The loudness of what the server plays, as the root of the mean square of 16-bit samples, over
+/// half a second.
+double loudness()
+{
+    QProcess parec;
+    parec.start("parec", {"--device=room.monitor", "--format=s16le", "--rate=44100", "--channels=1",
+                          "--latency-msec=20"});
+    QByteArray sound;
+    while (sound.size() < 2 * 44100 && parec.waitForReadyRead(patienceMs))
+        sound += parec.readAllStandardOutput();
+    parec.kill();
+    parec.waitForFinished(patienceMs);
+    const auto *samples = reinterpret_cast<const qint16 *>(sound.constData());
+    const int count = sound.size() / 2;
+    double sum = 0;
+    for (int i = count / 2; i < count; ++i)
+        sum += double(samples[i]) * samples[i];
+    return std::sqrt(sum / std::max(1, count - count / 2));
+}
+
+} // namespace
+
+/// The film's sound on a sound server of the test's own, and what happens when that goes away.
+class FilmSoundTest : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    QString m_film;
+    std::unique_ptr<SoundServer> m_server;
+    PictureWall m_wall;
+    std::unique_ptr<FilmSource> m_source;
+
+    void verifyThePicturesGoOn()
+    {
+        const int before = m_wall.count();
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > before + 30, patienceMs);
+        QVERIFY(!m_wall.refreshing());
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_film = m_folder.filePath("film.mp4");
+        TestFilm made;
+        made.seconds = 60;
+        made.rate = 25;
+        QVERIFY(made.write(m_film));
+        m_wall.readNumber = TestFilm::numberIn;
+    }
+
+    void init()
+    {
+        m_server = std::make_unique<SoundServer>(m_folder.filePath("server"));
+        QVERIFY(m_server->start(QString()));
+        m_source = std::make_unique<FilmSource>(&m_wall, nullptr);
+        m_wall.forget();
+    }
+
+    void cleanup()
+    {
+        m_source.reset();
+        m_server.reset();
+    }
+
+    void soundPlaysAndFollowsTheVolume()
+    {
+        m_source->setFile(m_film);
+        QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() > 1000, patienceMs);
+        const double full = loudness();
+        m_source->setVolume(10);
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() < full * 0.2, patienceMs);
+        QVERIFY(loudness() > full * 0.05);
+        m_source->setVolume(100);
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() > full * 0.9, patienceMs);
+        m_source->pause();
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() < 1, patienceMs);
+    }
+
+    void theVolumeHoldsForTheNextFilm()
+    {
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() > 1000, patienceMs);
+        const double full = loudness();
+        m_source->setVolume(10);
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() > full * 0.05, patienceMs);
+        QVERIFY(loudness() < full * 0.2);
+    }
+
+    void thePicturesGoOnWhenTheServerDies()
+    {
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, patienceMs);
+        const int before = m_wall.lastNumber();
+        m_server->kill();
+        verifyThePicturesGoOn();
+        QVERIFY(m_wall.lastNumber() > before);
+        m_source->pause();
+        m_source->setPosition(50);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, patienceMs);
+    }
+
+    void aServerThatDiesWhilePausedIsNotMissed()
+    {
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, patienceMs);
+        m_source->pause();
+        m_server->kill();
+        m_source->setPosition(50);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, patienceMs);
+        m_source->play();
+        verifyThePicturesGoOn();
+    }
+
+    void soundIsBackForTheNextFilm()
+    {
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.count() > 10, patienceMs);
+        m_server->kill();
+        verifyThePicturesGoOn();
+        QVERIFY(m_server->start(QString()));
+        m_source->setFile(m_film);
+        QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, patienceMs);
+        verifyThePicturesGoOn();
+    }
+
+    void withoutAServerThePicturesPlay()
+    {
+        m_server->pretendAbsent();
+        m_source->setFile(m_film);
+        verifyThePicturesGoOn();
+    }
+};
+
+QTEST_GUILESS_MAIN(FilmSoundTest)
+#include "tst_film_sound.moc"

@@ -363,7 +363,8 @@ void FilmSource::filmEnded(quint64 generation, quint64 action)
         return;
     m_private->opening = false;
     m_pendingPercent = -1;
-    if (action != m_private->action)
+    // Whatever pauses a film has seen to the refresh itself, and may have left the mode since.
+    if (action != m_private->action || !m_private->playing)
         return;
     m_refreshingAtEnd = true;
     m_callback->startAutoRefresh();

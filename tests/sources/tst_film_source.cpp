@@ -480,6 +480,16 @@ private slots:
         QCOMPARE(bench.wall.refreshing(), false);
     }
 
+    void aFilmThatFailsAfterLeavingTheModeRefreshesNothing()
+    {
+        Bench bench;
+        bench.source.setFile("/films/none.mp4");
+        bench.source.pauseCapture();
+        bench.film.ends();
+        bench.forget();
+        QVERIFY(!bench.wall.refreshing());
+    }
+
     void releasingDetachesTheFilm()
     {
         Bench bench(61);

@@ -1,0 +1,161 @@
+#include "sources/media/DisplayLink.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <pthread.h>
+#include <string>
+#include <sys/resource.h>
+#include <thread>
+
+namespace
+{
+
+/// Counts ticks and lets a test wait for them.
+class Counter
+{
+public:
+    void operator()()
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_count;
+        char name[16] = {};
+        pthread_getname_np(pthread_self(), name, sizeof name);
+        m_thread = name;
+        m_changed.notify_all();
+    }
+
+    bool reaches(int count)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, std::chrono::seconds(30), [&] { return m_count >= count; });
+    }
+
+    int count()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_count;
+    }
+
+    std::string thread()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_thread;
+    }
+
+private:
+    /// Guards the members below.
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_count = 0;
+    std::string m_thread;
+};
+
+double processorSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+} // namespace
+
+class DisplayLinkTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ticksOnItsOwnNamedThread()
+    {
+        Counter counter;
+        const auto link = DisplayLink::create([&] { counter(); });
+        QCOMPARE(counter.count(), 0);
+        link->start();
+        QVERIFY(counter.reaches(5));
+        QCOMPARE(counter.thread(), std::string("DisplayLink"));
+    }
+
+    void ticksNoFasterThanTheScreen()
+    {
+        // The offscreen screen refreshes 60 times a second.
+        Counter counter;
+        const auto link = DisplayLink::create([&] { counter(); });
+        QElapsedTimer timer;
+        timer.start();
+        link->start();
+        QVERIFY(counter.reaches(60));
+        QVERIFY(timer.elapsed() >= 970);
+    }
+
+    void noTickFollowsStop()
+    {
+        Counter counter;
+        std::atomic<bool> stopped{false};
+        std::atomic<bool> late{false};
+        const auto link = DisplayLink::create([&] {
+            counter();
+            std::this_thread::yield();
+            if (stopped)
+                late = true;
+        });
+        for (int i = 0; i < 300; ++i) {
+            const int before = counter.count();
+            stopped = false;
+            link->start();
+            if (i % 3)
+                QVERIFY(counter.reaches(before + 1));
+            link->stop();
+            stopped = true;
+        }
+        const int after = counter.count();
+        QTest::qWait(100);
+        QCOMPARE(counter.count(), after);
+        QVERIFY(!late);
+    }
+
+    void stoppedItUsesNoProcessorTime()
+    {
+        Counter counter;
+        const auto link = DisplayLink::create([&] { counter(); });
+        link->start();
+        QVERIFY(counter.reaches(3));
+        link->stop();
+        const double used = processorSeconds();
+        QTest::qWait(500);
+        QVERIFY(processorSeconds() - used < 0.05);
+    }
+
+    void aSlowTickSwallowsTheOnesItMissed()
+    {
+        Counter counter;
+        const auto link = DisplayLink::create([&] {
+            counter();
+            if (counter.count() == 1)
+                std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        });
+        QElapsedTimer timer;
+        timer.start();
+        link->start();
+        QVERIFY(counter.reaches(10));
+        QVERIFY(timer.elapsed() >= 500 + 7 * 16);
+    }
+
+    void isDestroyedWhileRunningAndWhileStopped()
+    {
+        for (int i = 0; i < 100; ++i) {
+            Counter counter;
+            const auto link = DisplayLink::create([&] { counter(); });
+            if (i % 3 == 0)
+                continue;
+            link->start();
+            if (i % 3 == 1)
+                link->stop();
+        }
+    }
+};
+
+QTEST_MAIN(DisplayLinkTest)
+#include "tst_display_link.moc"

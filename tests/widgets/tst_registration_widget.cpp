@@ -114,6 +114,16 @@ private slots:
         QVERIFY(m_widget->items().at(1).name.isEmpty());
     }
 
+    void showingAPageDoesNotRewriteItsItems()
+    {
+        // The editors would make one kind of line end of both, and an empty string of the null one.
+        QVERIFY(RegistrationFile::write(path("ends.rf"), {{QString(), "one\r\ntwo"}}));
+        openFrom("ends.rf");
+        m_widget->refresh();
+        QVERIFY(m_widget->items().at(0).name.isNull());
+        QCOMPARE(m_widget->items().at(0).content, QString("one\r\ntwo"));
+    }
+
     void createStartsAnEmptyListWithoutAFile()
     {
         add(3);

@@ -1,0 +1,529 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>AboutToolWindow</name>
+    <message>
+        <source>About</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>Version 1.00</source>
+        <translation>Version 1.00</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>ColorToolWindow</name>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 Pixel</translation>
+    </message>
+    <message>
+        <source>No fill</source>
+        <translation>Keine Füllung</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>Schwarz</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rot</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Gelb</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Blau</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Weiß</translation>
+    </message>
+</context>
+<context>
+    <name>EffectToolWindow</name>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>B &amp; W</source>
+        <translation>S/W</translation>
+    </message>
+    <message>
+        <source>Negative</source>
+        <translation>Negativ</translation>
+    </message>
+    <message>
+        <source>Mosaic</source>
+        <translation>Mosaik</translation>
+    </message>
+    <message>
+        <source>Color Effect</source>
+        <translation>Farbeffekt</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Line Width</source>
+        <translation>Linienstärke</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <source>Noting</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>Assisting</source>
+        <translation>Hilfen</translation>
+    </message>
+    <message>
+        <source>Adjustment</source>
+        <translation>Anpassung</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>Freihand</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Kreis</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Pfeil</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Dreieck</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Radierer</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Erase all</source>
+        <translation>Alles löschen</translation>
+    </message>
+    <message>
+        <source>Clip image</source>
+        <translation>Ausschnitt kopieren</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>Hand</translation>
+    </message>
+    <message>
+        <source>Fill background</source>
+        <translation>Hintergrund füllen</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>Maske</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effekt</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>Zoom zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Auto focus</source>
+        <translation>Autofokus</translation>
+    </message>
+    <message>
+        <source>Brightness down</source>
+        <translation>Helligkeit verringern</translation>
+    </message>
+    <message>
+        <source>Brightness up</source>
+        <translation>Helligkeit erhöhen</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Drehen</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>Standbild</translation>
+    </message>
+    <message>
+        <source>Record video</source>
+        <translation>Video aufnehmen</translation>
+    </message>
+    <message>
+        <source>Take snapshot</source>
+        <translation>Schnappschuss aufnehmen</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>Live</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Photograph</source>
+        <translation>Foto</translation>
+    </message>
+    <message>
+        <source>Drawing Board</source>
+        <translation>Zeichenbrett</translation>
+    </message>
+    <message>
+        <source>Open film</source>
+        <translation>Film öffnen</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Wiedergabe</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stopp</translation>
+    </message>
+    <message>
+        <source>Slower or backward</source>
+        <translation>Langsamer oder rückwärts</translation>
+    </message>
+    <message>
+        <source>Faster</source>
+        <translation>Schneller</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
+    </message>
+    <message>
+        <source>Open folder of photographs</source>
+        <translation>Fotoordner öffnen</translation>
+    </message>
+    <message>
+        <source>Previous photograph</source>
+        <translation>Vorheriges Foto</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>Diaschau</translation>
+    </message>
+    <message>
+        <source>Next photograph</source>
+        <translation>Nächstes Foto</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>Vorschaubilder</translation>
+    </message>
+    <message>
+        <source>Slideshow interval</source>
+        <translation>Intervall der Diaschau</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Please select a folder first.</source>
+        <translation>Bitte wählen Sie zuerst einen Ordner aus.</translation>
+    </message>
+    <message>
+        <source>Line Color</source>
+        <translation>Linienfarbe</translation>
+    </message>
+    <message>
+        <source>Fill Color</source>
+        <translation>Füllfarbe</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>Hintergrundfarbe</translation>
+    </message>
+    <message>
+        <source>All supported media files (*.avi *.mov *.mp4)</source>
+        <translation>Alle unterstützten Mediendateien (*.avi *.mov *.mp4)</translation>
+    </message>
+    <message>
+        <source>Position in the film</source>
+        <translation>Position im Film</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>Side panel</source>
+        <translation>Seitenleiste</translation>
+    </message>
+    <message>
+        <source>The recording has stopped because it could not be written.</source>
+        <translation>Die Aufnahme wurde beendet, weil sie nicht geschrieben werden konnte.</translation>
+    </message>
+    <message>
+        <source>1     2     5    10    15    30  sec.</source>
+        <translation>1     2     5    10    15    30  Sek.</translation>
+    </message>
+    <message>
+        <source>No printers found on this system.</source>
+        <translation>Auf diesem System wurden keine Drucker gefunden.</translation>
+    </message>
+</context>
+<context>
+    <name>MaskToolWindow</name>
+    <message>
+        <source>Circle</source>
+        <translation>Kreis</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Right half</source>
+        <translation>Rechte Hälfte</translation>
+    </message>
+    <message>
+        <source>Lower half</source>
+        <translation>Untere Hälfte</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effekt</translation>
+    </message>
+</context>
+<context>
+    <name>OSDProcessor</name>
+    <message>
+        <source>Best fit</source>
+        <translation>Einpassen</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>Freihand</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Kreis</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Pfeil</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Dreieck</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Radierer</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationWidget</name>
+    <message>
+        <source>Open registration file...</source>
+        <translation>Registrierungsdatei öffnen...</translation>
+    </message>
+    <message>
+        <source>Registration file (*.rf)</source>
+        <translation>Registrierungsdatei (*.rf)</translation>
+    </message>
+    <message>
+        <source>Save registration file...</source>
+        <translation>Registrierungsdatei speichern...</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolWindow</name>
+    <message>
+        <source>sec</source>
+        <translation>Sek.</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>Min.</translation>
+    </message>
+    <message>
+        <source>hr</source>
+        <translation>Std.</translation>
+    </message>
+    <message>
+        <source>XGA 1024 x 768</source>
+        <translation>XGA 1024 x 768</translation>
+    </message>
+    <message>
+        <source>HD 1280 x 720</source>
+        <translation>HD 1280 x 720</translation>
+    </message>
+    <message>
+        <source>FHD 1920 x 1080</source>
+        <translation>FHD 1920 x 1080</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>Einzeln</translation>
+    </message>
+    <message>
+        <source>Continuous</source>
+        <translation>Fortlaufend</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>Quelle</translation>
+    </message>
+    <message>
+        <source>Document Camera</source>
+        <translation>Dokumentenkamera</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Auflösung</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Schnappschuss</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Intervall</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Fotos speichern in</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Browse for the snapshot folder</source>
+        <translation>Ordner für Schnappschüsse suchen</translation>
+    </message>
+    <message>
+        <source>RecordingSave</source>
+        <translation>Videos speichern in</translation>
+    </message>
+    <message>
+        <source>Browse for the recording folder</source>
+        <translation>Ordner für Aufnahmen suchen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Frage</translation>
+    </message>
+    <message>
+        <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
+        <translation>Bei einer Aufnahmeauflösung von 1920x1080 kann die Bildrate sinken, wenn der PC nicht leistungsfähig genug ist. Fortfahren?</translation>
+    </message>
+    <message>
+        <source>Folder for snapshots</source>
+        <translation>Ordner für Schnappschüsse</translation>
+    </message>
+    <message>
+        <source>Folder for recordings</source>
+        <translation>Ordner für Aufnahmen</translation>
+    </message>
+</context>
+<context>
+    <name>TextToolWindow</name>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>Schriftart</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>Schriftgröße</translation>
+    </message>
+</context>
+<context>
+    <name>ToolWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,529 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es_ES" sourcelanguage="en">
+<context>
+    <name>AboutToolWindow</name>
+    <message>
+        <source>About</source>
+        <translation>Acerca de</translation>
+    </message>
+    <message>
+        <source>Version 1.00</source>
+        <translation>Versión 1.00</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+</context>
+<context>
+    <name>ColorToolWindow</name>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 píxeles</translation>
+    </message>
+    <message>
+        <source>No fill</source>
+        <translation>Sin relleno</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>Negro</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rojo</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Amarillo</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Azul</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Blanco</translation>
+    </message>
+</context>
+<context>
+    <name>EffectToolWindow</name>
+    <message>
+        <source>Color</source>
+        <translation>Color</translation>
+    </message>
+    <message>
+        <source>B &amp; W</source>
+        <translation>B y N</translation>
+    </message>
+    <message>
+        <source>Negative</source>
+        <translation>Negativo</translation>
+    </message>
+    <message>
+        <source>Mosaic</source>
+        <translation>Mosaico</translation>
+    </message>
+    <message>
+        <source>Color Effect</source>
+        <translation>Efecto de color</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Line Width</source>
+        <translation>Grosor de línea</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Ancho</translation>
+    </message>
+    <message>
+        <source>Noting</source>
+        <translation>Anotación</translation>
+    </message>
+    <message>
+        <source>Assisting</source>
+        <translation>Ayuda</translation>
+    </message>
+    <message>
+        <source>Adjustment</source>
+        <translation>Ajustes</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Grabación</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Línea</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rectángulo</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>Mano alzada</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Círculo</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Flecha</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Triángulo</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Goma</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Texto</translation>
+    </message>
+    <message>
+        <source>Erase all</source>
+        <translation>Borrar todo</translation>
+    </message>
+    <message>
+        <source>Clip image</source>
+        <translation>Recortar imagen</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>Mano</translation>
+    </message>
+    <message>
+        <source>Fill background</source>
+        <translation>Rellenar fondo</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>Máscara</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Efecto</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Reducir</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Ampliar</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>Restablecer zoom</translation>
+    </message>
+    <message>
+        <source>Auto focus</source>
+        <translation>Enfoque automático</translation>
+    </message>
+    <message>
+        <source>Brightness down</source>
+        <translation>Reducir brillo</translation>
+    </message>
+    <message>
+        <source>Brightness up</source>
+        <translation>Aumentar brillo</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Girar</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>Congelar</translation>
+    </message>
+    <message>
+        <source>Record video</source>
+        <translation>Grabar vídeo</translation>
+    </message>
+    <message>
+        <source>Take snapshot</source>
+        <translation>Tomar instantánea</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Configuración</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Imprimir</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>En directo</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Película</translation>
+    </message>
+    <message>
+        <source>Photograph</source>
+        <translation>Fotografía</translation>
+    </message>
+    <message>
+        <source>Drawing Board</source>
+        <translation>Pizarra de dibujo</translation>
+    </message>
+    <message>
+        <source>Open film</source>
+        <translation>Abrir película</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Reproducir</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pausar</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Detener</translation>
+    </message>
+    <message>
+        <source>Slower or backward</source>
+        <translation>Más lento o hacia atrás</translation>
+    </message>
+    <message>
+        <source>Faster</source>
+        <translation>Más rápido</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volumen</translation>
+    </message>
+    <message>
+        <source>Open folder of photographs</source>
+        <translation>Abrir carpeta de fotografías</translation>
+    </message>
+    <message>
+        <source>Previous photograph</source>
+        <translation>Fotografía anterior</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>Diapositivas</translation>
+    </message>
+    <message>
+        <source>Next photograph</source>
+        <translation>Fotografía siguiente</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>Miniaturas</translation>
+    </message>
+    <message>
+        <source>Slideshow interval</source>
+        <translation>Intervalo de las diapositivas</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Please select a folder first.</source>
+        <translation>Seleccione primero una carpeta.</translation>
+    </message>
+    <message>
+        <source>Line Color</source>
+        <translation>Color de línea</translation>
+    </message>
+    <message>
+        <source>Fill Color</source>
+        <translation>Relleno</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>Color de fondo</translation>
+    </message>
+    <message>
+        <source>All supported media files (*.avi *.mov *.mp4)</source>
+        <translation>Todos los archivos multimedia admitidos (*.avi *.mov *.mp4)</translation>
+    </message>
+    <message>
+        <source>Position in the film</source>
+        <translation>Posición en la película</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>Acerca de</translation>
+    </message>
+    <message>
+        <source>Side panel</source>
+        <translation>Panel lateral</translation>
+    </message>
+    <message>
+        <source>The recording has stopped because it could not be written.</source>
+        <translation>La grabación se ha detenido porque no se pudo escribir.</translation>
+    </message>
+    <message>
+        <source>1     2     5    10    15    30  sec.</source>
+        <translation>1     2     5    10    15    30  s</translation>
+    </message>
+    <message>
+        <source>No printers found on this system.</source>
+        <translation>No se encontraron impresoras en este sistema.</translation>
+    </message>
+</context>
+<context>
+    <name>MaskToolWindow</name>
+    <message>
+        <source>Circle</source>
+        <translation>Círculo</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rectángulo</translation>
+    </message>
+    <message>
+        <source>Right half</source>
+        <translation>Mitad derecha</translation>
+    </message>
+    <message>
+        <source>Lower half</source>
+        <translation>Mitad inferior</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Efecto</translation>
+    </message>
+</context>
+<context>
+    <name>OSDProcessor</name>
+    <message>
+        <source>Best fit</source>
+        <translation>Ajustar</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Line</source>
+        <translation>Línea</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rectángulo</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>Mano alzada</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Círculo</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Flecha</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Triángulo</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Goma</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationWidget</name>
+    <message>
+        <source>Open registration file...</source>
+        <translation>Abrir archivo de registro...</translation>
+    </message>
+    <message>
+        <source>Registration file (*.rf)</source>
+        <translation>Archivo de registro (*.rf)</translation>
+    </message>
+    <message>
+        <source>Save registration file...</source>
+        <translation>Guardar archivo de registro...</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolWindow</name>
+    <message>
+        <source>sec</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>min</translation>
+    </message>
+    <message>
+        <source>hr</source>
+        <translation>h</translation>
+    </message>
+    <message>
+        <source>XGA 1024 x 768</source>
+        <translation>XGA 1024 x 768</translation>
+    </message>
+    <message>
+        <source>HD 1280 x 720</source>
+        <translation>HD 1280 x 720</translation>
+    </message>
+    <message>
+        <source>FHD 1920 x 1080</source>
+        <translation>FHD 1920 x 1080</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>Única</translation>
+    </message>
+    <message>
+        <source>Continuous</source>
+        <translation>Continua</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Configuración</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>Origen</translation>
+    </message>
+    <message>
+        <source>Document Camera</source>
+        <translation>Cámara de documentos</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Resolución</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Grabación</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Captura</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Intervalo</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Guardar fotos en</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Examinar</translation>
+    </message>
+    <message>
+        <source>Browse for the snapshot folder</source>
+        <translation>Examinar la carpeta de instantáneas</translation>
+    </message>
+    <message>
+        <source>RecordingSave</source>
+        <translation>Guardar vídeos en</translation>
+    </message>
+    <message>
+        <source>Browse for the recording folder</source>
+        <translation>Examinar la carpeta de grabaciones</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Pregunta</translation>
+    </message>
+    <message>
+        <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
+        <translation>Una resolución de grabación de 1920x1080 puede reducir la velocidad de fotogramas si el equipo no es lo bastante potente. ¿Desea continuar?</translation>
+    </message>
+    <message>
+        <source>Folder for snapshots</source>
+        <translation>Carpeta para instantáneas</translation>
+    </message>
+    <message>
+        <source>Folder for recordings</source>
+        <translation>Carpeta para grabaciones</translation>
+    </message>
+</context>
+<context>
+    <name>TextToolWindow</name>
+    <message>
+        <source>Text</source>
+        <translation>Texto</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Color</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>Tipo de letra</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>Tamaño de letra</translation>
+    </message>
+</context>
+<context>
+    <name>ToolWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>Cerrar</translation>
+    </message>
+</context>
+</TS>

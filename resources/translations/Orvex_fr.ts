@@ -1,0 +1,529 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR" sourcelanguage="en">
+<context>
+    <name>AboutToolWindow</name>
+    <message>
+        <source>About</source>
+        <translation>À propos</translation>
+    </message>
+    <message>
+        <source>Version 1.00</source>
+        <translation>Version 1.00</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>ColorToolWindow</name>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 pixels</translation>
+    </message>
+    <message>
+        <source>No fill</source>
+        <translation>Sans remplissage</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>Noir</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Rouge</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Jaune</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Bleu</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Blanc</translation>
+    </message>
+</context>
+<context>
+    <name>EffectToolWindow</name>
+    <message>
+        <source>Color</source>
+        <translation>Couleur</translation>
+    </message>
+    <message>
+        <source>B &amp; W</source>
+        <translation>N &amp; B</translation>
+    </message>
+    <message>
+        <source>Negative</source>
+        <translation>Négatif</translation>
+    </message>
+    <message>
+        <source>Mosaic</source>
+        <translation>Mosaïque</translation>
+    </message>
+    <message>
+        <source>Color Effect</source>
+        <translation>Effet de couleur</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Line Width</source>
+        <translation>Épaisseur</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Largeur</translation>
+    </message>
+    <message>
+        <source>Noting</source>
+        <translation>Annotation</translation>
+    </message>
+    <message>
+        <source>Assisting</source>
+        <translation>Aide</translation>
+    </message>
+    <message>
+        <source>Adjustment</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Capture</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Ligne</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rectangle</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>Main levée</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Cercle</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Flèche</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Triangle</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Gomme</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Texte</translation>
+    </message>
+    <message>
+        <source>Erase all</source>
+        <translation>Tout effacer</translation>
+    </message>
+    <message>
+        <source>Clip image</source>
+        <translation>Copier une zone</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>Main</translation>
+    </message>
+    <message>
+        <source>Fill background</source>
+        <translation>Remplir le fond</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>Masque</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effet</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Zoom arrière</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Zoom avant</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>Réinitialiser le zoom</translation>
+    </message>
+    <message>
+        <source>Auto focus</source>
+        <translation>Mise au point automatique</translation>
+    </message>
+    <message>
+        <source>Brightness down</source>
+        <translation>Réduire la luminosité</translation>
+    </message>
+    <message>
+        <source>Brightness up</source>
+        <translation>Augmenter la luminosité</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Pivoter</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>Figer l’image</translation>
+    </message>
+    <message>
+        <source>Record video</source>
+        <translation>Enregistrer une vidéo</translation>
+    </message>
+    <message>
+        <source>Take snapshot</source>
+        <translation>Prendre un instantané</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Paramètres</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Imprimer</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>Direct</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Photograph</source>
+        <translation>Photo</translation>
+    </message>
+    <message>
+        <source>Drawing Board</source>
+        <translation>Tableau de dessin</translation>
+    </message>
+    <message>
+        <source>Open film</source>
+        <translation>Ouvrir un film</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Lecture</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Slower or backward</source>
+        <translation>Plus lent ou arrière</translation>
+    </message>
+    <message>
+        <source>Faster</source>
+        <translation>Plus rapide</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volume</translation>
+    </message>
+    <message>
+        <source>Open folder of photographs</source>
+        <translation>Ouvrir un dossier de photos</translation>
+    </message>
+    <message>
+        <source>Previous photograph</source>
+        <translation>Photo précédente</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>Diaporama</translation>
+    </message>
+    <message>
+        <source>Next photograph</source>
+        <translation>Photo suivante</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>Miniatures</translation>
+    </message>
+    <message>
+        <source>Slideshow interval</source>
+        <translation>Intervalle du diaporama</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+    <message>
+        <source>Please select a folder first.</source>
+        <translation>Veuillez d’abord choisir un dossier.</translation>
+    </message>
+    <message>
+        <source>Line Color</source>
+        <translation>Couleur du trait</translation>
+    </message>
+    <message>
+        <source>Fill Color</source>
+        <translation>Remplissage</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>Couleur de fond</translation>
+    </message>
+    <message>
+        <source>All supported media files (*.avi *.mov *.mp4)</source>
+        <translation>Tous les fichiers multimédias pris en charge (*.avi *.mov *.mp4)</translation>
+    </message>
+    <message>
+        <source>Position in the film</source>
+        <translation>Position dans le film</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>À propos</translation>
+    </message>
+    <message>
+        <source>Side panel</source>
+        <translation>Panneau latéral</translation>
+    </message>
+    <message>
+        <source>The recording has stopped because it could not be written.</source>
+        <translation>L’enregistrement a été arrêté, car il n’a pas pu être écrit.</translation>
+    </message>
+    <message>
+        <source>1     2     5    10    15    30  sec.</source>
+        <translation>1     2     5    10    15    30  s</translation>
+    </message>
+    <message>
+        <source>No printers found on this system.</source>
+        <translation>Aucune imprimante n’a été trouvée sur ce système.</translation>
+    </message>
+</context>
+<context>
+    <name>MaskToolWindow</name>
+    <message>
+        <source>Circle</source>
+        <translation>Cercle</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rectangle</translation>
+    </message>
+    <message>
+        <source>Right half</source>
+        <translation>Moitié droite</translation>
+    </message>
+    <message>
+        <source>Lower half</source>
+        <translation>Moitié inférieure</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effet</translation>
+    </message>
+</context>
+<context>
+    <name>OSDProcessor</name>
+    <message>
+        <source>Best fit</source>
+        <translation>Ajusté</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Line</source>
+        <translation>Ligne</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Rectangle</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>Main levée</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Cercle</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Flèche</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Triangle</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Gomme</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationWidget</name>
+    <message>
+        <source>Open registration file...</source>
+        <translation>Ouvrir un fichier d’inscription...</translation>
+    </message>
+    <message>
+        <source>Registration file (*.rf)</source>
+        <translation>Fichier d’inscription (*.rf)</translation>
+    </message>
+    <message>
+        <source>Save registration file...</source>
+        <translation>Enregistrer le fichier d’inscription...</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolWindow</name>
+    <message>
+        <source>sec</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>min</translation>
+    </message>
+    <message>
+        <source>hr</source>
+        <translation>h</translation>
+    </message>
+    <message>
+        <source>XGA 1024 x 768</source>
+        <translation>XGA 1024 x 768</translation>
+    </message>
+    <message>
+        <source>HD 1280 x 720</source>
+        <translation>HD 1280 x 720</translation>
+    </message>
+    <message>
+        <source>FHD 1920 x 1080</source>
+        <translation>FHD 1920 x 1080</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>Unique</translation>
+    </message>
+    <message>
+        <source>Continuous</source>
+        <translation>Continue</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Paramètres</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>Source</translation>
+    </message>
+    <message>
+        <source>Document Camera</source>
+        <translation>Visualiseur</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Résolution</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Enregistrement</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Capture</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Intervalle</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Instantanés dans</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Parcourir</translation>
+    </message>
+    <message>
+        <source>Browse for the snapshot folder</source>
+        <translation>Choisir le dossier des instantanés</translation>
+    </message>
+    <message>
+        <source>RecordingSave</source>
+        <translation>Vidéos dans</translation>
+    </message>
+    <message>
+        <source>Browse for the recording folder</source>
+        <translation>Choisir le dossier des enregistrements</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Question</translation>
+    </message>
+    <message>
+        <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
+        <translation>Une résolution d’enregistrement de 1920x1080 peut réduire la fréquence d’images si l’ordinateur n’est pas assez puissant. Continuer ?</translation>
+    </message>
+    <message>
+        <source>Folder for snapshots</source>
+        <translation>Dossier des instantanés</translation>
+    </message>
+    <message>
+        <source>Folder for recordings</source>
+        <translation>Dossier des enregistrements</translation>
+    </message>
+</context>
+<context>
+    <name>TextToolWindow</name>
+    <message>
+        <source>Text</source>
+        <translation>Texte</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Couleur</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>Police</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>Taille de police</translation>
+    </message>
+</context>
+<context>
+    <name>ToolWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+</context>
+</TS>

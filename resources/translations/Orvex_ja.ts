@@ -1,0 +1,529 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja_JP" sourcelanguage="en">
+<context>
+    <name>AboutToolWindow</name>
+    <message>
+        <source>About</source>
+        <translation>このアプリについて</translation>
+    </message>
+    <message>
+        <source>Version 1.00</source>
+        <translation>バージョン 1.00</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>ColorToolWindow</name>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 ピクセル</translation>
+    </message>
+    <message>
+        <source>No fill</source>
+        <translation>塗りつぶしなし</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>黒</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>赤</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>黄</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>青</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>白</translation>
+    </message>
+</context>
+<context>
+    <name>EffectToolWindow</name>
+    <message>
+        <source>Color</source>
+        <translation>カラー</translation>
+    </message>
+    <message>
+        <source>B &amp; W</source>
+        <translation>白黒</translation>
+    </message>
+    <message>
+        <source>Negative</source>
+        <translation>ネガ</translation>
+    </message>
+    <message>
+        <source>Mosaic</source>
+        <translation>モザイク</translation>
+    </message>
+    <message>
+        <source>Color Effect</source>
+        <translation>カラー効果</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Line Width</source>
+        <translation>線の太さ</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>幅</translation>
+    </message>
+    <message>
+        <source>Noting</source>
+        <translation>書き込み</translation>
+    </message>
+    <message>
+        <source>Assisting</source>
+        <translation>補助</translation>
+    </message>
+    <message>
+        <source>Adjustment</source>
+        <translation>調整</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>記録</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>直線</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>長方形</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>フリーハンド</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>円</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>矢印</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>三角形</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>消しゴム</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>テキスト</translation>
+    </message>
+    <message>
+        <source>Erase all</source>
+        <translation>すべて消去</translation>
+    </message>
+    <message>
+        <source>Clip image</source>
+        <translation>画像の切り抜き</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>手のひら</translation>
+    </message>
+    <message>
+        <source>Fill background</source>
+        <translation>背景の塗りつぶし</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>マスク</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>効果</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>縮小</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>拡大</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>拡大をリセット</translation>
+    </message>
+    <message>
+        <source>Auto focus</source>
+        <translation>オートフォーカス</translation>
+    </message>
+    <message>
+        <source>Brightness down</source>
+        <translation>明るさを下げる</translation>
+    </message>
+    <message>
+        <source>Brightness up</source>
+        <translation>明るさを上げる</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>回転</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>静止</translation>
+    </message>
+    <message>
+        <source>Record video</source>
+        <translation>動画を録画</translation>
+    </message>
+    <message>
+        <source>Take snapshot</source>
+        <translation>スナップショットを撮る</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>印刷</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>ライブ</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>動画</translation>
+    </message>
+    <message>
+        <source>Photograph</source>
+        <translation>写真</translation>
+    </message>
+    <message>
+        <source>Drawing Board</source>
+        <translation>お絵かきボード</translation>
+    </message>
+    <message>
+        <source>Open film</source>
+        <translation>動画を開く</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>再生</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>一時停止</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Slower or backward</source>
+        <translation>低速または巻き戻し</translation>
+    </message>
+    <message>
+        <source>Faster</source>
+        <translation>高速</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>音量</translation>
+    </message>
+    <message>
+        <source>Open folder of photographs</source>
+        <translation>写真フォルダーを開く</translation>
+    </message>
+    <message>
+        <source>Previous photograph</source>
+        <translation>前の写真</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>スライドショー</translation>
+    </message>
+    <message>
+        <source>Next photograph</source>
+        <translation>次の写真</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>サムネイル</translation>
+    </message>
+    <message>
+        <source>Slideshow interval</source>
+        <translation>スライドショーの間隔</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Please select a folder first.</source>
+        <translation>最初にフォルダーを選択してください。</translation>
+    </message>
+    <message>
+        <source>Line Color</source>
+        <translation>線の色</translation>
+    </message>
+    <message>
+        <source>Fill Color</source>
+        <translation>塗りの色</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>背景色</translation>
+    </message>
+    <message>
+        <source>All supported media files (*.avi *.mov *.mp4)</source>
+        <translation>対応するすべてのメディアファイル (*.avi *.mov *.mp4)</translation>
+    </message>
+    <message>
+        <source>Position in the film</source>
+        <translation>動画の再生位置</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>このアプリについて</translation>
+    </message>
+    <message>
+        <source>Side panel</source>
+        <translation>サイドパネル</translation>
+    </message>
+    <message>
+        <source>The recording has stopped because it could not be written.</source>
+        <translation>録画を書き込めないため、停止しました。</translation>
+    </message>
+    <message>
+        <source>1     2     5    10    15    30  sec.</source>
+        <translation>1     2     5    10    15    30  秒</translation>
+    </message>
+    <message>
+        <source>No printers found on this system.</source>
+        <translation>このシステムにプリンターが見つかりません。</translation>
+    </message>
+</context>
+<context>
+    <name>MaskToolWindow</name>
+    <message>
+        <source>Circle</source>
+        <translation>円</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>長方形</translation>
+    </message>
+    <message>
+        <source>Right half</source>
+        <translation>右半分</translation>
+    </message>
+    <message>
+        <source>Lower half</source>
+        <translation>下半分</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>効果</translation>
+    </message>
+</context>
+<context>
+    <name>OSDProcessor</name>
+    <message>
+        <source>Best fit</source>
+        <translation>全体表示</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Line</source>
+        <translation>直線</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>長方形</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>フリーハンド</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>円</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>矢印</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>三角形</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>消しゴム</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationWidget</name>
+    <message>
+        <source>Open registration file...</source>
+        <translation>登録ファイルを開く...</translation>
+    </message>
+    <message>
+        <source>Registration file (*.rf)</source>
+        <translation>登録ファイル (*.rf)</translation>
+    </message>
+    <message>
+        <source>Save registration file...</source>
+        <translation>登録ファイルを保存...</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolWindow</name>
+    <message>
+        <source>sec</source>
+        <translation>秒</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>分</translation>
+    </message>
+    <message>
+        <source>hr</source>
+        <translation>時間</translation>
+    </message>
+    <message>
+        <source>XGA 1024 x 768</source>
+        <translation>XGA 1024 x 768</translation>
+    </message>
+    <message>
+        <source>HD 1280 x 720</source>
+        <translation>HD 1280 x 720</translation>
+    </message>
+    <message>
+        <source>FHD 1920 x 1080</source>
+        <translation>FHD 1920 x 1080</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>単写</translation>
+    </message>
+    <message>
+        <source>Continuous</source>
+        <translation>連写</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>入力元</translation>
+    </message>
+    <message>
+        <source>Document Camera</source>
+        <translation>書画カメラ</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>解像度</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>録画</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>撮影</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>間隔</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>写真の保存先</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>参照</translation>
+    </message>
+    <message>
+        <source>Browse for the snapshot folder</source>
+        <translation>スナップショットのフォルダーを参照</translation>
+    </message>
+    <message>
+        <source>RecordingSave</source>
+        <translation>動画の保存先</translation>
+    </message>
+    <message>
+        <source>Browse for the recording folder</source>
+        <translation>録画のフォルダーを参照</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>質問</translation>
+    </message>
+    <message>
+        <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
+        <translation>パソコンの性能が十分でない場合、録画の解像度を 1920x1080 にするとフレームレートが低下することがあります。続けますか？</translation>
+    </message>
+    <message>
+        <source>Folder for snapshots</source>
+        <translation>スナップショットのフォルダー</translation>
+    </message>
+    <message>
+        <source>Folder for recordings</source>
+        <translation>録画のフォルダー</translation>
+    </message>
+</context>
+<context>
+    <name>TextToolWindow</name>
+    <message>
+        <source>Text</source>
+        <translation>テキスト</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>色</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>フォント</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>フォントサイズ</translation>
+    </message>
+</context>
+<context>
+    <name>ToolWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+</context>
+</TS>

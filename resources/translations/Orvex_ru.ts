@@ -1,0 +1,529 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru_RU" sourcelanguage="en">
+<context>
+    <name>AboutToolWindow</name>
+    <message>
+        <source>About</source>
+        <translation>О программе</translation>
+    </message>
+    <message>
+        <source>Version 1.00</source>
+        <translation>Версия 1.00</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
+    </message>
+</context>
+<context>
+    <name>ColorToolWindow</name>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 пикс.</translation>
+    </message>
+    <message>
+        <source>No fill</source>
+        <translation>Без заливки</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>Чёрный</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>Красный</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>Жёлтый</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>Синий</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>Белый</translation>
+    </message>
+</context>
+<context>
+    <name>EffectToolWindow</name>
+    <message>
+        <source>Color</source>
+        <translation>Цвет</translation>
+    </message>
+    <message>
+        <source>B &amp; W</source>
+        <translation>Ч/Б</translation>
+    </message>
+    <message>
+        <source>Negative</source>
+        <translation>Негатив</translation>
+    </message>
+    <message>
+        <source>Mosaic</source>
+        <translation>Мозаика</translation>
+    </message>
+    <message>
+        <source>Color Effect</source>
+        <translation>Цветовой эффект</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Line Width</source>
+        <translation>Толщина линии</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>Ширина</translation>
+    </message>
+    <message>
+        <source>Noting</source>
+        <translation>Пометки</translation>
+    </message>
+    <message>
+        <source>Assisting</source>
+        <translation>Помощь</translation>
+    </message>
+    <message>
+        <source>Adjustment</source>
+        <translation>Настройка</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Линия</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Прямоугольник</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>От руки</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Круг</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Стрелка</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Треугольник</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Ластик</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Текст</translation>
+    </message>
+    <message>
+        <source>Erase all</source>
+        <translation>Стереть всё</translation>
+    </message>
+    <message>
+        <source>Clip image</source>
+        <translation>Копировать область</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>Рука</translation>
+    </message>
+    <message>
+        <source>Fill background</source>
+        <translation>Залить фон</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>Маска</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Эффект</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Уменьшить</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Увеличить</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>Сбросить масштаб</translation>
+    </message>
+    <message>
+        <source>Auto focus</source>
+        <translation>Автофокус</translation>
+    </message>
+    <message>
+        <source>Brightness down</source>
+        <translation>Уменьшить яркость</translation>
+    </message>
+    <message>
+        <source>Brightness up</source>
+        <translation>Увеличить яркость</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Повернуть</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>Стоп-кадр</translation>
+    </message>
+    <message>
+        <source>Record video</source>
+        <translation>Записать видео</translation>
+    </message>
+    <message>
+        <source>Take snapshot</source>
+        <translation>Сделать снимок</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Параметры</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Печать</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>Камера</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Фильм</translation>
+    </message>
+    <message>
+        <source>Photograph</source>
+        <translation>Фотография</translation>
+    </message>
+    <message>
+        <source>Drawing Board</source>
+        <translation>Доска для рисования</translation>
+    </message>
+    <message>
+        <source>Open film</source>
+        <translation>Открыть фильм</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Воспроизвести</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Пауза</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Остановить</translation>
+    </message>
+    <message>
+        <source>Slower or backward</source>
+        <translation>Медленнее или назад</translation>
+    </message>
+    <message>
+        <source>Faster</source>
+        <translation>Быстрее</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Громкость</translation>
+    </message>
+    <message>
+        <source>Open folder of photographs</source>
+        <translation>Открыть папку с фотографиями</translation>
+    </message>
+    <message>
+        <source>Previous photograph</source>
+        <translation>Предыдущая фотография</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>Слайд-шоу</translation>
+    </message>
+    <message>
+        <source>Next photograph</source>
+        <translation>Следующая фотография</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>Миниатюры</translation>
+    </message>
+    <message>
+        <source>Slideshow interval</source>
+        <translation>Интервал слайд-шоу</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Please select a folder first.</source>
+        <translation>Сначала выберите папку.</translation>
+    </message>
+    <message>
+        <source>Line Color</source>
+        <translation>Цвет линии</translation>
+    </message>
+    <message>
+        <source>Fill Color</source>
+        <translation>Цвет заливки</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>Цвет фона</translation>
+    </message>
+    <message>
+        <source>All supported media files (*.avi *.mov *.mp4)</source>
+        <translation>Все поддерживаемые медиафайлы (*.avi *.mov *.mp4)</translation>
+    </message>
+    <message>
+        <source>Position in the film</source>
+        <translation>Положение в фильме</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>О программе</translation>
+    </message>
+    <message>
+        <source>Side panel</source>
+        <translation>Боковая панель</translation>
+    </message>
+    <message>
+        <source>The recording has stopped because it could not be written.</source>
+        <translation>Запись остановлена, так как её не удалось сохранить.</translation>
+    </message>
+    <message>
+        <source>1     2     5    10    15    30  sec.</source>
+        <translation>1     2     5    10    15    30  сек.</translation>
+    </message>
+    <message>
+        <source>No printers found on this system.</source>
+        <translation>В этой системе не найдено ни одного принтера.</translation>
+    </message>
+</context>
+<context>
+    <name>MaskToolWindow</name>
+    <message>
+        <source>Circle</source>
+        <translation>Круг</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Прямоугольник</translation>
+    </message>
+    <message>
+        <source>Right half</source>
+        <translation>Правая половина</translation>
+    </message>
+    <message>
+        <source>Lower half</source>
+        <translation>Нижняя половина</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Эффект</translation>
+    </message>
+</context>
+<context>
+    <name>OSDProcessor</name>
+    <message>
+        <source>Best fit</source>
+        <translation>Вписать</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Line</source>
+        <translation>Линия</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>Прямоугольник</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>От руки</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>Круг</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>Стрелка</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>Треугольник</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>Ластик</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationWidget</name>
+    <message>
+        <source>Open registration file...</source>
+        <translation>Открыть файл регистрации...</translation>
+    </message>
+    <message>
+        <source>Registration file (*.rf)</source>
+        <translation>Файл регистрации (*.rf)</translation>
+    </message>
+    <message>
+        <source>Save registration file...</source>
+        <translation>Сохранить файл регистрации...</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolWindow</name>
+    <message>
+        <source>sec</source>
+        <translation>с</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>мин</translation>
+    </message>
+    <message>
+        <source>hr</source>
+        <translation>ч</translation>
+    </message>
+    <message>
+        <source>XGA 1024 x 768</source>
+        <translation>XGA 1024 x 768</translation>
+    </message>
+    <message>
+        <source>HD 1280 x 720</source>
+        <translation>HD 1280 x 720</translation>
+    </message>
+    <message>
+        <source>FHD 1920 x 1080</source>
+        <translation>FHD 1920 x 1080</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>Одиночная</translation>
+    </message>
+    <message>
+        <source>Continuous</source>
+        <translation>Непрерывная</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Параметры</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>Источник</translation>
+    </message>
+    <message>
+        <source>Document Camera</source>
+        <translation>Документ-камера</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>Разрешение</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>Съёмка</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Интервал</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>Папка снимков</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Обзор</translation>
+    </message>
+    <message>
+        <source>Browse for the snapshot folder</source>
+        <translation>Выбрать папку для снимков</translation>
+    </message>
+    <message>
+        <source>RecordingSave</source>
+        <translation>Папка видео</translation>
+    </message>
+    <message>
+        <source>Browse for the recording folder</source>
+        <translation>Выбрать папку для записей</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Вопрос</translation>
+    </message>
+    <message>
+        <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
+        <translation>При разрешении записи 1920x1080 частота кадров может снизиться, если компьютер недостаточно мощный. Продолжить?</translation>
+    </message>
+    <message>
+        <source>Folder for snapshots</source>
+        <translation>Папка для снимков</translation>
+    </message>
+    <message>
+        <source>Folder for recordings</source>
+        <translation>Папка для записей</translation>
+    </message>
+</context>
+<context>
+    <name>TextToolWindow</name>
+    <message>
+        <source>Text</source>
+        <translation>Текст</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Цвет</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>Шрифт</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>Размер шрифта</translation>
+    </message>
+</context>
+<context>
+    <name>ToolWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+</context>
+</TS>

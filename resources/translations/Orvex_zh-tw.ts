@@ -1,0 +1,529 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_TW" sourcelanguage="en">
+<context>
+    <name>AboutToolWindow</name>
+    <message>
+        <source>About</source>
+        <translation>關於</translation>
+    </message>
+    <message>
+        <source>Version 1.00</source>
+        <translation>版本 1.00</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>確定</translation>
+    </message>
+</context>
+<context>
+    <name>ColorToolWindow</name>
+    <message>
+        <source>%1 pixels</source>
+        <translation>%1 像素</translation>
+    </message>
+    <message>
+        <source>No fill</source>
+        <translation>不填色</translation>
+    </message>
+    <message>
+        <source>Black</source>
+        <translation>黑色</translation>
+    </message>
+    <message>
+        <source>Red</source>
+        <translation>紅色</translation>
+    </message>
+    <message>
+        <source>Yellow</source>
+        <translation>黃色</translation>
+    </message>
+    <message>
+        <source>Blue</source>
+        <translation>藍色</translation>
+    </message>
+    <message>
+        <source>White</source>
+        <translation>白色</translation>
+    </message>
+</context>
+<context>
+    <name>EffectToolWindow</name>
+    <message>
+        <source>Color</source>
+        <translation>彩色</translation>
+    </message>
+    <message>
+        <source>B &amp; W</source>
+        <translation>黑白</translation>
+    </message>
+    <message>
+        <source>Negative</source>
+        <translation>負片</translation>
+    </message>
+    <message>
+        <source>Mosaic</source>
+        <translation>馬賽克</translation>
+    </message>
+    <message>
+        <source>Color Effect</source>
+        <translation>色彩效果</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Line Width</source>
+        <translation>線條寬度</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>寬度</translation>
+    </message>
+    <message>
+        <source>Noting</source>
+        <translation>註記</translation>
+    </message>
+    <message>
+        <source>Assisting</source>
+        <translation>輔助</translation>
+    </message>
+    <message>
+        <source>Adjustment</source>
+        <translation>調整</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>錄製</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>直線</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>手繪</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>圓形</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>箭頭</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>三角形</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>橡皮擦</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Erase all</source>
+        <translation>全部清除</translation>
+    </message>
+    <message>
+        <source>Clip image</source>
+        <translation>剪取影像</translation>
+    </message>
+    <message>
+        <source>Hand</source>
+        <translation>手形</translation>
+    </message>
+    <message>
+        <source>Fill background</source>
+        <translation>填滿背景</translation>
+    </message>
+    <message>
+        <source>Mask</source>
+        <translation>遮罩</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>效果</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>縮小</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>重設縮放</translation>
+    </message>
+    <message>
+        <source>Auto focus</source>
+        <translation>自動對焦</translation>
+    </message>
+    <message>
+        <source>Brightness down</source>
+        <translation>降低亮度</translation>
+    </message>
+    <message>
+        <source>Brightness up</source>
+        <translation>提高亮度</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>旋轉</translation>
+    </message>
+    <message>
+        <source>Freeze</source>
+        <translation>凍結畫面</translation>
+    </message>
+    <message>
+        <source>Record video</source>
+        <translation>錄製影片</translation>
+    </message>
+    <message>
+        <source>Take snapshot</source>
+        <translation>拍攝快照</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>列印</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>即時</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>影片</translation>
+    </message>
+    <message>
+        <source>Photograph</source>
+        <translation>相片</translation>
+    </message>
+    <message>
+        <source>Drawing Board</source>
+        <translation>繪圖板</translation>
+    </message>
+    <message>
+        <source>Open film</source>
+        <translation>開啟影片</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>播放</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>暫停</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Slower or backward</source>
+        <translation>較慢或倒轉</translation>
+    </message>
+    <message>
+        <source>Faster</source>
+        <translation>較快</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>音量</translation>
+    </message>
+    <message>
+        <source>Open folder of photographs</source>
+        <translation>開啟相片資料夾</translation>
+    </message>
+    <message>
+        <source>Previous photograph</source>
+        <translation>上一張相片</translation>
+    </message>
+    <message>
+        <source>Slideshow</source>
+        <translation>投影片播放</translation>
+    </message>
+    <message>
+        <source>Next photograph</source>
+        <translation>下一張相片</translation>
+    </message>
+    <message>
+        <source>Thumbnails</source>
+        <translation>縮圖</translation>
+    </message>
+    <message>
+        <source>Slideshow interval</source>
+        <translation>投影片間隔</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>錯誤</translation>
+    </message>
+    <message>
+        <source>Please select a folder first.</source>
+        <translation>請先選擇資料夾。</translation>
+    </message>
+    <message>
+        <source>Line Color</source>
+        <translation>線條顏色</translation>
+    </message>
+    <message>
+        <source>Fill Color</source>
+        <translation>填滿顏色</translation>
+    </message>
+    <message>
+        <source>Background Color</source>
+        <translation>背景顏色</translation>
+    </message>
+    <message>
+        <source>All supported media files (*.avi *.mov *.mp4)</source>
+        <translation>所有支援的媒體檔案 (*.avi *.mov *.mp4)</translation>
+    </message>
+    <message>
+        <source>Position in the film</source>
+        <translation>影片位置</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>關於</translation>
+    </message>
+    <message>
+        <source>Side panel</source>
+        <translation>側邊面板</translation>
+    </message>
+    <message>
+        <source>The recording has stopped because it could not be written.</source>
+        <translation>無法寫入錄製的影片，錄製已停止。</translation>
+    </message>
+    <message>
+        <source>1     2     5    10    15    30  sec.</source>
+        <translation>1     2     5    10    15    30  秒</translation>
+    </message>
+    <message>
+        <source>No printers found on this system.</source>
+        <translation>在此系統上找不到印表機。</translation>
+    </message>
+</context>
+<context>
+    <name>MaskToolWindow</name>
+    <message>
+        <source>Circle</source>
+        <translation>圓形</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Right half</source>
+        <translation>右半邊</translation>
+    </message>
+    <message>
+        <source>Lower half</source>
+        <translation>下半邊</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>效果</translation>
+    </message>
+</context>
+<context>
+    <name>OSDProcessor</name>
+    <message>
+        <source>Best fit</source>
+        <translation>最佳大小</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Line</source>
+        <translation>直線</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Freehand</source>
+        <translation>手繪</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>圓形</translation>
+    </message>
+    <message>
+        <source>Arrow</source>
+        <translation>箭頭</translation>
+    </message>
+    <message>
+        <source>Triangle</source>
+        <translation>三角形</translation>
+    </message>
+    <message>
+        <source>Eraser</source>
+        <translation>橡皮擦</translation>
+    </message>
+</context>
+<context>
+    <name>RegistrationWidget</name>
+    <message>
+        <source>Open registration file...</source>
+        <translation>開啟登錄檔...</translation>
+    </message>
+    <message>
+        <source>Registration file (*.rf)</source>
+        <translation>登錄檔 (*.rf)</translation>
+    </message>
+    <message>
+        <source>Save registration file...</source>
+        <translation>儲存登錄檔...</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsToolWindow</name>
+    <message>
+        <source>sec</source>
+        <translation>秒</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>分鐘</translation>
+    </message>
+    <message>
+        <source>hr</source>
+        <translation>小時</translation>
+    </message>
+    <message>
+        <source>XGA 1024 x 768</source>
+        <translation>XGA 1024 x 768</translation>
+    </message>
+    <message>
+        <source>HD 1280 x 720</source>
+        <translation>HD 1280 x 720</translation>
+    </message>
+    <message>
+        <source>FHD 1920 x 1080</source>
+        <translation>FHD 1920 x 1080</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>單張</translation>
+    </message>
+    <message>
+        <source>Continuous</source>
+        <translation>連續</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Source</source>
+        <translation>來源</translation>
+    </message>
+    <message>
+        <source>Document Camera</source>
+        <translation>實物投影機</translation>
+    </message>
+    <message>
+        <source>Resolution</source>
+        <translation>解析度</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>錄影</translation>
+    </message>
+    <message>
+        <source>Capture</source>
+        <translation>擷取</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>時間</translation>
+    </message>
+    <message>
+        <source>Save as</source>
+        <translation>快照儲存至</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>瀏覽</translation>
+    </message>
+    <message>
+        <source>Browse for the snapshot folder</source>
+        <translation>瀏覽快照資料夾</translation>
+    </message>
+    <message>
+        <source>RecordingSave</source>
+        <translation>錄影儲存至</translation>
+    </message>
+    <message>
+        <source>Browse for the recording folder</source>
+        <translation>瀏覽錄影資料夾</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>確定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>問題</translation>
+    </message>
+    <message>
+        <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
+        <translation>電腦效能不足時，使用 1920x1080 的錄影解析度可能會使畫面更新率降低。要繼續嗎？</translation>
+    </message>
+    <message>
+        <source>Folder for snapshots</source>
+        <translation>快照資料夾</translation>
+    </message>
+    <message>
+        <source>Folder for recordings</source>
+        <translation>錄影資料夾</translation>
+    </message>
+</context>
+<context>
+    <name>TextToolWindow</name>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>顏色</translation>
+    </message>
+    <message>
+        <source>Font</source>
+        <translation>字型</translation>
+    </message>
+    <message>
+        <source>Font size</source>
+        <translation>字型大小</translation>
+    </message>
+</context>
+<context>
+    <name>ToolWindow</name>
+    <message>
+        <source>Close</source>
+        <translation>關閉</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,9 @@
+#include "Translations.h"
+
+#include <QResource>
+
+// Q_INIT_RESOURCE must stand outside every namespace.
+void initialiseTranslations()
+{
+    Q_INIT_RESOURCE(translations);
+}

@@ -1,0 +1,302 @@
+#include "app/LocaleCatalogue.h"
+#include "resources/translations/Translations.h"
+
+#include <QtTest>
+
+#include <QDir>
+#include <QFont>
+#include <QFontMetrics>
+#include <QHash>
+#include <QLocale>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+
+namespace
+{
+
+struct Message {
+    QString context;
+    QString source;
+    QString translation;
+    bool finished = false;
+
+    QString key() const { return context + "/" + source; }
+};
+
+QVector<Message> readCatalogue(const QString &path)
+{
+    QVector<Message> messages;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return messages;
+    QXmlStreamReader xml(&file);
+    QString context;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == "name") {
+            context = xml.readElementText();
+        } else if (xml.name() == "source") {
+            messages.append({context, xml.readElementText(), QString(), false});
+        } else if (xml.name() == "translation") {
+            messages.last().finished = !xml.attributes().hasAttribute("type");
+            messages.last().translation = xml.readElementText();
+        }
+    }
+    return messages;
+}
+
+QStringList keys(const QVector<Message> &messages)
+{
+    QStringList result;
+    for (const Message &message : messages)
+        result.append(message.key());
+    result.sort();
+    return result;
+}
+
+QStringList placeholders(const QString &text)
+{
+    QStringList found;
+    auto matches = QRegularExpression("%L?[0-9]+|%n").globalMatch(text);
+    while (matches.hasNext())
+        found.append(matches.next().captured());
+    found.sort();
+    return found;
+}
+
+/// Where a text must fit: its font and the pixels that its picture leaves for it.
+struct Place {
+    const char *key;
+    int points;
+    int pixels;
+    int width;
+};
+
+const Place PLACES[] = {
+    // Mode buttons, 4 pixels free on each side.
+    {"MainWindow/Live", 11, 0, 97},
+    {"MainWindow/Film", 11, 0, 97},
+    {"MainWindow/Photograph", 11, 0, 97},
+    {"MainWindow/Drawing Board", 11, 0, 152},
+    // Group titles stand in the middle of 130, the sign of the fold on the right.
+    {"MainWindow/Noting", 10, 0, 86},
+    {"MainWindow/Assisting", 10, 0, 86},
+    {"MainWindow/Adjustment", 10, 0, 86},
+    {"MainWindow/Recording", 10, 0, 86},
+    // Row labels of the colour windows, left of their buttons.
+    {"MainWindow/Line Width", 0, 15, 140},
+    {"MainWindow/Line Color", 0, 15, 140},
+    {"MainWindow/Width", 0, 15, 140},
+    {"MainWindow/Fill Color", 0, 15, 108},
+    {"TextToolWindow/Color", 0, 15, 118},
+    // Labels and buttons of the settings.
+    {"SettingsToolWindow/Source", 0, 14, 122},
+    {"SettingsToolWindow/Resolution", 0, 14, 122},
+    {"SettingsToolWindow/Recording", 0, 14, 122},
+    {"SettingsToolWindow/Capture", 0, 14, 122},
+    {"SettingsToolWindow/Time", 0, 14, 122},
+    {"SettingsToolWindow/Save as", 0, 14, 122},
+    {"SettingsToolWindow/RecordingSave", 0, 14, 122},
+    {"SettingsToolWindow/Browse", 10, 0, 70},
+    {"SettingsToolWindow/OK", 10, 0, 70},
+    {"SettingsToolWindow/Cancel", 10, 0, 70},
+    {"AboutToolWindow/Version 1.00", 0, 14, 220},
+    {"AboutToolWindow/OK", 10, 0, 70},
+    // Captions of the indications, right of their icon.
+    {"EffectToolWindow/Color", 11, 0, 72},
+    {"EffectToolWindow/B & W", 11, 0, 72},
+    {"EffectToolWindow/Negative", 11, 0, 72},
+    {"EffectToolWindow/Mosaic", 11, 0, 72},
+    {"OSDProcessor/Best fit", 11, 0, 57},
+    {"MainWindow/1     2     5    10    15    30  sec.", 0, 8, 200},
+};
+
+} // namespace
+
+class CataloguesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initialiseTranslations(); }
+
+    void aLocaleLoadsItsCatalogueAndOnlyThat_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("photograph");
+        QTest::newRow("de") << "de_DE"
+                            << "Foto";
+        QTest::newRow("es") << "es_ES" << QString::fromUtf8("Fotografía");
+        QTest::newRow("fr") << "fr_FR"
+                            << "Photo";
+        QTest::newRow("ja") << "ja_JP" << QString::fromUtf8("写真");
+        QTest::newRow("ru") << "ru_RU" << QString::fromUtf8("Фотография");
+        QTest::newRow("zh") << "zh_TW" << QString::fromUtf8("相片");
+        for (const char *english : {"en_US", "fr_CA", "fr_CH", "de_AT", "zh_CN", "pt_BR", "ja"})
+            QTest::newRow(english) << english << QString();
+    }
+
+    void aLocaleLoadsItsCatalogueAndOnlyThat()
+    {
+        QFETCH(QString, locale);
+        QFETCH(QString, photograph);
+        QTranslator translator;
+        QCOMPARE(translator.load(catalogueForLocale(locale), ":/translations"),
+                 !photograph.isEmpty());
+        QCOMPARE(translator.translate("MainWindow", "Photograph"), photograph);
+    }
+
+    /// The system locale as a process sees it: LANGUAGE goes before LC_ALL.
+    void theEnvironmentChoosesTheLocale_data()
+    {
+        QTest::addColumn<QString>("lcAll");
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("LC_ALL alone") << "ja_JP.UTF-8"
+                                      << ""
+                                      << "ja_JP";
+        QTest::newRow("LANGUAGE against it") << "ja_JP.UTF-8"
+                                             << "de_DE"
+                                             << "de_DE";
+        QTest::newRow("unknown") << "tlh_QO.UTF-8"
+                                 << ""
+                                 << "C";
+        QTest::newRow("the C locale") << "C"
+                                      << ""
+                                      << "C";
+    }
+
+    void theEnvironmentChoosesTheLocale()
+    {
+        QFETCH(QString, lcAll);
+        QFETCH(QString, language);
+        QFETCH(QString, expected);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("LC_ALL", lcAll);
+        if (!language.isEmpty())
+            environment.insert("LANGUAGE", language);
+        process.setProcessEnvironment(environment);
+        process.start(QCoreApplication::applicationFilePath(), {"--print-locale"});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()).trimmed(), expected);
+    }
+
+    void theExtractionIsUpToDate()
+    {
+        QTemporaryDir folder;
+        const QString fresh = folder.filePath("fresh.ts");
+        QStringList arguments;
+        for (const char *name : {"app", "canvas", "mainwindow", "sources", "widgets"})
+            arguments << QStringLiteral(SOURCE_ROOT "/") + name;
+        arguments << "-no-obsolete"
+                  << "-locations"
+                  << "none"
+                  << "-ts" << fresh;
+        QProcess process;
+        process.start(LUPDATE, arguments);
+        QVERIFY(process.waitForFinished());
+        const QStringList texts = keys(readCatalogue(fresh));
+        QVERIFY(texts.size() > 100);
+        for (const QString &file : catalogueFiles()) {
+            const QStringList catalogue = keys(readCatalogue(file));
+            for (const QString &text : texts)
+                QVERIFY2(catalogue.contains(text), qPrintable(file + " lacks " + text));
+            for (const QString &text : catalogue)
+                QVERIFY2(texts.contains(text), qPrintable(file + " has no more use for " + text));
+        }
+    }
+
+    void everyTextIsTranslatedWithItsPlaceholdersAndAccelerators()
+    {
+        QCOMPARE(catalogueFiles().size(), 6);
+        for (const QString &file : catalogueFiles()) {
+            for (const Message &message : readCatalogue(file)) {
+                const QByteArray where = (file + ": " + message.key()).toUtf8();
+                QVERIFY2(message.finished, where.constData());
+                QVERIFY2(!message.translation.trimmed().isEmpty(), where.constData());
+                QVERIFY2(placeholders(message.source) == placeholders(message.translation),
+                         where.constData());
+                QVERIFY2(message.source.endsWith("...") == message.translation.endsWith("..."),
+                         where.constData());
+            }
+        }
+    }
+
+    /// "B & W" is no accelerator: none of the texts has one, so none of the translations may.
+    void noTwoTextsOfAWindowShareAnAccelerator()
+    {
+        const QRegularExpression accelerator("&([^& ])");
+        for (const QString &file : catalogueFiles()) {
+            QHash<QString, QString> taken;
+            for (const Message &message : readCatalogue(file)) {
+                const auto match = accelerator.match(message.translation);
+                if (!match.hasMatch())
+                    continue;
+                const QString key = message.context + "/" + match.captured(1).toLower();
+                QVERIFY2(!taken.contains(key), qPrintable(file + ": " + message.key()));
+                taken.insert(key, message.source);
+            }
+        }
+    }
+
+    void everyCaptionFitsItsPlace_data()
+    {
+        QTest::addColumn<QString>("file");
+        for (const QString &file : catalogueFiles())
+            QTest::newRow(qPrintable(QFileInfo(file).fileName())) << file;
+    }
+
+    void everyCaptionFitsItsPlace()
+    {
+        QFETCH(QString, file);
+        QStringList tooWide;
+        const QVector<Message> messages = readCatalogue(file);
+        for (const Place &place : PLACES) {
+            const auto found =
+                std::find_if(messages.begin(), messages.end(),
+                             [&](const Message &message) { return message.key() == place.key; });
+            QVERIFY2(found != messages.end(), place.key);
+            QFont font("Arial");
+            if (place.points)
+                font.setPointSize(place.points);
+            else
+                font.setPixelSize(place.pixels);
+            const int width = QFontMetrics(font).horizontalAdvance(found->translation);
+            if (width > place.width)
+                tooWide.append(QString("%1: %2 is %3 wide, %4 fit")
+                                   .arg(place.key, found->translation)
+                                   .arg(width)
+                                   .arg(place.width));
+        }
+        QVERIFY2(tooWide.isEmpty(), qPrintable(tooWide.join("\n")));
+    }
+
+private:
+    static QStringList catalogueFiles()
+    {
+        const QDir folder(SOURCE_ROOT "/resources/translations");
+        QStringList files;
+        for (const QString &name : folder.entryList({"*.ts"}))
+            files.append(folder.filePath(name));
+        return files;
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    if (application.arguments().contains("--print-locale")) {
+        puts(qPrintable(QLocale::system().name()));
+        return 0;
+    }
+    CataloguesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_catalogues.moc"

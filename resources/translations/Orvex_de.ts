@@ -344,7 +344,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>Einpassen</translation>
+        <translation>Passend</translation>
     </message>
 </context>
 <context>
@@ -457,7 +457,7 @@
     </message>
     <message>
         <source>Save as</source>
-        <translation>Fotos speichern in</translation>
+        <translation>Fotoordner</translation>
     </message>
     <message>
         <source>Browse</source>
@@ -469,7 +469,7 @@
     </message>
     <message>
         <source>RecordingSave</source>
-        <translation>Videos speichern in</translation>
+        <translation>Videoordner</translation>
     </message>
     <message>
         <source>Browse for the recording folder</source>

@@ -344,7 +344,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>全体表示</translation>
+        <translation>最適</translation>
     </message>
 </context>
 <context>

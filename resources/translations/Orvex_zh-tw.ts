@@ -344,7 +344,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>最佳大小</translation>
+        <translation>最佳</translation>
     </message>
 </context>
 <context>

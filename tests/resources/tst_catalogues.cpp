@@ -113,7 +113,7 @@ const Place PLACES[] = {
     {"EffectToolWindow/B & W", 11, 0, 72},
     {"EffectToolWindow/Negative", 11, 0, 72},
     {"EffectToolWindow/Mosaic", 11, 0, 72},
-    {"OSDProcessor/Best fit", 11, 0, 57},
+    {"OSDProcessor/Best fit", 11, 0, 58},
     {"MainWindow/1     2     5    10    15    30  sec.", 0, 8, 200},
 };
 

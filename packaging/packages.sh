@@ -19,7 +19,7 @@ TEST_PACKAGES="
     cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils ffmpeg"
 
 # What the benchmarks measure beside it.
-BENCHMARK_PACKAGES="libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv"
+BENCHMARK_PACKAGES="gstreamer1.0-tools libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv"
 
 # install_packages NAME...: installs those that are missing, as root or through sudo, and says so.
 install_packages() {

@@ -234,6 +234,6 @@ std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
         };
         QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
     };
-    auto writer = MovieWriter::create({m_recordFileName, size, {}}, failed);
+    auto writer = MovieWriter::create({m_recordFileName, size}, failed);
     return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(), size);
 }

@@ -53,8 +53,8 @@ bool encodes(const QString &description, QSize size)
         QStringLiteral("videotestsrc num-buffers=3 pattern=black"
                        " ! video/x-raw,format=I420,width=%1,height=%2,framerate=30/1"
                        " ! videoconvert ! %3 ! video/x-h264 ! fakesink sync=false")
-            .arg(size.width())
-            .arg(size.height())
+            .arg(size.width() & ~1)
+            .arg(size.height() & ~1)
             .arg(description);
     GError *error = nullptr;
     GstElement *pipeline = gst_parse_launch(launch.toUtf8().constData(), &error);

@@ -34,7 +34,10 @@ public:
         /// In pixels; an odd width or height loses its last column or row in the movie.
         QSize pictureSize;
         /// Names of the encoders to try in this order; empty for the best that this machine has.
-        QStringList encoders;
+        QStringList encoders = {};
+        /// The movie's file has room for the index of so much and no more; ten seconds before, the
+        /// movie is completed and the failure handler called.
+        int longestSeconds = 4 * 3600;
     };
 
     /// Opens the file. A failure is reported through the handler, before the return or after it,

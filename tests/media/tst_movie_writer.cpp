@@ -27,12 +27,13 @@ class Movie
 {
 public:
     explicit Movie(const QString &fileName, QSize size = SMALL,
-                   const QStringList &encoders = {"x264enc"})
+                   const QStringList &encoders = {"x264enc"}, int longestSeconds = 3600)
         : m_pictures(size)
-        , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_failures << sentence;
-        }))
+        , writer(MovieWriter::create({fileName, size, encoders, longestSeconds},
+                                     [this](const QString &sentence) {
+                                         const std::lock_guard<std::mutex> lock(m_mutex);
+                                         m_failures << sentence;
+                                     }))
     {
         writer->startSession(START_US);
     }
@@ -296,6 +297,27 @@ private slots:
         movie.writer->finish();
         QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
         QVERIFY(QDir(m_folder.path()).exists());
+    }
+
+    void aMovieThatReachesItsLongestTimeIsCompleted()
+    {
+        const QString file = m_folder.filePath("long.mov");
+        Movie movie(file, SMALL, {"x264enc"}, 12);
+        // At the camera's pace, as the room is looked after by the clock.
+        auto due = std::chrono::steady_clock::now();
+        for (int n = 0; movie.writer->status() == MovieWriter::Status::Writing && n < 30 * 12;
+             ++n) {
+            movie.append(n);
+            std::this_thread::sleep_until(due += std::chrono::milliseconds(33));
+        }
+        QCOMPARE(movie.failures(),
+                 QStringList(
+                     "The recording was stopped because it reached the longest time of a movie."));
+        movie.writer->finish();
+        const MovieFile read(file);
+        QCOMPARE(read.complaints(), QString());
+        QVERIFY(read.duration() > 0.2);
+        QVERIFY(!read.pictures().isEmpty());
     }
 
     void aFolderThatVanishesIsReported()

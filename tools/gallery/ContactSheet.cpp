@@ -28,6 +28,9 @@ QList<QColor> grounds(const QString &ground)
     // An indication must read on white paper as well as on a black board.
     if (ground == "picture")
         return {QColor(0xff, 0xff, 0xff), QColor(0x0b, 0x0c, 0x0d)};
+    // The same two under an indication's own ground.
+    if (ground == "pill")
+        return {QColor(0x73, 0x73, 0x73), QColor(0x05, 0x05, 0x05)};
     return {QColor(0x22, 0x26, 0x2b)};
 }
 

@@ -14,7 +14,7 @@ struct SkinImage {
     QString name;
     /// In device-independent pixels.
     QSize size;
-    /// What it stands on in the window: "panel", "frame", "bar", "popup" or "picture".
+    /// What it stands on in the window: "panel", "frame", "bar", "popup", "picture" or "pill".
     QString ground;
     /// Whether a copy at twice the size is made too.
     bool twice = true;

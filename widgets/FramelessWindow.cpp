@@ -26,12 +26,8 @@ void FramelessWindow::setBackgroundImage(const QImage &image)
     setMinimumSize(size);
     resize(size);
 
-    QBrush brush(image);
-    // A brush counts the texture's own pixels, so a sharp image is brought back to its layout size.
-    const double shrink = 1.0 / image.devicePixelRatioF();
-    brush.setTransform(QTransform::fromScale(shrink, shrink));
     QPalette skinned = palette();
-    skinned.setBrush(backgroundRole(), brush);
+    skinned.setBrush(backgroundRole(), QBrush(image));
     setPalette(skinned);
 }
 

@@ -64,6 +64,11 @@ void TestHorizontalSlider::stepsAreRealNumbers()
     slider.resize(609, 10);
     slider.setRange(0, 100);
     QCOMPARE(slider.strip(), 597.0 / 101.0);
+    // A range without steps counts as one.
+    slider.setRange(3, 2);
+    QCOMPARE(slider.strip(), 597.0);
+    slider.setRange(3, -90);
+    QCOMPARE(slider.strip(), 597.0);
 }
 
 void TestHorizontalSlider::pointerGivesTheValue_data()

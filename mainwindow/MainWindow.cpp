@@ -181,7 +181,7 @@ void MainWindow::createLivePart()
     m_canvases[Live] = createCanvas();
     m_liveSource =
         new LiveSource(m_canvases[Live], Config::resolution(), Config::recordingResolution(), this);
-    connect(m_liveSource, SIGNAL(recordingFailed()), this, SLOT(recordingFailed()));
+    connect(m_liveSource, SIGNAL(recordFailed(QString)), this, SLOT(recordingFailed(QString)));
 }
 
 void MainWindow::createLiveBox()
@@ -497,13 +497,12 @@ void MainWindow::record()
         m_capture.startRecording();
 }
 
-void MainWindow::recordingFailed()
+void MainWindow::recordingFailed(const QString &sentence)
 {
     if (!m_capture.recording())
         return;
     m_capture.stopRecording();
-    QMessageBox::critical(this, tr("Error"),
-                          tr("The recording has stopped because it could not be written."));
+    QMessageBox::critical(this, tr("Error"), sentence);
 }
 
 void MainWindow::print()

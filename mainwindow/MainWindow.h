@@ -144,7 +144,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private slots:
-    void recordingFailed();
+    void recordingFailed(const QString &sentence);
 
 private:
     // The steps of the constructor, in their order

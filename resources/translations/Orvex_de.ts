@@ -305,10 +305,6 @@
         <translation>Seitenleiste</translation>
     </message>
     <message>
-        <source>The recording has stopped because it could not be written.</source>
-        <translation>Die Aufnahme wurde beendet, weil sie nicht geschrieben werden konnte.</translation>
-    </message>
-    <message>
         <source>1     2     5    10    15    30  sec.</source>
         <translation>1     2     5    10    15    30  Sek.</translation>
     </message>
@@ -338,6 +334,37 @@
     <message>
         <source>Effect</source>
         <translation>Effekt</translation>
+    </message>
+</context>
+<context>
+    <name>MovieWriter</name>
+    <message>
+        <source>This computer has no encoder for movies.</source>
+        <translation>Auf diesem Computer gibt es keinen Encoder für Videos.</translation>
+    </message>
+    <message>
+        <source>This computer lacks a part of the movie writer.</source>
+        <translation>Auf diesem Computer fehlt ein Teil, der Videos schreibt.</translation>
+    </message>
+    <message>
+        <source>The movie file cannot be created.</source>
+        <translation>Die Videodatei kann nicht erstellt werden.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because its folder is gone.</source>
+        <translation>Die Aufnahme wurde beendet, weil ihr Ordner nicht mehr da ist.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <translation>Die Aufnahme wurde beendet, weil sie die längste Dauer eines Videos erreicht hat.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the disk is full.</source>
+        <translation>Die Aufnahme wurde beendet, weil der Datenträger voll ist.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the movie file cannot be written.</source>
+        <translation>Die Aufnahme wurde beendet, weil die Videodatei nicht geschrieben werden kann.</translation>
     </message>
 </context>
 <context>

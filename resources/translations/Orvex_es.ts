@@ -305,10 +305,6 @@
         <translation>Panel lateral</translation>
     </message>
     <message>
-        <source>The recording has stopped because it could not be written.</source>
-        <translation>La grabación se ha detenido porque no se pudo escribir.</translation>
-    </message>
-    <message>
         <source>1     2     5    10    15    30  sec.</source>
         <translation>1     2     5    10    15    30  s</translation>
     </message>
@@ -338,6 +334,37 @@
     <message>
         <source>Effect</source>
         <translation>Efecto</translation>
+    </message>
+</context>
+<context>
+    <name>MovieWriter</name>
+    <message>
+        <source>This computer has no encoder for movies.</source>
+        <translation>Este equipo no tiene un codificador de vídeo.</translation>
+    </message>
+    <message>
+        <source>This computer lacks a part of the movie writer.</source>
+        <translation>En este equipo falta un componente para escribir vídeos.</translation>
+    </message>
+    <message>
+        <source>The movie file cannot be created.</source>
+        <translation>No se puede crear el archivo de vídeo.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because its folder is gone.</source>
+        <translation>La grabación se ha detenido porque su carpeta ya no existe.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <translation>La grabación se ha detenido porque ha alcanzado la duración máxima de un vídeo.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the disk is full.</source>
+        <translation>La grabación se ha detenido porque el disco está lleno.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the movie file cannot be written.</source>
+        <translation>La grabación se ha detenido porque no se puede escribir el archivo de vídeo.</translation>
     </message>
 </context>
 <context>

@@ -305,10 +305,6 @@
         <translation>Panneau latéral</translation>
     </message>
     <message>
-        <source>The recording has stopped because it could not be written.</source>
-        <translation>L’enregistrement a été arrêté, car il n’a pas pu être écrit.</translation>
-    </message>
-    <message>
         <source>1     2     5    10    15    30  sec.</source>
         <translation>1     2     5    10    15    30  s</translation>
     </message>
@@ -338,6 +334,37 @@
     <message>
         <source>Effect</source>
         <translation>Effet</translation>
+    </message>
+</context>
+<context>
+    <name>MovieWriter</name>
+    <message>
+        <source>This computer has no encoder for movies.</source>
+        <translation>Cet ordinateur n’a pas d’encodeur vidéo.</translation>
+    </message>
+    <message>
+        <source>This computer lacks a part of the movie writer.</source>
+        <translation>Il manque à cet ordinateur un composant pour écrire les vidéos.</translation>
+    </message>
+    <message>
+        <source>The movie file cannot be created.</source>
+        <translation>Le fichier vidéo ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because its folder is gone.</source>
+        <translation>L’enregistrement a été arrêté, car son dossier n’existe plus.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <translation>L’enregistrement a été arrêté, car il a atteint la durée maximale d’une vidéo.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the disk is full.</source>
+        <translation>L’enregistrement a été arrêté, car le disque est plein.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the movie file cannot be written.</source>
+        <translation>L’enregistrement a été arrêté, car le fichier vidéo ne peut pas être écrit.</translation>
     </message>
 </context>
 <context>

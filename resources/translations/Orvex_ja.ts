@@ -305,10 +305,6 @@
         <translation>サイドパネル</translation>
     </message>
     <message>
-        <source>The recording has stopped because it could not be written.</source>
-        <translation>録画を書き込めないため、停止しました。</translation>
-    </message>
-    <message>
         <source>1     2     5    10    15    30  sec.</source>
         <translation>1     2     5    10    15    30  秒</translation>
     </message>
@@ -338,6 +334,37 @@
     <message>
         <source>Effect</source>
         <translation>効果</translation>
+    </message>
+</context>
+<context>
+    <name>MovieWriter</name>
+    <message>
+        <source>This computer has no encoder for movies.</source>
+        <translation>このコンピューターには動画のエンコーダーがありません。</translation>
+    </message>
+    <message>
+        <source>This computer lacks a part of the movie writer.</source>
+        <translation>このコンピューターには動画の書き込みに必要な部品がありません。</translation>
+    </message>
+    <message>
+        <source>The movie file cannot be created.</source>
+        <translation>動画ファイルを作成できません。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because its folder is gone.</source>
+        <translation>保存先のフォルダーがなくなったため、録画を停止しました。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <translation>動画の最長時間に達したため、録画を停止しました。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the disk is full.</source>
+        <translation>ディスクがいっぱいになったため、録画を停止しました。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the movie file cannot be written.</source>
+        <translation>動画ファイルに書き込めないため、録画を停止しました。</translation>
     </message>
 </context>
 <context>

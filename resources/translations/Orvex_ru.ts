@@ -305,10 +305,6 @@
         <translation>Боковая панель</translation>
     </message>
     <message>
-        <source>The recording has stopped because it could not be written.</source>
-        <translation>Запись остановлена, так как её не удалось сохранить.</translation>
-    </message>
-    <message>
         <source>1     2     5    10    15    30  sec.</source>
         <translation>1     2     5    10    15    30  сек.</translation>
     </message>
@@ -338,6 +334,37 @@
     <message>
         <source>Effect</source>
         <translation>Эффект</translation>
+    </message>
+</context>
+<context>
+    <name>MovieWriter</name>
+    <message>
+        <source>This computer has no encoder for movies.</source>
+        <translation>На этом компьютере нет кодировщика видео.</translation>
+    </message>
+    <message>
+        <source>This computer lacks a part of the movie writer.</source>
+        <translation>На этом компьютере не хватает компонента для записи видео.</translation>
+    </message>
+    <message>
+        <source>The movie file cannot be created.</source>
+        <translation>Не удаётся создать файл видео.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because its folder is gone.</source>
+        <translation>Запись остановлена, так как её папки больше нет.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <translation>Запись остановлена, так как достигнута наибольшая длительность видео.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the disk is full.</source>
+        <translation>Запись остановлена, так как диск заполнен.</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the movie file cannot be written.</source>
+        <translation>Запись остановлена, так как не удаётся записать файл видео.</translation>
     </message>
 </context>
 <context>

@@ -305,10 +305,6 @@
         <translation>側邊面板</translation>
     </message>
     <message>
-        <source>The recording has stopped because it could not be written.</source>
-        <translation>無法寫入錄製的影片，錄製已停止。</translation>
-    </message>
-    <message>
         <source>1     2     5    10    15    30  sec.</source>
         <translation>1     2     5    10    15    30  秒</translation>
     </message>
@@ -338,6 +334,37 @@
     <message>
         <source>Effect</source>
         <translation>效果</translation>
+    </message>
+</context>
+<context>
+    <name>MovieWriter</name>
+    <message>
+        <source>This computer has no encoder for movies.</source>
+        <translation>這台電腦沒有影片編碼器。</translation>
+    </message>
+    <message>
+        <source>This computer lacks a part of the movie writer.</source>
+        <translation>這台電腦缺少寫入影片所需的元件。</translation>
+    </message>
+    <message>
+        <source>The movie file cannot be created.</source>
+        <translation>無法建立影片檔。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because its folder is gone.</source>
+        <translation>錄影資料夾已不存在，錄影已停止。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <translation>已達到影片的最長時間，錄影已停止。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the disk is full.</source>
+        <translation>磁碟已滿，錄影已停止。</translation>
+    </message>
+    <message>
+        <source>The recording was stopped because the movie file cannot be written.</source>
+        <translation>無法寫入影片檔，錄影已停止。</translation>
     </message>
 </context>
 <context>

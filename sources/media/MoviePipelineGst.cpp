@@ -15,11 +15,6 @@ constexpr GstClockTime WATCH_INTERVAL = 250 * GST_MSECOND;
 /// What is left of the index's room when the movie is ended.
 constexpr quint64 LEAST_RESERVE = 10 * GST_SECOND;
 
-QString sentence(const char *text)
-{
-    return QCoreApplication::translate("MovieWriter", text);
-}
-
 QString pipelineDescription(const QString &encoder, int longestSeconds)
 {
     return QStringLiteral(
@@ -87,7 +82,8 @@ void MoviePipeline::open(const MovieWriter::Settings &settings)
         settings.encoders.isEmpty() ? MovieEncoders::names() : settings.encoders,
         settings.pictureSize);
     if (encoder.isEmpty()) {
-        fail(sentence("This computer has no encoder for movies."));
+        fail(
+            QCoreApplication::translate("MovieWriter", "This computer has no encoder for movies."));
         return;
     }
     GError *error = nullptr;
@@ -96,7 +92,8 @@ void MoviePipeline::open(const MovieWriter::Settings &settings)
     if (!m_pipeline || error) {
         qDebug("The movie writer cannot be built: %s", error ? error->message : "");
         g_clear_error(&error);
-        fail(sentence("This computer lacks a part of the movie writer."));
+        fail(QCoreApplication::translate("MovieWriter",
+                                         "This computer lacks a part of the movie writer."));
         return;
     }
     GstBin *bin = GST_BIN(m_pipeline.get());
@@ -109,7 +106,7 @@ void MoviePipeline::open(const MovieWriter::Settings &settings)
     if (gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE ||
         stat(m_fileName.constData(), &m_file) != 0) {
         gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
-        fail(sentence("The movie file cannot be created."));
+        fail(QCoreApplication::translate("MovieWriter", "The movie file cannot be created."));
         return;
     }
     m_opened = true;
@@ -137,9 +134,12 @@ void MoviePipeline::checkSurroundings()
     quint64 reserve = GST_CLOCK_TIME_NONE;
     g_object_get(m_mux.get(), "reserved-duration-remaining", &reserve, nullptr);
     if (!fileInPlace())
-        fail(sentence("The recording was stopped because its folder is gone."));
+        fail(QCoreApplication::translate("MovieWriter",
+                                         "The recording was stopped because its folder is gone."));
     else if (hasPictures && reserve < LEAST_RESERVE)
-        fail(sentence("The recording was stopped because it reached the longest time of a movie."));
+        fail(QCoreApplication::translate(
+            "MovieWriter",
+            "The recording was stopped because it reached the longest time of a movie."));
     else
         return;
     end();
@@ -177,6 +177,9 @@ QString MoviePipeline::textOf(GstMessage *message)
     const bool full = g_error_matches(error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_NO_SPACE_LEFT);
     g_error_free(error);
     g_free(details);
-    return full ? sentence("The recording was stopped because the disk is full.")
-                : sentence("The recording was stopped because the movie file cannot be written.");
+    return full ? QCoreApplication::translate("MovieWriter",
+                                              "The recording was stopped because the disk is full.")
+                : QCoreApplication::translate(
+                      "MovieWriter",
+                      "The recording was stopped because the movie file cannot be written.");
 }

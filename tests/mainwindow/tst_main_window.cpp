@@ -681,16 +681,19 @@ void TestMainWindow::recordingSurvivesAModeChange()
     QVERIFY(window.recording());
     // It fails while another mode is shown.
     QString title;
+    QString text;
     whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
         title = box->windowTitle();
+        text = box->text();
         box->accept();
     });
-    QVERIFY(QMetaObject::invokeMethod(&window, "recordingFailed"));
+    emit window.liveSource()->recordFailed("The disk is full.");
     QCOMPARE(title, QString("Error"));
+    QCOMPARE(text, QString("The disk is full."));
     QVERIFY(!window.recording());
     QVERIFY(!window.panelButton(PanelButton::Record)->isChecked());
     // Once more says nothing.
-    QVERIFY(QMetaObject::invokeMethod(&window, "recordingFailed"));
+    emit window.liveSource()->recordFailed("The disk is full.");
 }
 
 void TestMainWindow::photographsAreChosenByOneOfThem()

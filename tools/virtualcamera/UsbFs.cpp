@@ -129,15 +129,17 @@ bool UsbFs::sleepUntil(Clock::time_point time)
     return !m_changed.wait_until(lock, time, [this] { return m_shutDown; });
 }
 
-bool UsbFs::send(const Stream &stream, std::vector<Payload> payloads)
+UsbFs::Sent UsbFs::send(const Stream &stream, std::vector<Payload> payloads)
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_streaming || stream.number != m_current.number || !m_queue.push(std::move(payloads)))
-        return false;
+    if (!streamRuns() || stream.number != m_current.number)
+        return Sent::Ended;
+    if (!m_queue.push(std::move(payloads)))
+        return Sent::Overrun;
     for (Handle *handle : m_handles)
         m_queue.feed(*handle);
     updateReadiness();
-    return true;
+    return Sent::Queued;
 }
 
 void UsbFs::shutDown()

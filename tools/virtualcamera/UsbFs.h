@@ -46,9 +46,13 @@ public:
     [[nodiscard]] std::optional<Stream> waitForStream();
     /// False after shutDown().
     [[nodiscard]] bool sleepUntil(Clock::time_point time);
-    /// Puts a frame of that stream on the bus; false if the stream has ended or the program has not
-    /// yet taken the earlier frames.
-    [[nodiscard]] bool send(const Stream &stream, std::vector<Payload> payloads);
+    enum class Sent {
+        Queued,
+        Overrun, ///< the program has not yet taken the earlier frames
+        Ended,   ///< so has the stream
+    };
+    /// Puts a frame of that stream on the bus.
+    [[nodiscard]] Sent send(const Stream &stream, std::vector<Payload> payloads);
     void shutDown();
 
 private:

@@ -97,12 +97,17 @@ void UvcStreamer::sendFrame(const UsbFs::Stream &stream)
     const std::uint32_t number = m_frameNumber++;
     if (takeFault(m_faults.dropFrames))
         return;
-    if (m_usbFs.send(stream, packets(std::move(jpeg)))) {
+    switch (m_usbFs.send(stream, packets(std::move(jpeg)))) {
+    case UsbFs::Sent::Queued:
         ++m_framesSent;
         m_bytesSent += size;
         m_lastFrame = number;
-    } else {
+        break;
+    case UsbFs::Sent::Overrun:
         ++m_framesOverrun;
+        break;
+    case UsbFs::Sent::Ended:
+        break;
     }
 }
 

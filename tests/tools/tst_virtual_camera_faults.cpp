@@ -218,11 +218,15 @@ void VirtualCameraFaultsTest::framesSayAnotherSize()
 {
     Bench bench;
     QVERIFY(bench.stream());
-    const auto isOther = [](const QByteArray &jpeg) { return sizeInHeader(jpeg) != SIZE; };
-    const QByteArray high = spoiltFrame(bench, bench.camera.faults().wrongSizeFrames, isOther);
-    QCOMPARE(sizeInHeader(high), QSize(SIZE.width(), 2 * SIZE.height()));
-    const QByteArray low = spoiltFrame(bench, bench.camera.faults().smallSizeFrames, isOther);
-    QCOMPARE(sizeInHeader(low), QSize(SIZE.width(), SIZE.height() / 2));
+    const QSize twice(SIZE.width(), 2 * SIZE.height()), half(SIZE.width(), SIZE.height() / 2);
+    QVERIFY(
+        !spoiltFrame(bench, bench.camera.faults().wrongSizeFrames, [twice](const QByteArray &jpeg) {
+             return sizeInHeader(jpeg) == twice;
+         }).isEmpty());
+    QVERIFY(
+        !spoiltFrame(bench, bench.camera.faults().smallSizeFrames, [half](const QByteArray &jpeg) {
+             return sizeInHeader(jpeg) == half;
+         }).isEmpty());
     bench.viewer.stop();
 }
 

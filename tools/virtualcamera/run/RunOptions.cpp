@@ -51,6 +51,12 @@ bool RunOptions::parseOption(const QString &name, const QString &value, QString 
         camera.banner = value;
     } else if (name == QLatin1String("--serial")) {
         camera.serial = value;
+    } else if (name == QLatin1String("--fps")) {
+        camera.framesPerSecond = value.toInt();
+        if (camera.framesPerSecond < 1 || camera.framesPerSecond > 240) {
+            error = QStringLiteral("the frames a second are 1 to 240, not %1").arg(value);
+            return false;
+        }
     } else if (name == QLatin1String("--fault")) {
         firstCommands.append(QStringLiteral("fault ") + QString(value).replace('=', ' '));
     } else if (name == QLatin1String("--commands")) {
@@ -92,6 +98,7 @@ QString RunOptions::usage()
         "  --transport bulk|iso   how the pictures travel (bulk)\n"
         "  --banner TEXT          the heading of the sheet under the camera\n"
         "  --serial TEXT          the camera's serial number\n"
+        "  --fps NUMBER           frames a second (30)\n"
         "  --unplugged            start with the camera unplugged\n"
         "  --script STEPS         \"SECONDS:COMMAND;...\" from the program's start; the camera is\n"
         "                         then unplugged until the script plugs it in\n"

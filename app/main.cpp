@@ -1,5 +1,6 @@
 #include "LocaleCatalogue.h"
 #include "mainwindow/MainWindow.h"
+#include "resources/translations/Translations.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -11,6 +12,7 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
 
+    initialiseTranslations();
     QTranslator translator;
     const QString file = catalogueForLocale(QLocale::system().name());
     // A failed load is no error: the interface then shows its English source texts.

@@ -86,11 +86,11 @@
     </message>
     <message>
         <source>Assisting</source>
-        <translation>Hilfen</translation>
+        <translation>Effekte</translation>
     </message>
     <message>
         <source>Adjustment</source>
-        <translation>Anpassung</translation>
+        <translation>Anpassen</translation>
     </message>
     <message>
         <source>Recording</source>
@@ -340,11 +340,11 @@
     <name>MovieWriter</name>
     <message>
         <source>This computer has no encoder for movies.</source>
-        <translation>Auf diesem Computer gibt es keinen Encoder für Videos.</translation>
+        <translation>Auf diesem Computer ist kein Video-Encoder vorhanden.</translation>
     </message>
     <message>
         <source>This computer lacks a part of the movie writer.</source>
-        <translation>Auf diesem Computer fehlt ein Teil, der Videos schreibt.</translation>
+        <translation>Auf diesem Computer fehlt eine Komponente zum Speichern von Videos.</translation>
     </message>
     <message>
         <source>The movie file cannot be created.</source>
@@ -352,11 +352,11 @@
     </message>
     <message>
         <source>The recording was stopped because its folder is gone.</source>
-        <translation>Die Aufnahme wurde beendet, weil ihr Ordner nicht mehr da ist.</translation>
+        <translation>Die Aufnahme wurde beendet, weil der Zielordner nicht mehr vorhanden ist.</translation>
     </message>
     <message>
         <source>The recording was stopped because it reached the longest time of a movie.</source>
-        <translation>Die Aufnahme wurde beendet, weil sie die längste Dauer eines Videos erreicht hat.</translation>
+        <translation>Die Aufnahme wurde beendet, weil die maximale Videolänge erreicht ist.</translation>
     </message>
     <message>
         <source>The recording was stopped because the disk is full.</source>
@@ -448,11 +448,11 @@
     </message>
     <message>
         <source>Single</source>
-        <translation>Einzeln</translation>
+        <translation>Einzelbild</translation>
     </message>
     <message>
         <source>Continuous</source>
-        <translation>Fortlaufend</translation>
+        <translation>Serie</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -488,11 +488,11 @@
     </message>
     <message>
         <source>Browse</source>
-        <translation>Suchen</translation>
+        <translation>Auswählen</translation>
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Ordner für Schnappschüsse suchen</translation>
+        <translation>Auswählen: Ordner für Schnappschüsse</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -500,7 +500,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Ordner für Aufnahmen suchen</translation>
+        <translation>Auswählen: Ordner für Aufnahmen</translation>
     </message>
     <message>
         <source>OK</source>
@@ -516,7 +516,7 @@
     </message>
     <message>
         <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
-        <translation>Bei einer Aufnahmeauflösung von 1920x1080 kann die Bildrate sinken, wenn der PC nicht leistungsfähig genug ist. Fortfahren?</translation>
+        <translation>Bei einer Aufnahmeauflösung von 1920x1080 kann die Bildrate sinken, wenn der Computer nicht leistungsfähig genug ist. Fortfahren?</translation>
     </message>
     <message>
         <source>Folder for snapshots</source>

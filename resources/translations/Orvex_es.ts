@@ -86,11 +86,11 @@
     </message>
     <message>
         <source>Assisting</source>
-        <translation>Ayuda</translation>
+        <translation>Efectos</translation>
     </message>
     <message>
         <source>Adjustment</source>
-        <translation>Ajustes</translation>
+        <translation>Ajuste</translation>
     </message>
     <message>
         <source>Recording</source>
@@ -106,7 +106,7 @@
     </message>
     <message>
         <source>Freehand</source>
-        <translation>Mano alzada</translation>
+        <translation>A mano alzada</translation>
     </message>
     <message>
         <source>Circle</source>
@@ -134,7 +134,7 @@
     </message>
     <message>
         <source>Clip image</source>
-        <translation>Recortar imagen</translation>
+        <translation>Copiar área</translation>
     </message>
     <message>
         <source>Hand</source>
@@ -142,7 +142,7 @@
     </message>
     <message>
         <source>Fill background</source>
-        <translation>Rellenar fondo</translation>
+        <translation>Rellenar el fondo</translation>
     </message>
     <message>
         <source>Mask</source>
@@ -162,7 +162,7 @@
     </message>
     <message>
         <source>Reset zoom</source>
-        <translation>Restablecer zoom</translation>
+        <translation>Restablecer el zoom</translation>
     </message>
     <message>
         <source>Auto focus</source>
@@ -170,11 +170,11 @@
     </message>
     <message>
         <source>Brightness down</source>
-        <translation>Reducir brillo</translation>
+        <translation>Reducir el brillo</translation>
     </message>
     <message>
         <source>Brightness up</source>
-        <translation>Aumentar brillo</translation>
+        <translation>Aumentar el brillo</translation>
     </message>
     <message>
         <source>Rotate</source>
@@ -182,15 +182,15 @@
     </message>
     <message>
         <source>Freeze</source>
-        <translation>Congelar</translation>
+        <translation>Congelar la imagen</translation>
     </message>
     <message>
         <source>Record video</source>
-        <translation>Grabar vídeo</translation>
+        <translation>Grabar un vídeo</translation>
     </message>
     <message>
         <source>Take snapshot</source>
-        <translation>Tomar instantánea</translation>
+        <translation>Tomar una instantánea</translation>
     </message>
     <message>
         <source>Settings</source>
@@ -218,7 +218,7 @@
     </message>
     <message>
         <source>Open film</source>
-        <translation>Abrir película</translation>
+        <translation>Abrir una película</translation>
     </message>
     <message>
         <source>Play</source>
@@ -246,7 +246,7 @@
     </message>
     <message>
         <source>Open folder of photographs</source>
-        <translation>Abrir carpeta de fotografías</translation>
+        <translation>Abrir una carpeta de fotografías</translation>
     </message>
     <message>
         <source>Previous photograph</source>
@@ -254,7 +254,7 @@
     </message>
     <message>
         <source>Slideshow</source>
-        <translation>Diapositivas</translation>
+        <translation>Pase de diapositivas</translation>
     </message>
     <message>
         <source>Next photograph</source>
@@ -266,7 +266,7 @@
     </message>
     <message>
         <source>Slideshow interval</source>
-        <translation>Intervalo de las diapositivas</translation>
+        <translation>Intervalo del pase de diapositivas</translation>
     </message>
     <message>
         <source>Error</source>
@@ -310,7 +310,7 @@
     </message>
     <message>
         <source>No printers found on this system.</source>
-        <translation>No se encontraron impresoras en este sistema.</translation>
+        <translation>No se ha encontrado ninguna impresora en este sistema.</translation>
     </message>
 </context>
 <context>
@@ -340,11 +340,11 @@
     <name>MovieWriter</name>
     <message>
         <source>This computer has no encoder for movies.</source>
-        <translation>Este equipo no tiene un codificador de vídeo.</translation>
+        <translation>Este equipo no dispone de ningún codificador de vídeo.</translation>
     </message>
     <message>
         <source>This computer lacks a part of the movie writer.</source>
-        <translation>En este equipo falta un componente para escribir vídeos.</translation>
+        <translation>En este equipo falta un componente necesario para grabar vídeos.</translation>
     </message>
     <message>
         <source>The movie file cannot be created.</source>
@@ -386,7 +386,7 @@
     </message>
     <message>
         <source>Freehand</source>
-        <translation>Mano alzada</translation>
+        <translation>A mano alzada</translation>
     </message>
     <message>
         <source>Circle</source>
@@ -464,7 +464,7 @@
     </message>
     <message>
         <source>Document Camera</source>
-        <translation>Cámara de documentos</translation>
+        <translation>Cámara</translation>
     </message>
     <message>
         <source>Resolution</source>
@@ -492,7 +492,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Examinar la carpeta de instantáneas</translation>
+        <translation>Examinar: carpeta de instantáneas</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -500,7 +500,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Examinar la carpeta de grabaciones</translation>
+        <translation>Examinar: carpeta de grabaciones</translation>
     </message>
     <message>
         <source>OK</source>
@@ -520,11 +520,11 @@
     </message>
     <message>
         <source>Folder for snapshots</source>
-        <translation>Carpeta para instantáneas</translation>
+        <translation>Carpeta de instantáneas</translation>
     </message>
     <message>
         <source>Folder for recordings</source>
-        <translation>Carpeta para grabaciones</translation>
+        <translation>Carpeta de grabaciones</translation>
     </message>
 </context>
 <context>

@@ -74,7 +74,7 @@
     <name>MainWindow</name>
     <message>
         <source>Line Width</source>
-        <translation>Épaisseur</translation>
+        <translation>Épaisseur du trait</translation>
     </message>
     <message>
         <source>Width</source>
@@ -86,7 +86,7 @@
     </message>
     <message>
         <source>Assisting</source>
-        <translation>Aide</translation>
+        <translation>Effets</translation>
     </message>
     <message>
         <source>Adjustment</source>
@@ -106,7 +106,7 @@
     </message>
     <message>
         <source>Freehand</source>
-        <translation>Main levée</translation>
+        <translation>À main levée</translation>
     </message>
     <message>
         <source>Circle</source>
@@ -202,7 +202,7 @@
     </message>
     <message>
         <source>Live</source>
-        <translation>Direct</translation>
+        <translation>En direct</translation>
     </message>
     <message>
         <source>Film</source>
@@ -234,11 +234,11 @@
     </message>
     <message>
         <source>Slower or backward</source>
-        <translation>Plus lent ou arrière</translation>
+        <translation>Ralentir ou reculer</translation>
     </message>
     <message>
         <source>Faster</source>
-        <translation>Plus rapide</translation>
+        <translation>Accélérer</translation>
     </message>
     <message>
         <source>Volume</source>
@@ -274,7 +274,7 @@
     </message>
     <message>
         <source>Please select a folder first.</source>
-        <translation>Veuillez d’abord choisir un dossier.</translation>
+        <translation>Veuillez d’abord sélectionner un dossier.</translation>
     </message>
     <message>
         <source>Line Color</source>
@@ -310,7 +310,7 @@
     </message>
     <message>
         <source>No printers found on this system.</source>
-        <translation>Aucune imprimante n’a été trouvée sur ce système.</translation>
+        <translation>Aucune imprimante trouvée sur ce système.</translation>
     </message>
 </context>
 <context>
@@ -340,15 +340,15 @@
     <name>MovieWriter</name>
     <message>
         <source>This computer has no encoder for movies.</source>
-        <translation>Cet ordinateur n’a pas d’encodeur vidéo.</translation>
+        <translation>Aucun encodeur vidéo n’est disponible sur cet ordinateur.</translation>
     </message>
     <message>
         <source>This computer lacks a part of the movie writer.</source>
-        <translation>Il manque à cet ordinateur un composant pour écrire les vidéos.</translation>
+        <translation>Il manque sur cet ordinateur un composant nécessaire à l’enregistrement des vidéos.</translation>
     </message>
     <message>
         <source>The movie file cannot be created.</source>
-        <translation>Le fichier vidéo ne peut pas être créé.</translation>
+        <translation>Impossible de créer le fichier vidéo.</translation>
     </message>
     <message>
         <source>The recording was stopped because its folder is gone.</source>
@@ -364,7 +364,7 @@
     </message>
     <message>
         <source>The recording was stopped because the movie file cannot be written.</source>
-        <translation>L’enregistrement a été arrêté, car le fichier vidéo ne peut pas être écrit.</translation>
+        <translation>L’enregistrement a été arrêté, car l’écriture du fichier vidéo est impossible.</translation>
     </message>
 </context>
 <context>
@@ -386,7 +386,7 @@
     </message>
     <message>
         <source>Freehand</source>
-        <translation>Main levée</translation>
+        <translation>À main levée</translation>
     </message>
     <message>
         <source>Circle</source>
@@ -492,7 +492,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Choisir le dossier des instantanés</translation>
+        <translation>Parcourir : dossier des instantanés</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -500,7 +500,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Choisir le dossier des enregistrements</translation>
+        <translation>Parcourir : dossier des enregistrements</translation>
     </message>
     <message>
         <source>OK</source>
@@ -516,7 +516,7 @@
     </message>
     <message>
         <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
-        <translation>Une résolution d’enregistrement de 1920x1080 peut réduire la fréquence d’images si l’ordinateur n’est pas assez puissant. Continuer ?</translation>
+        <translation>Une résolution d’enregistrement de 1920x1080 peut réduire la fréquence d’images si l’ordinateur n’est pas assez puissant. Continuer ?</translation>
     </message>
     <message>
         <source>Folder for snapshots</source>

@@ -134,15 +134,15 @@
     </message>
     <message>
         <source>Clip image</source>
-        <translation>画像の切り抜き</translation>
+        <translation>範囲をコピー</translation>
     </message>
     <message>
         <source>Hand</source>
-        <translation>手のひら</translation>
+        <translation>手のひらツール</translation>
     </message>
     <message>
         <source>Fill background</source>
-        <translation>背景の塗りつぶし</translation>
+        <translation>背景を塗りつぶす</translation>
     </message>
     <message>
         <source>Mask</source>
@@ -162,7 +162,7 @@
     </message>
     <message>
         <source>Reset zoom</source>
-        <translation>拡大をリセット</translation>
+        <translation>ズームをリセット</translation>
     </message>
     <message>
         <source>Auto focus</source>
@@ -182,7 +182,7 @@
     </message>
     <message>
         <source>Freeze</source>
-        <translation>静止</translation>
+        <translation>画面を静止</translation>
     </message>
     <message>
         <source>Record video</source>
@@ -214,7 +214,7 @@
     </message>
     <message>
         <source>Drawing Board</source>
-        <translation>お絵かきボード</translation>
+        <translation>描画ボード</translation>
     </message>
     <message>
         <source>Open film</source>
@@ -234,11 +234,11 @@
     </message>
     <message>
         <source>Slower or backward</source>
-        <translation>低速または巻き戻し</translation>
+        <translation>低速または逆再生</translation>
     </message>
     <message>
         <source>Faster</source>
-        <translation>高速</translation>
+        <translation>高速再生</translation>
     </message>
     <message>
         <source>Volume</source>
@@ -344,7 +344,7 @@
     </message>
     <message>
         <source>This computer lacks a part of the movie writer.</source>
-        <translation>このコンピューターには動画の書き込みに必要な部品がありません。</translation>
+        <translation>このコンピューターには動画の書き込みに必要なコンポーネントがありません。</translation>
     </message>
     <message>
         <source>The movie file cannot be created.</source>
@@ -356,7 +356,7 @@
     </message>
     <message>
         <source>The recording was stopped because it reached the longest time of a movie.</source>
-        <translation>動画の最長時間に達したため、録画を停止しました。</translation>
+        <translation>録画できる最長時間に達したため、録画を停止しました。</translation>
     </message>
     <message>
         <source>The recording was stopped because the disk is full.</source>
@@ -448,11 +448,11 @@
     </message>
     <message>
         <source>Single</source>
-        <translation>単写</translation>
+        <translation>1 枚撮影</translation>
     </message>
     <message>
         <source>Continuous</source>
-        <translation>連写</translation>
+        <translation>連続撮影</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -512,11 +512,11 @@
     </message>
     <message>
         <source>Question</source>
-        <translation>質問</translation>
+        <translation>確認</translation>
     </message>
     <message>
         <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
-        <translation>パソコンの性能が十分でない場合、録画の解像度を 1920x1080 にするとフレームレートが低下することがあります。続けますか？</translation>
+        <translation>コンピューターの性能が十分でない場合、録画の解像度を 1920x1080 にするとフレームレートが低下することがあります。続行しますか？</translation>
     </message>
     <message>
         <source>Folder for snapshots</source>

@@ -86,11 +86,11 @@
     </message>
     <message>
         <source>Assisting</source>
-        <translation>Помощь</translation>
+        <translation>Эффекты</translation>
     </message>
     <message>
         <source>Adjustment</source>
-        <translation>Настройка</translation>
+        <translation>Регулировка</translation>
     </message>
     <message>
         <source>Recording</source>
@@ -198,7 +198,7 @@
     </message>
     <message>
         <source>Print</source>
-        <translation>Печать</translation>
+        <translation>Напечатать</translation>
     </message>
     <message>
         <source>Live</source>
@@ -226,7 +226,7 @@
     </message>
     <message>
         <source>Pause</source>
-        <translation>Пауза</translation>
+        <translation>Приостановить</translation>
     </message>
     <message>
         <source>Stop</source>
@@ -294,7 +294,7 @@
     </message>
     <message>
         <source>Position in the film</source>
-        <translation>Положение в фильме</translation>
+        <translation>Позиция воспроизведения</translation>
     </message>
     <message>
         <source>About</source>
@@ -310,7 +310,7 @@
     </message>
     <message>
         <source>No printers found on this system.</source>
-        <translation>В этой системе не найдено ни одного принтера.</translation>
+        <translation>В системе не найдено ни одного принтера.</translation>
     </message>
 </context>
 <context>
@@ -348,7 +348,7 @@
     </message>
     <message>
         <source>The movie file cannot be created.</source>
-        <translation>Не удаётся создать файл видео.</translation>
+        <translation>Не удалось создать видеофайл.</translation>
     </message>
     <message>
         <source>The recording was stopped because its folder is gone.</source>
@@ -356,7 +356,7 @@
     </message>
     <message>
         <source>The recording was stopped because it reached the longest time of a movie.</source>
-        <translation>Запись остановлена, так как достигнута наибольшая длительность видео.</translation>
+        <translation>Запись остановлена, так как достигнута максимальная длительность видео.</translation>
     </message>
     <message>
         <source>The recording was stopped because the disk is full.</source>
@@ -364,7 +364,7 @@
     </message>
     <message>
         <source>The recording was stopped because the movie file cannot be written.</source>
-        <translation>Запись остановлена, так как не удаётся записать файл видео.</translation>
+        <translation>Запись остановлена, так как не удаётся записать видеофайл.</translation>
     </message>
 </context>
 <context>
@@ -492,7 +492,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Выбрать папку для снимков</translation>
+        <translation>Обзор: папка для снимков</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -500,7 +500,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Выбрать папку для записей</translation>
+        <translation>Обзор: папка для записей</translation>
     </message>
     <message>
         <source>OK</source>

@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>No fill</source>
-        <translation>不填色</translation>
+        <translation>不填滿</translation>
     </message>
     <message>
         <source>Black</source>
@@ -138,7 +138,7 @@
     </message>
     <message>
         <source>Hand</source>
-        <translation>手形</translation>
+        <translation>手形工具</translation>
     </message>
     <message>
         <source>Fill background</source>
@@ -214,7 +214,7 @@
     </message>
     <message>
         <source>Drawing Board</source>
-        <translation>繪圖板</translation>
+        <translation>畫板</translation>
     </message>
     <message>
         <source>Open film</source>
@@ -234,11 +234,11 @@
     </message>
     <message>
         <source>Slower or backward</source>
-        <translation>較慢或倒轉</translation>
+        <translation>放慢或倒轉</translation>
     </message>
     <message>
         <source>Faster</source>
-        <translation>較快</translation>
+        <translation>加快</translation>
     </message>
     <message>
         <source>Volume</source>
@@ -266,7 +266,7 @@
     </message>
     <message>
         <source>Slideshow interval</source>
-        <translation>投影片間隔</translation>
+        <translation>投影片播放間隔</translation>
     </message>
     <message>
         <source>Error</source>
@@ -274,7 +274,7 @@
     </message>
     <message>
         <source>Please select a folder first.</source>
-        <translation>請先選擇資料夾。</translation>
+        <translation>請先選取資料夾。</translation>
     </message>
     <message>
         <source>Line Color</source>
@@ -294,7 +294,7 @@
     </message>
     <message>
         <source>Position in the film</source>
-        <translation>影片位置</translation>
+        <translation>影片播放位置</translation>
     </message>
     <message>
         <source>About</source>
@@ -356,7 +356,7 @@
     </message>
     <message>
         <source>The recording was stopped because it reached the longest time of a movie.</source>
-        <translation>已達到影片的最長時間，錄影已停止。</translation>
+        <translation>已達到影片的時間上限，錄影已停止。</translation>
     </message>
     <message>
         <source>The recording was stopped because the disk is full.</source>
@@ -409,15 +409,15 @@
     <name>RegistrationWidget</name>
     <message>
         <source>Open registration file...</source>
-        <translation>開啟登錄檔...</translation>
+        <translation>開啟註冊檔...</translation>
     </message>
     <message>
         <source>Registration file (*.rf)</source>
-        <translation>登錄檔 (*.rf)</translation>
+        <translation>註冊檔 (*.rf)</translation>
     </message>
     <message>
         <source>Save registration file...</source>
-        <translation>儲存登錄檔...</translation>
+        <translation>儲存註冊檔...</translation>
     </message>
 </context>
 <context>
@@ -476,11 +476,11 @@
     </message>
     <message>
         <source>Capture</source>
-        <translation>擷取</translation>
+        <translation>拍攝</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation>時間</translation>
+        <translation>間隔時間</translation>
     </message>
     <message>
         <source>Save as</source>
@@ -516,7 +516,7 @@
     </message>
     <message>
         <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>
-        <translation>電腦效能不足時，使用 1920x1080 的錄影解析度可能會使畫面更新率降低。要繼續嗎？</translation>
+        <translation>若電腦效能不足，以 1920x1080 的解析度錄影可能會使影格率降低。要繼續嗎？</translation>
     </message>
     <message>
         <source>Folder for snapshots</source>

@@ -106,6 +106,11 @@ const Place PLACES[] = {
     {"SettingsToolWindow/Browse", 10, 0, 70},
     {"SettingsToolWindow/OK", 10, 0, 70},
     {"SettingsToolWindow/Cancel", 10, 0, 70},
+    // The field and the boxes of the settings: 132 less their frame, the boxes' sign and margins.
+    {"SettingsToolWindow/Document Camera", 0, 13, 122},
+    {"SettingsToolWindow/Single", 0, 13, 98},
+    {"SettingsToolWindow/Continuous", 0, 13, 98},
+    {"SettingsToolWindow/FHD 1920 x 1080", 0, 13, 104},
     {"AboutToolWindow/Version 1.00", 0, 14, 220},
     {"AboutToolWindow/OK", 10, 0, 70},
     // Captions of the indications, right of their icon.
@@ -114,6 +119,21 @@ const Place PLACES[] = {
     {"EffectToolWindow/Negative", 11, 0, 72},
     {"EffectToolWindow/Mosaic", 11, 0, 72},
     {"OSDProcessor/Best fit", 11, 0, 58},
+    // Titles of the pop-ups end before the close button, 18 from the right edge.
+    {"QObject/Line", 0, 14, 262},
+    {"QObject/Rectangle", 0, 14, 262},
+    {"QObject/Freehand", 0, 14, 262},
+    {"QObject/Circle", 0, 14, 262},
+    {"QObject/Arrow", 0, 14, 262},
+    {"QObject/Triangle", 0, 14, 262},
+    {"QObject/Eraser", 0, 14, 262},
+    {"MainWindow/Background Color", 0, 14, 262},
+    {"TextToolWindow/Text", 0, 14, 262},
+    {"EffectToolWindow/Color Effect", 0, 14, 216},
+    {"MaskToolWindow/Effect", 0, 14, 216},
+    {"SettingsToolWindow/Setting", 0, 14, 340},
+    {"AboutToolWindow/About", 0, 14, 226},
+    // The numbers and the word after them stand under the ticks of the slider.
     {"MainWindow/1     2     5    10    15    30  sec.", 0, 8, 200},
 };
 
@@ -243,6 +263,55 @@ private slots:
                 QVERIFY2(!taken.contains(key), qPrintable(file + ": " + message.key()));
                 taken.insert(key, message.source);
             }
+        }
+    }
+
+    /// A tool tip and the title of its window are the same word. Where the English word has two
+    /// meanings, a language may have two words.
+    void aTextReadsTheSameInEveryWindow()
+    {
+        const QStringList twoMeanings{"Recording", "Color"};
+        for (const QString &file : catalogueFiles()) {
+            QHash<QString, QString> words;
+            for (const Message &message : readCatalogue(file)) {
+                if (twoMeanings.contains(message.source))
+                    continue;
+                const QString word = words.value(message.source, message.translation);
+                QVERIFY2(word == message.translation, qPrintable(file + ": " + message.key()));
+                words.insert(message.source, word);
+            }
+        }
+    }
+
+    /// French sets no plain space before high punctuation and no typewriter apostrophe; Chinese and
+    /// Japanese end their sentences in full width; Spanish opens
+    /// its questions; Russian has no plain е where ё is due.
+    void everyLanguageHasItsPunctuation_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("never");
+        QTest::newRow("fr") << "fr" << QString::fromUtf8("(^|[^\u00a0\u202f])[:;?!]|'|\"");
+        for (const char *wide : {"ja", "zh-tw"})
+            QTest::newRow(wide) << wide << QString::fromUtf8("[^\\x00-\\x7f]([,;:?!]|\\.$)");
+        QTest::newRow("es") << "es" << QString::fromUtf8("^[^¿]*\\?|^[^¡]*!");
+        QTest::newRow("ru") << "ru" << QString::fromUtf8("черн|желт|съемк|все$|счет|ее папк");
+        QTest::newRow("de") << "de"
+                            << "'|\"";
+    }
+
+    void everyLanguageHasItsPunctuation()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, never);
+        const QRegularExpression wrong(never, QRegularExpression::CaseInsensitiveOption |
+                                                  QRegularExpression::UseUnicodePropertiesOption);
+        QVERIFY2(wrong.isValid(), qPrintable(wrong.errorString()));
+        const auto messages =
+            readCatalogue(QString(SOURCE_ROOT "/resources/translations/Orvex_%1.ts").arg(language));
+        QVERIFY(!messages.isEmpty());
+        for (const Message &message : messages) {
+            const QString sentence = message.translation;
+            QVERIFY2(!wrong.match(sentence).hasMatch(), qPrintable(sentence));
         }
     }
 

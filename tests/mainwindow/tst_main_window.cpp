@@ -126,11 +126,14 @@ private slots:
     void longIndexesFitTheirLabel();
     void thousandPopUpsLeaveNothingBehind();
     void settingsOutOfRangeAreHarmless();
+    void withoutAPrinterItSaysSo();
 };
 
 void TestMainWindow::initTestCase()
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    // No print server, whatever the machine has.
+    qputenv("CUPS_SERVER", "/nonexistent/cups.sock");
 }
 
 void TestMainWindow::init()
@@ -893,6 +896,21 @@ void TestMainWindow::settingsOutOfRangeAreHarmless()
     const MainWindow window;
     QCOMPARE(window.liveSource()->resolution(), QSize(1920, 1080));
     QCOMPARE(window.liveSource()->recordingResolution(), QSize(1920, 1080));
+}
+
+void TestMainWindow::withoutAPrinterItSaysSo()
+{
+    MainWindow window;
+    QString title;
+    QString message;
+    whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
+        title = box->windowTitle();
+        message = box->text();
+        box->accept();
+    });
+    window.panelButton(PanelButton::Print)->click();
+    QCOMPARE(title, QString("Error"));
+    QCOMPARE(message, QString("No printers found on this system."));
 }
 
 QTEST_MAIN(TestMainWindow)

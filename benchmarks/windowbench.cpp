@@ -1,0 +1,185 @@
+// windowbench start RUNS   from process start to the first painted window: a bare program of the
+//                          toolkit against the main window, alternating, medians
+// windowbench modes RUNS   a mode change, up to the painted window
+// windowbench memory SECONDS   resident memory with the live picture, for use under
+// virtualcamera-run
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/MainWindow.h"
+#include "mainwindow/ModeRules.h"
+#include "sources/LiveSource.h"
+#include "widgets/ImageButton.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+#include <memory>
+
+namespace
+{
+
+double monotonicMs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0.0 : values[values.size() / 2];
+}
+
+/// Calls back after the first paint event of the window has been carried out.
+class FirstPaint : public QObject
+{
+public:
+    FirstPaint(QWidget *window, std::function<void()> painted)
+        : m_painted(std::move(painted))
+    {
+        window->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && m_painted) {
+            QTimer::singleShot(0, this, std::exchange(m_painted, nullptr));
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> m_painted;
+};
+
+/// The process that is measured; prints the moment of its first painted window.
+int child(int argc, char **argv, bool bare)
+{
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+    std::unique_ptr<QWidget> window;
+    if (bare) {
+        window = std::make_unique<QWidget>();
+        window->resize(938, 768);
+    } else {
+        window = std::make_unique<MainWindow>();
+    }
+    const FirstPaint firstPaint(window.get(), [] {
+        std::printf("%.3f\n", monotonicMs());
+        std::fflush(stdout);
+        // Nothing of the end belongs to the start.
+        std::_Exit(0);
+    });
+    window->show();
+    return QApplication::exec();
+}
+
+double startOnce(const QString &program, const QString &kind)
+{
+    QProcess process;
+    const double began = monotonicMs();
+    process.start(program, {"--child", kind});
+    process.waitForFinished(60000);
+    return process.readAllStandardOutput().trimmed().toDouble() - began;
+}
+
+int measureStart(const QString &program, int runs)
+{
+    std::vector<double> bare;
+    std::vector<double> window;
+    for (int i = 0; i < runs; ++i) {
+        bare.push_back(startOnce(program, "bare"));
+        window.push_back(startOnce(program, "window"));
+    }
+    std::printf(
+        "bare program        %7.1f ms\nmain window         %7.1f ms\nmore                %7.1f "
+        "ms, median of %d\n",
+        median(bare), median(window), median(window) - median(bare), runs);
+    return 0;
+}
+
+int measureModes(int runs)
+{
+    MainWindow window;
+    window.show();
+    QElapsedTimer settled;
+    settled.start();
+    while (settled.elapsed() < 500)
+        QCoreApplication::processEvents();
+    QList<ImageButton *> buttons;
+    for (const auto &row : ButtonTable::modeRows()) {
+        for (ImageButton *button : window.findChildren<ImageButton *>()) {
+            if (button->accessibleName() == MainWindow::tr(row.text))
+                buttons << button;
+        }
+    }
+    for (int to = 0; to < buttons.size(); ++to) {
+        std::vector<double> times;
+        for (int i = 0; i < runs; ++i) {
+            buttons[(to + 1 + i % 3) % 4]->click();
+            QCoreApplication::processEvents();
+            const double began = monotonicMs();
+            buttons[to]->click();
+            window.repaint();
+            QCoreApplication::processEvents();
+            times.push_back(monotonicMs() - began);
+        }
+        std::printf("to %-16s %7.2f ms, worst %.2f\n", qPrintable(buttons[to]->accessibleName()),
+                    median(times), *std::max_element(times.begin(), times.end()));
+    }
+    return 0;
+}
+
+double statusMegabytes(const char *field)
+{
+    QFile status("/proc/self/status");
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(field))
+            return line.simplified().split(' ')[1].toDouble() / 1024;
+    }
+    return 0;
+}
+
+int measureMemory(int seconds)
+{
+    MainWindow window;
+    window.liveSource()->setResolution({1920, 1080});
+    window.show();
+    QTimer::singleShot(seconds * 1000, &window, [&window] {
+        const QSize size = window.currentCanvas()->pictureSize();
+        std::printf("live picture %d x %d\nresident            %7.1f MB, most ever %.1f MB\n",
+                    size.width(), size.height(), statusMegabytes("VmRSS:"),
+                    statusMegabytes("VmHWM:"));
+        std::fflush(stdout);
+        window.close();
+    });
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
+        return child(argc, argv, qstrcmp(argv[2], "bare") == 0);
+    if (argc != 3 || atoi(argv[2]) < 1) {
+        std::fputs("windowbench start RUNS | modes RUNS | memory SECONDS\n", stderr);
+        return 2;
+    }
+    const int count = atoi(argv[2]);
+    if (qstrcmp(argv[1], "start") == 0)
+        return measureStart(QString::fromLocal8Bit(argv[0]), count);
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+    return qstrcmp(argv[1], "modes") == 0 ? measureModes(count) : measureMemory(count);
+}

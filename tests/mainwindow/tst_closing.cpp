@@ -1,0 +1,317 @@
+#include "WindowProbe.h"
+
+#include "app/Config.h"
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/ThumbnailWidget.h"
+#include "sources/LiveSource.h"
+#include "tools/virtualcamera/VirtualCamera.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTextEdit>
+
+#include <memory>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+namespace
+{
+
+constexpr int PATIENCE_MS = 60000;
+/// What "at once" may take beside the compilers of a busy machine.
+constexpr int CLOSING_MS = 10000;
+
+void chooseFile(MainWindow &window, const QString &path)
+{
+    whenAsked<QFileDialog>(&window, [path](QFileDialog *dialog) {
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
+
+/// Brings a window into a state of which it is then closed.
+using Arrange = void (*)(MainWindow &window, VirtualCamera &camera);
+
+void waitForCamera(const MainWindow &window)
+{
+    if (!QTest::qWaitFor([&] { return window.liveSource()->running(); }, PATIENCE_MS))
+        qFatal("the camera does not come");
+}
+
+void nothing(MainWindow &, VirtualCamera &) {}
+
+void streaming(MainWindow &window, VirtualCamera &)
+{
+    waitForCamera(window);
+}
+
+void recording(MainWindow &window, VirtualCamera &)
+{
+    waitForCamera(window);
+    window.panelButton(PanelButton::Record)->click();
+    QTest::qWait(1000);
+}
+
+void unplugged(MainWindow &window, VirtualCamera &camera)
+{
+    waitForCamera(window);
+    camera.unplug();
+    window.zoomInStart();
+}
+
+void unpluggedWhileRecording(MainWindow &window, VirtualCamera &camera)
+{
+    recording(window, camera);
+    camera.unplugDirty();
+}
+
+void playing(MainWindow &window, VirtualCamera &)
+{
+    const QString film = QDir::tempPath() + "/film.mp4";
+    QProcess::execute("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30",
+                                 "-t", "5", film});
+    enter(window, 1);
+    const QSize before = window.currentCanvas()->pictureSize();
+    chooseFile(window, film);
+    button(window, "Open film")->click();
+    if (!QTest::qWaitFor([&] { return window.currentCanvas()->pictureSize() != before; },
+                         PATIENCE_MS))
+        qFatal("the film does not play");
+}
+
+void winding(MainWindow &window, VirtualCamera &camera)
+{
+    playing(window, camera);
+    button(window, "Faster")->click();
+    QTest::qWait(300);
+}
+
+/// Pictures enough to be loading still when the window closes.
+void thumbnails(MainWindow &window, VirtualCamera &)
+{
+    const QString first = QDir::tempPath() + "/picture-000.jpg";
+    QImage image(4000, 3000, QImage::Format_RGB32);
+    image.fill(Qt::darkGreen);
+    image.save(first);
+    for (int i = 1; i < 300; ++i) {
+        QFile::link(first, QDir::tempPath() + QString("/picture-%1.jpg").arg(i, 3, 10, QChar('0')));
+    }
+    enter(window, 2);
+    chooseFile(window, first);
+    button(window, "Open folder of photographs")->click();
+    button(window, "Thumbnails")->click();
+}
+
+void sliding(MainWindow &window, VirtualCamera &camera)
+{
+    thumbnails(window, camera);
+    button(window, "Slideshow")->click();
+    QTest::qWait(1200);
+}
+
+void typing(MainWindow &window, VirtualCamera &)
+{
+    enter(window, 3);
+    window.panelButton(PanelButton::Text)->click();
+    QTest::mouseClick(window.currentCanvas(), Qt::LeftButton, {}, QPoint(300, 300));
+    auto *editor = window.currentCanvas()->findChild<QTextEdit *>();
+    if (!editor || !editor->isVisible())
+        qFatal("no text editor");
+    QTest::keyClicks(editor, "half a word");
+}
+
+void popup(MainWindow &window, VirtualCamera &)
+{
+    window.textHold();
+    QTest::qWait(100);
+}
+
+void settings(MainWindow &window, VirtualCamera &)
+{
+    window.settings();
+    QTest::qWait(100);
+}
+
+void hiddenPopup(MainWindow &window, VirtualCamera &)
+{
+    window.settings();
+    window.currentToolWindow()->close();
+}
+
+void series(MainWindow &window, VirtualCamera &)
+{
+    Config::setSnapshotPath(QDir::tempPath());
+    Config::setSnapshotMode(CanvasModes::Continuous);
+    Config::setSnapshotInterval(0);
+    enter(window, 3);
+    window.panelButton(PanelButton::Snapshot)->click();
+    QTest::qWait(300);
+}
+
+void zooming(MainWindow &window, VirtualCamera &)
+{
+    waitForCamera(window);
+    QTest::mousePress(window.panelButton(PanelButton::ZoomIn), Qt::LeftButton);
+}
+
+void fullScreen(MainWindow &window, VirtualCamera &)
+{
+    window.toggleFullScreen();
+    QTest::qWait(300);
+}
+
+const QMap<QString, Arrange> &states()
+{
+    static const QMap<QString, Arrange> all{
+        {"nothing", nothing},
+        {"streaming", streaming},
+        {"recording", recording},
+        {"unplugged", unplugged},
+        {"unplugged while recording", unpluggedWhileRecording},
+        {"playing", playing},
+        {"winding", winding},
+        {"thumbnails", thumbnails},
+        {"sliding", sliding},
+        {"typing", typing},
+        {"popup", popup},
+        {"settings", settings},
+        {"hidden popup", hiddenPopup},
+        {"series", series},
+        {"zooming", zooming},
+        {"full screen", fullScreen},
+    };
+    return all;
+}
+
+/// The program as main() runs it, closed by its user in that state.
+int runAndClose(int argc, char **argv, const QString &state)
+{
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+    VirtualCamera camera;
+    if (!camera.plug())
+        return 3;
+    MainWindow window;
+    window.show();
+    QTimer::singleShot(0, &window, [&] {
+        states()[state](window, camera);
+        fputs("closing\n", stdout);
+        fflush(stdout);
+        window.close();
+    });
+    return QApplication::exec();
+}
+
+/// A socket that takes connections and never answers.
+class HangingServer
+{
+public:
+    explicit HangingServer(const QByteArray &path)
+        : m_socket(socket(AF_UNIX, SOCK_STREAM, 0))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+        m_listens = bind(m_socket, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 &&
+                    listen(m_socket, 5) == 0;
+    }
+    ~HangingServer() { close(m_socket); }
+    HangingServer(const HangingServer &) = delete;
+    HangingServer &operator=(const HangingServer &) = delete;
+
+    [[nodiscard]] bool listens() const { return m_listens; }
+    [[nodiscard]] bool wasAsked() const
+    {
+        pollfd entry{m_socket, POLLIN, 0};
+        return poll(&entry, 1, 0) > 0;
+    }
+
+private:
+    int m_socket;
+    bool m_listens = false;
+};
+
+} // namespace
+
+/// Closes the window in every state; each time in a process of its own, whose end counts.
+class TestClosing : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void closingEndsTheProcess_data();
+    void closingEndsTheProcess();
+    void aHangingPrintServerDoesNotHoldUpTheStart();
+};
+
+void TestClosing::closingEndsTheProcess_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const QString &state : states().keys())
+        QTest::newRow(qPrintable(state)) << state;
+}
+
+void TestClosing::closingEndsTheProcess()
+{
+    QFETCH(QString, state);
+    const QTemporaryDir folder;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", folder.path());
+    environment.insert("XDG_CONFIG_HOME", folder.path() + "/config");
+    QProcess child;
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {"--close", state});
+    QByteArray output;
+    while (!output.contains("closing\n")) {
+        QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+        output += child.readAll();
+    }
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY2(child.waitForFinished(CLOSING_MS), output.constData());
+    output += child.readAll();
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QVERIFY2(child.exitCode() == 0, output.constData());
+    qInfo("%lld ms", clock.elapsed());
+}
+
+void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
+{
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath("cups.sock"));
+    const HangingServer server(path);
+    QVERIFY(server.listens());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("CUPS_SERVER", path);
+    QProcess child;
+    child.setProcessEnvironment(environment);
+    QSignalSpy finished(&child, SIGNAL(finished(int, QProcess::ExitStatus)));
+    child.start(QCoreApplication::applicationFilePath(), {"--close", "nothing"});
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PATIENCE_MS / 2);
+    QCOMPARE(child.exitCode(), 0);
+    QVERIFY(!server.wasAsked());
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && qstrcmp(argv[1], "--close") == 0)
+        return runAndClose(argc, argv, QString::fromLocal8Bit(argv[2]));
+    QCoreApplication application(argc, argv);
+    TestClosing test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_closing.moc"

@@ -1,0 +1,51 @@
+#include "Photographer.h"
+
+#include "mainwindow/MainWindow.h"
+#include "widgets/ToolWindow.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QScreen>
+#include <QTimer>
+
+Photographer::Photographer(MainWindow *window, const QDir &folder)
+    : m_window(window)
+    , m_folder(folder)
+{
+}
+
+void Photographer::take(const QString &name)
+{
+    constexpr int SETTLING_MS = 300;
+    wait(SETTLING_MS);
+    QRect area = m_window->geometry();
+    if (const ToolWindow *popup = m_window->currentToolWindow())
+        area |= popup->geometry();
+    QScreen *screen = QGuiApplication::primaryScreen();
+    area &= screen->geometry();
+    const QPixmap picture = screen->grabWindow(0, area.x(), area.y(), area.width(), area.height());
+    const QString path = m_folder.filePath(name + ".png");
+    if (!picture.save(path))
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+void Photographer::wait(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+bool Photographer::waitFor(const std::function<bool()> &done, int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > milliseconds)
+            return false;
+        wait(20);
+    }
+    return true;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+
+#include <functional>
+
+class MainWindow;
+
+/// Saves what stands on the screen where the window and its pop-up are. Waits by running the event
+/// loop, as nothing tells when a display server has shown something.
+class Photographer
+{
+public:
+    Photographer(MainWindow *window, const QDir &folder);
+
+    /// Into `name`.png, once the screen has settled.
+    void take(const QString &name);
+
+    /// Runs the event loop.
+    static void wait(int milliseconds);
+    /// Until `done`, at most the given time; false if it never was.
+    static bool waitFor(const std::function<bool()> &done, int milliseconds = 15000);
+
+private:
+    MainWindow *m_window;
+    QDir m_folder;
+};

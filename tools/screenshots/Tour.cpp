@@ -1,0 +1,203 @@
+#include "Tour.h"
+
+#include "canvas/ImageCanvas.h"
+#include "canvas/OSDProcessor.h"
+#include "mainwindow/MainWindow.h"
+#include "mainwindow/ModeRules.h"
+#include "sources/LiveSource.h"
+#include "widgets/ImageButton.h"
+#include "widgets/ToolWindow.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QTimer>
+
+using ButtonTable::PanelButton;
+
+namespace
+{
+
+const char *const MODE_NAMES[] = {"live", "film", "photograph", "drawing-board"};
+
+struct Popup {
+    PanelButton button;
+    const char *name;
+};
+const Popup POPUPS[] = {{PanelButton::Line, "line"},          {PanelButton::Rectangle, "rectangle"},
+                        {PanelButton::Freehand, "freehand"},  {PanelButton::Circle, "circle"},
+                        {PanelButton::Arrow, "arrow"},        {PanelButton::Triangle, "triangle"},
+                        {PanelButton::Eraser, "eraser"},      {PanelButton::Text, "text"},
+                        {PanelButton::Mask, "mask"},          {PanelButton::Effect, "effect"},
+                        {PanelButton::FillBackground, "fill"}};
+
+} // namespace
+
+Tour::Tour(MainWindow *window, const QDir &folder, const QString &film, const QString &photograph)
+    : m_window(window)
+    , m_photographer(window, folder)
+    , m_film(film)
+    , m_photograph(photograph)
+{
+}
+
+ImageButton *Tour::button(const QString &accessibleName) const
+{
+    for (ImageButton *candidate : m_window->findChildren<ImageButton *>()) {
+        if (candidate->accessibleName() == accessibleName)
+            return candidate;
+    }
+    qFatal("no button %s", qPrintable(accessibleName));
+}
+
+void Tour::enter(int mode)
+{
+    button(MainWindow::tr(ButtonTable::modeRows()[std::size_t(mode)].text))->click();
+}
+
+void Tour::draw(const QList<QPoint> &way)
+{
+    QWidget *canvas = m_window->currentCanvas();
+    const auto send = [canvas](QEvent::Type type, QPoint point, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, point, canvas->mapToGlobal(point), Qt::LeftButton, buttons,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(canvas, &event);
+    };
+    send(QEvent::MouseButtonPress, way.first(), Qt::LeftButton);
+    for (const QPoint point : way)
+        send(QEvent::MouseMove, point, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, way.last(), Qt::NoButton);
+}
+
+void Tour::answerFileDialog(const QString &path)
+{
+    auto *timer = new QTimer(m_window);
+    QObject::connect(timer, &QTimer::timeout, m_window, [timer, path] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        timer->deleteLater();
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    timer->start(20);
+}
+
+void Tour::openFilm()
+{
+    if (m_film.isEmpty())
+        return;
+    answerFileDialog(m_film);
+    m_window->filmOpenFile();
+    const QSize placeholder = m_window->currentCanvas()->pictureSize();
+    Photographer::waitFor([&] { return m_window->currentCanvas()->pictureSize() != placeholder; },
+                          3000);
+    Photographer::wait(1500);
+    m_window->filmPause();
+}
+
+void Tour::openPhotographs()
+{
+    if (m_photograph.isEmpty())
+        return;
+    answerFileDialog(m_photograph);
+    m_window->photographOpenDirectory();
+    Photographer::wait(1000);
+}
+
+void Tour::prepare()
+{
+    QCursor::setPos(5, 1075);
+    Photographer::waitFor([this] { return m_window->liveSource()->running(); });
+    Photographer::wait(1500);
+    ImageCanvas *canvas = m_window->currentCanvas();
+    canvas->penWidth = 9;
+    canvas->penColor = QColor(255, 0, 0);
+    m_window->panelButton(PanelButton::Circle)->click();
+    draw({QPoint(120, 230), QPoint(330, 330)});
+    canvas->penWidth = 6;
+    canvas->penColor = QColor(0, 0, 255);
+    canvas->fillEnabled = true;
+    canvas->fillColor = QColor(0, 0, 255);
+    m_window->panelButton(PanelButton::Arrow)->click();
+    draw({QPoint(520, 470), QPoint(370, 330)});
+
+    enter(ModeRules::Film);
+    openFilm();
+    enter(ModeRules::Photograph);
+    openPhotographs();
+    enter(ModeRules::DrawingBoard);
+    canvas = m_window->currentCanvas();
+    canvas->penWidth = 6;
+    m_window->panelButton(PanelButton::Triangle)->click();
+    canvas->penColor = Qt::black;
+    draw({QPoint(220, 200), QPoint(220, 380)});
+    m_window->panelButton(PanelButton::Rectangle)->click();
+    canvas->penColor = QColor(0, 0, 255);
+    canvas->fillEnabled = true;
+    canvas->fillColor = QColor(255, 255, 0);
+    draw({QPoint(430, 240), QPoint(640, 380)});
+    m_window->panelButton(PanelButton::Freehand)->click();
+    canvas->penColor = QColor(255, 0, 0);
+    draw({QPoint(120, 440), QPoint(180, 430), QPoint(240, 445), QPoint(300, 432), QPoint(360, 446),
+          QPoint(420, 430), QPoint(480, 442)});
+    enter(ModeRules::Live);
+}
+
+void Tour::run(const QString &suffix, bool popups)
+{
+    takeModes(suffix);
+    if (popups)
+        takePopups(suffix);
+    m_window->About();
+    m_photographer.take("popup-about-" + suffix);
+    enter(ModeRules::Film);
+    enter(ModeRules::Live);
+}
+
+void Tour::takeModes(const QString &suffix)
+{
+    for (const int mode :
+         {ModeRules::Film, ModeRules::Photograph, ModeRules::DrawingBoard, ModeRules::Live}) {
+        enter(mode);
+        if (mode == ModeRules::Film)
+            button(MainWindow::tr("Volume"))->click();
+        if (mode == ModeRules::Photograph) {
+            button(MainWindow::tr("Thumbnails"))->click();
+            button(MainWindow::tr("Slideshow interval"))->click();
+        }
+        m_photographer.take(QString("%1-%2").arg(MODE_NAMES[mode], suffix));
+    }
+}
+
+void Tour::takePopups(const QString &suffix)
+{
+    for (const Popup &popup : POPUPS) {
+        enter(popup.button == PanelButton::FillBackground ? ModeRules::DrawingBoard
+                                                          : ModeRules::Live);
+        emit m_window->panelButton(popup.button)->hold();
+        m_photographer.take(QString("popup-%1-%2").arg(popup.name, suffix));
+    }
+    enter(ModeRules::Live);
+    m_window->settings();
+    m_photographer.take("popup-settings-" + suffix);
+}
+
+void Tour::runHighlights()
+{
+    enter(ModeRules::Live);
+    OSDProcessor *indications = m_window->osdProcessors().value(m_window->currentCanvas());
+    m_window->panelButton(PanelButton::Freeze)->click();
+    indications->osdBrightness();
+    indications->osdAutoFocus();
+    indications->osdSnapshot();
+    m_photographer.take("live-indications");
+    m_window->panelButton(PanelButton::Freeze)->click();
+    m_window->currentCanvas()->maskMode = ImageCanvas::MaskRectangle;
+    indications->osdRecord();
+    m_photographer.take("live-recording-masked");
+    m_window->currentCanvas()->maskMode = ImageCanvas::MaskNone;
+    indications->stopOsdRecord();
+}

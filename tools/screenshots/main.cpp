@@ -1,0 +1,53 @@
+#include "Tour.h"
+
+#include "app/LocaleCatalogue.h"
+#include "mainwindow/MainWindow.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDebug>
+#include <QLocale>
+#include <QTimer>
+#include <QTranslator>
+
+/// screenshots FOLDER [--film FILE] [--photograph FILE]: on a display of 1920 x 1080 with a window
+/// manager and a camera; see make-screenshots. The language follows the locale, as the program's.
+int main(int argc, char **argv)
+{
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+    QCommandLineParser parser;
+    parser.addOption({"film", "a film to show", "file"});
+    parser.addOption({"photograph", "a photograph to show with its folder", "file"});
+    parser.addPositionalArgument("folder", "where the pictures go");
+    parser.process(application);
+    if (parser.positionalArguments().size() != 1)
+        parser.showHelp(2);
+
+    QTranslator translator;
+    if (!translator.load(catalogueForLocale(QLocale::system().name()), ":/translations"))
+        qDebug("in English");
+    QCoreApplication::installTranslator(&translator);
+
+    MainWindow window;
+    window.move(200, 100);
+    window.show();
+    Tour tour(&window, QDir(parser.positionalArguments().first()), parser.value("film"),
+              parser.value("photograph"));
+    QTimer::singleShot(0, &window, [&] {
+        tour.prepare();
+        tour.run("938x768", true);
+        tour.runHighlights();
+        window.expand();
+        Photographer::waitFor([&] { return window.width() == 800; });
+        tour.run("800x768", false);
+        window.expand();
+        window.showMaximized();
+        Photographer::waitFor([&] { return window.isMaximized() && window.width() > 1900; });
+        tour.run("maximised", true);
+        window.close();
+    });
+    return QApplication::exec();
+}

@@ -1,5 +1,6 @@
 #include "AboutToolWindow.h"
 
+#include "FormControls.h"
 #include "ImageButton.h"
 #include "sources/MainWindowDoor.h"
 
@@ -14,6 +15,7 @@ AboutToolWindow::AboutToolWindow(ImageButton *toolButton, MainWindow *mainWindow
     auto *version = new QLabel(tr("Version 1.00"), this);
     version->move(20, 30);
     auto *ok = new ImageButton("POPUP_BUTTON", this, 90, 70);
+    ok->setFont(FormControls::font());
     ok->setText(tr("OK"));
     connect(ok, SIGNAL(clicked()), this, SLOT(AboutOk()));
 }

@@ -29,8 +29,13 @@ void FormControls::dress(QWidget *field, int height)
     field->setPalette(lightPalette());
     if (auto *box = qobject_cast<QComboBox *>(field))
         box->view()->setPalette(lightPalette());
+    field->setFont(font());
+    field->setFixedHeight(height);
+}
+
+QFont FormControls::font()
+{
     QFont font("Arial");
     font.setPixelSize(13);
-    field->setFont(font);
-    field->setFixedHeight(height);
+    return font;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QFont>
+
 class QWidget;
 
 /// The look of combo boxes and line edits in the pop-up windows: light fields on the dark ground,
@@ -12,5 +14,8 @@ constexpr int FIELD_HEIGHT = 22;
 
 /// Gives a combo box or a line edit its colours and its height.
 void dress(QWidget *field, int height = FIELD_HEIGHT);
+
+/// The font of the fields, for the push buttons beside them too.
+[[nodiscard]] QFont font();
 
 } // namespace FormControls

@@ -168,11 +168,13 @@ QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &tex
     addLabel(label, row);
     auto *field = new QLineEdit(text, this);
     field->setReadOnly(true);
-    field->setCursorPosition(0);
     field->setAccessibleName(label);
     FormControls::dress(field, ROW_HEIGHT);
     field->setFixedWidth(FIELD_WIDTH);
     field->move(FIELD_X, ROW_Y[std::size_t(row)]);
+    // The end of a long path tells more than its beginning; the tip has it whole.
+    field->end(false);
+    field->setToolTip(text);
     return field;
 }
 
@@ -194,6 +196,7 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
                                    QPoint position, const char *slot)
 {
     auto *button = new ImageButton("POPUP_BUTTON", this, position.x(), position.y());
+    button->setFont(FormControls::font());
     button->setText(caption);
     button->setAccessibleName(accessibleName);
     connect(button, SIGNAL(clicked()), this, slot);
@@ -207,5 +210,5 @@ void SettingsToolWindow::browse(QLineEdit *field, const QString &caption)
     if (!guarded || folder.isEmpty())
         return;
     field->setText(folder);
-    field->setCursorPosition(0);
+    field->setToolTip(folder);
 }

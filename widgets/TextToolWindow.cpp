@@ -9,6 +9,7 @@
 
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
 #include <QSignalBlocker>
 
@@ -50,7 +51,7 @@ void TextToolWindow::modeChanged()
     // Showing the canvas's settings must not write them back.
     const QSignalBlocker faceBlocker(m_fontFaceBox);
     const QSignalBlocker sizeBlocker(m_fontSizeBox);
-    const int face = m_fontFaces.indexOf(m_canvas->fontFace());
+    const int face = faceEntry(m_canvas->fontFace());
     if (face >= 0)
         m_fontFaceBox->setCurrentIndex(face);
     const int size = m_fontSizes.indexOf(m_canvas->fontSize());
@@ -77,6 +78,15 @@ void TextToolWindow::fontSizeChanged()
     const int size = m_fontSizeBox->currentText().toInt(&isNumber);
     if (m_canvas && isNumber)
         m_canvas->setFontSize(size);
+}
+
+int TextToolWindow::faceEntry(const QString &face) const
+{
+    const int entry = m_fontFaces.indexOf(face);
+    // The face that every canvas begins with is an alias on most systems, and so in no list.
+    if (entry < 0 && face == "Arial")
+        return m_fontFaces.indexOf(QFontInfo(QFont(face)).family());
+    return entry;
 }
 
 void TextToolWindow::createFaceBox()

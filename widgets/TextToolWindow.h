@@ -28,6 +28,8 @@ public slots:
     void fontSizeChanged();
 
 private:
+    /// Where a face stands in the box; -1 for one that it does not list.
+    [[nodiscard]] int faceEntry(const QString &face) const;
     void createFaceBox();
     void createSizeBox();
 

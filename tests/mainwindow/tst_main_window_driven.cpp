@@ -239,11 +239,14 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
     for (ImageButton *each : m_window->findChildren<ImageButton *>()) {
         const bool switchesMode = modes().contains(each->accessibleName());
         const bool togglesPanel = each->accessibleName() == "Side panel";
-        // A window of the About button lies over nothing, the groups' titles hide their buttons.
+        // A click on a group's title hides its buttons, a second one shows them again.
         const bool isTitle = each->text() == "Noting" || each->text() == "Assisting" ||
                              each->text() == "Adjustment" || each->text() == "Recording";
         if (!each->isVisible() || switchesMode || togglesPanel)
             continue;
+        // A pop-up lies over the button beside its own.
+        if (m_window->currentToolWindow())
+            m_window->currentToolWindow()->close();
         QVERIFY2(clicked(each), qPrintable(each->accessibleName() + each->text()));
         QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), PATIENCE_MS);
         if (isTitle)
@@ -359,7 +362,7 @@ void TestMainWindowDriven::textIsWrittenAsChosen()
         QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
         Pointer::type("MM");
         QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("MM"), PATIENCE_MS);
-        Pointer::click(onCanvas(600, 620));
+        Pointer::click(onCanvas(700, 60));
         QTRY_VERIFY_WITH_TIMEOUT(!editor->isVisible(), PATIENCE_MS);
         const QRect area(at, QSize(140, 90));
         QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 20, PATIENCE_MS);
@@ -385,7 +388,7 @@ void TestMainWindowDriven::everyMaskCoversItsPart()
     QVERIFY(popup);
     for (int i = 0; i < 4; ++i) {
         QVERIFY(clicked(row(popup, 18)[i]));
-        QVERIFY2(shows(parts[i].covered.x(), parts[i].covered.y() + (i == 0 ? 0 : 0), 0xFF000000),
+        QVERIFY2(shows(parts[i].covered.x(), parts[i].covered.y(), 0xFF000000),
                  qPrintable(QString::number(i)));
         QVERIFY2(shows(parts[i].open.x(), parts[i].open.y(), 0xFFFFFFFF),
                  qPrintable(QString::number(i)));

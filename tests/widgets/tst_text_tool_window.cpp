@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -34,6 +35,7 @@ private slots:
     void typingSetsTheSizeAtEveryNumber();
     void aSizeThatIsNotListedIsNotSelected();
     void aFaceThatIsNotListedLeavesTheBox();
+    void theFirstFaceIsShownAsWhatItResolvesTo();
     void everyColorReachesTheCanvas();
     void anUnknownColorLeavesTheButtons();
     void readingTheCanvasAgainWritesNothing();
@@ -145,6 +147,15 @@ void TestTextToolWindow::aFaceThatIsNotListedLeavesTheBox()
     scene.canvas.setFontFace("No such face");
     popup.modeChanged();
     QCOMPARE(faceBox(popup)->currentIndex(), 1);
+}
+
+void TestTextToolWindow::theFirstFaceIsShownAsWhatItResolvesTo()
+{
+    PopupScene scene;
+    QCOMPARE(scene.canvas.fontFace(), QString("Arial"));
+    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    QCOMPARE(faceBox(popup)->currentText(), QFontInfo(QFont("Arial")).family());
+    QCOMPARE(scene.canvas.fontFace(), QString("Arial"));
 }
 
 void TestTextToolWindow::everyColorReachesTheCanvas()

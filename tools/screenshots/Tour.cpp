@@ -177,7 +177,10 @@ void Tour::takePopups(const QString &suffix)
     for (const Popup &popup : POPUPS) {
         enter(popup.button == PanelButton::FillBackground ? ModeRules::DrawingBoard
                                                           : ModeRules::Live);
-        emit m_window->panelButton(popup.button)->hold();
+        ImageButton *toolButton = m_window->panelButton(popup.button);
+        if (toolButton->isCheckable() && popup.button != PanelButton::Mask)
+            toolButton->setChecked(true);
+        emit toolButton->hold();
         m_photographer.take(QString("popup-%1-%2").arg(popup.name, suffix));
     }
     enter(ModeRules::Live);

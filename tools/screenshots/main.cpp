@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QDebug>
 #include <QLocale>
+#include <QScreen>
 #include <QTimer>
 #include <QTranslator>
 
@@ -30,6 +31,13 @@ int main(int argc, char **argv)
     if (!translator.load(catalogueForLocale(QLocale::system().name()), ":/translations"))
         qDebug("in English");
     QCoreApplication::installTranslator(&translator);
+
+    QWidget desktop;
+    desktop.setAttribute(Qt::WA_X11NetWmWindowTypeDesktop);
+    desktop.setAttribute(Qt::WA_QuitOnClose, false);
+    desktop.setPalette(QColor(0x8A, 0x93, 0x9E));
+    desktop.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    desktop.show();
 
     MainWindow window;
     window.move(200, 100);

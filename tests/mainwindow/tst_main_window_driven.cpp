@@ -55,6 +55,9 @@ bool near(QRgb a, QRgb b)
 ToolWindow *hold(const MainWindow &window, PanelButton which)
 {
     ImageButton *toolButton = window.panelButton(which);
+    // A pop-up lies over the button beside its own.
+    if (window.currentToolWindow())
+        window.currentToolWindow()->close();
     Pointer::moveTo(Pointer::middle(toolButton));
     Pointer::press();
     const bool opened = QTest::qWaitFor(
@@ -135,7 +138,8 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
     std::unique_ptr<MainWindow> m_window;
     std::vector<ExtensionTransfer> m_transfers;
-    QTemporaryDir m_folder;
+    /// Of one test: what it saves.
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void TestMainWindowDriven::initTestCase()
@@ -147,8 +151,9 @@ void TestMainWindowDriven::initTestCase()
 
 void TestMainWindowDriven::init()
 {
-    Config::setSnapshotPath(m_folder.path());
-    Config::setRecordPath(m_folder.path());
+    m_folder = std::make_unique<QTemporaryDir>();
+    Config::setSnapshotPath(m_folder->path());
+    Config::setRecordPath(m_folder->path());
     Config::setSnapshotMode(CanvasModes::Single);
     m_window = std::make_unique<MainWindow>();
     m_window->show();
@@ -571,7 +576,7 @@ void TestMainWindowDriven::keysServeThePresenter()
     QVERIFY(wrote(ZOOM_OUT_KEY, 0));
 
     Pointer::key("ctrl+s");
-    QTRY_COMPARE_WITH_TIMEOUT(QDir(m_folder.path()).entryList({"*.jpg"}).size(), 1, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(QDir(m_folder->path()).entryList({"*.jpg"}).size(), 1, PATIENCE_MS);
 
     Pointer::key("F11");
     QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, PATIENCE_MS);
@@ -582,11 +587,11 @@ void TestMainWindowDriven::keysServeThePresenter()
     for (int i = 0; i < 3; ++i) {
         QImage image(64, 48, QImage::Format_RGB32);
         image.fill(Qt::red);
-        QVERIFY(image.save(m_folder.filePath(QString("%1.png").arg(i))));
+        QVERIFY(image.save(m_folder->filePath(QString("%1.png").arg(i))));
     }
     enterMode(2);
     whenAsked<QFileDialog>(this, [this](QFileDialog *dialog) {
-        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(m_folder.filePath("0.png"));
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(m_folder->filePath("0.png"));
         QMetaObject::invokeMethod(dialog, "accept");
     });
     QVERIFY(clicked(button(*m_window, "Open folder of photographs")));
@@ -596,7 +601,7 @@ void TestMainWindowDriven::keysServeThePresenter()
             index = label;
     }
     QVERIFY(index);
-    const int count = QDir(m_folder.path()).entryList({"*.jpg", "*.png"}).size();
+    const int count = QDir(m_folder->path()).entryList({"*.jpg", "*.png"}).size();
     const auto reads = [&](int id) {
         const QString text = QString("%1/%2").arg(id).arg(count);
         return QTest::qWaitFor([&] { return index->text() == text; }, PATIENCE_MS);

@@ -45,6 +45,9 @@ public:
     explicit TimedDisplayLink(std::function<void()> tick)
         : m_tick(std::move(tick))
     {
+        // Started at once, asleep: a thread cannot start while another loads a library, as the
+        // player does before the first film.
+        m_thread = std::thread([this] { run(); });
     }
 
     ~TimedDisplayLink() override
@@ -57,15 +60,12 @@ public:
             m_finished = true;
         }
         m_changed.notify_all();
-        if (m_thread.joinable())
-            m_thread.join();
+        m_thread.join();
     }
 
     void start() override
     {
         followWindow();
-        if (!m_thread.joinable())
-            m_thread = std::thread([this] { run(); });
         {
             const std::lock_guard lock(m_mutex);
             m_running = true;
@@ -84,7 +84,7 @@ public:
 private:
     void followWindow()
     {
-        if (!qGuiApp)
+        if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
             return;
         QWindow *window = shownWindow();
         if (window != m_window) {

@@ -1,5 +1,7 @@
 #include "sources/media/FilmPipelineGst.h"
 
+#include "sources/media/PlanarToRgb.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -159,7 +161,7 @@ GstElement *FilmPipelineGst::buildVideoSink()
         return nullptr;
     gst_util_set_object_arg(G_OBJECT(upright), "video-direction", "auto");
 
-    GstCaps *caps = gst_caps_from_string("video/x-raw,format=RGB");
+    GstCaps *caps = gst_caps_from_string("video/x-raw,format={I420,RGB}");
     g_object_set(sink, "caps", caps, "max-buffers", 1, "drop", TRUE, "sync", TRUE, "qos", TRUE,
                  "enable-last-sample", FALSE, nullptr);
     gst_caps_unref(caps);
@@ -268,19 +270,46 @@ double positionOf(GstElement *pipeline)
     return static_cast<double>(position) / GST_SECOND;
 }
 
-bool showSample(GstSample *sample, const std::function<void(const QImage &picture)> &show)
+namespace
+{
+
+/// The picture in packed RGB: the frame's own memory, or `converted` when the frame is planar.
+QImage packed(const GstVideoFrame &frame, std::vector<uchar> &converted)
+{
+    const int width = GST_VIDEO_FRAME_WIDTH(&frame);
+    const int height = GST_VIDEO_FRAME_HEIGHT(&frame);
+    const auto row = [&frame](int plane, int line) {
+        return static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, plane)) +
+               static_cast<std::ptrdiff_t>(line) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, plane);
+    };
+    if (GST_VIDEO_FRAME_FORMAT(&frame) == GST_VIDEO_FORMAT_RGB)
+        return {row(0, 0), width, height, GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0),
+                QImage::Format_RGB888};
+
+    const GstVideoColorimetry &colours = frame.info.colorimetry;
+    double kr = 0.299;
+    double kb = 0.114;
+    gst_video_color_matrix_get_Kr_Kb(colours.matrix, &kr, &kb);
+    const PlanarToRgb convert(kr, kb, colours.range == GST_VIDEO_COLOR_RANGE_0_255);
+    const int stride = (width * 3 + 3) / 4 * 4;
+    converted.resize(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height));
+    for (int y = 0; y < height; ++y)
+        convert.row(row(0, y), row(1, y / 2), row(2, y / 2),
+                    converted.data() + static_cast<std::ptrdiff_t>(y) * stride, width);
+    return {converted.data(), width, height, stride, QImage::Format_RGB888};
+}
+
+} // namespace
+
+bool showSample(GstSample *sample, std::vector<uchar> &converted,
+                const std::function<void(const QImage &picture)> &show)
 {
     GstVideoInfo info;
     GstVideoFrame frame;
     if (!gst_video_info_from_caps(&info, gst_sample_get_caps(sample)) ||
         !gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ))
         return false;
-    {
-        const QImage picture(static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
-                             GST_VIDEO_FRAME_WIDTH(&frame), GST_VIDEO_FRAME_HEIGHT(&frame),
-                             GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0), QImage::Format_RGB888);
-        show(picture);
-    }
+    show(packed(frame, converted));
     gst_video_frame_unmap(&frame);
     return true;
 }

@@ -8,6 +8,7 @@
 #include <gst/gst.h>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 class QImage;
 
@@ -97,6 +98,7 @@ private:
 /// The position of a pipeline in seconds, -1 when it does not know. Any thread.
 [[nodiscard]] double positionOf(GstElement *pipeline);
 
-/// Calls `show` with the sample's picture as QImage::Format_RGB888, valid during the call.
-[[nodiscard]] bool showSample(GstSample *sample,
+/// Calls `show` with the sample's picture as QImage::Format_RGB888, valid during the call. It wraps
+/// the decoder's memory, or `converted`, which is reused from call to call.
+[[nodiscard]] bool showSample(GstSample *sample, std::vector<uchar> &converted,
                               const std::function<void(const QImage &picture)> &show);

@@ -62,8 +62,9 @@ public:
     virtual void setVolume(float volume) = 0;
 
     /// Calls `show` with the picture that is due now, if it has not been shown yet, as
-    /// QImage::Format_RGB888 with the row pitch of the decoder. The picture wraps the decoder's
-    /// memory and is valid during the call only. Returns whether there was one. Does not wait.
+    /// QImage::Format_RGB888, each row padded to 4 bytes. The picture wraps memory of the decoder
+    /// or of the player and is valid during the call only. Returns whether there was one. Does not
+    /// wait.
     virtual bool showNewPicture(const std::function<void(const QImage &picture)> &show) = 0;
 
     /// The player of this platform.

@@ -95,6 +95,10 @@ private:
     const std::function<void(GstMessage *)> m_onMessage;
     DuePictures m_pictures;
 
+    /// Guards m_converted.
+    std::mutex m_showing;
+    std::vector<uchar> m_converted;
+
     /// Guards m_wishes, m_shown, m_place, m_lastTime and m_length.
     mutable std::mutex m_mutex;
     Wishes m_wishes;
@@ -225,7 +229,8 @@ void FilmPlayerGst::setVolume(float volume)
 bool FilmPlayerGst::showNewPicture(const std::function<void(const QImage &)> &show)
 {
     const GstPtr<GstSample> sample = m_pictures.take();
-    return sample && showSample(sample.get(), show);
+    const std::lock_guard lock(m_showing);
+    return sample && showSample(sample.get(), m_converted, show);
 }
 
 void FilmPlayerGst::wake()

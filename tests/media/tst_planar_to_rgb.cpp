@@ -1,0 +1,101 @@
+#include "sources/media/PlanarToRgb.h"
+
+#include <QtTest>
+
+#include <QRandomGenerator>
+#include <QVector>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace
+{
+
+struct Standard {
+    double kr;
+    double kb;
+    bool fullRange;
+};
+
+/// The definition of the conversion, in real numbers.
+std::array<double, 3> exact(const Standard &standard, int y, int u, int v)
+{
+    const double light = standard.fullRange ? y / 255.0 : (y - 16) / 219.0;
+    const double scale = standard.fullRange ? 255.0 : 224.0;
+    const double cb = (u - 128) / scale;
+    const double cr = (v - 128) / scale;
+    const double red = light + 2 * (1 - standard.kr) * cr;
+    const double blue = light + 2 * (1 - standard.kb) * cb;
+    const double green =
+        (light - standard.kr * red - standard.kb * blue) / (1 - standard.kr - standard.kb);
+    const auto step = [](double value) { return std::clamp(value * 255, 0.0, 255.0); };
+    return {step(red), step(green), step(blue)};
+}
+
+} // namespace
+
+class PlanarToRgbTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyColourIsWithinOneStep_data()
+    {
+        QTest::addColumn<double>("kr");
+        QTest::addColumn<double>("kb");
+        QTest::addColumn<bool>("fullRange");
+        QTest::newRow("BT.601") << 0.299 << 0.114 << false;
+        QTest::newRow("BT.709") << 0.2126 << 0.0722 << false;
+        QTest::newRow("BT.2020") << 0.2627 << 0.0593 << false;
+        QTest::newRow("BT.601, full range") << 0.299 << 0.114 << true;
+    }
+
+    void everyColourIsWithinOneStep()
+    {
+        QFETCH(double, kr);
+        QFETCH(double, kb);
+        QFETCH(bool, fullRange);
+        const Standard standard{kr, kb, fullRange};
+        const PlanarToRgb convert(kr, kb, fullRange);
+        QVector<quint8> y(256), u(128), v(128), rgb(768);
+        for (int i = 0; i < 256; ++i)
+            y[i] = quint8(i);
+        double worst = 0;
+        for (int cu = 0; cu < 256; cu += 5) {
+            for (int cv = 0; cv < 256; cv += 3) {
+                u.fill(quint8(cu));
+                v.fill(quint8(cv));
+                convert.row(y.constData(), u.constData(), v.constData(), rgb.data(), 256);
+                for (int i = 0; i < 256; ++i) {
+                    const std::array<double, 3> expected = exact(standard, i, cu, cv);
+                    for (int c = 0; c < 3; ++c)
+                        worst =
+                            std::max(worst, std::abs(expected[std::size_t(c)] - rgb[3 * i + c]));
+                }
+            }
+        }
+        QVERIFY2(worst <= 1, qPrintable(QString::number(worst)));
+    }
+
+    void everyWidthEqualsThePlainWayAndStaysInItsRow()
+    {
+        QRandomGenerator random(7);
+        const PlanarToRgb convert(0.2126, 0.0722, false);
+        for (int width = 1; width <= 70; ++width) {
+            QVector<quint8> y(width), u((width + 1) / 2), v((width + 1) / 2);
+            for (QVector<quint8> *plane : {&y, &u, &v}) {
+                for (quint8 &value : *plane)
+                    value = quint8(random.bounded(256));
+            }
+            QVector<quint8> fast(width * 3 + 1, 77), plain(width * 3 + 1, 77);
+            convert.row(y.constData(), u.constData(), v.constData(), fast.data(), width);
+            convert.plainRow(y.constData(), u.constData(), v.constData(), plain.data(), 0, width);
+            QCOMPARE(fast, plain);
+            QCOMPARE(int(fast.last()), 77);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(PlanarToRgbTest)
+#include "tst_planar_to_rgb.moc"

@@ -33,6 +33,10 @@ constexpr milliseconds STOP_GONE_BOUND{300};
 
 constexpr std::size_t BYTES_PER_PIXEL = 3;
 
+// The library divides by the payload size that the camera answered, and allocates a hundred buffers
+// of it; its own frame buffer bounds what can make sense.
+constexpr std::uint32_t MAXIMUM_PAYLOAD = 16u << 20;
+
 void nameFrameThread()
 {
     thread_local bool named = false;
@@ -217,6 +221,9 @@ int UvcCamera::startStreaming(QSize size, FrameHandler handler)
     stopStreaming();
     if (!m_handle || m_gone)
         return UVC_ERROR_NO_DEVICE;
+    const std::uint32_t payload = m_control->block.dwMaxPayloadTransferSize;
+    if (payload == 0 || payload > MAXIMUM_PAYLOAD)
+        return UVC_ERROR_INVALID_MODE;
     m_stream = std::make_shared<Stream>(size, std::move(handler));
     const auto result =
         m_worker.call(NEGOTIATE_BOUND, [handle = m_handle, control = m_control, stream = m_stream] {

@@ -50,7 +50,8 @@ public:
     int negotiate(QSize size, int framesPerSecond);
 
     /// Streams until stopStreaming(). The handler gets each frame that can be decoded; frames whose
-    /// own header gives another size than the stream's are dropped. No handle: nothing is started.
+    /// own header gives another size than the stream's are dropped. Nothing is started without a
+    /// handle or before the camera has agreed on a format.
     int startStreaming(QSize size, FrameHandler handler);
 
     /// When it returns no frame is in the handler and none will come, whatever the camera does.

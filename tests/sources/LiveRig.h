@@ -1,0 +1,100 @@
+#pragma once
+
+#include "sources/LiveSource.h"
+#include "tests/fakes/FrameSink.h"
+#include "tools/virtualcamera/VirtualCamera.h"
+
+#include <QtTest>
+
+#include <QMutex>
+#include <QStringList>
+
+#include <memory>
+
+/// Collects what is said with qDebug() and the like, from any thread.
+class MessageLog
+{
+public:
+    MessageLog()
+    {
+        lines().clear();
+        s_previous = qInstallMessageHandler(&MessageLog::take);
+    }
+    ~MessageLog() { qInstallMessageHandler(s_previous); }
+    MessageLog(const MessageLog &) = delete;
+    MessageLog &operator=(const MessageLog &) = delete;
+
+    int count(const QString &text) const
+    {
+        const QMutexLocker lock(&mutex());
+        return lines().count(text);
+    }
+
+private:
+    static void take(QtMsgType, const QMessageLogContext &, const QString &text)
+    {
+        const QMutexLocker lock(&mutex());
+        lines().append(text);
+    }
+    static QMutex &mutex()
+    {
+        static QMutex mutex;
+        return mutex;
+    }
+    static QStringList &lines()
+    {
+        static QStringList lines;
+        return lines;
+    }
+    static inline QtMessageHandler s_previous = nullptr;
+};
+
+/// The emulated camera of this process. The environment chooses the transport, so that every test
+/// runs over both.
+inline VirtualCameraConfig rigCamera()
+{
+    VirtualCameraConfig config;
+    if (qgetenv("CAMERA_TRANSPORT") == "isochronous")
+        config.transport = VirtualCameraConfig::Transport::Isochronous;
+    return config;
+}
+
+/// A live source with something to give its frames to.
+struct LiveRig {
+    static constexpr QSize PREVIEW{1024, 768};
+    static constexpr QSize RECORDING{1280, 720};
+    static constexpr int PATIENCE_MS = 30000;
+
+    FrameSink sink;
+    std::unique_ptr<LiveSource> source =
+        std::make_unique<LiveSource>(&sink, PREVIEW, RECORDING, nullptr);
+
+    bool waitUntilRunning()
+    {
+        return QTest::qWaitFor([this] { return source->running(); }, PATIENCE_MS);
+    }
+
+    bool waitForFrames(int more = 3)
+    {
+        const int wanted = sink.count() + more;
+        return QTest::qWaitFor([this, wanted] { return sink.count() >= wanted; }, PATIENCE_MS);
+    }
+
+    bool waitForSize(QSize size)
+    {
+        return QTest::qWaitFor([this, size] { return sink.size() == size; }, PATIENCE_MS);
+    }
+
+    /// Plugged in, opened and streaming.
+    bool bringUp(VirtualCamera &camera)
+    {
+        return camera.plug() && waitUntilRunning() && waitForFrames();
+    }
+};
+
+/// That no frame comes for as long as several would have.
+inline bool staysWithoutFrames(const FrameSink &sink, int milliseconds = 400)
+{
+    const int before = sink.count();
+    return !QTest::qWaitFor([&sink, before] { return sink.count() != before; }, milliseconds);
+}

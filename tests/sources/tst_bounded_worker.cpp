@@ -1,0 +1,91 @@
+#include "sources/BoundedWorker.h"
+
+#include <QtTest>
+
+#include <QElapsedTimer>
+
+#include <atomic>
+#include <future>
+
+#include <pthread.h>
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+class BoundedWorkerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aJobsResultComesBack()
+    {
+        BoundedWorker worker("Test");
+        QCOMPARE(worker.call(seconds(10), [] { return -9; }).value_or(1), -9);
+        QCOMPARE(worker.call(seconds(10), [] { return 8; }).value_or(1), 8);
+        QVERIFY(!worker.busy());
+    }
+
+    void jobsRunOnTheNamedThread()
+    {
+        BoundedWorker worker("Bounded");
+        char name[16] = {};
+        worker.call(seconds(10),
+                    [&name] { return pthread_getname_np(pthread_self(), name, sizeof name); });
+        QCOMPARE(QByteArray(name), QByteArray("Bounded"));
+    }
+
+    void aJobThatNeverEndsIsLeftToItself()
+    {
+        std::promise<void> release;
+        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+        auto finished = std::make_shared<std::promise<void>>();
+        std::future<void> end = finished->get_future();
+        QElapsedTimer timer;
+        timer.start();
+        {
+            BoundedWorker worker("Test");
+            QVERIFY(!worker.call(milliseconds(50), [blocker, finished] {
+                blocker->wait();
+                finished->set_value();
+                return 0;
+            }));
+            QVERIFY(worker.busy());
+            // A later job waits no longer than its own bound and is then never begun.
+            bool begun = false;
+            QVERIFY(!worker.call(milliseconds(50), [&begun] {
+                begun = true;
+                return 0;
+            }));
+            QVERIFY(!begun);
+        }
+        QVERIFY(timer.elapsed() < 20000); // the destructor did not wait either
+        release.set_value();
+        end.wait();
+    }
+
+    void aWorkerThatWasBusyServesAgain()
+    {
+        std::promise<void> release;
+        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+        BoundedWorker worker("Test");
+        QVERIFY(!worker.call(milliseconds(20), [blocker] {
+            blocker->wait();
+            return 1;
+        }));
+        release.set_value();
+        QCOMPARE(worker.call(seconds(20), [] { return 2; }).value_or(0), 2);
+    }
+
+    void whatAJobOwnsIsGoneWhenItsResultIsThere()
+    {
+        BoundedWorker worker("Test");
+        for (int round = 0; round < 200; ++round) {
+            auto owned = std::make_shared<int>(round);
+            QCOMPARE(worker.call(seconds(20), [owned] { return *owned; }).value_or(-1), round);
+            QCOMPARE(owned.use_count(), 1L);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(BoundedWorkerTest)
+#include "tst_bounded_worker.moc"

@@ -1,0 +1,217 @@
+#include "LiveRig.h"
+
+#include "sources/CameraParameters.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QProcess>
+
+#include <cstdio>
+#include <cstring>
+
+namespace
+{
+
+// What the bounded waits of one teardown and one restart add up to at most, with room for a loaded
+// machine.
+constexpr qint64 TEARDOWN_LIMIT_MS = 10000;
+
+/// A short life of a program that uses the camera. True when it went as it should; it then leaves
+/// through main(), as a real program does.
+using Life = bool (*)(VirtualCamera &, LiveRig &);
+
+bool letTimePass(int milliseconds)
+{
+    QTest::qWait(milliseconds); // long enough for the library to have seen the camera leave
+    return true;
+}
+
+void pull(VirtualCamera &camera)
+{
+    if (qEnvironmentVariableIsSet("CAMERA_LEAVES_DIRTY"))
+        camera.unplugDirty();
+    else
+        camera.unplug();
+}
+
+bool deadControlsFailFast(LiveRig &rig)
+{
+    QElapsedTimer timer;
+    timer.start();
+    unsigned long value = 3;
+    for (int i = 0; i < 20; ++i) {
+        if (rig.source->ksPropSet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) >= 0 ||
+            rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) >= 0)
+            return false;
+    }
+    return value == 3 && rig.source->brightness() == 0 && timer.elapsed() < 5000;
+}
+
+bool neverThere(VirtualCamera &, LiveRig &rig)
+{
+    return letTimePass(700) && !rig.source->running();
+}
+
+bool leftWhileWaiting(VirtualCamera &camera, LiveRig &rig)
+{
+    return camera.plug() && letTimePass(1200) && !rig.source->running();
+}
+
+bool unpluggedWhileWaiting(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!camera.plug())
+        return false;
+    letTimePass(1200);
+    pull(camera);
+    return letTimePass(2200) && !rig.source->running();
+}
+
+bool leftWhileStreaming(VirtualCamera &camera, LiveRig &rig)
+{
+    return rig.bringUp(camera);
+}
+
+bool unpluggedAtTheExit(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!rig.bringUp(camera))
+        return false;
+    pull(camera);
+    return true;
+}
+
+bool unpluggedWhileStreaming(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!rig.bringUp(camera))
+        return false;
+    pull(camera);
+    return letTimePass(700) && staysWithoutFrames(rig.sink) && rig.source->running() &&
+           deadControlsFailFast(rig);
+}
+
+bool resizedAfterTheUnplug(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!rig.bringUp(camera))
+        return false;
+    pull(camera);
+    rig.source->setResolution({1920, 1080});
+    rig.source->setResolution(LiveRig::PREVIEW);
+    return rig.source->running() && deadControlsFailFast(rig) && staysWithoutFrames(rig.sink);
+}
+
+bool recordedAcrossTheUnplug(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!rig.bringUp(camera))
+        return false;
+    rig.source->startRecord(QDir::tempPath() + "/across.mov");
+    if (!rig.waitForSize(LiveRig::RECORDING))
+        return false;
+    pull(camera);
+    letTimePass(300);
+    rig.source->stopRecord();
+    return !rig.source->recording() && rig.source->running();
+}
+
+bool pluggedInAgain(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!rig.bringUp(camera))
+        return false;
+    pull(camera);
+    letTimePass(300);
+    if (!camera.plug())
+        return false;
+    letTimePass(1200);
+    rig.source->startCapture();
+    return rig.source->running() && staysWithoutFrames(rig.sink);
+}
+
+struct NamedLife {
+    const char *name;
+    Life life;
+    bool dirtyToo;
+};
+
+const NamedLife LIVES[] = {
+    {"no camera at all", neverThere, false},
+    {"left while waiting", leftWhileWaiting, false},
+    {"unplugged while waiting", unpluggedWhileWaiting, false},
+    {"left while streaming", leftWhileStreaming, false},
+    {"unplugged at the exit", unpluggedAtTheExit, true},
+    {"unplugged while streaming", unpluggedWhileStreaming, true},
+    {"resized after the unplug", resizedAfterTheUnplug, true},
+    {"recorded across the unplug", recordedAcrossTheUnplug, true},
+    {"plugged in again", pluggedInAgain, true},
+};
+
+/// The child's main(). The camera outlives the program's end of it, as a real one would.
+int live(const char *name)
+{
+    VirtualCamera camera(rigCamera());
+    qint64 teardownMs = 0;
+    bool good = false;
+    {
+        LiveRig rig;
+        for (const NamedLife &row : LIVES) {
+            if (std::strcmp(row.name, name) == 0)
+                good = row.life(camera, rig);
+        }
+        QElapsedTimer timer;
+        timer.start();
+        rig.source.reset();
+        teardownMs = timer.elapsed();
+    }
+    std::printf("teardown took %lld ms\n", static_cast<long long>(teardownMs));
+    return good && teardownMs < TEARDOWN_LIMIT_MS ? 0 : 1;
+}
+
+} // namespace
+
+/// Every way in which a camera and a program part: each in a process of its own, which must end by
+/// itself with exit code 0.
+class LiveSourceUnplugTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyPartingEndsWell_data()
+    {
+        QTest::addColumn<QString>("life");
+        QTest::addColumn<bool>("dirty");
+        for (const NamedLife &row : LIVES) {
+            QTest::newRow(row.name) << QString(row.name) << false;
+            if (row.dirtyToo)
+                QTest::newRow(qPrintable(QString("%1, dirty").arg(row.name)))
+                    << QString(row.name) << true;
+        }
+    }
+
+    void everyPartingEndsWell()
+    {
+        QFETCH(QString, life);
+        QFETCH(bool, dirty);
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (dirty)
+            environment.insert("CAMERA_LEAVES_DIRTY", "1");
+        child.setProcessEnvironment(environment);
+        child.setProcessChannelMode(QProcess::MergedChannels);
+        child.start(QCoreApplication::applicationFilePath(), {"--live", life});
+        const bool ended = child.waitForFinished(90000);
+        if (!ended)
+            child.kill();
+        const QByteArray said = child.readAll();
+        QVERIFY2(ended, said.constData());
+        QVERIFY2(child.exitStatus() == QProcess::NormalExit, said.constData());
+        QVERIFY2(child.exitCode() == 0, said.constData());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--live") == 0)
+        return live(argv[2]);
+    LiveSourceUnplugTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_live_source_unplug.moc"

@@ -15,7 +15,7 @@ RUN_PACKAGES="
 
 # What the tests drive it with.
 TEST_PACKAGES="
-    xvfb xauth x11-utils xdotool openbox imagemagick
+    libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
     cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils ffmpeg"
 
 # What the benchmarks measure beside it.

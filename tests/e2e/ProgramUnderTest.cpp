@@ -1,0 +1,172 @@
+#include "ProgramUnderTest.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QScreen>
+#include <QStringList>
+#include <QVector>
+#include <QWidget>
+#include <QtTest>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+
+namespace
+{
+
+constexpr int PATIENCE_MS = 60000;
+
+/// A connection to the X server for as long as it lives.
+class Display
+{
+public:
+    Display() = default;
+    ~Display() { xcb_disconnect(m_connection); }
+    Display(const Display &) = delete;
+    Display &operator=(const Display &) = delete;
+
+    xcb_connection_t *connection() const { return m_connection; }
+
+    xcb_window_t root() const
+    {
+        return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    }
+
+    xcb_atom_t atom(const QByteArray &name) const
+    {
+        xcb_intern_atom_reply_t *reply = xcb_intern_atom_reply(
+            m_connection,
+            xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()), name.constData()),
+            nullptr);
+        const xcb_atom_t value = reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+        std::free(reply);
+        return value;
+    }
+
+    /// The 32-bit values of a property, none if there is no such property or window.
+    QVector<quint32> property(xcb_window_t window, const QByteArray &name) const
+    {
+        xcb_get_property_reply_t *reply =
+            xcb_get_property_reply(m_connection,
+                                   xcb_get_property(m_connection, 0, window, atom(name),
+                                                    XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+                                   nullptr);
+        QVector<quint32> values;
+        if (reply && reply->format == 32) {
+            const auto *first = static_cast<const quint32 *>(xcb_get_property_value(reply));
+            std::copy_n(first, reply->value_len, std::back_inserter(values));
+        }
+        std::free(reply);
+        return values;
+    }
+
+private:
+    xcb_connection_t *m_connection = xcb_connect(nullptr, nullptr);
+};
+
+/// The first window of that process that the window manager looks after; 0 while there is none.
+xcb_window_t managedWindow(qint64 pid)
+{
+    const Display display;
+    for (const xcb_window_t window : display.property(display.root(), "_NET_CLIENT_LIST")) {
+        if (display.property(window, "_NET_WM_PID").value(0) == pid)
+            return window;
+    }
+    return 0;
+}
+
+/// Tells the window manager what its close button would: _NET_CLOSE_WINDOW at the root window.
+void askToClose(xcb_window_t window)
+{
+    const Display display;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = display.atom("_NET_CLOSE_WINDOW");
+    xcb_send_event(display.connection(), 0, display.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    // One answer awaited, so that the server has taken the event before the connection goes.
+    std::free(xcb_get_input_focus_reply(display.connection(),
+                                        xcb_get_input_focus(display.connection()), nullptr));
+}
+
+} // namespace
+
+ProgramUnderTest::ProgramUnderTest()
+{
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+}
+
+ProgramUnderTest::~ProgramUnderTest()
+{
+    if (running()) {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+}
+
+bool ProgramUnderTest::start(const QProcessEnvironment &environment)
+{
+    m_process.setProcessEnvironment(environment);
+    m_process.start(PROGRAM_FILE, QStringList());
+    return m_process.waitForStarted(PATIENCE_MS);
+}
+
+WId ProgramUnderTest::waitForWindow()
+{
+    const bool settled = QTest::qWaitFor(
+        [this] {
+            m_window = managedWindow(m_process.processId());
+            return m_window != 0 || !running();
+        },
+        PATIENCE_MS);
+    return settled ? m_window : 0;
+}
+
+bool ProgramUnderTest::closeAndWait()
+{
+    askToClose(static_cast<xcb_window_t>(m_window));
+    return QTest::qWaitFor([this] { return !running(); }, PATIENCE_MS) &&
+           m_process.exitStatus() == QProcess::NormalExit;
+}
+
+int ProgramUnderTest::exitCode() const
+{
+    return m_process.exitCode();
+}
+
+bool ProgramUnderTest::running() const
+{
+    return m_process.state() != QProcess::NotRunning;
+}
+
+QByteArray ProgramUnderTest::output()
+{
+    m_output += m_process.readAll();
+    return m_output;
+}
+
+bool ProgramUnderTest::waitForWindowManager()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < PATIENCE_MS) {
+        QWidget probe;
+        probe.show();
+        const qint64 pid = QCoreApplication::applicationPid();
+        if (QTest::qWaitFor([pid] { return managedWindow(pid) != 0; }, 2000))
+            return true;
+    }
+    return false;
+}
+
+QImage ProgramUnderTest::screenshot()
+{
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QImage>
+#include <QProcess>
+#include <QString>
+
+/// The real program in a process of its own, with the settings and the folders of this test's home.
+class ProgramUnderTest
+{
+public:
+    ProgramUnderTest();
+    /// Kills it if it still runs.
+    ~ProgramUnderTest();
+    ProgramUnderTest(const ProgramUnderTest &) = delete;
+    ProgramUnderTest &operator=(const ProgramUnderTest &) = delete;
+
+    bool start(const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
+    /// The X11 number of its main window once that is on the screen; 0 if it never comes.
+    WId waitForWindow();
+    /// Asks the window to close, as its title bar's button does, and waits for the process: whether
+    /// it ended by itself. Its exit code is then exitCode().
+    bool closeAndWait();
+    [[nodiscard]] int exitCode() const;
+    [[nodiscard]] bool running() const;
+    /// All it has said so far.
+    QByteArray output();
+
+    /// Whether the window manager looks after new windows; one that is mapped while it starts may
+    /// be left aside for ever.
+    static bool waitForWindowManager();
+    /// What the screen shows now.
+    static QImage screenshot();
+
+private:
+    QProcess m_process;
+    QByteArray m_output;
+    WId m_window = 0;
+};

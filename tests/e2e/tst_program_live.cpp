@@ -1,0 +1,118 @@
+#include "ProgramUnderTest.h"
+
+#include "tools/virtualcamera/SheetCounter.h"
+#include "tools/virtualcamera/VirtualCamera.h"
+
+#include <QtTest>
+
+#include <QElapsedTimer>
+
+#include <memory>
+#include <optional>
+
+namespace
+{
+
+constexpr int PATIENCE_MS = 60000;
+
+std::optional<quint32> counterOnScreen()
+{
+    return SheetCounter::read(ProgramUnderTest::screenshot());
+}
+
+} // namespace
+
+/// The whole program with a camera on the bus, looked at from outside.
+class ProgramLiveTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(ProgramUnderTest::waitForWindowManager());
+        m_camera = std::make_unique<VirtualCamera>();
+    }
+    void cleanupTestCase() { m_camera.reset(); }
+    void init() { m_camera->unplug(); }
+
+    void theMovingPictureIsOnTheScreen()
+    {
+        QVERIFY(m_camera->plug());
+        ProgramUnderTest program;
+        QElapsedTimer sinceStart;
+        sinceStart.start();
+        QVERIFY(program.start());
+        QVERIFY2(program.waitForWindow(), program.output().constData());
+        std::optional<quint32> first;
+        QVERIFY(waitForCounter(first));
+        QVERIFY(sinceStart.elapsed() > 2000);
+        std::optional<quint32> second;
+        QVERIFY(QTest::qWaitFor(
+            [&first, &second] {
+                second = counterOnScreen();
+                return second && *second != *first;
+            },
+            PATIENCE_MS));
+        // What is on the screen was sent a moment ago at most.
+        const quint32 behind = (m_camera->statistics().lastFrame - *second) % SheetCounter::MODULUS;
+        QVERIFY2(behind < 30, qPrintable(QString::number(behind)));
+        QVERIFY(program.output().contains("DEVICE FOUND"));
+        QVERIFY(program.closeAndWait());
+        QCOMPARE(program.exitCode(), 0);
+        QCOMPARE(m_camera->statistics().openHandles, 0);
+    }
+
+    void aCameraThatIsPluggedInLaterAppears()
+    {
+        ProgramUnderTest program;
+        QVERIFY(program.start());
+        QVERIFY(program.waitForWindow());
+        QVERIFY(!counterOnScreen());
+        QVERIFY(m_camera->plug());
+        std::optional<quint32> counter;
+        QVERIFY(waitForCounter(counter));
+        QVERIFY(program.closeAndWait());
+        QCOMPARE(program.exitCode(), 0);
+    }
+
+    void theProgramLeavesAlsoWhenTheCameraLeftBefore_data()
+    {
+        QTest::addColumn<bool>("dirty");
+        QTest::newRow("clean") << false;
+        QTest::newRow("dirty") << true;
+    }
+
+    void theProgramLeavesAlsoWhenTheCameraLeftBefore()
+    {
+        QFETCH(bool, dirty);
+        QVERIFY(m_camera->plug());
+        ProgramUnderTest program;
+        QVERIFY(program.start());
+        QVERIFY(program.waitForWindow());
+        std::optional<quint32> counter;
+        QVERIFY2(waitForCounter(counter), program.output().constData());
+        if (dirty)
+            m_camera->unplugDirty();
+        else
+            m_camera->unplug();
+        QVERIFY(program.closeAndWait());
+        QCOMPARE(program.exitCode(), 0);
+    }
+
+private:
+    static bool waitForCounter(std::optional<quint32> &counter)
+    {
+        return QTest::qWaitFor(
+            [&counter] {
+                counter = counterOnScreen();
+                return counter.has_value();
+            },
+            PATIENCE_MS);
+    }
+
+    std::unique_ptr<VirtualCamera> m_camera;
+};
+
+QTEST_MAIN(ProgramLiveTest)
+#include "tst_program_live.moc"

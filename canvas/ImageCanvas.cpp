@@ -53,7 +53,7 @@ ImageCanvas::ImageCanvas(QWidget *parent)
 
 ImageCanvas::~ImageCanvas() = default;
 
-// Frames ----------------------------------------------------------------------------------------
+// Frames ------------------------------------------------------
 
 void ImageCanvas::imageCaptured(const QImage &image)
 {
@@ -132,11 +132,6 @@ void ImageCanvas::fillCanvas(const QColor &color)
     imageCaptured(board);
 }
 
-QColor ImageCanvas::boardColor() const
-{
-    return m_boardColor;
-}
-
 void ImageCanvas::setDrawingBoardMode(bool on)
 {
     m_drawingBoardMode = on;
@@ -156,7 +151,7 @@ QSize ImageCanvas::pictureSize() const
     return resultSize();
 }
 
-// The pipeline, with the lock held ----------------------------------------------------------------
+// The pipeline, with the lock held ----------------------------
 
 bool ImageCanvas::holdsInput() const
 {
@@ -240,7 +235,7 @@ void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
         FrameSteps::copyOut(*fitted, pixels, mirror, rgb32);
 }
 
-// Snapshots ---------------------------------------------------------------------------------------
+// Snapshots ---------------------------------------------------
 
 void ImageCanvas::snapshot()
 {
@@ -279,8 +274,7 @@ void ImageCanvas::save(const Shot &shot)
         QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
 }
 
-// View
-// ----------------------------------------------------------------------------------------------
+// View --------------------------------------------------------
 
 int ImageCanvas::actualWidth() const
 {
@@ -411,19 +405,13 @@ ViewGeometry ImageCanvas::publishedView() const
     return {frame, static_cast<int>(shape & 3U), m_publishedScale};
 }
 
-// Drawing and text
-// ------------------------------------------------------------------------------------
+// Drawing and text --------------------------------------------
 
 void ImageCanvas::setMouseMode(MouseMode mode)
 {
     m_mouseMode = mode;
     if (mode != Text)
         endTextEditing();
-}
-
-ImageCanvas::MouseMode ImageCanvas::mouseMode() const
-{
-    return m_mouseMode;
 }
 
 void ImageCanvas::clearPainting()
@@ -445,21 +433,6 @@ void ImageCanvas::setFontFace(const QString &face)
 void ImageCanvas::setFontSize(int points)
 {
     m_text.setFontSize(points);
-}
-
-QColor ImageCanvas::textColor() const
-{
-    return m_text.color();
-}
-
-QString ImageCanvas::fontFace() const
-{
-    return m_text.fontFace();
-}
-
-int ImageCanvas::fontSize() const
-{
-    return m_text.fontSize();
 }
 
 void ImageCanvas::setTextFormat()
@@ -554,8 +527,7 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
     m_text.open(widgetPoint, anchor);
 }
 
-// Indications and painting
-// ------------------------------------------------------------------------------
+// Indications and painting ------------------------------------
 
 void ImageCanvas::setOsdProcessor(OSDProcessor *processor)
 {

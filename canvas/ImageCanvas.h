@@ -49,7 +49,7 @@ public:
 
     /// Makes the board a 1280 x 720 picture of that colour and remembers the colour.
     void fillCanvas(const QColor &color);
-    [[nodiscard]] QColor boardColor() const;
+    [[nodiscard]] QColor boardColor() const { return m_boardColor; }
     void setDrawingBoardMode(bool on);
     /// A copy of the picture as shown, saved and printed; null before the first one.
     [[nodiscard]] QImage currentImage() const;
@@ -91,16 +91,16 @@ public:
     // Drawing and text --------------------------------------------------------------------------
     /// Any mode but Text commits a text that is being edited.
     void setMouseMode(MouseMode mode);
-    [[nodiscard]] MouseMode mouseMode() const;
+    [[nodiscard]] MouseMode mouseMode() const { return m_mouseMode; }
     void clearPainting();
     /// The format acts on the selection of a text that is being edited, or on what is typed next.
     void setTextColor(const QColor &color);
     void setFontFace(const QString &face);
     /// Sizes below 1 are ignored; letters are 1000 points at most.
     void setFontSize(int points);
-    [[nodiscard]] QColor textColor() const;
-    [[nodiscard]] QString fontFace() const;
-    [[nodiscard]] int fontSize() const;
+    [[nodiscard]] QColor textColor() const { return m_text.color(); }
+    [[nodiscard]] QString fontFace() const { return m_text.fontFace(); }
+    [[nodiscard]] int fontSize() const { return m_text.fontSize(); }
     void setTextFormat();
     /// Paints the text that is being edited into the drawing; nothing when there is none.
     void endTextEditing();

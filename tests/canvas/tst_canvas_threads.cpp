@@ -53,6 +53,21 @@ private:
     std::thread m_thread;
 };
 
+/// Counts what a canvas is sent.
+class PaintCounter : public QObject
+{
+public:
+    int paints = 0;
+    int metaCalls = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        metaCalls += event->type() == QEvent::MetaCall ? 1 : 0;
+        return false;
+    }
+};
+
 /// Calls every public operation once; each takes the lock for itself.
 void callEverything(ImageCanvas &canvas, int round, const QString &folder)
 {
@@ -154,6 +169,41 @@ private slots:
         std::thread thread([&] { canvas.imageCaptured(red); });
         thread.join();
         QTRY_COMPARE(canvas.grab().toImage().pixelColor(30, 20), QColor(Qt::red));
+    }
+
+    void everyFrameOfAnotherThreadAsksForItsOwnRepaint()
+    {
+        ImageCanvas canvas;
+        canvas.resize(64, 48);
+        canvas.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        PaintCounter counter;
+        canvas.installEventFilter(&counter);
+        for (int i = 0; i < 30; ++i) {
+            const int before = counter.paints;
+            std::thread thread(
+                [&] { canvas.imageCaptured(QImage(64, 48, QImage::Format_RGB888)); });
+            thread.join();
+            QTRY_VERIFY(counter.paints > before);
+        }
+    }
+
+    void repaintsThatWaitAreAskedForOnce()
+    {
+        ImageCanvas canvas;
+        canvas.resize(64, 48);
+        canvas.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        PaintCounter counter;
+        canvas.installEventFilter(&counter);
+        std::thread thread([&] {
+            for (int i = 0; i < 100; ++i)
+                canvas.imageCaptured(QImage(64, 48, QImage::Format_RGB888));
+        });
+        thread.join();
+        // Hundred frames before the window could paint are one request.
+        QCoreApplication::sendPostedEvents(&canvas, QEvent::MetaCall);
+        QCOMPARE(counter.metaCalls, 1);
     }
 
     void theCanvasMayGoWhileARepaintIsPosted()

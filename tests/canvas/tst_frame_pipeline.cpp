@@ -76,7 +76,7 @@ void FramePipelineTest::compareAll(QImage::Format format, bool drawn)
                 strokes = drawing(turnedSize, ++seed);
                 drawOn(layer, strokes);
             }
-            for (int factor = 0; factor <= 6; ++factor) {
+            for (const int factor : {0, 1, 2, 3, 6}) {
                 view.zoom({turnedSize.width() * 0.6, turnedSize.height() * 0.3}, factor);
                 for (int effect = 0; effect <= 4; ++effect) {
                     for (int mask = 0; mask <= 5; ++mask) {
@@ -110,7 +110,7 @@ void FramePipelineTest::equalsTheReferenceAtCameraSizes_data()
     QTest::newRow("1024x768") << QSize(1024, 768);
     QTest::newRow("1280x720") << QSize(1280, 720);
     QTest::newRow("1920x1080") << QSize(1920, 1080);
-    QTest::newRow("2049x1537") << QSize(2049, 1537);
+    QTest::newRow("1281x721") << QSize(1281, 721);
 }
 
 void FramePipelineTest::equalsTheReferenceAtCameraSizes()

@@ -101,7 +101,7 @@ private slots:
 
         const int allocationsBefore = largeAllocations;
         const long faultsBefore = pageFaults();
-        for (int i = 0; i < 50; ++i)
+        for (int i = 0; i < 20; ++i)
             showOne(static_cast<uchar>(i));
         const long faults = pageFaults() - faultsBefore;
         QCOMPARE(largeAllocations - allocationsBefore, 0);

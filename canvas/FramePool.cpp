@@ -1,8 +1,6 @@
 #include "FramePool.h"
 
-#include <QMutex>
-#include <QMutexLocker>
-
+#include <mutex>
 #include <vector>
 
 namespace
@@ -15,14 +13,14 @@ constexpr std::size_t LARGEST_SHELF = 4;
 
 /// What lies ready to be used again. A change of size empties it, as mixed sizes only cost memory.
 struct FramePool::Shelf {
-    QMutex lock; ///< Guards all members.
+    std::mutex lock; ///< Guards all members.
     std::vector<std::unique_ptr<Frame>> spare;
     std::size_t wantedBytes = 0;
     int made = 0;
 
     std::unique_ptr<Frame> take(QSize size, QImage::Format format)
     {
-        const QMutexLocker locker(&lock);
+        const std::lock_guard<std::mutex> locker(lock);
         const std::size_t bytes = Frame::bytesFor(size, format) + Frame::SLACK;
         if (bytes != wantedBytes) {
             wantedBytes = bytes;
@@ -40,7 +38,7 @@ struct FramePool::Shelf {
 
     void putBack(std::unique_ptr<Frame> frame)
     {
-        const QMutexLocker locker(&lock);
+        const std::lock_guard<std::mutex> locker(lock);
         if (frame->capacity() == wantedBytes && spare.size() < LARGEST_SHELF)
             spare.push_back(std::move(frame));
     }
@@ -71,6 +69,6 @@ std::shared_ptr<Frame> FramePool::acquire(QSize size, QImage::Format format)
 
 int FramePool::framesMade() const
 {
-    const QMutexLocker locker(&m_shelf->lock);
+    const std::lock_guard<std::mutex> locker(m_shelf->lock);
     return m_shelf->made;
 }

@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QMouseEvent>
-#include <QMutexLocker>
 #include <QPainter>
 #include <QPixmap>
 #include <QResizeEvent>
@@ -60,7 +59,7 @@ void ImageCanvas::imageCaptured(const QImage &image)
     const QImage picture = image.convertToFormat(QImage::Format_RGB888);
     Shot shot;
     {
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         m_lastFrameMs = m_clock.elapsed();
         if (!holdsInput())
             takeInput(copyIn(picture));
@@ -76,7 +75,7 @@ void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror
     const QSize size = pixels ? QSize(std::max(width, 0), std::max(height, 0)) : QSize(0, 0);
     Shot shot;
     {
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         m_lastFrameMs = m_clock.elapsed();
         if (rgb32)
             FrameSteps::makeOpaque(pixels, size);
@@ -105,7 +104,7 @@ void ImageCanvas::autoRefresh()
     Shot shot;
     {
         // One stretch under the lock: a newer frame cannot come between and be overwritten.
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         if (m_input) {
             renewResult();
             shot = dueShot();
@@ -141,13 +140,13 @@ void ImageCanvas::setDrawingBoardMode(bool on)
 
 QImage ImageCanvas::currentImage() const
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     return frameImage(m_result);
 }
 
 QSize ImageCanvas::pictureSize() const
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     return resultSize();
 }
 
@@ -241,20 +240,20 @@ void ImageCanvas::snapshot()
 {
     if (!QDir(snapshotFolder).exists())
         return;
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     m_armedFolder = snapshotFolder;
     m_snapshotClock.arm({snapshotMode, snapshotInterval, seriesLimit}, m_clock.elapsed());
 }
 
 void ImageCanvas::stopSnapshot()
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     m_snapshotClock.disarm();
 }
 
 bool ImageCanvas::seriesArmed() const
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     return m_snapshotClock.isSeriesArmed();
 }
 
@@ -264,14 +263,16 @@ void ImageCanvas::save(const Shot &shot)
         return;
     // A failed write leaves no file and is shown like a good one.
     SnapshotFile::write(shot.path, frameImage(shot.picture));
-    const auto show = [this] {
-        if (m_osd)
-            m_osd->osdSnapshot();
-    };
     if (onGuiThread())
-        show();
+        showSnapshotTaken();
     else
-        QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "showSnapshotTaken", Qt::QueuedConnection);
+}
+
+void ImageCanvas::showSnapshotTaken()
+{
+    if (m_osd)
+        m_osd->osdSnapshot();
 }
 
 // View --------------------------------------------------------
@@ -313,14 +314,14 @@ int ImageCanvas::rotation() const
 
 QPointF ImageCanvas::centerPoint() const
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     return m_view.centerPoint();
 }
 
 template <typename Change>
 void ImageCanvas::changeView(Change change)
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     change(m_view);
     publishView();
 }
@@ -379,13 +380,13 @@ QPoint ImageCanvas::transformMousePoint(QPoint widgetPoint) const
 
 QRectF ImageCanvas::clippingRect() const
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     return ViewGeometry::widgetRectangle(m_tools.clipRectangle(), resultSize(), size());
 }
 
 QRect ImageCanvas::clipRectangle() const
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     return m_tools.clipRectangle();
 }
 
@@ -416,7 +417,7 @@ void ImageCanvas::setMouseMode(MouseMode mode)
 
 void ImageCanvas::clearPainting()
 {
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     m_layer.clear();
 }
 
@@ -445,7 +446,7 @@ void ImageCanvas::endTextEditing()
     if (!m_text.isOpen())
         return;
     m_text.close();
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     m_text.paintInto(m_layer, m_view.transformedSize(), size());
 }
 
@@ -454,7 +455,7 @@ void ImageCanvas::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     const QPoint widgetPoint = event->localPos().toPoint();
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     m_tools.press(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
                   m_layer);
 }
@@ -462,7 +463,7 @@ void ImageCanvas::mousePressEvent(QMouseEvent *event)
 void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint widgetPoint = event->localPos().toPoint();
-    const QMutexLocker locker(&m_lock);
+    const std::lock_guard<std::mutex> locker(m_lock);
     if (!event->buttons().testFlag(Qt::LeftButton)) {
         // The release went elsewhere, to a dialog that opened under the pointer.
         if (m_tools.dragging())
@@ -484,7 +485,7 @@ void ImageCanvas::endDrag(QPoint widgetPoint)
 {
     QRect selection;
     {
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         if (!m_tools.dragging())
             return;
         selection = m_tools.release(m_layer);
@@ -501,7 +502,7 @@ void ImageCanvas::copyClip(const QRect &selection)
     {
         if (!selection.isValid())
             return;
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         const QRect inside = selection & QRect({0, 0}, resultSize());
         if (inside.isEmpty())
             return;
@@ -520,7 +521,7 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
     }
     QPoint anchor;
     {
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         anchor = AnnotationTools::layerPoint(
             ViewGeometry::picturePoint(widgetPoint, resultSize(), size()), m_view, m_layer);
     }
@@ -553,7 +554,7 @@ void ImageCanvas::paintPicture(QPainter *painter)
     FramePtr picture;
     std::uint64_t serial = 0;
     {
-        const QMutexLocker locker(&m_lock);
+        const std::lock_guard<std::mutex> locker(m_lock);
         picture = m_result;
         serial = m_resultSerial;
     }
@@ -586,11 +587,13 @@ void ImageCanvas::requestRepaint()
     // Widgets may be touched on their own thread only; one request under way is enough.
     if (m_updatePosted.exchange(true))
         return;
-    const auto repaint = [this] {
-        m_updatePosted = false;
-        update();
-    };
-    QMetaObject::invokeMethod(this, repaint, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "updatePosted", Qt::QueuedConnection);
+}
+
+void ImageCanvas::updatePosted()
+{
+    m_updatePosted = false;
+    update();
 }
 
 bool ImageCanvas::onGuiThread() const

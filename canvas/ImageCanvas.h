@@ -13,7 +13,6 @@
 #include <QColor>
 #include <QElapsedTimer>
 #include <QImage>
-#include <QMutex>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
@@ -25,6 +24,7 @@
 #include <atomic>
 #include <cstdint>
 #include <limits>
+#include <mutex>
 
 class OSDProcessor;
 
@@ -142,6 +142,8 @@ protected:
 
 private slots:
     void refreshWhenIdle();
+    void showSnapshotTaken();
+    void updatePosted();
 
 private:
     /// Everything that a result was made from; while it stays the same, so does the result.
@@ -193,7 +195,7 @@ private:
 
     /// Guards the members from here to the next group against the frame thread; never held
     /// while a file is written, a widget is touched or the indications are painted.
-    mutable QMutex m_lock;
+    mutable std::mutex m_lock;
     FramePtr m_input;
     /// Counts stored inputs.
     std::uint64_t m_inputSerial = 0;

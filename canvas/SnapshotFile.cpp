@@ -5,8 +5,8 @@
 #include <QFile>
 #include <QFileDevice>
 #include <QImageWriter>
-#include <QMutex>
-#include <QMutexLocker>
+
+#include <mutex>
 
 QString SnapshotFile::path(const QString &folder, const QDateTime &time)
 {
@@ -16,8 +16,8 @@ QString SnapshotFile::path(const QString &folder, const QDateTime &time)
 bool SnapshotFile::write(const QString &path, const QImage &picture)
 {
     // The frame thread and the GUI thread may both save within one second, to one name.
-    static QMutex writing;
-    const QMutexLocker locker(&writing);
+    static std::mutex writing;
+    const std::lock_guard<std::mutex> locker(writing);
     if (QFile::exists(path))
         QFile::remove(path);
     bool written = false;

@@ -81,7 +81,7 @@ void callEverything(ImageCanvas &canvas, int round, const QString &folder)
     if (round % 10 == 0)
         canvas.fillCanvas(Qt::green);
     (void)canvas.boardColor();
-    (void)canvas.currentImage().pixel(0, 0);
+    (void)canvas.currentImage().copy();
     (void)canvas.pictureSize();
     canvas.snapshotFolder = folder;
     canvas.snapshotMode = static_cast<ImageCanvas::SnapshotMode>(round % 2);

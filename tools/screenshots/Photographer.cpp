@@ -10,6 +10,13 @@
 #include <QScreen>
 #include <QTimer>
 
+namespace
+{
+
+constexpr int SETTLING_MS = 300;
+
+} // namespace
+
 Photographer::Photographer(MainWindow *window, const QDir &folder)
     : m_window(window)
     , m_folder(folder)
@@ -18,11 +25,24 @@ Photographer::Photographer(MainWindow *window, const QDir &folder)
 
 void Photographer::take(const QString &name)
 {
-    constexpr int SETTLING_MS = 300;
     wait(SETTLING_MS);
     QRect area = m_window->geometry();
     if (const ToolWindow *popup = m_window->currentToolWindow())
         area |= popup->geometry();
+    save(area, name);
+}
+
+void Photographer::takePopup(const QString &name)
+{
+    wait(SETTLING_MS);
+    const ToolWindow *popup = m_window->currentToolWindow();
+    if (!popup)
+        qFatal("no pop-up for %s", qPrintable(name));
+    save(popup->geometry(), name);
+}
+
+void Photographer::save(QRect area, const QString &name)
+{
     QScreen *screen = QGuiApplication::primaryScreen();
     area &= screen->geometry();
     const QPixmap picture = screen->grabWindow(0, area.x(), area.y(), area.width(), area.height());

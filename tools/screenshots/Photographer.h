@@ -16,6 +16,8 @@ public:
 
     /// Into `name`.png, once the screen has settled.
     void take(const QString &name);
+    /// The open pop-up alone.
+    void takePopup(const QString &name);
 
     /// Runs the event loop.
     static void wait(int milliseconds);
@@ -23,6 +25,8 @@ public:
     static bool waitFor(const std::function<bool()> &done, int milliseconds = 15000);
 
 private:
+    void save(QRect area, const QString &name);
+
     MainWindow *m_window;
     QDir m_folder;
 };

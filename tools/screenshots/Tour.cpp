@@ -175,17 +175,53 @@ void Tour::takeModes(const QString &suffix)
 void Tour::takePopups(const QString &suffix)
 {
     for (const Popup &popup : POPUPS) {
-        enter(popup.button == PanelButton::FillBackground ? ModeRules::DrawingBoard
-                                                          : ModeRules::Live);
-        ImageButton *toolButton = m_window->panelButton(popup.button);
-        if (toolButton->isCheckable() && popup.button != PanelButton::Mask)
-            toolButton->setChecked(true);
-        emit toolButton->hold();
+        openPopup(popup.button);
         m_photographer.take(QString("popup-%1-%2").arg(popup.name, suffix));
     }
     enter(ModeRules::Live);
     m_window->settings();
     m_photographer.take("popup-settings-" + suffix);
+}
+
+void Tour::takePopupsAlone()
+{
+    for (const Popup &popup : POPUPS) {
+        openPopup(popup.button);
+        m_photographer.takePopup(QString("popup-%1").arg(popup.name));
+    }
+    enter(ModeRules::Live);
+    m_window->About();
+    m_photographer.takePopup("popup-about");
+    m_window->settings();
+    m_photographer.takePopup("popup-settings");
+    enter(ModeRules::Film);
+    enter(ModeRules::Live);
+}
+
+void Tour::openPopup(PanelButton tool)
+{
+    enter(tool == PanelButton::FillBackground ? ModeRules::DrawingBoard : ModeRules::Live);
+    ImageButton *toolButton = m_window->panelButton(tool);
+    if (toolButton->isCheckable() && tool != PanelButton::Mask)
+        toolButton->setChecked(true);
+    emit toolButton->hold();
+}
+
+void Tour::runLanguage()
+{
+    takeModes("language");
+    takePopupsAlone();
+    // The zoom's caption stands opposite the effect's.
+    ImageCanvas *canvas = m_window->currentCanvas();
+    OSDProcessor *indications = m_window->osdProcessors().value(canvas);
+    canvas->zoomReset();
+    for (const int effect : {CanvasModes::EffectColor, CanvasModes::EffectBW,
+                             CanvasModes::EffectNegative, CanvasModes::EffectMosaic}) {
+        canvas->effectMode = CanvasModes::EffectMode(effect);
+        indications->osdEffect();
+        indications->osdZoomOut();
+        m_photographer.take(QString("indications-%1").arg(effect));
+    }
 }
 
 void Tour::runHighlights()

@@ -2,6 +2,8 @@
 
 #include "Photographer.h"
 
+#include "mainwindow/ButtonTable.h"
+
 class ImageButton;
 
 /// Leads the main window through every mode and every pop-up, with something to see in each.
@@ -15,6 +17,9 @@ public:
     void prepare();
     /// Every mode, and with `popups` every pop-up; file names end in "-`suffix`".
     void run(const QString &suffix, bool popups);
+    /// Every mode, every pop-up by itself and every caption of the indications: what a language
+    /// has to fit.
+    void runLanguage();
     /// The states worth a picture of their own.
     void runHighlights();
 
@@ -28,6 +33,8 @@ private:
     void answerFileDialog(const QString &path);
     void takeModes(const QString &suffix);
     void takePopups(const QString &suffix);
+    void takePopupsAlone();
+    void openPopup(ButtonTable::PanelButton tool);
 
     MainWindow *m_window;
     Photographer m_photographer;

@@ -2,6 +2,7 @@
 
 #include "app/LocaleCatalogue.h"
 #include "mainwindow/MainWindow.h"
+#include "resources/translations/Translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -11,8 +12,9 @@
 #include <QTimer>
 #include <QTranslator>
 
-/// screenshots FOLDER [--film FILE] [--photograph FILE]: on a display of 1920 x 1080 with a window
-/// manager and a camera; see make-screenshots. The language follows the locale, as the program's.
+/// screenshots FOLDER [--language] [--film FILE] [--photograph FILE]: on a display of 1920 x 1080
+/// with a window manager and a camera; see make-screenshots. The language follows the locale, as
+/// the program's.
 int main(int argc, char **argv)
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
@@ -22,11 +24,13 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.addOption({"film", "a film to show", "file"});
     parser.addOption({"photograph", "a photograph to show with its folder", "file"});
+    parser.addOption({"language", "take only what a language has to fit"});
     parser.addPositionalArgument("folder", "where the pictures go");
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
         parser.showHelp(2);
 
+    initialiseTranslations();
     QTranslator translator;
     if (!translator.load(catalogueForLocale(QLocale::system().name()), ":/translations"))
         qDebug("in English");
@@ -46,6 +50,11 @@ int main(int argc, char **argv)
               parser.value("photograph"));
     QTimer::singleShot(0, &window, [&] {
         tour.prepare();
+        if (parser.isSet("language")) {
+            tour.runLanguage();
+            window.close();
+            return;
+        }
         tour.run("938x768", true);
         tour.runHighlights();
         window.expand();

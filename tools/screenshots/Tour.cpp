@@ -211,9 +211,10 @@ void Tour::runLanguage()
 {
     takeModes("language");
     takePopupsAlone();
-    // The zoom's caption stands opposite the effect's.
     ImageCanvas *canvas = m_window->currentCanvas();
     OSDProcessor *indications = m_window->osdProcessors().value(canvas);
+    // Only a picture that stands on end is ever smaller than its frame, which has a caption.
+    canvas->rotate();
     canvas->zoomReset();
     for (const int effect : {CanvasModes::EffectColor, CanvasModes::EffectBW,
                              CanvasModes::EffectNegative, CanvasModes::EffectMosaic}) {

@@ -25,6 +25,9 @@ int main(int argc, char **argv)
     initialiseSkin();
     initialiseTranslations();
     preferX11();
+    // On a sharp screen layouts keep their sizes and the images come at twice theirs.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     // The scope of the settings; before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");

@@ -477,11 +477,22 @@ private:
 
     void call(int which)
     {
-        void (OSDProcessor::*const calls[])() = {
-            &OSDProcessor::osdMask,     &OSDProcessor::osdEffect,  &OSDProcessor::osdBrightness,
-            &OSDProcessor::osdZoomIn,   &OSDProcessor::osdZoomOut, &OSDProcessor::osdRotate,
-            &OSDProcessor::osdAutoFocus};
-        (m_osd.get()->*calls[which])();
+        switch (which) {
+        case 0:
+            return m_osd->osdMask();
+        case 1:
+            return m_osd->osdEffect();
+        case 2:
+            return m_osd->osdBrightness();
+        case 3:
+            return m_osd->osdZoomIn();
+        case 4:
+            return m_osd->osdZoomOut();
+        case 5:
+            return m_osd->osdRotate();
+        default:
+            return m_osd->osdAutoFocus();
+        }
     }
 
     void drag(QEvent::Type type, QPoint point)

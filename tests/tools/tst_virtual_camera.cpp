@@ -150,16 +150,17 @@ void VirtualCameraTest::keepsItsPace()
     QVERIFY(viewer.waitUntilFound(true));
     QCOMPARE(viewer.open(), UVC_SUCCESS);
     QCOMPARE(viewer.start(QSize(1024, 768)), UVC_SUCCESS);
-    QTRY_VERIFY(camera.statistics().deliveries.size() > 30);
+    QTRY_VERIFY_WITH_TIMEOUT(camera.statistics().deliveries.size() > 60, 20000);
     viewer.stop();
 
     const auto deliveries = camera.statistics().deliveries;
     const FrameDelivery &first = deliveries.front(), &last = deliveries.back();
-    QVERIFY(last.frame > first.frame);
-    // Numbers are given at 30 a second whether all frames get through or not; a camera that waits
-    // may be late, but never early.
+    // Numbers are given at 30 a second whether all frames get through or not. The first may have
+    // waited on a busy machine, for as long as the camera catches up at the most.
+    constexpr double CATCHING_UP = 6;
     const double seconds = static_cast<double>(last.monotonicNs - first.monotonicNs) / 1e9;
-    QVERIFY((last.frame - first.frame) / seconds < 32);
+    QVERIFY(last.frame - first.frame >= 60);
+    QVERIFY((last.frame - first.frame - CATCHING_UP) / seconds < 30.5);
 }
 
 void VirtualCameraTest::streamsAgainAtAnotherSize()

@@ -57,7 +57,8 @@ QTransform toPixels(const QSize &size, double zoom)
 
 QRectF counterArea()
 {
-    return DIGITS.united(CELLS).adjusted(-36, -6, 36, 12);
+    // With a pixel of margin it fills two columns of the encoder's tiles, and no more.
+    return DIGITS.united(CELLS).adjusted(-22, -6, 22, 12);
 }
 
 void paintCounter(QPainter &painter, quint32 frameNumber)

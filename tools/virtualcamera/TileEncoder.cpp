@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int COLUMNS = 4;
+constexpr int COLUMNS = 8;
 constexpr int TILE_HEIGHT = 8;
 constexpr int BLOCK_WIDTH = 16; // 4:2:2
 constexpr std::uint8_t MARKER = 0xFF, FIRST_RESTART = 0xD0, END_OF_IMAGE = 0xD9;

@@ -13,7 +13,7 @@
 class TileEncoder
 {
 public:
-    /// The width is a multiple of 64, the height of 8; quality as libjpeg counts, 1 to 100.
+    /// The width is a multiple of 128, the height of 8; quality as libjpeg counts, 1 to 100.
     TileEncoder(QSize size, int quality);
     ~TileEncoder();
 

@@ -71,7 +71,7 @@ void UsbPort::pullOut(bool dirty)
     if (m_systemPath.empty())
         return;
     m_usbFs->pullOut(dirty);
-    // Removing the device announces nothing by itself.
+    // Not every release of umockdev announces a removal by itself.
     umockdev_testbed_uevent(m_testbed.get(), m_systemPath.c_str(), "remove");
     umockdev_testbed_remove_device(m_testbed.get(), m_systemPath.c_str());
     umockdev_testbed_detach_ioctl(m_testbed.get(), m_node.c_str(), nullptr);

@@ -14,6 +14,7 @@ AboutToolWindow::AboutToolWindow(ImageButton *toolButton, MainWindow *mainWindow
                   "QLineEdit { width: 124px; } QComboBox { width: 124px; } ");
     auto *version = new QLabel(tr("Version 1.00"), this);
     version->move(20, 30);
+    FormControls::keepLineHeight(version);
     auto *ok = new ImageButton("POPUP_BUTTON", this, 90, 70);
     ok->setFont(FormControls::font());
     ok->setText(tr("OK"));

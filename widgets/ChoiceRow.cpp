@@ -1,5 +1,6 @@
 #include "ChoiceRow.h"
 
+#include "FormControls.h"
 #include "ImageButton.h"
 
 #include <QButtonGroup>
@@ -13,6 +14,7 @@ ChoiceRow::ChoiceRow(QWidget *window, const QString &caption, const std::vector<
     if (!caption.isEmpty()) {
         auto *label = new QLabel(caption, window);
         label->move(place.label);
+        FormControls::keepLineHeight(label);
     }
     int x = place.firstButton.x();
     for (const Choice &choice : choices) {

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QLabel>
 #include <QPalette>
 
 namespace
@@ -38,4 +39,10 @@ QFont FormControls::font()
     QFont font("Arial");
     font.setPixelSize(13);
     return font;
+}
+
+void FormControls::keepLineHeight(QLabel *label)
+{
+    label->ensurePolished();
+    label->setFixedSize(label->sizeHint().width(), label->fontMetrics().height());
 }

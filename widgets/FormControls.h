@@ -2,6 +2,7 @@
 
 #include <QFont>
 
+class QLabel;
 class QWidget;
 
 /// The look of combo boxes and line edits in the pop-up windows: light fields on the dark ground,
@@ -17,5 +18,9 @@ void dress(QWidget *field, int height = FIELD_HEIGHT);
 
 /// The font of the fields, for the push buttons beside them too.
 [[nodiscard]] QFont font();
+
+/// Gives a label the height of its own font's line. A script that the font lacks comes from a
+/// taller one, and the label would hang down from its row; this way it is centred on it.
+void keepLineHeight(QLabel *label);
 
 } // namespace FormControls

@@ -24,6 +24,7 @@ TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     auto *label = new QLabel(tr("Color"), this);
     label->setStyleSheet("font-family: Arial; font-size: 15px; color: white;");
     label->move(8, 45);
+    FormControls::keepLineHeight(label);
 
     std::vector<ChoiceRow::Choice> choices;
     for (const DrawingColors::Entry &entry : DrawingColors::PEN) {

@@ -1,5 +1,6 @@
 #include "ToolWindow.h"
 
+#include "FormControls.h"
 #include "ImageButton.h"
 
 #include <QGuiApplication>
@@ -22,6 +23,7 @@ ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidge
     auto *label = new QLabel(title, this);
     label->setStyleSheet("font-family: Arial; font-size: 14px; color: white;");
     label->move(8, 2);
+    FormControls::keepLineHeight(label);
     setAccessibleName(title);
 }
 

@@ -27,6 +27,7 @@ class TestToolWindow : public QObject
 private slots:
     void isAFramelessToolWindowOfItsBackgroundsSize();
     void titleAndCloseButtonStandInTheStrip();
+    void aTitleInATallerScriptStaysInTheStrip();
     void standsRightOfItsButton();
     void isPushedBackIntoTheWorkArea();
     void followsTheMainWindow();
@@ -63,6 +64,20 @@ void TestToolWindow::titleAndCloseButtonStandInTheStrip()
     QVERIFY(close);
     QCOMPARE(close->pos(), QPoint(200 - 18, 4));
     QVERIFY(!close->accessibleName().isEmpty());
+}
+
+void TestToolWindow::aTitleInATallerScriptStaysInTheStrip()
+{
+    constexpr int STRIP = 18;
+    PopupScene scene;
+    for (const char *title : {"Title", "長方形", "Прямоугольник"}) {
+        ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window,
+                         QString::fromUtf8(title));
+        popup.show();
+        const auto *label = popup.findChild<QLabel *>();
+        QVERIFY2(label->geometry().bottom() < STRIP, title);
+        QVERIFY2(label->width() >= label->sizeHint().width(), title);
+    }
 }
 
 void TestToolWindow::standsRightOfItsButton()

@@ -9,6 +9,7 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 namespace
 {
@@ -34,10 +35,11 @@ void Photographer::take(const QString &name)
 
 void Photographer::takePopup(const QString &name)
 {
-    wait(SETTLING_MS);
     const ToolWindow *popup = m_window->currentToolWindow();
     if (!popup)
         qFatal("no pop-up for %s", qPrintable(name));
+    waitFor([popup] { return popup->windowHandle() && popup->windowHandle()->isExposed(); });
+    wait(SETTLING_MS);
     save(popup->geometry(), name);
 }
 

@@ -129,6 +129,17 @@ WId ProgramUnderTest::waitForWindow()
     return settled ? m_window : 0;
 }
 
+void ProgramUnderTest::pressKeys(const QString &keys)
+{
+    QProcess tool;
+    // The tool must not see the camera's file system.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("LD_PRELOAD");
+    tool.setProcessEnvironment(environment);
+    tool.start("xdotool", {"windowactivate", "--sync", QString::number(m_window), "key", keys});
+    tool.waitForFinished(PATIENCE_MS);
+}
+
 bool ProgramUnderTest::closeAndWait()
 {
     askToClose(static_cast<xcb_window_t>(m_window));

@@ -17,6 +17,8 @@ public:
     bool start(const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
     /// The X11 number of its main window once that is on the screen; 0 if it never comes.
     WId waitForWindow();
+    /// Types into the window as the keyboard does; `keys` in xdotool's spelling.
+    void pressKeys(const QString &keys);
     /// Asks the window to close, as its title bar's button does, and waits for the process: whether
     /// it ended by itself. Its exit code is then exitCode().
     bool closeAndWait();

@@ -5,6 +5,7 @@
 
 #include <QtTest>
 
+#include <QDirIterator>
 #include <QElapsedTimer>
 
 #include <memory>
@@ -61,6 +62,37 @@ private slots:
         QVERIFY(program.closeAndWait());
         QCOMPARE(program.exitCode(), 0);
         QCOMPARE(m_camera->statistics().openHandles, 0);
+    }
+
+    void aSnapshotFromTheKeyboardIsAFrameOfTheCamera()
+    {
+        QVERIFY(m_camera->plug());
+        ProgramUnderTest program;
+        QVERIFY(program.start());
+        QVERIFY(program.waitForWindow());
+        std::optional<quint32> onScreen;
+        QVERIFY(waitForCounter(onScreen));
+        const quint32 before = m_camera->statistics().lastFrame;
+        program.pressKeys("ctrl+s");
+        QString file;
+        QVERIFY(QTest::qWaitFor(
+            [&file] {
+                QDirIterator found(QDir::homePath(), {"*.jpg"}, QDir::Files,
+                                   QDirIterator::Subdirectories);
+                file = found.hasNext() ? found.next() : QString();
+                return !file.isEmpty() && !QImage(file).isNull();
+            },
+            PATIENCE_MS));
+        const QImage picture(file);
+        QCOMPARE(picture.size(),
+                 QSize(m_camera->statistics().streamWidth, m_camera->statistics().streamHeight));
+        const auto saved = SheetCounter::read(picture);
+        QVERIFY(saved);
+        // A frame from around the key press, not an older one and none from the future.
+        const quint32 age = (m_camera->statistics().lastFrame - *saved) % SheetCounter::MODULUS;
+        QVERIFY(age <= m_camera->statistics().lastFrame - before + 30);
+        QVERIFY(program.closeAndWait());
+        QCOMPARE(program.exitCode(), 0);
     }
 
     void aCameraThatIsPluggedInLaterAppears()

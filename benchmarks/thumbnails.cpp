@@ -1,8 +1,12 @@
 // How fast the thumbnails of a real folder come: 500 photographs of 12 megapixels through the
 // strip's loader, beside the thumbnailers of the distribution on the same files, one core each.
 #include "mainwindow/ThumbnailLoader.h"
+#include "mainwindow/ThumbnailWidget.h"
+#include "sources/ICaptureCB.h"
+#include "sources/PhotographSource.h"
+#include "widgets/HorizontalSlider.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
@@ -10,8 +14,11 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <sys/resource.h>
+
 #include <cmath>
 #include <cstdio>
+#include <functional>
 
 namespace
 {
@@ -110,13 +117,66 @@ void report(const char *name, double perSecond)
         printf("  %-34s not installed\n", name);
 }
 
+class NoCanvas : public ICaptureCB
+{
+public:
+    void imageCaptured(const QImage &) override {}
+    void imageCaptured(void *, int, int, bool, bool) override {}
+    void startAutoRefresh() override {}
+    void stopAutoRefresh() override {}
+};
+
+/// A folder of ten thousand small pictures: how long until it stands in the strip, how long one
+/// step of the scrolling takes, and what all of it holds once every thumbnail is there.
+void measureTenThousand()
+{
+    QTemporaryDir folder;
+    const QString first = folder.filePath("00000.png");
+    photograph(1).scaled(320, 240).save(first);
+    for (int i = 1; i < 10000; ++i)
+        QFile::link(first, folder.filePath(QString("%1.png").arg(i, 5, 10, QChar('0'))));
+
+    NoCanvas canvas;
+    QWidget window;
+    window.resize(900, 100);
+    PhotographSource source(&canvas, nullptr);
+    HorizontalSlider slider(QImage(10, 6, QImage::Format_RGB32), &window);
+    ThumbnailWidget strip(&source, &slider, &window);
+    strip.setFixedSize(900, 60);
+    window.show();
+    QElapsedTimer clock;
+    clock.start();
+    source.setDirectory(QDir(folder.path()), "00000.png");
+    strip.refresh();
+    const qint64 openMs = clock.restart();
+    for (int i = 0; i < 1000; ++i) {
+        emit slider.valueChanged(i * 9);
+        strip.repaint();
+    }
+    const double stepMs = double(clock.restart()) / 1000.0;
+    auto *loader = strip.findChild<ThumbnailLoader *>();
+    while (!loader->isFinished())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    QCoreApplication::processEvents();
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    printf("10,000 pictures\n  open in %lld ms, a step of scrolling %.2f ms, %ld MB at the most\n",
+           openMs, stepMs, usage.ru_maxrss / 1024);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     qputenv("OMP_NUM_THREADS", "1");
     qputenv("VIPS_CONCURRENCY", "1");
-    QCoreApplication application(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    if (application.arguments().contains("--many")) {
+        // By itself, as the most memory that a process ever held cannot be counted down again.
+        measureTenThousand();
+        return 0;
+    }
     QTemporaryDir folder;
     QTemporaryDir output;
     const QStringList files = makeFolder(folder);

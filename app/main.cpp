@@ -1,4 +1,5 @@
 #include "LocaleCatalogue.h"
+#include "Platform.h"
 #include "mainwindow/MainWindow.h"
 #include "resources/Skin.h"
 #include "resources/translations/Translations.h"
@@ -7,27 +8,11 @@
 #include <QLocale>
 #include <QTranslator>
 
-namespace
-{
-
-/// Window moves, global positions and the placing of tool windows beside their buttons do nothing
-/// under Wayland: X11 comes first unless the user has chosen.
-void preferX11()
-{
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
-}
-
-} // namespace
-
 int main(int argc, char **argv)
 {
     initialiseSkin();
     initialiseTranslations();
-    preferX11();
-    // On a sharp screen layouts keep their sizes and the images come at twice theirs.
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    preparePlatform();
     QApplication application(argc, argv);
     // The scope of the settings; before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");

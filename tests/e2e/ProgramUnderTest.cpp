@@ -1,6 +1,7 @@
 #include "ProgramUnderTest.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
@@ -155,6 +156,12 @@ int ProgramUnderTest::exitCode() const
 bool ProgramUnderTest::running() const
 {
     return m_process.state() != QProcess::NotRunning;
+}
+
+QByteArray ProgramUnderTest::mappedFiles() const
+{
+    QFile maps(QString("/proc/%1/maps").arg(m_process.processId()));
+    return maps.open(QIODevice::ReadOnly) ? maps.readAll() : QByteArray();
 }
 
 QByteArray ProgramUnderTest::output()

@@ -24,6 +24,8 @@ public:
     bool closeAndWait();
     [[nodiscard]] int exitCode() const;
     [[nodiscard]] bool running() const;
+    /// The files in its memory, libraries among them, as the system lists them.
+    [[nodiscard]] QByteArray mappedFiles() const;
     /// All it has said so far.
     QByteArray output();
 

@@ -108,6 +108,17 @@ private slots:
         QCOMPARE(program.exitCode(), 0);
     }
 
+    void noGraphicsDriverIsLoaded()
+    {
+        ProgramUnderTest program;
+        QVERIFY(program.start());
+        QVERIFY(program.waitForWindow());
+        const QByteArray files = program.mappedFiles();
+        QVERIFY(files.contains("libQt5Widgets"));
+        QVERIFY2(!files.contains("_dri.so"), files.constData());
+        QVERIFY(program.closeAndWait());
+    }
+
     void theProgramLeavesAlsoWhenTheCameraLeftBefore_data()
     {
         QTest::addColumn<bool>("dirty");

@@ -3,6 +3,7 @@
 #include "FrameSteps.h"
 #include "OSDProcessor.h"
 #include "SnapshotFile.h"
+#include "StartPicture.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -25,7 +26,6 @@ constexpr int REFRESH_INTERVAL_MS = 40;
 /// A source that was silent for this long no longer carries the canvas's own changes to the screen.
 constexpr int SILENT_SOURCE_MS = 200;
 constexpr QSize BOARD_SIZE(1280, 720);
-const char START_PICTURE[] = ":/icons/Background/MAIN_WINDOWS.png";
 
 } // namespace
 
@@ -45,9 +45,11 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     connect(&m_idleTimer, SIGNAL(timeout()), this, SLOT(refreshWhenIdle()));
     m_idleTimer.start();
 
-    const QImage startPicture(START_PICTURE);
-    if (!startPicture.isNull())
-        ImageCanvas::imageCaptured(startPicture);
+    if (const FramePtr picture = startPicture()) {
+        const std::lock_guard<std::mutex> locker(m_lock);
+        takeInput(picture);
+        renewResult();
+    }
 }
 
 ImageCanvas::~ImageCanvas() = default;
@@ -576,6 +578,13 @@ void ImageCanvas::resizeEvent(QResizeEvent *event)
 {
     changeView([](ViewGeometry &view) { view.refit(); });
     QWidget::resizeEvent(event);
+}
+
+void ImageCanvas::hideEvent(QHideEvent *event)
+{
+    // Four canvases share a window and one is seen: only that one needs its screen's worth.
+    m_scaledPicture.release();
+    QWidget::hideEvent(event);
 }
 
 void ImageCanvas::requestRepaint()

@@ -3,8 +3,7 @@
 const QImage &ScaledPicture::image(const FramePtr &picture, std::uint64_t serial, QSize size)
 {
     if (!picture || size.isEmpty()) {
-        m_image = QImage();
-        m_valid = false;
+        release();
         return m_image;
     }
     if (m_valid && serial == m_serial && m_image.size() == size)
@@ -19,4 +18,10 @@ const QImage &ScaledPicture::image(const FramePtr &picture, std::uint64_t serial
     m_serial = serial;
     m_valid = true;
     return m_image;
+}
+
+void ScaledPicture::release()
+{
+    m_image = QImage();
+    m_valid = false;
 }

@@ -14,6 +14,8 @@ class ScaledPicture
 public:
     /// `serial` tells one picture from the next; a null picture gives a null image.
     [[nodiscard]] const QImage &image(const FramePtr &picture, std::uint64_t serial, QSize size);
+    /// Gives the memory back; the next picture is made anew.
+    void release();
 
 private:
     NearestScaler m_scaler;

@@ -1,0 +1,92 @@
+#include "canvas/ImageCanvas.h"
+#include "canvas/StartPicture.h"
+#include "resources/Skin.h"
+
+#include <QtTest>
+
+#include <malloc.h>
+
+namespace
+{
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool ALLOCATOR_COUNTS = false;
+#else
+constexpr bool ALLOCATOR_COUNTS = true;
+#endif
+
+std::size_t allocatedBytes()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+} // namespace
+
+/// What canvases hold while no source feeds them, and while they are not seen.
+class TestStartPicture : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initialiseSkin(); }
+    void isTheSkinsPicture();
+    void isSharedByTheCanvases();
+    void isGoneWithTheLastOfThem();
+    void hiddenCanvasesGiveBackTheirScreen();
+};
+
+void TestStartPicture::isTheSkinsPicture()
+{
+    const QImage expected =
+        QImage(":/icons/Background/MAIN_WINDOWS.png").convertToFormat(QImage::Format_RGB888);
+    QVERIFY(!expected.isNull());
+    QCOMPARE(frameImage(startPicture()), expected);
+    const ImageCanvas canvas;
+    QCOMPARE(canvas.currentImage(), expected);
+}
+
+void TestStartPicture::isSharedByTheCanvases()
+{
+    ImageCanvas first;
+    const ImageCanvas second;
+    QCOMPARE(first.currentImage().constBits(), second.currentImage().constBits());
+    // What happens to one is not seen in the other.
+    const QImage before = second.currentImage().copy();
+    first.effectMode = ImageCanvas::EffectNegative;
+    first.autoRefresh();
+    QVERIFY(first.currentImage() != before);
+    QCOMPARE(second.currentImage(), before);
+}
+
+void TestStartPicture::isGoneWithTheLastOfThem()
+{
+    std::weak_ptr<const Frame> watched;
+    {
+        ImageCanvas canvas;
+        watched = startPicture();
+        QVERIFY(!watched.expired());
+        canvas.fillCanvas(Qt::white);
+        QVERIFY(watched.expired());
+    }
+}
+
+void TestStartPicture::hiddenCanvasesGiveBackTheirScreen()
+{
+    if (!ALLOCATOR_COUNTS)
+        QSKIP("the sanitizer's allocator tells nothing");
+    ImageCanvas canvas;
+    canvas.resize(1000, 700);
+    canvas.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+    canvas.grab();
+    const std::size_t shown = allocatedBytes();
+    canvas.hide();
+    const std::size_t hidden = allocatedBytes();
+    const std::size_t picture = 1000 * 562 * 4;
+    QVERIFY2(shown > hidden && shown - hidden >= picture,
+             qPrintable(QString("%1, then %2").arg(shown).arg(hidden)));
+}
+
+QTEST_MAIN(TestStartPicture)
+#include "tst_start_picture.moc"

@@ -4,6 +4,7 @@
 // windowbench modes RUNS   a mode change, up to the painted window
 // windowbench memory SECONDS   resident memory with the live picture, for use under
 // virtualcamera-run
+#include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "mainwindow/ModeRules.h"
@@ -69,6 +70,8 @@ private:
 /// The process that is measured; prints the moment of its first painted window.
 int child(int argc, char **argv, bool bare)
 {
+    if (!bare)
+        preparePlatform();
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
@@ -202,6 +205,7 @@ int main(int argc, char **argv)
     const int count = atoi(argv[2]);
     if (qstrcmp(argv[1], "start") == 0)
         return measureStart(QString::fromLocal8Bit(argv[0]), count);
+    preparePlatform();
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");

@@ -46,6 +46,14 @@ Cost costSoFar()
     return {ms(usage.ru_utime) + ms(usage.ru_stime), usage.ru_minflt};
 }
 
+void printCost(const char *name, const Cost &before, int frames)
+{
+    const Cost now = costSoFar();
+    std::printf("%s: %.2f ms and %.2f page faults a frame\n", name,
+                (now.processorMs - before.processorMs) / frames,
+                static_cast<double>(now.pageFaults - before.pageFaults) / frames);
+}
+
 void runFor(double seconds)
 {
     QTimer::singleShot(static_cast<int>(seconds * 1000), qApp, &QApplication::quit);
@@ -153,12 +161,9 @@ int measureProgram(double seconds)
     const qint64 began = captureMicroseconds();
     runFor(seconds);
     const double elapsed = static_cast<double>(captureMicroseconds() - began) / 1e6;
-    const Cost after = costSoFar();
+    printCost("program", before, paints.count);
     const QSize canvas = window.currentCanvas()->size();
-    std::printf("program: %.2f ms a painted frame, %.1f painted a second, %.2f page faults a frame "
-                "(canvas %d x %d)\n",
-                (after.processorMs - before.processorMs) / paints.count, paints.count / elapsed,
-                static_cast<double>(after.pageFaults - before.pageFaults) / paints.count,
+    std::printf("    %.1f painted a second, canvas %d x %d\n", paints.count / elapsed,
                 canvas.width(), canvas.height());
     return 0;
 }
@@ -180,8 +185,7 @@ int measureBare(double seconds, bool decode)
             frames.push_back(std::move(*frame));
     }
     if (!decode)
-        std::printf("receiving alone: %.2f ms a frame\n",
-                    (costSoFar().processorMs - before.processorMs) / wanted);
+        printCost("receiving alone", before, wanted);
     viewer.stop();
     viewer.close();
     if (!decode)
@@ -203,9 +207,8 @@ int measureBare(double seconds, bool decode)
         if (uvc_mjpeg2rgb(&frame, rgb) != UVC_SUCCESS)
             return 1;
     }
-    std::printf("uvc_mjpeg2rgb alone: %.2f ms a frame of %lld kB\n",
-                (costSoFar().processorMs - start.processorMs) / count,
-                static_cast<long long>(bytes / count / 1000));
+    printCost("uvc_mjpeg2rgb alone", start, count);
+    std::printf("    frames of %lld kB\n", static_cast<long long>(bytes / count / 1000));
     uvc_free_frame(rgb);
     return 0;
 }

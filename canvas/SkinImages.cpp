@@ -38,6 +38,9 @@ QImage SkinImages::load(const QString &path)
 
 QSize SkinImages::layoutSize(const QImage &image)
 {
+    // The pixel ratio of a null image is 0.
+    if (image.isNull())
+        return {0, 0};
     return (QSizeF(image.size()) / image.devicePixelRatioF()).toSize();
 }
 

@@ -20,6 +20,11 @@ using ButtonTable::PanelButton;
 namespace
 {
 
+/// Where the rectangle stands in the masks' pop-up window.
+constexpr int SECOND_MASK_X = 64;
+/// Long enough for the clock of a recording to move.
+constexpr int RECORDED_MS = 3500;
+
 const char *const MODE_NAMES[] = {"live", "film", "photograph", "drawing-board"};
 
 struct Popup {
@@ -235,9 +240,14 @@ void Tour::runHighlights()
     indications->osdSnapshot();
     m_photographer.take("live-indications");
     m_window->panelButton(PanelButton::Freeze)->click();
-    m_window->currentCanvas()->maskMode = ImageCanvas::MaskRectangle;
-    indications->osdRecord();
+    m_window->maskHold();
+    for (ImageButton *mask : m_window->currentToolWindow()->findChildren<ImageButton *>()) {
+        if (mask->isCheckable() && mask->x() == SECOND_MASK_X)
+            mask->click();
+    }
+    m_window->panelButton(PanelButton::Record)->click();
+    Photographer::wait(RECORDED_MS);
     m_photographer.take("live-recording-masked");
-    m_window->currentCanvas()->maskMode = ImageCanvas::MaskNone;
-    indications->stopOsdRecord();
+    m_window->panelButton(PanelButton::Record)->click();
+    m_window->panelButton(PanelButton::Mask)->click();
 }

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "app/Config.h"
 #include "mainwindow/MainWindow.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ToolWindow.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QStackedWidget>
 #include <QTest>
 #include <QTimer>
@@ -54,6 +58,40 @@ void whenAsked(QObject *context, std::function<void(Dialog *)> answer)
         answer(dialog);
     });
     timer->start(10);
+}
+
+/// Answers the next file dialog with a path, as if it had been typed.
+inline void chooseFile(QObject *context, const QString &path)
+{
+    whenAsked<QFileDialog>(context, [path](QFileDialog *dialog) {
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
+
+/// The panel's buttons that have a pop-up window.
+inline QList<ButtonTable::PanelButton> poppingButtons()
+{
+    using B = ButtonTable::PanelButton;
+    return {B::Line,   B::Rectangle, B::Freehand,       B::Circle, B::Arrow, B::Triangle,
+            B::Eraser, B::Text,      B::FillBackground, B::Mask,   B::Effect};
+}
+
+/// No dialog and no print server of the machine's own, whatever it has.
+inline void beOnOneself()
+{
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    qputenv("CUPS_SERVER", "/nonexistent/cups.sock");
+}
+
+inline void usualSettings()
+{
+    Config::setSnapshotPath(QDir::tempPath());
+    Config::setRecordPath(QDir::tempPath());
+    Config::setSnapshotMode(CanvasModes::Single);
+    Config::setSnapshotInterval(1);
+    Config::setResolutionIndex(1);
+    Config::setRecordingResolutionIndex(1);
 }
 
 } // namespace WindowProbe

@@ -8,8 +8,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -30,14 +28,6 @@ namespace
 constexpr int PATIENCE_MS = 60000;
 /// What "at once" may take beside the compilers of a busy machine.
 constexpr int CLOSING_MS = 10000;
-
-void chooseFile(MainWindow &window, const QString &path)
-{
-    whenAsked<QFileDialog>(&window, [path](QFileDialog *dialog) {
-        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
-        QMetaObject::invokeMethod(dialog, "accept");
-    });
-}
 
 /// Brings a window into a state of which it is then closed.
 using Arrange = void (*)(MainWindow &window, VirtualCamera &camera);
@@ -82,7 +72,7 @@ void playing(MainWindow &window, VirtualCamera &)
                                  "-t", "5", film});
     enter(window, 1);
     const QSize before = window.currentCanvas()->pictureSize();
-    chooseFile(window, film);
+    chooseFile(&window, film);
     button(window, "Open film")->click();
     if (!QTest::qWaitFor([&] { return window.currentCanvas()->pictureSize() != before; },
                          PATIENCE_MS))
@@ -107,7 +97,7 @@ void thumbnails(MainWindow &window, VirtualCamera &)
         QFile::link(first, QDir::tempPath() + QString("/picture-%1.jpg").arg(i, 3, 10, QChar('0')));
     }
     enter(window, 2);
-    chooseFile(window, first);
+    chooseFile(&window, first);
     button(window, "Open folder of photographs")->click();
     button(window, "Thumbnails")->click();
 }

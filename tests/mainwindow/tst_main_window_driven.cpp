@@ -12,9 +12,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
-#include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -29,14 +27,6 @@ namespace
 {
 
 constexpr int PATIENCE_MS = 20000;
-
-QList<PanelButton> poppingButtons()
-{
-    return {PanelButton::Line,   PanelButton::Rectangle, PanelButton::Freehand,
-            PanelButton::Circle, PanelButton::Arrow,     PanelButton::Triangle,
-            PanelButton::Eraser, PanelButton::Text,      PanelButton::FillBackground,
-            PanelButton::Mask,   PanelButton::Effect};
-}
 
 /// What stands on the screen now, in screen coordinates.
 QImage screen()
@@ -592,10 +582,7 @@ void TestMainWindowDriven::keysServeThePresenter()
         QVERIFY(image.save(m_folder->filePath(QString("%1.png").arg(i))));
     }
     enterMode(2);
-    whenAsked<QFileDialog>(this, [this](QFileDialog *dialog) {
-        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(m_folder->filePath("0.png"));
-        QMetaObject::invokeMethod(dialog, "accept");
-    });
+    chooseFile(this, m_folder->filePath("0.png"));
     QVERIFY(clicked(button(*m_window, "Open folder of photographs")));
     QLabel *index = nullptr;
     for (QLabel *label : m_window->findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {

@@ -1,0 +1,186 @@
+#include "WindowProbe.h"
+
+#include "app/Config.h"
+#include "canvas/ImageCanvas.h"
+#include "sources/LiveSource.h"
+
+#include <QDir>
+#include <QMessageBox>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+/// Snapshots and recordings, as far as no camera is needed.
+class TestWindowCapture : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init() { usualSettings(); }
+    void snapshotWithoutAFolderSaysSo();
+    void singleSnapshotIsWritten();
+    void seriesBelongsToItsCanvas();
+    void recordingWithoutAFolderSaysSo();
+    void recordingShowsItselfAndUnfreezes();
+    void recordingSurvivesAModeChange();
+    void withoutAPrinterItSaysSo();
+};
+
+void TestWindowCapture::snapshotWithoutAFolderSaysSo()
+{
+    MainWindow window;
+    for (const QString &folder : {QString("/no/such/folder"), QString()}) {
+        Config::setSnapshotPath(folder);
+        QString title;
+        QString message;
+        whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
+            title = box->windowTitle();
+            message = box->text();
+            QCOMPARE(box->standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
+            box->accept();
+        });
+        window.panelButton(PanelButton::Snapshot)->click();
+        QCOMPARE(title, QString("Error"));
+        QCOMPARE(message, QString("Please select a folder first."));
+        QVERIFY(window.currentCanvas()->snapshotFolder.isEmpty());
+    }
+}
+
+void TestWindowCapture::singleSnapshotIsWritten()
+{
+    const QTemporaryDir folder;
+    Config::setSnapshotPath(folder.path());
+    MainWindow window;
+    enter(window, 3);
+    window.panelButton(PanelButton::Snapshot)->click();
+    QVERIFY(!window.panelButton(PanelButton::Snapshot)->isCheckable());
+    QTRY_COMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 1);
+    QVERIFY(QRegularExpression("^\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d\\.jpg$")
+                .match(QDir(folder.path()).entryList(QDir::Files).first())
+                .hasMatch());
+}
+
+void TestWindowCapture::seriesBelongsToItsCanvas()
+{
+    const QTemporaryDir folder;
+    Config::setSnapshotPath(folder.path());
+    Config::setSnapshotMode(CanvasModes::Continuous);
+    Config::setSnapshotInterval(3600);
+    MainWindow window;
+    ImageButton *button = window.panelButton(PanelButton::Snapshot);
+    ImageCanvas *live = window.currentCanvas();
+    button->click();
+    QVERIFY(button->isCheckable());
+    QVERIFY(button->isChecked());
+    QVERIFY(live->seriesArmed());
+    QCOMPARE(live->snapshotInterval, 3600ULL);
+    QCOMPARE(live->seriesLimit, ~0ULL);
+
+    enter(window, 3);
+    QVERIFY(!button->isChecked());
+    button->click();
+    QVERIFY(window.currentCanvas()->seriesArmed());
+    button->click();
+    QVERIFY(!window.currentCanvas()->seriesArmed());
+    QVERIFY(live->seriesArmed());
+
+    enter(window, 0);
+    QVERIFY(button->isChecked());
+    button->click();
+    QVERIFY(!live->seriesArmed());
+
+    button->click();
+    QVERIFY(live->seriesArmed());
+    Config::setSnapshotMode(CanvasModes::Single);
+    button->click();
+    QVERIFY(!live->seriesArmed());
+    QVERIFY(!button->isCheckable());
+}
+
+void TestWindowCapture::recordingWithoutAFolderSaysSo()
+{
+    MainWindow window;
+    Config::setRecordPath("/no/such/folder");
+    const auto buttons = window.findChildren<ImageButton *>();
+    for (ImageButton *record : buttons) {
+        if (record->accessibleName() != "Record video")
+            continue;
+        QString message;
+        whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
+            message = box->text();
+            box->accept();
+        });
+        record->click();
+        QCOMPARE(message, QString("Please select a folder first."));
+        QVERIFY(!record->isChecked());
+        QVERIFY(!window.recording());
+    }
+}
+
+void TestWindowCapture::recordingShowsItselfAndUnfreezes()
+{
+    MainWindow window;
+    QList<ImageButton *> records;
+    for (ImageButton *each : window.findChildren<ImageButton *>()) {
+        if (each->accessibleName() == "Record video")
+            records << each;
+    }
+    QCOMPARE(records.size(), 2);
+    window.panelButton(PanelButton::Freeze)->click();
+    for (ImageButton *starter : qAsConst(records)) {
+        for (ImageButton *stopper : qAsConst(records)) {
+            starter->click();
+            QVERIFY(window.recording());
+            QVERIFY(records[0]->isChecked() && records[1]->isChecked());
+            QVERIFY(!window.currentCanvas()->frozen);
+            QVERIFY(!window.panelButton(PanelButton::Freeze)->isChecked());
+            stopper->click();
+            QVERIFY(!window.recording());
+            QVERIFY(!records[0]->isChecked() && !records[1]->isChecked());
+        }
+    }
+}
+
+void TestWindowCapture::recordingSurvivesAModeChange()
+{
+    MainWindow window;
+    window.panelButton(PanelButton::Record)->click();
+    enter(window, 1);
+    QVERIFY(window.recording());
+    // It fails while another mode is shown.
+    QString title;
+    QString text;
+    whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
+        title = box->windowTitle();
+        text = box->text();
+        box->accept();
+    });
+    emit window.liveSource()->recordFailed("The disk is full.");
+    QCOMPARE(title, QString("Error"));
+    QCOMPARE(text, QString("The disk is full."));
+    QVERIFY(!window.recording());
+    QVERIFY(!window.panelButton(PanelButton::Record)->isChecked());
+    // Once more says nothing.
+    emit window.liveSource()->recordFailed("The disk is full.");
+}
+
+void TestWindowCapture::withoutAPrinterItSaysSo()
+{
+    MainWindow window;
+    QString title;
+    QString message;
+    whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
+        title = box->windowTitle();
+        message = box->text();
+        box->accept();
+    });
+    window.panelButton(PanelButton::Print)->click();
+    QCOMPARE(title, QString("Error"));
+    QCOMPARE(message, QString("No printers found on this system."));
+}
+
+QTEST_MAIN(TestWindowCapture)
+#include "tst_window_capture.moc"

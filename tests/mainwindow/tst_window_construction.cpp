@@ -1,0 +1,158 @@
+#include "WindowParts.h"
+#include "WindowProbe.h"
+
+#include "app/Config.h"
+#include "canvas/ImageCanvas.h"
+#include "canvas/OSDProcessor.h"
+#include "mainwindow/ThumbnailWidget.h"
+#include "sources/LiveSource.h"
+#include "widgets/HorizontalSlider.h"
+#include "widgets/Panel.h"
+#include "widgets/Slider.h"
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+/// How the window stands once it is built.
+class TestWindowConstruction : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init() { usualSettings(); }
+    void startsInLiveModeWithTheSidePanelOpen();
+    void hasEverySlotOfTheTables();
+    void everyButtonHasANameAndTheTipsStand();
+    void canvasesHaveTheirIndications();
+    void everyWidgetStandsWhereTheLayoutSays();
+    void settingsOutOfRangeAreHarmless();
+};
+
+void TestWindowConstruction::startsInLiveModeWithTheSidePanelOpen()
+{
+    const MainWindow window;
+    QCOMPARE(window.size(), QSize(938, 768));
+    QCOMPARE(window.minimumSize(), QSize(800, 768));
+    QCOMPARE(window.currentMode(), 0);
+    QCOMPARE(window.currentCanvas(), stack(window)->widget(0));
+    QCOMPARE(stack(window)->count(), 4);
+    QCOMPARE(window.currentCanvas()->mouseMode(), ImageCanvas::Freehand);
+    QVERIFY(window.panelButton(PanelButton::Freehand)->isChecked());
+    QVERIFY(!window.findChild<Panel *>()->isHidden());
+    QVERIFY(window.panelButton(PanelButton::Hand)->isHidden());
+    QVERIFY(!window.panelButton(PanelButton::Hand)->isEnabled());
+    QVERIFY(window.panelButton(PanelButton::FillBackground)->isHidden());
+    QVERIFY(!window.panelButton(PanelButton::FillBackground)->isCheckable());
+    QVERIFY(!window.panelButton(PanelButton::Snapshot)->isCheckable());
+    QVERIFY(!window.recording());
+    QVERIFY(!window.currentToolWindow());
+    QCOMPARE(shownParts(window), (QStringList{"live box", "record time"}));
+    auto *board = qobject_cast<ImageCanvas *>(stack(window)->widget(3));
+    QCOMPARE(board->currentImage().size(), QSize(1280, 720));
+    QCOMPARE(board->currentImage().pixel(5, 5), 0xFFFFFFFF);
+    // The window keeps the frame by which it is closed and resized.
+    QVERIFY(!(window.windowFlags() & Qt::FramelessWindowHint));
+}
+
+void TestWindowConstruction::hasEverySlotOfTheTables()
+{
+    const QMetaObject &meta = MainWindow::staticMetaObject;
+    QStringList names{"switchMode()",
+                      "expand()",
+                      "macro()",
+                      "rotateRev()",
+                      "About()",
+                      "zoomInStart()",
+                      "zoomInStop()",
+                      "zoomOutStart()",
+                      "zoomOutStop()",
+                      "photographPlayDone()",
+                      "filmTick()",
+                      "photographPlayIntervalChanged(int)",
+                      "photographIdChange(int)"};
+    for (const auto &row : ButtonTable::panelRows()) {
+        for (const char *coded : {row.clickSlot, row.holdSlot}) {
+            if (coded)
+                names << coded + 1;
+        }
+    }
+    for (const auto &row : ButtonTable::filmBarRows())
+        names << row.slot + 1;
+    for (const auto &row : ButtonTable::photographBarRows())
+        names << row.slot + 1;
+    for (const QString &name : qAsConst(names))
+        QVERIFY2(meta.indexOfSlot(qPrintable(name)) >= 0, qPrintable(name));
+    QVERIFY(meta.indexOfSignal("modeChanged()") >= 0);
+}
+
+void TestWindowConstruction::everyButtonHasANameAndTheTipsStand()
+{
+    const MainWindow window;
+    const auto buttons = window.findChildren<QAbstractButton *>();
+    // 4 modes, About, side panel, 4 titles, 26 of the panel, 1 record, 7 and 6 of the bars.
+    QCOMPARE(buttons.size(), 4 + 1 + 1 + 4 + 26 + 1 + 7 + 6);
+    for (const QAbstractButton *each : buttons) {
+        QVERIFY2(!each->accessibleName().isEmpty() || !each->text().isEmpty(),
+                 qPrintable(QString("%1,%2").arg(each->x()).arg(each->y())));
+    }
+    for (const auto &row : ButtonTable::panelRows())
+        QCOMPARE(window.panelButton(row.button)->toolTip(), QString(row.toolTip));
+}
+
+void TestWindowConstruction::canvasesHaveTheirIndications()
+{
+    const MainWindow window;
+    QCOMPARE(window.osdProcessors().size(), 4);
+    QSet<OSDProcessor *> processors;
+    for (int i = 0; i < 4; ++i) {
+        auto *canvas = qobject_cast<ImageCanvas *>(stack(window)->widget(i));
+        OSDProcessor *processor = window.osdProcessors().value(canvas);
+        QVERIFY(processor);
+        QCOMPARE(processor->parent(), &window);
+        processors << processor;
+    }
+    QCOMPARE(processors.size(), 4);
+}
+
+void TestWindowConstruction::everyWidgetStandsWhereTheLayoutSays()
+{
+    MainWindow window;
+    window.show();
+    for (const QSize size : {QSize(938, 768), QSize(1100, 900), QSize(1919, 1055)}) {
+        window.resize(size);
+        QCoreApplication::processEvents();
+        const int w = size.width();
+        const int h = size.height();
+        QCOMPARE(button(window, "About")->pos(), QPoint(34, h - 55));
+        QCOMPARE(button(window, "Side panel")->pos(), QPoint(4, 50));
+        QCOMPARE(button(window, "Live")->pos(), QPoint(178, 5));
+        QCOMPARE(button(window, "Drawing Board")->pos(), QPoint(499, 5));
+        QCOMPARE(stack(window)->geometry(), QRect(174, 25, w - 193, h - 100));
+        const QWidget *filmBar = button(window, "Play")->parentWidget();
+        QCOMPARE(filmBar->geometry(), QRect((w - 138 - 310) / 2 + 138, h - 60, 310, 37));
+        const auto sliders = window.findChildren<Slider *>();
+        QCOMPARE(sliders[0]->geometry(), QRect(filmBar->x() + 310, h - 60 + 37 - 120, 30, 120));
+        const QWidget *photographBar = button(window, "Slideshow")->parentWidget();
+        QCOMPARE(photographBar->geometry(), QRect((w - 138 - 270) / 2 + 138, h - 60, 270, 37));
+        QCOMPARE(sliders[1]->geometry(), QRect(photographBar->x() + 280, h - 50, 160, 20));
+        for (const HorizontalSlider *strip : window.findChildren<HorizontalSlider *>())
+            QCOMPARE(strip->geometry(), QRect(174, h - 75, w - 191, 10));
+        QCOMPARE(window.thumbnailWidget()->geometry(), QRect(0, h - 167, w - 193, 60));
+        QCOMPARE(window.findChild<Panel *>()->height(), h - 100);
+    }
+}
+
+void TestWindowConstruction::settingsOutOfRangeAreHarmless()
+{
+    Config::setSnapshotMode(CanvasModes::SnapshotMode(1));
+    Config::setResolutionIndex(99);
+    Config::setRecordingResolutionIndex(-7);
+    Config::setSnapshotInterval(~0ULL);
+    const MainWindow window;
+    QCOMPARE(window.liveSource()->resolution(), QSize(1920, 1080));
+    QCOMPARE(window.liveSource()->recordingResolution(), QSize(1920, 1080));
+}
+
+QTEST_MAIN(TestWindowConstruction)
+#include "tst_window_construction.moc"

@@ -1,0 +1,199 @@
+#include "WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+#include "widgets/Slider.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QTemporaryDir>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+namespace
+{
+
+QString pictureFile(const QString &folder, const QString &name, QRgb color)
+{
+    QImage image(64, 48, QImage::Format_RGB32);
+    image.fill(color);
+    const QString path = QDir(folder).filePath(name);
+    if (!image.save(path))
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+} // namespace
+
+/// The bars of films and photographs.
+class TestWindowMedia : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init() { usualSettings(); }
+    void photographsAreChosenByOneOfThem();
+    void cancelledDialogsChangeNothing();
+    void aVanishedFilmIsIgnored();
+    void slideshowButtonFollowsTheShow();
+    void intervalPlacesReachTheSource();
+    void longIndexesFitTheirLabel();
+};
+
+void TestWindowMedia::photographsAreChosenByOneOfThem()
+{
+    const QTemporaryDir folder;
+    pictureFile(folder.path(), "a.png", 0xFFFF0000);
+    const QString second = pictureFile(folder.path(), "b.png", 0xFF00FF00);
+    pictureFile(folder.path(), "c.png", 0xFF0000FF);
+    MainWindow window;
+    enter(window, 2);
+    chooseFile(&window, second);
+    button(window, "Open folder of photographs")->click();
+    QLabel *index = nullptr;
+    for (QLabel *label : window.findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (label->text().contains('/'))
+            index = label;
+    }
+    QVERIFY(index);
+    QCOMPARE(index->text(), QString("2/3"));
+    QCOMPARE(window.currentCanvas()->currentImage().pixel(10, 10), 0xFF00FF00);
+    button(window, "Next photograph")->click();
+    QCOMPARE(index->text(), QString("3/3"));
+    button(window, "Next photograph")->click();
+    QCOMPARE(index->text(), QString("3/3"));
+    for (int i = 0; i < 3; ++i)
+        button(window, "Previous photograph")->click();
+    QCOMPARE(index->text(), QString("1/3"));
+    // Leaving and coming back returns to the one that was opened.
+    enter(window, 0);
+    enter(window, 2);
+    QCOMPARE(index->text(), QString("2/3"));
+}
+
+void TestWindowMedia::cancelledDialogsChangeNothing()
+{
+    MainWindow window;
+    enter(window, 2);
+    const QImage before = window.currentCanvas()->currentImage();
+    whenAsked<QFileDialog>(&window, [](QFileDialog *dialog) { dialog->reject(); });
+    button(window, "Open folder of photographs")->click();
+    QCOMPARE(window.currentCanvas()->currentImage(), before);
+    enter(window, 1);
+    whenAsked<QFileDialog>(&window, [](QFileDialog *dialog) { dialog->reject(); });
+    button(window, "Open film")->click();
+    QCOMPARE(window.currentCanvas()->currentImage(), before);
+}
+
+void TestWindowMedia::aVanishedFilmIsIgnored()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("film.mov");
+    QFile film(path);
+    QVERIFY(film.open(QIODevice::WriteOnly));
+    film.close();
+    MainWindow window;
+    enter(window, 1);
+    whenAsked<QFileDialog>(&window, [path](QFileDialog *dialog) {
+        dialog->setDirectory(QFileInfo(path).path());
+        dialog->selectFile(path);
+        QFile::remove(path);
+        // The dialog itself would refuse a file that has gone; it has gone a moment later.
+        emit dialog->fileSelected(path);
+        static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+    });
+    button(window, "Open film")->click();
+    button(window, "Play")->click();
+    window.filmTick();
+}
+
+void TestWindowMedia::slideshowButtonFollowsTheShow()
+{
+    const QTemporaryDir folder;
+    const QString first = pictureFile(folder.path(), "a.png", 0xFFFF0000);
+    pictureFile(folder.path(), "b.png", 0xFF00FF00);
+    MainWindow window;
+    enter(window, 2);
+    ImageButton *show = button(window, "Slideshow");
+    const auto open = [&] {
+        chooseFile(&window, first);
+        button(window, "Open folder of photographs")->click();
+    };
+    open();
+    for (const char *name : {"Next photograph", "Previous photograph"}) {
+        show->click();
+        QVERIFY(show->isChecked());
+        button(window, name)->click();
+        QVERIFY2(!show->isChecked(), name);
+    }
+    show->click();
+    open();
+    QVERIFY(!show->isChecked());
+    show->click();
+    show->click();
+    QVERIFY(!show->isChecked());
+    show->click();
+    enter(window, 0);
+    enter(window, 2);
+    QVERIFY(!show->isChecked());
+    // A running show steps on.
+    show->click();
+    QTRY_COMPARE_WITH_TIMEOUT(window.currentCanvas()->currentImage().pixel(10, 10), 0xFF00FF00,
+                              10000);
+}
+
+void TestWindowMedia::intervalPlacesReachTheSource()
+{
+    MainWindow window;
+    Slider *interval = window.findChildren<Slider *>()[1];
+    QCOMPARE(interval->minimum(), 0);
+    QCOMPARE(interval->maximum(), 5);
+    QCOMPARE(interval->value(), 0);
+    QCOMPARE(interval->pageStep(), 1);
+    QCOMPARE(interval->tickPosition(), QSlider::TicksBelow);
+    const int seconds[] = {1, 2, 5, 10, 15, 30};
+    for (int i = 0; i < 6; ++i)
+        QCOMPARE(PHOTOGRAPH_PLAY_INTERVALS[std::size_t(i)], seconds[i]);
+    for (const int place : {5, 3, 0})
+        interval->setValue(place);
+    window.photographPlayIntervalChanged(-1);
+    window.photographPlayIntervalChanged(6);
+    for (const QLabel *label :
+         window.findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (!label->text().contains("sec"))
+            continue;
+        QCOMPARE(label->text(), QString("1     2     5    10    15    30  sec."));
+        QCOMPARE(label->size(), QSize(200, 10));
+        QVERIFY(QFontMetrics(label->font()).height() <= 10);
+        QVERIFY(QFontMetrics(label->font()).horizontalAdvance(label->text()) <= 200);
+        QVERIFY(label->testAttribute(Qt::WA_TransparentForMouseEvents));
+    }
+}
+
+void TestWindowMedia::longIndexesFitTheirLabel()
+{
+    const QTemporaryDir folder;
+    const QString first = pictureFile(folder.path(), "0000.png", 0xFFFF0000);
+    for (int i = 1; i < 1234; ++i)
+        QVERIFY(QFile::link(first, folder.filePath(QString("%1.png").arg(i, 4, 10, QChar('0')))));
+    MainWindow window;
+    enter(window, 2);
+    chooseFile(&window, folder.filePath("1199.png"));
+    button(window, "Open folder of photographs")->click();
+    for (const QLabel *label :
+         window.findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (!label->text().contains('/'))
+            continue;
+        QCOMPARE(label->text(), QString("1200/1234"));
+        QCOMPARE(label->size(), QSize(70, 30));
+        QVERIFY(QFontMetrics(label->font()).horizontalAdvance(label->text()) <= 70);
+        QVERIFY(label->font().pointSize() < 15);
+        window.photographIdChange(0);
+        QCOMPARE(label->text(), QString("1/1234"));
+    }
+}
+
+QTEST_MAIN(TestWindowMedia)
+#include "tst_window_media.moc"

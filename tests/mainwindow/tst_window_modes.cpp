@@ -1,0 +1,163 @@
+#include "WindowParts.h"
+#include "WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/ModeRules.h"
+#include "widgets/Panel.h"
+
+#include <QPointer>
+#include <QSignalSpy>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+/// The four modes and the side panel.
+class TestWindowModes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init() { usualSettings(); }
+    void modesShowTheirPartsAndButtons_data();
+    void modesShowTheirPartsAndButtons();
+    void theCurrentModesButtonChangesNothing();
+    void panelFollowsTheCanvasOfTheMode();
+    void sidePanelOpensAndCloses();
+};
+
+void TestWindowModes::modesShowTheirPartsAndButtons_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("to");
+    for (int from = 0; from < 4; ++from) {
+        for (int to = 0; to < 4; ++to) {
+            if (from != to)
+                QTest::addRow("%d to %d", from, to) << from << to;
+        }
+    }
+}
+
+void TestWindowModes::modesShowTheirPartsAndButtons()
+{
+    QFETCH(int, from);
+    QFETCH(int, to);
+    const QStringList parts[] = {
+        {"live box", "record time"}, {"film bar", "position"}, {"index", "photograph bar"}, {}};
+    MainWindow window;
+    enter(window, from);
+    // What the mode left may have shown goes with it.
+    if (from == 1)
+        button(window, "Volume")->click();
+    if (from == 2) {
+        button(window, "Thumbnails")->click();
+        button(window, "Slideshow interval")->click();
+        QCOMPARE(shownParts(window), (QStringList{"index", "interval", "interval label",
+                                                  "photograph bar", "scroll bar", "strip"}));
+    }
+    QSignalSpy changed(&window, SIGNAL(modeChanged()));
+    enter(window, to);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(window.currentMode(), to);
+    QCOMPARE(stack(window)->currentIndex(), to);
+    QCOMPARE(window.currentCanvas(), stack(window)->widget(to));
+    QCOMPARE(shownParts(window), parts[to]);
+    for (int i = 0; i < ButtonTable::PANEL_BUTTON_COUNT; ++i) {
+        const bool expected = ModeRules::enabled(PanelButton(i), to);
+        QCOMPARE(window.panelButton(PanelButton(i))->isEnabled(), expected);
+        QCOMPARE(!window.panelButton(PanelButton(i))->isHidden(), expected);
+    }
+    enter(window, from);
+    QCOMPARE(shownParts(window), parts[from]);
+    for (const char *name : {"Volume", "Thumbnails", "Slideshow interval", "Slideshow"})
+        QVERIFY(!button(window, name)->isChecked());
+}
+
+void TestWindowModes::theCurrentModesButtonChangesNothing()
+{
+    MainWindow window;
+    QSignalSpy changed(&window, SIGNAL(modeChanged()));
+    window.lineHold();
+    enter(window, 0);
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(window.currentToolWindow());
+    QVERIFY(window.panelButton(PanelButton::Hand)->isHidden());
+}
+
+void TestWindowModes::panelFollowsTheCanvasOfTheMode()
+{
+    MainWindow window;
+    window.panelButton(PanelButton::Arrow)->click();
+    window.currentCanvas()->maskMode = ImageCanvas::MaskTop;
+    window.currentCanvas()->effectMode = ImageCanvas::EffectNegative;
+    window.panelButton(PanelButton::Freeze)->click();
+    QVERIFY(window.currentCanvas()->frozen);
+
+    enter(window, 3);
+    QVERIFY(window.panelButton(PanelButton::Hand)->isChecked());
+    QVERIFY(!window.panelButton(PanelButton::Mask)->isChecked());
+    QVERIFY(!window.panelButton(PanelButton::Freeze)->isChecked());
+    const struct {
+        ImageCanvas::MouseMode mode;
+        PanelButton button;
+    } tools[] = {{ImageCanvas::Hand, PanelButton::Hand},
+                 {ImageCanvas::Text, PanelButton::Text},
+                 {ImageCanvas::Clip, PanelButton::Clip},
+                 {ImageCanvas::Eraser, PanelButton::Eraser}};
+    for (const auto &tool : tools) {
+        window.panelButton(tool.button)->click();
+        QCOMPARE(window.currentCanvas()->mouseMode(), tool.mode);
+        enter(window, 0);
+        QVERIFY(window.panelButton(PanelButton::Arrow)->isChecked());
+        QVERIFY(window.panelButton(PanelButton::Mask)->isChecked());
+        QVERIFY(window.panelButton(PanelButton::Freeze)->isChecked());
+        enter(window, 3);
+        QVERIFY(window.panelButton(tool.button)->isChecked());
+    }
+    // A mode that no tool has checks nothing.
+    window.currentCanvas()->setMouseMode(ImageCanvas::MouseMode(12));
+    enter(window, 0);
+    enter(window, 3);
+    for (int i = 0; i < 12; ++i)
+        QVERIFY(!window.panelButton(PanelButton(i))->isChecked());
+    window.panelButton(PanelButton::Line)->click();
+    window.panelButton(PanelButton::Circle)->click();
+    QVERIFY(!window.panelButton(PanelButton::Line)->isChecked());
+}
+
+void TestWindowModes::sidePanelOpensAndCloses()
+{
+    MainWindow window;
+    window.expand();
+    QCOMPARE(window.size(), QSize(800, 768));
+    QVERIFY(window.findChild<Panel *>()->isHidden());
+    QCOMPARE(stack(window)->geometry(), QRect(36, 25, 745, 668));
+
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.move(300, 10);
+    const QPoint before = window.pos();
+    button(window, "Side panel")->click();
+    QCOMPARE(window.size(), QSize(938, 768));
+    QCOMPARE(window.pos(), before - QPoint(138, 0));
+    QCOMPARE(stack(window)->geometry(), QRect(174, 25, 745, 668));
+    QCOMPARE(window.findChild<Panel *>()->pos(), QPoint(40, 30));
+
+    window.lineHold();
+    QPointer<ToolWindow> popup = window.currentToolWindow();
+    button(window, "Side panel")->click();
+    QVERIFY(!popup);
+    QVERIFY(!window.currentToolWindow());
+    QCOMPARE(window.pos(), before);
+
+    // The minimum width takes a part of the step: the right edge stays all the same.
+    window.expand();
+    window.resize(820, 768);
+    const int right = window.geometry().right();
+    window.expand();
+    QCOMPARE(window.width(), 800);
+    QCOMPARE(window.geometry().right(), right);
+}
+
+QTEST_MAIN(TestWindowModes)
+#include "tst_window_modes.moc"

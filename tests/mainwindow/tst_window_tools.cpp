@@ -1,0 +1,234 @@
+#include "WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QPointer>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+/// The buttons of the side panel and their pop-up windows.
+class TestWindowTools : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init() { usualSettings(); }
+    void holdingOpensThePopUpAndItsTool_data();
+    void holdingOpensThePopUpAndItsTool();
+    void popUpsCloseByTheirRules();
+    void onlyOnePopUpIsOpen();
+    void thousandPopUpsLeaveNothingBehind();
+    void maskButtonBringsTheMaskBack();
+    void zoomStepsOnOtherCanvases();
+    void rotateFreezeAndMacroReachTheirTargets();
+};
+
+void TestWindowTools::holdingOpensThePopUpAndItsTool_data()
+{
+    QTest::addColumn<int>("button");
+    QTest::addColumn<int>("mouseMode");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QByteArray>("kind");
+    const auto add = [](PanelButton panelButton, int mode, const char *title, const char *kind) {
+        QTest::newRow(title) << int(panelButton) << mode << QString(title) << QByteArray(kind);
+    };
+    add(PanelButton::Line, 2, "Line", "ColorToolWindow");
+    add(PanelButton::Rectangle, 4, "Rectangle", "ColorToolWindow");
+    add(PanelButton::Freehand, 1, "Freehand", "ColorToolWindow");
+    add(PanelButton::Circle, 5, "Circle", "ColorToolWindow");
+    add(PanelButton::Arrow, 3, "Arrow", "ColorToolWindow");
+    add(PanelButton::Triangle, 6, "Triangle", "ColorToolWindow");
+    add(PanelButton::Eraser, 7, "Eraser", "ColorToolWindow");
+    add(PanelButton::Text, 9, "Text", "TextToolWindow");
+    add(PanelButton::FillBackground, 8, "Background Color", "FillBackgroundToolWindow");
+    add(PanelButton::Mask, 8, "Effect", "MaskToolWindow");
+    add(PanelButton::Effect, 8, "Color Effect", "EffectToolWindow");
+}
+
+void TestWindowTools::holdingOpensThePopUpAndItsTool()
+{
+    QFETCH(int, button);
+    QFETCH(int, mouseMode);
+    QFETCH(QString, title);
+    QFETCH(QByteArray, kind);
+    MainWindow window;
+    enter(window, 3);
+    window.currentCanvas()->setMouseMode(ImageCanvas::Clip);
+    ImageButton *panelButton = window.panelButton(PanelButton(button));
+    emit panelButton->hold();
+    ToolWindow *popup = window.currentToolWindow();
+    QVERIFY(popup);
+    QCOMPARE(popup->metaObject()->className(), kind.constData());
+    QCOMPARE(popup->findChild<QLabel *>()->text(), title);
+    QCOMPARE(popup->toolButton(), panelButton);
+    QVERIFY(popup->isVisible());
+    QCOMPARE(int(window.currentCanvas()->mouseMode()), mouseMode);
+}
+
+void TestWindowTools::popUpsCloseByTheirRules()
+{
+    MainWindow window;
+    // Held again it is replaced, clicked it stays, and any other tool closes it.
+    window.lineHold();
+    QPointer<ToolWindow> first = window.currentToolWindow();
+    window.lineHold();
+    QVERIFY(!first);
+    QPointer<ToolWindow> popup = window.currentToolWindow();
+    window.panelButton(PanelButton::Line)->click();
+    QCOMPARE(window.currentToolWindow(), popup.data());
+    // A window that its own button has closed still belongs to its tool.
+    popup->close();
+    window.panelButton(PanelButton::Line)->click();
+    QCOMPARE(window.currentToolWindow(), popup.data());
+
+    for (const auto &row : ButtonTable::panelRows()) {
+        if (!row.clickSlot || row.button == PanelButton::Print ||
+            row.button == PanelButton::Record || row.button == PanelButton::Settings)
+            continue;
+        enter(window, row.button == PanelButton::FillBackground ? 3 : 0);
+        // The effect's pop-up is no clicked button's own.
+        window.effectHold();
+        popup = window.currentToolWindow();
+        QVERIFY(popup);
+        window.panelButton(row.button)->setEnabled(true);
+        window.panelButton(row.button)->click();
+        QVERIFY2(!popup, row.skin);
+        QVERIFY(!window.currentToolWindow());
+    }
+    for (const char *slot :
+         {"zoomInStart", "zoomInStop", "zoomOutStart", "zoomOutStop", "rotateRev", "macro",
+          "filmPlay", "filmPause", "filmStop", "filmBackward", "filmForward", "filmVolume",
+          "photographPrevious", "photographPlay", "photographNext", "photographPreview",
+          "photographPlayInterval"}) {
+        window.effectHold();
+        popup = window.currentToolWindow();
+        QVERIFY(QMetaObject::invokeMethod(&window, slot));
+        QVERIFY2(!popup, slot);
+    }
+    for (const char *slot : {"filmTick", "photographPlayDone"}) {
+        window.effectHold();
+        popup = window.currentToolWindow();
+        QVERIFY(QMetaObject::invokeMethod(&window, slot));
+        QVERIFY2(popup, slot);
+    }
+}
+
+void TestWindowTools::onlyOnePopUpIsOpen()
+{
+    MainWindow window;
+    enter(window, 3);
+    for (const PanelButton each : poppingButtons()) {
+        emit window.panelButton(each)->hold();
+        QCOMPARE(window.findChildren<ToolWindow *>().size(), 1);
+    }
+    window.About();
+    QCOMPARE(window.findChildren<ToolWindow *>().size(), 1);
+    enter(window, 0);
+    QCOMPARE(window.findChildren<ToolWindow *>().size(), 0);
+    window.settings();
+    QCOMPARE(window.findChildren<ToolWindow *>().size(), 1);
+}
+
+void TestWindowTools::thousandPopUpsLeaveNothingBehind()
+{
+    MainWindow window;
+    window.show();
+    enter(window, 3);
+    const auto round = [&window] {
+        for (const PanelButton each : poppingButtons())
+            emit window.panelButton(each)->hold();
+        window.settings();
+        window.About();
+        window.currentToolWindow()->close();
+        QCoreApplication::processEvents();
+    };
+    const auto residentKilobytes = [] {
+        QFile status("/proc/self/status");
+        if (!status.open(QIODevice::ReadOnly))
+            return 0;
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("VmRSS:"))
+                return line.simplified().split(' ')[1].toInt();
+        }
+        return 0;
+    };
+    for (int i = 0; i < 10; ++i)
+        round();
+    const int objects = window.findChildren<QObject *>().size();
+    const int before = residentKilobytes();
+    QVERIFY(before > 0);
+    for (int i = 0; i < 1000 / 13 + 1; ++i)
+        round();
+    QCOMPARE(window.findChildren<QObject *>().size(), objects);
+    const int growth = residentKilobytes() - before;
+    QVERIFY2(growth < 4096, qPrintable(QString("%1 kB").arg(growth)));
+}
+
+void TestWindowTools::maskButtonBringsTheMaskBack()
+{
+    MainWindow window;
+    ImageButton *mask = window.panelButton(PanelButton::Mask);
+    mask->click();
+    QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskCircle);
+    window.currentCanvas()->maskMode = ImageCanvas::MaskLeft;
+    mask->click();
+    QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskNone);
+    mask->click();
+    QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskLeft);
+    // No mask is nothing to remember, and one memory serves all canvases.
+    window.currentCanvas()->maskMode = ImageCanvas::MaskNone;
+    mask->click();
+    enter(window, 3);
+    mask->click();
+    QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskLeft);
+}
+
+void TestWindowTools::zoomStepsOnOtherCanvases()
+{
+    MainWindow window;
+    window.show();
+    enter(window, 3);
+    ImageButton *in = window.panelButton(PanelButton::ZoomIn);
+    ImageButton *out = window.panelButton(PanelButton::ZoomOut);
+    QCOMPARE(window.currentCanvas()->zoomScale(), 1.0);
+    QTest::mousePress(in, Qt::LeftButton);
+    QCOMPARE(window.currentCanvas()->zoomScale(), 2.0);
+    QTest::mouseRelease(in, Qt::LeftButton);
+    QCOMPARE(window.currentCanvas()->zoomScale(), 2.0);
+    QTest::mouseClick(in, Qt::LeftButton);
+    QCOMPARE(window.currentCanvas()->zoomScale(), 3.0);
+    QTest::mouseClick(out, Qt::LeftButton);
+    QCOMPARE(window.currentCanvas()->zoomScale(), 2.0);
+    window.panelButton(PanelButton::ZoomReset)->click();
+    QCOMPARE(window.currentCanvas()->zoomScale(), 1.0);
+}
+
+void TestWindowTools::rotateFreezeAndMacroReachTheirTargets()
+{
+    MainWindow window;
+    window.panelButton(PanelButton::Rotate)->click();
+    QCOMPARE(window.currentCanvas()->rotation(), 1);
+    QVERIFY(QMetaObject::invokeMethod(&window, "rotateRev"));
+    QVERIFY(QMetaObject::invokeMethod(&window, "rotateRev"));
+    QCOMPARE(window.currentCanvas()->rotation(), 3);
+    QVERIFY(QMetaObject::invokeMethod(&window, "macro"));
+    window.panelButton(PanelButton::Freeze)->click();
+    QVERIFY(window.currentCanvas()->frozen);
+    window.panelButton(PanelButton::Freeze)->click();
+    QVERIFY(!window.currentCanvas()->frozen);
+    // Without a camera the buttons that drive it do no harm.
+    for (const PanelButton each : {PanelButton::AutoFocus, PanelButton::BrightnessDown,
+                                   PanelButton::BrightnessUp, PanelButton::ZoomReset})
+        window.panelButton(each)->click();
+    window.zoomInStart();
+    window.zoomOutStart();
+    window.zoomOutStop();
+    window.zoomInStop();
+}
+
+QTEST_MAIN(TestWindowTools)
+#include "tst_window_tools.moc"

@@ -6,13 +6,16 @@
 #include "tests/tools/UvcViewer.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTimer>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <map>
 
 namespace
 {
@@ -27,6 +30,39 @@ double processorSeconds()
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+/// Processor time of each kind of thread in clock ticks, by the thread's name.
+std::map<QByteArray, long> threadTicks()
+{
+    std::map<QByteArray, long> ticks;
+    const QDir tasks("/proc/self/task");
+    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile stat(tasks.filePath(task + "/stat"));
+        if (!stat.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray line = stat.readAll();
+        const int begin = line.indexOf('(') + 1;
+        const int end = line.lastIndexOf(')');
+        const QList<QByteArray> fields = line.mid(end + 2).split(' ');
+        constexpr int USER = 11;
+        constexpr int SYSTEM = 12;
+        if (fields.size() > SYSTEM)
+            ticks[line.mid(begin, end - begin)] += fields[USER].toLong() + fields[SYSTEM].toLong();
+    }
+    return ticks;
+}
+
+void printThreads(const std::map<QByteArray, long> &before, double pictures)
+{
+    const double tickMs = 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+    for (const auto &[name, ticks] : threadTicks()) {
+        const auto old = before.find(name);
+        const long spent = ticks - (old == before.end() ? 0 : old->second);
+        if (static_cast<double>(spent) * tickMs / pictures >= 0.05)
+            std::printf("    %-16s %5.2f ms a picture\n", name.constData(),
+                        static_cast<double>(spent) * tickMs / pictures);
+    }
 }
 
 void runFor(QApplication &app, double seconds)
@@ -53,9 +89,11 @@ int record(QApplication &app, double seconds, const QString &file)
     QElapsedTimer recording;
     recording.start();
     const double before = processorSeconds();
+    const std::map<QByteArray, long> threads = threadTicks();
     runFor(app, seconds);
     const double elapsed = static_cast<double>(recording.elapsed()) / 1000;
     const double cores = (processorSeconds() - before) / elapsed;
+    printThreads(threads, elapsed * 30);
     source.stopRecord();
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);

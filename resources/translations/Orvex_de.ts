@@ -182,7 +182,7 @@
     </message>
     <message>
         <source>Freeze</source>
-        <translation>Standbild</translation>
+        <translation>Bild einfrieren</translation>
     </message>
     <message>
         <source>Record video</source>

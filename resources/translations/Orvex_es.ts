@@ -254,7 +254,7 @@
     </message>
     <message>
         <source>Slideshow</source>
-        <translation>Pase de diapositivas</translation>
+        <translation>Presentación de diapositivas</translation>
     </message>
     <message>
         <source>Next photograph</source>
@@ -266,7 +266,7 @@
     </message>
     <message>
         <source>Slideshow interval</source>
-        <translation>Intervalo del pase de diapositivas</translation>
+        <translation>Intervalo de la presentación</translation>
     </message>
     <message>
         <source>Error</source>

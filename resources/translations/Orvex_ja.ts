@@ -371,7 +371,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>最適</translation>
+        <translation>全体</translation>
     </message>
 </context>
 <context>

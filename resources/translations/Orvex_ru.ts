@@ -198,7 +198,7 @@
     </message>
     <message>
         <source>Print</source>
-        <translation>Напечатать</translation>
+        <translation>Печать</translation>
     </message>
     <message>
         <source>Live</source>
@@ -352,7 +352,7 @@
     </message>
     <message>
         <source>The recording was stopped because its folder is gone.</source>
-        <translation>Запись остановлена, так как её папки больше нет.</translation>
+        <translation>Запись остановлена, так как папка для записи больше не существует.</translation>
     </message>
     <message>
         <source>The recording was stopped because it reached the longest time of a movie.</source>

@@ -356,7 +356,7 @@
     </message>
     <message>
         <source>The recording was stopped because it reached the longest time of a movie.</source>
-        <translation>已達到影片的時間上限，錄影已停止。</translation>
+        <translation>已達到影片的長度上限，錄影已停止。</translation>
     </message>
     <message>
         <source>The recording was stopped because the disk is full.</source>
@@ -371,7 +371,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>最佳</translation>
+        <translation>最適</translation>
     </message>
 </context>
 <context>

@@ -3,7 +3,7 @@
 # What the program is built from.
 BUILD_PACKAGES="
     build-essential cmake ninja-build pkg-config
-    qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
+    qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n
     libuvc-dev libusb-1.0-0-dev libumockdev-dev umockdev libjpeg-dev
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libyuv-dev"
 

@@ -172,6 +172,35 @@ private slots:
         QCOMPARE(translator.translate("MainWindow", "Photograph"), photograph);
     }
 
+    /// What the toolkit writes into message boxes and dialogs is in the same catalogue.
+    void theToolkitSpeaksTheSameLanguage_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("cancel");
+        QTest::addColumn<QString>("yes");
+        const auto row = [](const char *locale, const char *cancel, const char *yes) {
+            QTest::newRow(locale) << locale << QString::fromUtf8(cancel) << QString::fromUtf8(yes);
+        };
+        row("de_DE", "Abbrechen", "&Ja");
+        row("es_ES", "Cancelar", "&Sí");
+        row("fr_FR", "Annuler", "&Oui");
+        row("ja_JP", "キャンセル", "はい(&Y)");
+        row("ru_RU", "Отмена", "&Да");
+        row("zh_TW", "取消", "是(&Y)");
+    }
+
+    void theToolkitSpeaksTheSameLanguage()
+    {
+        QFETCH(QString, locale);
+        QFETCH(QString, cancel);
+        QFETCH(QString, yes);
+        QTranslator translator;
+        QVERIFY(translator.load(catalogueForLocale(locale), ":/translations"));
+        QCOMPARE(translator.translate("QPlatformTheme", "Cancel"), cancel);
+        QCOMPARE(translator.translate("QPlatformTheme", "&Yes"), yes);
+        QVERIFY(!translator.translate("QFileDialog", "Files of type:").isEmpty());
+    }
+
     /// The system locale as a process sees it: LANGUAGE goes before LC_ALL.
     void theEnvironmentChoosesTheLocale_data()
     {
@@ -184,6 +213,15 @@ private slots:
         QTest::newRow("LANGUAGE against it") << "ja_JP.UTF-8"
                                              << "de_DE"
                                              << "de_DE";
+        QTest::newRow("English against a language that has a catalogue") << "en_US.UTF-8"
+                                                                         << "fr_FR"
+                                                                         << "fr_FR";
+        QTest::newRow("and the other way round") << "fr_FR.UTF-8"
+                                                 << "en_US"
+                                                 << "en_US";
+        QTest::newRow("the first of several") << "de_DE.UTF-8"
+                                              << "es_ES:ja_JP"
+                                              << "es_ES";
         QTest::newRow("unknown") << "tlh_QO.UTF-8"
                                  << ""
                                  << "C";

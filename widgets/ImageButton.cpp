@@ -9,6 +9,21 @@ namespace
 {
 
 constexpr int holdMs = 500;
+// Light for the dark faces and dark for the light ones: one of the two always stands out.
+constexpr QRgb ringColour = 0xffffffff;
+constexpr QRgb innerRingColour = 0xff15181b;
+
+bool isKeyReason(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
+
+// The focus goes or comes back without the user having chosen another widget of this window.
+bool isPassing(Qt::FocusReason reason)
+{
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+}
 
 QImage loadState(const QString &state, const QString &name)
 {
@@ -89,6 +104,7 @@ void ImageButton::paintEvent(QPaintEvent *)
             m_grayImage.invertPixels(QImage::InvertRgb);
         }
         painter.drawImage(QPoint(0, 0), m_grayImage);
+        paintFocusRing(painter);
         return;
     }
     const QImage &image = isDown() || isChecked() ? m_clickImage
@@ -97,6 +113,7 @@ void ImageButton::paintEvent(QPaintEvent *)
     painter.drawImage(QPoint(0, 0), image);
     if (!text().isEmpty())
         paintCaption(painter);
+    paintFocusRing(painter);
 }
 
 void ImageButton::mousePressEvent(QMouseEvent *event)
@@ -132,6 +149,31 @@ void ImageButton::leaveEvent(QEvent *event)
     QPushButton::leaveEvent(event);
 }
 
+void ImageButton::keyPressEvent(QKeyEvent *event)
+{
+    if (m_gray) {
+        event->ignore();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+void ImageButton::focusInEvent(QFocusEvent *event)
+{
+    if (!isPassing(event->reason()))
+        m_focusedByKey = isKeyReason(event->reason());
+    QPushButton::focusInEvent(event);
+    update();
+}
+
+void ImageButton::focusOutEvent(QFocusEvent *event)
+{
+    if (!isPassing(event->reason()))
+        m_focusedByKey = false;
+    QPushButton::focusOutEvent(event);
+    update();
+}
+
 void ImageButton::paintCaption(QPainter &painter)
 {
     painter.setFont(font());
@@ -140,4 +182,14 @@ void ImageButton::paintCaption(QPainter &painter)
     const int x = (width() - metrics.horizontalAdvance(text())) / 2;
     const int y = (height() + metrics.height()) / 2 - 3;
     painter.drawText(x, y, text());
+}
+
+void ImageButton::paintFocusRing(QPainter &painter)
+{
+    if (!m_focusedByKey || !hasFocus())
+        return;
+    painter.setPen(QColor(ringColour));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.setPen(QColor(innerRingColour));
+    painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }

@@ -7,6 +7,9 @@
 
 /// A push button painted from the three images of a skin name, as large as its normal image. Held
 /// down for half a second it says so, while still down; the release clicks as usual.
+///
+/// It takes the focus as its owner's focus policy says and is pressed with the space bar. A ring
+/// marks it only when the focus came by a key; the mouse leaves the three images as they are.
 class ImageButton : public QPushButton
 {
     Q_OBJECT
@@ -22,7 +25,7 @@ public:
     void setImage(const QString &name);
     /// For the caption; an invalid colour paints black. Does not repaint.
     void setTextColor(const QColor &color);
-    /// A gray button shows inverted colours and no caption, and ignores the mouse.
+    /// A gray button shows inverted colours and no caption, and ignores mouse and keys.
     void setGray(bool gray);
 
     /// A 32-bit copy of the image. If the source was 32-bit without premultiplied alpha the copy
@@ -39,11 +42,17 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     void paintCaption(QPainter &painter);
+    void paintFocusRing(QPainter &painter);
 
     bool m_hovered = false;
+    /// The focus came by a key. Kept while another window or a menu has it for a time.
+    bool m_focusedByKey = false;
     bool m_gray = false;
     QColor m_textColor;
     QImage m_normalImage;

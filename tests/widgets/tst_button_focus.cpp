@@ -1,0 +1,120 @@
+#include "widgets/ImageButton.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace
+{
+
+QImage picture(QWidget &widget)
+{
+    return widget.grab().toImage();
+}
+
+} // namespace
+
+/// Two buttons in a window, and which of them is marked.
+class ButtonFocusTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_window = std::make_unique<QWidget>();
+        m_first = new ImageButton("ICON_LINE", m_window.get(), 0, 0);
+        m_second = new ImageButton("POPUP_BUTTON", m_window.get(), 80, 0);
+        m_window->resize(200, 60);
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        m_window->setFocus();
+        m_plainFirst = picture(*m_first);
+        m_plainSecond = picture(*m_second);
+    }
+
+    void theTabKeyMovesTheRing()
+    {
+        m_first->setFocus(Qt::TabFocusReason);
+        QVERIFY(picture(*m_first) != m_plainFirst);
+        QTest::keyClick(m_first, Qt::Key_Tab);
+        QVERIFY(m_second->hasFocus());
+        QCOMPARE(picture(*m_first), m_plainFirst);
+        QVERIFY(picture(*m_second) != m_plainSecond);
+        QTest::keyClick(m_second, Qt::Key_Backtab);
+        QVERIFY(picture(*m_first) != m_plainFirst);
+    }
+
+    void theRingIsTwoPixelsAlongTheEdge()
+    {
+        m_second->setFocus(Qt::TabFocusReason);
+        const QImage marked = picture(*m_second);
+        const QRect edge = marked.rect();
+        QCOMPARE(marked.pixel(edge.topLeft()), qRgb(0xff, 0xff, 0xff));
+        QCOMPARE(marked.pixel(edge.bottomRight()), qRgb(0xff, 0xff, 0xff));
+        QCOMPARE(marked.pixel(edge.topLeft() + QPoint(1, 1)), qRgb(0x15, 0x18, 0x1b));
+        QCOMPARE(marked.pixel(edge.bottomRight() - QPoint(1, 1)), qRgb(0x15, 0x18, 0x1b));
+        const QRect inside = edge.adjusted(2, 2, -2, -2);
+        QCOMPARE(marked.copy(inside), m_plainSecond.copy(inside));
+    }
+
+    void theMouseLeavesNoRing()
+    {
+        QTest::mouseClick(m_second, Qt::LeftButton);
+        m_second->setFocus(Qt::MouseFocusReason);
+        QVERIFY(m_second->hasFocus());
+        QCOMPARE(picture(*m_second), m_plainSecond);
+        m_second->clearFocus();
+        m_second->setFocus(Qt::OtherFocusReason);
+        QCOMPARE(picture(*m_second), m_plainSecond);
+    }
+
+    void theRingOutlivesAnotherWindow()
+    {
+        m_first->setFocus(Qt::TabFocusReason);
+        const QImage marked = picture(*m_first);
+        sendFocus(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+        sendFocus(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+        QCOMPARE(picture(*m_first), marked);
+        sendFocus(QEvent::FocusOut, Qt::MouseFocusReason);
+        sendFocus(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+        QCOMPARE(picture(*m_first), m_plainFirst);
+    }
+
+    void theSpaceBarClicksButNotWhenGray()
+    {
+        QSignalSpy clicks(m_first, &ImageButton::clicked);
+        m_first->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(m_first, Qt::Key_Space);
+        QCOMPARE(clicks.size(), 1);
+        m_first->setGray(true);
+        QTest::keyClick(m_first, Qt::Key_Space);
+        QCOMPARE(clicks.size(), 1);
+        QVERIFY(!m_first->isDown());
+    }
+
+    void aGrayButtonIsMarkedToo()
+    {
+        m_first->setGray(true);
+        const QImage gray = picture(*m_first);
+        m_first->setFocus(Qt::BacktabFocusReason);
+        QVERIFY(picture(*m_first) != gray);
+    }
+
+private:
+    void sendFocus(QEvent::Type type, Qt::FocusReason reason)
+    {
+        QFocusEvent event(type, reason);
+        QCoreApplication::sendEvent(m_first, &event);
+    }
+
+    std::unique_ptr<QWidget> m_window;
+    ImageButton *m_first = nullptr;
+    ImageButton *m_second = nullptr;
+    QImage m_plainFirst;
+    QImage m_plainSecond;
+};
+
+QTEST_MAIN(ButtonFocusTest)
+#include "tst_button_focus.moc"

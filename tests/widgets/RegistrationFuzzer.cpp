@@ -1,6 +1,6 @@
 // Reads whatever it is given as a registration file. What is accepted must be written and read
 // again as the same list. Built with clang this is a target for its fuzzer; tst_registration_fuzz
-// calls it with changed copies of the corpus.
+// calls it with the corpus in registration-corpus and with changed copies of it.
 #include "widgets/RegistrationFile.h"
 
 #include <QBuffer>

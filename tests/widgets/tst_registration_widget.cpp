@@ -15,6 +15,9 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace
 {
 
@@ -194,7 +197,77 @@ private slots:
         QCOMPARE(m_widget->items().size(), 9);
     }
 
+    void noFailedReadChangesTheList_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QByteArray whole = QByteArray::fromHex("00000001 00000004 00410042 00000002 0043");
+        for (int length = 0; length < whole.size(); ++length)
+            QTest::newRow(qPrintable(QString("cut at %1").arg(length))) << whole.left(length);
+        QTest::newRow("negative count") << QByteArray::fromHex("80000000") + whole.mid(4);
+        QTest::newRow("huge count") << QByteArray::fromHex("7FFFFFFF") + whole.mid(4);
+        QTest::newRow("odd length") << QByteArray::fromHex("00000001 00000003 004100 00000000");
+    }
+
+    void noFailedReadChangesTheList()
+    {
+        QFETCH(QByteArray, bytes);
+        put("bad.rf", bytes);
+        m_widget->add();
+        name(0)->setText("kept");
+        openFrom("bad.rf");
+        QCOMPARE(m_widget->items(), QVector<RegistrationItem>({{"kept", QString()}}));
+    }
+
+    void aFailedSaveLeavesTheFileAndSaysNothing()
+    {
+        add(1);
+        saveTo("kept.rf");
+        const QByteArray before = get("kept.rf");
+        content(0)->setPlainText(QString(50000, 'x'));
+
+        // A full disk: no file of this process may grow beyond a few bytes.
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit small{10, old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        m_widget->save();
+        setrlimit(RLIMIT_FSIZE, &old);
+
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(get("kept.rf"), before);
+        QCOMPARE(m_widget->items().at(0).content.size(), 50000);
+        m_widget->save();
+        QVERIFY(get("kept.rf").size() > 100000);
+    }
+
+    void aHundredThousandItemsCanBePagedThrough()
+    {
+        QVERIFY(RegistrationFile::write(path("many.rf"),
+                                        QVector<RegistrationItem>(100000, {"n", "c"})));
+        openFrom("many.rf");
+        QSignalSpy pages(m_widget.get(), &RegistrationWidget::pageChanged);
+        m_widget->nextPage();
+        QCOMPARE(pages.last(), QVariantList({2, 12500}));
+        m_widget->add();
+        QCOMPARE(pages.last(), QVariantList({2, 12501}));
+        QCOMPARE(name(7)->text(), QString("n"));
+    }
+
 private:
+    void put(const QString &fileName, const QByteArray &bytes) const
+    {
+        QFile file(path(fileName));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    }
+
+    QByteArray get(const QString &fileName) const
+    {
+        QFile file(path(fileName));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     QString path(const QString &name) const
     {
         return name.isEmpty() ? QString() : m_folder.filePath(name);

@@ -1,6 +1,10 @@
 #include "PictureReader.h"
 
+#include "ReducedJpeg.h"
+
+#include <QFile>
 #include <QImageReader>
+#include <QTransform>
 
 #include <cmath>
 
@@ -17,9 +21,17 @@ QSize atLeastOne(QSize size)
     return size.expandedTo(QSize(1, 1));
 }
 
-bool sidesSwap(const QImageReader &reader)
+bool sidesSwap(QImageIOHandler::Transformations turn)
 {
-    return reader.transformation() & QImageIOHandler::TransformationRotate90;
+    return turn & QImageIOHandler::TransformationRotate90;
+}
+
+/// The picture as its orientation tag wants it: mirrored first, then turned.
+QImage upright(const QImage &image, QImageIOHandler::Transformations turn)
+{
+    const QImage mirrored = image.mirrored(turn & QImageIOHandler::TransformationMirror,
+                                           turn & QImageIOHandler::TransformationFlip);
+    return sidesSwap(turn) ? mirrored.transformed(QTransform().rotate(90)) : mirrored;
 }
 
 /// The largest size of that shape that may be handed over.
@@ -39,11 +51,49 @@ qint64 decodedBytes(const QImageReader &reader)
     return pixels(reader.size()) * bits / 8;
 }
 
-/// Whether the decoder itself holds no more than the reduced picture.
-bool decodesReduced(const QImageReader &reader)
+/// A PNG file that comes in seven passes can only be decoded whole.
+bool isInterlacedPng(const QString &path)
+{
+    constexpr int INTERLACE_METHOD = 28;
+    QFile file(path);
+    char method = 0;
+    return file.open(QIODevice::ReadOnly) && file.seek(INTERLACE_METHOD) && file.getChar(&method) &&
+           method != 0;
+}
+
+/// Whether the decoder makes the picture smaller as it reads it.
+bool decodesReduced(const QImageReader &reader, const QString &path)
 {
     return reader.format() == "jpeg" ||
-           (reader.format() == "png" && reader.imageFormat() >= QImage::Format_RGB32);
+           (reader.format() == "png" && reader.imageFormat() >= QImage::Format_RGB32 &&
+            !isInterlacedPng(path));
+}
+
+/// What the decoder holds besides its answer, however small that is.
+qint64 lastingBytes(const QImageReader &reader, const QString &path)
+{
+    QFile file(path);
+    return reader.format() == "jpeg" && file.open(QIODevice::ReadOnly) ? jpegCoefficientBytes(file)
+                                                                       : 0;
+}
+
+/// A JPEG picture as it lies in the file, at that size.
+QImage readReduced(const QString &path, QSize size)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QImage image = readReducedJpeg(file, 2 * size, PictureReader::MAX_DECODED_BYTES);
+    if (image.isNull()) {
+        // What is left are printer's colours, broken files and files that hold too much.
+        file.seek(0);
+        if (jpegCoefficientBytes(file) > PictureReader::MAX_DECODED_BYTES)
+            return {};
+        QImageReader reader(path);
+        reader.setScaledSize(size);
+        return reader.read();
+    }
+    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QImage fitted(const QImage &image, QSize bounds)
@@ -59,10 +109,13 @@ QImage PictureReader::read(const QString &path)
     QImageReader reader(path);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (size.isValid() && decodedBytes(reader) > MAX_DECODED_BYTES) {
-        if (!decodesReduced(reader))
-            return {};
-        reader.setScaledSize(limited(size));
+    if (size.isValid()) {
+        const qint64 lasting = lastingBytes(reader, path);
+        if (lasting + decodedBytes(reader) > MAX_DECODED_BYTES) {
+            if (lasting > MAX_DECODED_BYTES || !decodesReduced(reader, path))
+                return {};
+            reader.setScaledSize(limited(size));
+        }
     }
     const QImage image = reader.read();
     if (pixels(image.size()) <= MAX_PIXELS)
@@ -80,9 +133,9 @@ QImage PictureReader::readFitted(const QString &path, QSize bounds)
     if (!muchLarger || reader.format() != "jpeg")
         return fitted(read(path), bounds);
 
-    reader.setAutoTransform(true);
-    const QSize upright = sidesSwap(reader) ? size.transposed() : size;
-    const QSize target = atLeastOne(upright.scaled(bounds, Qt::KeepAspectRatio));
-    reader.setScaledSize(sidesSwap(reader) ? target.transposed() : target);
-    return reader.read();
+    const QImageIOHandler::Transformations turn = reader.transformation();
+    const bool swapped = sidesSwap(turn);
+    const QSize target =
+        atLeastOne((swapped ? size.transposed() : size).scaled(bounds, Qt::KeepAspectRatio));
+    return upright(readReduced(path, swapped ? target.transposed() : target), turn);
 }

@@ -12,12 +12,12 @@
 namespace
 {
 
-/// A JPEG file of a picture that is red in its top half, with an orientation tag.
+/// A JPEG file of a white picture whose top left quarter is red, with an orientation tag.
 void writeTagged(const QString &path, int orientation)
 {
-    QImage image(200, 100, QImage::Format_RGB32);
+    QImage image(400, 200, QImage::Format_RGB32);
     image.fill(Qt::white);
-    QPainter(&image).fillRect(0, 0, 200, 50, Qt::red);
+    QPainter(&image).fillRect(0, 0, 200, 100, Qt::red);
     QByteArray jpeg;
     QBuffer buffer(&jpeg);
     buffer.open(QIODevice::WriteOnly);
@@ -73,6 +73,31 @@ void writeBlackPng(const QString &path, int side, bool colour)
                chunk("IDAT", qCompress(rows).mid(4)) + chunk("IEND", {}));
 }
 
+/// Writes 20,000 x 20,000 into the header of a JPEG file with several scans or of a PNG file.
+void pretendToBeHuge(const QString &path)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    if (bytes.startsWith("\x89PNG")) {
+        const QByteArray header = "IHDR" + bigEndian(20000) + bigEndian(20000) + bytes.mid(24, 5);
+        bytes.replace(12, header.size() + 4, header + bigEndian(crc32(header)));
+    } else {
+        const int frame = bytes.indexOf(QByteArray("\xff\xc2", 2));
+        QVERIFY(frame > 0);
+        bytes.replace(frame + 5, 4, QByteArray("\x4e\x20\x4e\x20", 4));
+    }
+    file.seek(0);
+    file.write(bytes);
+}
+
+long mostMemoryKb()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
 } // namespace
 
 class PictureReaderTest : public QObject
@@ -95,10 +120,14 @@ private slots:
         QTest::addColumn<int>("orientation");
         QTest::addColumn<QSize>("size");
         QTest::addColumn<QPoint>("red");
-        QTest::newRow("1 as it lies") << 1 << QSize(200, 100) << QPoint(100, 10);
-        QTest::newRow("3 on its head") << 3 << QSize(200, 100) << QPoint(100, 90);
-        QTest::newRow("6 turned right") << 6 << QSize(100, 200) << QPoint(90, 100);
-        QTest::newRow("8 turned left") << 8 << QSize(100, 200) << QPoint(10, 100);
+        QTest::newRow("1 as it lies") << 1 << QSize(400, 200) << QPoint(100, 50);
+        QTest::newRow("2 mirrored") << 2 << QSize(400, 200) << QPoint(300, 50);
+        QTest::newRow("3 on its head") << 3 << QSize(400, 200) << QPoint(300, 150);
+        QTest::newRow("4 mirrored on its head") << 4 << QSize(400, 200) << QPoint(100, 150);
+        QTest::newRow("5 mirrored, turned left") << 5 << QSize(200, 400) << QPoint(50, 100);
+        QTest::newRow("6 turned right") << 6 << QSize(200, 400) << QPoint(150, 100);
+        QTest::newRow("7 mirrored, turned right") << 7 << QSize(200, 400) << QPoint(150, 300);
+        QTest::newRow("8 turned left") << 8 << QSize(200, 400) << QPoint(50, 300);
     }
 
     void aTaggedPictureStandsUpright()
@@ -109,13 +138,17 @@ private slots:
         writeTagged(path("tagged.jpg"), orientation);
         const QImage whole = PictureReader::read(path("tagged.jpg"));
         QCOMPARE(whole.size(), size);
-        QVERIFY(qGreen(whole.pixel(red)) < 60);
-
         const QImage small = PictureReader::readFitted(path("tagged.jpg"), QSize(56, 50));
         QCOMPARE(small.size(), size.scaled(56, 50, Qt::KeepAspectRatio));
-        const QPoint spot(red.x() * small.width() / size.width(),
-                          red.y() * small.height() / size.height());
-        QVERIFY(qGreen(small.pixel(spot)) < 60);
+        for (const QImage &image : {whole, small}) {
+            for (const QPoint quarter : {QPoint(1, 1), QPoint(3, 1), QPoint(1, 3), QPoint(3, 3)}) {
+                const QPoint spot(image.width() * quarter.x() / 4,
+                                  image.height() * quarter.y() / 4);
+                const bool wanted =
+                    QPoint(size.width() * quarter.x() / 4, size.height() * quarter.y() / 4) == red;
+                QCOMPARE(qGreen(image.pixel(spot)) < 60, wanted);
+            }
+        }
     }
 
     void anUnreadablePictureIsNull_data()
@@ -218,6 +251,9 @@ private slots:
             0);
         const QImage image = PictureReader::read(path("a.gif"));
         QCOMPARE(image.pixel(5, 5), qRgb(255, 0, 0));
+        const QImage small = PictureReader::readFitted(path("a.gif"), QSize(56, 50));
+        QCOMPARE(small.size(), QSize(56, 42));
+        QCOMPARE(small.pixel(5, 5), qRgb(255, 0, 0));
     }
 
     void aHugePictureIsReadReducedAndBounded_data()
@@ -243,6 +279,62 @@ private slots:
         QVERIFY2(usage.ru_maxrss < 900 * 1024, qPrintable(QString::number(usage.ru_maxrss)));
     }
 
+    void aProgressivePhotographIsReadLikeAnyOther()
+    {
+        const QImage plain = PictureReader::readFitted(photograph("none"), QSize(56, 50));
+        const QImage progressive = PictureReader::readFitted(photograph("JPEG"), QSize(56, 50));
+        QCOMPARE(progressive.size(), QSize(56, 42));
+        QCOMPARE(progressive, plain);
+    }
+
+    void aGreyPhotographIsReadReduced()
+    {
+        QImage image(1200, 900, QImage::Format_Grayscale8);
+        image.fill(90);
+        QVERIFY(image.save(path("grey.jpg")));
+        const QImage small = PictureReader::readFitted(path("grey.jpg"), QSize(56, 50));
+        QCOMPARE(small.size(), QSize(56, 42));
+        QVERIFY(qAbs(qGreen(small.pixel(20, 20)) - 90) < 4);
+    }
+
+    void aThumbnailLooksLikeTheWholePictureMadeSmall()
+    {
+        const QString file = photograph("none");
+        const QImage small = PictureReader::readFitted(file, QSize(56, 50));
+        const QImage whole =
+            QImage(file).scaled(56, 50, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        for (int y = 0; y < small.height(); ++y) {
+            for (int x = 0; x < small.width(); ++x) {
+                QVERIFY(qAbs(qRed(small.pixel(x, y)) - qRed(whole.pixel(x, y))) < 12);
+                QVERIFY(qAbs(qBlue(small.pixel(x, y)) - qBlue(whole.pixel(x, y))) < 12);
+            }
+        }
+    }
+
+    void aHugePictureInSeveralPassesIsRefused_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("passes");
+        QTest::newRow("progressive JPEG") << "passes.jpg" << QByteArray("JPEG");
+        QTest::newRow("interlaced PNG") << "passes.png" << QByteArray("PNG");
+    }
+
+    void aHugePictureInSeveralPassesIsRefused()
+    {
+        // A small file that only says that it is huge: the decoder would make room for the whole.
+        QFETCH(QString, file);
+        QFETCH(QByteArray, passes);
+        QCOMPARE(QProcess::execute("convert", {"-size", "64x48", "gradient:red-blue", "-interlace",
+                                               passes, path(file)}),
+                 0);
+        QVERIFY(!PictureReader::read(path(file)).isNull());
+        pretendToBeHuge(path(file));
+        const long before = mostMemoryKb();
+        QVERIFY(PictureReader::read(path(file)).isNull());
+        QVERIFY(PictureReader::readFitted(path(file), QSize(56, 50)).isNull());
+        QVERIFY(mostMemoryKb() < before + 100 * 1024);
+    }
+
     void aHugePictureThatCannotBeReadReducedIsRefused()
     {
         // The header of a 20,000 x 20,000 bitmap; its 1.2 gigabytes of pixels are a hole in the
@@ -260,6 +352,15 @@ private slots:
     }
 
 private:
+    /// A photograph of 1200 x 900 with that kind of interlacing.
+    QString photograph(const QString &interlace) const
+    {
+        const QString file = path("photograph-" + interlace + ".jpg");
+        QProcess::execute("convert", {"-seed", "1", "-size", "1200x900", "plasma:red-blue",
+                                      "-interlace", interlace, file});
+        return file;
+    }
+
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
     QTemporaryDir m_folder;

@@ -11,6 +11,11 @@
 #include <QImage>
 #include <QTemporaryDir>
 
+#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace
 {
 
@@ -275,6 +280,52 @@ private slots:
         QVERIFY(!loaded.all[0].image.isNull());
         QVERIFY(loaded.all[1].image.isNull());
         QVERIFY(!loaded.all[2].image.isNull());
+    }
+
+    void aFolderThatVanishesWhileItIsLoadedLeavesTheRestBlack()
+    {
+        open(12);
+        auto *loader = m_strip->findChild<ThumbnailLoader *>();
+        const Loads loaded(loader);
+        m_strip->refresh();
+        QVERIFY(m_folder->remove());
+        QTRY_COMPARE(loaded.all.size(), 12);
+        QVERIFY(loaded.all.last().image.isNull());
+        m_source->selectPhotograph(11);
+        QVERIFY(buttons().at(11)->isChecked());
+    }
+
+    void theStripScrollsWhileADiskIsSlow()
+    {
+        open(20);
+        // A pipe in the place of a picture gives nothing until somebody writes into it.
+        const QByteArray slow = QFile::encodeName(m_folder->filePath("p001.png"));
+        QVERIFY(QFile::remove(slow));
+        QCOMPARE(mkfifo(slow.constData(), 0600), 0);
+        auto *loader = m_strip->findChild<ThumbnailLoader *>();
+        const Loads loaded(loader);
+        m_strip->refresh();
+        QTRY_COMPARE(loaded.all.size(), 1);
+        emit m_slider->valueChanged(7);
+        QCOMPARE(shown().first(), buttons().at(7));
+        m_source->selectPhotograph(19);
+        QCOMPARE(shown().last(), buttons().at(19));
+        QCOMPARE(loaded.all.size(), 1);
+
+        QFile first(m_folder->filePath("p000.png"));
+        QVERIFY(first.open(QIODevice::ReadOnly));
+        const QByteArray bytes = first.readAll();
+        signal(SIGPIPE, SIG_IGN);
+        // Whenever the loader stands at the other end, it gets the whole picture.
+        const auto feed = [&slow, &bytes] {
+            const int pipe = ::open(slow.constData(), O_WRONLY | O_NONBLOCK);
+            if (pipe < 0)
+                return;
+            (void)!::write(pipe, bytes.constData(), std::size_t(bytes.size()));
+            ::close(pipe);
+        };
+        QTRY_VERIFY((feed(), loaded.all.size() == 20));
+        QVERIFY(!loaded.all.last().image.isNull());
     }
 
     void tenThousandPicturesOpenAndScroll()

@@ -8,6 +8,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <unistd.h>
+
 namespace
 {
 
@@ -259,7 +261,77 @@ private slots:
         QVERIFY(m_receiver.pictures[0].isNull());
     }
 
+    void aFolderThatIsRenamedDuringASlideshowGivesNullPicturesUntilItIsBack()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        m_source->play();
+        const QString path = m_folder->path();
+        QVERIFY(QDir().rename(path, path + "-moved"));
+        QTRY_VERIFY(m_receiver.pictures.last().isNull());
+        QVERIFY(QDir().rename(path + "-moved", path));
+        QTRY_VERIFY(!m_receiver.pictures.last().isNull());
+    }
+
+    void picturesThatMayNotBeReadAreDeliveredAsNullAndTheOldListStays()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        {
+            const WithoutRights withoutRights(dir());
+            m_source->next();
+            QCOMPARE(m_receiver.pictures.size(), 2);
+            QVERIFY(m_receiver.pictures.last().isNull());
+            QVERIFY(!m_source->setDirectory(dir(), "a.png"));
+            m_source->resumeCapture();
+            QCOMPARE(m_source->photographCount(), 2);
+        }
+        m_source->previous();
+        QVERIFY(!m_receiver.pictures.last().isNull());
+    }
+
+    void namesInAnyScriptAreOpenedAndShown()
+    {
+        const QStringList names{QString::fromUtf8("фото № 1.png"),
+                                QString::fromUtf8("写真 照片.png"),
+                                QString::fromUtf8("صورة %1 #?.png")};
+        fill(names);
+        for (int i = 0; i < names.size(); ++i) {
+            QVERIFY(m_source->setDirectory(dir(), names[i]));
+            QCOMPARE(shownWidth(), i + 1);
+        }
+    }
+
 private:
+    /// Takes the right to read the pictures of a folder away from this process.
+    class WithoutRights
+    {
+    public:
+        explicit WithoutRights(const QDir &dir)
+        {
+            for (const QFileInfo &file : dir.entryInfoList(QDir::Files)) {
+                m_files.append(file.filePath());
+                QFile::setPermissions(file.filePath(), {});
+            }
+            // The administrator may read everything.
+            if (m_isRoot && setresuid(NOBODY, NOBODY, 0) != 0)
+                qFatal("cannot become another user");
+        }
+        ~WithoutRights()
+        {
+            if (m_isRoot && setresuid(0, 0, 0) != 0)
+                qFatal("cannot become root again");
+            for (const QString &file : m_files)
+                QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+        }
+
+    private:
+        static constexpr uid_t NOBODY = 65534;
+        const bool m_isRoot = getuid() == 0;
+        QStringList m_files;
+    };
+
     QDir dir() const { return QDir(m_folder->path()); }
 
     /// Writes pictures whose widths are 1, 2, 3, ... so that one can be told from another.

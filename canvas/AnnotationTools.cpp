@@ -8,6 +8,9 @@
 #include <QPainterPath>
 #include <QPen>
 
+#include <algorithm>
+#include <limits>
+
 namespace
 {
 
@@ -24,6 +27,14 @@ QPen penOf(const AnnotationTools::Ink &ink)
 double reachOf(const QPen &pen)
 {
     return pen.widthF() + 2.0;
+}
+
+/// An offset after the picture was pulled along; two points may be farther apart than an int holds.
+int pulled(int offset, int from, int to)
+{
+    const qint64 corner = qint64(offset) - (qint64(to) - from);
+    return static_cast<int>(std::clamp<qint64>(corner, std::numeric_limits<int>::min(),
+                                               std::numeric_limits<int>::max()));
 }
 
 QPolygonF closed(QPolygonF points)
@@ -108,8 +119,8 @@ QPoint AnnotationTools::layerPoint(QPoint picturePoint, const ViewGeometry &view
 
 void AnnotationTools::pan(QPoint picturePoint, ViewGeometry &view)
 {
-    const QPoint corner = view.offset() - (picturePoint - m_pressPoint);
-    view.setViewport(corner.x(), corner.y());
+    view.setViewport(pulled(view.offset().x(), m_pressPoint.x(), picturePoint.x()),
+                     pulled(view.offset().y(), m_pressPoint.y(), picturePoint.y()));
     m_pressPoint = picturePoint;
 }
 

@@ -1,5 +1,6 @@
 #include "FrameKernels.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstring>
@@ -55,7 +56,7 @@ void turnTile(const std::uint8_t *source, std::ptrdiff_t sourceStep, std::uint8_
 void sumRows(const std::uint8_t *first, std::ptrdiff_t stride, int rows, std::uint16_t *sums,
              std::size_t bytes)
 {
-    std::memset(sums, 0, bytes * sizeof(std::uint16_t));
+    std::fill_n(sums, bytes, std::uint16_t{0});
     for (int row = 0; row < rows; ++row, first += stride) {
         for (std::size_t i = 0; i < bytes; ++i)
             sums[i] = static_cast<std::uint16_t>(sums[i] + first[i]);

@@ -2,9 +2,10 @@
 
 /// The enumerations of the canvas, apart from the widget, so that settings and pure functions can
 /// name them. ImageCanvas derives from this struct: ImageCanvas::Freehand is CanvasModes::Freehand.
+/// They hold any int: a mode that a later version has written is none of these, and does nothing.
 struct CanvasModes {
     /// The tool that the left mouse button drives.
-    enum MouseMode {
+    enum MouseMode : int {
         Hand,
         Freehand,
         Line,
@@ -18,11 +19,11 @@ struct CanvasModes {
     };
 
     /// The colour effect on the picture; EffectColor is none.
-    enum EffectMode { EffectColor, EffectBW, EffectNegative, EffectMosaic };
+    enum EffectMode : int { EffectColor, EffectBW, EffectNegative, EffectMosaic };
 
     /// The part of the picture that is covered with black.
-    enum MaskMode { MaskNone, MaskCircle, MaskRectangle, MaskLeft, MaskTop };
+    enum MaskMode : int { MaskNone, MaskCircle, MaskRectangle, MaskLeft, MaskTop };
 
     /// Whether the snapshot button takes one picture or runs a series.
-    enum SnapshotMode { Single, Continuous };
+    enum SnapshotMode : int { Single, Continuous };
 };

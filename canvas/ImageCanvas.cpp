@@ -25,6 +25,8 @@ namespace
 constexpr int REFRESH_INTERVAL_MS = 40;
 /// A source that was silent for this long no longer carries the canvas's own changes to the screen.
 constexpr int SILENT_SOURCE_MS = 200;
+/// How long a stroke over a standing picture may wait for others to be shown together with it.
+constexpr int STROKE_DELAY_MS = 10;
 constexpr QSize BOARD_SIZE(1280, 720);
 
 } // namespace
@@ -44,6 +46,10 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     m_idleTimer.setInterval(REFRESH_INTERVAL_MS);
     connect(&m_idleTimer, SIGNAL(timeout()), this, SLOT(refreshWhenIdle()));
     m_idleTimer.start();
+    m_strokeTimer.setInterval(STROKE_DELAY_MS);
+    m_strokeTimer.setSingleShot(true);
+    m_strokeTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_strokeTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
 
     if (const FramePtr picture = startPicture()) {
         const std::lock_guard<std::mutex> locker(m_lock);
@@ -465,16 +471,21 @@ void ImageCanvas::mousePressEvent(QMouseEvent *event)
 void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint widgetPoint = event->localPos().toPoint();
-    const std::lock_guard<std::mutex> locker(m_lock);
-    if (!event->buttons().testFlag(Qt::LeftButton)) {
-        // The release went elsewhere, to a dialog that opened under the pointer.
-        if (m_tools.dragging())
-            m_tools.release(m_layer);
-        return;
+    {
+        const std::lock_guard<std::mutex> locker(m_lock);
+        if (!event->buttons().testFlag(Qt::LeftButton)) {
+            // The release went elsewhere, to a dialog that opened under the pointer.
+            if (m_tools.dragging())
+                m_tools.release(m_layer);
+            return;
+        }
+        m_tools.move(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
+                     {penColor, penWidth, fillEnabled, fillColor}, m_layer, m_view);
+        publishView();
     }
-    m_tools.move(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
-                 {penColor, penWidth, fillEnabled, fillColor}, m_layer, m_view);
-    publishView();
+    // A source in motion carries the stroke with its next frame.
+    if (!m_strokeTimer.isActive() && m_clock.elapsed() - m_lastFrameMs >= REFRESH_INTERVAL_MS)
+        m_strokeTimer.start();
 }
 
 void ImageCanvas::mouseReleaseEvent(QMouseEvent *event)

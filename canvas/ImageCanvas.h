@@ -221,6 +221,8 @@ private:
     QPointer<OSDProcessor> m_osd;
     QTimer m_refreshTimer;
     QTimer m_idleTimer;
+    /// Runs from a stroke over a standing picture to the refresh that shows it.
+    QTimer m_strokeTimer;
     ScaledPicture m_scaledPicture;
     bool m_drawingBoardMode = false;
     QColor m_boardColor = Qt::white;

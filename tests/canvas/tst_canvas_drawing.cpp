@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include <QPainter>
+#include <qpa/qwindowsysteminterface_p.h>
 
 #include <algorithm>
 #include <functional>
@@ -491,6 +492,18 @@ private slots:
         }
     }
 
+    void aStrokeOverAStandingPictureShowsWithoutWaitingForARefresh()
+    {
+        // Not on the screen and not refreshed: nothing but the stroke itself asks for a new
+        // picture.
+        const auto canvas = canvasOf();
+        QTest::qWait(50);
+        canvas->setMouseMode(CanvasModes::Freehand);
+        CanvasMouse::drag(*canvas, {{10, 60}, {90, 60}});
+        QVERIFY(!isRed(canvas->currentImage(), 50, 60));
+        QTRY_VERIFY(isRed(canvas->currentImage(), 50, 60));
+    }
+
     void aFingerDrawsLikeTheMouse()
     {
         const auto canvas = canvasOf();
@@ -505,6 +518,24 @@ private slots:
         QVERIFY(isRed(shown(*canvas), 50, 60));
         QVERIFY(isRed(shown(*canvas), 90, 60));
         QVERIFY(!isRed(shown(*canvas), 100, 60));
+    }
+
+    void aPenDrawsEveryPointThatTheTabletDelivers()
+    {
+        const auto canvas = canvasOf();
+        canvas->show();
+        QVERIFY(QTest::qWaitForWindowExposed(canvas.get()));
+        canvas->setMouseMode(CanvasModes::Freehand);
+        // As with a tablet at an X server: the server moves no mouse for the pen.
+        QWindowSystemInterfacePrivate::TabletEvent::setPlatformSynthesizesMouse(false);
+        const auto zigzag = [](int x) { return QPoint(x, x / 10 % 2 == 0 ? 20 : 100); };
+        penEvent(*canvas, {10, 60}, Qt::LeftButton);
+        for (int x = 20; x <= 150; x += 10)
+            penEvent(*canvas, zigzag(x), Qt::LeftButton);
+        penEvent(*canvas, zigzag(150), Qt::NoButton);
+        QTRY_VERIFY(isRed(shown(*canvas), 150, zigzag(150).y()));
+        for (int x = 20; x <= 150; x += 10)
+            QVERIFY2(isRed(shown(*canvas), x, zigzag(x).y()), qPrintable(QString::number(x)));
     }
 
     void tabletEventsAreLeftToTheToolkitToBecomeMouseEvents()
@@ -522,6 +553,16 @@ private slots:
     }
 
 private:
+    /// What the window system hands to the toolkit when the pen of a tablet is at that point.
+    static void penEvent(QWidget &widget, QPoint point, Qt::MouseButtons buttons)
+    {
+        static ulong milliseconds = 0;
+        QWindowSystemInterface::handleTabletEvent(widget.windowHandle(), ++milliseconds, point,
+                                                  widget.mapToGlobal(point), QTabletEvent::Stylus,
+                                                  QTabletEvent::Pen, buttons, buttons ? 0.5 : 0.0,
+                                                  0, 0, 0.0, 0.0, 0, 1, Qt::NoModifier);
+    }
+
     /// Set once the refresh timer has run after the watch was made.
     struct RefreshWatch : QObject {
         explicit RefreshWatch(ImageCanvas &canvas) { canvas.installEventFilter(this); }

@@ -20,10 +20,10 @@ constexpr QSize PICTURE(1920, 1080);
 
 /// The tools over a layer and a view, without a widget and its lock.
 struct Board {
-    Board()
+    explicit Board(QSize picture = PICTURE)
     {
-        view.setFrameSize(PICTURE);
-        layer.reset(PICTURE);
+        view.setFrameSize(picture);
+        layer.reset(picture);
         ink.penColor = Qt::red;
     }
 
@@ -71,6 +71,25 @@ void shortStroke(benchmark::State &state)
 BENCHMARK(shortStroke)
     ->ArgName("mode")
     ->DenseRange(CanvasModes::Freehand, CanvasModes::Eraser)
+    ->Unit(benchmark::kMicrosecond);
+
+// One line, by the width of the picture (16:9) and the length of the line.
+void lineByPictureAndLength(benchmark::State &state)
+{
+    const int width = static_cast<int>(state.range(0));
+    const int length = static_cast<int>(state.range(1));
+    const int height = width * 9 / 16;
+    Board board(QSize(width, height));
+    int step = 0;
+    for (auto _ : state) {
+        const QPoint from(step * 37 % (width - length), step * 53 % (height - length / 2));
+        board.drag(CanvasModes::Line, from, from + QPoint(length, length / 2));
+        ++step;
+    }
+}
+BENCHMARK(lineByPictureAndLength)
+    ->ArgNames({"width", "length"})
+    ->ArgsProduct({{640, 1280, 1920, 3840}, {20, 100, 400}})
     ->Unit(benchmark::kMicrosecond);
 
 // One move of a shape that is stretched over most of a layer full of drawing.

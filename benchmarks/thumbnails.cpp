@@ -1,10 +1,17 @@
-// How fast the thumbnails of a real folder come: 500 photographs of 12 megapixels through the
-// strip's loader, beside the thumbnailers of the distribution on the same files, one core each.
+// How fast the thumbnails of a real folder come; photographs of 12 megapixels to 56 x 50:
+//   bench_thumbnails race     the strip's loader beside the thumbnailers of the distribution, in
+//                             turns, everything on one core
+//   bench_thumbnails window   500 photographs in the whole program: how soon the thumbnails of the
+//                             strip are there, and how long the window does not answer
+//   bench_thumbnails many     10,000 small pictures in the strip
+#include "mainwindow/MainWindow.h"
+#include "mainwindow/ThumbnailButton.h"
 #include "mainwindow/ThumbnailLoader.h"
 #include "mainwindow/ThumbnailWidget.h"
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
 #include "widgets/HorizontalSlider.h"
+#include "widgets/ImageButton.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -13,12 +20,16 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTimer>
 
+#include <sched.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <functional>
+#include <vector>
 
 namespace
 {
@@ -26,8 +37,8 @@ namespace
 constexpr int PICTURES = 500;
 /// Different pictures; the rest of the folder are links to them.
 constexpr int DIFFERENT = 10;
-/// The command-line tools are measured on as many files as give a steady figure.
-constexpr int YARDSTICK_PICTURES = 60;
+constexpr int RACE_PICTURES = 60;
+constexpr int TURNS = 5;
 
 /// A picture with detail at every scale, as the camera of a telephone gives.
 QImage photograph(int seed)
@@ -47,10 +58,10 @@ QImage photograph(int seed)
     return image;
 }
 
-QStringList makeFolder(const QTemporaryDir &folder)
+QStringList makeFolder(const QTemporaryDir &folder, int count)
 {
     QStringList files;
-    for (int i = 0; i < PICTURES; ++i) {
+    for (int i = 0; i < count; ++i) {
         const QString file = folder.filePath(QString("%1.jpg").arg(i, 4, 10, QChar('0')));
         if (i < DIFFERENT)
             photograph(i).save(file, "jpg", 90);
@@ -61,60 +72,179 @@ QStringList makeFolder(const QTemporaryDir &folder)
     return files;
 }
 
-struct LoaderTimes {
-    qint64 firstMs = 0;
-    qint64 tenthMs = 0;
-    qint64 allMs = 0;
+double processorSeconds(int whose)
+{
+    rusage usage{};
+    getrusage(whose, &usage);
+    const auto seconds = [](const timeval &time) {
+        return double(time.tv_sec) + double(time.tv_usec) * 1e-6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+/// A way to make thumbnails of files, with the seconds that its turns took.
+struct Racer {
+    const char *name;
+    std::function<void(const QStringList &)> work;
+    std::vector<double> elapsed;
+    std::vector<double> processor;
 };
 
-LoaderTimes runLoader(const QStringList &files)
+void runLoader(const QStringList &files)
 {
-    LoaderTimes times;
     ThumbnailLoader loader(nullptr);
     loader.setFileNames(files);
     QEventLoop loop;
+    QObject::connect(&loader, &QThread::finished, &loop, &QEventLoop::quit);
+    loader.start(QThread::InheritPriority);
+    loop.exec();
+}
+
+std::function<void(const QStringList &)> forAll(const QString &program, const QStringList &options)
+{
+    return [=](const QStringList &files) { QProcess::execute(program, options + files); };
+}
+
+/// `FILE` stands for the file in the options.
+std::function<void(const QStringList &)> forEach(const QString &program, const QStringList &options)
+{
+    return [=](const QStringList &files) {
+        for (const QString &file : files) {
+            QStringList arguments = options;
+            arguments.replaceInStrings("FILE", file);
+            QProcess::execute(program, arguments);
+        }
+    };
+}
+
+std::vector<Racer> racersWritingTo(const QString &folder)
+{
+    std::vector<Racer> racers{{"the strip's loader", runLoader, {}, {}}};
+    const auto add = [&racers](const char *name, const QString &program, const auto &work) {
+        if (QStandardPaths::findExecutable(program).isEmpty())
+            std::printf("%s is not installed\n", name);
+        else
+            racers.push_back({name, work, {}, {}});
+    };
+    add("GraphicsMagick", "gm",
+        forAll("gm", {"mogrify", "-create-directories", "-output-directory", folder, "-size",
+                      "56x50", "-thumbnail", "56x50"}));
+    add("ImageMagick", "mogrify",
+        forAll("mogrify",
+               {"-define", "jpeg:size=112x100", "-path", folder, "-thumbnail", "56x50"}));
+    add("vipsthumbnail", "vipsthumbnail",
+        forAll("vipsthumbnail", {"--size", "56x50", "-o", folder + "/%s.jpg"}));
+    add("gdk-pixbuf-thumbnailer", "gdk-pixbuf-thumbnailer",
+        forEach("gdk-pixbuf-thumbnailer", {"-s", "56", "FILE", folder + "/t.png"}));
+    return racers;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+void race()
+{
+    // Threads and processes that come from here inherit the one core.
+    cpu_set_t core;
+    CPU_ZERO(&core);
+    CPU_SET(1, &core);
+    sched_setaffinity(0, sizeof core, &core);
+    qputenv("OMP_NUM_THREADS", "1");
+    qputenv("VIPS_CONCURRENCY", "1");
+
+    QTemporaryDir folder;
+    QTemporaryDir output;
+    const QStringList files = makeFolder(folder, RACE_PICTURES);
+    std::vector<Racer> racers = racersWritingTo(output.path());
     QElapsedTimer clock;
+    for (int turn = 0; turn < TURNS; ++turn) {
+        for (Racer &racer : racers) {
+            const double before = processorSeconds(RUSAGE_SELF) + processorSeconds(RUSAGE_CHILDREN);
+            clock.start();
+            racer.work(files);
+            racer.elapsed.push_back(double(clock.nsecsElapsed()) * 1e-9);
+            racer.processor.push_back(processorSeconds(RUSAGE_SELF) +
+                                      processorSeconds(RUSAGE_CHILDREN) - before);
+        }
+    }
+    std::printf("%d photographs of 4000 x 3000 to 56 x 50 on one core, medians of %d turns\n",
+                RACE_PICTURES, TURNS);
+    for (const Racer &racer : racers)
+        std::printf("  %-24s %5.1f pictures a second, %5.1f ms of processor time each\n",
+                    racer.name, RACE_PICTURES / median(racer.elapsed),
+                    median(racer.processor) * 1e3 / RACE_PICTURES);
+}
+
+/// The longest time between two rounds of the event loop.
+class Stall : public QTimer
+{
+public:
+    Stall()
+    {
+        connect(this, &QTimer::timeout, this, [this] {
+            longestMs = std::max(longestMs, double(m_clock.nsecsElapsed()) * 1e-6);
+            m_clock.start();
+        });
+        m_clock.start();
+        start(0);
+    }
+    double longestMs = 0.0;
+
+private:
+    QElapsedTimer m_clock;
+};
+
+ImageButton *photographModeButton(const MainWindow &window)
+{
+    for (ImageButton *button : window.findChildren<ImageButton *>()) {
+        if (button->accessibleName() == "Photograph")
+            return button;
+    }
+    return nullptr;
+}
+
+int visibleThumbnails(const MainWindow &window)
+{
+    const auto buttons = window.thumbnailWidget()->findChildren<ThumbnailButton *>();
+    return int(std::count_if(buttons.begin(), buttons.end(),
+                             [](const ThumbnailButton *button) { return !button->isHidden(); }));
+}
+
+void measureWindow()
+{
+    QTemporaryDir folder;
+    makeFolder(folder, PICTURES);
+    MainWindow window;
+    window.show();
+    photographModeButton(window)->click();
+    QCoreApplication::processEvents();
+
+    QEventLoop loop;
+    QElapsedTimer clock;
+    std::vector<qint64> arrivals;
+    // Queued behind the strip's own connection: the button has its picture by then.
     QObject::connect(
-        &loader, &ThumbnailLoader::thumbnailLoaded, &loop,
-        [&](int, int index, const QImage &) {
-            if (index == 0)
-                times.firstMs = clock.elapsed();
-            if (index == 9)
-                times.tenthMs = clock.elapsed();
-            if (index == files.size() - 1)
+        window.findChild<ThumbnailLoader *>(), &ThumbnailLoader::thumbnailLoaded, &loop,
+        [&] {
+            arrivals.push_back(clock.elapsed());
+            if (arrivals.size() == PICTURES)
                 loop.quit();
         },
         Qt::QueuedConnection);
     clock.start();
-    loader.start(QThread::InheritPriority);
+    window.findChild<PhotographSource *>()->setDirectory(QDir(folder.path()), "0000.jpg");
+    const qint64 openMs = clock.elapsed();
+    const Stall stall;
     loop.exec();
-    times.allMs = clock.elapsed();
-    return times;
-}
-
-/// Pictures a second of a command that is started once for each file, or once for all of them.
-double runCommand(const QString &program, const QStringList &files,
-                  const std::function<QStringList(const QStringList &)> &arguments, bool oneByOne)
-{
-    if (QStandardPaths::findExecutable(program).isEmpty())
-        return 0;
-    QElapsedTimer clock;
-    clock.start();
-    if (oneByOne) {
-        for (const QString &file : files)
-            QProcess::execute(program, arguments({file}));
-    } else {
-        QProcess::execute(program, arguments(files));
-    }
-    return double(files.size()) * 1000.0 / double(clock.elapsed());
-}
-
-void report(const char *name, double perSecond)
-{
-    if (perSecond > 0)
-        printf("  %-34s %6.1f pictures a second\n", name, perSecond);
-    else
-        printf("  %-34s not installed\n", name);
+    const int visible = visibleThumbnails(window);
+    std::printf("500 photographs: opened with the first picture in %lld ms; thumbnails on their "
+                "buttons: the first after %lld ms, all %d visible ones after %lld ms, all after "
+                "%lld ms; meanwhile the window was away for %.1f ms at the most\n",
+                openMs, arrivals.front(), visible, arrivals[std::size_t(visible - 1)],
+                arrivals.back(), stall.longestMs);
 }
 
 class NoCanvas : public ICaptureCB
@@ -168,47 +298,18 @@ void measureTenThousand()
 
 int main(int argc, char **argv)
 {
-    qputenv("OMP_NUM_THREADS", "1");
-    qputenv("VIPS_CONCURRENCY", "1");
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    if (application.arguments().contains("--many")) {
-        // By itself, as the most memory that a process ever held cannot be counted down again.
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+    const QByteArray work = argc == 2 ? argv[1] : "";
+    if (work == "race")
+        race();
+    else if (work == "window")
+        measureWindow();
+    else if (work == "many")
         measureTenThousand();
-        return 0;
-    }
-    QTemporaryDir folder;
-    QTemporaryDir output;
-    const QStringList files = makeFolder(folder);
-    const QStringList some = files.mid(0, YARDSTICK_PICTURES);
-
-    const LoaderTimes times = runLoader(files);
-    printf("500 photographs of 4000 x 3000 to 56 x 50, one thread\n");
-    printf("  first thumbnail %lld ms, ten of them %lld ms, all %lld ms\n", times.firstMs,
-           times.tenthMs, times.allMs);
-    report("the strip's loader", PICTURES * 1000.0 / double(times.allMs));
-    report("ImageMagick, reduced decode",
-           runCommand(
-               "mogrify", some,
-               [&](const QStringList &inputs) {
-                   return QStringList{"-define",     "jpeg:size=112x100", "-path",
-                                      output.path(), "-thumbnail",        "56x50"} +
-                          inputs;
-               },
-               false));
-    report("vipsthumbnail",
-           runCommand(
-               "vipsthumbnail", some,
-               [&](const QStringList &inputs) {
-                   return QStringList{"--size", "56x50", "-o", output.path() + "/%s.jpg"} + inputs;
-               },
-               false));
-    report("gdk-pixbuf-thumbnailer",
-           runCommand(
-               "gdk-pixbuf-thumbnailer", some,
-               [&](const QStringList &inputs) {
-                   return QStringList{"-s", "56", inputs.first(), output.filePath("t.png")};
-               },
-               true));
+    else
+        return 2;
     return 0;
 }

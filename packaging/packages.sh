@@ -15,11 +15,13 @@ RUN_PACKAGES="
 
 # What the tests drive it with.
 TEST_PACKAGES="
-    libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
+    qtbase5-private-dev libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
     cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils ffmpeg"
 
 # What the benchmarks measure beside it.
-BENCHMARK_PACKAGES="gstreamer1.0-tools libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv"
+BENCHMARK_PACKAGES="
+    gstreamer1.0-tools libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv
+    graphicsmagick libvips-tools libgdk-pixbuf2.0-bin"
 
 # install_packages NAME...: installs those that are missing, as root or through sudo, and says so.
 install_packages() {

@@ -1,0 +1,196 @@
+// How soon a stroke is on the screen, from the mouse event to the end of the painting that shows
+// it, on a canvas of 1000 x 670:
+//   strokelatency still SECONDS          over a standing picture of 1920x1080
+//   strokelatency live SECONDS           over the camera's 1920x1080 at 30 frames a second
+//   strokelatency recording SECONDS FILE   the same while it is recorded
+// The last two need the camera on the bus (virtualcamera-run).
+#include "canvas/ImageCanvas.h"
+#include "sources/LiveSource.h"
+#include "sources/media/CaptureClock.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QTimer>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+constexpr QSize SIZE(1920, 1080);
+constexpr QSize CANVAS(1000, 670);
+constexpr double WARM_UP_SECONDS = 3;
+/// No multiple of a frame's time, so that the strokes meet the frames at every phase.
+constexpr int STROKE_INTERVAL_MS = 47;
+
+/// A canvas that notes when each point of a stroke is painted.
+class TimedCanvas : public ImageCanvas
+{
+public:
+    using ImageCanvas::imageCaptured;
+    void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override
+    {
+        ++m_frames;
+        ImageCanvas::imageCaptured(pixels, width, height, mirror, rgb32);
+    }
+
+    /// Any thread. The moment counts from here, the way through the event queue included.
+    void post(QEvent::Type type, QPoint point, Qt::MouseButton button)
+    {
+        auto *event = new QMouseEvent(type, point, button, Qt::LeftButton, Qt::NoModifier);
+        event->setTimestamp(static_cast<ulong>(captureMicroseconds()));
+        QCoreApplication::postEvent(this, event);
+    }
+
+    void reset() { m_latenciesMs.clear(), m_framesLate.clear(), m_pending.clear(); }
+    [[nodiscard]] const std::vector<double> &latenciesMs() const { return m_latenciesMs; }
+    /// Frames that began between a point and the painting that showed it.
+    [[nodiscard]] const std::vector<int> &framesLate() const { return m_framesLate; }
+
+protected:
+    void mouseMoveEvent(QMouseEvent *event) override
+    {
+        ImageCanvas::mouseMoveEvent(event);
+        m_pending.push_back({transformMousePoint(event->pos()),
+                             static_cast<qint64>(event->timestamp()), m_frames.load()});
+    }
+
+    void paintEvent(QPaintEvent *event) override
+    {
+        // What is painted is the current picture or a newer one.
+        const QImage picture = m_pending.empty() ? QImage() : currentImage();
+        ImageCanvas::paintEvent(event);
+        const qint64 now = captureMicroseconds();
+        const auto shown = [&](const Point &point) {
+            if (picture.pixelColor(point.picturePoint) != penColor)
+                return false;
+            m_latenciesMs.push_back(static_cast<double>(now - point.microseconds) / 1e3);
+            m_framesLate.push_back(m_frames - point.frames);
+            return true;
+        };
+        m_pending.erase(std::remove_if(m_pending.begin(), m_pending.end(), shown), m_pending.end());
+    }
+
+private:
+    struct Point {
+        QPoint picturePoint;
+        qint64 microseconds;
+        int frames;
+    };
+
+    std::atomic<int> m_frames{0};
+    std::vector<Point> m_pending;
+    std::vector<double> m_latenciesMs;
+    std::vector<int> m_framesLate;
+};
+
+void runFor(double seconds)
+{
+    QTimer::singleShot(static_cast<int>(seconds * 1000), qApp, &QApplication::quit);
+    QApplication::exec();
+}
+
+/// A hand that draws: one stroke over the whole picture, line by line, never twice over a point.
+class Hand
+{
+public:
+    explicit Hand(TimedCanvas &canvas)
+        : m_thread([this, &canvas] { draw(canvas); })
+    {
+    }
+    ~Hand()
+    {
+        m_stop = true;
+        m_thread.join();
+    }
+
+private:
+    void draw(TimedCanvas &canvas)
+    {
+        QPoint point(20, 70);
+        canvas.post(QEvent::MouseButtonPress, point, Qt::LeftButton);
+        while (!m_stop) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(STROKE_INTERVAL_MS));
+            point.rx() += 12;
+            if (point.x() > CANVAS.width() - 20)
+                point = {20, point.y() + 12};
+            canvas.post(QEvent::MouseMove, point, Qt::NoButton);
+        }
+    }
+
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+int report(const char *work, const TimedCanvas &canvas)
+{
+    std::vector<double> times = canvas.latenciesMs();
+    std::vector<int> frames = canvas.framesLate();
+    if (times.empty())
+        return 1;
+    std::sort(times.begin(), times.end());
+    std::sort(frames.begin(), frames.end());
+    const auto at = [](const auto &sorted, double part) {
+        return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
+    };
+    const auto next = std::upper_bound(frames.begin(), frames.end(), 1) - frames.begin();
+    std::printf("%s: %zu points; from the mouse to the screen median %.1f ms, p99 %.1f ms, worst "
+                "%.1f ms; %.1f %% with the next frame, the latest after %d frames\n",
+                work, times.size(), at(times, 0.5), at(times, 0.99), times.back(),
+                100.0 * static_cast<double>(next) / static_cast<double>(frames.size()),
+                frames.back());
+    return 0;
+}
+
+int measure(const char *work, TimedCanvas &canvas, double seconds)
+{
+    runFor(WARM_UP_SECONDS);
+    canvas.reset();
+    const Hand hand(canvas);
+    runFor(seconds);
+    return report(work, canvas);
+}
+
+int measureLive(const char *work, TimedCanvas &canvas, double seconds, const QString &movie)
+{
+    LiveSource source(&canvas, SIZE, SIZE, nullptr);
+    while (!source.running())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (!movie.isEmpty())
+        source.startRecord(movie);
+    const int result = measure(work, canvas, seconds);
+    if (!movie.isEmpty())
+        source.stopRecord();
+    return result;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    const QByteArray work = argc >= 3 ? argv[1] : "";
+    const double seconds = argc >= 3 ? QByteArray(argv[2]).toDouble() : 0;
+    if (seconds <= 0)
+        return 2;
+    TimedCanvas canvas;
+    canvas.resize(CANVAS);
+    canvas.setMouseMode(CanvasModes::Freehand);
+    canvas.penColor = Qt::red;
+    canvas.show();
+    if (work == "live" || (work == "recording" && argc == 4))
+        return measureLive(argv[1], canvas, seconds, QString::fromLocal8Bit(argv[3]));
+    if (work != "still")
+        return 2;
+    QImage picture(SIZE, QImage::Format_RGB888);
+    picture.fill(Qt::white);
+    canvas.ImageCanvas::imageCaptured(picture);
+    canvas.startAutoRefresh();
+    return measure(argv[1], canvas, seconds);
+}

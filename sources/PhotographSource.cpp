@@ -43,6 +43,11 @@ void PhotographSource::setPlayInterval(int ms)
     m_playIntervalMs = ms;
 }
 
+int PhotographSource::playInterval() const
+{
+    return m_playIntervalMs;
+}
+
 QStringList PhotographSource::fileNameList() const
 {
     QStringList paths;

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] int photographCount() const;
     /// Milliseconds between two pictures of the slideshow, from the next play() on.
     void setPlayInterval(int ms);
+    [[nodiscard]] int playInterval() const;
     /// Full paths, in the order shown.
     [[nodiscard]] QStringList fileNameList() const;
 

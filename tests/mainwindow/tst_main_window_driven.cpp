@@ -364,7 +364,7 @@ void TestMainWindowDriven::textIsWrittenAsChosen()
         if (i == 1)
             smaller = inked(area, colors[i]);
         if (i == 3)
-            QVERIFY(inked(area, colors[i]) > 2 * smaller);
+            QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 2 * smaller, PATIENCE_MS);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QMessageBox>
 #include <QRegularExpression>
@@ -25,6 +26,7 @@ private slots:
     void seriesBelongsToItsCanvas();
     void recordingWithoutAFolderSaysSo();
     void recordingShowsItselfAndUnfreezes();
+    void aRecordingReplacesTheFileOfItsSecond();
     void recordingSurvivesAModeChange();
     void withoutAPrinterItSaysSo();
 };
@@ -142,6 +144,23 @@ void TestWindowCapture::recordingShowsItselfAndUnfreezes()
             QVERIFY(!records[0]->isChecked() && !records[1]->isChecked());
         }
     }
+}
+
+void TestWindowCapture::aRecordingReplacesTheFileOfItsSecond()
+{
+    const QTemporaryDir folder;
+    Config::setRecordPath(folder.path());
+    const QDateTime now = QDateTime::currentDateTime();
+    constexpr int COMING_SECONDS = 60;
+    for (int i = 0; i < COMING_SECONDS; ++i) {
+        QFile file(folder.filePath(now.addSecs(i).toString("yyyy-MM-dd_hh-mm-ss") + ".mov"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    // Without a camera nothing takes the place of the one that goes.
+    const MainWindow window;
+    window.panelButton(PanelButton::Record)->click();
+    QVERIFY(window.recording());
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), COMING_SECONDS - 1);
 }
 
 void TestWindowCapture::recordingSurvivesAModeChange()

@@ -1,11 +1,13 @@
 #include "WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "sources/PhotographSource.h"
 #include "widgets/Slider.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 using ButtonTable::PanelButton;
@@ -156,10 +158,17 @@ void TestWindowMedia::intervalPlacesReachTheSource()
     const int seconds[] = {1, 2, 5, 10, 15, 30};
     for (int i = 0; i < 6; ++i)
         QCOMPARE(PHOTOGRAPH_PLAY_INTERVALS[std::size_t(i)], seconds[i]);
-    for (const int place : {5, 3, 0})
+    const auto *source = window.findChild<PhotographSource *>();
+    QSignalSpy changed(interval, SIGNAL(valueChanged(int)));
+    for (const int place : {5, 3, 0}) {
         interval->setValue(place);
-    window.photographPlayIntervalChanged(-1);
-    window.photographPlayIntervalChanged(6);
+        QCOMPARE(source->playInterval(), seconds[place] * 1000);
+    }
+    QCOMPARE(changed.count(), 3);
+    for (const int outside : {-1, 6}) {
+        window.photographPlayIntervalChanged(outside);
+        QCOMPARE(source->playInterval(), 1000);
+    }
     for (const QLabel *label :
          window.findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {
         if (!label->text().contains("sec"))

@@ -24,6 +24,8 @@ private slots:
     void theCurrentModesButtonChangesNothing();
     void panelFollowsTheCanvasOfTheMode();
     void sidePanelOpensAndCloses();
+    void aLargeWindowKeepsItsSizeWithThePanel_data();
+    void aLargeWindowKeepsItsSizeWithThePanel();
 };
 
 void TestWindowModes::modesShowTheirPartsAndButtons_data()
@@ -157,6 +159,31 @@ void TestWindowModes::sidePanelOpensAndCloses()
     window.expand();
     QCOMPARE(window.width(), 800);
     QCOMPARE(window.geometry().right(), right);
+}
+
+void TestWindowModes::aLargeWindowKeepsItsSizeWithThePanel_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::newRow("maximised") << int(Qt::WindowMaximized);
+    QTest::newRow("full screen") << int(Qt::WindowFullScreen);
+}
+
+void TestWindowModes::aLargeWindowKeepsItsSizeWithThePanel()
+{
+    QFETCH(int, state);
+    MainWindow window;
+    window.show();
+    window.setWindowState(Qt::WindowState(state));
+    QTRY_VERIFY(window.windowState() & Qt::WindowState(state));
+    QCoreApplication::processEvents();
+    const QRect before = window.geometry();
+    const QRect open = stack(window)->geometry();
+    button(window, "Side panel")->click();
+    QCOMPARE(window.geometry(), before);
+    QCOMPARE(stack(window)->geometry(), open.adjusted(-138, 0, 0, 0));
+    button(window, "Side panel")->click();
+    QCOMPARE(window.geometry(), before);
+    QCOMPARE(stack(window)->geometry(), open);
 }
 
 QTEST_MAIN(TestWindowModes)

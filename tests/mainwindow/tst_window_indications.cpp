@@ -1,0 +1,174 @@
+#include "WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+#include "canvas/OSDProcessor.h"
+
+#include <QPainter>
+#include <QPushButton>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+namespace
+{
+
+constexpr int BOARD = 3;
+
+OSDProcessor *indicationsOf(const MainWindow &window)
+{
+    return window.osdProcessors().value(window.currentCanvas());
+}
+
+/// What is painted over the picture now.
+QImage painted(const MainWindow &window)
+{
+    QImage image(window.currentCanvas()->size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    indicationsOf(window)->postPaint(&painter);
+    return image;
+}
+
+void click(const MainWindow &window, PanelButton button)
+{
+    window.panelButton(button)->click();
+}
+
+/// What is done to a window, by its buttons or behind their backs.
+using Deed = std::function<void(MainWindow &)>;
+
+struct Case {
+    const char *name;
+    int mode;
+    Deed byButton;
+    /// The same to the canvas, and the indication that belongs to it.
+    Deed byHand;
+};
+
+const std::vector<Case> &cases()
+{
+    static const std::vector<Case> all{
+        {"optical zoom in", 0, [](MainWindow &w) { w.zoomInStart(); },
+         [](MainWindow &w) { indicationsOf(w)->osdOpticalZoomOn(); }},
+        {"optical zoom out", 0, [](MainWindow &w) { w.zoomOutStart(); },
+         [](MainWindow &w) { indicationsOf(w)->osdOpticalZoomOn(); }},
+        {"optical zoom reset", 0, [](MainWindow &w) { click(w, PanelButton::ZoomReset); },
+         [](MainWindow &w) { indicationsOf(w)->osdZoomIn(); }},
+        {"auto focus", 0, [](MainWindow &w) { click(w, PanelButton::AutoFocus); },
+         [](MainWindow &w) { indicationsOf(w)->osdAutoFocus(); }},
+        {"darker", 0, [](MainWindow &w) { click(w, PanelButton::BrightnessDown); },
+         [](MainWindow &w) { indicationsOf(w)->osdBrightness(); }},
+        {"brighter", 0, [](MainWindow &w) { click(w, PanelButton::BrightnessUp); },
+         [](MainWindow &w) { indicationsOf(w)->osdBrightness(); }},
+        {"turn", 0, [](MainWindow &w) { click(w, PanelButton::Rotate); },
+         [](MainWindow &w) {
+             w.currentCanvas()->rotate();
+             indicationsOf(w)->osdRotate();
+         }},
+        {"turn back", 0, [](MainWindow &w) { w.rotateRev(); },
+         [](MainWindow &w) {
+             w.currentCanvas()->rotateRev();
+             indicationsOf(w)->osdRotate();
+         }},
+        {"freeze", 0, [](MainWindow &w) { click(w, PanelButton::Freeze); },
+         [](MainWindow &w) {
+             w.currentCanvas()->frozen = true;
+             indicationsOf(w)->osdFreeze();
+         }},
+        {"macro", 0,
+         [](MainWindow &w) {
+             // A checkable button, as somebody may place one.
+             QPushButton button;
+             button.setCheckable(true);
+             QObject::connect(&button, SIGNAL(clicked()), &w, SLOT(macro()));
+             button.click();
+         },
+         [](MainWindow &w) { indicationsOf(w)->osdMacro(true); }},
+        {"record", 0, [](MainWindow &w) { click(w, PanelButton::Record); },
+         [](MainWindow &w) { indicationsOf(w)->osdRecord(); }},
+        {"zoom in", BOARD, [](MainWindow &w) { w.zoomInStart(); },
+         [](MainWindow &w) {
+             w.currentCanvas()->zoomIn();
+             indicationsOf(w)->osdZoomIn();
+         }},
+        {"zoom out", BOARD, [](MainWindow &w) { w.zoomOutStart(); },
+         [](MainWindow &w) {
+             w.currentCanvas()->zoomOut();
+             indicationsOf(w)->osdZoomOut();
+         }},
+        {"zoom reset", BOARD, [](MainWindow &w) { click(w, PanelButton::ZoomReset); },
+         [](MainWindow &w) {
+             w.currentCanvas()->zoomReset();
+             indicationsOf(w)->osdZoomIn();
+         }},
+    };
+    return all;
+}
+
+} // namespace
+
+/// Every action shows its own indication on the canvas of the mode.
+class TestWindowIndications : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init() { usualSettings(); }
+    void actionsShowTheirIndications_data();
+    void actionsShowTheirIndications();
+    void theZoomIndicationGoesWithTheButton();
+    void theClockEndsWithTheRecording();
+};
+
+void TestWindowIndications::actionsShowTheirIndications_data()
+{
+    QTest::addColumn<int>("index");
+    for (std::size_t i = 0; i < cases().size(); ++i)
+        QTest::newRow(cases()[i].name) << int(i);
+}
+
+void TestWindowIndications::actionsShowTheirIndications()
+{
+    QFETCH(int, index);
+    const Case &each = cases()[std::size_t(index)];
+    MainWindow window;
+    MainWindow reference;
+    for (MainWindow *either : {&window, &reference}) {
+        either->show();
+        enter(*either, each.mode);
+        indicationsOf(*either)->setClock([] { return 1000; });
+    }
+    const QImage nothing = painted(window);
+    each.byButton(window);
+    each.byHand(reference);
+    QVERIFY(painted(window) != nothing);
+    QCOMPARE(painted(window), painted(reference));
+}
+
+void TestWindowIndications::theZoomIndicationGoesWithTheButton()
+{
+    MainWindow window;
+    window.show();
+    const QImage nothing = painted(window);
+    for (const PanelButton which : {PanelButton::ZoomIn, PanelButton::ZoomOut}) {
+        QTest::mousePress(window.panelButton(which), Qt::LeftButton);
+        QVERIFY(painted(window) != nothing);
+        QTest::mouseRelease(window.panelButton(which), Qt::LeftButton);
+        QCOMPARE(painted(window), nothing);
+    }
+}
+
+void TestWindowIndications::theClockEndsWithTheRecording()
+{
+    MainWindow window;
+    window.show();
+    const QImage nothing = painted(window);
+    click(window, PanelButton::Record);
+    QVERIFY(painted(window) != nothing);
+    click(window, PanelButton::Record);
+    QCOMPARE(painted(window), nothing);
+}
+
+QTEST_MAIN(TestWindowIndications)
+#include "tst_window_indications.moc"

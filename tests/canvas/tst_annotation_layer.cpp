@@ -252,6 +252,23 @@ private slots:
         QCOMPARE(pictureOf(layer), before);
     }
 
+    void turningLosesNoRowOfATile_data() { turningTurnsDrawingAndTouchedTiles_data(); }
+
+    void turningLosesNoRowOfATile()
+    {
+        // The last pixel of a tile turns into the last pixel of a tile, or into the first.
+        QFETCH(bool, clockwise);
+        const int tile = AnnotationLayer::TILE;
+        for (const QSize size : {QSize(2 * tile - 1, 2 * tile - 1), QSize(2 * tile, 2 * tile)}) {
+            for (const QPoint corner : {QPoint(tile - 1, tile - 1), QPoint(0, 0)}) {
+                AnnotationLayer layer = layerOf(size);
+                fill(layer, QRect(corner, QSize(1, 1)), Qt::red);
+                layer.turn(clockwise);
+                QVERIFY(everyDrawnPixelIsTouched(layer));
+            }
+        }
+    }
+
     void clearingForgetsTheUse()
     {
         AnnotationLayer layer = layerOf();

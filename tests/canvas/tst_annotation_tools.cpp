@@ -79,6 +79,13 @@ QImage painted(const AnnotationTools::Ink &ink, const std::function<void(QPainte
     return picture;
 }
 
+int warnings = 0;
+
+void countWarning(QtMsgType, const QMessageLogContext &, const QString &)
+{
+    ++warnings;
+}
+
 void addDrawingModes()
 {
     QTest::addColumn<Mode>("mode");
@@ -132,7 +139,11 @@ private slots:
         for (const int width : {0, -1, -1000}) {
             Board board;
             board.ink.penWidth = width;
+            warnings = 0;
+            const QtMessageHandler before = qInstallMessageHandler(countWarning);
             board.drag(CanvasModes::Line, {10, 50}, {100, 50});
+            qInstallMessageHandler(before);
+            QCOMPARE(warnings, 0);
             QCOMPARE(board.picture().pixelColor(50, 50).alpha(), 255);
             QCOMPARE(board.picture().pixelColor(50, 49).alpha(), 0);
             QCOMPARE(board.picture().pixelColor(50, 51).alpha(), 0);

@@ -1,6 +1,7 @@
 #include "WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "sources/FilmSource.h"
 #include "sources/PhotographSource.h"
 #include "widgets/Slider.h"
 
@@ -38,7 +39,7 @@ private slots:
     void init() { usualSettings(); }
     void photographsAreChosenByOneOfThem();
     void cancelledDialogsChangeNothing();
-    void aVanishedFilmIsIgnored();
+    void aVanishedFileIsIgnored();
     void slideshowButtonFollowsTheShow();
     void intervalPlacesReachTheSource();
     void longIndexesFitTheirLabel();
@@ -89,26 +90,45 @@ void TestWindowMedia::cancelledDialogsChangeNothing()
     QCOMPARE(window.currentCanvas()->currentImage(), before);
 }
 
-void TestWindowMedia::aVanishedFilmIsIgnored()
+void TestWindowMedia::aVanishedFileIsIgnored()
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath("film.mov");
-    QFile film(path);
-    QVERIFY(film.open(QIODevice::WriteOnly));
-    film.close();
     MainWindow window;
-    enter(window, 1);
-    whenAsked<QFileDialog>(&window, [path](QFileDialog *dialog) {
-        dialog->setDirectory(QFileInfo(path).path());
-        dialog->selectFile(path);
-        QFile::remove(path);
-        // The dialog itself would refuse a file that has gone; it has gone a moment later.
-        emit dialog->fileSelected(path);
-        static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
-    });
-    button(window, "Open film")->click();
-    button(window, "Play")->click();
-    window.filmTick();
+    window.show();
+    const struct {
+        int mode;
+        const char *opener;
+        QString path;
+    } files[] = {
+        {1, "Open film", folder.filePath("film.mov")},
+        {2, "Open folder of photographs", pictureFile(folder.path(), "a.png", 0xFFFF0000)},
+    };
+    QSignalSpy ticks(window.findChild<FilmSource *>(), SIGNAL(tick()));
+    QSignalSpy changes(window.findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
+    for (const auto &each : files) {
+        QFile file(each.path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        file.close();
+        enter(window, each.mode);
+        const QImage before = window.currentCanvas()->currentImage();
+        QString chosen;
+        whenAsked<QFileDialog>(&window, [&](QFileDialog *dialog) {
+            dialog->setDirectory(folder.path());
+            dialog->selectFile(each.path);
+            // The dialog itself would refuse a file that has gone; it has gone a moment later.
+            QFile::remove(each.path);
+            chosen = dialog->selectedFiles().value(0);
+            static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+        });
+        button(window, each.opener)->click();
+        QCOMPARE(chosen, each.path);
+        // An opened film ticks ten times a second.
+        QTest::qWait(350);
+        QCOMPARE(window.currentCanvas()->currentImage(), before);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+    QCOMPARE(ticks.count(), 0);
+    QCOMPARE(changes.count(), 0);
 }
 
 void TestWindowMedia::slideshowButtonFollowsTheShow()

@@ -1,13 +1,9 @@
 #include "sources/media/FilmPipelineGst.h"
 
-#include "sources/media/PlanarToRgb.h"
-
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
 
-#include <array>
-#include <gst/video/video.h>
+#include <gst/app/gstappsink.h>
 #include <utility>
 
 namespace
@@ -16,14 +12,6 @@ namespace
 // Flags of playbin: picture, sound, volume in software where the sound sink has none, and
 // deinterlacing. No subtitles and no colour controls.
 constexpr int playFlags = 0x1 | 0x2 | 0x10 | 0x200;
-
-// Each in another plugin, whose libraries are read from the disk when it is first used.
-constexpr std::array usualElements{
-    "playbin",      "typefind",       "qtdemux",      "h264parse",     "avdec_h264", "avidemux",
-    "jpegdec",      "mpegaudioparse", "videoconvert", "videoflip",     "appsink",    "deinterlace",
-    "audioconvert", "audioresample",  "volume",       "autoaudiosink", "pulsesink"};
-
-constexpr std::size_t mostPicturesDue = 2;
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
 {
@@ -40,66 +28,6 @@ FilmPipelineGst::Result resultOf(GstStateChangeReturn change)
 }
 
 } // namespace
-
-void DuePictures::expect(quint64 film)
-{
-    const std::lock_guard lock(m_mutex);
-    m_film = film;
-    m_samples.clear();
-    m_newest.reset();
-}
-
-void DuePictures::put(quint64 film, GstPtr<GstSample> sample)
-{
-    const std::lock_guard lock(m_mutex);
-    if (film != m_film)
-        return;
-    if (m_newest && gst_sample_get_buffer(m_newest.get()) == gst_sample_get_buffer(sample.get()))
-        return;
-    m_newest.reset(gst_sample_ref(sample.get()));
-    m_samples.push_back(std::move(sample));
-    if (m_samples.size() > mostPicturesDue)
-        m_samples.pop_front();
-}
-
-GstPtr<GstSample> DuePictures::take()
-{
-    const std::lock_guard lock(m_mutex);
-    if (m_samples.empty())
-        return nullptr;
-    GstPtr<GstSample> sample = std::move(m_samples.front());
-    m_samples.pop_front();
-    return sample;
-}
-
-bool DuePictures::anySinceClear() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_newest != nullptr;
-}
-
-void DuePictures::clear(quint64 film)
-{
-    const std::lock_guard lock(m_mutex);
-    if (film != m_film)
-        return;
-    m_samples.clear();
-    m_newest.reset();
-}
-
-void FilmPipelineGst::load()
-{
-    static const bool initialised = gst_init_check(nullptr, nullptr, nullptr);
-    if (!initialised)
-        return;
-    for (const char *name : usualElements) {
-        if (GstElementFactory *factory = gst_element_factory_find(name)) {
-            if (GstPluginFeature *loaded = gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)))
-                gst_object_unref(loaded);
-            gst_object_unref(factory);
-        }
-    }
-}
 
 std::unique_ptr<FilmPipelineGst>
 FilmPipelineGst::create(const QString &path, bool silent, quint64 film, DuePictures &pictures,
@@ -268,48 +196,4 @@ double positionOf(GstElement *pipeline)
     if (!gst_element_query_position(pipeline, GST_FORMAT_TIME, &position) || position < 0)
         return -1;
     return static_cast<double>(position) / GST_SECOND;
-}
-
-namespace
-{
-
-/// The picture in packed RGB: the frame's own memory, or `converted` when the frame is planar.
-QImage packed(const GstVideoFrame &frame, std::vector<uchar> &converted)
-{
-    const int width = GST_VIDEO_FRAME_WIDTH(&frame);
-    const int height = GST_VIDEO_FRAME_HEIGHT(&frame);
-    const auto row = [&frame](int plane, int line) {
-        return static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, plane)) +
-               static_cast<std::ptrdiff_t>(line) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, plane);
-    };
-    if (GST_VIDEO_FRAME_FORMAT(&frame) == GST_VIDEO_FORMAT_RGB)
-        return {row(0, 0), width, height, GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0),
-                QImage::Format_RGB888};
-
-    const GstVideoColorimetry &colours = frame.info.colorimetry;
-    double kr = 0.299;
-    double kb = 0.114;
-    gst_video_color_matrix_get_Kr_Kb(colours.matrix, &kr, &kb);
-    const PlanarToRgb convert(kr, kb, colours.range == GST_VIDEO_COLOR_RANGE_0_255);
-    const int stride = (width * 3 + 3) / 4 * 4;
-    converted.resize(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y)
-        convert.row(row(0, y), row(1, y / 2), row(2, y / 2),
-                    converted.data() + static_cast<std::ptrdiff_t>(y) * stride, width);
-    return {converted.data(), width, height, stride, QImage::Format_RGB888};
-}
-
-} // namespace
-
-bool showSample(GstSample *sample, std::vector<uchar> &converted,
-                const std::function<void(const QImage &picture)> &show)
-{
-    GstVideoInfo info;
-    GstVideoFrame frame;
-    if (!gst_video_info_from_caps(&info, gst_sample_get_caps(sample)) ||
-        !gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ))
-        return false;
-    show(packed(frame, converted));
-    gst_video_frame_unmap(&frame);
-    return true;
 }

@@ -1,5 +1,6 @@
 #include "sources/media/MoviePipelineGst.h"
 
+#include "sources/media/MediaLibrary.h"
 #include "sources/media/MovieEncoders.h"
 
 #include <QCoreApplication>
@@ -77,7 +78,7 @@ bool MoviePipeline::waitUntilClosed(std::chrono::seconds patience)
 
 void MoviePipeline::open(const MovieWriter::Settings &settings)
 {
-    gst_init_check(nullptr, nullptr, nullptr);
+    MediaLibrary::initialise();
     const QString encoder = MovieEncoders::firstWorking(
         settings.encoders.isEmpty() ? MovieEncoders::names() : settings.encoders,
         settings.pictureSize);

@@ -1,4 +1,5 @@
 #include "sources/media/CaptureClock.h"
+#include "sources/media/MediaLibrary.h"
 #include "sources/media/SoundCapture.h"
 #include "sources/media/SoundPump.h"
 
@@ -187,7 +188,7 @@ public:
     void run()
     {
         pthread_setname_np(pthread_self(), "SoundDevice");
-        gst_init_check(nullptr, nullptr, nullptr);
+        MediaLibrary::initialise();
         bool reported = false;
         while (!waitForStop(std::chrono::seconds(0))) {
             const DeviceWatch watch;

@@ -1,0 +1,143 @@
+#include "sources/media/FilmWishes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
+#include <utility>
+
+quint64 FilmWishes::setFilm(std::optional<QString> path, FilmPlayer::Events events)
+{
+    const std::lock_guard lock(m_mutex);
+    m_film = {m_film.number + 1, std::move(path), std::move(events)};
+    m_motion = {};
+    m_place = 0;
+    m_length = 0;
+    return m_film.number;
+}
+
+void FilmWishes::play()
+{
+    const std::lock_guard lock(m_mutex);
+    m_motion = {true, true};
+}
+
+void FilmWishes::pause()
+{
+    const std::lock_guard lock(m_mutex);
+    m_motion = {};
+}
+
+void FilmWishes::seek(double seconds, FilmPlayer::Completion completion)
+{
+    const std::lock_guard lock(m_mutex);
+    double place = std::isfinite(seconds) ? std::max(0.0, seconds) : 0.0;
+    if (m_length > 0)
+        place = std::min(place, m_length);
+    m_seeks.push_back({m_film.number, place, std::move(completion)});
+    m_motion.again = false;
+    m_place = place;
+}
+
+void FilmWishes::setVolume(float volume)
+{
+    const std::lock_guard lock(m_mutex);
+    m_volume = std::clamp(volume, 0.0F, 1.0F);
+}
+
+void FilmWishes::finish()
+{
+    const std::lock_guard lock(m_mutex);
+    m_finished = true;
+}
+
+std::optional<double> FilmWishes::place() const
+{
+    const std::lock_guard lock(m_mutex);
+    m_lastTime = m_place.value_or(m_lastTime);
+    return m_place;
+}
+
+double FilmWishes::answered(double seconds)
+{
+    const std::lock_guard lock(m_mutex);
+    if (seconds >= 0)
+        m_lastTime = seconds;
+    return m_lastTime;
+}
+
+bool FilmWishes::finished() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_finished;
+}
+
+std::optional<FilmWishes::Film> FilmWishes::otherFilm(quint64 than) const
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_film.number == than)
+        return std::nullopt;
+    return m_film;
+}
+
+float FilmWishes::volume() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_volume;
+}
+
+std::deque<FilmWishes::Seek> FilmWishes::takeSeeks(quint64 film)
+{
+    const std::lock_guard lock(m_mutex);
+    return takeSeeksIf([film](const Seek &seek) { return seek.film == film; });
+}
+
+std::deque<FilmWishes::Seek> FilmWishes::takeSeeksOfOthers(quint64 film)
+{
+    const std::lock_guard lock(m_mutex);
+    return takeSeeksIf([film](const Seek &seek) { return seek.film != film; });
+}
+
+std::deque<FilmWishes::Seek>
+FilmWishes::takeSeeksIf(const std::function<bool(const Seek &)> &wanted)
+{
+    const auto first = std::stable_partition(m_seeks.begin(), m_seeks.end(), std::not_fn(wanted));
+    std::deque<Seek> taken(std::make_move_iterator(first), std::make_move_iterator(m_seeks.end()));
+    m_seeks.erase(first, m_seeks.end());
+    return taken;
+}
+
+std::optional<FilmWishes::Motion> FilmWishes::takeMotion(quint64 film)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_film.number != film)
+        return std::nullopt;
+    const Motion motion = m_motion;
+    m_motion.again = false;
+    return motion;
+}
+
+bool FilmWishes::ended(quint64 film)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_film.number != film || !m_seeks.empty())
+        return false;
+    m_motion.again = false;
+    return true;
+}
+
+void FilmWishes::setPlace(quint64 film, std::optional<double> seconds)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_film.number == film && m_seeks.empty())
+        m_place = seconds;
+}
+
+bool FilmWishes::setLength(quint64 film, double seconds)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_film.number != film)
+        return false;
+    m_length = seconds;
+    return true;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <gst/gst.h>
+#include <memory>
+
+struct GstUnref {
+    void operator()(GstElement *element) const { gst_object_unref(element); }
+    void operator()(GstSample *sample) const { gst_sample_unref(sample); }
+    void operator()(GstMessage *message) const { gst_message_unref(message); }
+    void operator()(GMainContext *context) const { g_main_context_unref(context); }
+    void operator()(GSource *source) const { g_source_unref(source); }
+};
+template <class T>
+using GstPtr = std::unique_ptr<T, GstUnref>;

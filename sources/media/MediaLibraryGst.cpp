@@ -1,0 +1,82 @@
+#include "sources/media/MediaLibrary.h"
+
+#include "sources/media/GstPointers.h"
+
+#include <array>
+#include <initializer_list>
+
+namespace
+{
+
+// Each in another plugin, whose libraries are read from the disk when it is first used.
+constexpr std::array filmElements{
+    "playbin",      "typefind",       "qtdemux",      "h264parse",     "avdec_h264", "avidemux",
+    "jpegdec",      "mpegaudioparse", "videoconvert", "videoflip",     "appsink",    "deinterlace",
+    "audioconvert", "audioresample",  "volume",       "autoaudiosink", "pulsesink"};
+constexpr std::array movieElements{"appsrc", "x264enc",   "h264parse", "queue",
+                                   "qtmux",  "avenc_aac", "aacparse",  "filesink"};
+
+constexpr std::array rehearsals{
+    "videotestsrc num-buffers=3 pattern=black ! video/x-raw,format=I420,width=64,height=64"
+    " ! x264enc speed-preset=superfast tune=zerolatency ! h264parse ! avdec_h264"
+    " ! videoconvert ! videoflip video-direction=auto ! video/x-raw,format={I420,RGB}"
+    " ! fakesink sync=false",
+    "audiotestsrc num-buffers=3 wave=silence ! avenc_aac ! aacparse ! avdec_aac ! audioconvert"
+    " ! audioresample ! volume ! fakesink sync=false"};
+constexpr GstClockTime patience = 3 * GST_SECOND;
+
+template <class Names>
+void load(const Names &names)
+{
+    MediaLibrary::initialise();
+    for (const char *name : names) {
+        if (GstElementFactory *factory = gst_element_factory_find(name)) {
+            if (GstPluginFeature *loaded = gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)))
+                gst_object_unref(loaded);
+            gst_object_unref(factory);
+        }
+    }
+}
+
+void runToItsEnd(const char *description)
+{
+    GError *error = nullptr;
+    GstElement *launched = gst_parse_launch(description, &error);
+    const bool complete = launched && !error;
+    g_clear_error(&error);
+    if (!launched)
+        return;
+    const GstPtr<GstElement> pipeline(GST_ELEMENT(gst_object_ref_sink(launched)));
+    if (complete &&
+        gst_element_set_state(launched, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE) {
+        GstBus *bus = gst_element_get_bus(launched);
+        const GstPtr<GstMessage> end(gst_bus_timed_pop_filtered(
+            bus, patience, static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+        gst_object_unref(bus);
+    }
+    gst_element_set_state(launched, GST_STATE_NULL);
+}
+
+} // namespace
+
+void MediaLibrary::initialise()
+{
+    gst_init_check(nullptr, nullptr, nullptr);
+}
+
+void MediaLibrary::loadFilmElements()
+{
+    load(filmElements);
+}
+
+void MediaLibrary::loadMovieElements()
+{
+    load(movieElements);
+}
+
+void MediaLibrary::rehearse()
+{
+    initialise();
+    for (const char *description : rehearsals)
+        runToItsEnd(description);
+}

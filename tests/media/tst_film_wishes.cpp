@@ -1,0 +1,173 @@
+#include "sources/media/FilmWishes.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+QVector<double> placesOf(const std::deque<FilmWishes::Seek> &seeks)
+{
+    QVector<double> places;
+    for (const FilmWishes::Seek &seek : seeks)
+        places.append(seek.seconds);
+    return places;
+}
+
+} // namespace
+
+class FilmWishesTest : public QObject
+{
+    Q_OBJECT
+
+    FilmWishes *m_wishes = nullptr;
+
+private slots:
+    void init() { m_wishes = new FilmWishes; }
+    void cleanup() { delete std::exchange(m_wishes, nullptr); }
+
+    void filmsAreNumberedFromOne()
+    {
+        QVERIFY(!m_wishes->otherFilm(0));
+        QCOMPARE(m_wishes->setFilm(QString("a"), {}), quint64(1));
+        QCOMPARE(m_wishes->setFilm(std::nullopt, {}), quint64(2));
+        QVERIFY(!m_wishes->otherFilm(2));
+        const auto film = m_wishes->otherFilm(1);
+        QVERIFY(film && film->number == 2 && !film->path);
+    }
+
+    void anotherFilmBeginsPausedAtItsStart()
+    {
+        const quint64 first = m_wishes->setFilm(QString("a"), {});
+        m_wishes->play();
+        m_wishes->seek(7, {});
+        const quint64 second = m_wishes->setFilm(QString("b"), {});
+        QVERIFY(!m_wishes->takeMotion(first));
+        const auto motion = m_wishes->takeMotion(second);
+        QVERIFY(motion && !motion->playing && !motion->again);
+        QCOMPARE(m_wishes->place().value_or(-1), 0.0);
+    }
+
+    void playBeginsAgainOnce()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->play();
+        QVERIFY(m_wishes->takeMotion(film)->again);
+        QVERIFY(!m_wishes->takeMotion(film)->again);
+        QVERIFY(m_wishes->takeMotion(film)->playing);
+    }
+
+    void pauseAndSeekTakeBackBeginningAgain()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->play();
+        m_wishes->seek(1, {});
+        const auto sought = m_wishes->takeMotion(film);
+        QVERIFY(sought->playing && !sought->again);
+        m_wishes->play();
+        m_wishes->pause();
+        const auto paused = m_wishes->takeMotion(film);
+        QVERIFY(!paused->playing && !paused->again);
+    }
+
+    void aSeekStaysWithinTheFilm()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->seek(100, {});
+        QVERIFY(m_wishes->setLength(film, 20));
+        m_wishes->seek(30, {});
+        m_wishes->seek(-3, {});
+        m_wishes->seek(std::nan(""), {});
+        m_wishes->seek(std::numeric_limits<double>::infinity(), {});
+        m_wishes->seek(12, {});
+        QCOMPARE(m_wishes->place().value_or(-1), 12.0);
+        QCOMPARE(placesOf(m_wishes->takeSeeks(film)), (QVector<double>{100, 20, 0, 0, 0, 12}));
+        QVERIFY(m_wishes->takeSeeks(film).empty());
+    }
+
+    void aLengthOfAnEarlierFilmLimitsNothing()
+    {
+        const quint64 first = m_wishes->setFilm(QString("a"), {});
+        QVERIFY(m_wishes->setLength(first, 20));
+        const quint64 second = m_wishes->setFilm(QString("b"), {});
+        QVERIFY(!m_wishes->setLength(first, 5));
+        m_wishes->seek(30, {});
+        QCOMPARE(placesOf(m_wishes->takeSeeks(second)), QVector<double>{30});
+    }
+
+    void seeksAreTakenByTheirFilm()
+    {
+        const quint64 first = m_wishes->setFilm(QString("a"), {});
+        m_wishes->seek(1, {});
+        m_wishes->seek(2, {});
+        const quint64 second = m_wishes->setFilm(QString("b"), {});
+        m_wishes->seek(3, {});
+        QCOMPARE(placesOf(m_wishes->takeSeeksOfOthers(second)), (QVector<double>{1, 2}));
+        QVERIFY(m_wishes->takeSeeks(first).empty());
+        QCOMPARE(placesOf(m_wishes->takeSeeks(second)), QVector<double>{3});
+    }
+
+    void anEndCountsUnlessSomethingNewerIsWanted()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->play();
+        QVERIFY(m_wishes->ended(film));
+        const auto motion = m_wishes->takeMotion(film);
+        QVERIFY(motion->playing && !motion->again);
+        m_wishes->seek(1, {});
+        QVERIFY(!m_wishes->ended(film));
+        (void)m_wishes->takeSeeks(film);
+        QVERIFY(m_wishes->ended(film));
+        m_wishes->setFilm(QString("b"), {});
+        QVERIFY(!m_wishes->ended(film));
+    }
+
+    void theNewestWishSaysWhereTheFilmIs()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->seek(5, {});
+        m_wishes->setPlace(film, 1);
+        QCOMPARE(m_wishes->place().value_or(-1), 5.0);
+        (void)m_wishes->takeSeeks(film);
+        m_wishes->setPlace(film, std::nullopt);
+        QVERIFY(!m_wishes->place());
+        m_wishes->setPlace(film + 1, 9);
+        QVERIFY(!m_wishes->place());
+    }
+
+    void withoutAnAnswerTheLastPlaceStands()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->setPlace(film, 4);
+        QVERIFY(m_wishes->place().has_value());
+        m_wishes->setPlace(film, std::nullopt);
+        QVERIFY(!m_wishes->place());
+        QCOMPARE(m_wishes->answered(-1), 4.0);
+        QCOMPARE(m_wishes->answered(4.5), 4.5);
+        QCOMPARE(m_wishes->answered(-1), 4.5);
+    }
+
+    void theVolumeStaysBetweenSilentAndFull()
+    {
+        QCOMPARE(m_wishes->volume(), 1.0F);
+        m_wishes->setVolume(0.4F);
+        m_wishes->setFilm(QString("a"), {});
+        QCOMPARE(m_wishes->volume(), 0.4F);
+        m_wishes->setVolume(3);
+        QCOMPARE(m_wishes->volume(), 1.0F);
+        m_wishes->setVolume(-1);
+        QCOMPARE(m_wishes->volume(), 0.0F);
+    }
+
+    void finishedIsSaidOnce()
+    {
+        QVERIFY(!m_wishes->finished());
+        m_wishes->finish();
+        QVERIFY(m_wishes->finished());
+    }
+};
+
+QTEST_GUILESS_MAIN(FilmWishesTest)
+#include "tst_film_wishes.moc"

@@ -3,10 +3,21 @@
 #include "mainwindow/MainWindow.h"
 #include "resources/Skin.h"
 #include "resources/translations/Translations.h"
+#include "sources/media/MediaWarmUp.h"
 
 #include <QApplication>
 #include <QLocale>
 #include <QTranslator>
+
+#include <chrono>
+
+namespace
+{
+
+/// The window is painted by then, and the camera is given two seconds before it is opened.
+constexpr std::chrono::milliseconds WARM_UP_DELAY(300);
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -27,5 +38,6 @@ int main(int argc, char **argv)
 
     MainWindow window;
     window.show();
+    const MediaWarmUp warmUp(WARM_UP_DELAY);
     return QApplication::exec();
 }

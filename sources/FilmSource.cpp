@@ -289,6 +289,25 @@ void FilmSource::tickEvent()
     emit tick();
 }
 
+void FilmSource::filmOpened(quint64 generation)
+{
+    if (m_private->loaded && generation == m_private->generation && m_pendingPercent >= 0)
+        setPosition(m_pendingPercent);
+}
+
+void FilmSource::filmEnded(quint64 generation, quint64 action)
+{
+    if (!m_private->loaded || generation != m_private->generation)
+        return;
+    m_private->opening = false;
+    m_pendingPercent = -1;
+    // Whatever pauses a film has seen to the refresh itself, and may have left the mode since.
+    if (action != m_private->action || !m_private->playing)
+        return;
+    m_refreshingAtEnd = true;
+    m_callback->startAutoRefresh();
+}
+
 FilmPlayer::Events FilmSource::filmEvents()
 {
     // Called on the player's thread, at the latest while the destructor joins it.
@@ -305,14 +324,13 @@ FilmPlayer::Events FilmSource::filmEvents()
         }
         // The first picture shows even if the film has been paused meanwhile.
         shared->displayPicture(generation);
-        QMetaObject::invokeMethod(
-            this, [this, generation] { filmOpened(generation); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "filmOpened", Qt::QueuedConnection,
+                                  Q_ARG(quint64, generation));
     };
     events.ended = [this, shared, generation] {
         const quint64 action = shared->action;
-        QMetaObject::invokeMethod(
-            this, [this, generation, action] { filmEnded(generation, action); },
-            Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "filmEnded", Qt::QueuedConnection,
+                                  Q_ARG(quint64, generation), Q_ARG(quint64, action));
     };
     return events;
 }
@@ -348,24 +366,5 @@ void FilmSource::parkAtStart()
     m_private->playing = false;
     m_stepper.setPosition(0);
     seekTo(0);
-    m_callback->startAutoRefresh();
-}
-
-void FilmSource::filmOpened(quint64 generation)
-{
-    if (m_private->loaded && generation == m_private->generation && m_pendingPercent >= 0)
-        setPosition(m_pendingPercent);
-}
-
-void FilmSource::filmEnded(quint64 generation, quint64 action)
-{
-    if (!m_private->loaded || generation != m_private->generation)
-        return;
-    m_private->opening = false;
-    m_pendingPercent = -1;
-    // Whatever pauses a film has seen to the refresh itself, and may have left the mode since.
-    if (action != m_private->action || !m_private->playing)
-        return;
-    m_refreshingAtEnd = true;
     m_callback->startAutoRefresh();
 }

@@ -66,6 +66,11 @@ signals:
     /// The position may have changed.
     void tick();
 
+private slots:
+    // Posted by the player's thread.
+    void filmOpened(quint64 generation);
+    void filmEnded(quint64 generation, quint64 action);
+
 private:
     void clearFlags();
     /// Pictures come again after the film had ended: the callback's own refresh is not needed.
@@ -73,8 +78,6 @@ private:
     FilmPlayer::Events filmEvents();
     void seekTo(double seconds);
     void parkAtStart();
-    void filmOpened(quint64 generation);
-    void filmEnded(quint64 generation, quint64 action);
 
     ICaptureCB *m_callback;
     QTimer *m_tickTimer;

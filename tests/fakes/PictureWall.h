@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <mutex>
+#include <vector>
 
 /// Receives pictures as a canvas does and remembers what came.
 class PictureWall : public ICaptureCB
@@ -22,7 +23,7 @@ public:
         ++m_count;
         m_onGuiThread = m_onGuiThread || QThread::currentThread() == m_gui;
         if (readNumber)
-            m_numbers.append(readNumber(image));
+            m_numbers.push_back(readNumber(image));
     }
 
     void imageCaptured(void *, int, int, bool, bool) override
@@ -41,11 +42,15 @@ public:
     int stride() const { return locked(m_stride); }
     bool anyOnGuiThread() const { return locked(m_onGuiThread); }
     /// What readNumber() said of each picture, in their order.
-    QVector<int> numbers() const { return locked(m_numbers); }
+    QVector<int> numbers() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return {m_numbers.begin(), m_numbers.end()};
+    }
     int lastNumber() const
     {
-        const QVector<int> all = numbers();
-        return all.isEmpty() ? -1 : all.last();
+        const std::lock_guard lock(m_mutex);
+        return m_numbers.empty() ? -1 : m_numbers.back();
     }
     void forget()
     {
@@ -86,7 +91,8 @@ private:
     /// Guards all the members below.
     mutable std::mutex m_mutex;
     QImage m_last;
-    QVector<int> m_numbers;
+    // No implicit sharing between the threads.
+    std::vector<int> m_numbers;
     int m_count = 0;
     int m_rawFrames = 0;
     int m_stride = 0;

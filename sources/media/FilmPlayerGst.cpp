@@ -87,9 +87,9 @@ public:
     }
 
 private:
-    void setFilm(std::optional<QString> path, Events events)
+    void setFilm(const std::optional<QString> &path, Events events)
     {
-        m_pictures.expect(m_wishes.setFilm(std::move(path), std::move(events)));
+        m_pictures.expect(m_wishes.setFilm(path, std::move(events)));
         wake();
     }
 

@@ -6,10 +6,12 @@
 #include <iterator>
 #include <utility>
 
-quint64 FilmWishes::setFilm(std::optional<QString> path, FilmPlayer::Events events)
+quint64 FilmWishes::setFilm(const std::optional<QString> &path, FilmPlayer::Events events)
 {
     const std::lock_guard lock(m_mutex);
-    m_film = {m_film.number + 1, std::move(path), std::move(events)};
+    ++m_film.number;
+    m_film.path = path;
+    m_film.events = std::move(events);
     m_motion = {};
     m_place = 0;
     m_length = 0;

@@ -34,7 +34,7 @@ public:
     // The callers' part.
 
     /// Returns the film's number.
-    quint64 setFilm(std::optional<QString> path, FilmPlayer::Events events);
+    quint64 setFilm(const std::optional<QString> &path, FilmPlayer::Events events);
     void play();
     void pause();
     /// `seconds` is limited to the film's length, as far as that is known.

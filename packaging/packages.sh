@@ -10,13 +10,13 @@ BUILD_PACKAGES="
 # What it uses while it runs.
 RUN_PACKAGES="
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
-    gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-pulseaudio
+    gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-pulseaudio gstreamer1.0-alsa
     fonts-liberation fonts-noto-cjk"
 
 # What the tests drive it with.
 TEST_PACKAGES="
     qtbase5-private-dev libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
-    cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils ffmpeg"
+    cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg"
 
 # What the benchmarks measure beside it.
 BENCHMARK_PACKAGES="

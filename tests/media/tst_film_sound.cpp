@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -155,6 +157,24 @@ private slots:
         m_source->setFile(m_film);
         QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, patienceMs);
         verifyThePicturesGoOn();
+    }
+
+    void soundPlaysThroughAlsaWhereThereIsNoServer()
+    {
+        // The player finds no server, but an ALSA device; what that plays, the server hears.
+        const QByteArray server = qgetenv("PULSE_SERVER");
+        QFile devices(QDir::homePath() + "/.asoundrc");
+        QVERIFY(devices.open(QIODevice::WriteOnly));
+        devices.write("pcm.!default { type pulse server \"" + server + "\" }\n");
+        devices.close();
+        m_server->pretendAbsent();
+        m_source->setFile(m_film);
+        verifyThePicturesGoOn();
+        qputenv("PULSE_SERVER", server);
+        QTRY_VERIFY_WITH_TIMEOUT(outputOf("pactl", {"list", "sink-inputs"}).contains("ALSA"),
+                                 patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(loudness() > 1000, patienceMs);
+        QVERIFY(devices.remove());
     }
 
     void withoutAServerThePicturesPlay()

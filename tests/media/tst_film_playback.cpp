@@ -12,6 +12,11 @@ namespace
 {
 
 constexpr int patienceMs = 30000;
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int mostLate = 30;
+#else
+constexpr int mostLate = 0;
+#endif
 
 TestFilm film(QStringList video, QStringList sound, double rate = 30, QSize size = {320, 240})
 {
@@ -93,7 +98,11 @@ private slots:
         const QVector<int> numbers = wall.numbers();
         QVERIFY(strictlyRising(numbers));
         QCOMPARE(numbers.first(), 0);
-        QCOMPARE(numbers.last(), int(made.rate * made.seconds) - 1);
+        // Late pictures are left out, the last ones too: what is made slow by instrumentation is
+        // late.
+        const int last = int(made.rate * made.seconds) - 1;
+        QVERIFY2(numbers.last() <= last && numbers.last() >= last - mostLate,
+                 qPrintable(QString::number(numbers.last())));
         QCOMPARE(wall.rawFrames(), 0);
         QVERIFY(!wall.refreshedElsewhere());
         QVERIFY(!wall.anyOnGuiThread());

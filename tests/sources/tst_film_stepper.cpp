@@ -69,6 +69,18 @@ private slots:
         QVERIFY(qAbs(stepper.position() - place) < 0.0011);
     }
 
+    void thePlaceThatIsToldIsNotCut()
+    {
+        // Sums that lie a hair below a whole millisecond, for one.
+        for (int ms = 1; ms <= 2000; ++ms) {
+            FilmStepper stepper;
+            stepper.faster();
+            stepper.setPosition(0.7);
+            const double from = stepper.position();
+            QCOMPARE(stepper.advance(ms) - (from + 2 * (ms / 1000.0)), 0.0);
+        }
+    }
+
     void thePositionIsCutToMilliseconds()
     {
         FilmStepper stepper;

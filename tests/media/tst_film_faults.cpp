@@ -209,6 +209,7 @@ private slots:
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("by nothing") << QByteArray();
         QTest::newRow("by noise") << QByteArray(400000, 'x');
+        QTest::newRow("by another film") << contentOf(m_film);
     }
 
     void aFileThatIsReplacedWhileItPlays()
@@ -269,6 +270,43 @@ private slots:
         verifyTheNextFilmPlays();
     }
 
+    void aBareStreamWithoutALengthPlays()
+    {
+        TestFilm made;
+        made.seconds = 2;
+        made.sound.clear();
+        made.output = QStringList{"-f", "h264"};
+        QVERIFY(made.write(path("bare.h264")));
+        m_source->setFile(path("bare.h264"));
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        for (const int percent : {50, 100, 0})
+            m_source->setPosition(percent);
+        m_source->forward();
+        m_source->tickEvent();
+        m_source->stop();
+        m_source->play();
+        const int position = m_source->currentPosition();
+        QVERIFY(position >= 0 && position <= 100);
+        verifyTheNextFilmPlays();
+    }
+
+    void aFilmOfOnePictureShowsIt()
+    {
+        TestFilm made;
+        made.seconds = 0.03;
+        made.sound.clear();
+        QVERIFY(made.write(path("one.mp4")));
+        m_source->setFile(path("one.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QCOMPARE(m_wall.numbers(), QVector<int>{0});
+        m_source->setPosition(100);
+        m_source->stop();
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 1, patienceMs);
+        QCOMPARE(m_wall.lastNumber(), 0);
+        verifyTheNextFilmPlays();
+    }
+
     void aFilmWithoutPicturesPlaysToItsEnd()
     {
         TestFilm made;
@@ -282,19 +320,30 @@ private slots:
         verifyTheNextFilmPlays();
     }
 
+    void aTurnedFilmStandsUpright_data()
+    {
+        QTest::addColumn<int>("turned");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("a quarter turn") << 90 << QSize(240, 320);
+        QTest::newRow("half a turn") << 180 << QSize(320, 240);
+        QTest::newRow("three quarters") << 270 << QSize(240, 320);
+    }
+
     void aTurnedFilmStandsUpright()
     {
+        QFETCH(int, turned);
+        QFETCH(QSize, size);
         TestFilm made;
         made.seconds = 1;
-        made.turned = 90;
+        made.turned = turned;
         QVERIFY(made.write(path("turned.mp4")));
         m_source->setFile(path("turned.mp4"));
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
         const QImage upright = m_wall.last();
-        QCOMPARE(upright.size(), QSize(240, 320));
-        // A quarter turn anticlockwise: what stood left stands below.
+        QCOMPARE(upright.size(), size);
+        // It was turned anticlockwise: after a quarter what stood left stands below.
         QTransform back;
-        back.rotate(90);
+        back.rotate(turned);
         QCOMPARE(TestFilm::numberIn(upright.transformed(back)), 29);
     }
 

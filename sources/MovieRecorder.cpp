@@ -2,8 +2,6 @@
 
 #include "media/CaptureClock.h"
 
-#include <QMutexLocker>
-
 MovieRecorder::MovieRecorder(std::unique_ptr<MovieWriter> writer,
                              std::unique_ptr<SoundCapture> capture, QSize pictureSize)
     : m_pictureSize(pictureSize)
@@ -20,7 +18,7 @@ MovieRecorder::~MovieRecorder()
 
 void MovieRecorder::pictureCaptured(const void *rgb, int width, int height, qint64 microseconds)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (!m_offsetUs || QSize(width, height) != m_pictureSize)
         return;
     const qint64 presentationUs = microseconds + *m_offsetUs;
@@ -32,13 +30,13 @@ void MovieRecorder::finish()
 {
     // The sound first and without the lock: its last call may be waiting for that.
     m_capture->stop();
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_writer->finish();
 }
 
 void MovieRecorder::soundCaptured(const SoundBuffer &buffer)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (!m_offsetUs)
         m_offsetUs = buffer.presentationUs - captureMicroseconds();
     startSession(buffer.presentationUs);

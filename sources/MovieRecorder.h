@@ -4,10 +4,10 @@
 #include "media/MovieWriter.h"
 #include "media/SoundCapture.h"
 
-#include <QMutex>
 #include <QSize>
 
 #include <memory>
+#include <mutex>
 #include <optional>
 
 /// Brings the camera's pictures and the sound of its microphone together in a movie.
@@ -43,7 +43,7 @@ private:
     std::unique_ptr<SoundCapture> m_capture;
 
     /// Guards the writer and the offset.
-    QMutex m_mutex;
+    std::mutex m_mutex;
     const std::unique_ptr<MovieWriter> m_writer;
     /// Clock of the sound less clock of the pictures, in microseconds.
     std::optional<qint64> m_offsetUs;

@@ -3,9 +3,11 @@
 #include "mainwindow/MainWindow.h"
 #include "widgets/ToolWindow.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QScreen>
 #include <QTimer>
@@ -41,6 +43,22 @@ void Photographer::takePopup(const QString &name)
     waitFor([popup] { return popup->windowHandle() && popup->windowHandle()->isExposed(); });
     wait(SETTLING_MS);
     save(popup->geometry(), name);
+}
+
+void Photographer::takeNextBox(const QString &name)
+{
+    auto *timer = new QTimer(m_window);
+    QObject::connect(timer, &QTimer::timeout, m_window, [this, timer, name] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box || !box->windowHandle() || !box->windowHandle()->isExposed())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        wait(SETTLING_MS);
+        save(box->geometry(), name);
+        box->reject();
+    });
+    timer->start(20);
 }
 
 void Photographer::save(QRect area, const QString &name)

@@ -18,6 +18,8 @@ public:
     void take(const QString &name);
     /// The open pop-up alone.
     void takePopup(const QString &name);
+    /// The next message box, in the middle of the screen, and answers it with no or OK.
+    void takeNextBox(const QString &name);
 
     /// Runs the event loop.
     static void wait(int milliseconds);

@@ -9,9 +9,11 @@
 #include "widgets/ToolWindow.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QCursor>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QTimer>
 
@@ -216,6 +218,38 @@ void Tour::runLanguage()
 {
     takeModes("language");
     takePopupsAlone();
+    takeBoxes();
+    m_window->expand();
+    Photographer::waitFor([this] { return m_window->width() == 800; });
+    takeModes("800x768");
+    m_window->expand();
+    m_window->showMaximized();
+    Photographer::waitFor([this] { return m_window->isMaximized() && m_window->width() > 1900; });
+    takeModes("maximised");
+    m_window->showNormal();
+    Photographer::waitFor([this] { return m_window->width() < 1000; });
+    takeIndications();
+}
+
+void Tour::takeBoxes()
+{
+    m_window->settings();
+    const QList<QComboBox *> boxes = m_window->currentToolWindow()->findChildren<QComboBox *>();
+    m_photographer.takeNextBox("box-question");
+    boxes.at(1)->setCurrentIndex(2); // recordings of 1920 x 1080
+    m_photographer.takeNextBox("box-error");
+    // As the window says that a recording has ended by itself.
+    QMessageBox::critical(
+        m_window, MainWindow::tr("Error"),
+        QCoreApplication::translate(
+            "MovieWriter",
+            "The recording was stopped because it reached the longest time of a movie."));
+    enter(ModeRules::Film);
+    enter(ModeRules::Live);
+}
+
+void Tour::takeIndications()
+{
     ImageCanvas *canvas = m_window->currentCanvas();
     OSDProcessor *indications = m_window->osdProcessors().value(canvas);
     // Only a picture that stands on end is ever smaller than its frame, which has a caption.

@@ -34,6 +34,8 @@ private:
     void takeModes(const QString &suffix);
     void takePopups(const QString &suffix);
     void takePopupsAlone();
+    void takeBoxes();
+    void takeIndications();
     void openPopup(ButtonTable::PanelButton tool);
 
     MainWindow *m_window;

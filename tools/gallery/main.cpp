@@ -1,9 +1,11 @@
 // gallery: shows the skin in its place, to be looked at.
 //   gallery [--mode live|film|photograph] [--picture FILE] [--save FILE]
+//   gallery --widgets [--save FILE]
 //   gallery --contact-sheet FILE --table TABLE
 
 #include "ContactSheet.h"
 #include "DemoWindow.h"
+#include "WidgetPage.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -29,6 +31,17 @@ bool saveSheet(const QString &table, const QString &path)
            fail(path + ": cannot write");
 }
 
+// Shows the widget, or writes it and goes.
+int present(QWidget &widget, const QString &path)
+{
+    if (!path.isEmpty()) {
+        widget.ensurePolished();
+        return widget.grab().save(path) ? 0 : 1;
+    }
+    widget.show();
+    return QApplication::exec();
+}
+
 DemoWindow::Mode modeNamed(const QString &name)
 {
     if (name == "film")
@@ -46,6 +59,7 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     parser.addOptions({{"contact-sheet", "Write every image in every state.", "file"},
                        {"table", "The table of the skin.", "file"},
+                       {"widgets", "Show every widget by itself."},
                        {"mode", "Which mode to show.", "name", "live"},
                        {"picture", "What the camera sees.", "file"},
                        {"save", "Write the window instead of showing it.", "file"}});
@@ -53,12 +67,12 @@ int main(int argc, char **argv)
 
     if (parser.isSet("contact-sheet"))
         return saveSheet(parser.value("table"), parser.value("contact-sheet")) ? 0 : 1;
+    const QString path = parser.value("save");
+    if (parser.isSet("widgets")) {
+        WidgetPage page;
+        return present(page, path);
+    }
     const QImage picture = parser.isSet("picture") ? QImage(parser.value("picture")) : QImage();
     DemoWindow window(modeNamed(parser.value("mode")), picture);
-    if (parser.isSet("save")) {
-        window.ensurePolished();
-        return window.grab().save(parser.value("save")) ? 0 : 1;
-    }
-    window.show();
-    return QApplication::exec();
+    return present(window, path);
 }

@@ -9,6 +9,7 @@ std::atomic<int> *findFault(CameraFaults &faults, const char *name)
         std::atomic<int> CameraFaults::*member;
     } TABLE[] = {
         {"stallControls", &CameraFaults::stallControls},
+        {"hangControls", &CameraFaults::hangControls},
         {"stallProbes", &CameraFaults::stallProbes},
         {"stallSelector", &CameraFaults::stallSelector},
         {"truncateFrames", &CameraFaults::truncateFrames},

@@ -10,6 +10,7 @@ struct CameraFaults {
     // Control transfers
     std::atomic<int> stallControls{0}; ///< count of class requests answered with a stall
     std::atomic<int> stallProbes{0};   ///< count of stalled probe and commit requests
+    std::atomic<int> hangControls{0};  ///< count of class requests that stay without an answer
     std::atomic<int> stallSelector{0}; ///< this selector of the extension unit always stalls
 
     // Frames

@@ -57,6 +57,7 @@ void UsbFs::pullOut(bool dirty)
     const Payload last = m_queue.next();
     stopStream();
     for (Handle *handle : m_handles) {
+        handle->claimed = 0;
         if (Urb *video = dirty ? handle->firstVideo() : nullptr) {
             video->addPayload(last);
             handle->finish(video);
@@ -267,6 +268,10 @@ int UsbFs::submit(Handle &handle, UMockdevIoctlData *argument)
         SetupPacket setup{};
         if (buffer && length >= SETUP_SIZE)
             setup = SetupPacket::parse(buffer->data);
+        if (setup.isClassRequest() && takeFault(m_faults.hangControls)) {
+            handle.pending.push_back(std::move(urb));
+            return 0;
+        }
         const bool complete = buffer && length >= SETUP_SIZE + setup.length;
         urb->finishControl(complete ? answer(setup, buffer->data + SETUP_SIZE) : -EPIPE);
         handle.done.push_back(std::move(urb));

@@ -88,7 +88,7 @@ void UvcFunction::powerOn(bool withExtensionUnit)
 int UvcFunction::control(const SetupPacket &setup, std::uint8_t *data)
 {
     ++m_controlTransfers;
-    const bool isClass = (setup.requestType & 0x60) != 0;
+    const bool isClass = setup.isClassRequest();
     const int result = isClass ? classRequest(setup, data) : standard(setup, data);
     m_classTransfers += isClass;
     m_stalledTransfers += result < 0;

@@ -20,6 +20,8 @@ struct SetupPacket {
     std::uint16_t length;
 
     [[nodiscard]] static SetupPacket parse(const std::uint8_t *bytes);
+    /// Not one of those that every device answers.
+    [[nodiscard]] bool isClassRequest() const { return (requestType & 0x60) != 0; }
 };
 
 /// Answers the control transfers of the camera: descriptors, probe and commit of the stream, units.

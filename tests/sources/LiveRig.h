@@ -6,10 +6,10 @@
 
 #include <QtTest>
 
-#include <QMutex>
 #include <QStringList>
 
 #include <memory>
+#include <mutex>
 
 /// Collects what is said with qDebug() and the like, from any thread.
 class MessageLog
@@ -26,19 +26,19 @@ public:
 
     int count(const QString &text) const
     {
-        const QMutexLocker lock(&mutex());
+        const std::lock_guard<std::mutex> lock(mutex());
         return lines().count(text);
     }
 
 private:
     static void take(QtMsgType, const QMessageLogContext &, const QString &text)
     {
-        const QMutexLocker lock(&mutex());
+        const std::lock_guard<std::mutex> lock(mutex());
         lines().append(text);
     }
-    static QMutex &mutex()
+    static std::mutex &mutex()
     {
-        static QMutex mutex;
+        static std::mutex mutex;
         return mutex;
     }
     static QStringList &lines()

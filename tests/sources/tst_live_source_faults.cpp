@@ -2,8 +2,6 @@
 
 #include "sources/CameraParameters.h"
 
-#include <QElapsedTimer>
-
 #include <linux/capability.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -51,7 +49,7 @@ private slots:
     {
         CameraFaults &faults = m_camera->faults();
         for (std::atomic<int> *fault :
-             {&faults.stallControls, &faults.hangControls, &faults.stallProbes, &faults.stallSelector,
+             {&faults.stallControls, &faults.stallProbes, &faults.stallSelector,
               &faults.truncateFrames, &faults.corruptFrames, &faults.emptyFrames,
               &faults.wrongSizeFrames, &faults.smallSizeFrames, &faults.dropFrames,
               &faults.errorBitFrames, &faults.silent, &faults.endpointStalls, &faults.claimBusy,
@@ -140,28 +138,6 @@ private slots:
         QVERIFY(rig.waitForFrames());
         m_camera->faults().stallControls = 0;
         QVERIFY(rig.source->brightness() > 0);
-    }
-
-    void aControlThatIsNeverAnsweredIsGivenUpAndThePictureGoesOn()
-    {
-        LiveRig rig;
-        QVERIFY(rig.bringUp(*m_camera));
-        m_camera->faults().hangControls = 1;
-        unsigned long value = 77;
-        QElapsedTimer timer;
-        timer.start();
-        QVERIFY(rig.source->ksPropGet(VALUE_SELECTOR, &value, sizeof value) < 0);
-        QVERIFY(timer.restart() < 4000);
-        QVERIFY(rig.waitForFrames(5));
-        // Nobody waits a second time for a camera that does not answer.
-        timer.start();
-        QVERIFY(rig.source->ksPropSet(VALUE_SELECTOR, &value, sizeof value) < 0);
-        QVERIFY(rig.source->ksPropGet(VALUE_SELECTOR, &value, sizeof value) < 0);
-        QVERIFY(timer.restart() < 500);
-        QCOMPARE(value, 77UL);
-        rig.source->setResolution(LiveRig::RECORDING);
-        rig.source.reset();
-        QVERIFY(timer.elapsed() < 8000);
     }
 
     void stalledProbesLeaveNoPictureUntilTheNextStart()

@@ -124,6 +124,26 @@ bool pluggedInAgain(VirtualCamera &camera, LiveRig &rig)
     return rig.source->running() && staysWithoutFrames(rig.sink);
 }
 
+/// A control that is never answered is given up, and the picture goes on.
+bool leftWithoutAnAnswer(VirtualCamera &camera, LiveRig &rig)
+{
+    if (!rig.bringUp(camera))
+        return false;
+    camera.faults().hangControls = 1;
+    unsigned long value = 3;
+    QElapsedTimer timer;
+    timer.start();
+    if (rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) >= 0 ||
+        timer.elapsed() > 4000)
+        return false;
+    // Nobody waits a second time for a camera that does not answer.
+    timer.start();
+    const bool refused =
+        rig.source->ksPropSet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0 &&
+        rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0;
+    return refused && timer.elapsed() < 500 && value == 3 && rig.waitForFrames(5);
+}
+
 struct NamedLife {
     const char *name;
     Life life;
@@ -135,6 +155,7 @@ const NamedLife LIVES[] = {
     {"left while waiting", leftWhileWaiting, false},
     {"unplugged while waiting", unpluggedWhileWaiting, false},
     {"left while streaming", leftWhileStreaming, false},
+    {"left without an answer", leftWithoutAnAnswer, false},
     {"unplugged at the exit", unpluggedAtTheExit, true},
     {"unplugged while streaming", unpluggedWhileStreaming, true},
     {"resized after the unplug", resizedAfterTheUnplug, true},

@@ -86,6 +86,14 @@ private slots:
         QCOMPARE(pieces.at(4).piece, Piece::CentreMarker);
     }
 
+    void anEvenNumberOfStepsHasTheLowerOfTheTwoMiddleOnesLong()
+    {
+        const QVector<PlacedPiece> pieces = scaleOf(2, 0, 5);
+        QCOMPARE(pieces.at(3).piece, Piece::LongSegment);
+        QCOMPARE(pieces.at(4).piece, Piece::CentreMarker);
+        QCOMPARE(countOf(pieces, Piece::LongSegment), 1);
+    }
+
     void aHundredStepsAreDrawnEach()
     {
         const QVector<PlacedPiece> pieces = scaleOf(1, 1, 100);

@@ -203,6 +203,16 @@ private slots:
         QCOMPARE(m_receiver.calls, QStringList({"stop", "start"}));
     }
 
+    void returningToTheModeShowsThePictureOpenedLast()
+    {
+        fill({"a.png", "b.png", "c.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QVERIFY(m_source->setDirectory(dir(), "c.png"));
+        m_source->previous();
+        m_source->resumeCapture();
+        QCOMPARE(shownWidth(), 3);
+    }
+
     void theSlideshowRunsOnUnseenWhilePaused()
     {
         fill({"a.png", "b.png"});

@@ -228,12 +228,15 @@ std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
     // What a recording reports after the next one has begun belongs to neither.
     const int number = ++m_recordingNumber;
     auto failed = [this, number](const QString &sentence) {
-        const auto report = [this, number, sentence] {
-            if (number == m_recordingNumber)
-                emit recordFailed(sentence);
-        };
-        QMetaObject::invokeMethod(this, report, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection, Q_ARG(int, number),
+                                  Q_ARG(QString, sentence));
     };
     auto writer = MovieWriter::create({m_recordFileName, size}, failed);
     return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(), size);
+}
+
+void LiveSource::reportFailure(int recording, const QString &sentence)
+{
+    if (recording == m_recordingNumber)
+        emit recordFailed(sentence);
 }

@@ -71,6 +71,9 @@ signals:
     /// event loop on the GUI thread, at most once a recording.
     void recordFailed(const QString &sentence);
 
+private slots:
+    void reportFailure(int recording, const QString &sentence);
+
 private:
     void createCaptureGraph(bool record);
     void tearDownCaptureGraph();

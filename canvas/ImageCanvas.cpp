@@ -5,15 +5,10 @@
 #include "SnapshotFile.h"
 #include "StartPicture.h"
 
-#include <QClipboard>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QGuiApplication>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QPixmap>
-#include <QResizeEvent>
 #include <QThread>
 
 #include <algorithm>
@@ -22,7 +17,6 @@
 namespace
 {
 
-constexpr int REFRESH_INTERVAL_MS = 40;
 /// A source that was silent for this long no longer carries the canvas's own changes to the screen.
 constexpr int SILENT_SOURCE_MS = 200;
 /// How long a stroke over a standing picture may wait for others to be shown together with it.
@@ -283,264 +277,6 @@ void ImageCanvas::showSnapshotTaken()
         m_osd->osdSnapshot();
 }
 
-// View --------------------------------------------------------
-
-int ImageCanvas::actualWidth() const
-{
-    return publishedView().rotatedSize().width();
-}
-
-int ImageCanvas::actualHeight() const
-{
-    return publishedView().rotatedSize().height();
-}
-
-int ImageCanvas::transformedWidth() const
-{
-    return publishedView().transformedSize().width();
-}
-
-int ImageCanvas::transformedHeight() const
-{
-    return publishedView().transformedSize().height();
-}
-
-double ImageCanvas::minimumScale() const
-{
-    return publishedView().minimumScale();
-}
-
-double ImageCanvas::zoomScale() const
-{
-    return m_publishedScale;
-}
-
-int ImageCanvas::rotation() const
-{
-    return publishedView().rotation();
-}
-
-QPointF ImageCanvas::centerPoint() const
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    return m_view.centerPoint();
-}
-
-template <typename Change>
-void ImageCanvas::changeView(Change change)
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    change(m_view);
-    publishView();
-}
-
-void ImageCanvas::zoom(const QPointF &centre, int factor)
-{
-    changeView([&](ViewGeometry &view) { view.zoom(centre, factor); });
-}
-
-void ImageCanvas::zoomIn()
-{
-    bool changed = false;
-    changeView([&](ViewGeometry &view) { changed = view.zoomIn(); });
-    if (changed)
-        requestRepaint();
-}
-
-void ImageCanvas::zoomOut()
-{
-    changeView([](ViewGeometry &view) { view.zoomOut(); });
-    requestRepaint();
-}
-
-void ImageCanvas::zoomReset()
-{
-    changeView([](ViewGeometry &view) { view.zoomReset(); });
-}
-
-void ImageCanvas::setViewport(int x, int y)
-{
-    changeView([=](ViewGeometry &view) { view.setViewport(x, y); });
-}
-
-void ImageCanvas::rotate()
-{
-    changeView([this](ViewGeometry &view) {
-        view.turn(true);
-        m_layer.turn(true);
-    });
-    requestRepaint();
-}
-
-void ImageCanvas::rotateRev()
-{
-    changeView([this](ViewGeometry &view) {
-        view.turn(false);
-        m_layer.turn(false);
-    });
-    requestRepaint();
-}
-
-QPoint ImageCanvas::transformMousePoint(QPoint widgetPoint) const
-{
-    return ViewGeometry::picturePoint(widgetPoint, pictureSize(), size());
-}
-
-QRectF ImageCanvas::clippingRect() const
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    return ViewGeometry::widgetRectangle(m_tools.clipRectangle(), resultSize(), size());
-}
-
-QRect ImageCanvas::clipRectangle() const
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    return m_tools.clipRectangle();
-}
-
-void ImageCanvas::publishView()
-{
-    const QSize frame = m_view.frameSize();
-    const auto part = [](int extent) { return static_cast<std::uint64_t>(extent) & 0x7fffffffU; };
-    m_publishedShape = part(frame.width()) << 33 | part(frame.height()) << 2 |
-                       static_cast<std::uint64_t>(m_view.rotation());
-    m_publishedScale = m_view.scale();
-}
-
-ViewGeometry ImageCanvas::publishedView() const
-{
-    const std::uint64_t shape = m_publishedShape;
-    const QSize frame(static_cast<int>(shape >> 33), static_cast<int>(shape >> 2 & 0x7fffffffU));
-    return {frame, static_cast<int>(shape & 3U), m_publishedScale};
-}
-
-// Drawing and text --------------------------------------------
-
-void ImageCanvas::setMouseMode(MouseMode mode)
-{
-    m_mouseMode = mode;
-    if (mode != Text)
-        endTextEditing();
-}
-
-void ImageCanvas::clearPainting()
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    m_layer.clear();
-}
-
-void ImageCanvas::setTextColor(const QColor &color)
-{
-    m_text.setColor(color);
-}
-
-void ImageCanvas::setFontFace(const QString &face)
-{
-    m_text.setFontFace(face);
-}
-
-void ImageCanvas::setFontSize(int points)
-{
-    m_text.setFontSize(points);
-}
-
-void ImageCanvas::setTextFormat()
-{
-    m_text.applyFormat();
-}
-
-void ImageCanvas::endTextEditing()
-{
-    if (!m_text.isOpen())
-        return;
-    m_text.close();
-    const std::lock_guard<std::mutex> locker(m_lock);
-    m_text.paintInto(m_layer, m_view.transformedSize(), size());
-}
-
-void ImageCanvas::mousePressEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton)
-        return;
-    const QPoint widgetPoint = event->localPos().toPoint();
-    const std::lock_guard<std::mutex> locker(m_lock);
-    m_tools.press(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
-                  m_layer);
-}
-
-void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
-{
-    const QPoint widgetPoint = event->localPos().toPoint();
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        if (!event->buttons().testFlag(Qt::LeftButton)) {
-            // The release went elsewhere, to a dialog that opened under the pointer.
-            if (m_tools.dragging())
-                m_tools.release(m_layer);
-            return;
-        }
-        m_tools.move(m_mouseMode, ViewGeometry::picturePoint(widgetPoint, resultSize(), size()),
-                     {penColor, penWidth, fillEnabled, fillColor}, m_layer, m_view);
-        publishView();
-    }
-    // A source in motion carries the stroke with its next frame.
-    if (!m_strokeTimer.isActive() && m_clock.elapsed() - m_lastFrameMs >= REFRESH_INTERVAL_MS)
-        m_strokeTimer.start();
-}
-
-void ImageCanvas::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::LeftButton)
-        endDrag(event->localPos().toPoint());
-}
-
-void ImageCanvas::endDrag(QPoint widgetPoint)
-{
-    QRect selection;
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        if (!m_tools.dragging())
-            return;
-        selection = m_tools.release(m_layer);
-    }
-    if (m_mouseMode == Clip)
-        copyClip(selection);
-    else if (m_mouseMode == Text)
-        openTextEditor(widgetPoint);
-}
-
-void ImageCanvas::copyClip(const QRect &selection)
-{
-    QImage part;
-    {
-        if (!selection.isValid())
-            return;
-        const std::lock_guard<std::mutex> locker(m_lock);
-        const QRect inside = selection & QRect({0, 0}, resultSize());
-        if (inside.isEmpty())
-            return;
-        part = frameImage(m_result).copy(inside);
-    }
-    // The clipboard tells everybody at once; whoever hears it may ask the canvas.
-    QGuiApplication::clipboard()->setPixmap(QPixmap::fromImage(part));
-    emit clipDone();
-}
-
-void ImageCanvas::openTextEditor(QPoint widgetPoint)
-{
-    if (m_text.isOpen()) {
-        endTextEditing();
-        return;
-    }
-    QPoint anchor;
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        anchor = AnnotationTools::layerPoint(
-            ViewGeometry::picturePoint(widgetPoint, resultSize(), size()), m_view, m_layer);
-    }
-    m_text.open(widgetPoint, anchor);
-}
-
 // Indications and painting ------------------------------------
 
 void ImageCanvas::setOsdProcessor(OSDProcessor *processor)
@@ -583,12 +319,6 @@ void ImageCanvas::paintPicture(QPainter *painter)
     const QImage &image = m_scaledPicture.image(picture, serial, fitted.size * devicePixelRatioF());
     if (!image.isNull())
         painter->drawImage(place, image);
-}
-
-void ImageCanvas::resizeEvent(QResizeEvent *event)
-{
-    changeView([](ViewGeometry &view) { view.refit(); });
-    QWidget::resizeEvent(event);
 }
 
 void ImageCanvas::hideEvent(QHideEvent *event)

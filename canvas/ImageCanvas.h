@@ -147,6 +147,8 @@ private slots:
     void updatePosted();
 
 private:
+    static constexpr int REFRESH_INTERVAL_MS = 40;
+
     /// Everything that a result was made from; while it stays the same, so does the result.
     struct Recipe {
         std::uint64_t inputSerial = 0;

@@ -1,6 +1,7 @@
 // recordload movie SECONDS MOVIE : the live source, the shown canvas and the writer
 // recordload frames SECONDS FILE : writes what the camera sends, Motion-JPEG, to a file
 // 1920x1080 at 30 pictures a second, with the camera that is on the bus; see ./recording.
+#include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 #include "tests/tools/UvcViewer.h"
@@ -127,6 +128,7 @@ int dump(double seconds, const QString &file)
 
 int main(int argc, char **argv)
 {
+    preparePlatform();
     QApplication app(argc, argv);
     if (argc != 4)
         return 2;

@@ -3,6 +3,9 @@
 #include <QCoreApplication>
 #include <QTest>
 
+#include <cstdlib>
+#include <malloc.h>
+
 class TestPlatform : public QObject
 {
     Q_OBJECT
@@ -12,6 +15,7 @@ private slots:
     void choosesWhereNothingIsChosen();
     void leavesTheUsersChoice();
     void drawsSharpOnSharpScreens();
+    void largeBlocksGoBackToTheSystem();
 };
 
 void TestPlatform::init()
@@ -43,6 +47,23 @@ void TestPlatform::drawsSharpOnSharpScreens()
     preparePlatform();
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+}
+
+void TestPlatform::largeBlocksGoBackToTheSystem()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    QSKIP("The sanitizer has an allocator of its own.");
+#endif
+    preparePlatform();
+    // Volatile, or the compiler leaves out blocks that nobody writes to.
+    void *volatile picture = std::malloc(std::size_t{8} << 20);
+    std::free(picture); // raises the bound by itself
+    const std::size_t before = mallinfo2().hblkhd;
+    void *volatile frame = std::malloc(470000);
+    const std::size_t mapped = mallinfo2().hblkhd;
+    std::free(frame);
+    QVERIFY(mapped >= before + 470000);
+    QCOMPARE(mallinfo2().hblkhd, before);
 }
 
 QTEST_APPLESS_MAIN(TestPlatform)

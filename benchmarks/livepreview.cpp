@@ -6,6 +6,7 @@
 //   livepreview program SECONDS   the whole program, main window with a canvas of 1000 x 670
 //   livepreview latency SECONDS   from a frame's last packet to the painted picture
 // Processor time is that of this process per frame; the emulated camera is another process.
+#include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "sources/LiveSource.h"
@@ -217,6 +218,7 @@ int measureBare(double seconds, bool decode)
 
 int main(int argc, char **argv)
 {
+    preparePlatform();
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");

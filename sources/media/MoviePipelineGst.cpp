@@ -102,7 +102,7 @@ void MoviePipeline::open(const MovieWriter::Settings &settings)
     m_sound.reset(gst_bin_get_by_name(bin, "sound"));
     m_mux.reset(gst_bin_get_by_name(bin, "mux"));
     m_bus.reset(gst_element_get_bus(m_pipeline.get()));
-    const ObjectRef<GstElement> file(gst_bin_get_by_name(bin, "file"));
+    const GstPtr<GstElement> file(gst_bin_get_by_name(bin, "file"));
     g_object_set(file.get(), "location", m_fileName.constData(), nullptr);
     if (gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE ||
         stat(m_fileName.constData(), &m_file) != 0) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/media/GstPointers.h"
 #include "sources/media/MovieWriter.h"
 
 #include <gst/app/gstappsrc.h>
@@ -14,14 +15,6 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-
-/// Drops a reference to a GStreamer object.
-template <class T>
-struct UnrefObject {
-    void operator()(T *object) const { gst_object_unref(object); }
-};
-template <class T>
-using ObjectRef = std::unique_ptr<T, UnrefObject<T>>;
 
 /// The pipeline with the thread that watches it. Shared by the writer and that thread, which the
 /// writer leaves behind when the disk does not answer.
@@ -62,11 +55,11 @@ private:
 
     /// In the file system's encoding.
     const QByteArray m_fileName;
-    ObjectRef<GstElement> m_pipeline;
-    ObjectRef<GstElement> m_pictures;
-    ObjectRef<GstElement> m_sound;
-    ObjectRef<GstElement> m_mux;
-    ObjectRef<GstBus> m_bus;
+    GstPtr<GstElement> m_pipeline;
+    GstPtr<GstElement> m_pictures;
+    GstPtr<GstElement> m_sound;
+    GstPtr<GstElement> m_mux;
+    GstPtr<GstBus> m_bus;
     bool m_opened = false;
     /// What was opened under that name.
     struct stat m_file {

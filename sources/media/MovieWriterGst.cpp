@@ -27,10 +27,6 @@ constexpr std::chrono::seconds FINISH_PATIENCE(10);
 /// Only the matrix and range are BT.601's; the camera's primaries are those of any screen.
 constexpr char COLORIMETRY[] = "2:4:5:1";
 
-struct UnrefBuffer {
-    void operator()(GstBuffer *buffer) const { gst_buffer_unref(buffer); }
-};
-
 class MovieWriterGst : public MovieWriter
 {
 public:
@@ -78,8 +74,8 @@ private:
 
     qint64 m_startUs = 0;
     GstVideoInfo m_info{};
-    ObjectRef<GstBufferPool> m_pool;
-    std::unique_ptr<GstBuffer, UnrefBuffer> m_lastPicture;
+    GstPtr<GstBufferPool> m_pool;
+    GstPtr<GstBuffer> m_lastPicture;
     qint64 m_lastPictureUs = -1;
 
     SoundTimeline m_timeline{SoundCapture::SAMPLE_RATE};

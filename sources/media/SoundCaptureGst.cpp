@@ -1,4 +1,5 @@
 #include "sources/media/CaptureClock.h"
+#include "sources/media/GstPointers.h"
 #include "sources/media/MediaLibrary.h"
 #include "sources/media/SoundCapture.h"
 #include "sources/media/SoundPump.h"
@@ -19,12 +20,6 @@ namespace
 constexpr auto SEARCH_INTERVAL = std::chrono::seconds(2);
 constexpr auto STOP_PATIENCE = std::chrono::seconds(1);
 constexpr GstClockTime PULL_TIMEOUT = 100 * GST_MSECOND;
-
-struct Unref {
-    void operator()(void *object) const { gst_object_unref(object); }
-};
-template <class T>
-using Ref = std::unique_ptr<T, Unref>;
 
 bool isCameraMicrophoneDevice(GstDevice *device)
 {
@@ -61,9 +56,9 @@ public:
     DeviceWatch &operator=(const DeviceWatch &) = delete;
 
     /// The camera's microphone; null when there is none.
-    Ref<GstDevice> cameraMicrophone() const
+    GstPtr<GstDevice> cameraMicrophone() const
     {
-        Ref<GstDevice> found;
+        GstPtr<GstDevice> found;
         GList *devices = m_started ? gst_device_monitor_get_devices(m_monitor.get()) : nullptr;
         for (GList *item = devices; item && !found; item = item->next) {
             if (isCameraMicrophoneDevice(GST_DEVICE(item->data)))
@@ -90,8 +85,8 @@ public:
     }
 
 private:
-    Ref<GstDeviceMonitor> m_monitor;
-    Ref<GstBus> m_bus;
+    GstPtr<GstDeviceMonitor> m_monitor;
+    GstPtr<GstBus> m_bus;
     bool m_started = false;
 };
 
@@ -166,15 +161,15 @@ private:
     /// milliseconds off. Each buffer is stamped by itself, so that no sample is dropped to keep up.
     void setUpTiming(GstElement *source)
     {
-        const Ref<GstClock> clock(gst_system_clock_obtain());
+        const GstPtr<GstClock> clock(gst_system_clock_obtain());
         gst_pipeline_use_clock(GST_PIPELINE(m_pipeline.get()), clock.get());
         if (g_object_class_find_property(G_OBJECT_GET_CLASS(source), "slave-method"))
             gst_util_set_object_arg(G_OBJECT(source), "slave-method", "re-timestamp");
     }
 
-    Ref<GstElement> m_pipeline;
-    Ref<GstElement> m_sink;
-    Ref<GstBus> m_bus;
+    GstPtr<GstElement> m_pipeline;
+    GstPtr<GstElement> m_sink;
+    GstPtr<GstBus> m_bus;
     bool m_running = false;
 };
 
@@ -192,7 +187,7 @@ public:
         bool reported = false;
         while (!waitForStop(std::chrono::seconds(0))) {
             const DeviceWatch watch;
-            const Ref<GstDevice> device = watch.cameraMicrophone();
+            const GstPtr<GstDevice> device = watch.cameraMicrophone();
             pump.setSource(device != nullptr);
             if (device) {
                 listen(watch, device.get());

@@ -1,6 +1,8 @@
 #include "sources/media/MediaLibrary.h"
 
-#include "sources/media/GstPointers.h"
+#include "sources/media/PipelineRun.h"
+
+#include <gst/gst.h>
 
 #include <array>
 #include <initializer_list>
@@ -23,7 +25,6 @@ constexpr std::array rehearsals{
     " ! fakesink sync=false",
     "audiotestsrc num-buffers=3 wave=silence ! avenc_aac ! aacparse ! avdec_aac ! audioconvert"
     " ! audioresample ! volume ! fakesink sync=false"};
-constexpr GstClockTime patience = 3 * GST_SECOND;
 
 template <class Names>
 void load(const Names &names)
@@ -36,25 +37,6 @@ void load(const Names &names)
             gst_object_unref(factory);
         }
     }
-}
-
-void runToItsEnd(const char *description)
-{
-    GError *error = nullptr;
-    GstElement *launched = gst_parse_launch(description, &error);
-    const bool complete = launched && !error;
-    g_clear_error(&error);
-    if (!launched)
-        return;
-    const GstPtr<GstElement> pipeline(GST_ELEMENT(gst_object_ref_sink(launched)));
-    if (complete &&
-        gst_element_set_state(launched, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE) {
-        GstBus *bus = gst_element_get_bus(launched);
-        const GstPtr<GstMessage> end(gst_bus_timed_pop_filtered(
-            bus, patience, static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
-        gst_object_unref(bus);
-    }
-    gst_element_set_state(launched, GST_STATE_NULL);
 }
 
 } // namespace
@@ -78,5 +60,5 @@ void MediaLibrary::rehearse()
 {
     initialise();
     for (const char *description : rehearsals)
-        runToItsEnd(description);
+        runPipelineToItsEnd(description);
 }

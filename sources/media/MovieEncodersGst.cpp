@@ -1,5 +1,7 @@
 #include "sources/media/MovieEncoders.h"
 
+#include "sources/media/PipelineRun.h"
+
 #include <QDebug>
 #include <QHash>
 #include <QMutex>
@@ -51,33 +53,14 @@ bool exists(const QString &name)
 /// Encodes three pictures and looks whether all went well.
 bool encodes(const QString &description, QSize size)
 {
-    constexpr GstClockTime patience = 3 * GST_SECOND;
-    const QString launch =
+    return runPipelineToItsEnd(
         QStringLiteral("videotestsrc num-buffers=3 pattern=black"
                        " ! video/x-raw,format=I420,width=%1,height=%2,framerate=30/1"
                        " ! videoconvert ! %3 ! video/x-h264 ! fakesink sync=false")
             .arg(size.width() & ~1)
             .arg(size.height() & ~1)
-            .arg(description);
-    GError *error = nullptr;
-    GstElement *pipeline = gst_parse_launch(launch.toUtf8().constData(), &error);
-    const bool built = pipeline && !error;
-    g_clear_error(&error);
-    bool done = false;
-    if (built && gst_element_set_state(pipeline, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE) {
-        GstBus *bus = gst_element_get_bus(pipeline);
-        GstMessage *message = gst_bus_timed_pop_filtered(
-            bus, patience, static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR));
-        done = message && GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS;
-        if (message)
-            gst_message_unref(message);
-        gst_object_unref(bus);
-    }
-    if (pipeline) {
-        gst_element_set_state(pipeline, GST_STATE_NULL);
-        gst_object_unref(pipeline);
-    }
-    return done;
+            .arg(description)
+            .toUtf8());
 }
 
 bool works(const QString &name, QSize size)

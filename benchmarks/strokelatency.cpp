@@ -4,6 +4,7 @@
 //   strokelatency live SECONDS           over the camera's 1920x1080 at 30 frames a second
 //   strokelatency recording SECONDS FILE   the same while it is recorded
 // The last two need the camera on the bus (virtualcamera-run).
+#include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 #include "sources/media/CaptureClock.h"
@@ -174,6 +175,7 @@ int measureLive(const char *work, TimedCanvas &canvas, double seconds, const QSt
 
 int main(int argc, char **argv)
 {
+    preparePlatform();
     QApplication app(argc, argv);
     const QByteArray work = argc >= 3 ? argv[1] : "";
     const double seconds = argc >= 3 ? QByteArray(argv[2]).toDouble() : 0;

@@ -15,8 +15,14 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <map>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -66,6 +72,102 @@ void printThreads(const std::map<QByteArray, long> &before, double pictures)
     }
 }
 
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::duration duration)
+{
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+/// Wants to wake every 5 ms and remembers when it was woken late: whatever keeps this thread, which
+/// does nothing, from running is not the program's own doing.
+class Metronome
+{
+public:
+    ~Metronome()
+    {
+        m_ended = true;
+        m_thread.join();
+    }
+
+    /// The most it was late between the two, ms.
+    double latest(Clock::time_point from, Clock::time_point to) const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        double most = 0;
+        for (const auto &[woken, late] : m_late) {
+            if (woken >= from && woken - late <= to)
+                most = std::max(most, milliseconds(late));
+        }
+        return most;
+    }
+
+private:
+    void run()
+    {
+        while (!m_ended) {
+            const Clock::time_point due = Clock::now() + std::chrono::milliseconds(5);
+            std::this_thread::sleep_until(due);
+            const Clock::time_point now = Clock::now();
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            if (now - due > std::chrono::milliseconds(10))
+                m_late.emplace_back(now, now - due);
+        }
+    }
+
+    mutable std::mutex m_mutex;
+    std::vector<std::pair<Clock::time_point, Clock::duration>> m_late;
+    std::atomic<bool> m_ended{false};
+    std::thread m_thread{[this] { run(); }};
+};
+
+/// The canvas, which remembers when two frames came further apart than half a frame too much.
+class WatchedCanvas : public ImageCanvas
+{
+public:
+    struct Gap {
+        Clock::time_point from;
+        Clock::time_point to;
+    };
+
+    void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override
+    {
+        const Clock::time_point now = Clock::now();
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            if (m_frames > 0 && now - m_last > std::chrono::milliseconds(50))
+                m_gaps.push_back({m_last, now});
+            m_last = now;
+            ++m_frames;
+        }
+        ImageCanvas::imageCaptured(pixels, width, height, mirror, rgb32);
+    }
+
+    void watchAnew()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_frames = 0;
+        m_gaps.clear();
+    }
+
+    int frames() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_frames;
+    }
+    std::vector<Gap> gaps() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_gaps;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    int m_frames = 0;
+    Clock::time_point m_last;
+    std::vector<Gap> m_gaps;
+};
+
 void runFor(QApplication &app, double seconds)
 {
     QTimer::singleShot(static_cast<int>(seconds * 1000), &app, &QApplication::quit);
@@ -74,7 +176,8 @@ void runFor(QApplication &app, double seconds)
 
 int record(QApplication &app, double seconds, const QString &file)
 {
-    ImageCanvas canvas;
+    const Metronome metronome;
+    WatchedCanvas canvas;
     canvas.resize(1000, 670);
     canvas.show();
     LiveSource source(&canvas, SIZE, SIZE, nullptr);
@@ -91,10 +194,19 @@ int record(QApplication &app, double seconds, const QString &file)
     recording.start();
     const double before = processorSeconds();
     const std::map<QByteArray, long> threads = threadTicks();
+    canvas.watchAnew();
+    const Clock::time_point begin = Clock::now();
     runFor(app, seconds);
+    const int frames = canvas.frames();
+    const std::vector<WatchedCanvas::Gap> gaps = canvas.gaps();
     const double elapsed = static_cast<double>(recording.elapsed()) / 1000;
     const double cores = (processorSeconds() - before) / elapsed;
     printThreads(threads, elapsed * 30);
+    std::printf("%d frames, %.2f a second\n", frames, frames / elapsed);
+    for (const WatchedCanvas::Gap &gap : gaps)
+        std::printf("    %.1f s: no frame for %.0f ms; an idle thread was %.0f ms late\n",
+                    milliseconds(gap.to - begin) / 1000, milliseconds(gap.to - gap.from),
+                    metronome.latest(gap.from, gap.to));
     source.stopRecord();
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);

@@ -1,4 +1,6 @@
 // recordload movie SECONDS MOVIE : the live source, the shown canvas and the writer
+// recordload unseen SECONDS MOVIE : the same without a canvas, which is what receiving, decoding to
+//     packed RGB, encoding and muxing cost
 // recordload frames SECONDS FILE : writes what the camera sends, Motion-JPEG, to a file
 // 1920x1080 at 30 pictures a second, with the camera that is on the bus; see ./recording.
 #include "app/Platform.h"
@@ -121,8 +123,8 @@ private:
     std::thread m_thread{[this] { run(); }};
 };
 
-/// The canvas, which remembers when two frames came further apart than half a frame too much.
-class WatchedCanvas : public ImageCanvas
+/// Hands the frames on, if to anybody, and remembers when two came nearly two frames apart.
+class WatchedFrames : public ICaptureCB
 {
 public:
     struct Gap {
@@ -130,18 +132,20 @@ public:
         Clock::time_point to;
     };
 
+    explicit WatchedFrames(ICaptureCB *next)
+        : m_next(next)
+    {
+    }
+
+    void imageCaptured(const QImage &) override {}
     void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override
     {
-        const Clock::time_point now = Clock::now();
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            if (m_frames > 0 && now - m_last > std::chrono::milliseconds(50))
-                m_gaps.push_back({m_last, now});
-            m_last = now;
-            ++m_frames;
-        }
-        ImageCanvas::imageCaptured(pixels, width, height, mirror, rgb32);
+        noteFrame();
+        if (m_next)
+            m_next->imageCaptured(pixels, width, height, mirror, rgb32);
     }
+    void startAutoRefresh() override {}
+    void stopAutoRefresh() override {}
 
     void watchAnew()
     {
@@ -149,7 +153,6 @@ public:
         m_frames = 0;
         m_gaps.clear();
     }
-
     int frames() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -162,6 +165,17 @@ public:
     }
 
 private:
+    void noteFrame()
+    {
+        const Clock::time_point now = Clock::now();
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_frames > 0 && now - m_last > std::chrono::milliseconds(60))
+            m_gaps.push_back({m_last, now});
+        m_last = now;
+        ++m_frames;
+    }
+
+    ICaptureCB *m_next;
     mutable std::mutex m_mutex;
     int m_frames = 0;
     Clock::time_point m_last;
@@ -174,13 +188,14 @@ void runFor(QApplication &app, double seconds)
     QApplication::exec();
 }
 
-int record(QApplication &app, double seconds, const QString &file)
+int record(QApplication &app, bool seen, double seconds, const QString &file)
 {
     const Metronome metronome;
-    WatchedCanvas canvas;
+    ImageCanvas canvas;
     canvas.resize(1000, 670);
-    canvas.show();
-    LiveSource source(&canvas, SIZE, SIZE, nullptr);
+    canvas.setVisible(seen);
+    WatchedFrames watched(seen ? &canvas : nullptr);
+    LiveSource source(&watched, SIZE, SIZE, nullptr);
     while (!source.running())
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     runFor(app, 2);
@@ -194,24 +209,25 @@ int record(QApplication &app, double seconds, const QString &file)
     recording.start();
     const double before = processorSeconds();
     const std::map<QByteArray, long> threads = threadTicks();
-    canvas.watchAnew();
+    watched.watchAnew();
     const Clock::time_point begin = Clock::now();
     runFor(app, seconds);
-    const int frames = canvas.frames();
-    const std::vector<WatchedCanvas::Gap> gaps = canvas.gaps();
+    const int frames = watched.frames();
+    const std::vector<WatchedFrames::Gap> gaps = watched.gaps();
     const double elapsed = static_cast<double>(recording.elapsed()) / 1000;
     const double cores = (processorSeconds() - before) / elapsed;
     printThreads(threads, elapsed * 30);
     std::printf("%d frames, %.2f a second\n", frames, frames / elapsed);
-    for (const WatchedCanvas::Gap &gap : gaps)
+    for (const WatchedFrames::Gap &gap : gaps)
         std::printf("    %.1f s: no frame for %.0f ms; an idle thread was %.0f ms late\n",
                     milliseconds(gap.to - begin) / 1000, milliseconds(gap.to - gap.from),
                     metronome.latest(gap.from, gap.to));
     source.stopRecord();
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    std::printf("preview %.3f cores, with recording %.3f cores, %ld MiB at most\n", preview, cores,
-                usage.ru_maxrss / 1024);
+    std::printf(
+        "preview %.3f cores, with recording %.3f cores, %.1f ms a picture, %ld MiB at most\n",
+        preview, cores, cores * 1000 / 30, usage.ru_maxrss / 1024);
     return 0;
 }
 
@@ -246,5 +262,6 @@ int main(int argc, char **argv)
         return 2;
     const double seconds = QByteArray(argv[2]).toDouble();
     const QString file = QString::fromLocal8Bit(argv[3]);
-    return QByteArray(argv[1]) == "frames" ? dump(seconds, file) : record(app, seconds, file);
+    const QByteArray work = argv[1];
+    return work == "frames" ? dump(seconds, file) : record(app, work == "movie", seconds, file);
 }

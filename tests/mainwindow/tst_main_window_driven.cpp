@@ -1,5 +1,4 @@
-#include "Pointer.h"
-#include "WindowProbe.h"
+#include "DrivenWindow.h"
 
 #include "app/Config.h"
 #include "canvas/ImageCanvas.h"
@@ -9,83 +8,17 @@
 #include "tools/virtualcamera/VirtualCamera.h"
 #include "widgets/Panel.h"
 
-#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QLabel>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTextEdit>
 
 #include <memory>
 
 using ButtonTable::PanelButton;
+using namespace DrivenWindow;
 using namespace WindowProbe;
-
-namespace
-{
-
-constexpr int PATIENCE_MS = 20000;
-
-/// What stands on the screen now, in screen coordinates.
-QImage screen()
-{
-    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
-        QImage::Format_RGB32);
-}
-
-bool near(QRgb a, QRgb b)
-{
-    return qAbs(qRed(a) - qRed(b)) < 40 && qAbs(qGreen(a) - qGreen(b)) < 40 &&
-           qAbs(qBlue(a) - qBlue(b)) < 40;
-}
-
-/// Presses a button, waits for its pop-up, lets the button go.
-ToolWindow *hold(const MainWindow &window, PanelButton which)
-{
-    ImageButton *toolButton = window.panelButton(which);
-    // A pop-up lies over the button beside its own.
-    if (window.currentToolWindow())
-        window.currentToolWindow()->close();
-    Pointer::moveTo(Pointer::middle(toolButton));
-    Pointer::press();
-    const bool opened = QTest::qWaitFor(
-        [&] {
-            ToolWindow *popup = window.currentToolWindow();
-            return popup && popup->toolButton() == toolButton && popup->isVisible();
-        },
-        PATIENCE_MS);
-    QSignalSpy released(toolButton, SIGNAL(released()));
-    Pointer::release();
-    const bool up = QTest::qWaitFor([&] { return released.count() == 1; }, PATIENCE_MS);
-    ToolWindow *popup = window.currentToolWindow();
-    if (!opened || !up || !popup || !QTest::qWaitForWindowExposed(popup, PATIENCE_MS))
-        return nullptr;
-    return popup;
-}
-
-/// The buttons of a pop-up in the row with that top, from left to right.
-QList<ImageButton *> row(const ToolWindow *popup, int y)
-{
-    QList<ImageButton *> buttons;
-    for (ImageButton *button : popup->findChildren<ImageButton *>()) {
-        if (button->isCheckable() && button->y() == y)
-            buttons << button;
-    }
-    std::sort(buttons.begin(), buttons.end(),
-              [](const ImageButton *a, const ImageButton *b) { return a->x() < b->x(); });
-    return buttons;
-}
-
-bool clicked(ImageButton *button)
-{
-    QSignalSpy spy(button, SIGNAL(clicked()));
-    Pointer::click(button);
-    return QTest::qWaitFor([&spy] { return spy.count() == 1; }, PATIENCE_MS);
-}
-
-} // namespace
 
 /// Drives the whole window as a teacher does, with the mouse and the keyboard of a real display
 /// server, a window manager and the emulated camera.
@@ -100,14 +33,6 @@ private slots:
     void cleanupTestCase();
     void everyButtonAnswersInEveryMode_data();
     void everyButtonAnswersInEveryMode();
-    void everyLineChoiceShowsInThePicture();
-    void everyShapeIsFilledAsChosen_data();
-    void everyShapeIsFilledAsChosen();
-    void everyEraserWidthErases();
-    void textIsWrittenAsChosen();
-    void everyMaskCoversItsPart();
-    void everyEffectShowsInThePicture();
-    void everyBoardColorFillsTheBoard();
     void holdingInEveryModeOpensEveryPopUp();
     void popUpFollowsTheMovedAndResizedWindow();
     void sidePanelKeepsTheRightEdge();
@@ -115,13 +40,8 @@ private slots:
     void buttonsSteerTheCamera();
     void aZoomHeldOverAModeChangeIsReleased();
     void keysServeThePresenter();
-    void everyKeyGoesToTheTextBeingTyped();
 
 private:
-    [[nodiscard]] QPoint onCanvas(int x, int y) const;
-    /// The colour on the screen at a point of the canvas, once it is `expected`, or after a while.
-    [[nodiscard]] bool shows(int x, int y, QRgb expected) const;
-    void enterMode(int mode);
     [[nodiscard]] bool liveRuns() const;
     [[nodiscard]] bool wrote(std::uint64_t id, std::uint64_t value);
 
@@ -145,9 +65,8 @@ void TestMainWindowDriven::init()
     Config::setSnapshotPath(m_folder->path());
     Config::setRecordPath(m_folder->path());
     Config::setSnapshotMode(CanvasModes::Single);
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get(), PATIENCE_MS));
+    m_window = open();
+    QVERIFY(m_window);
 }
 
 void TestMainWindowDriven::cleanup()
@@ -158,23 +77,6 @@ void TestMainWindowDriven::cleanup()
 void TestMainWindowDriven::cleanupTestCase()
 {
     m_camera.reset();
-}
-
-QPoint TestMainWindowDriven::onCanvas(int x, int y) const
-{
-    return m_window->currentCanvas()->mapToGlobal(QPoint(x, y));
-}
-
-bool TestMainWindowDriven::shows(int x, int y, QRgb expected) const
-{
-    const QPoint point = onCanvas(x, y);
-    return QTest::qWaitFor([&] { return near(screen().pixel(point), expected); }, PATIENCE_MS);
-}
-
-void TestMainWindowDriven::enterMode(int mode)
-{
-    QVERIFY(clicked(button(*m_window, modes()[mode])));
-    QCOMPARE(m_window->currentMode(), mode);
 }
 
 bool TestMainWindowDriven::liveRuns() const
@@ -218,7 +120,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
 {
     QFETCH(int, mode);
     if (mode != 0)
-        enterMode(mode);
+        QVERIFY(enterMode(*m_window, mode));
     if (mode == 2)
         QVERIFY(clicked(button(*m_window, "Slideshow interval")));
     // Dialogs that some of them open are dismissed as they come.
@@ -253,180 +155,11 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
     QCOMPARE(m_window->currentMode(), mode);
 }
 
-void TestMainWindowDriven::everyLineChoiceShowsInThePicture()
-{
-    enterMode(3);
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Line)));
-    const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
-    ToolWindow *popup = hold(*m_window, PanelButton::Line);
-    QVERIFY(popup);
-    // Out of the way of the board: the pop-up stays open while lines are drawn.
-    for (int i = 0; i < 4; ++i) {
-        QVERIFY(clicked(row(popup, 20)[i]));
-        QVERIFY(clicked(row(popup, 43)[i]));
-        const int y = 350 + 40 * i;
-        Pointer::drag(onCanvas(200, y), onCanvas(500, y));
-        QVERIFY2(shows(350, y, colors[i]), qPrintable(QString::number(i)));
-        // As wide as chosen, on a picture that is shown smaller than it is.
-        const double shrink = 745.0 / 1280.0;
-        int thickness = 0;
-        const QImage picture = screen();
-        for (int dy = -15; dy <= 15; ++dy)
-            thickness += near(picture.pixel(onCanvas(350, y + dy)), colors[i]) ? 1 : 0;
-        QVERIFY2(qAbs(thickness - 3 * (i + 1) * shrink) <= 2.0,
-                 qPrintable(QString("%1: %2").arg(i).arg(thickness)));
-        QCOMPARE(m_window->currentToolWindow(), popup);
-    }
-}
-
-void TestMainWindowDriven::everyShapeIsFilledAsChosen_data()
-{
-    QTest::addColumn<int>("tool");
-    QTest::newRow("rectangle") << int(PanelButton::Rectangle);
-    QTest::newRow("circle") << int(PanelButton::Circle);
-    QTest::newRow("arrow") << int(PanelButton::Arrow);
-    QTest::newRow("triangle") << int(PanelButton::Triangle);
-}
-
-void TestMainWindowDriven::everyShapeIsFilledAsChosen()
-{
-    QFETCH(int, tool);
-    enterMode(3);
-    ToolWindow *popup = hold(*m_window, PanelButton(tool));
-    QVERIFY(popup);
-    QVERIFY(popup->height() > 80);
-    const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
-    for (const int i : {4, 3, 2, 1, 0}) {
-        QVERIFY(clicked(row(popup, 67)[i]));
-        // Its own place for each, below the pop-up; the middle of the way lies inside every shape.
-        const int x = 100 + 120 * i;
-        Pointer::drag(onCanvas(x, 420), onCanvas(x + 80, 480));
-        QVERIFY2(shows(x + 40, 450, colors[i]), qPrintable(QString::number(i)));
-        if (i != 0)
-            QVERIFY(m_window->currentCanvas()->fillEnabled);
-    }
-    QVERIFY(!m_window->currentCanvas()->fillEnabled);
-}
-
-void TestMainWindowDriven::everyEraserWidthErases()
-{
-    enterMode(3);
-    m_window->currentCanvas()->penWidth = 12;
-    for (int i = 0; i < 4; ++i) {
-        QVERIFY(clicked(m_window->panelButton(PanelButton::Line)));
-        m_window->currentCanvas()->penWidth = 12;
-        const int y = 400 + 40 * i;
-        Pointer::drag(onCanvas(200, y), onCanvas(500, y));
-        QVERIFY(shows(350, y, 0xFF000000));
-        ToolWindow *popup = hold(*m_window, PanelButton::Eraser);
-        QVERIFY(popup);
-        QVERIFY(clicked(row(popup, 20)[i]));
-        Pointer::drag(onCanvas(350, y), onCanvas(352, y));
-        QVERIFY2(shows(351, y, 0xFFFFFFFF), qPrintable(QString::number(i)));
-        QVERIFY(shows(300, y, 0xFF000000));
-    }
-    QVERIFY(clicked(m_window->panelButton(PanelButton::EraseAll)));
-    QVERIFY(shows(300, 400, 0xFFFFFFFF));
-}
-
-void TestMainWindowDriven::textIsWrittenAsChosen()
-{
-    enterMode(3);
-    const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
-    const auto inked = [this](QRect area, QRgb color) {
-        const QImage picture = screen();
-        int count = 0;
-        for (int y = area.top(); y <= area.bottom(); ++y) {
-            for (int x = area.left(); x <= area.right(); ++x)
-                count += near(picture.pixel(onCanvas(x, y)), color) ? 1 : 0;
-        }
-        return count;
-    };
-    int smaller = 0;
-    for (int i = 0; i < 4; ++i) {
-        ToolWindow *popup = hold(*m_window, PanelButton::Text);
-        QVERIFY(popup);
-        QVERIFY(clicked(row(popup, 43)[i]));
-        auto *sizes = popup->findChildren<QComboBox *>()[1];
-        QVERIFY(sizes->isEditable());
-        sizes->setEditText(i < 2 ? "18" : "36");
-        const QPoint at(60 + 150 * i, 420);
-        Pointer::click(onCanvas(at.x(), at.y()));
-        auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
-        QVERIFY(editor);
-        QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
-        Pointer::type("MM");
-        QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("MM"), PATIENCE_MS);
-        Pointer::click(onCanvas(700, 60));
-        QTRY_VERIFY_WITH_TIMEOUT(!editor->isVisible(), PATIENCE_MS);
-        const QRect area(at, QSize(140, 90));
-        QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 20, PATIENCE_MS);
-        if (i == 1)
-            smaller = inked(area, colors[i]);
-        if (i == 3)
-            QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 2 * smaller, PATIENCE_MS);
-    }
-}
-
-void TestMainWindowDriven::everyMaskCoversItsPart()
-{
-    enterMode(3);
-    // The board is 745 wide and 419 high in the middle of the canvas.
-    const struct {
-        QPoint covered;
-        QPoint open;
-    } parts[] = {{{40, 150}, {372, 334}},
-                 {{80, 334}, {372, 334}},
-                 {{80, 334}, {600, 334}},
-                 {{372, 200}, {372, 450}}};
-    ToolWindow *popup = hold(*m_window, PanelButton::Mask);
-    QVERIFY(popup);
-    for (int i = 0; i < 4; ++i) {
-        QVERIFY(clicked(row(popup, 18)[i]));
-        QVERIFY2(shows(parts[i].covered.x(), parts[i].covered.y(), 0xFF000000),
-                 qPrintable(QString::number(i)));
-        QVERIFY2(shows(parts[i].open.x(), parts[i].open.y(), 0xFFFFFFFF),
-                 qPrintable(QString::number(i)));
-        QVERIFY(m_window->panelButton(PanelButton::Mask)->isChecked());
-    }
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Mask)));
-    QVERIFY(shows(372, 200, 0xFFFFFFFF));
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Mask)));
-    QVERIFY(shows(372, 200, 0xFF000000));
-}
-
-void TestMainWindowDriven::everyEffectShowsInThePicture()
-{
-    enterMode(3);
-    m_window->currentCanvas()->fillCanvas(QColor(200, 40, 90));
-    QVERIFY(shows(372, 400, 0xFFC8285A));
-    ToolWindow *popup = hold(*m_window, PanelButton::Effect);
-    QVERIFY(popup);
-    const QRgb expected[] = {0xFFC8285A, qRgb(93, 93, 93), qRgb(55, 215, 165), 0xFFC8285A};
-    for (const int i : {1, 2, 3, 0}) {
-        QVERIFY(clicked(row(popup, 18)[i]));
-        QVERIFY2(shows(372, 400, expected[i]), qPrintable(QString::number(i)));
-        QCOMPARE(int(m_window->currentCanvas()->effectMode.load()), i);
-    }
-}
-
-void TestMainWindowDriven::everyBoardColorFillsTheBoard()
-{
-    enterMode(3);
-    ToolWindow *popup = hold(*m_window, PanelButton::FillBackground);
-    QVERIFY(popup);
-    const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFFFF00, 0xFF0000FF};
-    for (const int i : {3, 2, 1, 0}) {
-        QVERIFY(clicked(row(popup, 20)[i]));
-        QVERIFY2(shows(372, 450, colors[i]), qPrintable(QString::number(i)));
-    }
-}
-
 void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
 {
     for (int mode = 0; mode < 4; ++mode) {
         if (mode != 0)
-            enterMode(mode);
+            QVERIFY(enterMode(*m_window, mode));
         for (const PanelButton each : poppingButtons()) {
             if (!m_window->panelButton(each)->isVisible())
                 continue;
@@ -438,7 +171,7 @@ void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
         // The next mode is entered with a pop-up open, and closes it.
         QVERIFY(m_window->currentToolWindow());
     }
-    enterMode(0);
+    QVERIFY(enterMode(*m_window, 0));
     QVERIFY(!m_window->currentToolWindow());
 }
 
@@ -495,7 +228,7 @@ void TestMainWindowDriven::maximisedWindowKeepsItsSize()
     QVERIFY(clicked(button(*m_window, "Side panel")));
     QVERIFY(hold(*m_window, PanelButton::Text));
     for (const int mode : {1, 2, 3, 0})
-        enterMode(mode);
+        QVERIFY(enterMode(*m_window, mode));
     QVERIFY(!m_window->currentToolWindow());
     m_window->showNormal();
     QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), PATIENCE_MS);
@@ -581,7 +314,7 @@ void TestMainWindowDriven::keysServeThePresenter()
         image.fill(Qt::red);
         QVERIFY(image.save(m_folder->filePath(QString("%1.png").arg(i))));
     }
-    enterMode(2);
+    QVERIFY(enterMode(*m_window, 2));
     chooseFile(this, m_folder->filePath("0.png"));
     QVERIFY(clicked(button(*m_window, "Open folder of photographs")));
     QLabel *index = nullptr;
@@ -604,28 +337,6 @@ void TestMainWindowDriven::keysServeThePresenter()
         Pointer::key(step.key);
         QVERIFY2(reads(step.id), step.key);
     }
-}
-
-void TestMainWindowDriven::everyKeyGoesToTheTextBeingTyped()
-{
-    enterMode(3);
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Text)));
-    Pointer::click(onCanvas(200, 350));
-    auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
-    QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
-    for (const char *name :
-         {"a", "space", "plus", "minus", "Next", "F11", "ctrl+s", "ctrl+p", "Escape", "b"})
-        Pointer::key(name);
-    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-b"), PATIENCE_MS);
-    QVERIFY(!m_window->isFullScreen());
-    QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
-    // Choosing a colour in the pop-up does not take the keys away.
-    ToolWindow *popup = hold(*m_window, PanelButton::Text);
-    QVERIFY(popup);
-    QVERIFY(clicked(row(popup, 43)[1]));
-    Pointer::type("c +");
-    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-bc +"), PATIENCE_MS);
-    QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
 }
 
 QTEST_MAIN(TestMainWindowDriven)

@@ -53,6 +53,13 @@ private:
     std::thread m_thread;
 };
 
+bool showSmall(ImageCanvas &canvas)
+{
+    canvas.resize(64, 48);
+    canvas.show();
+    return QTest::qWaitForWindowExposed(&canvas);
+}
+
 /// Counts what a canvas is sent.
 class PaintCounter : public QObject
 {
@@ -161,9 +168,7 @@ private slots:
     void aFrameOnAnotherThreadIsPainted()
     {
         ImageCanvas canvas;
-        canvas.resize(64, 48);
-        canvas.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        QVERIFY(showSmall(canvas));
         QImage red(64, 48, QImage::Format_RGB888);
         red.fill(Qt::red);
         std::thread thread([&] { canvas.imageCaptured(red); });
@@ -174,9 +179,7 @@ private slots:
     void everyFrameOfAnotherThreadAsksForItsOwnRepaint()
     {
         ImageCanvas canvas;
-        canvas.resize(64, 48);
-        canvas.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        QVERIFY(showSmall(canvas));
         PaintCounter counter;
         canvas.installEventFilter(&counter);
         for (int i = 0; i < 30; ++i) {
@@ -191,9 +194,7 @@ private slots:
     void repaintsThatWaitAreAskedForOnce()
     {
         ImageCanvas canvas;
-        canvas.resize(64, 48);
-        canvas.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        QVERIFY(showSmall(canvas));
         PaintCounter counter;
         canvas.installEventFilter(&counter);
         std::thread thread([&] {

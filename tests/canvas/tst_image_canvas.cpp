@@ -1,15 +1,8 @@
+#include "RawFrame.h"
 #include "ReferencePipeline.h"
-
-#include "canvas/ImageCanvas.h"
 
 #include <QtTest>
 
-#include <QDir>
-#include <QPainter>
-#include <QTemporaryDir>
-
-#include <cstring>
-#include <random>
 #include <vector>
 
 namespace
@@ -18,54 +11,11 @@ namespace
 using ReferencePipeline::noise;
 using ReferencePipeline::same;
 
-/// A source's frame buffer: packed pixels without padding.
-struct RawFrame {
-    QSize size;
-    int pixelBytes = 3;
-    std::vector<uchar> bytes;
-
-    static RawFrame of(QSize frameSize, int pixelBytes = 3, unsigned seed = 1)
-    {
-        RawFrame frame{frameSize, pixelBytes, {}};
-        std::mt19937 random(seed);
-        frame.bytes.resize(
-            static_cast<std::size_t>(frameSize.width() * frameSize.height() * pixelBytes));
-        for (uchar &byte : frame.bytes)
-            byte = static_cast<uchar>(random());
-        return frame;
-    }
-
-    void handTo(ImageCanvas &canvas, bool mirror = false)
-    {
-        canvas.imageCaptured(bytes.data(), size.width(), size.height(), mirror, pixelBytes == 4);
-    }
-
-    [[nodiscard]] QImage image() const
-    {
-        return QImage(bytes.data(), size.width(), size.height(), size.width() * pixelBytes,
-                      pixelBytes == 4 ? QImage::Format_RGB32 : QImage::Format_RGB888)
-            .copy();
-    }
-};
-
 ViewGeometry viewOf(QSize size)
 {
     ViewGeometry view;
     view.setFrameSize(size);
     return view;
-}
-
-QImage painted(ImageCanvas &canvas)
-{
-    QImage picture(canvas.size(), QImage::Format_RGB32);
-    picture.fill(Qt::magenta);
-    canvas.render(&picture, QPoint(), QRegion(), QWidget::RenderFlags());
-    return picture;
-}
-
-QStringList jpegsIn(const QTemporaryDir &folder)
-{
-    return QDir(folder.path()).entryList({"*.jpg"}, QDir::Files);
 }
 
 } // namespace
@@ -96,17 +46,6 @@ private slots:
     void refreshShowsChangesOfTheStandingPicture();
     void refreshTimerRunsOnlyBetweenStartAndStop();
     void aSilentSourceIsNoReasonToWait();
-    void savesASinglePictureAtOnce();
-    void savesNothingIntoAFolderThatIsMissing();
-    void staysArmedWhenTheFolderVanishes();
-    void savesIntoTheFolderItWasArmedWith();
-    void survivesAReadOnlyFolder();
-    void savesASeriesWithIntervalZeroAtEveryFrame();
-    void savesTheStandingPictureWhenTheSourceIsSilent();
-    void paintsThePictureCentredWithBarsAndAFrame();
-    void leavesTheBarsOfTheBoardOpen();
-    void paintsBlackWithoutAPicture();
-    void paintsAsThePainterScales();
     void handsOutPicturesThatLiveOn();
 };
 
@@ -464,179 +403,6 @@ void ImageCanvasTest::aSilentSourceIsNoReasonToWait()
     const QImage before = canvas.currentImage();
     canvas.effectMode = ImageCanvas::EffectBW;
     QTRY_VERIFY(!same(canvas.currentImage(), before));
-}
-
-void ImageCanvasTest::savesASinglePictureAtOnce()
-{
-    QTemporaryDir folder;
-    ImageCanvas canvas;
-    RawFrame frame = RawFrame::of({64, 48});
-    frame.handTo(canvas);
-    canvas.snapshotFolder = folder.path();
-    canvas.snapshot();
-    QVERIFY(!canvas.seriesArmed());
-    QCOMPARE(jpegsIn(folder).size(), 0);
-    frame.handTo(canvas);
-    const QStringList files = jpegsIn(folder);
-    QCOMPARE(files.size(), 1);
-    QVERIFY(QDateTime::fromString(files.first(), "yyyy-MM-dd_hh-mm-ss'.jpg'").isValid());
-    QCOMPARE(QImage(folder.filePath(files.first())).size(), QSize(64, 48));
-    QFile::remove(folder.filePath(files.first()));
-    frame.handTo(canvas);
-    QCOMPARE(jpegsIn(folder).size(), 0);
-}
-
-void ImageCanvasTest::savesNothingIntoAFolderThatIsMissing()
-{
-    QTemporaryDir folder;
-    ImageCanvas canvas;
-    canvas.snapshotMode = ImageCanvas::Continuous;
-    canvas.snapshotFolder = folder.filePath("missing");
-    canvas.snapshot();
-    QVERIFY(!canvas.seriesArmed());
-}
-
-void ImageCanvasTest::staysArmedWhenTheFolderVanishes()
-{
-    QTemporaryDir parent;
-    QVERIFY(QDir(parent.path()).mkdir("shots"));
-    const QString shots = parent.filePath("shots");
-    ImageCanvas canvas;
-    RawFrame frame = RawFrame::of({64, 48});
-    canvas.snapshotFolder = shots;
-    canvas.snapshot();
-    QVERIFY(QDir(shots).removeRecursively());
-    frame.handTo(canvas);
-    canvas.imageCaptured(QImage());
-    QVERIFY(QDir(parent.path()).mkdir("shots"));
-    canvas.imageCaptured(QImage());
-    QCOMPARE(QDir(shots).entryList(QDir::Files).size(), 0);
-    frame.handTo(canvas);
-    QCOMPARE(QDir(shots).entryList(QDir::Files).size(), 1);
-}
-
-void ImageCanvasTest::savesIntoTheFolderItWasArmedWith()
-{
-    QTemporaryDir first;
-    QTemporaryDir second;
-    ImageCanvas canvas;
-    canvas.snapshotFolder = first.path();
-    canvas.snapshot();
-    canvas.snapshotFolder = second.path();
-    RawFrame::of({64, 48}).handTo(canvas);
-    QCOMPARE(jpegsIn(first).size(), 1);
-    QCOMPARE(jpegsIn(second).size(), 0);
-}
-
-void ImageCanvasTest::survivesAReadOnlyFolder()
-{
-    ImageCanvas canvas;
-    // Not even the administrator can write here.
-    canvas.snapshotFolder = "/proc/self";
-    canvas.snapshot();
-    RawFrame frame = RawFrame::of({64, 48});
-    frame.handTo(canvas);
-    frame.handTo(canvas);
-    QVERIFY(same(canvas.currentImage(), frame.image()));
-}
-
-void ImageCanvasTest::savesASeriesWithIntervalZeroAtEveryFrame()
-{
-    QTemporaryDir folder;
-    ImageCanvas canvas;
-    canvas.snapshotMode = ImageCanvas::Continuous;
-    canvas.snapshotFolder = folder.path();
-    canvas.snapshot();
-    QVERIFY(canvas.seriesArmed());
-    for (int i = 0; i < 5; ++i) {
-        RawFrame::of({64, 48}).handTo(canvas);
-        const QStringList files = jpegsIn(folder);
-        QVERIFY(!files.isEmpty());
-        for (const QString &file : files)
-            QFile::remove(folder.filePath(file));
-    }
-    canvas.stopSnapshot();
-    QVERIFY(!canvas.seriesArmed());
-    RawFrame::of({64, 48}).handTo(canvas);
-    QCOMPARE(jpegsIn(folder).size(), 0);
-}
-
-void ImageCanvasTest::savesTheStandingPictureWhenTheSourceIsSilent()
-{
-    QTemporaryDir folder;
-    ImageCanvas canvas;
-    canvas.show();
-    RawFrame::of({64, 48}).handTo(canvas);
-    canvas.snapshotFolder = folder.path();
-    canvas.snapshot();
-    QTRY_COMPARE(jpegsIn(folder).size(), 1);
-}
-
-void ImageCanvasTest::paintsThePictureCentredWithBarsAndAFrame()
-{
-    ImageCanvas canvas;
-    canvas.resize(200, 200);
-    QImage red(128, 72, QImage::Format_RGB888);
-    red.fill(Qt::red);
-    canvas.imageCaptured(red);
-    canvas.imageCaptured(QImage(red));
-    const QImage shown = painted(canvas);
-    const QColor frame("#484848");
-    for (const QPoint &point : {QPoint(0, 0), QPoint(1, 1), QPoint(199, 199), QPoint(198, 100)})
-        QCOMPARE(shown.pixelColor(point), frame);
-    // 200 * 72 / 128 is 112.5: 112 rows from row 44 on.
-    QCOMPARE(shown.pixelColor(100, 43), QColor(Qt::black));
-    QCOMPARE(shown.pixelColor(100, 44), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(2, 100), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(197, 155), QColor(Qt::red));
-    QCOMPARE(shown.pixelColor(100, 156), QColor(Qt::black));
-    QCOMPARE(shown.pixelColor(2, 2), QColor(Qt::black));
-}
-
-void ImageCanvasTest::leavesTheBarsOfTheBoardOpen()
-{
-    ImageCanvas canvas;
-    canvas.setDrawingBoardMode(true);
-    canvas.resize(200, 200);
-    canvas.fillCanvas(Qt::white);
-    const QImage shown = painted(canvas);
-    QCOMPARE(shown.pixelColor(100, 10), QColor(Qt::magenta));
-    QCOMPARE(shown.pixelColor(100, 100), QColor(Qt::white));
-    QVERIFY(!canvas.testAttribute(Qt::WA_OpaquePaintEvent));
-    canvas.setDrawingBoardMode(false);
-    QVERIFY(canvas.testAttribute(Qt::WA_OpaquePaintEvent));
-}
-
-void ImageCanvasTest::paintsBlackWithoutAPicture()
-{
-    ImageCanvas canvas;
-    canvas.imageCaptured(QImage());
-    canvas.resize(50, 40);
-    QCOMPARE(painted(canvas).pixelColor(25, 20), QColor(Qt::black));
-    canvas.resize(1, 1);
-    painted(canvas);
-    canvas.resize(0, 0);
-    painted(canvas);
-}
-
-void ImageCanvasTest::paintsAsThePainterScales()
-{
-    ImageCanvas canvas;
-    const QImage picture = noise({128, 72}, QImage::Format_RGB888, 12);
-    canvas.imageCaptured(picture);
-    const QImage whole = canvas.currentImage();
-    for (const QSize &size : {QSize(100, 100), QSize(333, 177), QSize(128, 72), QSize(61, 500)}) {
-        canvas.resize(size);
-        const ViewGeometry::Fit fit = ViewGeometry::fit(picture.size(), size);
-        QImage expected(size, QImage::Format_RGB32);
-        expected.fill(Qt::black);
-        QPainter painter(&expected);
-        painter.drawImage(QRect(fit.margin, fit.size), whole);
-        painter.end();
-        const QRect inner =
-            QRect(fit.margin, fit.size) & QRect({0, 0}, size).adjusted(2, 2, -2, -2);
-        QVERIFY(same(painted(canvas).copy(inner), expected.copy(inner)));
-    }
 }
 
 void ImageCanvasTest::handsOutPicturesThatLiveOn()

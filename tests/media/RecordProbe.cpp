@@ -38,10 +38,10 @@ bool RecordProbe::waitFor(const QByteArray &beginning)
     }
 }
 
-bool RecordProbe::waitForEnd()
+bool RecordProbe::waitForEnd(int seconds)
 {
-    const bool ended =
-        m_process.state() == QProcess::NotRunning || m_process.waitForFinished(PATIENCE_MS);
+    const bool ended = m_process.state() == QProcess::NotRunning ||
+                       m_process.waitForFinished(seconds * 1000 + PATIENCE_MS);
     m_said += m_process.readAllStandardOutput();
     return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
 }

@@ -11,7 +11,8 @@ public:
 
     /// Waits until it has said a line that begins so; false when it ends before.
     bool waitFor(const QByteArray &beginning);
-    bool waitForEnd();
+    /// `seconds`: how long it will take by itself.
+    bool waitForEnd(int seconds = 0);
     /// SIGKILL.
     void kill();
 

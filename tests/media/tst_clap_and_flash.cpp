@@ -35,13 +35,25 @@ private slots:
     }
     void cleanup() { m_server.reset(); }
 
-    void pictureAndSoundBelongTogetherFromTheStart()
+    /// CLAP_AND_FLASH_SECONDS=1800 makes it the half hour whose result docs/PERFORMANCE.md gives.
+    void pictureAndSoundBelongTogetherFromTheStartToTheEnd()
     {
-        RecordProbe probe({"--claps", m_server->pipe(), "--seconds", "7", m_file});
-        QVERIFY(probe.waitForEnd());
-        const QVector<double> lags = MovieFile(m_file).clapsAfterFlashes();
-        QVERIFY(lags.size() >= 4);
-        QVERIFY2(std::fabs(median(lags)) < TOLERANCE, qPrintable(QString::number(median(lags))));
+        const QString length = qEnvironmentVariable("CLAP_AND_FLASH_SECONDS", "7");
+        // As far as the clocks of real microphones are off, or farther.
+        RecordProbe probe(
+            {"--claps", m_server->pipe(), "--ppm", "100", "--seconds", length, m_file});
+        QVERIFY(probe.waitForEnd(length.toInt()));
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        const QVector<double> lags = movie.clapsAfterFlashes();
+        QVERIFY(lags.size() >= length.toInt() / 2);
+        tellOf(lags, probe);
+        const int parts = std::min(10, int{lags.size()} / 2);
+        for (int n = 0; n < parts; ++n) {
+            const int from = lags.size() * n / parts;
+            const double lag = median(lags.mid(from, lags.size() * (n + 1) / parts - from));
+            QVERIFY2(std::fabs(lag) < TOLERANCE, qPrintable(QString::number(lag)));
+        }
     }
 
     void aSteppedDateDoesNotTearTheMovie()
@@ -74,6 +86,25 @@ private slots:
     }
 
 private:
+    static void tellOf(const QVector<double> &lags, const RecordProbe &probe)
+    {
+        const auto within = std::count_if(lags.begin(), lags.end(),
+                                          [](double lag) { return std::fabs(lag) < TOLERANCE; });
+        const auto [least, most] = std::minmax_element(lags.begin(), lags.end());
+        qInfo(
+            "%d claps, after their flashes by %.1f ms in the median, %.1f at least, %.1f at most; "
+            "%d within a picture",
+            int{lags.size()}, median(lags) * 1e3, *least * 1e3, *most * 1e3, int(within));
+        QByteArray lastSecond;
+        for (const QByteArray &line : probe.lines()) {
+            if (line.startsWith("second 60 ") || line.startsWith("finished"))
+                qInfo("%s", line.constData());
+            if (line.startsWith("second "))
+                lastSecond = line;
+        }
+        qInfo("%s", lastSecond.constData());
+    }
+
     QTemporaryDir m_folder;
     std::unique_ptr<SoundServer> m_server;
     QString m_file;

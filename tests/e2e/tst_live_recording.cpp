@@ -117,9 +117,9 @@ private slots:
         QVERIFY(MovieFile(m_file).duration() > 0.5);
     }
 
-    void startAndStopInQuickSuccession()
+    void aHundredStartsAndStopsInQuickSuccession()
     {
-        for (int n = 0; n < 20; ++n) {
+        for (int n = 0; n < 100; ++n) {
             m_source->startRecord(m_file);
             m_source->stopRecord();
         }

@@ -1,10 +1,15 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
+#include "tests/canvas/CanvasMouse.h"
 #include "tests/media/MovieFile.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QtTest>
+
+#include <QPainter>
+
+#include <cstdlib>
 
 namespace
 {
@@ -20,14 +25,34 @@ QImage imageOf(const QByteArray &rgb)
         .copy();
 }
 
-/// Mean grey of a part of a picture.
-int brightness(const QImage &picture, const QRect &part)
+/// As the canvas fits a picture of another shape into the movie's.
+QImage fitted(const QImage &picture)
+{
+    QImage frame(RECORDING, QImage::Format_RGB888);
+    frame.fill(Qt::black);
+    const QSize size = picture.size().scaled(RECORDING, Qt::KeepAspectRatio);
+    QPainter painter(&frame);
+    painter.drawImage(QRect(QPoint((RECORDING.width() - size.width()) / 2,
+                                   (RECORDING.height() - size.height()) / 2),
+                            size),
+                      picture);
+    return frame;
+}
+
+/// The mean by which the colours of two pictures differ, of 255.
+double difference(const QImage &a, const QImage &b)
 {
     qint64 sum = 0;
-    for (int y = part.top(); y <= part.bottom(); y += 4)
-        for (int x = part.left(); x <= part.right(); x += 4)
-            sum += qGray(picture.pixel(x, y));
-    return static_cast<int>(sum / ((part.width() + 3) / 4) / ((part.height() + 3) / 4));
+    int count = 0;
+    for (int y = 0; y < RECORDING.height(); y += 3) {
+        for (int x = 0; x < RECORDING.width(); x += 3, ++count) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            sum += std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) +
+                   std::abs(qBlue(p) - qBlue(q));
+        }
+    }
+    return static_cast<double>(sum) / count / 3;
 }
 
 } // namespace
@@ -52,8 +77,13 @@ private slots:
     void cleanup()
     {
         QFile::remove(m_file);
+        m_canvas->frozen = false;
         m_canvas->effectMode = ImageCanvas::EffectColor;
         m_canvas->maskMode = ImageCanvas::MaskNone;
+        m_canvas->clearPainting();
+        m_canvas->zoomReset();
+        while (m_canvas->rotation() != 0)
+            m_canvas->rotate();
         m_source->setResolution(PREVIEW);
     }
     void cleanupTestCase()
@@ -63,23 +93,37 @@ private slots:
         m_canvas.reset();
     }
 
+    void whatIsShownIsRecorded_data()
+    {
+        QTest::addColumn<QStringList>("changes");
+        const QStringList all{"zoom", "rotation", "drawing", "effect", "mask"};
+        for (const QString &change : all)
+            QTest::newRow(qPrintable(change)) << QStringList(change);
+        QTest::newRow("all together") << all;
+    }
+
     void whatIsShownIsRecorded()
     {
-        m_canvas->effectMode = ImageCanvas::EffectNegative;
-        m_canvas->maskMode = ImageCanvas::MaskLeft;
-        recordSeconds(2.0);
+        QFETCH(QStringList, changes);
+        m_source->startRecord(m_file);
+        QTRY_COMPARE_WITH_TIMEOUT(m_canvas->pictureSize(), RECORDING, PATIENCE_MS);
+        const QImage plain = m_canvas->currentImage();
+        for (const QString &change : changes)
+            apply(change);
+        m_canvas->frozen = true;
+        m_canvas->autoRefresh();
+        const QImage shown = fitted(m_canvas->currentImage());
+        waitForMovie(1.0);
+        m_source->stopRecord();
 
         const MovieFile movie(m_file);
         QCOMPARE(movie.complaints(), QString());
         QCOMPARE(movie.stream("audio")["codec_name"].toString(), QString("aac"));
-        const QImage picture = imageOf(movie.pictureAt(1.0));
-        const QRect left(0, 0, RECORDING.width() / 2 - 8, RECORDING.height());
-        const QRect right = left.translated(RECORDING.width() / 2 + 8, 0);
-        QVERIFY2(brightness(picture, left) < 8,
-                 qPrintable(QString::number(brightness(picture, left))));
-        // The sheet is white, its negative is dark, but not black.
-        const int shown = brightness(picture, right);
-        QVERIFY2(shown > 10 && shown < 120, qPrintable(QString::number(shown)));
+        const double seen = difference(shown, plain);
+        QVERIFY2(seen > 3, qPrintable(QString::number(seen)));
+        const QImage recorded = imageOf(movie.pictureAt(movie.duration() - 0.5));
+        const double unlike = difference(recorded, shown);
+        QVERIFY2(unlike < 3, qPrintable(QString::number(unlike)));
     }
 
     void thePicturesOfTheCameraFollowEachOtherInTime()
@@ -143,6 +187,24 @@ private slots:
     }
 
 private:
+    void apply(const QString &change)
+    {
+        if (change == "zoom")
+            m_canvas->zoomIn();
+        if (change == "rotation")
+            m_canvas->rotate();
+        if (change == "effect")
+            m_canvas->effectMode = ImageCanvas::EffectNegative;
+        if (change == "mask")
+            m_canvas->maskMode = ImageCanvas::MaskLeft;
+        if (change == "drawing") {
+            m_canvas->setMouseMode(ImageCanvas::Rectangle);
+            m_canvas->fillEnabled = true;
+            m_canvas->fillColor = Qt::red;
+            CanvasMouse::drag(*m_canvas, {{300, 200}, {450, 300}});
+        }
+    }
+
     /// Until that much of the movie is surely in the file.
     void waitForMovie(double seconds)
     {

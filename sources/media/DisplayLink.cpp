@@ -33,10 +33,7 @@ QWindow *shownWindow()
 
 Clock::duration refreshInterval(const QScreen *screen)
 {
-    // Screens without a known rate say 0 or nonsense.
-    const double rate = screen ? screen->refreshRate() : 0;
-    const double hertz = rate >= 20 && rate <= 500 ? rate : 60;
-    return std::chrono::nanoseconds(static_cast<long long>(1e9 / hertz));
+    return DisplayLink::interval(screen ? screen->refreshRate() : 0);
 }
 
 class TimedDisplayLink : public DisplayLink
@@ -154,6 +151,12 @@ private:
 };
 
 } // namespace
+
+std::chrono::nanoseconds DisplayLink::interval(double hertz)
+{
+    const bool believable = hertz >= 20 && hertz <= 500;
+    return std::chrono::nanoseconds(static_cast<long long>(1e9 / (believable ? hertz : 60)));
+}
 
 std::unique_ptr<DisplayLink> DisplayLink::create(std::function<void()> tick)
 {

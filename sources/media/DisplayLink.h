@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -21,6 +22,10 @@ public:
 
     /// `tick` is called on the link's thread, named "DisplayLink".
     [[nodiscard]] static std::unique_ptr<DisplayLink> create(std::function<void()> tick);
+
+    /// The time between two refreshes of a screen of that rate, Hz. Screens without a known rate
+    /// say 0 or nonsense, and are taken for 60.
+    [[nodiscard]] static std::chrono::nanoseconds interval(double hertz);
 
 protected:
     DisplayLink() = default;

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <cmath>
 #include <condition_variable>
 #include <mutex>
 #include <pthread.h>
@@ -68,6 +69,28 @@ class DisplayLinkTest : public QObject
     Q_OBJECT
 
 private slots:
+    void aScreenIsBelievedWhenItsRateCanBe_data()
+    {
+        QTest::addColumn<double>("hertz");
+        QTest::addColumn<int>("microseconds");
+        QTest::newRow("usual") << 60.0 << 16666;
+        QTest::newRow("fast") << 144.0 << 6944;
+        QTest::newRow("slowest") << 20.0 << 50000;
+        QTest::newRow("fastest") << 500.0 << 2000;
+        QTest::newRow("unknown") << 0.0 << 16666;
+        QTest::newRow("too slow") << 1.0 << 16666;
+        QTest::newRow("too fast") << 1000.0 << 16666;
+        QTest::newRow("below nothing") << -60.0 << 16666;
+        QTest::newRow("no number") << std::nan("") << 16666;
+    }
+
+    void aScreenIsBelievedWhenItsRateCanBe()
+    {
+        QFETCH(double, hertz);
+        QFETCH(int, microseconds);
+        QCOMPARE(int(DisplayLink::interval(hertz).count() / 1000), microseconds);
+    }
+
     void ticksOnItsOwnNamedThread()
     {
         Counter counter;

@@ -34,6 +34,18 @@ void click(const MainWindow &window, PanelButton button)
     window.panelButton(button)->click();
 }
 
+/// Chooses in a tool's pop-up by the place of the choice.
+void choose(const MainWindow &window, PanelButton tool, int place)
+{
+    emit window.panelButton(tool)->hold();
+    QList<ImageButton *> choices;
+    for (ImageButton *button : window.currentToolWindow()->findChildren<ImageButton *>()) {
+        if (button->isCheckable())
+            choices << button;
+    }
+    choices[place]->click();
+}
+
 /// What is done to a window, by its buttons or behind their backs.
 using Deed = std::function<void(MainWindow &)>;
 
@@ -84,6 +96,16 @@ const std::vector<Case> &cases()
              button.click();
          },
          [](MainWindow &w) { indicationsOf(w)->osdMacro(true); }},
+        {"mask", BOARD, [](MainWindow &w) { choose(w, PanelButton::Mask, 1); },
+         [](MainWindow &w) {
+             w.currentCanvas()->maskMode = CanvasModes::MaskRectangle;
+             indicationsOf(w)->osdMask();
+         }},
+        {"effect", BOARD, [](MainWindow &w) { choose(w, PanelButton::Effect, 1); },
+         [](MainWindow &w) {
+             w.currentCanvas()->effectMode = CanvasModes::EffectBW;
+             indicationsOf(w)->osdEffect();
+         }},
         {"record", 0, [](MainWindow &w) { click(w, PanelButton::Record); },
          [](MainWindow &w) { indicationsOf(w)->osdRecord(); }},
         {"zoom in", BOARD, [](MainWindow &w) { w.zoomInStart(); },

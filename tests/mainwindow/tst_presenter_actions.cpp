@@ -48,6 +48,7 @@ void TestPresenterActions::keysAct_data()
     add("plus on the number pad", Qt::Key_Plus, Qt::KeypadModifier, false, all(A::ZoomIn));
     add("equal", Qt::Key_Equal, 0, false, all(A::ZoomIn));
     add("minus", Qt::Key_Minus, 0, false, all(A::ZoomOut));
+    add("minus above another sign", Qt::Key_Minus, Qt::ShiftModifier, false, all(A::ZoomOut));
     add("F11", Qt::Key_F11, 0, false, all(A::ToggleFullScreen));
     add("F11 back", Qt::Key_F11, 0, true, all(A::ToggleFullScreen));
     add("escape", Qt::Key_Escape, 0, false, all(A::None));
@@ -56,6 +57,7 @@ void TestPresenterActions::keysAct_data()
     add("ctrl p", Qt::Key_P, Qt::ControlModifier, true, all(A::Print));
     add("s", Qt::Key_S, 0, false, all(A::None));
     add("ctrl shift s", Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier, false, all(A::None));
+    add("ctrl shift p", Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier, false, all(A::None));
     add("alt space", Qt::Key_Space, Qt::AltModifier, false, all(A::None));
     add("ctrl plus", Qt::Key_Plus, Qt::ControlModifier, false, all(A::None));
     add("shift page down", Qt::Key_PageDown, Qt::ShiftModifier, false, all(A::None));

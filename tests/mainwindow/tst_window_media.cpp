@@ -42,6 +42,7 @@ private slots:
     void cancelledDialogsChangeNothing();
     void aVanishedFileIsIgnored();
     void slideshowButtonFollowsTheShow();
+    void photographsRestWhileAnotherModeIsShown();
     void intervalPlacesReachTheSource();
     void longIndexesFitTheirLabel();
 };
@@ -158,6 +159,9 @@ void TestWindowMedia::slideshowButtonFollowsTheShow()
     show->click();
     QVERIFY(!show->isChecked());
     show->click();
+    window.findChild<PhotographSource *>()->stop();
+    QVERIFY(!show->isChecked());
+    show->click();
     enter(window, 0);
     enter(window, 2);
     QVERIFY(!show->isChecked());
@@ -165,6 +169,20 @@ void TestWindowMedia::slideshowButtonFollowsTheShow()
     show->click();
     QTRY_COMPARE_WITH_TIMEOUT(window.currentCanvas()->currentImage().pixel(10, 10), 0xFF00FF00,
                               10000);
+}
+
+void TestWindowMedia::photographsRestWhileAnotherModeIsShown()
+{
+    MainWindow window;
+    enter(window, 2);
+    ImageCanvas *photographs = window.currentCanvas();
+    photographs->fillCanvas(QColor(200, 40, 90));
+    photographs->effectMode = CanvasModes::EffectBW;
+    QTRY_VERIFY(qIsGray(photographs->currentImage().pixel(10, 10)));
+    enter(window, 0);
+    photographs->effectMode = CanvasModes::EffectColor;
+    QTest::qWait(150);
+    QVERIFY(qIsGray(photographs->currentImage().pixel(10, 10)));
 }
 
 void TestWindowMedia::intervalPlacesReachTheSource()

@@ -36,7 +36,4 @@ void preparePlatform()
     // On a sharp screen layouts keep their sizes and the images come at twice theirs.
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // A stroke takes every point that the window system delivers, not only the latest one.
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
 }

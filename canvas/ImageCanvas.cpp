@@ -5,6 +5,7 @@
 #include "SnapshotFile.h"
 #include "StartPicture.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QPainter>
@@ -30,6 +31,11 @@ ImageCanvas::ImageCanvas(QWidget *parent)
 {
     m_clock.start();
     setFont(QFont(m_text.fontFace(), m_text.fontSize()));
+    // A stroke takes every point that the window system delivers, not only the latest one. The
+    // platform's plugin settles this anew while the application starts, so that it cannot be
+    // settled before.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
     setAttribute(Qt::WA_OpaquePaintEvent);
     m_refreshTimer.setInterval(REFRESH_INTERVAL_MS);
     connect(&m_refreshTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));

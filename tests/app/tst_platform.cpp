@@ -15,7 +15,6 @@ private slots:
     void choosesWhereNothingIsChosen();
     void leavesTheUsersChoice();
     void drawsSharpOnSharpScreens();
-    void everyPointOfAStrokeIsDelivered();
     void largeBlocksGoBackToTheSystem();
 };
 
@@ -48,15 +47,6 @@ void TestPlatform::drawsSharpOnSharpScreens()
     preparePlatform();
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
-}
-
-void TestPlatform::everyPointOfAStrokeIsDelivered()
-{
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, true);
-    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, true);
-    preparePlatform();
-    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents));
-    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_CompressTabletEvents));
 }
 
 void TestPlatform::largeBlocksGoBackToTheSystem()

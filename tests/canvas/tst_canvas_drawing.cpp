@@ -526,9 +526,6 @@ private slots:
         canvas->show();
         QVERIFY(QTest::qWaitForWindowExposed(canvas.get()));
         canvas->setMouseMode(CanvasModes::Freehand);
-        // As the program sets it for all its windows.
-        QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
-        QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
         // As with a tablet at an X server: the server moves no mouse for the pen.
         QWindowSystemInterfacePrivate::TabletEvent::setPlatformSynthesizesMouse(false);
         const auto zigzag = [](int x) { return QPoint(x, x / 10 % 2 == 0 ? 20 : 100); };
@@ -551,6 +548,8 @@ private slots:
         QCoreApplication::sendEvent(canvas.get(), &event);
         QVERIFY(!event.isAccepted());
         QVERIFY(QCoreApplication::testAttribute(Qt::AA_SynthesizeMouseForUnhandledTabletEvents));
+        QVERIFY(!QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents));
+        QVERIFY(!QCoreApplication::testAttribute(Qt::AA_CompressTabletEvents));
     }
 
 private:

@@ -62,6 +62,12 @@ void CaptureActions::showSeries()
         button->setChecked(m_window->currentCanvas()->seriesArmed());
 }
 
+bool CaptureActions::recording() const
+{
+    const LiveSource *source = m_window->liveSource();
+    return source && source->recordRequested();
+}
+
 void CaptureActions::startRecording()
 {
     const QString folder = Config::recordPath();
@@ -74,10 +80,10 @@ void CaptureActions::startRecording()
     QFile::remove(path);
     if (!m_window->liveSource()->running())
         qDebug("recording without a camera");
-    m_window->liveSource()->startRecord(path);
+    m_window->liveSource()->requestRecord(path);
     ImageCanvas *canvas = m_window->currentCanvas();
     m_window->osdProcessors().value(canvas)->osdRecord();
-    m_recording = true;
+    m_failureTold = false;
     // A recording always takes the moving picture.
     if (canvas->frozen) {
         canvas->frozen = false;
@@ -88,14 +94,22 @@ void CaptureActions::startRecording()
 
 void CaptureActions::stopRecording()
 {
-    if (!m_recording)
+    if (!recording())
         return;
     m_window->liveSource()->stopRecord();
     // A recording that ends by itself may end in another mode; its clock runs on one canvas alone.
     for (OSDProcessor *processor : m_window->osdProcessors())
         processor->stopOsdRecord();
     showRecording(false);
-    m_recording = false;
+}
+
+void CaptureActions::recordingFailed(const QString &sentence)
+{
+    if (m_failureTold)
+        return;
+    m_failureTold = true;
+    stopRecording();
+    QMessageBox::critical(m_window, MainWindow::tr("Error"), sentence);
 }
 
 bool CaptureActions::checkFolder(const QString &path)

@@ -20,10 +20,13 @@ public:
     /// After a change of canvas: a series belongs to its canvas, the button to the window.
     void showSeries();
 
-    [[nodiscard]] bool recording() const { return m_recording; }
+    /// Whether the camera's source has been asked to record; false without that source.
+    [[nodiscard]] bool recording() const;
     void startRecording();
     /// Nothing happens while no recording runs.
     void stopRecording();
+    /// Stops as the user would and tells him why, once a recording.
+    void recordingFailed(const QString &sentence);
 
 private:
     /// Whether a chosen folder is there; says so to the user if it is not.
@@ -32,5 +35,6 @@ private:
 
     MainWindow *m_window;
     ImageButton *m_liveRecordButton = nullptr;
-    bool m_recording = false;
+    /// Whether the user knows that the latest recording failed, which may be after its end.
+    bool m_failureTold = true;
 };

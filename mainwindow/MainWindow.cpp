@@ -14,7 +14,6 @@
 #include <QButtonGroup>
 #include <QEvent>
 #include <QLabel>
-#include <QMessageBox>
 #include <QStackedWidget>
 
 using namespace ModeRules;
@@ -265,10 +264,7 @@ void MainWindow::record()
 
 void MainWindow::recordingFailed(const QString &sentence)
 {
-    if (!m_capture.recording())
-        return;
-    m_capture.stopRecording();
-    QMessageBox::critical(this, tr("Error"), sentence);
+    m_capture.recordingFailed(sentence);
 }
 
 void MainWindow::print()

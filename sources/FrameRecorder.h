@@ -18,4 +18,9 @@ public:
 
     /// Completes the movie file. No picture comes during or after this call.
     virtual void finish() = 0;
+
+    /// Whether a picture that suits the movie has come, be it written or not. Any thread.
+    virtual bool pictureCame() const = 0;
+    /// Whether the movie has a picture. Any thread.
+    virtual bool hasPictures() const = 0;
 };

@@ -18,6 +18,8 @@ constexpr int FRAMES_PER_SECOND = 30;
 constexpr int POLL_INTERVAL_MS = 500;
 // A camera that has just been plugged in needs this long before it can be opened reliably.
 constexpr qint64 SETTLE_MS = 2001;
+// Within this time a recording gets its first picture, or it fails.
+constexpr int FIRST_PICTURE_MS = 3000;
 
 // The unit's guidExtensionCode as it lies in the descriptor.
 constexpr std::uint8_t ICATCH_UVC_EXTENSION_UNIT_GUID[16] = {
@@ -59,6 +61,9 @@ LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingRe
     , m_recordingResolution(recordingResolution)
 {
     connect(&m_existenceTimer, SIGNAL(timeout()), this, SLOT(checkExistance()));
+    m_pictureTimer.setSingleShot(true);
+    m_pictureTimer.setInterval(FIRST_PICTURE_MS);
+    connect(&m_pictureTimer, SIGNAL(timeout()), this, SLOT(checkPictures()));
     checkExistance();
     m_existenceTimer.start(POLL_INTERVAL_MS);
 }
@@ -109,17 +114,33 @@ void LiveSource::resumeCapture() {}
 
 void LiveSource::startRecord(const QString &fileName)
 {
-    if (!m_running)
-        return;
-    tearDownCaptureGraph();
-    m_recordFileName = fileName;
+    if (m_running)
+        requestRecord(fileName);
+}
+
+void LiveSource::requestRecord(const QString &fileName)
+{
+    if (m_running)
+        tearDownCaptureGraph();
+    m_recording.open(fileName);
+    beginRecording();
+}
+
+void LiveSource::beginRecording()
+{
     createCaptureGraph(true);
+    m_pictureTimer.start();
 }
 
 void LiveSource::stopRecord()
 {
-    if (!m_running)
+    if (!m_running) {
+        if (m_recording.requested())
+            reportMissingPictures();
+        m_pictureTimer.stop();
+        m_recording.end();
         return;
+    }
     tearDownCaptureGraph();
     createCaptureGraph(false);
 }
@@ -151,7 +172,12 @@ QSize LiveSource::recordingResolution() const
 
 bool LiveSource::recording() const
 {
-    return m_recording;
+    return m_recording.begun();
+}
+
+bool LiveSource::recordRequested() const
+{
+    return m_recording.requested();
 }
 
 void LiveSource::checkExistance()
@@ -177,14 +203,18 @@ void LiveSource::checkExistance()
         qDebug("uvc_open() failed.");
     m_running = true;
     initUVCControl();
-    createCaptureGraph(false);
+    if (m_recording.requested())
+        beginRecording();
+    else
+        createCaptureGraph(false);
 }
 
 void LiveSource::createCaptureGraph(bool record)
 {
     if (!m_running)
         return;
-    m_recording = record;
+    if (record)
+        m_recording.begin();
     const QSize size = record ? m_recordingResolution : m_resolution;
     UvcCamera &camera = m_private->camera;
     if (camera.negotiate(size, FRAMES_PER_SECOND) < 0)
@@ -213,30 +243,53 @@ void LiveSource::tearDownCaptureGraph()
 
 void LiveSource::finishRecording()
 {
-    m_recording = false;
+    m_pictureTimer.stop();
+    m_recording.end();
     std::unique_ptr<FrameRecorder> recorder;
     {
         const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
         recorder = std::move(m_private->recorder);
     }
-    if (recorder)
-        recorder->finish();
+    if (!recorder)
+        return;
+    recorder->finish();
+    if (!recorder->hasPictures())
+        reportMissingPictures();
 }
 
 std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
 {
     // What a recording reports after the next one has begun belongs to neither.
-    const int number = ++m_recordingNumber;
+    const int number = m_recording.number();
     auto failed = [this, number](const QString &sentence) {
         QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection, Q_ARG(int, number),
                                   Q_ARG(QString, sentence));
     };
-    auto writer = MovieWriter::create({m_recordFileName, size}, failed);
+    auto writer = MovieWriter::create({m_recording.fileName(), size}, failed);
     return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(), size);
 }
 
 void LiveSource::reportFailure(int recording, const QString &sentence)
 {
-    if (recording == m_recordingNumber)
+    if (m_recording.takeFailure(recording))
         emit recordFailed(sentence);
+}
+
+void LiveSource::reportMissingPictures()
+{
+    const QString sentence = tr("Nothing was recorded because no picture came from the camera.");
+    QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection,
+                              Q_ARG(int, m_recording.number()), Q_ARG(QString, sentence));
+}
+
+void LiveSource::checkPictures()
+{
+    // A camera that is on the bus but not open yet will be within that time.
+    const bool opening = !m_recording.begun() && m_presenceTimer.isValid();
+    // Only this thread changes the pointer, so it is read without the lock.
+    const FrameRecorder *recorder = m_private->recorder.get();
+    if (opening)
+        m_pictureTimer.start();
+    else if (!recorder || !recorder->pictureCame())
+        reportMissingPictures();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LiveSourceBase.h"
+#include "RecordingRequest.h"
 
 #include <QElapsedTimer>
 #include <QSize>
@@ -50,6 +51,11 @@ public:
     /// Restarts the stream at the recording size and records it into a QuickTime file of that name.
     /// Nothing happens while the camera is not running.
     void startRecord(const QString &fileName);
+    /// As startRecord(), but while there is no camera yet the recording begins when it is open.
+    /// Without a picture within three seconds of the beginning, or of the call while no camera is
+    /// on the bus, recordFailed() comes.
+    void requestRecord(const QString &fileName);
+    /// Ends the recording; recordFailed() comes afterwards when it got no picture.
     void stopRecord();
 
     /// Restarts the stream when the size differs from the current one.
@@ -59,22 +65,29 @@ public:
 
     [[nodiscard]] QSize resolution() const;
     [[nodiscard]] QSize recordingResolution() const;
+    /// Whether the camera streams for a recording.
     [[nodiscard]] bool recording() const;
+    /// Whether one has been asked for and not ended, be it begun or not.
+    [[nodiscard]] bool recordRequested() const;
 
 public slots:
     /// One look at the bus; opens the camera once it has been there for more than two seconds.
     void checkExistance();
 
 signals:
-    /// The movie cannot be written on (disk full, folder gone), `sentence` tells the user why; its
-    /// file is playable up to here. The recording still wants its stopRecord(). Emitted from the
-    /// event loop on the GUI thread, at most once a recording.
+    /// The movie cannot be written on (disk full, folder gone, no picture), `sentence` tells the
+    /// user why; its file is playable up to here, and removed if it has no picture. A recording
+    /// that is not ended yet still wants its stopRecord(). Emitted from the event loop on the GUI
+    /// thread, at most once a recording.
     void recordFailed(const QString &sentence);
 
 private slots:
     void reportFailure(int recording, const QString &sentence);
+    void checkPictures();
 
 private:
+    void beginRecording();
+    void reportMissingPictures();
     void createCaptureGraph(bool record);
     void tearDownCaptureGraph();
     void finishRecording();
@@ -84,12 +97,11 @@ private:
     std::unique_ptr<LiveSourcePrivate> m_private;
     QTimer m_existenceTimer;
     bool m_running = false;
-    bool m_recording = false;
-    /// Counts the recordings.
-    int m_recordingNumber = 0;
     /// How long the camera has been seen without a break; invalid while it is not there.
     QElapsedTimer m_presenceTimer;
-    QString m_recordFileName;
+    RecordingRequest m_recording;
+    /// Runs while the first picture of a recording is awaited.
+    QTimer m_pictureTimer;
     QSize m_resolution;
     QSize m_recordingResolution;
 };

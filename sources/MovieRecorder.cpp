@@ -18,8 +18,11 @@ MovieRecorder::~MovieRecorder()
 
 void MovieRecorder::pictureCaptured(const void *rgb, int width, int height, qint64 microseconds)
 {
+    if (QSize(width, height) != m_pictureSize)
+        return;
+    m_pictureCame = true;
     const std::lock_guard lock(m_mutex);
-    if (!m_offsetUs || QSize(width, height) != m_pictureSize)
+    if (!m_offsetUs)
         return;
     const qint64 presentationUs = microseconds + *m_offsetUs;
     startSession(presentationUs);

@@ -6,6 +6,7 @@
 
 #include <QSize>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -32,6 +33,9 @@ public:
     /// Completes the movie, in bounded time.
     void finish() override;
 
+    bool pictureCame() const override { return m_pictureCame; }
+    bool hasPictures() const override { return m_writer->hasPictures(); }
+
     /// The pictures that the encoder was too slow for.
     qint64 droppedPictures() const { return m_writer->droppedPictures(); }
 
@@ -41,6 +45,7 @@ private:
 
     const QSize m_pictureSize;
     std::unique_ptr<SoundCapture> m_capture;
+    std::atomic<bool> m_pictureCame{false};
 
     /// Guards the writer and the offset.
     std::mutex m_mutex;

@@ -71,6 +71,13 @@
     </message>
 </context>
 <context>
+    <name>LiveSource</name>
+    <message>
+        <source>Nothing was recorded because no picture came from the camera.</source>
+        <translation>Es wurde nichts aufgenommen, weil kein Bild von der Kamera kam.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Line Width</source>

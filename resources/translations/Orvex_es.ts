@@ -71,6 +71,13 @@
     </message>
 </context>
 <context>
+    <name>LiveSource</name>
+    <message>
+        <source>Nothing was recorded because no picture came from the camera.</source>
+        <translation>No se ha grabado nada porque no ha llegado ninguna imagen de la cámara.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Line Width</source>

@@ -71,6 +71,13 @@
     </message>
 </context>
 <context>
+    <name>LiveSource</name>
+    <message>
+        <source>Nothing was recorded because no picture came from the camera.</source>
+        <translation>Rien n’a été enregistré, car aucune image n’est parvenue de la caméra.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Line Width</source>

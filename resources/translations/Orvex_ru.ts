@@ -71,6 +71,13 @@
     </message>
 </context>
 <context>
+    <name>LiveSource</name>
+    <message>
+        <source>Nothing was recorded because no picture came from the camera.</source>
+        <translation>Ничего не записано, так как с камеры не поступило изображение.</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Line Width</source>

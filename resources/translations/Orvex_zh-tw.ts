@@ -71,6 +71,13 @@
     </message>
 </context>
 <context>
+    <name>LiveSource</name>
+    <message>
+        <source>Nothing was recorded because no picture came from the camera.</source>
+        <translation>攝影機沒有傳來影像，因此沒有錄下任何內容。</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
         <source>Line Width</source>

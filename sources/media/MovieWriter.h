@@ -62,6 +62,9 @@ public:
     /// thread behind. A movie without any picture is removed.
     virtual void finish() = 0;
 
+    /// Whether a picture has been taken into the movie.
+    virtual bool hasPictures() const = 0;
+
     /// How many pictures came too fast for the encoder.
     virtual qint64 droppedPictures() const = 0;
 };

@@ -48,6 +48,7 @@ public:
     }
 
     Status status() const override { return m_pipeline->status; }
+    bool hasPictures() const override { return m_pipeline->hasPictures; }
     qint64 droppedPictures() const override { return m_dropped; }
 
     void startSession(qint64 timeUs) override

@@ -51,6 +51,7 @@ public:
         m_status = Status::Finished;
         m_log.append({"finish", 0});
     }
+    bool hasPictures() const override { return m_log.contains({"picture", 0}); }
     qint64 droppedPictures() const override { return 0; }
 
 private:

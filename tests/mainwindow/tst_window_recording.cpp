@@ -1,0 +1,164 @@
+#include "WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+#include "sources/LiveSource.h"
+#include "tests/sources/LiveRig.h"
+#include "tools/virtualcamera/VirtualCamera.h"
+
+#include <QMessageBox>
+#include <QTemporaryDir>
+
+using namespace WindowProbe;
+
+namespace
+{
+
+constexpr int PATIENCE_MS = 60000;
+constexpr char NO_PICTURE[] = "Nothing was recorded because no picture came from the camera.";
+
+} // namespace
+
+/// The record button with a camera that is not ready: the movie begins when the camera does, or the
+/// user is told that there is none.
+class WindowRecordingTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        beOnOneself();
+        usualSettings();
+        qputenv("PULSE_SERVER", "unix:" + m_home.path().toLocal8Bit() + "/nobody");
+        m_camera = std::make_unique<VirtualCamera>();
+    }
+    void cleanupTestCase() { m_camera.reset(); }
+
+    void init()
+    {
+        m_camera->unplug();
+        m_camera->faults().silent = 0;
+        m_folder = std::make_unique<QTemporaryDir>();
+        Config::setRecordPath(m_folder->path());
+        m_window = std::make_unique<MainWindow>();
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        m_camera->faults().silent = 0;
+    }
+
+    void aCameraThatIsAboutToOpenIsRecorded()
+    {
+        const MessageLog log;
+        QVERIFY(m_camera->plug());
+        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, PATIENCE_MS));
+        QVERIFY(!m_window->liveSource()->running());
+        record()->click();
+        QVERIFY(showsRecording());
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+        // No less than a recorded second: sooner or later the file shows it.
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, PATIENCE_MS);
+        QVERIFY(showsRecording());
+        record()->click();
+        QVERIFY(!showsRecording());
+        QCOMPARE(movies().size(), 1);
+        QVERIFY(movieBytes() > 50000);
+    }
+
+    void aCameraThatWasPulledIsSaid()
+    {
+        bringUp();
+        m_camera->unplug();
+        QTRY_VERIFY_WITH_TIMEOUT(standsStill(), PATIENCE_MS);
+        QVERIFY(m_camera->plug());
+        expectComplaint([this] { record()->click(); });
+    }
+
+    void noCameraIsSaid()
+    {
+        expectComplaint([this] { record()->click(); });
+    }
+
+    void aStopBeforeTheFirstPictureIsSaid()
+    {
+        bringUp();
+        m_camera->faults().silent = 1;
+        expectComplaint([this] {
+            record()->click();
+            QVERIFY(m_window->recording());
+            record()->click();
+            QVERIFY(!m_window->recording());
+        });
+    }
+
+    void theNextRecordingIsComplete()
+    {
+        bringUp();
+        m_camera->faults().silent = 1;
+        expectComplaint([this] { record()->click(); });
+        m_camera->faults().silent = 0;
+        record()->click();
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, PATIENCE_MS);
+        record()->click();
+        QCOMPARE(movies().size(), 1);
+    }
+
+private:
+    ImageButton *record() const { return button(*m_window, "Record video"); }
+
+    bool showsRecording() const
+    {
+        for (const ImageButton *each : m_window->findChildren<ImageButton *>()) {
+            if (each->accessibleName() == "Record video" &&
+                each->isChecked() != m_window->recording())
+                qFatal("a record button disagrees with the recording");
+        }
+        return m_window->recording();
+    }
+
+    void bringUp()
+    {
+        QVERIFY(m_camera->plug());
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!standsStill(), PATIENCE_MS);
+    }
+
+    /// Whether no picture comes for as long as several would.
+    bool standsStill() const
+    {
+        const QImage before = m_window->currentCanvas()->currentImage();
+        return !QTest::qWaitFor([&] { return m_window->currentCanvas()->currentImage() != before; },
+                                500);
+    }
+
+    QStringList movies() const { return QDir(m_folder->path()).entryList({"*.mov"}, QDir::Files); }
+    qint64 movieBytes() const
+    {
+        const QFileInfoList files = QDir(m_folder->path()).entryInfoList({"*.mov"}, QDir::Files);
+        return files.isEmpty() ? 0 : files.first().size();
+    }
+
+    /// That one message box comes of it, and that nothing is left of the recording then.
+    void expectComplaint(const std::function<void()> &action)
+    {
+        QStringList said;
+        whenAsked<QMessageBox>(m_window.get(), [&](QMessageBox *box) {
+            said << box->windowTitle() << box->text();
+            box->accept();
+        });
+        action();
+        QTRY_COMPARE_WITH_TIMEOUT(said, QStringList({"Error", NO_PICTURE}), PATIENCE_MS);
+        QTRY_VERIFY(!m_window->recording());
+        QVERIFY(!showsRecording());
+        QTRY_COMPARE(movies(), QStringList());
+    }
+
+    QTemporaryDir m_home;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<VirtualCamera> m_camera;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+QTEST_MAIN(WindowRecordingTest)
+#include "tst_window_recording.moc"

@@ -1,0 +1,220 @@
+#include "LiveRig.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+namespace
+{
+
+constexpr int FIRST_PICTURE_MS = 3000;
+constexpr QSize REFUSED_SIZE(800, 600);
+constexpr QSize LARGE_SIZE(1920, 1080);
+
+} // namespace
+
+/// When a recording begins, and what becomes of one that gets no picture. There is no sound server,
+/// so the sound is silence.
+class LiveSourceRecordingTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("PULSE_SERVER", "unix:" + m_folder.path().toLocal8Bit() + "/nobody");
+        m_camera = std::make_unique<VirtualCamera>(rigCamera());
+    }
+    void cleanupTestCase() { m_camera.reset(); }
+
+    void init()
+    {
+        m_camera->unplug();
+        m_rig = std::make_unique<LiveRig>();
+        m_failures = std::make_unique<QSignalSpy>(m_rig->source.get(), &LiveSource::recordFailed);
+        m_file = m_folder.filePath("movie.mov");
+    }
+    void cleanup()
+    {
+        m_failures.reset();
+        m_rig.reset();
+        m_camera->faults().silent = 0;
+        m_camera->faults().stallProbes = 0;
+        QFile::remove(m_file);
+    }
+
+    void withoutACameraARequestFails()
+    {
+        QElapsedTimer asked;
+        asked.start();
+        m_rig->source->requestRecord(m_file);
+        QVERIFY(m_rig->source->recordRequested());
+        QVERIFY(!m_rig->source->recording());
+        expectFailure();
+        QVERIFY(asked.elapsed() >= FIRST_PICTURE_MS);
+        expectNoMoreFailures();
+    }
+
+    void aStartWithoutACameraDoesNothing()
+    {
+        m_rig->source->startRecord(m_file);
+        QVERIFY(!m_rig->source->recordRequested());
+        QVERIFY(m_camera->plug());
+        QVERIFY(m_rig->waitUntilRunning());
+        QVERIFY(!m_rig->source->recording());
+        QVERIFY(m_rig->waitForSize(LiveRig::PREVIEW));
+        QVERIFY(!QFile::exists(m_file));
+        QCOMPARE(m_failures->size(), 0);
+    }
+
+    void aCameraThatIsNotOpenYetIsRecordedOnceItIs()
+    {
+        const MessageLog log;
+        QVERIFY(m_camera->plug());
+        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; },
+                                LiveRig::PATIENCE_MS));
+        m_rig->source->requestRecord(m_file);
+        QVERIFY(!m_rig->source->recording());
+        QVERIFY(m_rig->waitUntilRunning());
+        QVERIFY(m_rig->source->recording());
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        recordFor(FIRST_PICTURE_MS + 500);
+        expectMovie();
+    }
+
+    void aCameraThatLeavesBeforeItIsOpenIsNotWaitedForAnyLonger()
+    {
+        const MessageLog log;
+        QVERIFY(m_camera->plug());
+        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; },
+                                LiveRig::PATIENCE_MS));
+        m_rig->source->requestRecord(m_file);
+        m_camera->unplug();
+        expectFailure();
+        QVERIFY(!m_rig->source->running());
+    }
+
+    void aRecordingWithPicturesGoesOn()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->startRecord(m_file);
+        recordFor(FIRST_PICTURE_MS + 500);
+        expectMovie();
+    }
+
+    void aCameraThatFallsSilentLaterGoesOnToo()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->startRecord(m_file);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        m_camera->faults().silent = 1;
+        recordFor(FIRST_PICTURE_MS + 500);
+        expectMovie();
+    }
+
+    void aSilentCameraFails()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_camera->faults().silent = 1;
+        m_rig->source->startRecord(m_file);
+        expectFailure();
+        m_camera->faults().silent = 0;
+        QVERIFY(m_rig->waitForFrames());
+    }
+
+    void aSizeThatTheCameraRefusesFails()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->setRecordingResolution(REFUSED_SIZE);
+        m_rig->source->startRecord(m_file);
+        expectFailure();
+        QVERIFY(m_rig->waitForFrames());
+        QCOMPARE(m_rig->sink.size(), LiveRig::PREVIEW);
+    }
+
+    void aCameraThatWasPulledAndIsBackFails()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_camera->unplug();
+        QVERIFY(QTest::qWaitFor([this] { return staysWithoutFrames(m_rig->sink); },
+                                LiveRig::PATIENCE_MS));
+        QVERIFY(m_camera->plug());
+        m_rig->source->startRecord(m_file);
+        expectFailure();
+    }
+
+    void aStopBeforeTheFirstPictureIsAFailureToo()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_camera->faults().silent = 1;
+        m_rig->source->startRecord(m_file);
+        m_rig->source->stopRecord();
+        QVERIFY(!m_rig->source->recordRequested());
+        QCOMPARE(m_failures->size(), 0); // from the event loop only
+        QTRY_COMPARE(m_failures->size(), 1);
+        QTRY_VERIFY(!QFile::exists(m_file));
+        expectNoMoreFailures();
+    }
+
+    void aStopBeforeTheCameraIsOpenIsAFailureToo()
+    {
+        m_rig->source->requestRecord(m_file);
+        m_rig->source->stopRecord();
+        QVERIFY(!m_rig->source->recordRequested());
+        QTRY_COMPARE(m_failures->size(), 1);
+    }
+
+    void aRequestEndsTheRecordingBeforeIt()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        const QString other = m_folder.filePath("other.mov");
+        m_rig->source->startRecord(other);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        m_rig->source->setRecordingResolution(LARGE_SIZE);
+        m_rig->source->requestRecord(m_file);
+        QVERIFY(m_rig->source->recording());
+        QVERIFY(QFileInfo(other).size() > 0);
+        QVERIFY(m_rig->waitForSize(LARGE_SIZE));
+        recordFor(1000);
+        expectMovie();
+    }
+
+private:
+    /// Lets a recording be as long as that.
+    static void recordFor(int milliseconds) { QTest::qWait(milliseconds); }
+
+    void expectFailure()
+    {
+        QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::PATIENCE_MS);
+        QCOMPARE(m_failures->at(0)[0].toString(),
+                 QString("Nothing was recorded because no picture came from the camera."));
+        QVERIFY(m_rig->source->recordRequested());
+        m_rig->source->stopRecord();
+        QVERIFY(!m_rig->source->recordRequested() && !m_rig->source->recording());
+        QTRY_VERIFY(!QFile::exists(m_file));
+    }
+
+    void expectMovie()
+    {
+        m_rig->source->stopRecord();
+        QVERIFY(QFileInfo(m_file).size() > 10000);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_failures->size(), 0);
+    }
+
+    /// Longer than the wait for a first picture, which must not run on.
+    void expectNoMoreFailures()
+    {
+        QTest::qWait(FIRST_PICTURE_MS + 500);
+        QCOMPARE(m_failures->size(), 1);
+    }
+
+    QTemporaryDir m_folder;
+    QString m_file;
+    std::unique_ptr<VirtualCamera> m_camera;
+    std::unique_ptr<LiveRig> m_rig;
+    std::unique_ptr<QSignalSpy> m_failures;
+};
+
+QTEST_MAIN(LiveSourceRecordingTest)
+#include "tst_live_source_recording.moc"

@@ -10,6 +10,8 @@ namespace
 {
 
 constexpr int MOSAIC_BLOCK = 8;
+/// Scratch memory that is this many times larger than needed is given back.
+constexpr std::size_t TOO_LARGE = 2;
 
 /// The part grown to whole blocks of the mosaic, which count from the picture's corner.
 QRect wholeBlocks(const QRect &part, QSize picture)
@@ -70,6 +72,7 @@ public:
     }
 
     [[nodiscard]] bool isInput() const { return !m_owned; }
+    [[nodiscard]] bool usesScratch() const { return m_owned && !m_isResult; }
     [[nodiscard]] bool failed() const { return m_failed; }
     [[nodiscard]] const ConstPixelRows &now() const { return m_now; }
     /// The frame that everything was written to, when it has the result's size.
@@ -153,8 +156,11 @@ private:
 
 FramePtr FramePipeline::run(const FramePtr &input, const AnnotationLayer &layer, const Order &order)
 {
-    if (!input)
+    if (!input) {
+        m_work.reset();
+        m_scaled.reset();
         return nullptr;
+    }
     const ViewGeometry &view = order.view;
     const QRect seen = view.visibleRectangle();
     const bool blocks = order.effect == CanvasModes::EffectMosaic;
@@ -177,6 +183,8 @@ FramePtr FramePipeline::run(const FramePtr &input, const AnnotationLayer &layer,
     if (order.mask != CanvasModes::MaskNone)
         work.inPlace([&](const PixelRows &rows) { FrameSteps::mask(order.mask, rows); });
 
+    if (!work.usesScratch())
+        m_work.reset();
     if (work.failed())
         return nullptr;
     if (fits)
@@ -211,6 +219,7 @@ FramePtr FramePipeline::fit(const ConstPixelRows &picture, QImage::Format format
     FrameSteps::fillBlack(rows.part({right, middle.y(), size.width() - right, middle.height()}));
     FrameSteps::fillBlack(rows.part({0, below, size.width(), size.height() - below}));
     if (picture.pixelBytes == rows.pixelBytes) {
+        m_scaled.reset();
         scaleInto(picture, rows.part(middle));
         return result;
     }
@@ -235,7 +244,12 @@ void FramePipeline::scaleInto(const ConstPixelRows &picture, const PixelRows &de
 
 Frame *FramePipeline::scratch(std::unique_ptr<Frame> &frame, QSize size, QImage::Format format)
 {
-    if (!frame || !frame->reshape(size, format))
+    const std::size_t needed = Frame::bytesFor(size, format) + Frame::SLACK;
+    if (frame && frame->capacity() > TOO_LARGE * needed)
+        frame.reset();
+    if (!frame || !frame->reshape(size, format)) {
+        frame.reset();
         frame = Frame::create(size, format);
+    }
     return frame.get();
 }

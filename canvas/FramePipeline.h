@@ -41,6 +41,7 @@ private:
 
     FramePool m_pool;
     NearestScaler m_scaler;
+    // Kept from frame to frame, and given back when a picture does not need them.
     /// What is worked on when it has another size than the result.
     std::unique_ptr<Frame> m_work;
     /// The scaled picture when it has another format than the result.

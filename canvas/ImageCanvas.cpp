@@ -49,8 +49,8 @@ ImageCanvas::ImageCanvas(QWidget *parent)
 
     if (const FramePtr picture = startPicture()) {
         const std::lock_guard<std::mutex> locker(m_lock);
-        takeInput(picture);
-        renewResult();
+        takeInput(picture, picture->size());
+        static_cast<void>(renewResult());
     }
 }
 
@@ -66,9 +66,9 @@ void ImageCanvas::imageCaptured(const QImage &image)
         const std::lock_guard<std::mutex> locker(m_lock);
         m_lastFrameMs = m_clock.elapsed();
         if (!holdsInput())
-            takeInput(copyIn(picture));
-        renewResult();
-        shot = dueShot();
+            takeInput(copyIn(picture), image.size());
+        if (renewResult())
+            shot = dueShot();
     }
     save(shot);
     requestRepaint();
@@ -83,11 +83,16 @@ void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror
         m_lastFrameMs = m_clock.elapsed();
         if (rgb32)
             FrameSteps::makeOpaque(pixels, size);
-        if (!holdsInput())
-            takeInput(copyIn(pixels, size, mirror, rgb32));
-        renewResult();
-        shot = dueShot();
-        copyOut(pixels, size, mirror, rgb32);
+        FramePtr taken;
+        if (!holdsInput()) {
+            taken = copyIn(pixels, size, mirror, rgb32);
+            takeInput(taken, size);
+        }
+        if (renewResult())
+            shot = dueShot();
+        // A result that is the very frame copied in stands in the caller's buffer already.
+        if (m_result != taken)
+            copyOut(pixels, size, mirror, rgb32);
     }
     save(shot);
     requestRepaint();
@@ -109,10 +114,8 @@ void ImageCanvas::autoRefresh()
     {
         // One stretch under the lock: a newer frame cannot come between and be overwritten.
         const std::lock_guard<std::mutex> locker(m_lock);
-        if (m_input) {
-            renewResult();
+        if (m_input && renewResult())
             shot = dueShot();
-        }
     }
     save(shot);
     requestRepaint();
@@ -185,29 +188,44 @@ FramePtr ImageCanvas::copyIn(const QImage &image)
     // Pictures that wrap foreign memory may have rows of their own length.
     const bool usual = image.bytesPerLine() == (image.width() * 3 + 3) / 4 * 4;
     const QImage picture = usual ? image : image.copy();
-    return copyIn(picture.constBits(), picture.size(), false, false);
+    const std::shared_ptr<Frame> frame =
+        m_pipeline.pool().acquire(picture.size(), QImage::Format_RGB888);
+    if (!frame)
+        return nullptr;
+    // The rows are padded alike on both sides, so that no width costs a pixel.
+    std::memcpy(frame->rows().data, picture.constBits(), frame->byteCount());
+    return frame;
 }
 
-void ImageCanvas::takeInput(const FramePtr &frame)
+void ImageCanvas::takeInput(const FramePtr &frame, QSize size)
 {
+    const bool withoutMemory = !frame && !size.isEmpty();
+    if (withoutMemory)
+        return;
     m_input = frame;
     ++m_inputSerial;
-    const QSize size = frame ? frame->size() : QSize(0, 0);
-    if (size == m_view.frameSize())
+    const QSize taken = frame ? size : QSize(0, 0);
+    if (taken == m_view.frameSize())
         return;
-    m_view.setFrameSize(size);
+    m_view.setFrameSize(taken);
     m_layer.reset(m_view.rotatedSize());
     publishView();
 }
 
-void ImageCanvas::renewResult()
+bool ImageCanvas::renewResult()
 {
     const Recipe recipe = currentRecipe();
     if (m_resultSerial != 0 && recipe == m_resultRecipe)
-        return;
-    m_result = m_pipeline.run(m_input, m_layer, {recipe.view, recipe.effect, recipe.mask});
+        return true;
+    const FramePtr result =
+        m_pipeline.run(m_input, m_layer, {recipe.view, recipe.effect, recipe.mask});
+    const bool withoutMemory = !result && m_input;
+    if (withoutMemory)
+        return false;
+    m_result = result;
     m_resultRecipe = recipe;
     ++m_resultSerial;
+    return true;
 }
 
 ImageCanvas::Recipe ImageCanvas::currentRecipe() const
@@ -230,8 +248,7 @@ ImageCanvas::Shot ImageCanvas::dueShot()
 
 void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
 {
-    // A result that is the very frame copied in stands in the caller's buffer already.
-    if (!m_result || size.isEmpty() || (m_result == m_input && !holdsInput()))
+    if (!m_result || size.isEmpty())
         return;
     const FramePtr fitted = m_pipeline.fitted(m_result, size);
     if (fitted)

@@ -171,12 +171,17 @@ private:
     };
 
     // With the lock held.
+    // Null for an empty frame and without memory.
     [[nodiscard]] FramePtr copyIn(const void *pixels, QSize size, bool mirror, bool rgb32);
     [[nodiscard]] FramePtr copyIn(const QImage &image);
-    /// Whether the standing input holds and frames that arrive are ignored.
+    /// Whether the standing input holds and frames that arrive are ignored. The freeze button may
+    /// be pressed at any moment, so that a frame asks once.
     [[nodiscard]] bool holdsInput() const;
-    void takeInput(const FramePtr &frame);
-    void renewResult();
+    /// A null frame is an empty one, or one that found no memory: that one is left out, and the
+    /// standing input stays.
+    void takeInput(const FramePtr &frame, QSize size);
+    /// False when there is no memory for it: the last result stays, and the next call tries again.
+    [[nodiscard]] bool renewResult();
     [[nodiscard]] Recipe currentRecipe() const;
     [[nodiscard]] QSize resultSize() const;
     [[nodiscard]] Shot dueShot();

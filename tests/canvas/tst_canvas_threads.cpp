@@ -4,6 +4,7 @@
 
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -163,6 +164,32 @@ private slots:
         }
         frames.stop();
         QVERIFY(frames.delivered() >= 200);
+    }
+
+    void theBufferComesBackAsShownWhileTheFreezeButtonIsPressed()
+    {
+        QTemporaryDir folder;
+        ImageCanvas canvas;
+        // A series that waits makes a frame take longer under the lock.
+        canvas.snapshotFolder = folder.path();
+        canvas.snapshotMode = ImageCanvas::Continuous;
+        canvas.snapshotInterval = 1000000;
+        canvas.snapshot();
+        std::atomic<bool> stopped{false};
+        std::thread button([&] {
+            while (!stopped)
+                canvas.frozen = !canvas.frozen;
+        });
+        std::vector<uchar> bytes(64 * 48 * 3);
+        int different = 0;
+        for (int i = 0; i < 100000; ++i) {
+            std::fill(bytes.begin(), bytes.end(), static_cast<uchar>(i));
+            canvas.imageCaptured(bytes.data(), 64, 48, false, false);
+            different += bytes[0] != *canvas.currentImage().constBits() ? 1 : 0;
+        }
+        stopped = true;
+        button.join();
+        QCOMPARE(different, 0);
     }
 
     void aFrameOnAnotherThreadIsPainted()

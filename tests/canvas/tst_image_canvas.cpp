@@ -3,6 +3,7 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <vector>
 
 namespace
@@ -31,7 +32,9 @@ private slots:
     void writesTheProcessedPictureBack();
     void mirrorsOnTheWayInAndOut();
     void makesFourByteFramesOpaque();
-    void bringsImagesOfAnyWidthThrough();
+    void showsImagesOfAnyWidthWhole_data();
+    void showsImagesOfAnyWidthWhole();
+    void takesRawFramesInOneBlock();
     void takesImagesWithLongRows();
     void acceptsEmptyFrames();
     void acceptsTheSmallestFrames();
@@ -154,32 +157,44 @@ void ImageCanvasTest::makesFourByteFramesOpaque()
     QCOMPARE(canvas.currentImage().format(), QImage::Format_ARGB32);
 }
 
-void ImageCanvasTest::bringsImagesOfAnyWidthThrough()
+void ImageCanvasTest::showsImagesOfAnyWidthWhole_data()
+{
+    QTest::addColumn<QSize>("size");
+    for (const QSize &size : {QSize(10, 10), QSize(1023, 20), QSize(1022, 20), QSize(1021, 20),
+                              QSize(5, 20), QSize(1, 1), QSize(2479, 3508), QSize(10, 10000)})
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+}
+
+void ImageCanvasTest::showsImagesOfAnyWidthWhole()
+{
+    QFETCH(QSize, size);
+    ImageCanvas canvas;
+    const QImage picture = noise(size, QImage::Format_RGB888, 4);
+    canvas.imageCaptured(picture);
+    QVERIFY(same(canvas.currentImage(), picture));
+    const QImage converted = noise(size, QImage::Format_RGB32, 5);
+    canvas.imageCaptured(converted);
+    QVERIFY(same(canvas.currentImage(), converted.convertToFormat(QImage::Format_RGB888)));
+    canvas.effectMode = ImageCanvas::EffectNegative;
+    canvas.autoRefresh();
+    canvas.effectMode = ImageCanvas::EffectColor;
+    canvas.autoRefresh();
+    QVERIFY(same(canvas.currentImage(), converted.convertToFormat(QImage::Format_RGB888)));
+}
+
+void ImageCanvasTest::takesRawFramesInOneBlock()
 {
     ImageCanvas canvas;
-    const QImage picture = noise({10, 10}, QImage::Format_RGB888, 4);
-    canvas.imageCaptured(picture);
-    const QImage shown = canvas.currentImage();
-    // One block of width * height * 3 bytes is taken of rows that are padded, so that the last
-    // 20 bytes, six pixels, stay black.
-    int different = 0;
-    for (int y = 0; y < 10; ++y) {
-        for (int x = 0; x < 10; ++x) {
-            if (shown.pixel(x, y) == picture.pixel(x, y))
-                continue;
-            ++different;
-            QVERIFY(y == 9 && x >= 4);
-        }
-    }
-    QCOMPARE(different, 6);
-    for (const int width : {1023, 1022, 1021, 5}) {
-        canvas.imageCaptured(noise({width, 20}, QImage::Format_RGB32, 4));
-        QCOMPARE(canvas.pictureSize(), QSize(width, 20));
-    }
-    // A raw frame comes back as it was.
     RawFrame raw = RawFrame::of({10, 10});
     const auto before = raw.bytes;
     raw.handTo(canvas);
+    // A raw frame has no bytes between its rows and the canvas's picture has two: the 300 bytes
+    // come one after the other, and the 20 behind them are black.
+    const QImage shown = canvas.currentImage();
+    QCOMPARE(shown.sizeInBytes(), qsizetype(320));
+    QVERIFY(std::equal(before.begin(), before.end(), shown.constBits()));
+    QVERIFY(std::all_of(shown.constBits() + 300, shown.constBits() + 320,
+                        [](uchar byte) { return byte == 0; }));
     QVERIFY(raw.bytes == before);
 }
 

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <future>
+#include <vector>
 
 #include <pthread.h>
 
@@ -74,6 +75,59 @@ private slots:
         }));
         release.set_value();
         QCOMPARE(worker.call(seconds(20), [] { return 2; }).value_or(0), 2);
+    }
+
+    void postedJobsRunInOrderAndUrgentOnesFirst()
+    {
+        std::promise<void> release;
+        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+        auto order = std::make_shared<std::vector<int>>();
+        const auto note = [order](int number) {
+            return [order, number] {
+                order->push_back(number);
+                return number;
+            };
+        };
+        BoundedWorker worker("Test");
+        auto begun = std::make_shared<std::promise<void>>();
+        worker.post([blocker, begun] {
+            begun->set_value();
+            blocker->wait();
+            return 0;
+        });
+        begun->get_future().wait(); // what is posted from now on is queued
+        worker.post(note(2));
+        const BoundedWorker::Ticket last = worker.post(note(3));
+        const BoundedWorker::Ticket first = worker.post(note(1), BoundedWorker::Place::First);
+        QVERIFY(last.open() && !last.result());
+        release.set_value();
+        QCOMPARE(last.wait(seconds(20)).value_or(0), 3);
+        QCOMPARE(first.result().value_or(0), 1);
+        QVERIFY(!last.open());
+        QVERIFY(*order == std::vector<int>({1, 2, 3}));
+    }
+
+    void droppedJobsAreNeverBegunAndNeverAnswered()
+    {
+        std::promise<void> release;
+        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+        BoundedWorker worker("Test");
+        QVERIFY(!worker.call(milliseconds(20), [blocker] {
+            blocker->wait();
+            return 1;
+        }));
+        auto begun = std::make_shared<std::atomic<bool>>(false);
+        const BoundedWorker::Ticket dropped = worker.post([begun] {
+            *begun = true;
+            return 2;
+        });
+        worker.clear();
+        QVERIFY(!dropped.open());
+        release.set_value();
+        QCOMPARE(worker.call(seconds(20), [] { return 3; }).value_or(0), 3);
+        QVERIFY(!*begun);
+        QVERIFY(!dropped.wait(milliseconds(0)));
+        QVERIFY(!BoundedWorker::Ticket().wait(seconds(20)));
     }
 
     void whatAJobOwnsIsGoneWhenItsResultIsThere()

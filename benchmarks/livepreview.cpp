@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <optional>
 #include <vector>
 
 namespace
@@ -111,10 +112,14 @@ int measureLatency(double seconds)
     canvas.resize(CANVAS);
     canvas.show();
     UvcCamera camera;
-    UvcCamera::Device device = camera.find(0x04FC, 0x6330);
-    if (!device || camera.open(std::move(device)) < 0 || camera.negotiate(SIZE, 30) < 0)
+    while (!camera.find(0x04FC, 0x6330).value_or(false))
+        runFor(0.02);
+    std::optional<int> opened = camera.open();
+    for (; !opened; opened = camera.open())
+        runFor(0.02);
+    if (*opened < 0)
         return 1;
-    camera.startStreaming(SIZE, [&canvas](void *rgb, int width, int height, qint64 at) {
+    camera.startStreaming(SIZE, 30, [&canvas](void *rgb, int width, int height, qint64 at) {
         canvas.frame(rgb, width, height, at);
     });
     runFor(WARM_UP_SECONDS);
@@ -192,7 +197,8 @@ int measureBare(double seconds, bool decode)
     if (!decode)
         return 0;
 
-    uvc_frame_t *rgb = uvc_allocate_frame(static_cast<std::size_t>(SIZE.width()) * SIZE.height() * 3);
+    uvc_frame_t *rgb =
+        uvc_allocate_frame(static_cast<std::size_t>(SIZE.width()) * SIZE.height() * 3);
     qint64 bytes = 0;
     int count = 0;
     const Cost start = costSoFar();

@@ -1,5 +1,6 @@
 #include "LiveSource.h"
 
+#include "CameraControls.h"
 #include "FrameRecorder.h"
 #include "ICaptureCB.h"
 #include "MovieRecorder.h"
@@ -8,6 +9,7 @@
 #include <QtGlobal>
 
 #include <mutex>
+#include <optional>
 
 namespace
 {
@@ -16,6 +18,8 @@ constexpr int VENDOR_ID = 0x04FC;
 constexpr int PRODUCT_ID = 0x6330;
 constexpr int FRAMES_PER_SECOND = 30;
 constexpr int POLL_INTERVAL_MS = 500;
+/// Until an answer of the bus that was not there at once is asked for again.
+constexpr int LATE_ANSWER_MS = 20;
 // A camera that has just been plugged in needs this long before it can be opened reliably.
 constexpr qint64 SETTLE_MS = 2001;
 // Within this time a recording gets its first picture, or it fails.
@@ -51,6 +55,7 @@ public:
     std::mutex recorderMutex;
     std::unique_ptr<FrameRecorder> recorder;
     UvcCamera camera;
+    CameraControls controls{camera};
 };
 
 LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution,
@@ -81,12 +86,12 @@ bool LiveSource::running() const
 
 int LiveSource::ksPropSet(unsigned long property, void *data, unsigned long length)
 {
-    return m_private->camera.setControl(static_cast<std::uint8_t>(property & 0xFF), data, length);
+    return m_private->controls.write(static_cast<std::uint8_t>(property & 0xFF), data, length);
 }
 
 int LiveSource::ksPropGet(unsigned long property, void *data, unsigned long length)
 {
-    return m_private->camera.getControl(static_cast<std::uint8_t>(property & 0xFF), data, length);
+    return m_private->controls.read(static_cast<std::uint8_t>(property & 0xFF), data, length);
 }
 
 void LiveSource::initUVCControl()
@@ -184,8 +189,16 @@ void LiveSource::checkExistance()
 {
     if (m_running)
         return;
-    UvcCamera::Device device = m_private->camera.find(VENDOR_ID, PRODUCT_ID);
-    if (!device) {
+    if (m_opening) {
+        openCamera();
+        return;
+    }
+    const std::optional<bool> found = m_private->camera.find(VENDOR_ID, PRODUCT_ID);
+    if (!found) {
+        askAgainSoon();
+        return;
+    }
+    if (!*found) {
         m_presenceTimer.invalidate();
         return;
     }
@@ -194,12 +207,21 @@ void LiveSource::checkExistance()
         m_presenceTimer.start();
         return;
     }
-    if (m_presenceTimer.elapsed() < SETTLE_MS)
-        return;
+    if (m_presenceTimer.elapsed() >= SETTLE_MS)
+        openCamera();
+}
 
+void LiveSource::openCamera()
+{
+    const std::optional<int> result = m_private->camera.open();
+    m_opening = !result;
+    if (m_opening) {
+        askAgainSoon();
+        return;
+    }
     // A camera that cannot be opened counts as running all the same: it is not tried again and
     // every operation on it fails at once.
-    if (m_private->camera.open(std::move(device)) < 0)
+    if (*result < 0)
         qDebug("uvc_open() failed.");
     m_running = true;
     initUVCControl();
@@ -209,6 +231,17 @@ void LiveSource::checkExistance()
         createCaptureGraph(false);
 }
 
+void LiveSource::askAgainSoon()
+{
+    if (m_askingAgain)
+        return;
+    m_askingAgain = true;
+    QTimer::singleShot(LATE_ANSWER_MS, this, [this] {
+        m_askingAgain = false;
+        checkExistance();
+    });
+}
+
 void LiveSource::createCaptureGraph(bool record)
 {
     if (!m_running)
@@ -216,12 +249,11 @@ void LiveSource::createCaptureGraph(bool record)
     if (record)
         m_recording.begin();
     const QSize size = record ? m_recordingResolution : m_resolution;
-    UvcCamera &camera = m_private->camera;
-    if (camera.negotiate(size, FRAMES_PER_SECOND) < 0)
-        qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
-    camera.startStreaming(size, [d = m_private.get()](void *rgb, int width, int height, qint64 at) {
-        d->frameArrived(rgb, width, height, at);
-    });
+    m_private->camera.startStreaming(
+        size, FRAMES_PER_SECOND,
+        [d = m_private.get()](void *rgb, int width, int height, qint64 microseconds) {
+            d->frameArrived(rgb, width, height, microseconds);
+        });
     if (!record)
         return;
 
@@ -232,12 +264,10 @@ void LiveSource::createCaptureGraph(bool record)
 
 void LiveSource::tearDownCaptureGraph()
 {
-    UvcCamera &camera = m_private->camera;
-    camera.silence();
-    // Stopping the stream of a camera that has left may take its time; the movie comes first then.
-    if (camera.gone())
-        finishRecording();
-    camera.stopStreaming();
+    // No picture comes any more. The end of the stream itself may take its time, which the movie is
+    // not to wait for.
+    m_private->camera.silence();
+    m_private->camera.stopStreaming();
     finishRecording();
 }
 

@@ -19,7 +19,9 @@ class LiveSourcePrivate;
 ///
 /// Every operation belongs to the GUI thread, which must hold no lock that the canvas or a recorder
 /// takes, as a teardown waits for the frame in flight. Frames reach the callback and the recorder
-/// on the camera's frame thread. No operation waits for the camera without a bound.
+/// on the camera's frame thread. No operation waits for the camera for longer than a tenth of a
+/// second: what takes longer goes on by itself, a stream that was asked for last in place of
+/// earlier ones.
 class LiveSource : public LiveSourceBase
 {
     Q_OBJECT
@@ -35,7 +37,8 @@ public:
     bool running() const override;
 
     /// Bytes transferred; negative (a libuvc error code) on failure. A camera that has gone, was
-    /// never opened or has no extension unit fails at once.
+    /// never opened or has no extension unit fails at once. While the camera does not answer, what
+    /// is written is sent later, and what is read is the parameter's last known value.
     int ksPropSet(unsigned long property, void *data, unsigned long length) override;
     int ksPropGet(unsigned long property, void *data, unsigned long length) override;
 
@@ -88,6 +91,8 @@ private slots:
 private:
     void beginRecording();
     void reportMissingPictures();
+    void openCamera();
+    void askAgainSoon();
     void createCaptureGraph(bool record);
     void tearDownCaptureGraph();
     void finishRecording();
@@ -97,6 +102,9 @@ private:
     std::unique_ptr<LiveSourcePrivate> m_private;
     QTimer m_existenceTimer;
     bool m_running = false;
+    /// The camera is being opened.
+    bool m_opening = false;
+    bool m_askingAgain = false;
     /// How long the camera has been seen without a break; invalid while it is not there.
     QElapsedTimer m_presenceTimer;
     RecordingRequest m_recording;

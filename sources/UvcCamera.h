@@ -1,87 +1,81 @@
 #pragma once
 
 #include "BoundedWorker.h"
+#include "UvcStream.h"
+#include "WaitBudget.h"
 
 #include <QSize>
-#include <QtGlobal>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
-struct uvc_context;
-struct uvc_device;
-struct uvc_device_handle;
+class UvcConnection;
+struct ControlRequest;
 
-/// The camera on the bus: library context, device, handle and stream, each released in time.
-///
-/// One thread, the GUI's, calls it, and none of its calls can hang that thread: whatever touches
-/// the bus runs on a worker and is waited for within a bound. A camera that has gone is latched: it
-/// is left alone from then on, handle and context included, as closing them can abort the process.
+/// The camera on the bus, for the GUI thread: whatever touches the bus runs on a worker, in the
+/// order of the calls, but that a stream asked for goes before controls. The caller waits for
+/// answers within a WaitBudget, and asks again later for those that take longer.
 ///
 /// Results are libuvc's codes, negative on failure.
 class UvcCamera
 {
 public:
-    struct Unreference {
-        void operator()(uvc_device *device) const;
-    };
-    using Device = std::unique_ptr<uvc_device, Unreference>;
-
-    /// `rgb`: packed 8-bit RGB, `width * height * 3` bytes, valid during the call only and free to
-    /// be written. `microseconds`: captureMicroseconds() when the frame arrived. Frame thread.
-    using FrameHandler = std::function<void(void *rgb, int width, int height, qint64 microseconds)>;
+    using FrameHandler = UvcStream::FrameHandler;
 
     UvcCamera();
+    /// Gives the camera back. One that does not answer is left behind after half a second.
     ~UvcCamera();
     UvcCamera(const UvcCamera &) = delete;
     UvcCamera &operator=(const UvcCamera &) = delete;
 
-    /// The camera if the bus lists it now, else null.
-    [[nodiscard]] Device find(int vendorId, int productId);
+    /// Whether the bus lists the camera; nothing while the answer is not there, which the next call
+    /// then asks for. Every answer is told once.
+    [[nodiscard]] std::optional<bool> find(int vendorId, int productId);
 
-    /// Opens it; the library takes the interface over from a kernel driver.
-    int open(Device device);
+    /// Opens the camera that was found: the result, or nothing while it is being opened, which the
+    /// next call then asks for.
+    std::optional<int> open();
 
     /// Looks up the extension unit with that code, 16 bytes as they lie in the descriptor.
     void findExtensionUnit(const std::uint8_t (&code)[16]);
 
-    /// Agrees on Motion-JPEG of that size with the camera for the next start.
-    int negotiate(QSize size, int framesPerSecond);
-
-    /// Streams until stopStreaming(). The handler gets each frame that can be decoded; frames whose
-    /// own header gives another size than the stream's are dropped. Nothing is started without a
-    /// handle or before the camera has agreed on a format.
-    int startStreaming(QSize size, FrameHandler handler);
+    /// Ends the stream that runs and asks for Motion-JPEG of that size. The handler gets each frame
+    /// that can be decoded; frames whose own header gives another size than the stream's are
+    /// dropped. Without a handle, or when the camera does not agree, there is no stream; that is
+    /// logged. Returns once the frame in flight is done; the rest follows on the worker.
+    void startStreaming(QSize size, int framesPerSecond, FrameHandler handler);
 
     /// When it returns no frame is in the handler and none will come, whatever the camera does.
     void silence();
-    /// silence(), then ends the stream.
+    /// silence(), then ends the stream on the worker.
     void stopStreaming();
+    /// Whether a stream was asked for.
     [[nodiscard]] bool streaming() const;
 
-    /// One control of the extension unit, `length` bytes: the bytes transferred. `data` is written
-    /// by a successful read only.
-    int setControl(std::uint8_t selector, const void *data, std::size_t length);
-    int getControl(std::uint8_t selector, void *data, std::size_t length);
+    /// What a control would fail with at once: UVC_ERROR_NO_DEVICE for a camera that has gone or
+    /// was never opened, UVC_ERROR_NOT_FOUND without an extension unit; 0 otherwise.
+    [[nodiscard]] int controlError() const;
+    /// Sends controls of the extension unit one after the other, up to the first that the camera
+    /// does not answer: the result of the last one sent. What is read is in the control then.
+    BoundedWorker::Ticket send(std::vector<std::shared_ptr<ControlRequest>> controls);
 
-    /// Whether the camera is known to have left; asks the bus once more.
-    bool gone();
+    /// Waits as long as the budget allows; not at all while an earlier answer is late.
+    std::optional<int> wait(const BoundedWorker::Ticket &ticket);
+    /// Whether an answer that was waited for in vain has not come yet.
+    [[nodiscard]] bool late() const;
 
 private:
-    class Stream;
-    struct StreamControl;
+    void request(std::shared_ptr<UvcStream> stream, int framesPerSecond);
 
-    int transfer(bool read, std::uint8_t selector, void *data, std::size_t length);
-    void noteResult(int result);
-
+    std::shared_ptr<UvcConnection> m_connection;
     BoundedWorker m_worker;
-    uvc_context *m_context = nullptr;
-    uvc_device_handle *m_handle = nullptr;
-    std::uint8_t m_busNumber = 0;
-    std::uint8_t m_deviceAddress = 0;
+    WaitBudget m_budget;
+    BoundedWorker::Ticket m_search;
+    BoundedWorker::Ticket m_opening;
+    BoundedWorker::Ticket m_late;
+    bool m_opened = false;
     std::uint8_t m_extensionUnit = 0;
-    bool m_gone = false;
-    std::shared_ptr<StreamControl> m_control;
-    std::shared_ptr<Stream> m_stream;
+    std::shared_ptr<UvcStream> m_stream;
 };

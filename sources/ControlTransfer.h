@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+struct libusb_device_handle;
+
+/// What a control transfer to the camera asks for.
+struct ControlRequest {
+    bool read = false;
+    std::uint8_t selector = 0;
+    /// Written, or as long as what is to be read.
+    std::vector<std::uint8_t> data;
+};
+
+/// Control transfers to one unit of the camera that end in bounded time: libuvc's own wait for the
+/// answer for ever.
+///
+/// run() belongs to one thread and needs another that handles the library's events; libuvc has one
+/// from opening the camera on. hurry() may be called on any thread.
+class ControlTransfer
+{
+public:
+    ControlTransfer();
+    ~ControlTransfer();
+    ControlTransfer(const ControlTransfer &) = delete;
+    ControlTransfer &operator=(const ControlTransfer &) = delete;
+
+    /// `unit`: the addressed unit. The bytes transferred, which a read leaves in `request.data`, or
+    /// libusb's error; a transfer that is not answered within a second and a half is taken back and
+    /// gives LIBUSB_ERROR_TIMEOUT.
+    int run(libusb_device_handle *handle, std::uint8_t unit, ControlRequest &request);
+
+    /// Something else waits for the bus: a transfer that is under way has a moment left.
+    void hurry();
+
+private:
+    struct Pending;
+    struct Shared;
+
+    int await(const std::shared_ptr<Pending> &pending) const;
+
+    std::shared_ptr<Shared> m_shared;
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QSize>
+#include <QtGlobal>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+struct uvc_frame;
+
+/// What the camera's frame thread works with: decodes each frame and hands it on. It outlives the
+/// camera when that thread cannot be ended.
+class UvcStream
+{
+public:
+    /// `rgb`: packed 8-bit RGB, `width * height * 3` bytes, valid during the call only and free to
+    /// be written. `microseconds`: captureMicroseconds() when the frame arrived. Frame thread.
+    using FrameHandler = std::function<void(void *rgb, int width, int height, qint64 microseconds)>;
+
+    UvcStream(QSize size, FrameHandler handler);
+    ~UvcStream();
+    UvcStream(const UvcStream &) = delete;
+    UvcStream &operator=(const UvcStream &) = delete;
+
+    [[nodiscard]] QSize size() const { return m_size; }
+
+    /// Makes room for the decoded frame. Before the library knows the stream.
+    void allocate();
+
+    /// Waits for the frame in flight; later ones are dropped. Any thread but the frame thread.
+    void close();
+    [[nodiscard]] bool closed() const { return m_closing; }
+
+    /// libuvc's callback; `stream` is the stream.
+    static void frameArrived(uvc_frame *frame, void *stream);
+
+    /// Keeps the stream alive for as long as the library may call it.
+    std::shared_ptr<UvcStream> self;
+
+private:
+    void deliver(uvc_frame *frame, qint64 microseconds);
+
+    const QSize m_size;
+    std::atomic<bool> m_closing{false};
+    /// Guards the handler and the frame, from the arrival of a frame to the handler's return.
+    std::mutex m_mutex;
+    uvc_frame *m_rgb = nullptr;
+    FrameHandler m_handler;
+};

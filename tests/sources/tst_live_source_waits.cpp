@@ -1,0 +1,217 @@
+#include "LiveRig.h"
+
+#include "sources/CameraParameters.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+
+#include <algorithm>
+
+using namespace CameraParameter;
+
+namespace
+{
+
+/// What one operation may take on a machine that compiles meanwhile; the operations themselves
+/// allow themselves a tenth of a second, and a camera that is waited for takes many.
+constexpr qint64 AT_ONCE_MS = 600;
+/// Of the end of a camera that does not answer.
+constexpr qint64 END_MS = 1500;
+
+template <class Operation>
+qint64 elapsedMs(Operation operation)
+{
+    QElapsedTimer timer;
+    timer.start();
+    operation();
+    return timer.elapsed();
+}
+
+#define RETURNS_AT_ONCE(operation)                                                                 \
+    do {                                                                                           \
+        const qint64 took = elapsedMs([&] { operation; });                                         \
+        QVERIFY2(took < AT_ONCE_MS, qPrintable(QString(#operation " took %1 ms").arg(took)));      \
+    } while (false)
+
+/// Runs the calling test function in a process of its own: it leaves a thread in the library, which
+/// then finds no other camera.
+#define RUNS_ALONE()                                                                               \
+    do {                                                                                           \
+        if (!qEnvironmentVariableIsSet("RUNS_ALONE")) {                                            \
+            m_camera.reset();                                                                      \
+            runAlone(QTest::currentTestFunction());                                                \
+            return;                                                                                \
+        }                                                                                          \
+    } while (false)
+
+void runAlone(const char *function)
+{
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("RUNS_ALONE", "1");
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {function});
+    const bool ended = child.waitForFinished(90000);
+    if (!ended)
+        child.kill();
+    const QByteArray said = child.readAll();
+    QVERIFY2(ended, said.constData());
+    QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, said.constData());
+}
+
+} // namespace
+
+/// A camera that does not answer in time holds nobody, and is the same as before when it answers.
+class LiveSourceWaitsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_camera.reset();
+        m_camera = std::make_unique<VirtualCamera>(rigCamera());
+    }
+    void cleanupTestCase() { m_camera.reset(); }
+
+    void aControlWithoutAnAnswerHoldsNobody()
+    {
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        m_camera->faults().hangControls = 1;
+        RETURNS_AT_ONCE(rig.source->brightnessUp());
+        RETURNS_AT_ONCE(rig.source->brightness());
+        RETURNS_AT_ONCE(rig.source->zoomInStart());
+        RETURNS_AT_ONCE(rig.source->zoomInStop());
+        QVERIFY(rig.waitForFrames());
+    }
+
+    void aCameraThatOnceDidNotAnswerIsStillThere_data()
+    {
+        QTest::addColumn<bool>("record");
+        QTest::newRow("another size") << false;
+        QTest::newRow("recording") << true;
+    }
+
+    void aCameraThatOnceDidNotAnswerIsStillThere()
+    {
+        QFETCH(bool, record);
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        m_camera->faults().hangControls = 1;
+        rig.source->brightnessUp();
+        if (record)
+            rig.source->startRecord(QDir::tempPath() + "/still-there.mov");
+        else
+            RETURNS_AT_ONCE(rig.source->setResolution(LiveRig::RECORDING));
+        QVERIFY(rig.waitForSize(LiveRig::RECORDING));
+        QVERIFY(rig.waitForFrames());
+        rig.source->stopRecord();
+        rig.source->setResolution({1920, 1080});
+        QVERIFY(rig.waitForSize({1920, 1080}));
+        QTRY_VERIFY(rig.source->brightness() > 0);
+    }
+
+    void whatIsNotKnownYetIsWhatWasKnownLast()
+    {
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        m_camera->overrideParameter(BRIGHTNESS, 6);
+        QTRY_COMPARE(rig.source->brightness(), 6);
+        QVERIFY(rig.source->brightnessMax() > 0);
+        m_camera->overrideParameter(BRIGHTNESS, 9);
+        m_camera->faults().hangControls = 1;
+        QCOMPARE(rig.source->brightness(), 6);
+        QCOMPARE(rig.source->brightness(), 6);
+        QTRY_COMPARE(rig.source->brightness(), 9);
+    }
+
+    void keysThatTheCameraWasTooSlowForReachItInOrder()
+    {
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        (void)m_camera->takeExtensionTransfers();
+        // The number of the first key is lost; its value must not go to another parameter.
+        m_camera->faults().hangControls = 1;
+        rig.source->zoomInStart();
+        rig.source->zoomInStop();
+        rig.source->autoFocus();
+        const std::vector<ExtensionTransfer> release{{true, 19, ZOOM_IN_KEY}, {true, 20, 0}};
+        const std::vector<ExtensionTransfer> last{{true, 19, AUTOFOCUS_KEY}, {true, 20, 0}};
+        std::vector<ExtensionTransfer> seen;
+        QTRY_VERIFY([&] {
+            for (const ExtensionTransfer &transfer : m_camera->takeExtensionTransfers())
+                seen.push_back(transfer);
+            return std::search(seen.begin(), seen.end(), last.begin(), last.end()) != seen.end();
+        }());
+        const auto released = std::search(seen.begin(), seen.end(), release.begin(), release.end());
+        QVERIFY(released < std::search(seen.begin(), seen.end(), last.begin(), last.end()));
+        QVERIFY(seen.size() % 2 == 0);
+        for (std::size_t i = 0; i < seen.size(); ++i)
+            QCOMPARE(seen[i].selector, i % 2 == 0 ? 19 : 20);
+    }
+
+    void ofManyRestartsTheLastOneCounts()
+    {
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        for (int round = 0; round < 50; ++round) {
+            rig.source->setResolution(LiveRig::RECORDING);
+            rig.source->setResolution({1920, 1080});
+        }
+        const auto before = m_camera->statistics().classTransfers;
+        QVERIFY(rig.waitForSize({1920, 1080}));
+        QVERIFY(rig.waitForFrames());
+        QCOMPARE(rig.sink.size(), QSize(1920, 1080));
+        // Not all of them were negotiated with the camera.
+        QVERIFY(m_camera->statistics().classTransfers - before < 50);
+    }
+
+    void aControlOfACameraThatWasPulledAndIsBackHoldsNobody()
+    {
+        RUNS_ALONE();
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        m_camera->unplug();
+        QTest::qWait(1000); // the library is to have seen it leave
+        QVERIFY(m_camera->plug());
+        RETURNS_AT_ONCE(rig.source->brightnessUp());
+        RETURNS_AT_ONCE(rig.source->brightness());
+        const qint64 end = elapsedMs([&rig] { rig.source.reset(); });
+        QVERIFY2(end < END_MS, qPrintable(QString::number(end)));
+    }
+
+    void aSourceEndsInTimeAndFreesACameraThatDidNotAnswer()
+    {
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        m_camera->faults().hangControls = 1;
+        rig.source->autoFocus();
+        const qint64 end = elapsedMs([&rig] { rig.source.reset(); });
+        QVERIFY2(end < END_MS, qPrintable(QString::number(end)));
+        QTRY_COMPARE(m_camera->statistics().openHandles, 0);
+    }
+
+    void aRestartThatIsNotAnsweredHoldsNobody()
+    {
+        RUNS_ALONE();
+        LiveRig rig;
+        QVERIFY(rig.bringUp(*m_camera));
+        m_camera->faults().hangControls = -1; // the negotiation of the size, too
+        RETURNS_AT_ONCE(rig.source->setResolution(LiveRig::RECORDING));
+        RETURNS_AT_ONCE(rig.source->setResolution(LiveRig::PREVIEW));
+        RETURNS_AT_ONCE(rig.source->stopCapture());
+        RETURNS_AT_ONCE(rig.source->startCapture());
+        RETURNS_AT_ONCE(rig.source->brightnessDown());
+        QVERIFY(rig.source->running());
+        const qint64 end = elapsedMs([&rig] { rig.source.reset(); });
+        QVERIFY2(end < END_MS, qPrintable(QString::number(end)));
+    }
+
+private:
+    std::unique_ptr<VirtualCamera> m_camera;
+};
+
+QTEST_MAIN(LiveSourceWaitsTest)
+#include "tst_live_source_waits.moc"

@@ -67,6 +67,8 @@ LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingRe
 {
     connect(&m_existenceTimer, SIGNAL(timeout()), this, SLOT(checkExistance()));
     m_pictureTimer.setSingleShot(true);
+    // A coarse one may be a twentieth early.
+    m_pictureTimer.setTimerType(Qt::PreciseTimer);
     m_pictureTimer.setInterval(FIRST_PICTURE_MS);
     connect(&m_pictureTimer, SIGNAL(timeout()), this, SLOT(checkPictures()));
     checkExistance();

@@ -89,7 +89,7 @@
     </message>
     <message>
         <source>Noting</source>
-        <translation>Notizen</translation>
+        <translation>Zeichnen</translation>
     </message>
     <message>
         <source>Assisting</source>
@@ -145,7 +145,7 @@
     </message>
     <message>
         <source>Hand</source>
-        <translation>Hand</translation>
+        <translation>Bild verschieben</translation>
     </message>
     <message>
         <source>Fill background</source>
@@ -197,7 +197,7 @@
     </message>
     <message>
         <source>Take snapshot</source>
-        <translation>Schnappschuss aufnehmen</translation>
+        <translation>Foto aufnehmen</translation>
     </message>
     <message>
         <source>Settings</source>
@@ -221,7 +221,7 @@
     </message>
     <message>
         <source>Drawing Board</source>
-        <translation>Zeichenbrett</translation>
+        <translation>Zeichentafel</translation>
     </message>
     <message>
         <source>Open film</source>
@@ -261,7 +261,7 @@
     </message>
     <message>
         <source>Slideshow</source>
-        <translation>Diaschau</translation>
+        <translation>Diashow</translation>
     </message>
     <message>
         <source>Next photograph</source>
@@ -273,7 +273,7 @@
     </message>
     <message>
         <source>Slideshow interval</source>
-        <translation>Intervall der Diaschau</translation>
+        <translation>Intervall der Diashow</translation>
     </message>
     <message>
         <source>Error</source>
@@ -350,7 +350,7 @@
         <translation>Auf diesem Computer ist kein Video-Encoder vorhanden.</translation>
     </message>
     <message>
-        <source>This computer lacks a part of the movie writer.</source>
+        <source>A component for writing movies is missing.</source>
         <translation>Auf diesem Computer fehlt eine Komponente zum Speichern von Videos.</translation>
     </message>
     <message>
@@ -358,11 +358,11 @@
         <translation>Die Videodatei kann nicht erstellt werden.</translation>
     </message>
     <message>
-        <source>The recording was stopped because its folder is gone.</source>
+        <source>The recording was stopped because its folder no longer exists.</source>
         <translation>Die Aufnahme wurde beendet, weil der Zielordner nicht mehr vorhanden ist.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <source>The recording was stopped because it reached the maximum length of a movie.</source>
         <translation>Die Aufnahme wurde beendet, weil die maximale Videolänge erreicht ist.</translation>
     </message>
     <message>
@@ -378,7 +378,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>Passend</translation>
+        <translation>Gesamt</translation>
     </message>
 </context>
 <context>
@@ -483,7 +483,7 @@
     </message>
     <message>
         <source>Capture</source>
-        <translation>Schnappschuss</translation>
+        <translation>Foto</translation>
     </message>
     <message>
         <source>Time</source>
@@ -499,7 +499,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Auswählen: Ordner für Schnappschüsse</translation>
+        <translation>Ordner für Fotos auswählen</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -507,7 +507,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Auswählen: Ordner für Aufnahmen</translation>
+        <translation>Ordner für Videos auswählen</translation>
     </message>
     <message>
         <source>OK</source>
@@ -527,11 +527,11 @@
     </message>
     <message>
         <source>Folder for snapshots</source>
-        <translation>Ordner für Schnappschüsse</translation>
+        <translation>Ordner für Fotos</translation>
     </message>
     <message>
         <source>Folder for recordings</source>
-        <translation>Ordner für Aufnahmen</translation>
+        <translation>Ordner für Videos</translation>
     </message>
 </context>
 <context>

@@ -97,7 +97,7 @@
     </message>
     <message>
         <source>Adjustment</source>
-        <translation>Ajuste</translation>
+        <translation>Ajustes</translation>
     </message>
     <message>
         <source>Recording</source>
@@ -213,7 +213,7 @@
     </message>
     <message>
         <source>Film</source>
-        <translation>Película</translation>
+        <translation>Vídeo</translation>
     </message>
     <message>
         <source>Photograph</source>
@@ -221,11 +221,11 @@
     </message>
     <message>
         <source>Drawing Board</source>
-        <translation>Pizarra de dibujo</translation>
+        <translation>Pizarra</translation>
     </message>
     <message>
         <source>Open film</source>
-        <translation>Abrir una película</translation>
+        <translation>Abrir un vídeo</translation>
     </message>
     <message>
         <source>Play</source>
@@ -301,7 +301,7 @@
     </message>
     <message>
         <source>Position in the film</source>
-        <translation>Posición en la película</translation>
+        <translation>Posición en el vídeo</translation>
     </message>
     <message>
         <source>About</source>
@@ -350,7 +350,7 @@
         <translation>Este equipo no dispone de ningún codificador de vídeo.</translation>
     </message>
     <message>
-        <source>This computer lacks a part of the movie writer.</source>
+        <source>A component for writing movies is missing.</source>
         <translation>En este equipo falta un componente necesario para grabar vídeos.</translation>
     </message>
     <message>
@@ -358,11 +358,11 @@
         <translation>No se puede crear el archivo de vídeo.</translation>
     </message>
     <message>
-        <source>The recording was stopped because its folder is gone.</source>
+        <source>The recording was stopped because its folder no longer exists.</source>
         <translation>La grabación se ha detenido porque su carpeta ya no existe.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <source>The recording was stopped because it reached the maximum length of a movie.</source>
         <translation>La grabación se ha detenido porque ha alcanzado la duración máxima de un vídeo.</translation>
     </message>
     <message>
@@ -378,7 +378,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>Ajustar</translation>
+        <translation>Ajustado</translation>
     </message>
 </context>
 <context>
@@ -416,15 +416,15 @@
     <name>RegistrationWidget</name>
     <message>
         <source>Open registration file...</source>
-        <translation>Abrir archivo de registro...</translation>
+        <translation>Abrir archivo de inscripciones...</translation>
     </message>
     <message>
         <source>Registration file (*.rf)</source>
-        <translation>Archivo de registro (*.rf)</translation>
+        <translation>Archivo de inscripciones (*.rf)</translation>
     </message>
     <message>
         <source>Save registration file...</source>
-        <translation>Guardar archivo de registro...</translation>
+        <translation>Guardar archivo de inscripciones...</translation>
     </message>
 </context>
 <context>
@@ -471,7 +471,7 @@
     </message>
     <message>
         <source>Document Camera</source>
-        <translation>Cámara</translation>
+        <translation>Cám. documentos</translation>
     </message>
     <message>
         <source>Resolution</source>
@@ -491,7 +491,7 @@
     </message>
     <message>
         <source>Save as</source>
-        <translation>Guardar fotos en</translation>
+        <translation>Instantáneas en</translation>
     </message>
     <message>
         <source>Browse</source>
@@ -499,15 +499,15 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Examinar: carpeta de instantáneas</translation>
+        <translation>Examinar para elegir la carpeta de instantáneas</translation>
     </message>
     <message>
         <source>RecordingSave</source>
-        <translation>Guardar vídeos en</translation>
+        <translation>Vídeos en</translation>
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Examinar: carpeta de grabaciones</translation>
+        <translation>Examinar para elegir la carpeta de grabaciones</translation>
     </message>
     <message>
         <source>OK</source>

@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>B &amp; W</source>
-        <translation>N &amp; B</translation>
+        <translation>N et B</translation>
     </message>
     <message>
         <source>Negative</source>
@@ -85,7 +85,7 @@
     </message>
     <message>
         <source>Width</source>
-        <translation>Largeur</translation>
+        <translation>Taille</translation>
     </message>
     <message>
         <source>Noting</source>
@@ -101,11 +101,11 @@
     </message>
     <message>
         <source>Recording</source>
-        <translation>Capture</translation>
+        <translation>Enregistrer</translation>
     </message>
     <message>
         <source>Line</source>
-        <translation>Ligne</translation>
+        <translation>Trait</translation>
     </message>
     <message>
         <source>Rectangle</source>
@@ -185,7 +185,7 @@
     </message>
     <message>
         <source>Rotate</source>
-        <translation>Pivoter</translation>
+        <translation>Faire pivoter</translation>
     </message>
     <message>
         <source>Freeze</source>
@@ -221,7 +221,7 @@
     </message>
     <message>
         <source>Drawing Board</source>
-        <translation>Tableau de dessin</translation>
+        <translation>Tableau blanc</translation>
     </message>
     <message>
         <source>Open film</source>
@@ -237,7 +237,7 @@
     </message>
     <message>
         <source>Stop</source>
-        <translation>Arrêter</translation>
+        <translation>Arrêt</translation>
     </message>
     <message>
         <source>Slower or backward</source>
@@ -350,7 +350,7 @@
         <translation>Aucun encodeur vidéo n’est disponible sur cet ordinateur.</translation>
     </message>
     <message>
-        <source>This computer lacks a part of the movie writer.</source>
+        <source>A component for writing movies is missing.</source>
         <translation>Il manque sur cet ordinateur un composant nécessaire à l’enregistrement des vidéos.</translation>
     </message>
     <message>
@@ -358,11 +358,11 @@
         <translation>Impossible de créer le fichier vidéo.</translation>
     </message>
     <message>
-        <source>The recording was stopped because its folder is gone.</source>
+        <source>The recording was stopped because its folder no longer exists.</source>
         <translation>L’enregistrement a été arrêté, car son dossier n’existe plus.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <source>The recording was stopped because it reached the maximum length of a movie.</source>
         <translation>L’enregistrement a été arrêté, car il a atteint la durée maximale d’une vidéo.</translation>
     </message>
     <message>
@@ -385,7 +385,7 @@
     <name>QObject</name>
     <message>
         <source>Line</source>
-        <translation>Ligne</translation>
+        <translation>Trait</translation>
     </message>
     <message>
         <source>Rectangle</source>
@@ -455,11 +455,11 @@
     </message>
     <message>
         <source>Single</source>
-        <translation>Unique</translation>
+        <translation>Image unique</translation>
     </message>
     <message>
         <source>Continuous</source>
-        <translation>Continue</translation>
+        <translation>En continu</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -499,7 +499,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Parcourir : dossier des instantanés</translation>
+        <translation>Parcourir pour choisir le dossier des instantanés</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -507,7 +507,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Parcourir : dossier des enregistrements</translation>
+        <translation>Parcourir pour choisir le dossier des enregistrements</translation>
     </message>
     <message>
         <source>OK</source>

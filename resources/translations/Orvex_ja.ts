@@ -85,7 +85,7 @@
     </message>
     <message>
         <source>Width</source>
-        <translation>幅</translation>
+        <translation>太さ</translation>
     </message>
     <message>
         <source>Noting</source>
@@ -93,7 +93,7 @@
     </message>
     <message>
         <source>Assisting</source>
-        <translation>補助</translation>
+        <translation>表示効果</translation>
     </message>
     <message>
         <source>Adjustment</source>
@@ -101,7 +101,7 @@
     </message>
     <message>
         <source>Recording</source>
-        <translation>記録</translation>
+        <translation>撮影・録画</translation>
     </message>
     <message>
         <source>Line</source>
@@ -189,7 +189,7 @@
     </message>
     <message>
         <source>Freeze</source>
-        <translation>画面を静止</translation>
+        <translation>映像を静止</translation>
     </message>
     <message>
         <source>Record video</source>
@@ -197,7 +197,7 @@
     </message>
     <message>
         <source>Take snapshot</source>
-        <translation>スナップショットを撮る</translation>
+        <translation>静止画を撮影</translation>
     </message>
     <message>
         <source>Settings</source>
@@ -289,7 +289,7 @@
     </message>
     <message>
         <source>Fill Color</source>
-        <translation>塗りの色</translation>
+        <translation>塗りつぶし色</translation>
     </message>
     <message>
         <source>Background Color</source>
@@ -350,7 +350,7 @@
         <translation>このコンピューターには動画のエンコーダーがありません。</translation>
     </message>
     <message>
-        <source>This computer lacks a part of the movie writer.</source>
+        <source>A component for writing movies is missing.</source>
         <translation>このコンピューターには動画の書き込みに必要なコンポーネントがありません。</translation>
     </message>
     <message>
@@ -358,11 +358,11 @@
         <translation>動画ファイルを作成できません。</translation>
     </message>
     <message>
-        <source>The recording was stopped because its folder is gone.</source>
+        <source>The recording was stopped because its folder no longer exists.</source>
         <translation>保存先のフォルダーがなくなったため、録画を停止しました。</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <source>The recording was stopped because it reached the maximum length of a movie.</source>
         <translation>録画できる最長時間に達したため、録画を停止しました。</translation>
     </message>
     <message>
@@ -491,7 +491,7 @@
     </message>
     <message>
         <source>Save as</source>
-        <translation>写真の保存先</translation>
+        <translation>静止画の保存先</translation>
     </message>
     <message>
         <source>Browse</source>
@@ -499,7 +499,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>スナップショットのフォルダーを参照</translation>
+        <translation>静止画のフォルダーを参照</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -527,7 +527,7 @@
     </message>
     <message>
         <source>Folder for snapshots</source>
-        <translation>スナップショットのフォルダー</translation>
+        <translation>静止画のフォルダー</translation>
     </message>
     <message>
         <source>Folder for recordings</source>

@@ -85,7 +85,7 @@
     </message>
     <message>
         <source>Width</source>
-        <translation>Ширина</translation>
+        <translation>Толщина</translation>
     </message>
     <message>
         <source>Noting</source>
@@ -97,7 +97,7 @@
     </message>
     <message>
         <source>Adjustment</source>
-        <translation>Регулировка</translation>
+        <translation>Настройка</translation>
     </message>
     <message>
         <source>Recording</source>
@@ -213,7 +213,7 @@
     </message>
     <message>
         <source>Film</source>
-        <translation>Фильм</translation>
+        <translation>Видео</translation>
     </message>
     <message>
         <source>Photograph</source>
@@ -225,7 +225,7 @@
     </message>
     <message>
         <source>Open film</source>
-        <translation>Открыть фильм</translation>
+        <translation>Открыть видео</translation>
     </message>
     <message>
         <source>Play</source>
@@ -350,7 +350,7 @@
         <translation>На этом компьютере нет кодировщика видео.</translation>
     </message>
     <message>
-        <source>This computer lacks a part of the movie writer.</source>
+        <source>A component for writing movies is missing.</source>
         <translation>На этом компьютере не хватает компонента для записи видео.</translation>
     </message>
     <message>
@@ -358,11 +358,11 @@
         <translation>Не удалось создать видеофайл.</translation>
     </message>
     <message>
-        <source>The recording was stopped because its folder is gone.</source>
+        <source>The recording was stopped because its folder no longer exists.</source>
         <translation>Запись остановлена, так как папка для записи больше не существует.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <source>The recording was stopped because it reached the maximum length of a movie.</source>
         <translation>Запись остановлена, так как достигнута максимальная длительность видео.</translation>
     </message>
     <message>
@@ -378,7 +378,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>Вписать</translation>
+        <translation>Вписано</translation>
     </message>
 </context>
 <context>
@@ -431,11 +431,11 @@
     <name>SettingsToolWindow</name>
     <message>
         <source>sec</source>
-        <translation>с</translation>
+        <translation>сек.</translation>
     </message>
     <message>
         <source>min</source>
-        <translation>мин</translation>
+        <translation>мин.</translation>
     </message>
     <message>
         <source>hr</source>
@@ -459,7 +459,7 @@
     </message>
     <message>
         <source>Continuous</source>
-        <translation>Непрерывная</translation>
+        <translation>Серийная</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -499,7 +499,7 @@
     </message>
     <message>
         <source>Browse for the snapshot folder</source>
-        <translation>Обзор: папка для снимков</translation>
+        <translation>Обзор папки для снимков</translation>
     </message>
     <message>
         <source>RecordingSave</source>
@@ -507,7 +507,7 @@
     </message>
     <message>
         <source>Browse for the recording folder</source>
-        <translation>Обзор: папка для записей</translation>
+        <translation>Обзор папки для записей</translation>
     </message>
     <message>
         <source>OK</source>

@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>No fill</source>
-        <translation>不填滿</translation>
+        <translation>無填滿</translation>
     </message>
     <message>
         <source>Black</source>
@@ -141,7 +141,7 @@
     </message>
     <message>
         <source>Clip image</source>
-        <translation>剪取影像</translation>
+        <translation>複製區域</translation>
     </message>
     <message>
         <source>Hand</source>
@@ -209,7 +209,7 @@
     </message>
     <message>
         <source>Live</source>
-        <translation>即時</translation>
+        <translation>即時影像</translation>
     </message>
     <message>
         <source>Film</source>
@@ -261,7 +261,7 @@
     </message>
     <message>
         <source>Slideshow</source>
-        <translation>投影片播放</translation>
+        <translation>投影片放映</translation>
     </message>
     <message>
         <source>Next photograph</source>
@@ -273,7 +273,7 @@
     </message>
     <message>
         <source>Slideshow interval</source>
-        <translation>投影片播放間隔</translation>
+        <translation>投影片放映間隔</translation>
     </message>
     <message>
         <source>Error</source>
@@ -332,11 +332,11 @@
     </message>
     <message>
         <source>Right half</source>
-        <translation>右半邊</translation>
+        <translation>右半部</translation>
     </message>
     <message>
         <source>Lower half</source>
-        <translation>下半邊</translation>
+        <translation>下半部</translation>
     </message>
     <message>
         <source>Effect</source>
@@ -350,7 +350,7 @@
         <translation>這台電腦沒有影片編碼器。</translation>
     </message>
     <message>
-        <source>This computer lacks a part of the movie writer.</source>
+        <source>A component for writing movies is missing.</source>
         <translation>這台電腦缺少寫入影片所需的元件。</translation>
     </message>
     <message>
@@ -358,11 +358,11 @@
         <translation>無法建立影片檔。</translation>
     </message>
     <message>
-        <source>The recording was stopped because its folder is gone.</source>
+        <source>The recording was stopped because its folder no longer exists.</source>
         <translation>錄影資料夾已不存在，錄影已停止。</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the longest time of a movie.</source>
+        <source>The recording was stopped because it reached the maximum length of a movie.</source>
         <translation>已達到影片的長度上限，錄影已停止。</translation>
     </message>
     <message>
@@ -378,7 +378,7 @@
     <name>OSDProcessor</name>
     <message>
         <source>Best fit</source>
-        <translation>最適</translation>
+        <translation>全圖</translation>
     </message>
 </context>
 <context>
@@ -416,15 +416,15 @@
     <name>RegistrationWidget</name>
     <message>
         <source>Open registration file...</source>
-        <translation>開啟註冊檔...</translation>
+        <translation>開啟登錄資料檔...</translation>
     </message>
     <message>
         <source>Registration file (*.rf)</source>
-        <translation>註冊檔 (*.rf)</translation>
+        <translation>登錄資料檔 (*.rf)</translation>
     </message>
     <message>
         <source>Save registration file...</source>
-        <translation>儲存註冊檔...</translation>
+        <translation>儲存登錄資料檔...</translation>
     </message>
 </context>
 <context>
@@ -519,7 +519,7 @@
     </message>
     <message>
         <source>Question</source>
-        <translation>問題</translation>
+        <translation>確認</translation>
     </message>
     <message>
         <source>Using a recording resolution of 1920x1080 may cause low framerate when the PC isn&apos;t powerful. Continue?</source>

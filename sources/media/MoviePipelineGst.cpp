@@ -94,7 +94,7 @@ void MoviePipeline::open(const MovieWriter::Settings &settings)
         qDebug("The movie writer cannot be built: %s", error ? error->message : "");
         g_clear_error(&error);
         fail(QCoreApplication::translate("MovieWriter",
-                                         "This computer lacks a part of the movie writer."));
+                                         "A component for writing movies is missing."));
         return;
     }
     GstBin *bin = GST_BIN(m_pipeline.get());
@@ -135,12 +135,12 @@ void MoviePipeline::checkSurroundings()
     quint64 reserve = GST_CLOCK_TIME_NONE;
     g_object_get(m_mux.get(), "reserved-duration-remaining", &reserve, nullptr);
     if (!fileInPlace())
-        fail(QCoreApplication::translate("MovieWriter",
-                                         "The recording was stopped because its folder is gone."));
+        fail(QCoreApplication::translate(
+            "MovieWriter", "The recording was stopped because its folder no longer exists."));
     else if (hasPictures && reserve < LEAST_RESERVE)
         fail(QCoreApplication::translate(
             "MovieWriter",
-            "The recording was stopped because it reached the longest time of a movie."));
+            "The recording was stopped because it reached the maximum length of a movie."));
     else
         return;
     end();

@@ -271,7 +271,7 @@ void TestWindowFolders::aRecordingSaysThatItsFolderIsGone()
     m_window->panelButton(PanelButton::Record)->click();
     QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), PATIENCE_MS);
     QCOMPARE(messageAfter([&] { QVERIFY(QDir(folder).removeRecursively()); }),
-             QString("The recording was stopped because its folder is gone."));
+             QString("The recording was stopped because its folder no longer exists."));
     QVERIFY(!m_window->recording());
     QVERIFY(!m_window->panelButton(PanelButton::Record)->isChecked());
 }

@@ -310,9 +310,10 @@ private slots:
             movie.append(n);
             std::this_thread::sleep_until(due += std::chrono::milliseconds(33));
         }
-        QCOMPARE(movie.failures(),
-                 QStringList(
-                     "The recording was stopped because it reached the longest time of a movie."));
+        QCOMPARE(
+            movie.failures(),
+            QStringList(
+                "The recording was stopped because it reached the maximum length of a movie."));
         movie.writer->finish();
         const MovieFile read(file);
         QCOMPARE(read.complaints(), QString());
@@ -329,7 +330,7 @@ private slots:
         QVERIFY(QDir(m_folder.filePath("vanishing")).removeRecursively());
         QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
         QCOMPARE(movie.failures(),
-                 QStringList("The recording was stopped because its folder is gone."));
+                 QStringList("The recording was stopped because its folder no longer exists."));
         movie.writer->finish();
     }
 

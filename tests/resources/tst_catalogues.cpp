@@ -133,8 +133,6 @@ const Place PLACES[] = {
     {"MaskToolWindow/Effect", 0, 14, 216},
     {"SettingsToolWindow/Setting", 0, 14, 340},
     {"AboutToolWindow/About", 0, 14, 226},
-    // The numbers and the word after them stand under the ticks of the slider.
-    {"MainWindow/1     2     5    10    15    30  sec.", 0, 8, 200},
 };
 
 } // namespace
@@ -353,6 +351,59 @@ private slots:
         }
     }
 
+    /// One thing has one name in all windows of a language; these are the others that it had.
+    void oneThingHasOneName_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("never");
+        const auto row = [](const char *language, const char *never) {
+            QTest::newRow(language) << language << QString::fromUtf8(never);
+        };
+        row("de", "schnappsch|diaschau|zeichenbrett");
+        row("es", "película|fotos\\b|archivo de registro");
+        row("fr", "pivoter$(?<!faire pivoter)|\\btableau de dessin|^ligne$");
+        row("ja", "スナップショット|塗りの色|^写真の保存");
+        row("ru", "фильм|ширина|^с$|^мин$|регулировка");
+        row("zh-tw", "註冊|不填滿|半邊|投影片播放");
+    }
+
+    void oneThingHasOneName()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, never);
+        const QRegularExpression other(never, QRegularExpression::CaseInsensitiveOption |
+                                                  QRegularExpression::UseUnicodePropertiesOption);
+        QVERIFY2(other.isValid(), qPrintable(other.errorString()));
+        const auto messages =
+            readCatalogue(QString(SOURCE_ROOT "/resources/translations/Orvex_%1.ts").arg(language));
+        QVERIFY(!messages.isEmpty());
+        for (const Message &message : messages) {
+            QVERIFY2(!other.match(message.translation).hasMatch(),
+                     qPrintable(message.key() + ": " + message.translation));
+        }
+    }
+
+    /// The numbers under the ticks of the slider are 5 pixels a digit and a space, 33 of them; the
+    /// word after them has the rest of 200.
+    void theNumbersOfTheSliderStandAndTheirWordFits()
+    {
+        const QString source = "1     2     5    10    15    30  sec.";
+        constexpr int CELLS = 33;
+        QFont font("Arial");
+        font.setPixelSize(9);
+        for (const QString &file : catalogueFiles()) {
+            for (const Message &message : readCatalogue(file)) {
+                if (message.source != source)
+                    continue;
+                QCOMPARE(message.translation.left(CELLS), source.left(CELLS));
+                const QString word = message.translation.mid(CELLS);
+                QVERIFY(!word.isEmpty());
+                QVERIFY2(QFontMetricsF(font).horizontalAdvance(word) <= 200 - 5 * CELLS,
+                         qPrintable(file + ": " + word));
+            }
+        }
+    }
+
     void everyCaptionFitsItsPlace_data()
     {
         QTest::addColumn<QString>("file");
@@ -375,7 +426,7 @@ private slots:
                 font.setPointSize(place.points);
             else
                 font.setPixelSize(place.pixels);
-            const int width = QFontMetrics(font).horizontalAdvance(found->translation);
+            const double width = QFontMetricsF(font).horizontalAdvance(found->translation);
             if (width > place.width)
                 tooWide.append(QString("%1: %2 is %3 wide, %4 fit")
                                    .arg(place.key, found->translation)

@@ -243,7 +243,7 @@ void Tour::takeBoxes()
         m_window, MainWindow::tr("Error"),
         QCoreApplication::translate(
             "MovieWriter",
-            "The recording was stopped because it reached the longest time of a movie."));
+            "The recording was stopped because it reached the maximum length of a movie."));
     enter(ModeRules::Film);
     enter(ModeRules::Live);
 }

@@ -11,6 +11,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalBlocker>
 
 TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
@@ -40,6 +41,12 @@ TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     modeChanged();
 }
 
+TextToolWindow::~TextToolWindow()
+{
+    // The window hides while it is destroyed, which takes the focus from the field.
+    m_fontSizeBox->lineEdit()->disconnect(this);
+}
+
 void TextToolWindow::modeChanged()
 {
     m_canvas = MainWindowDoor::currentCanvas(m_mainWindow);
@@ -49,15 +56,12 @@ void TextToolWindow::modeChanged()
     if (color >= 0)
         m_colorRow->check(color);
 
-    // Showing the canvas's settings must not write them back.
-    const QSignalBlocker faceBlocker(m_fontFaceBox);
-    const QSignalBlocker sizeBlocker(m_fontSizeBox);
+    // Showing the canvas's face must not write it back.
+    const QSignalBlocker blocker(m_fontFaceBox);
     const int face = faceEntry(m_canvas->fontFace());
     if (face >= 0)
         m_fontFaceBox->setCurrentIndex(face);
-    const int size = m_fontSizes.indexOf(m_canvas->fontSize());
-    if (size >= 0)
-        m_fontSizeBox->setCurrentIndex(size);
+    showFontSize();
 }
 
 void TextToolWindow::colorChanged()
@@ -79,6 +83,18 @@ void TextToolWindow::fontSizeChanged()
     const int size = m_fontSizeBox->currentText().toInt(&isNumber);
     if (m_canvas && isNumber)
         m_canvas->setFontSize(size);
+}
+
+void TextToolWindow::showFontSize()
+{
+    if (!m_canvas)
+        return;
+    // Showing the canvas's size must not write it back.
+    const QSignalBlocker blocker(m_fontSizeBox);
+    const int entry = m_fontSizes.indexOf(m_canvas->fontSize());
+    if (entry >= 0)
+        m_fontSizeBox->setCurrentIndex(entry);
+    m_fontSizeBox->setEditText(QString::number(m_canvas->fontSize()));
 }
 
 int TextToolWindow::faceEntry(const QString &face) const
@@ -104,6 +120,9 @@ void TextToolWindow::createFaceBox()
 void TextToolWindow::createSizeBox()
 {
     m_fontSizeBox->setEditable(true);
+    // Every number counts while it is typed: completed to "10", a "1" could not be had.
+    m_fontSizeBox->setCompleter(nullptr);
+    m_fontSizeBox->setInsertPolicy(QComboBox::NoInsert);
     m_fontSizes = QFontDatabase::standardSizes();
     for (const int size : qAsConst(m_fontSizes))
         m_fontSizeBox->addItem(QString::number(size));
@@ -114,4 +133,7 @@ void TextToolWindow::createSizeBox()
     // After the filling, which edits the text too.
     connect(m_fontSizeBox, SIGNAL(activated(int)), this, SLOT(fontSizeChanged()));
     connect(m_fontSizeBox, SIGNAL(editTextChanged(QString)), this, SLOT(fontSizeChanged()));
+    // What is no number goes when the typing ends.
+    connect(m_fontSizeBox->lineEdit(), &QLineEdit::editingFinished, this,
+            &TextToolWindow::showFontSize);
 }

@@ -18,6 +18,7 @@ class TextToolWindow : public ToolWindow
 
 public:
     TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow);
+    ~TextToolWindow() override;
 
 public slots:
     /// Shows what the current canvas is set to, as far as the boxes list it.
@@ -30,6 +31,8 @@ public slots:
 private:
     /// Where a face stands in the box; -1 for one that it does not list.
     [[nodiscard]] int faceEntry(const QString &face) const;
+    /// Writes the canvas's size into the box, also one that the box does not list.
+    void showFontSize();
     void createFaceBox();
     void createSizeBox();
 

@@ -34,6 +34,9 @@ private slots:
     void choosingASizeReachesTheCanvas();
     void typingSetsTheSizeAtEveryNumber();
     void aSizeThatIsNotListedIsNotSelected();
+    void everySizeCanBeTyped();
+    void whatIsNoSizeDoesNotStay();
+    void aSizeThatIsNotListedIsShown();
     void aFaceThatIsNotListedLeavesTheBox();
     void theFirstFaceIsShownAsWhatItResolvesTo();
     void everyColorReachesTheCanvas();
@@ -137,6 +140,57 @@ void TestTextToolWindow::aSizeThatIsNotListedIsNotSelected()
     popup.modeChanged();
     QCOMPARE(sizeBox(popup)->currentIndex(), before);
     QCOMPARE(scene.canvas.fontSize(), 37);
+}
+
+void TestTextToolWindow::everySizeCanBeTyped()
+{
+    PopupScene scene;
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    popup.show();
+    QLineEdit *edit = sizeBox(popup)->lineEdit();
+    // As a user sees it: the box completes what is typed as soon as it has the focus.
+    popup.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&popup));
+    edit->setFocus();
+    for (int size = 1; size <= 30; ++size) {
+        edit->selectAll();
+        QTest::keyClicks(edit, QString::number(size));
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCOMPARE(scene.canvas.fontSize(), size);
+        QCOMPARE(edit->text(), QString::number(size));
+    }
+}
+
+void TestTextToolWindow::whatIsNoSizeDoesNotStay()
+{
+    PopupScene scene;
+    scene.canvas.setFontSize(13);
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    popup.show();
+    const int entries = sizeBox(popup)->count();
+    QLineEdit *edit = sizeBox(popup)->lineEdit();
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClicks(edit, "abc");
+    QTest::keyClick(edit, Qt::Key_Return);
+    QCOMPARE(sizeBox(popup)->count(), entries);
+    QCOMPARE(scene.canvas.fontSize(), 13);
+    QCOMPARE(edit->text(), QString("13"));
+}
+
+void TestTextToolWindow::aSizeThatIsNotListedIsShown()
+{
+    PopupScene scene;
+    scene.canvas.setFontSize(13);
+    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    QCOMPARE(sizeBox(popup)->currentText(), QString("13"));
+    scene.canvas.setFontSize(24);
+    popup.modeChanged();
+    QCOMPARE(sizeBox(popup)->currentText(), QString("24"));
+    scene.canvas.setFontSize(25);
+    popup.modeChanged();
+    QCOMPARE(sizeBox(popup)->currentText(), QString("25"));
+    QCOMPARE(scene.canvas.fontSize(), 25);
 }
 
 void TestTextToolWindow::aFaceThatIsNotListedLeavesTheBox()

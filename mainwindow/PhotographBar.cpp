@@ -13,6 +13,7 @@
 #include "widgets/ImageButton.h"
 #include "widgets/ImageWidget.h"
 #include "widgets/Slider.h"
+#include "widgets/TickLabel.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -198,13 +199,11 @@ void PhotographBar::createInterval()
             SLOT(photographPlayIntervalChanged(int)));
     m_interval->hide();
 
-    m_intervalLabel = new QLabel(MainWindow::tr("1     2     5    10    15    30  sec."), m_window);
+    m_intervalLabel =
+        new TickLabel(MainWindow::tr("1     2     5    10    15    30  sec."), m_window);
     QPalette palette = m_intervalLabel->palette();
     palette.setColor(QPalette::WindowText, Qt::gray);
     m_intervalLabel->setPalette(palette);
-    QFont font("Arial");
-    font.setPixelSize(8);
-    m_intervalLabel->setFont(font);
     m_intervalLabel->setFixedSize(200, 10);
     m_intervalLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_intervalLabel->hide();

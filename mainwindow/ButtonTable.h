@@ -69,13 +69,14 @@ struct ModeRow {
     const char *text;
 };
 
-/// A button of the film or the photograph bar; x in pixels from the bar's left edge.
+/// A button of the film or the photograph bar; x in pixels from the bar's left edge. The name is
+/// its tip and what a screen reader says.
 struct BarRow {
     const char *skin;
     int x;
     const char *slot;
     bool checkable;
-    const char *accessibleName;
+    const char *name;
 };
 
 /// A drawing tool whose pop-up has width, colour and fill rows. The title belongs to the plain

@@ -140,7 +140,8 @@ void FilmBar::createBar()
     for (const ButtonTable::BarRow &row : ButtonTable::filmBarRows()) {
         auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
         button->setCheckable(row.checkable);
-        button->setAccessibleName(MainWindow::tr(row.accessibleName));
+        button->setAccessibleName(MainWindow::tr(row.name));
+        button->setToolTip(MainWindow::tr(row.name));
         connect(button, SIGNAL(clicked()), m_window, row.slot);
         if (row.checkable)
             m_volumeButton = button;

@@ -9,6 +9,7 @@
 #include "sources/FilmSource.h"
 #include "sources/LiveSource.h"
 #include "sources/PhotographSource.h"
+#include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
 
@@ -35,6 +36,7 @@ MainWindow::MainWindow(QWidget *parent)
         setParent(parent, windowFlags());
     setMinimumSize(MINIMUM_SIZE);
     resize(MINIMUM_SIZE);
+    FormControls::dressToolTips();
     m_tools.storeCaptions();
     m_stack = new QStackedWidget(this);
     createModeButtons();
@@ -83,6 +85,7 @@ void MainWindow::createAboutButton()
 {
     m_aboutButton = new ImageButton(aboutButtonKey, this, aboutButtonX, height() - 55);
     m_aboutButton->setAccessibleName(tr("About"));
+    m_aboutButton->setToolTip(tr("About"));
     connect(m_aboutButton, SIGNAL(clicked()), this, SLOT(About()));
 }
 
@@ -97,6 +100,7 @@ void MainWindow::createSidePanelButton()
 {
     m_sidePanelButton = new ImageButton(QString(), this, 0, 0);
     m_sidePanelButton->setAccessibleName(tr("Side panel"));
+    m_sidePanelButton->setToolTip(tr("Side panel"));
     connect(m_sidePanelButton, SIGNAL(clicked()), this, SLOT(expand()));
 }
 
@@ -184,6 +188,7 @@ void MainWindow::createLiveBox()
     m_liveRecordButton = new ImageButton("ICON_LIVE_RECORDING", m_liveBox, 20, 5);
     m_liveRecordButton->setCheckable(true);
     m_liveRecordButton->setAccessibleName(tr("Record video"));
+    m_liveRecordButton->setToolTip(tr("Record video"));
     connect(m_liveRecordButton, SIGNAL(clicked()), this, SLOT(record()));
     m_capture.setLiveRecordButton(m_liveRecordButton);
     // The running time is painted over the picture; the label keeps its place at the lower right.

@@ -178,7 +178,8 @@ void PhotographBar::createBar()
     for (const ButtonTable::BarRow &row : ButtonTable::photographBarRows()) {
         auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
         button->setCheckable(row.checkable);
-        button->setAccessibleName(MainWindow::tr(row.accessibleName));
+        button->setAccessibleName(MainWindow::tr(row.name));
+        button->setToolTip(MainWindow::tr(row.name));
         connect(button, SIGNAL(clicked()), m_window, row.slot);
         m_buttons[index++] = button;
     }

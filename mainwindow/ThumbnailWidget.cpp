@@ -7,6 +7,7 @@
 #include "sources/PhotographSource.h"
 #include "widgets/HorizontalSlider.h"
 
+#include <QFileInfo>
 #include <QPainter>
 #include <QResizeEvent>
 
@@ -89,6 +90,7 @@ void ThumbnailWidget::photographChanged(int id)
 void ThumbnailWidget::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
     painter.drawImage(rect(), image());
 }
 
@@ -130,6 +132,9 @@ void ThumbnailWidget::createButtons()
         auto *button = new ThumbnailButton(this);
         button->hide();
         button->setFixedSize(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
+        const QString name = QFileInfo(m_fileNames.at(i)).fileName();
+        button->setAccessibleName(name);
+        button->setToolTip(name);
         connect(button, SIGNAL(clicked()), this, SLOT(photographSelected()));
         m_buttons.append(button);
         // The id that the group would search for among all its others.

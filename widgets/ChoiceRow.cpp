@@ -20,12 +20,18 @@ ChoiceRow::ChoiceRow(QWidget *window, const QString &caption, const std::vector<
     for (const Choice &choice : choices) {
         auto *button = new ImageButton(choice.skin, window, x, place.firstButton.y());
         button->setCheckable(true);
-        button->setAccessibleName(choice.accessibleName);
+        button->setAccessibleName(nameInRow(caption, choice.name));
+        button->setToolTip(choice.name);
         connect(button, SIGNAL(clicked()), window, slot);
         m_group->addButton(button, int(m_buttons.size()));
         m_buttons.push_back(button);
         x += place.pitch;
     }
+}
+
+QString ChoiceRow::nameInRow(const QString &caption, const QString &choice)
+{
+    return caption.isEmpty() ? choice : tr("%1: %2").arg(caption, choice);
 }
 
 int ChoiceRow::count() const

@@ -26,13 +26,17 @@ public:
     };
     struct Choice {
         QString skin;
-        /// What a screen reader says of the button.
-        QString accessibleName;
+        /// The tip of the button; a screen reader says it after the row's caption, as another row
+        /// of the window may offer the same.
+        QString name;
     };
 
     /// An empty caption makes no label. Each click calls `slot` (coded by SLOT()) of the window.
     ChoiceRow(QWidget *window, const QString &caption, const std::vector<Choice> &choices,
               const Place &place, const char *slot);
+
+    /// What a screen reader says of a choice; an empty caption adds nothing to the choice's name.
+    [[nodiscard]] static QString nameInRow(const QString &caption, const QString &choice);
 
     [[nodiscard]] int count() const;
     [[nodiscard]] ImageButton *button(int index) const;

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPalette>
+#include <QToolTip>
 
 namespace
 {
@@ -32,6 +33,18 @@ void FormControls::dress(QWidget *field, int height)
         box->view()->setPalette(lightPalette());
     field->setFont(font());
     field->setFixedHeight(height);
+}
+
+void FormControls::dressToolTips()
+{
+    const QColor ground(0x15181B);
+    QPalette palette = QToolTip::palette();
+    for (const QPalette::ColorRole role :
+         {QPalette::ToolTipBase, QPalette::Window, QPalette::Base, QPalette::Button})
+        palette.setColor(role, ground);
+    for (const QPalette::ColorRole role : {QPalette::ToolTipText, QPalette::WindowText})
+        palette.setColor(role, Qt::white);
+    QToolTip::setPalette(palette);
 }
 
 QFont FormControls::font()

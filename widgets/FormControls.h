@@ -19,6 +19,10 @@ void dress(QWidget *field, int height = FIELD_HEIGHT);
 /// The font of the fields, for the push buttons beside them too.
 [[nodiscard]] QFont font();
 
+/// Gives the tips of the whole program dark ground and light letters. The style sheets of the
+/// pop-ups, white letters for one, reach the tips of their buttons too and need that ground.
+void dressToolTips();
+
 /// Gives a label the height of its own font's line. A script that the font lacks comes from a
 /// taller one, and the label would hang down from its row; this way it is centred on it.
 void keepLineHeight(QLabel *label);

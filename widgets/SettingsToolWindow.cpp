@@ -199,6 +199,9 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
     button->setFont(FormControls::font());
     button->setText(caption);
     button->setAccessibleName(accessibleName);
+    // Where the caption says it all, a tip would only say it again.
+    if (accessibleName != caption)
+        button->setToolTip(accessibleName);
     connect(button, SIGNAL(clicked()), this, slot);
 }
 

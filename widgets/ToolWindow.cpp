@@ -15,6 +15,7 @@ ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidge
     , m_closeButton(new ImageButton("POPUP_CLOSE", this, 0, 0))
 {
     m_closeButton->setAccessibleName(tr("Close"));
+    m_closeButton->setToolTip(tr("Close"));
     connect(m_closeButton, SIGNAL(clicked()), this, SLOT(close()));
     if (parent)
         parent->installEventFilter(this);

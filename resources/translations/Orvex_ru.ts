@@ -17,6 +17,13 @@
     </message>
 </context>
 <context>
+    <name>ChoiceRow</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
     <name>ColorToolWindow</name>
     <message>
         <source>%1 pixels</source>

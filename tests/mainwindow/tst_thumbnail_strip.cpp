@@ -96,6 +96,19 @@ private slots:
         QCOMPARE(m_slider->maximum(), 0);
     }
 
+    void everyThumbnailSaysTheNameOfItsFile()
+    {
+        open(3);
+        const QStringList paths = m_source->fileNameList();
+        const auto buttons = m_strip->findChildren<ThumbnailButton *>();
+        QCOMPARE(buttons.size(), paths.size());
+        for (int i = 0; i < paths.size(); ++i) {
+            const QString name = QFileInfo(paths[i]).fileName();
+            QCOMPARE(buttons[i]->accessibleName(), name);
+            QCOMPARE(buttons[i]->toolTip(), name);
+        }
+    }
+
     void selectingAFarPictureScrollsItToTheRightEdge()
     {
         open(20);

@@ -95,6 +95,9 @@ void TestWindowConstruction::everyButtonHasANameAndTheTipsStand()
     for (const QAbstractButton *each : buttons) {
         QVERIFY2(!each->accessibleName().isEmpty() || !each->text().isEmpty(),
                  qPrintable(QString("%1,%2").arg(each->x()).arg(each->y())));
+        // A caption needs no tip.
+        QVERIFY2(!each->toolTip().isEmpty() || !each->text().isEmpty(),
+                 qPrintable(each->accessibleName()));
     }
     for (const auto &row : ButtonTable::panelRows())
         QCOMPARE(window.panelButton(row.button)->toolTip(), QString(row.toolTip));

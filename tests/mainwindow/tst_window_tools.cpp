@@ -188,9 +188,15 @@ void TestWindowTools::everyControlOfAPopUpHasAName()
         const ToolWindow *popup = window.currentToolWindow();
         QVERIFY(!popup->accessibleName().isEmpty());
         QVERIFY(!popup->findChildren<QAbstractButton *>().isEmpty());
-        for (const QAbstractButton *each : popup->findChildren<QAbstractButton *>())
-            QVERIFY2(!each->accessibleName().isEmpty() || !each->text().isEmpty(),
-                     qPrintable(popup->accessibleName()));
+        QSet<QString> names;
+        for (const QAbstractButton *each : popup->findChildren<QAbstractButton *>()) {
+            const QString name =
+                each->accessibleName().isEmpty() ? each->text() : each->accessibleName();
+            QVERIFY2(!name.isEmpty(), qPrintable(popup->accessibleName()));
+            QVERIFY2(!names.contains(name), qPrintable(popup->accessibleName() + ": " + name));
+            names.insert(name);
+            QVERIFY2(!each->toolTip().isEmpty() || !each->text().isEmpty(), qPrintable(name));
+        }
         for (const QComboBox *each : popup->findChildren<QComboBox *>())
             QVERIFY2(!each->accessibleName().isEmpty(), qPrintable(popup->accessibleName()));
     };

@@ -17,7 +17,8 @@ private slots:
     void fillIsShownOffUntilAColorIsChosen();
     void readsAgainWhenTheModeChanges();
     void withoutACanvasNothingHappens();
-    void everyButtonHasAName();
+    void everyButtonHasANameAndATip();
+    void theRowsDoNotSayTheSame();
 };
 
 void TestColorToolWindow::hasOneRowForEachLabel_data()
@@ -160,12 +161,31 @@ void TestColorToolWindow::withoutACanvasNothingHappens()
     QCOMPARE(scene.canvas.penWidth, 3);
 }
 
-void TestColorToolWindow::everyButtonHasAName()
+void TestColorToolWindow::everyButtonHasANameAndATip()
 {
     PopupScene scene;
     const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
-    for (const ImageButton *button : popup.findChildren<ImageButton *>())
+    for (const ImageButton *button : popup.findChildren<ImageButton *>()) {
         QVERIFY(!button->accessibleName().isEmpty());
+        QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->accessibleName()));
+    }
+}
+
+void TestColorToolWindow::theRowsDoNotSayTheSame()
+{
+    PopupScene scene;
+    const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "Width",
+                                "Line Color", "Fill Color");
+    QCOMPARE(Popup::row(popup, 20)[1]->accessibleName(), QString("Width: 6 pixels"));
+    QCOMPARE(Popup::row(popup, 43)[0]->accessibleName(), QString("Line Color: Black"));
+    QCOMPARE(Popup::row(popup, 43)[0]->toolTip(), QString("Black"));
+    QSet<QString> names;
+    const auto buttons = popup.findChildren<ImageButton *>();
+    for (const ImageButton *button : buttons)
+        names.insert(button->accessibleName());
+    QCOMPARE(names.size(), buttons.size());
+    QVERIFY(names.contains("Fill Color: Black"));
+    QVERIFY(names.contains("Fill Color: No fill"));
 }
 
 QTEST_MAIN(TestColorToolWindow)

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QtGlobal>
 
+#include <algorithm>
+#include <cmath>
 #include <malloc.h>
 
 namespace
@@ -21,7 +23,52 @@ void setUnlessChosen(const char *variable, const char *value)
 constexpr int LARGE_BLOCK = 256 * 1024;
 constexpr int LARGEST_REST = 1024 * 1024;
 
+constexpr double USUAL_DPI = 96.0;
+/// A broken driver gives less than the first text terminals had or more than a printer.
+constexpr double LEAST_DPI = 36.0;
+constexpr double GREATEST_DPI = 600.0;
+/// The window as it opens, with its side panel, in units of the layout.
+constexpr double WINDOW_WIDTH = 938.0;
+constexpr double WINDOW_HEIGHT = 768.0;
+/// Of a desktop at 96 dpi, in pixels; at more dots an inch it draws a higher one.
+constexpr double TITLE_BAR = 32.0;
+/// Whole windows then have whole pixels: 768 and 800 are multiples of 16.
+constexpr double STEP = 1.0 / 16.0;
+constexpr double LEAST_SCALE = 0.5;
+/// A screen without settings tells its size in whole millimetres: 1366 pixels at 96 dpi are 361 mm,
+/// which are 96.1 dpi. As a part of the scale.
+constexpr double MEASURING_ERROR = 0.01;
+
+double desktopScale(double dpi)
+{
+    const bool isSane = dpi >= LEAST_DPI && dpi <= GREATEST_DPI;
+    const double scale = std::max(isSane ? dpi / USUAL_DPI : 1.0, 1.0);
+    const double step = std::round(scale / STEP) * STEP;
+    return std::abs(scale - step) <= MEASURING_ERROR * scale ? step : scale;
+}
+
 } // namespace
+
+double layoutScale(const ScreenOffer &offer)
+{
+    const double scale = desktopScale(offer.dpi);
+    if (offer.freeArea.isEmpty())
+        return scale;
+    const double fits = std::min(offer.freeArea.width() / WINDOW_WIDTH,
+                                 (offer.freeArea.height() - TITLE_BAR * scale) / WINDOW_HEIGHT);
+    if (fits >= scale)
+        return scale;
+    return std::max(std::floor(fits / STEP) * STEP, LEAST_SCALE);
+}
+
+bool scaleIsChosen()
+{
+    static constexpr const char *VARIABLES[] = {
+        "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR",
+        "QT_ENABLE_HIGHDPI_SCALING", "QT_DEVICE_PIXEL_RATIO"};
+    return std::any_of(std::begin(VARIABLES), std::end(VARIABLES),
+                       [](const char *variable) { return qEnvironmentVariableIsSet(variable); });
+}
 
 void preparePlatform()
 {
@@ -33,6 +80,9 @@ void preparePlatform()
     // Everything is painted by the processor; loading the graphics driver costs 50 MB and a part
     // of the start.
     setUnlessChosen("QT_XCB_GL_INTEGRATION", "none");
+    // 144 dpi are one and a half, not two: everything is drawn at the size that the desktop asks
+    // for.
+    setUnlessChosen("QT_SCALE_FACTOR_ROUNDING_POLICY", "PassThrough");
     // On a sharp screen layouts keep their sizes and the images come at twice theirs.
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

@@ -1,5 +1,24 @@
 #pragma once
 
+#include <QSize>
+
 /// Settles what the program asks of the platform. Before the application object is made; what the
 /// user has chosen by the environment stands.
 void preparePlatform();
+
+/// What the desktop says of its screen before the first window is made.
+struct ScreenOffer {
+    /// Dots an inch that the desktop asks programs to draw for; anything that is no number of this
+    /// world counts as 96.
+    double dpi = 0.0;
+    /// The screen without the desktop's panels, in device pixels; empty when unknown.
+    QSize freeArea;
+};
+
+/// How many device pixels a unit of the layout takes: the desktop's dots an inch in 96ths, as
+/// they are and not as whole numbers, but never below 1. Lowered by sixteenths until the window as
+/// it opens and a title bar above it fit into the free area; at least a half.
+[[nodiscard]] double layoutScale(const ScreenOffer &offer);
+
+/// Whether the user has settled the scale by the environment; it then stands.
+[[nodiscard]] bool scaleIsChosen();

@@ -1,5 +1,6 @@
 #include "LocaleCatalogue.h"
 #include "Platform.h"
+#include "ScreenScale.h"
 #include "mainwindow/MainWindow.h"
 #include "resources/Skin.h"
 #include "resources/translations/Translations.h"
@@ -25,6 +26,7 @@ int main(int argc, char **argv)
     initialiseTranslations();
     preparePlatform();
     QApplication application(argc, argv);
+    fitScaleToScreen();
     // The scope of the settings; before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");

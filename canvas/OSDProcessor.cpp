@@ -165,6 +165,7 @@ void OSDProcessor::postPaint(QPainter *painter)
     if (painter == nullptr || m_canvas == nullptr)
         return;
     painter->save();
+    SkinImages::smoothAtFractions(painter);
     // Later ones lie over earlier ones where a narrow window makes them meet.
     paintModes(painter);
     paintBrightness(painter);

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QtMath>
 
 namespace
@@ -42,6 +43,13 @@ QSize SkinImages::layoutSize(const QImage &image)
     if (image.isNull())
         return {0, 0};
     return (QSizeF(image.size()) / image.devicePixelRatioF()).toSize();
+}
+
+void SkinImages::smoothAtFractions(QPainter *painter)
+{
+    const double ratio = painter->device()->devicePixelRatioF();
+    if (!qFuzzyCompare(ratio, 1.0) && !qFuzzyCompare(ratio, 2.0))
+        painter->setRenderHint(QPainter::SmoothPixmapTransform);
 }
 
 QImage SkinImages::stretched(const QImage &image, QSize size)

@@ -3,6 +3,7 @@
 #include "canvas/SkinImages.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 
 namespace
 {
@@ -29,6 +30,15 @@ void FramelessWindow::setBackgroundImage(const QImage &image)
     QPalette skinned = palette();
     skinned.setBrush(backgroundRole(), QBrush(image));
     setPalette(skinned);
+}
+
+void FramelessWindow::paintEvent(QPaintEvent *)
+{
+    // The brush of the palette has painted the image already, without averaging.
+    QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
+    if (painter.testRenderHint(QPainter::SmoothPixmapTransform))
+        painter.drawImage(QPoint(0, 0), palette().brush(backgroundRole()).textureImage());
 }
 
 void FramelessWindow::mousePressEvent(QMouseEvent *event)

@@ -61,6 +61,7 @@ void HorizontalSlider::translateMouseEvent(QMouseEvent *event)
 void HorizontalSlider::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
     painter.drawImage(QPoint(0, 0), SkinImages::stretched(m_background, size()));
     painter.drawImage(QPointF(handleX(), 0.0),
                       SkinImages::stretched(m_handle, {m_handleWidth, height() - 4}));

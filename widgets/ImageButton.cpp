@@ -98,6 +98,7 @@ QImage ImageButton::convertToGrayScale(const QImage &image)
 void ImageButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
     if (m_gray) {
         if (m_grayImage.isNull()) {
             m_grayImage = m_normalImage;

@@ -14,5 +14,6 @@ ImageWidget::ImageWidget(const QImage &image, QWidget *parent)
 void ImageWidget::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
     painter.drawImage(QPoint(0, 0), m_image);
 }

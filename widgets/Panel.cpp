@@ -96,6 +96,7 @@ void Panel::toggleGroup()
 void Panel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
     const int topHeight = SkinImages::layoutSize(m_top).height();
     painter.drawImage(QPoint(0, 0), m_top);
     painter.drawImage(QPoint(0, topHeight), m_middle);

@@ -105,6 +105,7 @@ void StyleWindow::resizeEvent(QResizeEvent *event)
 void StyleWindow::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
     painter.drawImage(QPoint(0, 0), m_topLeft);
     painter.drawImage(QPoint(widthOf(m_topLeft), 0), m_topEdge);
     painter.drawImage(QPoint(widthOf(m_topLeft) + widthOf(m_topEdge), 0), m_topRight);

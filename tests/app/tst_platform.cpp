@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <cstdlib>
+#include <limits>
 #include <malloc.h>
 
 class TestPlatform : public QObject
@@ -15,6 +16,11 @@ private slots:
     void choosesWhereNothingIsChosen();
     void leavesTheUsersChoice();
     void drawsSharpOnSharpScreens();
+    void drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall_data();
+    void drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall();
+    void theWindowAndItsTitleBarAlwaysFit();
+    void aScaleOfTheEnvironmentStands_data();
+    void aScaleOfTheEnvironmentStands();
     void largeBlocksGoBackToTheSystem();
 };
 
@@ -22,6 +28,7 @@ void TestPlatform::init()
 {
     qunsetenv("QT_QPA_PLATFORM");
     qunsetenv("QT_XCB_GL_INTEGRATION");
+    qunsetenv("QT_SCALE_FACTOR_ROUNDING_POLICY");
 }
 
 void TestPlatform::choosesWhereNothingIsChosen()
@@ -29,6 +36,7 @@ void TestPlatform::choosesWhereNothingIsChosen()
     preparePlatform();
     QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb;wayland"));
     QCOMPARE(qgetenv("QT_XCB_GL_INTEGRATION"), QByteArray("none"));
+    QCOMPARE(qgetenv("QT_SCALE_FACTOR_ROUNDING_POLICY"), QByteArray("PassThrough"));
 }
 
 void TestPlatform::leavesTheUsersChoice()
@@ -47,6 +55,77 @@ void TestPlatform::drawsSharpOnSharpScreens()
     preparePlatform();
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+}
+
+void TestPlatform::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall_data()
+{
+    QTest::addColumn<double>("dpi");
+    QTest::addColumn<QSize>("freeArea");
+    QTest::addColumn<double>("scale");
+    const QSize fullHd(1920, 1080);
+    const QSize fourK(3840, 2160);
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    QTest::newRow("96 dpi") << 96.0 << fullHd << 1.0;
+    QTest::newRow("120 dpi") << 120.0 << fullHd << 1.25;
+    QTest::newRow("144 dpi") << 144.0 << fullHd << 1.3125;
+    QTest::newRow("168 dpi") << 168.0 << fullHd << 1.3125;
+    QTest::newRow("192 dpi") << 192.0 << fullHd << 1.3125;
+    QTest::newRow("144 dpi above a panel") << 144.0 << QSize(1920, 1032) << 1.25;
+    QTest::newRow("a scale that is no sixteenth stays") << 110.4 << fullHd << 1.15;
+    QTest::newRow("96 dpi in whole millimetres") << 96.11 << fullHd << 1.0;
+    QTest::newRow("144 dpi in whole millimetres") << 143.86 << fourK << 1.5;
+    QTest::newRow("192 dpi on a large screen") << 192.0 << fourK << 2.0;
+    QTest::newRow("288 dpi on a large screen") << 288.0 << fourK << 2.6875;
+    QTest::newRow("an upright screen") << 144.0 << QSize(1080, 1920) << 1.125;
+    QTest::newRow("a projector with a panel") << 96.0 << QSize(1366, 741) << 0.875;
+    QTest::newRow("a screen that is just high enough") << 96.0 << QSize(1280, 800) << 1.0;
+    QTest::newRow("a tiny screen") << 96.0 << QSize(320, 200) << 0.5;
+    QTest::newRow("few dots") << 72.0 << fullHd << 1.0;
+    QTest::newRow("no dpi") << 0.0 << fullHd << 1.0;
+    QTest::newRow("less than nothing") << -96.0 << fullHd << 1.0;
+    QTest::newRow("absurd dpi") << 9600.0 << fourK << 1.0;
+    QTest::newRow("no number") << notANumber << fourK << 1.0;
+    QTest::newRow("no screen") << 144.0 << QSize() << 1.5;
+}
+
+void TestPlatform::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall()
+{
+    QFETCH(double, dpi);
+    QFETCH(QSize, freeArea);
+    QFETCH(double, scale);
+    QCOMPARE(layoutScale({dpi, freeArea}), scale);
+}
+
+void TestPlatform::theWindowAndItsTitleBarAlwaysFit()
+{
+    for (int dpi = 96; dpi <= 288; dpi += 6) {
+        for (int height = 600; height <= 2160; height += 13) {
+            const double scale = layoutScale({double(dpi), QSize(height * 16 / 9, height)});
+            QVERIFY(scale <= dpi / 96.0);
+            QVERIFY2(768 * scale + 32 * dpi / 96.0 <= height || scale <= 0.5,
+                     qPrintable(QString("%1 dpi, %2 high: %3").arg(dpi).arg(height).arg(scale)));
+            QVERIFY(938 * scale <= height * 16 / 9);
+        }
+    }
+}
+
+void TestPlatform::aScaleOfTheEnvironmentStands_data()
+{
+    QTest::addColumn<QByteArray>("variable");
+    for (const char *variable :
+         {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR",
+          "QT_ENABLE_HIGHDPI_SCALING", "QT_DEVICE_PIXEL_RATIO"})
+        QTest::newRow(variable) << QByteArray(variable);
+}
+
+void TestPlatform::aScaleOfTheEnvironmentStands()
+{
+    QFETCH(QByteArray, variable);
+    qunsetenv(variable.constData());
+    QVERIFY(!scaleIsChosen());
+    qputenv(variable.constData(), "2");
+    QVERIFY(scaleIsChosen());
+    qunsetenv(variable.constData());
 }
 
 void TestPlatform::largeBlocksGoBackToTheSystem()

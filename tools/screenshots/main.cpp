@@ -1,6 +1,8 @@
 #include "Tour.h"
 
 #include "app/LocaleCatalogue.h"
+#include "app/Platform.h"
+#include "app/ScreenScale.h"
 #include "mainwindow/MainWindow.h"
 #include "resources/translations/Translations.h"
 
@@ -18,7 +20,9 @@
 int main(int argc, char **argv)
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    preparePlatform();
     QApplication application(argc, argv);
+    fitScaleToScreen();
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
     QCommandLineParser parser;
@@ -44,7 +48,9 @@ int main(int argc, char **argv)
     desktop.show();
 
     MainWindow window;
-    window.move(200, 100);
+    // A display of more dots an inch has fewer units: the window then stands at its top.
+    const QSize room = QGuiApplication::primaryScreen()->size() - window.size();
+    window.move(qMin(200, room.width()), qBound(0, room.height() - 60, 100));
     window.show();
     Tour tour(&window, QDir(parser.positionalArguments().first()), parser.value("film"),
               parser.value("photograph"));

@@ -1,0 +1,28 @@
+#include "ScreenScale.h"
+
+#include "Platform.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <private/qguiapplication_p.h>
+#include <private/qhighdpiscaling_p.h>
+#include <qpa/qplatformscreen.h>
+
+void fitScaleToScreen()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (scaleIsChosen() || screen == nullptr || QGuiApplication::platformName() != "xcb")
+        return;
+    // The toolkit has scaled by the dots an inch already, sane or not.
+    const double given = screen->devicePixelRatio();
+    ScreenOffer offer;
+    offer.dpi = given * screen->handle()->logicalBaseDpi().first;
+    offer.freeArea = screen->handle()->availableGeometry().size();
+    const double wanted = layoutScale(offer);
+    if (qFuzzyCompare(wanted, given))
+        return;
+    // The public ways to say this end when the application object is made, and only that knows
+    // the screen. The factor multiplies the one that is given.
+    QHighDpiScaling::setGlobalFactor(wanted / given);
+    QGuiApplicationPrivate::resetCachedDevicePixelRatio();
+}

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -30,7 +31,9 @@ public:
     /// Called on the thread "LiveQueue", one buffer after the other, each soon after its capture.
     using Handler = std::function<void(const SoundBuffer &)>;
 
-    static std::unique_ptr<SoundCapture> create();
+    /// `searchInterval`: how often the microphone is looked for while there is none.
+    static std::unique_ptr<SoundCapture>
+    create(std::chrono::milliseconds searchInterval = std::chrono::seconds(2));
     virtual ~SoundCapture() = default;
 
     /// Returns at once; the microphone is looked for meanwhile.

@@ -1,7 +1,7 @@
 #include "sources/media/CaptureClock.h"
 #include "sources/media/GstPointers.h"
-#include "sources/media/MediaLibrary.h"
 #include "sources/media/SoundCapture.h"
+#include "sources/media/SoundDevices.h"
 #include "sources/media/SoundPump.h"
 
 #include <QDebug>
@@ -17,78 +17,12 @@
 namespace
 {
 
-constexpr auto SEARCH_INTERVAL = std::chrono::seconds(2);
-constexpr auto STOP_PATIENCE = std::chrono::seconds(1);
+using std::chrono::milliseconds;
+
+constexpr milliseconds STOP_PATIENCE{1000};
+/// How often a thread asks whether an earlier one has let go of the list of devices.
+constexpr milliseconds TURN_INTERVAL{100};
 constexpr GstClockTime PULL_TIMEOUT = 100 * GST_MSECOND;
-
-bool isCameraMicrophoneDevice(GstDevice *device)
-{
-    GstStructure *properties = gst_device_get_properties(device);
-    if (!properties)
-        return false;
-    const auto text = [&](const char *name) {
-        return QString::fromUtf8(gst_structure_get_string(properties, name));
-    };
-    const bool found = SoundCapture::isCameraMicrophone(
-        text("device.vendor.id"), text("device.product.id"), text("device.class"));
-    gst_structure_free(properties);
-    return found;
-}
-
-/// The list of sound sources, watched for as long as it lives.
-class DeviceWatch
-{
-public:
-    DeviceWatch()
-        : m_monitor(gst_device_monitor_new())
-        , m_bus(gst_device_monitor_get_bus(m_monitor.get()))
-    {
-        gst_device_monitor_add_filter(m_monitor.get(), "Audio/Source", nullptr);
-        m_started = gst_device_monitor_start(m_monitor.get());
-    }
-    ~DeviceWatch()
-    {
-        if (m_started)
-            gst_device_monitor_stop(m_monitor.get());
-        gst_bus_set_flushing(m_bus.get(), TRUE);
-    }
-    DeviceWatch(const DeviceWatch &) = delete;
-    DeviceWatch &operator=(const DeviceWatch &) = delete;
-
-    /// The camera's microphone; null when there is none.
-    GstPtr<GstDevice> cameraMicrophone() const
-    {
-        GstPtr<GstDevice> found;
-        GList *devices = m_started ? gst_device_monitor_get_devices(m_monitor.get()) : nullptr;
-        for (GList *item = devices; item && !found; item = item->next) {
-            if (isCameraMicrophoneDevice(GST_DEVICE(item->data)))
-                found.reset(GST_DEVICE(gst_object_ref(item->data)));
-        }
-        g_list_free_full(devices, gst_object_unref);
-        return found;
-    }
-
-    /// Whether the camera's microphone has been taken away since the last call.
-    bool microphoneRemoved() const
-    {
-        bool removed = false;
-        while (GstMessage *message = gst_bus_pop(m_bus.get())) {
-            GstDevice *device = nullptr;
-            if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_DEVICE_REMOVED)
-                gst_message_parse_device_removed(message, &device);
-            removed |= device && isCameraMicrophoneDevice(device);
-            if (device)
-                gst_object_unref(device);
-            gst_message_unref(message);
-        }
-        return removed;
-    }
-
-private:
-    GstPtr<GstDeviceMonitor> m_monitor;
-    GstPtr<GstBus> m_bus;
-    bool m_started = false;
-};
 
 /// A running pipeline from the microphone to a sink that is pulled.
 class Microphone
@@ -178,27 +112,26 @@ private:
 class SoundSearch
 {
 public:
+    explicit SoundSearch(milliseconds interval)
+        : m_interval(interval)
+    {
+    }
+
     SoundPump pump;
 
     void run()
     {
         pthread_setname_np(pthread_self(), "SoundDevice");
-        MediaLibrary::initialise();
-        bool reported = false;
-        while (!waitForStop(std::chrono::seconds(0))) {
-            const DeviceWatch watch;
-            const GstPtr<GstDevice> device = watch.cameraMicrophone();
-            pump.setSource(device != nullptr);
-            if (device) {
-                listen(watch, device.get());
-                pump.setSource(false);
-            }
-            if (!reported && !waitForStop(std::chrono::seconds(0)))
-                qDebug("%s", device ? "The camera's microphone is lost, recording silence."
-                                    : "No camera microphone found, recording silence.");
-            reported = !device;
-            if (waitForStop(SEARCH_INTERVAL))
-                break;
+        SoundDevices &devices = SoundDevices::instance();
+        std::unique_lock<std::mutex> turn(devices.mutex(), std::try_to_lock);
+        // The thread of an earlier recording may wait for a sound server that does not answer.
+        if (!turn)
+            pump.setSource(false);
+        while (!turn && !waitForStop(TURN_INTERVAL))
+            (void)turn.try_lock();
+        if (turn) {
+            searchAndListen(devices);
+            devices.rest();
         }
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_finished = true;
@@ -216,20 +149,40 @@ public:
     }
 
 private:
-    void listen(const DeviceWatch &watch, GstDevice *device)
+    void searchAndListen(SoundDevices &devices)
+    {
+        bool reported = false;
+        while (!stopping()) {
+            const GstPtr<GstDevice> device = devices.findCameraMicrophone();
+            pump.setSource(device != nullptr);
+            if (device) {
+                listen(devices, device.get());
+                pump.setSource(false);
+            }
+            if (!reported && !stopping())
+                qDebug("%s", device ? "The camera's microphone is lost, recording silence."
+                                    : "No camera microphone found, recording silence.");
+            reported = !device;
+            waitForStop(m_interval);
+        }
+    }
+
+    void listen(SoundDevices &devices, GstDevice *device)
     {
         Microphone microphone(device);
-        while (microphone.running() && !watch.microphoneRemoved() &&
-               !waitForStop(std::chrono::seconds(0)))
+        while (microphone.running() && !devices.cameraMicrophoneRemoved() && !stopping())
             microphone.pull(pump);
     }
 
-    bool waitForStop(std::chrono::seconds time)
+    bool stopping() { return waitForStop(milliseconds(0)); }
+
+    bool waitForStop(milliseconds time)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
         return m_changed.wait_for(lock, time, [this] { return m_stopping; });
     }
 
+    const milliseconds m_interval;
     /// Guards the two members below.
     std::mutex m_mutex;
     std::condition_variable m_changed;
@@ -240,12 +193,16 @@ private:
 class SoundCaptureGst : public SoundCapture
 {
 public:
+    explicit SoundCaptureGst(milliseconds interval)
+        : m_interval(interval)
+    {
+    }
     ~SoundCaptureGst() override { stop(); }
 
     void start(Handler handler) override
     {
         stop();
-        m_search = std::make_shared<SoundSearch>();
+        m_search = std::make_shared<SoundSearch>(m_interval);
         m_search->pump.start(std::move(handler));
         std::thread([search = m_search] { search->run(); }).detach();
     }
@@ -260,12 +217,13 @@ public:
     }
 
 private:
+    const milliseconds m_interval;
     std::shared_ptr<SoundSearch> m_search;
 };
 
 } // namespace
 
-std::unique_ptr<SoundCapture> SoundCapture::create()
+std::unique_ptr<SoundCapture> SoundCapture::create(milliseconds searchInterval)
 {
-    return std::make_unique<SoundCaptureGst>();
+    return std::make_unique<SoundCaptureGst>(searchInterval);
 }

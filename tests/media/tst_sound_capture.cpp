@@ -17,8 +17,8 @@ namespace
 class Listener
 {
 public:
-    Listener()
-        : m_capture(SoundCapture::create())
+    explicit Listener(std::chrono::milliseconds searchInterval = std::chrono::seconds(2))
+        : m_capture(SoundCapture::create(searchInterval))
     {
         m_capture->start([this](const SoundBuffer &buffer) {
             for (int n = 0; n < buffer.count; ++n)
@@ -41,6 +41,15 @@ private:
 constexpr int PATIENCE_MS = 20000;
 constexpr qint64 PERIOD_US = 100000;
 constexpr int SECOND = 44100;
+/// In four seconds a microphone is looked for as often as in forty minutes.
+constexpr std::chrono::milliseconds FAST{3};
+
+int openDescriptors()
+{
+    return QDir("/proc/self/fd")
+        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+        .size();
+}
 
 } // namespace
 
@@ -156,6 +165,68 @@ private slots:
         m_server->kill();
         expectSilenceInRealTime(listener);
         listener.stop();
+    }
+
+    void aServerThatComesLateIsHeard()
+    {
+        m_server->pretendAbsent();
+        Listener listener(FAST);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, PATIENCE_MS);
+        QVERIFY(m_server->start());
+        const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, PATIENCE_MS);
+        listener.stop();
+    }
+
+    void theSearchForAMicrophoneKeepsNoDescriptors()
+    {
+        m_server->pretendAbsent();
+        Listener listener(FAST);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, PATIENCE_MS);
+        const int before = openDescriptors();
+        const int quiet = listener.quiet;
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + 4 * SECOND, PATIENCE_MS);
+        // One look may be under way.
+        const int after = openDescriptors();
+        QVERIFY2(after < before + 10, qPrintable(QString("%1 to %2").arg(before).arg(after)));
+        listener.stop();
+    }
+
+    void aServerThatDiesAgainAndAgainLeavesNoDescriptors()
+    {
+        const auto hearAndKill = [this](Listener &listener) {
+            QVERIFY(m_server->start());
+            const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
+            const int loud = listener.loud;
+            QTRY_VERIFY_WITH_TIMEOUT(listener.loud > loud + 500, PATIENCE_MS);
+            m_server->kill();
+            const int quiet = listener.quiet;
+            QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + SECOND, PATIENCE_MS);
+        };
+        Listener listener(FAST);
+        hearAndKill(listener);
+        const int before = openDescriptors();
+        for (int round = 0; round < 4; ++round)
+            hearAndKill(listener);
+        // One look may be under way.
+        const int after = openDescriptors();
+        QVERIFY2(after < before + 10, qPrintable(QString("%1 to %2").arg(before).arg(after)));
+        listener.stop();
+    }
+
+    void aRecordingWhileAnEarlierOneWaitsForTheServerIsSilentInRealTime()
+    {
+        QVERIFY(m_server->start());
+        m_server->freeze(true);
+        Listener first;
+        QTRY_VERIFY_WITH_TIMEOUT(first.quiet > SECOND, PATIENCE_MS);
+        first.stop();
+        Listener second;
+        expectSilenceInRealTime(second);
+        m_server->freeze(false);
+        const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(second.loud > 500, PATIENCE_MS);
+        second.stop();
     }
 
     void aServerThatHangsNeitherStopsTheSoundNorTheStop()

@@ -1,0 +1,101 @@
+#include "SoundServer.h"
+
+#include "sources/media/SoundDevices.h"
+
+#include <QtTest>
+
+#include <QDir>
+
+namespace
+{
+
+/// As often as a recording of forty minutes looks for the microphone.
+constexpr int LOOKS = 40 * 60 / 2;
+constexpr int PATIENCE_MS = 20000;
+
+int openDescriptors()
+{
+    return QDir("/proc/self/fd")
+        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+        .size();
+}
+
+bool microphoneFound()
+{
+    return SoundDevices::instance().findCameraMicrophone() != nullptr;
+}
+
+} // namespace
+
+class SoundDevicesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_server = std::make_unique<SoundServer>(m_folder.path());
+        m_server->pretendAbsent();
+        // What the library keeps from the first look on.
+        QVERIFY(!microphoneFound());
+        m_before = openDescriptors();
+    }
+    void cleanup()
+    {
+        SoundDevices::instance().rest();
+        m_server.reset();
+    }
+
+    void looksWithoutASoundServerCostNoDescriptors()
+    {
+        for (int n = 0; n < LOOKS; ++n)
+            QVERIFY(!microphoneFound());
+        QCOMPARE(openDescriptors(), m_before);
+    }
+
+    void looksAtAServerWithoutTheMicrophoneCostNone()
+    {
+        QVERIFY(m_server->start(QString()));
+        QVERIFY(!microphoneFound());
+        const int before = openDescriptors();
+        for (int n = 0; n < LOOKS; ++n)
+            QVERIFY(!microphoneFound());
+        QCOMPARE(openDescriptors(), before);
+    }
+
+    void aServerThatComesLateDiesAndComesBackIsFoundEachTime()
+    {
+        for (int round = 0; round < 3; ++round) {
+            QVERIFY(!microphoneFound());
+            QVERIFY(m_server->start());
+            QVERIFY(microphoneFound());
+            QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved());
+            QVERIFY(microphoneFound()); // again, while it is watched
+            m_server->kill();
+            for (int n = 0; n < LOOKS / 10; ++n)
+                QVERIFY(!microphoneFound());
+            QCOMPARE(openDescriptors(), m_before);
+        }
+    }
+
+    void aMicrophoneThatIsPulledIsToldOnce()
+    {
+        QVERIFY(m_server->start());
+        QVERIFY(microphoneFound());
+        QVERIFY(m_server->unplugMicrophone());
+        QVERIFY(QTest::qWaitFor([] { return SoundDevices::instance().cameraMicrophoneRemoved(); },
+                                PATIENCE_MS));
+        QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved());
+        QVERIFY(!microphoneFound());
+        QVERIFY(m_server->plugMicrophone());
+        QVERIFY(microphoneFound());
+    }
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<SoundServer> m_server;
+    int m_before = 0;
+};
+
+QTEST_GUILESS_MAIN(SoundDevicesTest)
+#include "tst_sound_devices.moc"

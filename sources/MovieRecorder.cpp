@@ -2,6 +2,18 @@
 
 #include "media/CaptureClock.h"
 
+#include <algorithm>
+
+namespace
+{
+
+/// Pictures and sound are stamped by one clock, so what lies between their stamps is the time in
+/// which the first sound was handed over. A microphone that begins with a burst of old sound takes
+/// long for that, and its delay says nothing of the pictures.
+constexpr qint64 LARGEST_OFFSET_US = 20000;
+
+} // namespace
+
 MovieRecorder::MovieRecorder(std::unique_ptr<MovieWriter> writer,
                              std::unique_ptr<SoundCapture> capture, QSize pictureSize)
     : m_pictureSize(pictureSize)
@@ -40,8 +52,10 @@ void MovieRecorder::finish()
 void MovieRecorder::soundCaptured(const SoundBuffer &buffer)
 {
     const std::lock_guard lock(m_mutex);
-    if (!m_offsetUs)
-        m_offsetUs = buffer.presentationUs - captureMicroseconds();
+    if (!m_offsetUs) {
+        m_offsetUs = std::clamp(buffer.presentationUs - captureMicroseconds(), -LARGEST_OFFSET_US,
+                                LARGEST_OFFSET_US);
+    }
     startSession(buffer.presentationUs);
     m_writer->appendSound(buffer.samples, buffer.count, buffer.presentationUs);
 }

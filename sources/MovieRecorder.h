@@ -14,9 +14,10 @@
 /// Brings the camera's pictures and the sound of its microphone together in a movie.
 ///
 /// Pictures come on the camera's frame thread, sound on "LiveQueue". The first sound buffer fixes
-/// the offset between the clock of the pictures and that of the sound, and both are stamped in the
-/// clock of the sound: without sound no picture is written. Records from construction to finish();
-/// a writer that fails meanwhile takes nothing any more and waits for finish() all the same.
+/// the offset between the stamps of the pictures and those of the sound, within 20 ms as both come
+/// from one clock, and both are stamped in the time of the sound: without sound no picture is
+/// written. Records from construction to finish(); a writer that fails meanwhile takes nothing any
+/// more and waits for finish() all the same.
 class MovieRecorder : public FrameRecorder
 {
 public:
@@ -50,6 +51,6 @@ private:
     /// Guards the writer and the offset.
     std::mutex m_mutex;
     const std::unique_ptr<MovieWriter> m_writer;
-    /// Clock of the sound less clock of the pictures, in microseconds.
+    /// What is added to the stamp of a picture, in microseconds.
     std::optional<qint64> m_offsetUs;
 };

@@ -17,6 +17,8 @@ namespace
 {
 
 constexpr int CHUNK = 441;
+/// Room for what has been heard in some seconds.
+constexpr int PIPE_BYTES = 1 << 20;
 constexpr double CLAP_SECONDS = 0.005;
 
 std::chrono::steady_clock::time_point timePoint(qint64 us)
@@ -27,13 +29,15 @@ std::chrono::steady_clock::time_point timePoint(qint64 us)
 } // namespace
 
 MicrophoneFeed::MicrophoneFeed(const QString &pipe, qint64 startUs, qint64 periodUs,
-                               int partsPerMillion)
+                               int partsPerMillion, qint64 silentUs)
     : m_pipe(open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC))
     , m_startUs(startUs)
     , m_periodUs(periodUs)
     , m_rate(44100.0 * (1.0 + partsPerMillion * 1e-6))
+    , m_silentUs(silentUs)
 {
     signal(SIGPIPE, SIG_IGN);
+    fcntl(m_pipe, F_SETPIPE_SZ, PIPE_BYTES);
     m_thread = std::thread(&MicrophoneFeed::run, this);
 }
 
@@ -60,7 +64,7 @@ void MicrophoneFeed::run()
         }
         // A microphone hands over what it has heard.
         const auto heardUs = static_cast<qint64>(static_cast<double>(n) / m_rate * 1e6);
-        std::this_thread::sleep_until(timePoint(m_startUs + heardUs));
+        std::this_thread::sleep_until(timePoint(m_startUs + std::max(heardUs, m_silentUs)));
         if (write(m_pipe, chunk.data(), CHUNK * sizeof(qint16)) < 0 && errno != EAGAIN)
             return;
     }

@@ -13,7 +13,10 @@ class MicrophoneFeed
 public:
     /// Sample 0 is spoken at `startUs` of captureMicroseconds(); the microphone's own clock runs
     /// fast by `partsPerMillion`. The first clap comes after one period.
-    MicrophoneFeed(const QString &pipe, qint64 startUs, qint64 periodUs, int partsPerMillion);
+    /// With `silentUs` it hands over nothing for so long after `startUs`, and then at once all that
+    /// it has heard meanwhile.
+    MicrophoneFeed(const QString &pipe, qint64 startUs, qint64 periodUs, int partsPerMillion,
+                   qint64 silentUs = 0);
     ~MicrophoneFeed();
     MicrophoneFeed(const MicrophoneFeed &) = delete;
     MicrophoneFeed &operator=(const MicrophoneFeed &) = delete;
@@ -25,6 +28,7 @@ private:
     const qint64 m_startUs;
     const qint64 m_periodUs;
     const double m_rate;
+    const qint64 m_silentUs;
     std::atomic<bool> m_stopping{false};
     std::thread m_thread;
 };

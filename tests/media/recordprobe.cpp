@@ -74,6 +74,7 @@ struct Options {
     QStringList encoders;
     QString pipe;
     int partsPerMillion;
+    double silentSeconds;
 };
 
 std::optional<Options> parse(const QCoreApplication &app)
@@ -87,6 +88,7 @@ std::optional<Options> parse(const QCoreApplication &app)
                        {"encoders", "", "names", ""},
                        {"claps", "", "pipe", ""},
                        {"ppm", "", "n", "0"},
+                       {"microphone-silent", "", "s", "0"},
                        {"file-limit", "", "bytes", ""},
                        {"no-rights", ""}});
     parser.process(app);
@@ -104,7 +106,8 @@ std::optional<Options> parse(const QCoreApplication &app)
                    parser.value("camera-seconds").toDouble(),
                    parser.value("encoders").split(',', Qt::SkipEmptyParts),
                    parser.value("claps"),
-                   parser.value("ppm").toInt()};
+                   parser.value("ppm").toInt(),
+                   parser.value("microphone-silent").toDouble()};
 }
 
 int record(const Options &options)
@@ -114,7 +117,8 @@ int record(const Options &options)
     const qint64 startUs = captureMicroseconds();
     std::optional<MicrophoneFeed> feed;
     if (!options.pipe.isEmpty())
-        feed.emplace(options.pipe, startUs, PERIOD_US, options.partsPerMillion);
+        feed.emplace(options.pipe, startUs, PERIOD_US, options.partsPerMillion,
+                     static_cast<qint64>(options.silentSeconds * 1e6));
 
     std::atomic<bool> failed{false};
     auto writer = MovieWriter::create({options.file, options.size, options.encoders},

@@ -12,6 +12,8 @@ namespace
 
 /// One picture.
 constexpr double TOLERANCE = 0.033;
+/// Nobody sees that sound and picture are apart by less.
+constexpr double MOST_LAG = 0.050;
 
 double median(QVector<double> values)
 {
@@ -71,6 +73,33 @@ private slots:
         const auto pictures = movie.pictures();
         for (int n = 1; n < pictures.size(); ++n)
             QVERIFY(pictures[n].seconds - pictures[n - 1].seconds < 1.0);
+    }
+
+    /// What it heard before it delivers comes at once, as after a resume; the first claps lie in
+    /// there and are not judged.
+    void aMicrophoneThatStartsLateAndInABurstShiftsNothing_data()
+    {
+        QTest::addColumn<double>("silentSeconds");
+        QTest::newRow("before the sound is replaced by silence") << 0.4;
+        QTest::newRow("after that") << 1.6;
+        QTest::newRow("long after that") << 3.7;
+    }
+
+    void aMicrophoneThatStartsLateAndInABurstShiftsNothing()
+    {
+        QFETCH(double, silentSeconds);
+        RecordProbe probe({"--claps", m_server->pipe(), "--microphone-silent",
+                           QString::number(silentSeconds), "--seconds", "10", m_file});
+        QVERIFY(probe.waitForEnd(10));
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        const QVector<double> lags = movie.clapsAfterFlashes();
+        const int judged = 9 - static_cast<int>(silentSeconds + 1);
+        QVERIFY2(lags.size() >= judged, qPrintable(QString::number(lags.size())));
+        for (int n = lags.size() - judged; n < lags.size(); ++n) {
+            qInfo("clap %d: %.1f ms after its flash", n, lags[n] * 1e3);
+            QVERIFY2(std::fabs(lags[n]) < MOST_LAG, qPrintable(QString::number(lags[n])));
+        }
     }
 
     void aMicrophoneThatCountsFastStaysTogetherWithThePicture()

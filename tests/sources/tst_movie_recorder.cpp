@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <cstdlib>
 #include <thread>
 
 namespace
@@ -111,9 +112,9 @@ private slots:
 
     void theFirstSoundFixesTheClockOfThePictures()
     {
-        // The sound's clock is far from that of the pictures.
-        constexpr qint64 soundUs = 77000000;
+        // The sound is handed over soon after its capture.
         const qint64 beforeUs = captureMicroseconds();
+        const qint64 soundUs = beforeUs - 7000;
         takeSound(soundUs);
         const qint64 afterUs = captureMicroseconds();
         const qint64 arrivalUs = afterUs + 33333;
@@ -130,6 +131,26 @@ private slots:
         QVERIFY(m_log[2].timeUs <= soundUs + arrivalUs - beforeUs);
         QVERIFY(m_log[3] == (Event{"sound", soundUs + 500000}));
         QCOMPARE(m_log[4].timeUs - m_log[2].timeUs, qint64(33333));
+    }
+
+    void soundThatIsHandedOverLateDoesNotMoveThePictures_data()
+    {
+        QTest::addColumn<qint64>("ageUs");
+        QTest::newRow("a burst after a late start") << qint64(1900000);
+        QTest::newRow("a thread that was not run") << qint64(120000);
+        QTest::newRow("a stamp that lies ahead") << qint64(-120000);
+    }
+
+    void soundThatIsHandedOverLateDoesNotMoveThePictures()
+    {
+        QFETCH(qint64, ageUs);
+        const qint64 soundUs = captureMicroseconds() - ageUs;
+        takeSound(soundUs);
+        const qint64 arrivalUs = captureMicroseconds();
+        takePicture(arrivalUs);
+        QCOMPARE(m_log.last().what, QString("picture"));
+        const qint64 movedUs = m_log.last().timeUs - arrivalUs;
+        QVERIFY2(std::abs(movedUs) <= 20000, qPrintable(QString::number(movedUs)));
     }
 
     void aPictureOfAnotherSizeIsLeftOut()

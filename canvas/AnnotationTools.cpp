@@ -151,19 +151,21 @@ void AnnotationTools::drawShape(CanvasModes::MouseMode mode, const Stroke &strok
         outline = QPolygonF(QRectF(box));
 
     const QPen pen = penOf(ink);
-    layer.paint(AnnotationShapes::coveredParts(outline, reachOf(pen), ink.fillEnabled, layer.size(),
-                                               AnnotationLayer::TILE),
-                [&](QPainter &painter) {
-                    painter.setPen(pen);
-                    if (ink.fillEnabled)
-                        painter.setBrush(ink.fillColor);
-                    if (mode == CanvasModes::Rectangle)
-                        painter.drawRect(box);
-                    else if (mode == CanvasModes::Circle)
-                        painter.drawEllipse(box);
-                    else if (mode == CanvasModes::Triangle)
-                        painter.drawPolygon(AnnotationShapes::triangle(stroke.from, stroke.to));
-                    else
-                        painter.drawPolygon(AnnotationShapes::arrow(stroke.from, stroke.to));
-                });
+    QVector<QRect> parts = AnnotationShapes::coveredParts(outline, reachOf(pen), ink.fillEnabled,
+                                                          layer.size(), AnnotationLayer::TILE);
+    if (mode == CanvasModes::Circle && pen.width() <= 1)
+        parts += AnnotationShapes::ellipseOverruns(box);
+    layer.paint(parts, [&](QPainter &painter) {
+        painter.setPen(pen);
+        if (ink.fillEnabled)
+            painter.setBrush(ink.fillColor);
+        if (mode == CanvasModes::Rectangle)
+            painter.drawRect(box);
+        else if (mode == CanvasModes::Circle)
+            painter.drawEllipse(box);
+        else if (mode == CanvasModes::Triangle)
+            painter.drawPolygon(AnnotationShapes::triangle(stroke.from, stroke.to));
+        else
+            painter.drawPolygon(AnnotationShapes::arrow(stroke.from, stroke.to));
+    });
 }

@@ -211,6 +211,36 @@ private slots:
         QCOMPARE(board.touched(), direct.touched());
     }
 
+    void aFlatEllipseOfAThinPenIsShownAndTakenBackWhole()
+    {
+        for (const int width : {20, 57, 200, 1000, 1500}) {
+            for (const int height : {2, 3, 5, 7, 15, 29, 65, 133}) {
+                for (const QPoint corner : {QPoint(320, 60), QPoint(325, 127), QPoint(353, 190)}) {
+                    Board board({2200, 400});
+                    board.ink.penWidth = 1;
+                    board.press(CanvasModes::Circle, corner);
+                    board.move(CanvasModes::Circle, corner + QPoint(width, height));
+                    QImage shown = board.picture();
+                    {
+                        // What lies outside the touched parts is not laid over a frame.
+                        QPainter painter(&shown);
+                        painter.setCompositionMode(QPainter::CompositionMode_Clear);
+                        painter.setClipRegion(QRegion(board.layer.rect()) - board.touched());
+                        painter.fillRect(board.layer.rect(), Qt::black);
+                    }
+                    QVERIFY2(shown == board.picture(),
+                             qPrintable(QString("%1 x %2 not shown whole").arg(width).arg(height)));
+                    board.move(CanvasModes::Circle, corner);
+                    Board small({2200, 400});
+                    small.ink.penWidth = 1;
+                    small.drag(CanvasModes::Circle, corner, corner);
+                    QVERIFY2(board.picture() == small.picture(),
+                             qPrintable(QString("%1 x %2 left over").arg(width).arg(height)));
+                }
+            }
+        }
+    }
+
     void freehandStrokesAccumulate()
     {
         Board board;

@@ -10,6 +10,9 @@ namespace
 
 constexpr int TILE_COLUMNS = 4;
 constexpr int TILE_ROWS = 16;
+/// A sum of weighed rows has 7 bits behind the point, one of weighed columns 14 more.
+constexpr int ROW_SHIFT = 7;
+constexpr int COLUMN_SHIFT = 21;
 
 /// The three products of the grey formula for every byte.
 struct GreyTables {
@@ -85,6 +88,48 @@ void gatherRgb32(const std::uint8_t *source, const std::int32_t *offsets, std::s
     }
 }
 
+void weighRows(const std::uint8_t *first, std::ptrdiff_t stride, const std::int16_t *weights,
+               int rows, std::int16_t *sums, std::size_t bytes)
+{
+    constexpr std::size_t block = 64;
+    for (std::size_t begin = 0; begin < bytes; begin += block) {
+        const std::size_t count = std::min(block, bytes - begin);
+        std::array<std::int32_t, block> total{};
+        const std::uint8_t *in = first + begin;
+        for (int row = 0; row < rows; ++row, in += stride) {
+            for (std::size_t i = 0; i < count; ++i)
+                total[i] += in[i] * weights[row];
+        }
+        for (std::size_t i = 0; i < count; ++i)
+            sums[begin + i] =
+                static_cast<std::int16_t>((total[i] + (1 << (ROW_SHIFT - 1))) >> ROW_SHIFT);
+    }
+}
+
+void weighColumns(const std::int16_t *sums, int pixelBytes,
+                  const FrameKernels::WeightedColumns &columns, std::uint32_t *destination)
+{
+    // Red stands first in 3 bytes and third in the 4 bytes of ARGB32.
+    const int red = pixelBytes == 3 ? 0 : 2;
+    for (std::size_t pixel = 0; pixel < columns.pixels; ++pixel) {
+        const std::int16_t *in = sums + columns.offsets[pixel];
+        const std::int16_t *weights = columns.weights +
+                                      pixel / 2 * 4 * static_cast<std::size_t>(columns.pairs) +
+                                      pixel % 2 * 2;
+        std::array<std::int32_t, 3> total{};
+        for (int pair = 0; pair < columns.pairs; ++pair, weights += 4, in += 2 * pixelBytes) {
+            for (std::size_t i = 0; i < 3; ++i)
+                total[i] += in[i] * weights[0] + in[static_cast<int>(i) + pixelBytes] * weights[1];
+        }
+        for (std::int32_t &channel : total)
+            channel = (channel + (1 << (COLUMN_SHIFT - 1))) >> COLUMN_SHIFT;
+        destination[pixel] =
+            0xff000000U |
+            static_cast<std::uint32_t>(total[static_cast<std::size_t>(red)] << 16 | total[1] << 8 |
+                                       total[static_cast<std::size_t>(2 - red)]);
+    }
+}
+
 /// Source over an opaque destination in the painter's 8-bit arithmetic.
 std::uint32_t over(std::uint32_t source, std::uint32_t below)
 {
@@ -118,8 +163,9 @@ std::atomic<const FrameKernels *> chosen{nullptr};
 
 const FrameKernels &FrameKernels::portable()
 {
-    static const FrameKernels kernels{::grey,     ::invert,      ::turnTile, ::sumRows,
-                                      ::scaleRow, ::gatherRgb32, ::blend};
+    static const FrameKernels kernels{::grey,      ::invert,       ::turnTile,
+                                      ::sumRows,   ::scaleRow,     ::gatherRgb32,
+                                      ::weighRows, ::weighColumns, ::blend};
     return kernels;
 }
 

@@ -335,9 +335,16 @@ void ImageCanvas::paintPicture(QPainter *painter)
         for (const QRect &bar : bars)
             painter->fillRect(bar, Qt::black);
     }
-    const QImage &image = m_scaledPicture.image(picture, serial, fitted.size * devicePixelRatioF());
+    // In whole pixels of the screen, which are not those of the layout at a ratio of 1.5: the
+    // painter has nothing to scale then.
+    const double ratio = devicePixelRatioF();
+    const QPoint corner = (QPointF(place.topLeft()) * ratio).toPoint();
+    const QPoint end =
+        (QPointF(place.topLeft() + QPoint(place.width(), place.height())) * ratio).toPoint();
+    const QSize pixels(end.x() - corner.x(), end.y() - corner.y());
+    const QImage &image = m_scaledPicture.image(picture, serial, pixels);
     if (!image.isNull())
-        painter->drawImage(place, image);
+        painter->drawImage(QRectF(QPointF(corner) / ratio, QSizeF(pixels) / ratio), image);
 }
 
 void ImageCanvas::hideEvent(QHideEvent *event)

@@ -12,9 +12,8 @@ const QImage &ScaledPicture::image(const FramePtr &picture, std::uint64_t serial
         m_image = QImage(size, QImage::Format_RGB32);
     if (m_image.isNull())
         return m_image;
-    m_scaler.prepare(picture->size(), size);
-    m_scaler.scaleToRgb32(picture->rows(),
-                          {m_image.bits(), size.width(), size.height(), m_image.bytesPerLine(), 4});
+    m_scaler.scale(picture->rows(),
+                   {m_image.bits(), size.width(), size.height(), m_image.bytesPerLine(), 4});
     m_serial = serial;
     m_valid = true;
     return m_image;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Frame.h"
-#include "NearestScaler.h"
+#include "ScreenScaler.h"
 
 #include <QImage>
 
@@ -18,7 +18,7 @@ public:
     void release();
 
 private:
-    NearestScaler m_scaler;
+    ScreenScaler m_scaler;
     std::uint64_t m_serial = 0;
     bool m_valid = false;
     QImage m_image;

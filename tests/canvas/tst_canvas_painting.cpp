@@ -5,6 +5,9 @@
 
 #include <QPainter>
 
+#include <cmath>
+#include <cstring>
+
 namespace
 {
 
@@ -30,7 +33,10 @@ private slots:
     void paintsThePictureCentredWithBarsAndAFrame();
     void leavesTheBarsOfTheBoardOpen();
     void paintsBlackWithoutAPicture();
-    void paintsAsThePainterScales();
+    void paintsPixelsAsTheyAreAndAsSquares();
+    void losesNoLineOnTheScreen_data();
+    void losesNoLineOnTheScreen();
+    void scalesAStandingPictureOnce();
 };
 
 void CanvasPaintingTest::paintsThePictureCentredWithBarsAndAFrame()
@@ -80,24 +86,78 @@ void CanvasPaintingTest::paintsBlackWithoutAPicture()
     painted(canvas);
 }
 
-void CanvasPaintingTest::paintsAsThePainterScales()
+void CanvasPaintingTest::paintsPixelsAsTheyAreAndAsSquares()
 {
     ImageCanvas canvas;
     const QImage picture = noise({128, 72}, QImage::Format_RGB888, 12);
     canvas.imageCaptured(picture);
-    const QImage whole = canvas.currentImage();
-    for (const QSize &size : {QSize(100, 100), QSize(333, 177), QSize(128, 72), QSize(61, 500)}) {
+    for (const QSize &size : {QSize(128, 72), QSize(200, 100), QSize(512, 288), QSize(641, 500)}) {
         canvas.resize(size);
         const ViewGeometry::Fit fit = ViewGeometry::fit(picture.size(), size);
+        if (fit.factor > 1.0 && fit.factor < 4.0)
+            continue; // interpolated, tested with the scaler
         QImage expected(size, QImage::Format_RGB32);
         expected.fill(Qt::black);
         QPainter painter(&expected);
-        painter.drawImage(QRect(fit.margin, fit.size), whole);
+        painter.drawImage(QRect(fit.margin, fit.size), picture);
         painter.end();
         const QRect inner =
             QRect(fit.margin, fit.size) & QRect({0, 0}, size).adjusted(2, 2, -2, -2);
         QVERIFY(same(painted(canvas).copy(inner), expected.copy(inner)));
     }
+}
+
+void CanvasPaintingTest::losesNoLineOnTheScreen_data()
+{
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<int>("width");
+    QTest::newRow("one pixel, live picture") << QSize(1920, 1080) << 1;
+    QTest::newRow("one pixel, smaller live picture") << QSize(1280, 720) << 1;
+    QTest::newRow("default pen, large photograph") << QSize(4624, 3472) << 3;
+}
+
+void CanvasPaintingTest::losesNoLineOnTheScreen()
+{
+    QFETCH(QSize, picture);
+    QFETCH(int, width);
+    QImage sheet(picture, QImage::Format_RGB888);
+    sheet.fill(Qt::white);
+    QPainter painter(&sheet);
+    const int lines = 50;
+    const auto lineAt = [&](int i) { return (2 * i + 1) * picture.height() / (2 * lines) + i % 7; };
+    for (int i = 0; i < lines; ++i)
+        painter.fillRect(0, lineAt(i), picture.width(), width, Qt::black);
+    painter.end();
+    ImageCanvas canvas;
+    canvas.resize(1000, 670);
+    canvas.imageCaptured(sheet);
+    const QImage shown = painted(canvas);
+    const ViewGeometry::Fit fit = ViewGeometry::fit(picture, canvas.size());
+    for (int i = 0; i < lines; ++i) {
+        // What a line takes of the white, over the three rows that it may touch.
+        const int row = fit.margin.y() + static_cast<int>(lineAt(i) * fit.factor);
+        double taken = 0;
+        for (int y = row - 1; y <= row + 2; ++y)
+            taken += 255 - qGreen(shown.pixel(500, y));
+        QVERIFY2(std::abs(taken - 255 * width * fit.factor) < 8,
+                 qPrintable(QString("line %1: %2").arg(i).arg(taken)));
+    }
+}
+
+void CanvasPaintingTest::scalesAStandingPictureOnce()
+{
+    const QImage picture = noise({128, 72}, QImage::Format_RGB888, 12);
+    FramePool pool;
+    const std::shared_ptr<Frame> frame = pool.acquire(picture.size(), picture.format());
+    std::memcpy(frame->rows().data, picture.constBits(), frame->byteCount());
+    ScaledPicture scaled;
+    const QImage first = scaled.image(frame, 1, {100, 56}).copy();
+    // The picture is not looked at again until it counts as another one.
+    frame->rows().data[0] = static_cast<uchar>(~frame->rows().data[0]);
+    QCOMPARE(scaled.image(frame, 1, {100, 56}), first);
+    QVERIFY(scaled.image(frame, 2, {100, 56}) != first);
+    QCOMPARE(scaled.image(frame, 2, {50, 28}).size(), QSize(50, 28));
+    QVERIFY(scaled.image(nullptr, 3, {50, 28}).isNull());
 }
 
 QTEST_MAIN(CanvasPaintingTest)

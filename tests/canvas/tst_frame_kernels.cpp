@@ -21,6 +21,20 @@ std::vector<std::uint8_t> noise(std::size_t bytes, unsigned seed)
     return result;
 }
 
+/// Random weights that add up to 2^14.
+std::vector<std::int16_t> weightsOf(int count, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::vector<std::int16_t> weights(static_cast<std::size_t>(count));
+    int left = 1 << 14;
+    for (std::int16_t &weight : weights) {
+        weight = static_cast<std::int16_t>(random() % static_cast<unsigned>(left + 1));
+        left -= weight;
+    }
+    weights[random() % weights.size()] += static_cast<std::int16_t>(left);
+    return weights;
+}
+
 /// The two sets, or the one there is.
 std::vector<const FrameKernels *> allKernels()
 {
@@ -138,6 +152,80 @@ private slots:
                     const auto from =
                         static_cast<std::size_t>(i / 3 * sourceStep + 3 * column + i % 3);
                     QCOMPARE(out[at], i < 48 ? source[from] : background[at]);
+                }
+            }
+        }
+    }
+
+    void bothKindsWeighRows()
+    {
+        for (std::size_t bytes = 0; bytes < 150; ++bytes) {
+            for (const int rows : {1, 2, 3, 10}) {
+                const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(bytes) + 5;
+                const auto source = noise(static_cast<std::size_t>(stride * rows) + SLACK,
+                                          static_cast<unsigned>(bytes));
+                const std::vector<std::int16_t> weights = weightsOf(rows, 3);
+                std::vector<std::int16_t> expected(bytes + 1, 77);
+                for (std::size_t i = 0; i < bytes; ++i) {
+                    double sum = 0;
+                    for (int row = 0; row < rows; ++row)
+                        sum += double(source[static_cast<std::size_t>(row * stride) + i]) *
+                               weights[static_cast<std::size_t>(row)];
+                    expected[i] = static_cast<std::int16_t>(std::floor(sum / 128 + 0.5));
+                }
+                for (const FrameKernels *kernels : allKernels()) {
+                    std::vector<std::int16_t> sums(bytes + 1, 77);
+                    kernels->weighRows(source.data(), stride, weights.data(), rows, sums.data(),
+                                       bytes);
+                    QCOMPARE(sums, expected);
+                }
+            }
+        }
+    }
+
+    void bothKindsWeighColumns()
+    {
+        std::mt19937 random(4);
+        std::vector<std::int16_t> sums(600);
+        for (std::int16_t &sum : sums)
+            sum = static_cast<std::int16_t>(random() % (255 * 128 + 1));
+        for (const int pixelBytes : {3, 4}) {
+            for (const int pairs : {1, 2, 3, 5}) {
+                for (std::size_t pixels = 0; pixels < 30; ++pixels) {
+                    std::vector<std::int32_t> offsets(pixels);
+                    std::vector<std::int16_t> weights((pixels + 1) / 2 *
+                                                      static_cast<std::size_t>(4 * pairs));
+                    std::vector<std::uint32_t> expected(pixels + 1, 77);
+                    for (std::size_t i = 0; i < pixels; ++i) {
+                        offsets[i] = static_cast<std::int32_t>(random() % 500);
+                        const auto own = weightsOf(2 * pairs, static_cast<unsigned>(i));
+                        std::array<double, 3> totals{};
+                        for (int tap = 0; tap < 2 * pairs; ++tap) {
+                            const std::int16_t weight = own[static_cast<std::size_t>(tap)];
+                            weights[i / 2 * static_cast<std::size_t>(4 * pairs) +
+                                    static_cast<std::size_t>(tap / 2 * 4 + tap % 2) + i % 2 * 2] =
+                                weight;
+                            for (std::size_t channel = 0; channel < 3; ++channel)
+                                totals[channel] +=
+                                    double(weight) *
+                                    sums[static_cast<std::size_t>(offsets[i] + tap * pixelBytes) +
+                                         channel];
+                        }
+                        std::array<std::uint32_t, 3> bytes{};
+                        for (std::size_t channel = 0; channel < 3; ++channel)
+                            bytes[channel] = static_cast<std::uint32_t>(
+                                std::floor(totals[channel] / (1 << 21) + 0.5));
+                        if (pixelBytes == 4)
+                            std::swap(bytes[0], bytes[2]);
+                        expected[i] = 0xff000000U | bytes[0] << 16 | bytes[1] << 8 | bytes[2];
+                    }
+                    for (const FrameKernels *kernels : allKernels()) {
+                        std::vector<std::uint32_t> row(pixels + 1, 77);
+                        kernels->weighColumns(sums.data(), pixelBytes,
+                                              {offsets.data(), weights.data(), pairs, pixels},
+                                              row.data());
+                        QCOMPARE(row, expected);
+                    }
                 }
             }
         }

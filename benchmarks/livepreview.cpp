@@ -13,6 +13,7 @@
 #include "sources/UvcCamera.h"
 #include "sources/media/CaptureClock.h"
 #include "tests/tools/UvcViewer.h"
+#include "tools/virtualcamera/SheetCounter.h"
 
 #include <QApplication>
 #include <QPaintEvent>
@@ -23,6 +24,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -32,6 +34,7 @@ namespace
 constexpr QSize SIZE(1920, 1080);
 constexpr QSize CANVAS(1000, 670);
 constexpr double WARM_UP_SECONDS = 3;
+constexpr std::size_t SETTLING_FRAMES = 60;
 
 struct Cost {
     double processorMs = 0.0;
@@ -68,43 +71,92 @@ void waitUntilRunning(const LiveSource &source)
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-/// A canvas that notes when frames come and when they are painted.
+/// A canvas that notes when frames come and when they are painted. Each frame carries the time of
+/// its arrival in its first pixels, so that a paint event knows which one it shows, also when it
+/// runs before the frame thread is back from handing the frame over.
 class TimedCanvas : public ImageCanvas
 {
 public:
     /// Frame thread; `microseconds` is when the frame was complete.
     void frame(void *rgb, int width, int height, qint64 microseconds)
     {
+        if (m_decodedMs.size() == SETTLING_FRAMES)
+            m_firstNumber = numberOn(QImage(static_cast<const uchar *>(rgb), width, height,
+                                            width * 3, QImage::Format_RGB888));
+        m_decodedMs.push_back(millisecondsSince(microseconds));
+        std::memcpy(rgb, &microseconds, sizeof microseconds);
         imageCaptured(rgb, width, height, false, false);
-        m_completed.store(microseconds);
-        ++m_arrived;
     }
-    void reset()
+
+    /// How many frames the camera has sent from the first settled one to the one shown now.
+    [[nodiscard]] quint32 sent() const
     {
-        m_latenciesMs.clear();
-        m_arrived = 0;
+        return (numberOn(currentImage()) - m_firstNumber) % SheetCounter::MODULUS + 1;
     }
-    [[nodiscard]] int arrived() const { return m_arrived; }
-    [[nodiscard]] std::vector<double> latenciesMs() const { return m_latenciesMs; }
+    /// From arrival to decoded, and to painted; one entry a frame. Once the frames have ended.
+    [[nodiscard]] std::vector<double> decodedMs() const { return m_decodedMs; }
+    [[nodiscard]] std::vector<double> paintedMs() const { return m_paintedMs; }
 
 protected:
     void paintEvent(QPaintEvent *event) override
     {
-        // A frame that comes while this one is painted is counted with its own painting.
-        const qint64 completed = m_completed.load();
+        const qint64 before = arrivalOfShown();
         ImageCanvas::paintEvent(event);
-        if (completed == m_painted)
+        const qint64 shown = arrivalOfShown();
+        // When the next frame came meanwhile, either may have been painted; it gets its own event.
+        if (shown != before || shown == m_painted || shown == 0)
             return;
-        m_painted = completed;
-        m_latenciesMs.push_back(static_cast<double>(captureMicroseconds() - completed) / 1e3);
+        m_painted = shown;
+        m_paintedMs.push_back(millisecondsSince(shown));
     }
 
 private:
-    std::atomic<qint64> m_completed{0};
-    std::atomic<int> m_arrived{0};
+    static double millisecondsSince(qint64 microseconds)
+    {
+        return static_cast<double>(captureMicroseconds() - microseconds) / 1e3;
+    }
+
+    static quint32 numberOn(const QImage &picture)
+    {
+        return SheetCounter::read(picture).value_or(0);
+    }
+
+    /// 0 before the first frame.
+    [[nodiscard]] qint64 arrivalOfShown() const
+    {
+        const QImage image = currentImage();
+        qint64 arrival = 0;
+        if (image.size() == SIZE)
+            std::memcpy(&arrival, image.constBits(), sizeof arrival);
+        return arrival;
+    }
+
+    // The frame thread's.
+    std::vector<double> m_decodedMs;
+    quint32 m_firstNumber = 0;
     qint64 m_painted = 0;
-    std::vector<double> m_latenciesMs;
+    std::vector<double> m_paintedMs;
 };
+
+/// Leaves out what came before the streaming had settled.
+std::vector<double> settled(std::vector<double> times)
+{
+    const auto first = static_cast<std::ptrdiff_t>(std::min(SETTLING_FRAMES, times.size()));
+    times.erase(times.begin(), times.begin() + first);
+    return times;
+}
+
+void printTimes(const char *name, std::vector<double> times)
+{
+    if (times.empty())
+        return;
+    std::sort(times.begin(), times.end());
+    const auto at = [&times](double part) {
+        return times[static_cast<std::size_t>(part * static_cast<double>(times.size() - 1))];
+    };
+    std::printf("last packet to %s: median %.1f ms, p99 %.1f ms, worst %.1f ms\n", name, at(0.5),
+                at(0.99), times.back());
+}
 
 int measureLatency(double seconds)
 {
@@ -122,22 +174,18 @@ int measureLatency(double seconds)
     camera.startStreaming(SIZE, 30, [&canvas](void *rgb, int width, int height, qint64 at) {
         canvas.frame(rgb, width, height, at);
     });
-    runFor(WARM_UP_SECONDS);
-    canvas.reset();
-    runFor(seconds);
-    const int arrived = canvas.arrived();
-    std::vector<double> times = canvas.latenciesMs();
+    runFor(WARM_UP_SECONDS + seconds);
+    camera.silence();
+    runFor(0.2); // the last one is painted, too
+    const std::vector<double> decoded = settled(canvas.decodedMs());
+    const std::vector<double> painted = settled(canvas.paintedMs());
+    const quint32 sent = canvas.sent();
     camera.stopStreaming();
-    if (times.empty())
-        return 1;
-    std::sort(times.begin(), times.end());
-    const auto at = [&times](double part) {
-        return times[static_cast<std::size_t>(part * static_cast<double>(times.size() - 1))];
-    };
-    std::printf("last packet to painted picture: median %.1f ms, p99 %.1f ms, worst %.1f ms; %d "
-                "frames came, %zu were painted\n",
-                at(0.5), at(0.99), times.back(), arrived, times.size());
-    return 0;
+    printTimes("decoded frame", decoded);
+    printTimes("painted picture", painted);
+    std::printf("    %u frames sent, %zu decoded, %zu painted\n", sent, decoded.size(),
+                painted.size());
+    return painted.empty() ? 1 : 0;
 }
 
 /// Counts the paint events of a widget.

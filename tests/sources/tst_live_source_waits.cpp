@@ -156,16 +156,16 @@ private slots:
     {
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
+        const auto before = m_camera->statistics().classTransfers;
         for (int round = 0; round < 50; ++round) {
             rig.source->setResolution(LiveRig::RECORDING);
             rig.source->setResolution({1920, 1080});
         }
-        const auto before = m_camera->statistics().classTransfers;
         QVERIFY(rig.waitForSize({1920, 1080}));
         QVERIFY(rig.waitForFrames());
         QCOMPARE(rig.sink.size(), QSize(1920, 1080));
-        // Not all of them were negotiated with the camera.
-        QVERIFY(m_camera->statistics().classTransfers - before < 50);
+        // A restart is four transfers and more; not all hundred came to the camera.
+        QVERIFY(m_camera->statistics().classTransfers - before < 200);
     }
 
     void aControlOfACameraThatWasPulledAndIsBackHoldsNobody()

@@ -49,25 +49,20 @@ int CameraControls::read(std::uint8_t selector, void *data, std::size_t length)
 int CameraControls::selectParameter(const Bytes &number)
 {
     m_parameter = number;
-    m_parameterSent = false;
+    m_number = std::make_shared<ControlRequest>(
+        ControlRequest{false, static_cast<std::uint8_t>(CameraParameter::ID_SELECTOR), number});
     if (m_camera.late())
         return UVC_ERROR_TIMEOUT; // goes with its value
-    const auto control = std::make_shared<ControlRequest>(
-        ControlRequest{false, static_cast<std::uint8_t>(CameraParameter::ID_SELECTOR), number});
-    const int result = m_camera.wait(m_camera.send({control})).value_or(UVC_ERROR_TIMEOUT);
-    // A camera that refuses the number still gets the value; one that may not have got the number
-    // must not.
-    m_parameterSent = result != UVC_ERROR_TIMEOUT;
-    return result;
+    return m_camera.wait(m_camera.send({m_number})).value_or(UVC_ERROR_TIMEOUT);
 }
 
 std::vector<CameraControls::Control> CameraControls::withParameter(Control control) const
 {
-    if (m_parameterSent)
+    // A camera that refuses the number still gets the value; one that has not answered it must not,
+    // as the value would go to another parameter.
+    if (!m_number)
         return {std::move(control)};
-    const auto number = std::make_shared<ControlRequest>(ControlRequest{
-        false, static_cast<std::uint8_t>(CameraParameter::ID_SELECTOR), m_parameter});
-    return {number, std::move(control)};
+    return {m_number, std::move(control)};
 }
 
 int CameraControls::takeAnswer(Value &value, int result, const Bytes &answer, void *data,

@@ -48,9 +48,9 @@ private:
     static int lastKnown(const Value &value, void *data, std::size_t length);
 
     UvcCamera &m_camera;
-    /// What the register of the number holds, or is to hold before a value is sent.
     Bytes m_parameter;
-    bool m_parameterSent = true;
+    /// Writes the number of that parameter, before any value.
+    Control m_number;
     /// By parameter and selector.
     std::map<std::pair<Bytes, std::uint8_t>, Value> m_values;
 };

@@ -12,6 +12,8 @@ struct ControlRequest {
     std::uint8_t selector = 0;
     /// Written, or as long as what is to be read.
     std::vector<std::uint8_t> data;
+    /// Whether the camera has answered it, be it with an error. The sending thread's.
+    bool answered = false;
 };
 
 /// Control transfers to one unit of the camera that end in bounded time: libuvc's own wait for the

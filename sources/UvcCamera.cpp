@@ -123,9 +123,12 @@ BoundedWorker::Ticket UvcCamera::send(std::vector<std::shared_ptr<ControlRequest
         [connection = m_connection, unit = m_extensionUnit, controls = std::move(controls)] {
             int result = UVC_SUCCESS;
             for (const std::shared_ptr<ControlRequest> &control : controls) {
+                if (control->answered)
+                    continue;
                 result = connection->control(unit, *control);
                 if (result == UVC_ERROR_TIMEOUT)
                     break;
+                control->answered = true;
             }
             return result;
         });

@@ -57,8 +57,9 @@ public:
     /// What a control would fail with at once: UVC_ERROR_NO_DEVICE for a camera that has gone or
     /// was never opened, UVC_ERROR_NOT_FOUND without an extension unit; 0 otherwise.
     [[nodiscard]] int controlError() const;
-    /// Sends controls of the extension unit one after the other, up to the first that the camera
-    /// does not answer: the result of the last one sent. What is read is in the control then.
+    /// Sends controls of the extension unit one after the other, but for those that were answered
+    /// before, up to the first that the camera does not answer: the result of the last one sent.
+    /// What is read is in the control then.
     BoundedWorker::Ticket send(std::vector<std::shared_ptr<ControlRequest>> controls);
 
     /// Waits as long as the budget allows; not at all while an earlier answer is late.

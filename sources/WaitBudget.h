@@ -14,7 +14,7 @@ public:
     using TimePoint = std::chrono::steady_clock::time_point;
     using Duration = std::chrono::microseconds;
 
-    static constexpr Duration CAPACITY{50'000};
+    static constexpr Duration CAPACITY{70'000};
     /// What an answer of a healthy camera takes; free of charge for every wait.
     static constexpr Duration FREE{3'000};
     /// The store gains one part in REFILL of the time without a wait.

@@ -230,9 +230,6 @@ void MainWindow::start()
     expand();
     qApp->installEventFilter(this);
     createPresenterKeys();
-    // A click leaves the focus where it is, in a text being written for one.
-    for (QAbstractButton *button : findChildren<QAbstractButton *>())
-        button->setFocusPolicy(Qt::TabFocus);
 }
 
 void MainWindow::createPresenterKeys()

@@ -3,7 +3,7 @@
 #include <QPainter>
 
 ThumbnailButton::ThumbnailButton(QWidget *parent)
-    : QPushButton(parent)
+    : TabFocusButton(parent)
 {
     setFlat(true);
     setCheckable(true);

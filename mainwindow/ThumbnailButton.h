@@ -1,11 +1,12 @@
 #pragma once
 
+#include "widgets/TabFocusButton.h"
+
 #include <QImage>
-#include <QPushButton>
 
 /// One picture of the thumbnail strip with a coloured frame: red chosen, white under the pointer,
 /// otherwise gray.
-class ThumbnailButton : public QPushButton
+class ThumbnailButton : public TabFocusButton
 {
     Q_OBJECT
 

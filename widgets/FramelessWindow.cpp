@@ -32,6 +32,24 @@ void FramelessWindow::setBackgroundImage(const QImage &image)
     setPalette(skinned);
 }
 
+bool FramelessWindow::event(QEvent *event)
+{
+    // Without a widget to give the focus to, the platform would choose the first button.
+    if (event->type() == QEvent::WindowActivate && !focusIsShown())
+        setFocus(Qt::ActiveWindowFocusReason);
+    return QWidget::event(event);
+}
+
+bool FramelessWindow::focusNextPrevChild(bool next)
+{
+    // A widget that is hidden or disabled passes its focus on in the same way as the tabulator key.
+    if (focusWidget() && !focusIsShown()) {
+        setFocus(Qt::OtherFocusReason);
+        return true;
+    }
+    return QWidget::focusNextPrevChild(next);
+}
+
 void FramelessWindow::paintEvent(QPaintEvent *)
 {
     // The brush of the palette has painted the image already, without averaging.
@@ -76,4 +94,10 @@ void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
 bool FramelessWindow::movable() const
 {
     return !isMaximized() && !isMinimized();
+}
+
+bool FramelessWindow::focusIsShown() const
+{
+    const QWidget *focus = focusWidget();
+    return focus && focus->isVisible() && focus->isEnabled();
 }

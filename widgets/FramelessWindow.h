@@ -5,6 +5,9 @@
 #include <QWidget>
 
 /// A window whose background is one image and which is dragged by its top strip.
+///
+/// It keeps the focus itself until the user moves it on with the tabulator key or into a field, and
+/// takes it back when the widget that had it goes: a key never presses a button that nobody chose.
 class FramelessWindow : public QWidget
 {
     Q_OBJECT
@@ -17,6 +20,8 @@ public:
     void setBackgroundImage(const QImage &image);
 
 protected:
+    bool event(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -24,6 +29,8 @@ protected:
 
 private:
     [[nodiscard]] bool movable() const;
+    /// Whether a widget of this window, or the window itself, can take a key.
+    [[nodiscard]] bool focusIsShown() const;
 
     /// Pointer minus frame's top left, in global coordinates.
     QPoint m_dragOffset;

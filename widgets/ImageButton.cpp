@@ -33,7 +33,7 @@ QImage loadState(const QString &state, const QString &name)
 } // namespace
 
 ImageButton::ImageButton(const QString &name, QWidget *parent, int x, int y)
-    : QPushButton(parent)
+    : TabFocusButton(parent)
 {
     setFlat(true);
     m_holdTimer.setSingleShot(true);
@@ -123,7 +123,7 @@ void ImageButton::mousePressEvent(QMouseEvent *event)
         return;
     if ((event->buttons() & Qt::LeftButton) && !m_holdTimer.isActive())
         m_holdTimer.start();
-    QPushButton::mousePressEvent(event);
+    TabFocusButton::mousePressEvent(event);
 }
 
 void ImageButton::mouseReleaseEvent(QMouseEvent *event)
@@ -132,7 +132,7 @@ void ImageButton::mouseReleaseEvent(QMouseEvent *event)
         return;
     if (!(event->buttons() & Qt::LeftButton))
         m_holdTimer.stop();
-    QPushButton::mouseReleaseEvent(event);
+    TabFocusButton::mouseReleaseEvent(event);
 }
 
 void ImageButton::enterEvent(QEvent *event)
@@ -140,14 +140,14 @@ void ImageButton::enterEvent(QEvent *event)
     m_hovered = true;
     setCursor(Qt::ArrowCursor);
     update();
-    QPushButton::enterEvent(event);
+    TabFocusButton::enterEvent(event);
 }
 
 void ImageButton::leaveEvent(QEvent *event)
 {
     m_hovered = false;
     update();
-    QPushButton::leaveEvent(event);
+    TabFocusButton::leaveEvent(event);
 }
 
 void ImageButton::keyPressEvent(QKeyEvent *event)
@@ -156,14 +156,14 @@ void ImageButton::keyPressEvent(QKeyEvent *event)
         event->ignore();
         return;
     }
-    QPushButton::keyPressEvent(event);
+    TabFocusButton::keyPressEvent(event);
 }
 
 void ImageButton::focusInEvent(QFocusEvent *event)
 {
     if (!isPassing(event->reason()))
         m_focusedByKey = isKeyReason(event->reason());
-    QPushButton::focusInEvent(event);
+    TabFocusButton::focusInEvent(event);
     update();
 }
 
@@ -171,7 +171,7 @@ void ImageButton::focusOutEvent(QFocusEvent *event)
 {
     if (!isPassing(event->reason()))
         m_focusedByKey = false;
-    QPushButton::focusOutEvent(event);
+    TabFocusButton::focusOutEvent(event);
     update();
 }
 

@@ -1,16 +1,17 @@
 #pragma once
 
+#include "TabFocusButton.h"
+
 #include <QColor>
 #include <QImage>
-#include <QPushButton>
 #include <QTimer>
 
 /// A push button painted from the three images of a skin name, as large as its normal image. Held
 /// down for half a second it says so, while still down; the release clicks as usual.
 ///
-/// It takes the focus as its owner's focus policy says and is pressed with the space bar. A ring
-/// marks it only when the focus came by a key; the mouse leaves the three images as they are.
-class ImageButton : public QPushButton
+/// A ring marks it while it has the focus, but only when that came by a key; the mouse leaves the
+/// three images as they are.
+class ImageButton : public TabFocusButton
 {
     Q_OBJECT
 

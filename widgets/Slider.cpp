@@ -6,6 +6,8 @@ Slider::Slider(Qt::Orientation orientation, QWidget *parent)
     : QSlider(orientation, parent)
 {
     initialiseSkin();
+    // After a click the keys still belong to the presenter.
+    setFocusPolicy(Qt::TabFocus);
     setStyleSheet(
         "QSlider::groove:horizontal {  border-image: "
         "url(:/icons/Background/TIME_SLIDE_BK_1.png);}QSlider::handle:horizontal {  image: "

@@ -2,7 +2,8 @@
 
 #include <QSlider>
 
-/// The platform's slider in the clothes of the skin.
+/// The platform's slider in the clothes of the skin. It takes the focus from the tabulator key
+/// alone.
 class Slider : public QSlider
 {
     Q_OBJECT

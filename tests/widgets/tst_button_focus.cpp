@@ -1,6 +1,7 @@
 #include "widgets/ImageButton.h"
 
 #include <QApplication>
+#include <QButtonGroup>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -80,6 +81,47 @@ private slots:
         sendFocus(QEvent::FocusOut, Qt::MouseFocusReason);
         sendFocus(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
         QCOMPARE(picture(*m_first), m_plainFirst);
+    }
+
+    void noClickTakesTheFocus()
+    {
+        QTest::mouseClick(m_second, Qt::LeftButton);
+        QVERIFY(m_window->hasFocus());
+    }
+
+    void enterPresses()
+    {
+        QSignalSpy clicks(m_first, &ImageButton::clicked);
+        m_first->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(m_first, Qt::Key_Return);
+        QTest::keyClick(m_first, Qt::Key_Enter, Qt::KeypadModifier);
+        QCOMPARE(clicks.size(), 2);
+        QTest::keyClick(m_first, Qt::Key_Return, Qt::ControlModifier);
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(m_first, &held);
+        m_first->setGray(true);
+        QTest::keyClick(m_first, Qt::Key_Return);
+        QCOMPARE(clicks.size(), 2);
+    }
+
+    void arrowsLeaveAGroupAloneAndTheTabKeyReachesAllOfIt()
+    {
+        QButtonGroup group;
+        for (ImageButton *button : {m_first, m_second}) {
+            button->setCheckable(true);
+            group.addButton(button);
+        }
+        m_first->setChecked(true);
+        m_first->setFocus(Qt::TabFocusReason);
+        for (const int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
+            QTest::keyClick(m_first, Qt::Key(key));
+        QVERIFY(m_first->isChecked());
+        QVERIFY(m_first->hasFocus());
+        QTest::keyClick(m_first, Qt::Key_Tab);
+        QVERIFY(m_second->hasFocus());
+        QTest::keyClick(m_second, Qt::Key_Tab);
+        QVERIFY(m_first->hasFocus());
+        QVERIFY(m_first->isChecked());
     }
 
     void theSpaceBarClicksButNotWhenGray()

@@ -1,6 +1,7 @@
 #include "canvas/SkinImages.h"
 #include "widgets/FramelessWindow.h"
 
+#include <QPushButton>
 #include <QtTest>
 
 class TestFramelessWindow : public QObject
@@ -19,6 +20,9 @@ private slots:
     void maximizedOrMinimizedWindowStays_data();
     void maximizedOrMinimizedWindowStays();
     void dragStopsOnceMaximized();
+    void keepsTheFocusUntilTheTabKey();
+    void takesTheFocusBackFromAWidgetThatGoes_data();
+    void takesTheFocusBackFromAWidgetThatGoes();
 };
 
 namespace
@@ -178,6 +182,63 @@ void TestFramelessWindow::dragStopsOnceMaximized()
     window.setWindowState(Qt::WindowNoState);
     send(window, QEvent::MouseMove, {20, 5}, {90, 95}, Qt::NoButton, Qt::LeftButton);
     QVERIFY(window.pos() != before);
+}
+
+void TestFramelessWindow::keepsTheFocusUntilTheTabKey()
+{
+    FramelessWindow window(chequered(100, 80), false, nullptr);
+    QPushButton button(&window);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(window.hasFocus());
+    QTest::keyClick(&window, Qt::Key_Tab);
+    QVERIFY(button.hasFocus());
+    // A widget with the focus has it again when the window comes back from behind another one.
+    FramelessWindow other(chequered(10, 10), false, nullptr);
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(button.hasFocus());
+    // One that has vanished meanwhile has not, and no other one gets it.
+    QPushButton second(&window);
+    second.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    button.hide();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(window.hasFocus());
+}
+
+void TestFramelessWindow::takesTheFocusBackFromAWidgetThatGoes_data()
+{
+    QTest::addColumn<bool>("hidden");
+    QTest::newRow("hidden") << true;
+    QTest::newRow("disabled") << false;
+}
+
+void TestFramelessWindow::takesTheFocusBackFromAWidgetThatGoes()
+{
+    QFETCH(bool, hidden);
+    FramelessWindow window(chequered(100, 80), false, nullptr);
+    QPushButton first(&window);
+    QWidget bar(&window);
+    QPushButton second(&bar);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    second.setFocus(Qt::TabFocusReason);
+    QVERIFY(second.hasFocus());
+    // With the bar that it lies in.
+    if (hidden)
+        bar.hide();
+    else
+        second.setEnabled(false);
+    QVERIFY(window.hasFocus());
+    QVERIFY(!first.hasFocus());
 }
 
 QTEST_MAIN(TestFramelessWindow)

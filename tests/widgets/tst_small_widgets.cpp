@@ -14,6 +14,7 @@ private slots:
     void sliderPaintsGrooveAndHandle_data();
     void sliderPaintsGrooveAndHandle();
     void sliderShowsAndHides();
+    void aClickOnTheSliderLeavesTheFocus();
     void radioButtonWearsItsStyleSheet();
     void radioButtonPaintsItsMark();
     void imageWidgetIsItsImage();
@@ -84,6 +85,21 @@ void TestSmallWidgets::sliderShowsAndHides()
     QVERIFY(slider.isVisible());
     slider.showOrHide();
     QVERIFY(!slider.isVisible());
+}
+
+void TestSmallWidgets::aClickOnTheSliderLeavesTheFocus()
+{
+    QWidget window;
+    window.setFocusPolicy(Qt::StrongFocus);
+    Slider slider(Qt::Horizontal, &window);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.setFocus();
+    QTest::mouseClick(&slider, Qt::LeftButton);
+    QVERIFY(window.hasFocus());
+    QTest::keyClick(&window, Qt::Key_Tab);
+    QVERIFY(slider.hasFocus());
 }
 
 void TestSmallWidgets::radioButtonWearsItsStyleSheet()

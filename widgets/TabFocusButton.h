@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QPushButton>
+
+/// A push button that takes the focus from the tabulator key alone, never from a click; Space and
+/// Enter then press it. Arrows, which turn pages, leave it alone, so the tabulator key reaches
+/// every button of an exclusive group.
+class TabFocusButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    explicit TabFocusButton(QWidget *parent);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+};

@@ -93,7 +93,8 @@ void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
 
 bool FramelessWindow::movable() const
 {
-    return !isMaximized() && !isMinimized();
+    // To move a full-screen window would end that state here, but not for the window manager.
+    return !isMaximized() && !isMinimized() && !isFullScreen();
 }
 
 bool FramelessWindow::focusIsShown() const

@@ -157,6 +157,7 @@ void TestFramelessWindow::maximizedOrMinimizedWindowStays_data()
     QTest::addColumn<int>("state");
     QTest::newRow("maximized") << int(Qt::WindowMaximized);
     QTest::newRow("minimized") << int(Qt::WindowMinimized);
+    QTest::newRow("full screen") << int(Qt::WindowFullScreen);
 }
 
 void TestFramelessWindow::maximizedOrMinimizedWindowStays()

@@ -38,6 +38,8 @@ ImageButton::ImageButton(const QString &name, QWidget *parent, int x, int y)
     setFlat(true);
     m_holdTimer.setSingleShot(true);
     m_holdTimer.setInterval(holdMs);
+    // A coarse timer may fire a twentieth of its time too early.
+    m_holdTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_holdTimer, &QTimer::timeout, this, &ImageButton::hold);
     setImage(name);
     move(x, y);

@@ -19,6 +19,8 @@ ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidge
     connect(m_closeButton, SIGNAL(clicked()), this, SLOT(close()));
     if (parent)
         parent->installEventFilter(this);
+    if (m_toolButton)
+        m_toolButton->installEventFilter(this);
     alignToToolButton();
 
     auto *label = new QLabel(title, this);
@@ -51,6 +53,9 @@ void ToolWindow::alignToToolButton()
 bool ToolWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == parent() && (event->type() == QEvent::Move || event->type() == QEvent::Resize))
+        alignToToolButton();
+    // The main window places its buttons only after its resize has passed through here.
+    if (watched == m_toolButton && event->type() == QEvent::Move)
         alignToToolButton();
     return false;
 }

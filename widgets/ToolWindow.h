@@ -23,7 +23,7 @@ public:
     /// area.
     void alignToToolButton();
 
-    /// Watches the parent for moves and resizes; filters nothing.
+    /// Watches the parent for moves and resizes and the button for moves; filters nothing.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 public slots:

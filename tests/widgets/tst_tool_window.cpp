@@ -31,6 +31,7 @@ private slots:
     void standsRightOfItsButton();
     void isPushedBackIntoTheWorkArea();
     void followsTheMainWindow();
+    void followsAButtonThatIsPlacedAfterTheResize();
     void alignsAgainWhenItGetsItsBackground();
     void closingOnlyHidesIt();
     void escapeClosesIt();
@@ -119,6 +120,21 @@ void TestToolWindow::followsTheMainWindow()
     scene.toolButton.move(30, 20);
     scene.window.resize(820, 600);
     QTRY_COMPARE(popup.pos(), before + QPoint(60, 60));
+}
+
+void TestToolWindow::followsAButtonThatIsPlacedAfterTheResize()
+{
+    PopupScene scene;
+    scene.window.move(50, 40);
+    scene.window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
+    popup.show();
+    const QPoint before = popup.pos();
+    scene.window.resize(800, 620);
+    QCoreApplication::processEvents();
+    scene.toolButton.move(scene.toolButton.pos() + QPoint(0, 20));
+    QCOMPARE(popup.pos(), before + QPoint(0, 20));
 }
 
 void TestToolWindow::alignsAgainWhenItGetsItsBackground()

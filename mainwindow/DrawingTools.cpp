@@ -47,12 +47,18 @@ void DrawingTools::eraseAll()
     m_window->currentCanvas()->clearPainting();
 }
 
+void DrawingTools::selectHeld(PanelButton button, MouseMode mode)
+{
+    m_window->currentCanvas()->setMouseMode(mode);
+    m_window->panelButton(button)->setChecked(true);
+}
+
 void DrawingTools::openColorTool(PanelButton button)
 {
     for (const ButtonTable::ColorToolRow &row : ButtonTable::colorToolRows()) {
         if (row.button != button)
             continue;
-        m_window->currentCanvas()->setMouseMode(row.mouseMode);
+        selectHeld(row.button, row.mouseMode);
         m_popups->open([this, &row] {
             return new ColorToolWindow(m_window->panelButton(row.button), m_window,
                                        QObject::tr(row.title),
@@ -65,7 +71,7 @@ void DrawingTools::openColorTool(PanelButton button)
 
 void DrawingTools::openText()
 {
-    m_window->currentCanvas()->setMouseMode(CanvasModes::Text);
+    selectHeld(PanelButton::Text, CanvasModes::Text);
     m_popups->open(
         [this] { return new TextToolWindow(m_window->panelButton(PanelButton::Text), m_window); });
 }
@@ -98,9 +104,12 @@ void DrawingTools::toggleMask()
     ImageCanvas *canvas = m_window->currentCanvas();
     if (m_window->panelButton(PanelButton::Mask)->isChecked()) {
         canvas->maskMode = m_rememberedMask;
-        return;
+    } else {
+        if (canvas->maskMode != CanvasModes::MaskNone)
+            m_rememberedMask = canvas->maskMode;
+        canvas->maskMode = CanvasModes::MaskNone;
     }
-    if (canvas->maskMode != CanvasModes::MaskNone)
-        m_rememberedMask = canvas->maskMode;
-    canvas->maskMode = CanvasModes::MaskNone;
+    // A hold opens the pop-up before its release, which is a click, changes the mask.
+    if (auto *popup = qobject_cast<MaskToolWindow *>(m_popups->current()))
+        popup->modeChanged();
 }

@@ -39,6 +39,10 @@ public:
     void toggleMask();
 
 private:
+    /// The tool of a held button. The release clicks the button only if the pointer is still on it,
+    /// so the button is checked here.
+    void selectHeld(PanelButton button, MouseMode mode);
+
     MainWindow *m_window;
     ToolWindowHolder *m_popups;
     QString m_widthText;

@@ -1,6 +1,7 @@
 #include "WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "mainwindow/ModeRules.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -8,6 +9,7 @@
 #include <QMap>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QSignalSpy>
 
 using ButtonTable::PanelButton;
 using namespace WindowProbe;
@@ -41,6 +43,9 @@ private slots:
     void thousandPopUpsLeaveNothingBehind();
     void theEffectButtonAnswersToHoldingAlone();
     void maskButtonBringsTheMaskBack();
+    void theMasksPopUpShowsWhatTheReleaseOfAHoldMakes();
+    void aHeldToolIsChecked_data();
+    void aHeldToolIsChecked();
     void zoomStepsOnOtherCanvases();
     void rotateFreezeAndMacroReachTheirTargets();
 };
@@ -274,6 +279,55 @@ void TestWindowTools::maskButtonBringsTheMaskBack()
     enter(window, 3);
     mask->click();
     QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskLeft);
+}
+
+void TestWindowTools::theMasksPopUpShowsWhatTheReleaseOfAHoldMakes()
+{
+    MainWindow window;
+    ImageButton *mask = window.panelButton(PanelButton::Mask);
+    const auto chosen = [&window] {
+        QString names;
+        for (const ImageButton *each : window.currentToolWindow()->findChildren<ImageButton *>()) {
+            if (each->isChecked())
+                names += each->accessibleName();
+        }
+        return names;
+    };
+    emit mask->hold();
+    QCOMPARE(chosen(), QString());
+    mask->click();
+    QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskCircle);
+    QCOMPARE(chosen(), QString("Circle"));
+    mask->click();
+    QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskNone);
+    QCOMPARE(chosen(), QString());
+}
+
+void TestWindowTools::aHeldToolIsChecked_data()
+{
+    QTest::addColumn<int>("button");
+    for (const PanelButton each :
+         {PanelButton::Line, PanelButton::Rectangle, PanelButton::Circle, PanelButton::Arrow,
+          PanelButton::Triangle, PanelButton::Eraser, PanelButton::Text})
+        QTest::newRow(ButtonTable::panelRows()[std::size_t(each)].toolTip) << int(each);
+}
+
+void TestWindowTools::aHeldToolIsChecked()
+{
+    QFETCH(int, button);
+    MainWindow window;
+    window.show();
+    ImageButton *held = window.panelButton(PanelButton(button));
+    QSignalSpy clicks(held, SIGNAL(clicked()));
+    QSignalSpy holds(held, SIGNAL(hold()));
+    QTest::mousePress(held, Qt::LeftButton);
+    QTRY_COMPARE(holds.count(), 1);
+    // The pointer has left the button, so the release clicks nothing.
+    QTest::mouseRelease(held, Qt::LeftButton, {}, QPoint(-50, -50));
+    QCOMPARE(clicks.count(), 0);
+    QVERIFY(held->isChecked());
+    QVERIFY(!window.panelButton(PanelButton::Freehand)->isChecked());
+    QCOMPARE(*ModeRules::toolButton(window.currentCanvas()->mouseMode()), PanelButton(button));
 }
 
 void TestWindowTools::zoomStepsOnOtherCanvases()

@@ -16,6 +16,8 @@
 #include <QLabel>
 #include <QStackedWidget>
 
+#include <utility>
+
 using namespace ModeRules;
 using ButtonTable::PanelButton;
 
@@ -81,6 +83,14 @@ void MainWindow::changeEvent(QEvent *event)
     StyleWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && !isActiveWindow())
         m_camera.releaseZoom();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    StyleWindow::resizeEvent(event);
+    // The move that belongs to the resize is told after it.
+    if (m_missedWidening != 0 && !isMaximized() && !isFullScreen())
+        QMetaObject::invokeMethod(this, &MainWindow::catchUpWidening, Qt::QueuedConnection);
 }
 
 // Modes and layout --------------------------------------------------------------------------------
@@ -188,15 +198,12 @@ void MainWindow::expand()
         return;
     m_sidePanelOpen = !m_sidePanelOpen;
     setExpanded(m_sidePanelOpen);
-    if (!isMaximized() && !isFullScreen()) {
-        const int step =
-            m_sidePanelOpen ? WindowLayout::SIDE_PANEL_WIDTH : -WindowLayout::SIDE_PANEL_WIDTH;
-        const int before = width();
-        resize(before + step, height());
-        // The right edge stays put, also where the minimum size took a part of the step.
-        if (isVisible())
-            move(pos() - QPoint(width() - before, 0));
-    }
+    const int step =
+        m_sidePanelOpen ? WindowLayout::SIDE_PANEL_WIDTH : -WindowLayout::SIDE_PANEL_WIDTH;
+    if (isFullScreen())
+        m_missedWidening += step;
+    else if (!isMaximized())
+        widen(step);
     m_sidePanelButton->setImage(m_sidePanelOpen ? "BUTTON_SIDE_CLOSE" : "BUTTON_SIDE_OPEN");
     if (m_sidePanelOpen) {
         m_panel->move(40, 30);
@@ -207,6 +214,21 @@ void MainWindow::expand()
     }
     rescaleEdges();
     reposition();
+}
+
+void MainWindow::widen(int step)
+{
+    const int before = width();
+    resize(before + step, height());
+    // The right edge stays put, also where the minimum size took a part of the step.
+    if (isVisible())
+        move(pos() - QPoint(width() - before, 0));
+}
+
+void MainWindow::catchUpWidening()
+{
+    if (m_missedWidening != 0 && !isMaximized() && !isFullScreen())
+        widen(std::exchange(m_missedWidening, 0));
 }
 
 void MainWindow::toggleFullScreen()

@@ -142,6 +142,7 @@ signals:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private slots:
     void recordingFailed(const QString &sentence);
@@ -172,6 +173,10 @@ private:
     void applyMode();
     void showCanvasState();
     void checkToolButton();
+    /// Makes the window wider, or narrower, at its left edge.
+    void widen(int step);
+    /// Gives a side panel that was opened or closed in full screen its width.
+    void catchUpWidening();
 
     const QString aboutButtonKey = QStringLiteral("AboutButton");
     const int aboutButtonX = 34;
@@ -204,4 +209,7 @@ private:
 
     int m_currentMode = 0;
     bool m_sidePanelOpen = false;
+    /// What the side panel would have made the window wider in full screen; the window manager
+    /// gives back the width from before.
+    int m_missedWidening = 0;
 };

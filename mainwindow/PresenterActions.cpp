@@ -17,9 +17,17 @@ PresenterAction spaceAction(int mode)
     }
 }
 
-PresenterAction plainAction(int key, int mode, bool fullScreen)
+PresenterAction escapeAction(const PresenterContext &context)
 {
-    const bool photographs = mode == ModeRules::Photograph;
+    // What lies on top goes first.
+    if (context.popUpShown)
+        return PresenterAction::ClosePopUp;
+    return context.fullScreen ? PresenterAction::ToggleFullScreen : PresenterAction::None;
+}
+
+PresenterAction plainAction(int key, const PresenterContext &context)
+{
+    const bool photographs = context.mode == ModeRules::Photograph;
     switch (key) {
     case Qt::Key_PageUp:
     case Qt::Key_Left:
@@ -30,7 +38,7 @@ PresenterAction plainAction(int key, int mode, bool fullScreen)
     case Qt::Key_Down:
         return photographs ? PresenterAction::NextPhotograph : PresenterAction::None;
     case Qt::Key_Space:
-        return spaceAction(mode);
+        return spaceAction(context.mode);
     case Qt::Key_Plus:
     case Qt::Key_Equal:
         return PresenterAction::ZoomIn;
@@ -39,7 +47,7 @@ PresenterAction plainAction(int key, int mode, bool fullScreen)
     case Qt::Key_F11:
         return PresenterAction::ToggleFullScreen;
     case Qt::Key_Escape:
-        return fullScreen ? PresenterAction::ToggleFullScreen : PresenterAction::None;
+        return escapeAction(context);
     default:
         return PresenterAction::None;
     }
@@ -47,7 +55,8 @@ PresenterAction plainAction(int key, int mode, bool fullScreen)
 
 } // namespace
 
-PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers, int mode, bool fullScreen)
+PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers,
+                                const PresenterContext &context)
 {
     const Qt::KeyboardModifiers held = modifiers & ~Qt::KeypadModifier;
     if (held == Qt::ControlModifier && key == Qt::Key_S)
@@ -59,5 +68,5 @@ PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers, int mo
     const bool shiftedSign = key == Qt::Key_Plus || key == Qt::Key_Minus;
     if ((held & Qt::ShiftModifier) && !shiftedSign)
         return PresenterAction::None;
-    return plainAction(key, mode, fullScreen);
+    return plainAction(key, context);
 }

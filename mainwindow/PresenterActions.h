@@ -14,11 +14,21 @@ enum class PresenterAction {
     ZoomIn,
     ZoomOut,
     ToggleFullScreen,
+    /// Closes the pop-up window that is open.
+    ClosePopUp,
     Snapshot,
     Print
 };
 
-/// `mode` is a mode number of the main window. Whether a number pad or a shifted key sent a sign
-/// does not matter.
-[[nodiscard]] PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers, int mode,
-                                              bool fullScreen);
+/// What the meaning of a key depends on.
+struct PresenterContext {
+    /// A mode number of the main window.
+    int mode = 0;
+    bool fullScreen = false;
+    /// A pop-up window is to be seen.
+    bool popUpShown = false;
+};
+
+/// Whether a number pad or a shifted key sent a sign does not matter.
+[[nodiscard]] PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers,
+                                              const PresenterContext &context);

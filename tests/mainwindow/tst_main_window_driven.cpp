@@ -39,6 +39,7 @@ private slots:
     void maximisedWindowKeepsItsSize();
     void buttonsSteerTheCamera();
     void aZoomHeldOverAModeChangeIsReleased();
+    void aZoomEndsWithItsKey();
     void keysServeThePresenter();
 
 private:
@@ -283,6 +284,29 @@ void TestMainWindowDriven::aZoomHeldOverAModeChangeIsReleased()
     other.activateWindow();
     QVERIFY(wrote(ZOOM_IN_KEY, 0));
     Pointer::keyUp("plus");
+}
+
+void TestMainWindowDriven::aZoomEndsWithItsKey()
+{
+    using namespace CameraParameter;
+    QVERIFY(liveRuns());
+    (void)m_camera->takeExtensionTransfers();
+    m_transfers.clear();
+    Pointer::keyDown("shift");
+    Pointer::keyDown("equal");
+    QVERIFY(wrote(ZOOM_IN_KEY, 1));
+    Pointer::keyUp("shift");
+    Pointer::keyUp("equal");
+    QVERIFY(wrote(ZOOM_IN_KEY, 0));
+
+    Pointer::keyDown("KP_Add");
+    QVERIFY(wrote(ZOOM_IN_KEY, 1));
+    Pointer::keyDown("minus");
+    QVERIFY(wrote(ZOOM_IN_KEY, 0));
+    QVERIFY(wrote(ZOOM_OUT_KEY, 1));
+    Pointer::keyUp("KP_Add");
+    Pointer::keyUp("minus");
+    QVERIFY(wrote(ZOOM_OUT_KEY, 0));
 }
 
 void TestMainWindowDriven::keysServeThePresenter()

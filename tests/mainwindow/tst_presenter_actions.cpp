@@ -16,6 +16,7 @@ class TestPresenterActions : public QObject
 private slots:
     void keysAct_data();
     void keysAct();
+    void escapeClosesThePopUpFirst();
     void otherKeysDoNothing();
 };
 
@@ -72,15 +73,28 @@ void TestPresenterActions::keysAct()
     QFETCH(QList<int>, actions);
     QList<int> actual;
     for (int mode = 0; mode < ALL_MODES; ++mode)
-        actual << int(presenterAction(key, Qt::KeyboardModifiers(modifiers), mode, fullScreen));
+        actual << int(presenterAction(key, Qt::KeyboardModifiers(modifiers), {mode, fullScreen}));
     QCOMPARE(actual, actions);
+}
+
+void TestPresenterActions::escapeClosesThePopUpFirst()
+{
+    for (const bool fullScreen : {false, true}) {
+        for (int mode = 0; mode < ALL_MODES; ++mode) {
+            const PresenterContext context{mode, fullScreen, true};
+            QVERIFY(presenterAction(Qt::Key_Escape, Qt::NoModifier, context) ==
+                    PresenterAction::ClosePopUp);
+            QVERIFY(presenterAction(Qt::Key_F11, Qt::NoModifier, context) ==
+                    PresenterAction::ToggleFullScreen);
+        }
+    }
 }
 
 void TestPresenterActions::otherKeysDoNothing()
 {
     for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key) {
         for (int mode = 0; mode < ALL_MODES; ++mode)
-            QVERIFY(presenterAction(key, Qt::NoModifier, mode, true) == PresenterAction::None);
+            QVERIFY(presenterAction(key, Qt::NoModifier, {mode, true}) == PresenterAction::None);
     }
 }
 

@@ -1,0 +1,402 @@
+#include "WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/ModeRules.h"
+#include "mainwindow/PresenterKeys.h"
+#include "mainwindow/ThumbnailButton.h"
+#include "mainwindow/ThumbnailWidget.h"
+#include "sources/PhotographSource.h"
+#include "widgets/Slider.h"
+
+#include <QComboBox>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTextEdit>
+
+using ButtonTable::PanelButton;
+using namespace WindowProbe;
+
+namespace
+{
+
+/// Whether the keys go there, at once or after a while. The platform also calls a pop-up active
+/// when they go to its parent.
+bool becomesActive(const QWidget *window)
+{
+    return QTest::qWaitFor([window] { return QApplication::activeWindow() == window; });
+}
+
+} // namespace
+
+/// The keys of a presenter remote in the main window and its pop-ups.
+class TestPresenterKeys : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { beOnOneself(); }
+    void init();
+    void cleanup();
+    void noButtonHasTheFocusAtTheStart();
+    void aKeyWithoutAnActionDoesNothing_data();
+    void aKeyWithoutAnActionDoesNothing();
+    void theTabKeyGivesAButtonItsKeys();
+    void aUsedSliderThatIsHiddenLeavesNothingBehind_data();
+    void aUsedSliderThatIsHiddenLeavesNothingBehind();
+    void aThumbnailTakesNoFocusFromAClick();
+    void pageDownTurnsThePageWhateverWasUsedLast();
+    void repeatsDuringAStepAreDropped();
+    void everyPressOfItsOwnIsAStep();
+    void aZoomEndsWithItsKeyWhateverItsSign();
+    void aSecondZoomKeyEndsTheFirst();
+    void aModeChangeOrAnotherWindowEndsAKeysZoom_data();
+    void aModeChangeOrAnotherWindowEndsAKeysZoom();
+    void escapeClosesAPopUpBeforeFullScreen();
+    void aPopUpKeepsItsKeysFromAnOpenText();
+
+private:
+    /// To the widget of the active window that has the focus.
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void send(QEvent::Type type, int key, quint32 scanCode, bool repeated = false);
+    void openFolder();
+    QTextEdit *openText();
+
+    std::unique_ptr<MainWindow> m_window;
+    QTemporaryDir m_folder;
+};
+
+void TestPresenterKeys::init()
+{
+    usualSettings();
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(becomesActive(m_window.get()));
+}
+
+void TestPresenterKeys::cleanup()
+{
+    m_window.reset();
+}
+
+void TestPresenterKeys::press(int key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget *window = QApplication::activeWindow();
+    QVERIFY(window);
+    QWidget *focus = window->focusWidget();
+    QTest::keyClick(focus ? focus : window, Qt::Key(key), modifiers);
+}
+
+void TestPresenterKeys::send(QEvent::Type type, int key, quint32 scanCode, bool repeated)
+{
+    QKeyEvent event(type, key, Qt::NoModifier, scanCode, 0, 0, QString(), repeated);
+    QWidget *focus = m_window->focusWidget();
+    QCoreApplication::sendEvent(focus ? focus : m_window.get(), &event);
+}
+
+void TestPresenterKeys::openFolder()
+{
+    for (int i = 0; i < 5; ++i) {
+        QImage image(64, 48, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(m_folder.filePath(QString("%1.png").arg(i))));
+    }
+    enter(*m_window, 2);
+    auto *source = m_window->findChild<PhotographSource *>();
+    QVERIFY(source->setDirectory(QDir(m_folder.path()), "0.png"));
+}
+
+QTextEdit *TestPresenterKeys::openText()
+{
+    enter(*m_window, 3);
+    m_window->panelButton(PanelButton::Text)->click();
+    QTest::mouseClick(m_window->currentCanvas(), Qt::LeftButton, {}, QPoint(200, 350));
+    return m_window->currentCanvas()->findChild<QTextEdit *>();
+}
+
+void TestPresenterKeys::noButtonHasTheFocusAtTheStart()
+{
+    QVERIFY(!qobject_cast<QAbstractButton *>(QApplication::focusWidget()));
+    m_window->About();
+    ToolWindow *popup = m_window->currentToolWindow();
+    QVERIFY(becomesActive(popup));
+    QVERIFY(!qobject_cast<QAbstractButton *>(QApplication::focusWidget()));
+    popup->close();
+    m_window->activateWindow();
+    QVERIFY(becomesActive(m_window.get()));
+    QVERIFY(!qobject_cast<QAbstractButton *>(QApplication::focusWidget()));
+}
+
+void TestPresenterKeys::aKeyWithoutAnActionDoesNothing_data()
+{
+    QTest::addColumn<int>("mode");
+    for (int mode = 0; mode < 4; ++mode)
+        QTest::newRow(qPrintable(modes()[mode])) << mode;
+}
+
+void TestPresenterKeys::aKeyWithoutAnActionDoesNothing()
+{
+    QFETCH(int, mode);
+    if (mode != 0)
+        enter(*m_window, mode);
+    QSignalSpy changed(m_window.get(), SIGNAL(modeChanged()));
+    const auto pressAll = [this, mode] {
+        QList<int> keys{Qt::Key_Left, Qt::Key_Right,  Qt::Key_Up,      Qt::Key_Down,
+                        Qt::Key_B,    Qt::Key_PageUp, Qt::Key_PageDown};
+        // There they freeze and play.
+        if (mode > 1)
+            keys << Qt::Key_Space;
+        for (const int key : qAsConst(keys))
+            press(key);
+    };
+    pressAll();
+    QCOMPARE(changed.count(), 0);
+    const auto tool = ModeRules::toolButton(m_window->currentCanvas()->mouseMode());
+    QVERIFY(m_window->panelButton(*tool)->isChecked());
+    // Nor do arrows press a button that the tabulator key has given the focus.
+    press(Qt::Key_Tab);
+    QVERIFY(qobject_cast<ImageButton *>(QApplication::focusWidget()));
+    for (const int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down})
+        press(key);
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(m_window->currentMode(), mode);
+}
+
+void TestPresenterKeys::theTabKeyGivesAButtonItsKeys()
+{
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), button(*m_window, "Film"));
+    // Also when the window comes back from behind another one.
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(becomesActive(&other));
+    m_window->activateWindow();
+    QVERIFY(becomesActive(m_window.get()));
+    press(Qt::Key_Space);
+    QCOMPARE(m_window->currentMode(), 1);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+    QCOMPARE(m_window->currentMode(), 2);
+}
+
+void TestPresenterKeys::aUsedSliderThatIsHiddenLeavesNothingBehind_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("slider");
+    QTest::newRow("volume") << 1 << "Volume" << 0;
+    QTest::newRow("interval") << 2 << "Slideshow interval" << 1;
+}
+
+void TestPresenterKeys::aUsedSliderThatIsHiddenLeavesNothingBehind()
+{
+    QFETCH(int, mode);
+    QFETCH(QString, name);
+    QFETCH(int, slider);
+    enter(*m_window, mode);
+    ImageButton *shows = button(*m_window, name);
+    Slider *used = m_window->findChildren<Slider *>()[slider];
+    for (const bool byTheTabKey : {false, true}) {
+        QTest::mouseClick(shows, Qt::LeftButton);
+        QVERIFY(used->isVisible());
+        QTest::mouseClick(used, Qt::LeftButton);
+        QVERIFY(!used->hasFocus());
+        if (byTheTabKey)
+            used->setFocus(Qt::TabFocusReason);
+        QTest::mouseClick(shows, Qt::LeftButton);
+        QVERIFY(!used->isVisible());
+        QVERIFY(!qobject_cast<QAbstractButton *>(QApplication::focusWidget()));
+        press(Qt::Key_Space);
+        QCOMPARE(m_window->currentMode(), mode);
+    }
+}
+
+void TestPresenterKeys::aThumbnailTakesNoFocusFromAClick()
+{
+    openFolder();
+    QTest::mouseClick(button(*m_window, "Thumbnails"), Qt::LeftButton);
+    QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
+    auto *second = m_window->thumbnailWidget()->findChildren<ThumbnailButton *>()[1];
+    QTest::mouseClick(second, Qt::LeftButton);
+    QCOMPARE(changed.last()[0].toInt(), 1);
+    QVERIFY(!second->hasFocus());
+    press(Qt::Key_Space);
+    QCOMPARE(changed.count(), 1);
+    press(Qt::Key_Right);
+    QCOMPARE(changed.last()[0].toInt(), 2);
+}
+
+void TestPresenterKeys::pageDownTurnsThePageWhateverWasUsedLast()
+{
+    openFolder();
+    QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
+    button(*m_window, "Slideshow interval")->click();
+    Slider *interval = m_window->findChildren<Slider *>()[1];
+    interval->setFocus(Qt::TabFocusReason);
+    QVERIFY(interval->hasFocus());
+    press(Qt::Key_PageDown);
+    QCOMPARE(changed.last()[0].toInt(), 1);
+    QCOMPARE(interval->value(), 0);
+    press(Qt::Key_Right);
+    QCOMPARE(interval->value(), 1);
+
+    m_window->textHold();
+    ToolWindow *popup = m_window->currentToolWindow();
+    QVERIFY(becomesActive(popup));
+    auto *face = popup->findChildren<QComboBox *>()[0];
+    face->setFocus(Qt::MouseFocusReason);
+    QVERIFY(face->hasFocus());
+    press(Qt::Key_PageDown);
+    QCOMPARE(changed.last()[0].toInt(), 2);
+}
+
+void TestPresenterKeys::repeatsDuringAStepAreDropped()
+{
+    openFolder();
+    QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
+    for (int round = 1; round <= 2; ++round) {
+        // All of it waits when the first step is done.
+        for (int i = 0; i < 10; ++i)
+            send(QEvent::KeyPress, Qt::Key_PageDown, 117, round > 1 || i > 0);
+        QCOMPARE(changed.count(), round);
+        QCoreApplication::processEvents();
+    }
+}
+
+void TestPresenterKeys::everyPressOfItsOwnIsAStep()
+{
+    openFolder();
+    QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
+    for (int i = 1; i <= 4; ++i) {
+        send(QEvent::KeyPress, Qt::Key_PageDown, 117);
+        send(QEvent::KeyRelease, Qt::Key_PageDown, 117);
+        QCOMPARE(changed.count(), i);
+    }
+}
+
+void TestPresenterKeys::aZoomEndsWithItsKeyWhateverItsSign()
+{
+    QSignalSpy released(m_window->findChild<PresenterKeys *>(), SIGNAL(zoomInReleased()));
+    // Shift and "=" give a plus; Shift is let go first.
+    send(QEvent::KeyPress, Qt::Key_Plus, 21);
+    send(QEvent::KeyRelease, Qt::Key_Shift, 50);
+    QCOMPARE(released.count(), 0);
+    send(QEvent::KeyRelease, Qt::Key_Equal, 21);
+    QCOMPARE(released.count(), 1);
+    // Another key of the same sign is none of its business.
+    send(QEvent::KeyPress, Qt::Key_Plus, 21);
+    send(QEvent::KeyRelease, Qt::Key_Plus, 86);
+    QCOMPARE(released.count(), 1);
+    send(QEvent::KeyRelease, Qt::Key_Plus, 21);
+    QCOMPARE(released.count(), 2);
+    // Where no scan code is told, the sign has to do.
+    send(QEvent::KeyPress, Qt::Key_Plus, 0);
+    send(QEvent::KeyRelease, Qt::Key_Plus, 0);
+    QCOMPARE(released.count(), 3);
+}
+
+void TestPresenterKeys::aSecondZoomKeyEndsTheFirst()
+{
+    auto *keys = m_window->findChild<PresenterKeys *>();
+    QStringList said;
+    connect(keys, &PresenterKeys::zoomInPressed, this, [&said] { said << "in"; });
+    connect(keys, &PresenterKeys::zoomInReleased, this, [&said] { said << "in ends"; });
+    connect(keys, &PresenterKeys::zoomOutPressed, this, [&said] { said << "out"; });
+    connect(keys, &PresenterKeys::zoomOutReleased, this, [&said] { said << "out ends"; });
+    send(QEvent::KeyPress, Qt::Key_Plus, 86);
+    send(QEvent::KeyPress, Qt::Key_Minus, 82);
+    send(QEvent::KeyRelease, Qt::Key_Plus, 86);
+    send(QEvent::KeyRelease, Qt::Key_Minus, 82);
+    QCOMPARE(said, QStringList({"in", "in ends", "out", "out ends"}));
+}
+
+void TestPresenterKeys::aModeChangeOrAnotherWindowEndsAKeysZoom_data()
+{
+    QTest::addColumn<bool>("modeChange");
+    QTest::newRow("mode change") << true;
+    QTest::newRow("another window") << false;
+}
+
+void TestPresenterKeys::aModeChangeOrAnotherWindowEndsAKeysZoom()
+{
+    QFETCH(bool, modeChange);
+    send(QEvent::KeyPress, Qt::Key_Plus, 86);
+    QWidget other;
+    if (modeChange) {
+        enter(*m_window, 1);
+    } else {
+        other.show();
+        other.activateWindow();
+        QVERIFY(becomesActive(&other));
+        m_window->activateWindow();
+        QVERIFY(becomesActive(m_window.get()));
+    }
+    // The release comes late or, in the other window, never: neither ends a zoom a second time,
+    // which would close the pop-up.
+    QSignalSpy released(m_window->findChild<PresenterKeys *>(), SIGNAL(zoomInReleased()));
+    m_window->lineHold();
+    send(QEvent::KeyRelease, Qt::Key_Plus, 86);
+    QVERIFY(m_window->currentToolWindow());
+    send(QEvent::KeyPress, Qt::Key_Minus, 82);
+    QCOMPARE(released.count(), 0);
+}
+
+void TestPresenterKeys::escapeClosesAPopUpBeforeFullScreen()
+{
+    m_window->toggleFullScreen();
+    QVERIFY(m_window->isFullScreen());
+    for (const bool inThePopUp : {true, false}) {
+        m_window->lineHold();
+        ToolWindow *popup = m_window->currentToolWindow();
+        QVERIFY(becomesActive(popup));
+        if (!inThePopUp) {
+            m_window->activateWindow();
+            QVERIFY(becomesActive(m_window.get()));
+        }
+        press(Qt::Key_Escape);
+        QVERIFY(!popup->isVisible());
+        QVERIFY(m_window->isFullScreen());
+        m_window->activateWindow();
+        QVERIFY(becomesActive(m_window.get()));
+    }
+    press(Qt::Key_Escape);
+    QVERIFY(!m_window->isFullScreen());
+}
+
+void TestPresenterKeys::aPopUpKeepsItsKeysFromAnOpenText()
+{
+    QTextEdit *text = openText();
+    QVERIFY(text && text->isVisible());
+    m_window->textHold();
+    ToolWindow *popup = m_window->currentToolWindow();
+    QVERIFY(becomesActive(popup));
+    const auto focusedButton = [] {
+        return qobject_cast<ImageButton *>(QApplication::focusWidget());
+    };
+    press(Qt::Key_Tab);
+    QVERIFY(focusedButton() && focusedButton()->window() == popup);
+    // On by way of the boxes to the first colour.
+    for (int i = 0; i < 10 && !(focusedButton() && focusedButton()->isCheckable()); ++i)
+        press(Qt::Key_Tab);
+    ImageButton *first = focusedButton();
+    QVERIFY(first && first->isCheckable());
+    press(Qt::Key_Tab);
+    ImageButton *second = focusedButton();
+    QVERIFY(second && second != first && !second->isChecked());
+    press(Qt::Key_Return);
+    QVERIFY(second->isChecked());
+    first->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    QVERIFY(first->isChecked());
+    QVERIFY(text->isVisible());
+    QVERIFY(text->toPlainText().isEmpty());
+
+    press(Qt::Key_Escape);
+    QVERIFY(!popup->isVisible());
+    QVERIFY(text->isVisible());
+}
+
+QTEST_MAIN(TestPresenterKeys)
+#include "tst_presenter_keys.moc"

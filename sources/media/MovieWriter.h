@@ -11,15 +11,20 @@
 /// Writes one QuickTime movie: H.264 pictures and mono AAC sound at 44.1 kHz, both stamped in
 /// microseconds of one clock.
 ///
-/// The file stays a valid movie at every moment from the first second on, so that a kill, a power
-/// cut or a full disk costs its last second at most. The append calls copy and never wait for the
-/// encoder or the disk. start..(), append..() and finish() are serialised by the caller; status()
-/// and the counters belong to any thread. The failure handler runs on a thread of the writer.
+/// The file stays a valid movie at every moment from the first second on, also while it is being
+/// finished, so that a kill, a power cut or a full disk costs its last second at most. It holds no
+/// more than its pictures, its sound and their index once it is finished, and may be of any length.
+///
+/// File and encoder are opened on a thread of the writer. What is appended before they are there is
+/// kept: all of the sound, and the first pictures and then two a second, so the movie begins when
+/// the session does. The append calls copy and never wait for the encoder or the disk. start..(),
+/// append..() and finish() are serialised by the caller; status() and the counters belong to any
+/// thread. The failure handler runs on a thread of the writer, or in appendSound().
 class MovieWriter
 {
 public:
     enum class Status {
-        Waiting,  ///< the file is open, no session yet
+        Waiting,  ///< no session yet
         Writing,  ///< between startSession() and finish()
         Finished, ///< after finish()
         Failed    ///< nothing is taken any more; what is written stays playable
@@ -35,13 +40,10 @@ public:
         QSize pictureSize;
         /// Names of the encoders to try in this order; empty for the best that this machine has.
         QStringList encoders = {};
-        /// The movie's file has room for the index of so much and no more; ten seconds before, the
-        /// movie is completed and the failure handler called.
-        int longestSeconds = 4 * 3600;
     };
 
-    /// Opens the file. A failure is reported through the handler, before the return or after it,
-    /// and leaves a writer with the status Failed.
+    /// Returns at once. A file that cannot be opened, like any other failure, is reported through
+    /// the handler, before the return or after it, and leaves a writer with the status Failed.
     static std::unique_ptr<MovieWriter> create(const Settings &settings, FailureHandler failed);
     /// Finishes.
     virtual ~MovieWriter() = default;
@@ -52,14 +54,14 @@ public:
     virtual void startSession(qint64 timeUs) = 0;
 
     /// Packed rows of red, green, blue bytes in the size of the settings, top row first. Left out
-    /// and counted when the encoder is four pictures behind.
+    /// and counted when the encoder is four pictures behind or not there yet.
     virtual void appendPicture(const std::uint8_t *rgb, qint64 presentationUs) = 0;
 
     /// One channel at 44100 samples a second. Holes are filled with silence.
     virtual void appendSound(const std::int16_t *samples, int count, qint64 presentationUs) = 0;
 
-    /// Completes the file, within ten seconds at most; a disk that does not answer is left to a
-    /// thread behind. A movie without any picture is removed.
+    /// Completes the file, within ten seconds at most; a disk or an encoder that does not answer is
+    /// left to a thread behind. A movie without any picture is removed.
     virtual void finish() = 0;
 
     /// Whether a picture has been taken into the movie.

@@ -369,10 +369,6 @@
         <translation>Die Aufnahme wurde beendet, weil der Zielordner nicht mehr vorhanden ist.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the maximum length of a movie.</source>
-        <translation>Die Aufnahme wurde beendet, weil die maximale Videolänge erreicht ist.</translation>
-    </message>
-    <message>
         <source>The recording was stopped because the disk is full.</source>
         <translation>Die Aufnahme wurde beendet, weil der Datenträger voll ist.</translation>
     </message>

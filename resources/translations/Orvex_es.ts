@@ -369,10 +369,6 @@
         <translation>La grabación se ha detenido porque su carpeta ya no existe.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the maximum length of a movie.</source>
-        <translation>La grabación se ha detenido porque ha alcanzado la duración máxima de un vídeo.</translation>
-    </message>
-    <message>
         <source>The recording was stopped because the disk is full.</source>
         <translation>La grabación se ha detenido porque el disco está lleno.</translation>
     </message>

@@ -369,10 +369,6 @@
         <translation>L’enregistrement a été arrêté, car son dossier n’existe plus.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the maximum length of a movie.</source>
-        <translation>L’enregistrement a été arrêté, car il a atteint la durée maximale d’une vidéo.</translation>
-    </message>
-    <message>
         <source>The recording was stopped because the disk is full.</source>
         <translation>L’enregistrement a été arrêté, car le disque est plein.</translation>
     </message>

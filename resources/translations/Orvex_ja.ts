@@ -369,10 +369,6 @@
         <translation>保存先のフォルダーがなくなったため、録画を停止しました。</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the maximum length of a movie.</source>
-        <translation>録画できる最長時間に達したため、録画を停止しました。</translation>
-    </message>
-    <message>
         <source>The recording was stopped because the disk is full.</source>
         <translation>ディスクがいっぱいになったため、録画を停止しました。</translation>
     </message>

@@ -369,10 +369,6 @@
         <translation>Запись остановлена, так как папка для записи больше не существует.</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the maximum length of a movie.</source>
-        <translation>Запись остановлена, так как достигнута максимальная длительность видео.</translation>
-    </message>
-    <message>
         <source>The recording was stopped because the disk is full.</source>
         <translation>Запись остановлена, так как диск заполнен.</translation>
     </message>

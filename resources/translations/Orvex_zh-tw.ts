@@ -369,10 +369,6 @@
         <translation>錄影資料夾已不存在，錄影已停止。</translation>
     </message>
     <message>
-        <source>The recording was stopped because it reached the maximum length of a movie.</source>
-        <translation>已達到影片的長度上限，錄影已停止。</translation>
-    </message>
-    <message>
         <source>The recording was stopped because the disk is full.</source>
         <translation>磁碟已滿，錄影已停止。</translation>
     </message>

@@ -64,8 +64,9 @@ MovieTrack trackOf(GstSample *sample, bool sound)
 /// Encoders may shift their stamps, and tell by how much in the segment.
 qint64 timeOf(GstSample *sample, std::uint32_t scale)
 {
-    const guint64 time = gst_segment_to_running_time(
-        gst_sample_get_segment(sample), GST_FORMAT_TIME, GST_BUFFER_PTS(gst_sample_get_buffer(sample)));
+    const guint64 time =
+        gst_segment_to_running_time(gst_sample_get_segment(sample), GST_FORMAT_TIME,
+                                    GST_BUFFER_PTS(gst_sample_get_buffer(sample)));
     return GST_CLOCK_TIME_IS_VALID(time)
                ? static_cast<qint64>(gst_util_uint64_scale_round(time, scale, GST_SECOND))
                : 0;
@@ -80,7 +81,7 @@ void append(QuickTimeFile::Chunk &chunk, GstSample *sample, bool sound)
     const std::uint32_t scale =
         sound ? std::uint32_t{SoundCapture::SAMPLE_RATE} : PICTURE_TIME_SCALE;
     chunk.samples.append(MovieSample{timeOf(sample, scale), static_cast<std::uint32_t>(map.size),
-                          !GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_DELTA_UNIT)});
+                                     !GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_DELTA_UNIT)});
     chunk.bytes.append(reinterpret_cast<const char *>(map.data), static_cast<int>(map.size));
     gst_buffer_unmap(buffer, &map);
 }

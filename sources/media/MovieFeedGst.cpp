@@ -61,18 +61,18 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
     gst_app_src_set_caps(pictures, caps);
     setUpPool(caps);
     gst_caps_unref(caps);
-    caps = gst_caps_from_string("audio/x-raw,format=S16LE,rate=44100,channels=1,layout=interleaved");
+    caps =
+        gst_caps_from_string("audio/x-raw,format=S16LE,rate=44100,channels=1,layout=interleaved");
     gst_app_src_set_caps(sound, caps);
     gst_caps_unref(caps);
 
     for (Picture &kept : m_keptPictures) {
         auto *planes = new std::vector<std::uint8_t>(std::move(kept.planes));
-        pushPicture(gst_buffer_new_wrapped_full(
-                        static_cast<GstMemoryFlags>(0), planes->data(), m_bytes, 0, m_bytes, planes,
-                        [](gpointer data) {
-                            delete static_cast<std::vector<std::uint8_t> *>(data);
-                        }),
-                    kept.positionUs);
+        pushPicture(
+            gst_buffer_new_wrapped_full(
+                static_cast<GstMemoryFlags>(0), planes->data(), m_bytes, 0, m_bytes, planes,
+                [](gpointer data) { delete static_cast<std::vector<std::uint8_t> *>(data); }),
+            kept.positionUs);
     }
     // The next pictures are not to be left out because these came all at once.
     m_mayWait = std::max(PICTURES_WAITING, guint64{m_keptPictures.size()} + 1);

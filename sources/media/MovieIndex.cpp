@@ -9,8 +9,6 @@ namespace
 
 /// Units a second of the whole movie's times.
 constexpr std::uint32_t MOVIE_SCALE = 90000;
-/// More than the entries that a minute adds to a table, which is 44100 / 1024 a second at most.
-constexpr int ENTRIES_A_MINUTE = 60 * 44;
 
 } // namespace
 
@@ -42,14 +40,9 @@ MovieIndex::Counts MovieIndex::counts() const
 
 MovieIndex::Counts MovieIndex::roomToGrow() const
 {
-    Counts room = counts();
-    for (size_t n = 0; n < room.size(); ++n) {
-        // A track that is empty is not written, so there is nothing to give room to.
-        if (m_tracks[n].isEmpty())
-            continue;
-        for (int &entries : room[n])
-            entries += std::max(ENTRIES_A_MINUTE, entries / 4);
-    }
+    Counts room;
+    for (const MovieTrack &track : m_tracks)
+        room.push_back(track.roomToGrow());
     return room;
 }
 

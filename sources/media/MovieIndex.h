@@ -17,7 +17,7 @@ public:
     [[nodiscard]] bool hasPictures() const;
     /// The entries in each table of each track.
     [[nodiscard]] Counts counts() const;
-    /// Room for about a minute more, or a quarter more where that is more.
+    /// See MovieTrack::roomToGrow.
     [[nodiscard]] Counts roomToGrow() const;
     [[nodiscard]] bool fits(const Counts &room) const;
 

@@ -97,8 +97,7 @@ bool MovieJob::open()
     if (m_abandoned)
         return false;
     if (!m_encoding.start(encoder, [this] { wake(); })) {
-        fail(text(QT_TRANSLATE_NOOP("MovieWriter",
-                                    "A component for writing movies is missing.")));
+        fail(text(QT_TRANSLATE_NOOP("MovieWriter", "A component for writing movies is missing.")));
         return false;
     }
     feed.connect(m_encoding.pictures(), m_encoding.sound());

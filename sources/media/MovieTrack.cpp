@@ -98,6 +98,20 @@ MovieTrack::Counts MovieTrack::counts() const
     return counts;
 }
 
+MovieTrack::Counts MovieTrack::roomToGrow() const
+{
+    // Sound has 44100 / 1024 packets a second, a camera not as many pictures; a file is appended to
+    // about twice a second.
+    constexpr int SAMPLES_A_MINUTE = 60 * 44;
+    constexpr int CHUNKS_A_MINUTE = 60 * 4;
+    Counts room = counts();
+    for (size_t n = 0; n < TABLES && !isEmpty(); ++n) {
+        const bool ofChunks = n == Chunks || n == Offsets;
+        room[n] += std::max(ofChunks ? CHUNKS_A_MINUTE : SAMPLES_A_MINUTE, room[n] / 4);
+    }
+    return room;
+}
+
 qint64 MovieTrack::end(std::uint32_t scale) const
 {
     return isEmpty() ? 0 : scaled(m_lastTime + m_lastDuration, scale);

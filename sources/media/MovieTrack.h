@@ -41,12 +41,17 @@ public:
     /// The entries in each table.
     [[nodiscard]] Counts counts() const;
 
+    /// Room for about a minute more, or a quarter more where that is more. A track that is empty is
+    /// not written and gets none.
+    [[nodiscard]] Counts roomToGrow() const;
+
     /// From the start of the movie to the end of the last sample, in units of `scale` a second.
     [[nodiscard]] qint64 end(std::uint32_t scale) const;
 
     /// The atom "trak". `written`: entries of each table that the file holds at this very place;
     /// they are left out. `room`: the entries that each table gets room for, at least as many as
-    /// there are; nullptr for no more than needed. The size of the atom follows from the room alone.
+    /// there are; nullptr for no more than needed. The size of the atom follows from the room
+    /// alone.
     void write(AtomWriter &out, int id, std::uint32_t movieScale, const Counts &written,
                const Counts *room) const;
 
@@ -81,9 +86,6 @@ private:
     /// The last sample is taken to last as long as the one before.
     std::uint32_t m_lastDuration;
 
-    std::array<Table, TABLES> m_tables{{{"stts", 8, {}},
-                                        {"stss", 4, {}},
-                                        {"stsc", 12, {}},
-                                        {"stsz", 4, {}},
-                                        {"co64", 8, {}}}};
+    std::array<Table, TABLES> m_tables{
+        {{"stts", 8, {}}, {"stss", 4, {}}, {"stsc", 12, {}}, {"stsz", 4, {}}, {"co64", 8, {}}}};
 };

@@ -17,8 +17,16 @@ constexpr qint64 MEDIA_OFFSET = 32;
 constexpr qint64 ALIGNMENT = 4096;
 /// Room for samples before new places; at least so many times the index, so that new places cost
 /// a fraction of what the samples do.
-constexpr qint64 LEAST_GAP = 4 << 20;
+constexpr qint64 LEAST_GAP = 1 << 20;
 constexpr qint64 GAP_OF_INDEX = 8;
+
+/// Makes an atom of whatever follows, up to the end of the file: it is there until it is cut off,
+/// or while new places are being made.
+void putRest(AtomWriter &out)
+{
+    out.put32(0);
+    out.put("mdat");
+}
 
 } // namespace
 
@@ -60,10 +68,7 @@ bool QuickTimeFile::finish()
         return false;
     AtomWriter out(m_samplesEnd);
     m_index.write(out, {}, nullptr);
-    // What is behind the index until it is cut off is an atom too.
-    out.begin("free");
-    out.leaveOut(m_places.end - out.offset());
-    out.end();
+    putRest(out);
     return writePieces(out) && m_disk.sync() && leadTo(m_samplesEnd) && m_disk.resize(end) &&
            m_disk.sync();
 }
@@ -98,7 +103,7 @@ bool QuickTimeFile::makePlaces(qint64 samplesEnd)
     places.offset = (behind + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
     places.place[0].offset = places.offset + HEADER;
     places.place[1].offset = places.place[0].offset + size + HEADER;
-    places.end = places.place[1].offset + size;
+    places.end = places.place[1].offset + size + HEADER;
     if (!writePlaces(places) || !m_disk.sync()) {
         // Nothing leads there; should this fail too, the file is only longer than it need be.
         (void)m_disk.resize(m_places.end);
@@ -120,6 +125,7 @@ bool QuickTimeFile::writePlaces(Places &places)
     out.begin("free"); // hides the second place
     out.leaveOut(size);
     out.end();
+    putRest(out);
     return m_disk.resize(places.end) && writePieces(out) && writeIndex(places, 0);
 }
 

@@ -11,14 +11,15 @@ class MovieDisk;
 /// Writes a QuickTime movie so that the file is one at every moment, whichever write is the last
 /// that reaches the disk.
 ///
-///     ftyp | mdat: the samples, then room for more | either of two places for the index
+///     ftyp | mdat: the samples, then room for more | either of two places for the index | mdat
 ///
 /// New samples are written behind the others, and the index that names them into the place that is
 /// not in use; when both are on the disk, four bytes in front of the places make the other one
 /// valid. A place holds room for about a minute, so that a commit writes what has been added alone,
 /// however long the movie is. When the samples come near the places or a place is full, two new
-/// ones are made further on, and the size of "mdat" leads to them. At the end the index is written
-/// right behind the samples, "mdat" is made to lead to it, and the rest is cut off.
+/// ones are made further on, and the size of "mdat" leads to them; the last "mdat" is empty, or
+/// what is not valid yet. At the end the index is written right behind the samples, "mdat" is made
+/// to lead to it, and the rest is cut off.
 ///
 /// One thread at a time.
 class QuickTimeFile

@@ -52,6 +52,17 @@ QString MovieFile::complaints() const
     return QString::fromUtf8(text);
 }
 
+qint64 MovieFile::contentBytes() const
+{
+    qint64 bytes = 0;
+    const QList<QByteArray> sizes =
+        read("ffprobe", {"-show_entries", "packet=size", "-of", "default=nw=1:nk=1", m_fileName})
+            .split('\n');
+    for (const QByteArray &size : sizes)
+        bytes += size.toLongLong();
+    return bytes;
+}
+
 double MovieFile::duration() const
 {
     return description()["format"].toObject()["duration"].toString().toDouble();

@@ -14,6 +14,8 @@ public:
     /// What the readers complained about while they read all of it; empty for a sound movie.
     QString complaints() const;
 
+    /// The bytes of all pictures and all sound.
+    qint64 contentBytes() const;
     /// Seconds; 0 when it cannot be read.
     double duration() const;
     QString container() const;

@@ -151,6 +151,7 @@ int record(const Options &options)
         if (n % 30 == 0)
             say(QString("second %1 resident %2 kB").arg(second).arg(residentKb()));
     }
+    say("finishing");
     recorder.finish();
     if (time(nullptr) < startDate)
         say("date stepped");

@@ -49,6 +49,23 @@ private slots:
         expectMovieUpTo(seconds - LAST_SECOND);
     }
 
+    void aKillWhileTheMovieIsBeingFinishedLeavesAMovie_data()
+    {
+        QTest::addColumn<int>("milliseconds");
+        for (int n = 0; n < 4; ++n)
+            QTest::addRow("%d", n) << QRandomGenerator::global()->bounded(60);
+    }
+
+    void aKillWhileTheMovieIsBeingFinishedLeavesAMovie()
+    {
+        QFETCH(int, milliseconds);
+        RecordProbe probe({"--seconds", "3", m_file});
+        QVERIFY(probe.waitFor("finishing"));
+        QTest::qWait(milliseconds); // so that the kills meet different moments
+        probe.kill();
+        expectMovieUpTo(3 - 2 * LAST_SECOND);
+    }
+
     void aPowerCutCostsTheLastSecondAtMost_data()
     {
         QTest::addColumn<double>("seconds");
@@ -86,9 +103,8 @@ private slots:
 
     void aFileThatMayGrowNoFurtherStopsTheRecordingAndKeepsTheMovie()
     {
-        // The index's room is 32 MB of it.
         RecordProbe probe(
-            {"--size", "1280x720", "--seconds", "60", "--file-limit", "33000000", m_file});
+            {"--size", "1280x720", "--seconds", "60", "--file-limit", "2000000", m_file});
         QVERIFY(probe.waitForEnd());
         QCOMPARE(probe.failure(),
                  QString("The recording was stopped because the movie file cannot be written."));

@@ -1,3 +1,4 @@
+#include "HeldEncoder.h"
 #include "MovieFile.h"
 #include "SyntheticPictures.h"
 
@@ -29,11 +30,10 @@ public:
     explicit Movie(const QString &fileName, QSize size = SMALL,
                    const QStringList &encoders = {"x264enc"})
         : m_pictures(size)
-        , writer(MovieWriter::create({fileName, size, encoders},
-                                     [this](const QString &sentence) {
-                                         const std::lock_guard<std::mutex> lock(m_mutex);
-                                         m_failures << sentence;
-                                     }))
+        , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_failures << sentence;
+        }))
     {
         writer->startSession(START_US);
     }
@@ -179,6 +179,59 @@ private slots:
         movie.writer->finish();
     }
 
+    void whatComesBeforeTheEncoderIsThereIsInTheMovie()
+    {
+        constexpr int held = 60;
+        constexpr int last = 90;
+        HeldEncoder::install();
+        const QString file = m_folder.filePath("held.mov");
+        // Would never return if it waited for the encoder.
+        Movie movie(file, SMALL, {"heldencoder", "x264enc"});
+        QVERIFY(HeldEncoder::waitUntilTried());
+        for (int n = 0; n < held; ++n) {
+            movie.appendSound(n);
+            movie.appendPicture(n);
+        }
+        QTest::ignoreMessage(QtDebugMsg,
+                             "The movie encoder heldencoder is there but does not work.");
+        HeldEncoder::release();
+        for (int n = held; n < last; ++n)
+            movie.append(n);
+        movie.writer->finish();
+        QCOMPARE(movie.failures(), QStringList());
+
+        const MovieFile read(file);
+        QCOMPARE(read.complaints(), QString());
+        const auto pictures = read.pictures();
+        // The beginning as it was, then something of every half second, then all of the rest.
+        for (int n = 0; n < 8; ++n)
+            QCOMPARE(pictures[n].number, n);
+        for (int n = 1; n < pictures.size(); ++n) {
+            QVERIFY(std::abs(pictures[n].seconds - pictures[n].number / 30.0) < 0.001);
+            QVERIFY2(pictures[n].seconds - pictures[n - 1].seconds < 0.55,
+                     qPrintable(QString::number(pictures[n].seconds)));
+        }
+        QCOMPARE(pictures.last().number, last - 1);
+        const MovieFile::Sound sound = read.sound();
+        QVERIFY(std::abs(sound.samples.size() - last * 1470) < 2048);
+        QVERIFY(std::all_of(sound.samples.begin() + 4096, sound.samples.end() - 4096,
+                            [](qint16 s) { return std::abs(s - 1000) < 300; }));
+    }
+
+    void aFinishedMovieHoldsNoReserve()
+    {
+        const QString file = m_folder.filePath("clip.mov");
+        Movie movie(file);
+        for (int n = 0; n < 150; ++n)
+            movie.append(n);
+        movie.writer->finish();
+        const qint64 content = MovieFile(file).contentBytes();
+        const qint64 size = QFileInfo(file).size();
+        QVERIFY(content > 10000);
+        QVERIFY2(size - content < std::max<qint64>(65536, content / 100),
+                 qPrintable(QString("%1 of %2").arg(size).arg(content)));
+    }
+
     void hardwareIsPreferred()
     {
         const QStringList names = MovieEncoders::names();
@@ -258,7 +311,7 @@ private slots:
         const QString file = m_folder.filePath("empty.mov");
         {
             Movie movie(file);
-            QVERIFY(QFile::exists(file));
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), PATIENCE_MS);
         }
         QVERIFY(!QFile::exists(file));
         {

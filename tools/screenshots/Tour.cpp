@@ -241,9 +241,8 @@ void Tour::takeBoxes()
     // As the window says that a recording has ended by itself.
     QMessageBox::critical(
         m_window, MainWindow::tr("Error"),
-        QCoreApplication::translate(
-            "MovieWriter",
-            "The recording was stopped because it reached the maximum length of a movie."));
+        QCoreApplication::translate("MovieWriter",
+                                    "The recording was stopped because the disk is full."));
     enter(ModeRules::Film);
     enter(ModeRules::Live);
 }

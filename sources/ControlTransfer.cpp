@@ -3,6 +3,7 @@
 #include <libusb.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -85,6 +86,7 @@ struct ControlTransfer::Pending {
     static void LIBUSB_CALL ended(libusb_transfer *transfer)
     {
         auto *pending = static_cast<Pending *>(transfer->user_data);
+        (void)pending->prepared.load(std::memory_order_acquire);
         const std::shared_ptr<Pending> last = std::move(pending->self);
         const std::lock_guard<std::mutex> lock(last->shared->mutex);
         last->completed = true;
@@ -97,6 +99,8 @@ struct ControlTransfer::Pending {
     bool completed = false;
     /// Keeps it alive for the library.
     std::shared_ptr<Pending> self;
+    /// Hands the members over to the library's thread.
+    std::atomic<bool> prepared{false};
 };
 
 ControlTransfer::ControlTransfer()
@@ -122,6 +126,7 @@ int ControlTransfer::run(libusb_device_handle *handle, std::uint8_t unit, Contro
     libusb_fill_control_transfer(pending->transfer, handle, pending->buffer.data(), &Pending::ended,
                                  pending.get(), 0);
     pending->self = pending;
+    pending->prepared.store(true, std::memory_order_release);
     const int submitted = libusb_submit_transfer(pending->transfer);
     if (submitted < 0) {
         pending->self.reset();

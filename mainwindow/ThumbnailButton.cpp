@@ -32,9 +32,11 @@ void ThumbnailButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), QBrush(Qt::black, Qt::SolidPattern));
-    if (m_hasImage)
-        painter.drawImage((width() - m_image.width()) / 2, (height() - m_image.height()) / 2,
-                          m_image);
+    if (m_hasImage) {
+        // An image for a sharp screen has more pixels than its place in the layout.
+        const QSize size = m_image.size() / m_image.devicePixelRatioF();
+        painter.drawImage((width() - size.width()) / 2, (height() - size.height()) / 2, m_image);
+    }
 
     Qt::GlobalColor frame = Qt::gray;
     if (isDown() || isChecked())

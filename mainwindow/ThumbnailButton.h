@@ -13,7 +13,10 @@ class ThumbnailButton : public TabFocusButton
 public:
     explicit ThumbnailButton(QWidget *parent);
 
+    /// Stands in the middle, at the size that its device pixel ratio says; null leaves it black.
     void setImage(const QImage &image);
+    [[nodiscard]] bool hasImage() const { return m_hasImage; }
+    [[nodiscard]] QImage image() const { return m_image; }
 
 protected:
     void enterEvent(QEvent *event) override;

@@ -1,58 +1,72 @@
 #include "ThumbnailLoader.h"
 
 #include "ThumbnailLayout.h"
-#include "ThumbnailWidget.h"
 #include "sources/PictureReader.h"
+#include "sources/media/DetachedThreads.h"
 
-ThumbnailLoader::ThumbnailLoader(ThumbnailWidget *widget)
-    : QThread(widget)
-    , m_idle(0)
+namespace
 {
-    m_idle.release();
+
+/// With its characters in a memory of its own: Qt's own counting of references is invisible to the
+/// thread sanitizer.
+QStringList unshared(const QStringList &texts)
+{
+    QStringList copies;
+    copies.reserve(texts.size());
+    for (const QString &text : texts)
+        copies.append(QString(text.constData(), text.size()));
+    return copies;
+}
+
+} // namespace
+
+ThumbnailLoader::ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
+                                 QObject *parent)
+    : QThread(parent)
+    , m_fileNames(unshared(fileNames))
+    , m_pixelRatio(pixelRatio)
+    , m_generation(generation)
+{
     setObjectName("ThumbnailLoader");
 }
 
 ThumbnailLoader::~ThumbnailLoader()
 {
-    stop();
-}
-
-void ThumbnailLoader::setFileNames(const QStringList &fileNames)
-{
-    m_fileNames = fileNames;
-    m_fileNames.detach();
+    // The exchange is for the thread sanitizer, which does not see Qt's own means of waiting.
+    m_stop.exchange(true);
+    wait();
+    m_stop.exchange(true);
 }
 
 void ThumbnailLoader::start(QThread::Priority priority)
 {
-    if (m_pending)
-        return;
-    m_idle.acquire();
-    m_pending = true;
-    ++m_generation;
     QThread::start(priority);
 }
 
 void ThumbnailLoader::stop()
 {
-    if (!m_pending)
-        return;
     m_stop.exchange(true);
-    // The run gives the token back before its thread has ended, and a thread that has not ended
-    // would swallow the next start: hence both.
-    m_idle.acquire();
-    wait();
-    m_idle.release();
-    m_stop.exchange(false);
-    m_pending = false;
+}
+
+void ThumbnailLoader::retire(ThumbnailLoader *loader)
+{
+    loader->stop();
+    loader->disconnect();
+    loader->setParent(nullptr);
+    connect(loader, &QThread::finished, loader, &QObject::deleteLater);
+    // Then that signal has gone by, or never comes.
+    if (!loader->isRunning())
+        loader->deleteLater();
 }
 
 void ThumbnailLoader::run()
 {
-    const QSize bounds(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
-    for (int i = 0; i < m_fileNames.size() && !m_stop; ++i)
-        emit thumbnailLoaded(m_generation, i, PictureReader::readFitted(m_fileNames.at(i), bounds));
-    // Both threads meet in the flag too: the thread sanitizer knows it, but not Qt's own means.
+    const DetachedThreads::Running detached;
+    const QSize place(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
+    for (int i = 0; i < m_fileNames.size() && !m_stop; ++i) {
+        QImage image = PictureReader::readFitted(m_fileNames.at(i), place * m_pixelRatio);
+        image.setDevicePixelRatio(m_pixelRatio);
+        emit thumbnailLoaded(m_generation, i, image);
+    }
     m_stop.exchange(true);
-    m_idle.release();
 }

@@ -1,34 +1,35 @@
 #pragma once
 
 #include <QImage>
-#include <QSemaphore>
 #include <QStringList>
 #include <QThread>
 
 #include <atomic>
 
-class ThumbnailWidget;
-
-/// The thread that reads the pictures of the strip, from left to right, one run for each folder.
+/// The thread that reads the pictures of the strip, from left to right. One loader reads one folder
+/// once; the next folder gets a loader of its own, so that nobody waits for a slow disk.
 ///
-/// A run works on its own copy of the file names and posts its results with the run's number; it
-/// touches no widget. All public functions belong to the GUI thread.
+/// It works on its own copy of the file names and posts its results with its number; it touches no
+/// widget. All public functions belong to the GUI thread.
 class ThumbnailLoader : public QThread
 {
     Q_OBJECT
 
 public:
-    explicit ThumbnailLoader(ThumbnailWidget *widget);
+    /// `generation` counts the folders, so that the results of an older one are told apart. A
+    /// thumbnail has `pixelRatio` squared times as many pixels as its place in the layout.
+    ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
+                    QObject *parent);
+    /// The thread has ended by then; an owner that may not wait for that calls retire().
     ~ThumbnailLoader() override;
 
-    /// What the next run reads. Only between stop() and start().
-    void setFileNames(const QStringList &fileNames);
-    /// Starts a run; a no-op while one is pending.
-    void start(QThread::Priority priority);
-    /// Ends a pending run and waits until its thread has ended, one picture's decoding at most.
-    void stop();
-    /// The number of the newest run, counted from 1.
     [[nodiscard]] int generation() const { return m_generation; }
+    void start(QThread::Priority priority);
+    /// Ends the run after the picture that is being read. Does not wait.
+    void stop();
+    /// Gives up a loader: it has no parent any more, ends its run, tells nobody and deletes itself
+    /// when its thread has ended, which nobody waits for.
+    static void retire(ThumbnailLoader *loader);
 
 signals:
     /// Sent by the worker thread; a picture that cannot be read is null.
@@ -39,10 +40,7 @@ protected:
 
 private:
     std::atomic<bool> m_stop{false};
-    /// Holds its one token while no run is in progress.
-    QSemaphore m_idle;
-    bool m_pending = false;
-    /// Written only while no run is in progress.
-    QStringList m_fileNames;
-    int m_generation = 0;
+    const QStringList m_fileNames;
+    const qreal m_pixelRatio;
+    const int m_generation;
 };

@@ -18,13 +18,10 @@ ThumbnailWidget::ThumbnailWidget(PhotographSource *source, HorizontalSlider *sli
     : ImageWidget(SkinImages::load(":/icons/Background/THUMBNIL_BAR.png"), parent)
     , m_source(source)
     , m_slider(slider)
-    , m_loader(new ThumbnailLoader(this))
 {
     // A press beside a button is not a stroke on the photograph below.
     setAttribute(Qt::WA_NoMousePropagation);
     m_group.setExclusive(true);
-    connect(m_loader, &ThumbnailLoader::thumbnailLoaded, this, &ThumbnailWidget::thumbnailLoaded,
-            Qt::QueuedConnection);
     refresh();
     connect(m_source, SIGNAL(photographChanged(int)), this, SLOT(photographChanged(int)));
     connect(m_slider, SIGNAL(valueChanged(int)), this, SLOT(viewChanged(int)));
@@ -32,12 +29,17 @@ ThumbnailWidget::ThumbnailWidget(PhotographSource *source, HorizontalSlider *sli
 
 ThumbnailWidget::~ThumbnailWidget()
 {
+    // One picture's reading, if the disk answers.
+    constexpr unsigned long ENOUGH_MS = 300;
     m_loader->stop();
+    m_loader->wait(ENOUGH_MS);
+    ThumbnailLoader::retire(m_loader);
 }
 
 void ThumbnailWidget::refresh()
 {
-    m_loader->stop();
+    if (m_loader)
+        m_loader->stop();
     removeButtons();
     m_fileNames = m_source->fileNameList();
     const auto view = ThumbnailLayout::filled(width(), m_fileNames.size());
@@ -46,8 +48,9 @@ void ThumbnailWidget::refresh()
     createButtons();
     setThumbnailButtons();
     m_slider->setRange(0, std::max(m_fileNames.size() - m_visibleCount, 0));
-    m_loader->setFileNames(m_fileNames);
-    m_loader->start(QThread::InheritPriority);
+    // The slider itself keeps a value that the new range does not have.
+    m_slider->setValue(m_firstVisible);
+    startLoading();
 }
 
 void ThumbnailWidget::setThumbnailButtons()
@@ -55,11 +58,10 @@ void ThumbnailWidget::setThumbnailButtons()
     for (ThumbnailButton *button : qAsConst(m_shown))
         button->hide();
     m_shown.clear();
-    if (m_visibleCount < 1)
-        return;
-
     m_firstVisible =
         ThumbnailLayout::clampedFirst(m_firstVisible, m_visibleCount, m_buttons.size());
+    if (m_visibleCount < 1)
+        return;
     m_shown = m_buttons.mid(m_firstVisible, m_visibleCount);
     for (int i = 0; i < m_shown.size(); ++i) {
         m_shown[i]->move(m_leftOffset + i * ThumbnailLayout::PITCH, ThumbnailLayout::TOP);
@@ -103,6 +105,16 @@ void ThumbnailWidget::resizeEvent(QResizeEvent *event)
     setThumbnailButtons();
 }
 
+bool ThumbnailWidget::event(QEvent *event)
+{
+    // The widget has no window of its own until it is shown, and learns of its screen then.
+    const bool otherScreen =
+        event->type() == QEvent::ScreenChangeInternal || event->type() == QEvent::Show;
+    if (otherScreen && m_loadedRatio != devicePixelRatioF())
+        startLoading();
+    return ImageWidget::event(event);
+}
+
 void ThumbnailWidget::viewChanged(int first)
 {
     scrollTo(first);
@@ -140,6 +152,18 @@ void ThumbnailWidget::createButtons()
         // The id that the group would search for among all its others.
         m_group.addButton(button, -2 - i);
     }
+}
+
+void ThumbnailWidget::startLoading()
+{
+    const int generation = m_loader ? m_loader->generation() + 1 : 1;
+    if (m_loader)
+        ThumbnailLoader::retire(m_loader);
+    m_loadedRatio = devicePixelRatioF();
+    m_loader = new ThumbnailLoader(generation, m_fileNames, m_loadedRatio, this);
+    connect(m_loader, &ThumbnailLoader::thumbnailLoaded, this, &ThumbnailWidget::thumbnailLoaded,
+            Qt::QueuedConnection);
+    m_loader->start(QThread::InheritPriority);
 }
 
 void ThumbnailWidget::scrollTo(int first)

@@ -22,6 +22,7 @@ public:
     ~ThumbnailWidget() override;
 
     /// Builds the buttons anew from the source's current folder and starts loading their pictures.
+    /// Waits for no picture of the folder before.
     void refresh();
     /// Shows the visible stretch of buttons and hides the others.
     void setThumbnailButtons();
@@ -35,6 +36,8 @@ public slots:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    /// A screen with another number of pixels needs other thumbnails.
+    bool event(QEvent *event) override;
 
 private slots:
     void viewChanged(int first);
@@ -43,6 +46,7 @@ private slots:
 private:
     void removeButtons();
     void createButtons();
+    void startLoading();
     void scrollTo(int first);
 
     PhotographSource *m_source;
@@ -50,7 +54,9 @@ private:
     int m_visibleCount = 0;
     int m_firstVisible = 0;
     int m_leftOffset = 0;
-    ThumbnailLoader *m_loader;
+    /// Of the open folder, its child; null before the first.
+    ThumbnailLoader *m_loader = nullptr;
+    qreal m_loadedRatio = 0;
     QButtonGroup m_group;
     QList<ThumbnailButton *> m_buttons;
     /// The buttons on show, a stretch of m_buttons.

@@ -2,6 +2,7 @@
 
 #include "ReducedJpeg.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QImageReader>
 #include <QTransform>
@@ -52,44 +53,49 @@ qint64 decodedBytes(const QImageReader &reader)
 }
 
 /// A PNG file that comes in seven passes can only be decoded whole.
-bool isInterlacedPng(const QString &path)
+bool isInterlacedPng(QIODevice &device)
 {
     constexpr int INTERLACE_METHOD = 28;
-    QFile file(path);
     char method = 0;
-    return file.open(QIODevice::ReadOnly) && file.seek(INTERLACE_METHOD) && file.getChar(&method) &&
-           method != 0;
+    const qint64 place = device.pos();
+    const bool found = device.seek(INTERLACE_METHOD) && device.getChar(&method) && method != 0;
+    device.seek(place);
+    return found;
 }
 
 /// Whether the decoder makes the picture smaller as it reads it.
-bool decodesReduced(const QImageReader &reader, const QString &path)
+bool decodesReduced(const QImageReader &reader)
 {
     return reader.format() == "jpeg" ||
            (reader.format() == "png" && reader.imageFormat() >= QImage::Format_RGB32 &&
-            !isInterlacedPng(path));
+            !isInterlacedPng(*reader.device()));
 }
 
 /// What the decoder holds besides its answer, however small that is.
-qint64 lastingBytes(const QImageReader &reader, const QString &path)
+qint64 lastingBytes(const QImageReader &reader)
 {
-    QFile file(path);
-    return reader.format() == "jpeg" && file.open(QIODevice::ReadOnly) ? jpegCoefficientBytes(file)
-                                                                       : 0;
+    if (reader.format() != "jpeg")
+        return 0;
+    QIODevice &device = *reader.device();
+    const qint64 place = device.pos();
+    device.seek(0);
+    const qint64 bytes = jpegCoefficientBytes(device);
+    device.seek(place);
+    return bytes;
 }
 
-/// A JPEG picture as it lies in the file, at that size.
-QImage readReduced(const QString &path, QSize size)
+/// A JPEG picture as it lies in the device, at that size.
+QImage readReduced(QIODevice &device, QSize size)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QImage image = readReducedJpeg(file, 2 * size, PictureReader::MAX_DECODED_BYTES);
+    device.seek(0);
+    const QImage image = readReducedJpeg(device, 2 * size, PictureReader::MAX_DECODED_BYTES);
     if (image.isNull()) {
         // What is left are printer's colours, broken files and files that hold too much.
-        file.seek(0);
-        if (jpegCoefficientBytes(file) > PictureReader::MAX_DECODED_BYTES)
+        device.seek(0);
+        if (jpegCoefficientBytes(device) > PictureReader::MAX_DECODED_BYTES)
             return {};
-        QImageReader reader(path);
+        device.seek(0);
+        QImageReader reader(&device);
         reader.setScaledSize(size);
         return reader.read();
     }
@@ -102,40 +108,68 @@ QImage fitted(const QImage &image, QSize bounds)
                           : image.scaled(bounds, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-} // namespace
-
-QImage PictureReader::read(const QString &path)
+/// The first picture of a device that stands at its start.
+QImage readWhole(QIODevice &device)
 {
-    QImageReader reader(path);
+    QImageReader reader(&device);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
     if (size.isValid()) {
-        const qint64 lasting = lastingBytes(reader, path);
-        if (lasting + decodedBytes(reader) > MAX_DECODED_BYTES) {
-            if (lasting > MAX_DECODED_BYTES || !decodesReduced(reader, path))
+        const qint64 lasting = lastingBytes(reader);
+        if (lasting + decodedBytes(reader) > PictureReader::MAX_DECODED_BYTES) {
+            if (lasting > PictureReader::MAX_DECODED_BYTES || !decodesReduced(reader))
                 return {};
             reader.setScaledSize(limited(size));
         }
     }
     const QImage image = reader.read();
-    if (pixels(image.size()) <= MAX_PIXELS)
+    if (pixels(image.size()) <= PictureReader::MAX_PIXELS)
         return image;
     return image.scaled(limited(image.size()), Qt::IgnoreAspectRatio, Qt::FastTransformation);
 }
 
+/// The file's bytes; none when it cannot be read or is too large to be decoded from memory.
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > PictureReader::MAX_DECODED_BYTES)
+        return {};
+    return file.readAll();
+}
+
+} // namespace
+
+QImage PictureReader::read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? readWhole(file) : QImage();
+}
+
 QImage PictureReader::readFitted(const QString &path, QSize bounds)
 {
-    QImageReader reader(path);
-    const QSize size = reader.size();
+    // While the image library looks which format a picture has, nobody else can open one: it must
+    // not wait for a disk meanwhile.
+    QByteArray content = contentOf(path);
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::ReadOnly);
+    QSize size;
+    QByteArray format;
+    QImageIOHandler::Transformations turn;
+    {
+        QImageReader reader(&buffer);
+        size = reader.size();
+        format = reader.format();
+        turn = reader.transformation();
+    }
     const bool muchLarger =
         size.width() >= 2 * bounds.width() && size.height() >= 2 * bounds.height();
     // Only the JPEG decoder does less work for a smaller answer; the others are scaled as whole.
-    if (!muchLarger || reader.format() != "jpeg")
-        return fitted(read(path), bounds);
-
-    const QImageIOHandler::Transformations turn = reader.transformation();
+    if (!muchLarger || format != "jpeg") {
+        buffer.seek(0);
+        return fitted(readWhole(buffer), bounds);
+    }
     const bool swapped = sidesSwap(turn);
     const QSize target =
         atLeastOne((swapped ? size.transposed() : size).scaled(bounds, Qt::KeepAspectRatio));
-    return upright(readReduced(path, swapped ? target.transposed() : target), turn);
+    return upright(readReduced(buffer, swapped ? target.transposed() : target), turn);
 }

@@ -20,7 +20,8 @@ constexpr qint64 MAX_DECODED_BYTES = 512LL * 1024 * 1024;
 [[nodiscard]] QImage read(const QString &path);
 
 /// The picture fitted into `bounds` with its aspect ratio kept; null when it cannot be read. A
-/// JPEG file is decoded at reduced size, which costs a fraction of the whole picture.
+/// JPEG file is decoded at reduced size, which costs a fraction of the whole picture. The file is
+/// read into memory first, so that a disk that does not answer holds up this call alone.
 [[nodiscard]] QImage readFitted(const QString &path, QSize bounds);
 
 } // namespace PictureReader

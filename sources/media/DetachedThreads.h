@@ -1,0 +1,26 @@
+#pragma once
+
+#include <chrono>
+
+/// The threads that nobody joins, because what they call may never return: a sound server, a disk
+/// on the network. Any thread.
+///
+/// While one of them runs, the process must not tear down what the libraries keep, for the thread
+/// may still use it: main() asks allEnded() and otherwise ends the process without.
+namespace DetachedThreads
+{
+
+/// Held by such a thread, on its stack, for as long as it runs.
+class Running
+{
+public:
+    Running();
+    ~Running();
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+};
+
+/// Waits for them, no longer than `bound`. False when one is still running then.
+[[nodiscard]] bool allEnded(std::chrono::milliseconds bound);
+
+} // namespace DetachedThreads

@@ -78,8 +78,7 @@ void PhotographBar::enter()
     m_bar->raise();
     m_indexLabel->show();
     m_source->resumeCapture();
-    // Reading the folder anew has stopped the show, which no signal says.
-    m_buttons[SLIDESHOW]->setChecked(false);
+    showPlaying();
 }
 
 void PhotographBar::leave()
@@ -104,21 +103,21 @@ void PhotographBar::openDirectory()
         return;
     const QFileInfo info(file);
     if (info.dir().exists() && m_source->setDirectory(info.dir(), info.fileName()))
-        m_buttons[SLIDESHOW]->setChecked(false);
+        showPlaying();
 }
 
 void PhotographBar::previous()
 {
     m_popups->closeAny();
     m_source->previous();
-    m_buttons[SLIDESHOW]->setChecked(false);
+    showPlaying();
 }
 
 void PhotographBar::next()
 {
     m_popups->closeAny();
     m_source->next();
-    m_buttons[SLIDESHOW]->setChecked(false);
+    showPlaying();
 }
 
 void PhotographBar::playOrStop()
@@ -169,6 +168,11 @@ void PhotographBar::showIndex(int id)
         font.setPointSize(font.pointSize() - 1);
     m_indexLabel->setFont(font);
     m_indexLabel->setText(text);
+}
+
+void PhotographBar::showPlaying()
+{
+    m_buttons[SLIDESHOW]->setChecked(m_source->playing());
 }
 
 void PhotographBar::createBar()

@@ -58,6 +58,8 @@ public:
     void showIndex(int id);
 
 private:
+    /// The button of the slideshow tells what the source does; not every stop has a signal.
+    void showPlaying();
     void createBar();
     void createInterval();
     void createIndex();

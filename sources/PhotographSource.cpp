@@ -48,6 +48,11 @@ int PhotographSource::playInterval() const
     return m_playIntervalMs;
 }
 
+bool PhotographSource::playing() const
+{
+    return m_slideshow.isActive();
+}
+
 QStringList PhotographSource::fileNameList() const
 {
     QStringList paths;

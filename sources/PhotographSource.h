@@ -24,6 +24,8 @@ public:
     /// Milliseconds between two pictures of the slideshow, from the next play() on.
     void setPlayInterval(int ms);
     [[nodiscard]] int playInterval() const;
+    /// Whether the slideshow runs.
+    [[nodiscard]] bool playing() const;
     /// Full paths, in the order shown.
     [[nodiscard]] QStringList fileNameList() const;
 

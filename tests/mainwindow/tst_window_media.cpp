@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <memory>
+
 using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
@@ -43,6 +45,7 @@ private slots:
     void cancelledDialogsChangeNothing();
     void aVanishedFileIsIgnored();
     void slideshowButtonFollowsTheShow();
+    void theButtonStaysOnWhileAShowRunsWithoutItsFolder();
     void photographsRestWhileAnotherModeIsShown();
     void intervalPlacesReachTheSource();
     void longIndexesFitTheirLabel();
@@ -170,6 +173,28 @@ void TestWindowMedia::slideshowButtonFollowsTheShow()
     show->click();
     QTRY_COMPARE_WITH_TIMEOUT(window.currentCanvas()->currentImage().pixel(10, 10), 0xFF00FF00,
                               10000);
+}
+
+void TestWindowMedia::theButtonStaysOnWhileAShowRunsWithoutItsFolder()
+{
+    auto folder = std::make_unique<QTemporaryDir>();
+    const QString first = pictureFile(folder->path(), "a.png", 0xFFFF0000);
+    pictureFile(folder->path(), "b.png", 0xFF00FF00);
+    MainWindow window;
+    enter(window, 2);
+    chooseFile(&window, first);
+    button(window, "Open folder of photographs")->click();
+    ImageButton *show = button(window, "Slideshow");
+    const auto *source = window.findChild<PhotographSource *>();
+    show->click();
+    enter(window, 0);
+    folder.reset();
+    enter(window, 2);
+    QVERIFY(source->playing());
+    QVERIFY(show->isChecked());
+    show->click();
+    QVERIFY(!source->playing());
+    QVERIFY(!show->isChecked());
 }
 
 void TestWindowMedia::photographsRestWhileAnotherModeIsShown()

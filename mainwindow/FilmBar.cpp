@@ -66,7 +66,6 @@ void FilmBar::leave()
     m_volume->hide();
     m_position->hide();
     m_source->pauseCapture();
-    m_playing = false;
 }
 
 void FilmBar::showVolume()
@@ -90,28 +89,24 @@ void FilmBar::openFile()
     if (path.isEmpty() || !QFile::exists(path))
         return;
     m_source->setFile(path);
-    m_playing = true;
 }
 
 void FilmBar::play()
 {
     m_popups->closeAny();
     m_source->play();
-    m_playing = true;
 }
 
 void FilmBar::pause()
 {
     m_popups->closeAny();
     m_source->pause();
-    m_playing = false;
 }
 
 void FilmBar::stop()
 {
     m_popups->closeAny();
     m_source->stop();
-    m_playing = false;
 }
 
 void FilmBar::backward()
@@ -128,7 +123,7 @@ void FilmBar::forward()
 
 void FilmBar::playOrPause()
 {
-    if (m_playing && m_source->currentPosition() < FULL)
+    if (m_source->moving())
         pause();
     else
         play();

@@ -39,7 +39,7 @@ public:
     void stop();
     void backward();
     void forward();
-    /// Pauses a running film and plays any other.
+    /// Pauses a film that moves and plays any other.
     void playOrPause();
 
 private:
@@ -53,6 +53,4 @@ private:
     ImageButton *m_volumeButton = nullptr;
     Slider *m_volume = nullptr;
     HorizontalSlider *m_position = nullptr;
-    /// What the user asked for last.
-    bool m_playing = false;
 };

@@ -218,6 +218,15 @@ void FilmSource::speedChanged()
     }
 }
 
+bool FilmSource::moving() const
+{
+    if (!m_private->loaded || !m_private->playing)
+        return false;
+    if (m_private->stepping)
+        return m_tickTimer->isActive() && !m_stepper.atNormalSpeed();
+    return !m_refreshingAtEnd;
+}
+
 int FilmSource::currentPosition()
 {
     if (m_private->stepping)
@@ -308,6 +317,17 @@ void FilmSource::filmEnded(quint64 generation, quint64 action)
     m_callback->startAutoRefresh();
 }
 
+void FilmSource::filmFaulty(quint64 generation, int fault)
+{
+    if (!m_private->loaded || generation != m_private->generation)
+        return;
+    const auto told = static_cast<FilmFault>(fault);
+    const bool plays = told == FilmFault::NoPicture || told == FilmFault::SoundNotAnswering;
+    if (!plays && m_private->playing)
+        pause();
+    emit faulty(told);
+}
+
 FilmPlayer::Events FilmSource::filmEvents()
 {
     // Called on the player's thread, at the latest while the destructor joins it.
@@ -331,6 +351,10 @@ FilmPlayer::Events FilmSource::filmEvents()
         const quint64 action = shared->action;
         QMetaObject::invokeMethod(this, "filmEnded", Qt::QueuedConnection,
                                   Q_ARG(quint64, generation), Q_ARG(quint64, action));
+    };
+    events.faulty = [this, generation](FilmFault fault) {
+        QMetaObject::invokeMethod(this, "filmFaulty", Qt::QueuedConnection,
+                                  Q_ARG(quint64, generation), Q_ARG(int, static_cast<int>(fault)));
     };
     return events;
 }

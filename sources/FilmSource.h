@@ -34,7 +34,8 @@ public:
     ~FilmSource() override;
 
     /// Opens and plays a file; always true. A film that cannot be opened counts as loaded, with the
-    /// duration 0, and leaves the picture before it on show. The speed step stays.
+    /// duration 0, is paused as soon as that is known, and leaves the picture before it on show.
+    /// The speed step stays.
     bool setFile(const QString &path);
     void play();
     void pause();
@@ -44,6 +45,10 @@ public:
     void backward();
     void forward();
     void speedChanged();
+
+    /// Whether the film moves, at any speed or direction: not while it is paused, stopped, at its
+    /// end or back at its start after it was wound beyond one of them.
+    [[nodiscard]] bool moving() const;
 
     /// Percent of the duration, 0 to 100; 0 while the duration is unknown.
     int currentPosition();
@@ -65,11 +70,15 @@ public slots:
 signals:
     /// The position may have changed.
     void tick();
+    /// Why the film is not shown, or not as it should be. A film that cannot be shown at all has
+    /// been paused before.
+    void faulty(FilmFault fault);
 
 private slots:
     // Posted by the player's thread.
     void filmOpened(quint64 generation);
     void filmEnded(quint64 generation, quint64 action);
+    void filmFaulty(quint64 generation, int fault);
 
 private:
     void clearFlags();

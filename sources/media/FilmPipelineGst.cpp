@@ -174,6 +174,13 @@ double FilmPipelineGst::duration() const
     return static_cast<double>(duration) / GST_SECOND;
 }
 
+bool FilmPipelineGst::hasPictures() const
+{
+    gint streams = 0;
+    g_object_get(m_playbin.get(), "n-video", &streams, nullptr);
+    return streams > 0;
+}
+
 bool FilmPipelineGst::isFromSound(GstMessage *message) const
 {
     GstObject *source = GST_MESSAGE_SRC(message);

@@ -7,6 +7,22 @@
 
 class QImage;
 
+/// Why a film is not shown, or not as it should be.
+enum class FilmFault {
+    /// The file cannot be read.
+    Unreadable,
+    /// Damaged, or something else than a film.
+    NoFilm,
+    /// There is sound alone, which plays.
+    NoPicture,
+    /// This machine cannot decode it.
+    DecoderMissing,
+    /// The disk, or whatever else is asked, gives no answer; the film is given up.
+    NotAnswering,
+    /// The film plays without its sound.
+    SoundNotAnswering
+};
+
 /// Plays one film at a time: pictures are asked for, sound goes to the desktop by itself.
 ///
 /// Every operation may be called from any thread, returns at once and never waits for the file, the
@@ -14,7 +30,8 @@ class QImage;
 /// counts: operations that arrive while an earlier one is under way replace what it had not begun.
 /// Events and completions are called on the player's thread, with no lock of the player held. After
 /// open() or close() an event of the film before may still be under way, so each open() brings its
-/// own. The destructor joins the thread; nothing is called afterwards.
+/// own. The destructor joins the thread, or leaves it behind after a second when a sound server or
+/// a disk does not answer; nothing is called afterwards.
 class FilmPlayer
 {
 public:
@@ -25,6 +42,9 @@ public:
         /// No more pictures will come: the end was reached while playing, or the film cannot be
         /// opened or read any further. Once for each time that this happens.
         std::function<void()> ended;
+        /// Something that the user should be told: at the latest five seconds after the sound was
+        /// asked for, or ten after the file. `ended` follows when nothing will be shown.
+        std::function<void(FilmFault fault)> faulty;
     };
 
     /// True when the place was reached and its picture waits for showNewPicture(); false when it

@@ -1,13 +1,11 @@
 #include "sources/media/FilmPlayer.h"
 
-#include "sources/media/DuePictures.h"
+#include "sources/media/FilmEngineGst.h"
 #include "sources/media/FilmPictureGst.h"
-#include "sources/media/FilmProjectorGst.h"
-#include "sources/media/FilmWishes.h"
-#include "sources/media/MediaLibrary.h"
 
 #include <QImage>
 
+#include <chrono>
 #include <mutex>
 #include <optional>
 #include <pthread.h>
@@ -18,30 +16,39 @@
 namespace
 {
 
-/// The callers leave their wishes, and a thread has the projector meet them. It sleeps until a wish
-/// or a message of the pipeline arrives.
+/// A call that lasts longer does not return: a healthy one takes a few milliseconds, loading code
+/// from a slow disk some hundred. The user is told within five seconds.
+constexpr std::chrono::seconds hangBound(3);
+/// For the end of the program; a healthy film is closed in a tenth of that.
+constexpr std::chrono::seconds endBound(1);
+
+/// The callers leave their wishes, and an engine meets them. Another thread, "FilmWatch", sees when
+/// it hangs, and puts another engine in its place.
 class FilmPlayerGst : public FilmPlayer
 {
 public:
-    FilmPlayerGst()
-        : m_context(g_main_context_new())
-        , m_projector(m_wishes, m_pictures, m_context.get())
-    {
-    }
-
     ~FilmPlayerGst() override
     {
-        m_wishes.finish();
-        wake();
-        if (m_thread.joinable())
-            m_thread.join();
+        m_state->wishes.finish();
+        {
+            const std::lock_guard lock(m_mutex);
+            m_finished = true;
+        }
+        // From here on nobody replaces the engine.
+        if (m_engine)
+            m_engine->finish(endBound);
+        if (m_watch.joinable())
+            m_watch.join();
+        m_state->gate.close();
     }
 
     void prepare() override
     {
-        const std::lock_guard lock(m_starting);
-        if (!m_thread.joinable())
-            m_thread = std::thread([this] { run(); });
+        const std::lock_guard lock(m_mutex);
+        if (m_engine)
+            return;
+        m_engine = FilmEngineGst::start(m_state, nullptr);
+        m_watch = std::thread([this] { watch(); });
     }
 
     void open(const QString &path, Events events) override
@@ -54,72 +61,109 @@ public:
 
     void play() override
     {
-        m_wishes.play();
+        m_state->wishes.play();
         wake();
     }
 
     void pause() override
     {
-        m_wishes.pause();
+        m_state->wishes.pause();
         wake();
     }
 
     void seek(double seconds, Completion completion) override
     {
         prepare();
-        m_wishes.seek(seconds, std::move(completion));
+        m_state->wishes.seek(seconds, std::move(completion));
         wake();
     }
 
-    double currentTime() const override { return m_projector.currentTime(); }
+    double currentTime() const override
+    {
+        const std::shared_ptr<FilmEngineGst> engine = this->engine();
+        return engine ? engine->currentTime() : 0;
+    }
 
     void setVolume(float volume) override
     {
-        m_wishes.setVolume(volume);
+        m_state->wishes.setVolume(volume);
         wake();
     }
 
     bool showNewPicture(const std::function<void(const QImage &)> &show) override
     {
-        const GstPtr<GstSample> sample = m_pictures.take();
+        const GstPtr<GstSample> sample = m_state->pictures.take();
         const std::lock_guard lock(m_showing);
         return sample && showSample(sample.get(), m_converted, show);
     }
 
 private:
+    std::shared_ptr<FilmEngineGst> engine() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_engine;
+    }
+
     void setFilm(const std::optional<QString> &path, Events events)
     {
-        m_pictures.expect(m_wishes.setFilm(path, std::move(events)));
+        m_state->pictures.expect(m_state->wishes.setFilm(path, std::move(events)));
         wake();
     }
 
-    void wake() { g_main_context_wakeup(m_context.get()); }
-
-    void run()
+    void wake()
     {
-        pthread_setname_np(pthread_self(), "FilmPlayer");
-        MediaLibrary::loadFilmElements();
-        g_main_context_push_thread_default(m_context.get());
-        while (!m_wishes.finished()) {
-            m_projector.meetWishes();
-            g_main_context_iteration(m_context.get(), TRUE);
-        }
-        m_projector.finish();
-        g_main_context_pop_thread_default(m_context.get());
+        if (const std::shared_ptr<FilmEngineGst> current = engine())
+            current->wake();
     }
 
-    const GstPtr<GMainContext> m_context;
-    DuePictures m_pictures;
-    FilmWishes m_wishes;
-    FilmProjectorGst m_projector;
+    void watch()
+    {
+        pthread_setname_np(pthread_self(), "FilmWatch");
+        while (const std::shared_ptr<FilmEngineGst> current = engine()) {
+            if (!current->waitForHang(hangBound) || !replace(current))
+                return;
+        }
+    }
+
+    /// False when the player goes.
+    bool replace(const std::shared_ptr<FilmEngineGst> &hanging)
+    {
+        const bool sound = !hanging->silent();
+        FilmWishes::Film film;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_finished)
+                return false;
+            // Without its sound, a film gets a second chance.
+            film = m_state->wishes.renew(sound);
+            m_state->pictures.expect(film.number);
+            hanging->leave();
+            m_engine = FilmEngineGst::start(m_state, sound ? hanging : hanging->hangingOnSound());
+        }
+        if (!sound)
+            m_state->gate.pass([&film] { giveUp(film.events); });
+        return true;
+    }
+
+    static void giveUp(const Events &events)
+    {
+        if (events.faulty)
+            events.faulty(FilmFault::NotAnswering);
+        if (events.ended)
+            events.ended();
+    }
+
+    const std::shared_ptr<FilmPlayerState> m_state = std::make_shared<FilmPlayerState>();
 
     /// Guards m_converted.
     std::mutex m_showing;
     std::vector<uchar> m_converted;
 
-    /// Guards the start of m_thread.
-    std::mutex m_starting;
-    std::thread m_thread;
+    /// Guards m_engine and m_finished, and the start of m_watch.
+    mutable std::mutex m_mutex;
+    std::shared_ptr<FilmEngineGst> m_engine;
+    bool m_finished = false;
+    std::thread m_watch;
 };
 
 } // namespace

@@ -15,21 +15,47 @@ constexpr guint failureMs = 500;
 // Not a place: where the film is, the pipeline knows.
 constexpr std::nullopt_t unknownPlace = std::nullopt;
 
-void fail(const std::deque<FilmWishes::Seek> &seeks)
+FilmFault faultOf(GstMessage *message)
 {
-    for (const FilmWishes::Seek &seek : seeks) {
-        if (seek.completion)
-            seek.completion(false);
-    }
+    GError *error = nullptr;
+    gst_message_parse_error(message, &error, nullptr);
+    FilmFault fault = FilmFault::NoFilm;
+    if (error->domain == GST_RESOURCE_ERROR)
+        fault = FilmFault::Unreadable;
+    else if (g_error_matches(error, GST_STREAM_ERROR, GST_STREAM_ERROR_CODEC_NOT_FOUND))
+        fault = FilmFault::DecoderMissing;
+    g_error_free(error);
+    return fault;
+}
+
+/// Whether the message tells that the decoder of a picture is missing.
+bool isMissingDecoder(GstMessage *message)
+{
+    const GstStructure *structure = gst_message_get_structure(message);
+    if (!structure || !gst_structure_has_name(structure, "missing-plugin") ||
+        g_strcmp0(gst_structure_get_string(structure, "type"), "decoder") != 0)
+        return false;
+    GstCaps *caps = nullptr;
+    gst_structure_get(structure, "detail", GST_TYPE_CAPS, &caps, nullptr);
+    const bool picture =
+        caps && !gst_caps_is_empty(caps) && !gst_caps_is_any(caps) &&
+        g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), "video/");
+    if (caps)
+        gst_caps_unref(caps);
+    return picture;
 }
 
 } // namespace
 
-FilmProjectorGst::FilmProjectorGst(FilmWishes &wishes, DuePictures &pictures, GMainContext *context)
-    : m_wishes(wishes)
-    , m_pictures(pictures)
+FilmProjectorGst::FilmProjectorGst(Surroundings around, GMainContext *context)
+    : m_around(std::move(around))
+    , m_wishes(m_around.wishes)
+    , m_pictures(m_around.pictures)
     , m_context(context)
-    , m_onMessage([this](GstMessage *message) { handle(message); })
+    , m_onMessage([this](GstMessage *message) {
+        const CallWatch::Call call(m_around.watch);
+        handle(message);
+    })
 {
 }
 
@@ -37,6 +63,7 @@ FilmProjectorGst::~FilmProjectorGst() = default;
 
 void FilmProjectorGst::meetWishes()
 {
+    const CallWatch::Call call(m_around.watch);
     if (const std::optional<FilmWishes::Film> film = m_wishes.otherFilm(m_film.number))
         takeFilm(*film);
     const float volume = m_wishes.volume();
@@ -50,7 +77,7 @@ void FilmProjectorGst::meetWishes()
     if (!seeks.empty()) {
         const FilmWishes::Seek newest = seeks.back();
         seeks.pop_back();
-        fail(seeks);
+        complete(seeks, false);
         startSeek(newest);
         return;
     }
@@ -67,8 +94,11 @@ void FilmProjectorGst::finish()
 {
     finishSeek(false);
     closePipeline();
-    fail(m_wishes.takeSeeks(m_film.number));
-    fail(m_wishes.takeSeeksOfOthers(m_film.number));
+    complete(m_wishes.takeSeeksBefore(m_film.number), false);
+    complete(m_wishes.takeSeeks(m_film.number), false);
+    // Of a film that was never taken.
+    if (const std::optional<FilmWishes::Film> newest = m_wishes.otherFilm(m_film.number))
+        complete(m_wishes.takeSeeks(newest->number), false);
 }
 
 double FilmProjectorGst::currentTime() const
@@ -94,14 +124,18 @@ void FilmProjectorGst::takeFilm(FilmWishes::Film film)
 {
     finishSeek(false);
     closePipeline();
-    fail(m_wishes.takeSeeksOfOthers(film.number));
+    complete(m_wishes.takeSeeksBefore(film.number), false);
     m_film = std::move(film);
     m_duration = 0;
-    m_silent = false;
+    m_silent = !m_around.soundAnswers();
     m_wasOpen = false;
     m_atEnd = false;
-    if (m_film.path)
-        openPipeline(0);
+    // There is another film by now if the closing has taken long.
+    if (!m_film.path || m_wishes.otherFilm(m_film.number))
+        return;
+    if (m_silent)
+        tell(FilmFault::SoundNotAnswering);
+    openPipeline(m_film.resumeAt);
 }
 
 void FilmProjectorGst::openPipeline(double at)
@@ -109,10 +143,11 @@ void FilmProjectorGst::openPipeline(double at)
     closePipeline();
     m_resumeAt = at;
     m_atEnd = false;
+    m_decoderMissing = false;
     m_pipeline =
         FilmPipelineGst::create(*m_film.path, m_silent, m_film.number, m_pictures, m_onMessage);
     if (!m_pipeline) {
-        end(true);
+        breakOff(FilmFault::Unreadable);
         return;
     }
     show(m_pipeline->element());
@@ -160,9 +195,17 @@ void FilmProjectorGst::finishSeek(bool reached)
     seek.swap(m_seek);
     if (m_playing || !reached)
         m_wishes.setPlace(m_film.number, unknownPlace);
-    if (seek && seek->completion)
-        seek->completion(reached);
+    if (seek)
+        complete({*seek}, reached);
     wake();
+}
+
+void FilmProjectorGst::complete(const std::deque<FilmWishes::Seek> &seeks, bool reached)
+{
+    for (const FilmWishes::Seek &seek : seeks) {
+        if (seek.completion)
+            m_around.gate.pass([&seek, reached] { seek.completion(reached); });
+    }
 }
 
 void FilmProjectorGst::setPlaying(bool playing)
@@ -196,10 +239,11 @@ void FilmProjectorGst::endWork()
 gboolean FilmProjectorGst::onImpatience(gpointer projector)
 {
     auto *self = static_cast<FilmProjectorGst *>(projector);
+    const CallWatch::Call call(self->m_around.watch);
     if (self->m_work == Work::ChangingState)
         self->endWork();
     else
-        self->end(true);
+        self->breakOff(FilmFault::NotAnswering);
     return G_SOURCE_REMOVE;
 }
 
@@ -215,10 +259,13 @@ void FilmProjectorGst::handle(GstMessage *message)
         if (m_work == Work::Seeking)
             begin(Work::Seeking, failureMs);
         else
-            end(false);
+            end();
         break;
     case GST_MESSAGE_ERROR:
         handleError(message);
+        break;
+    case GST_MESSAGE_ELEMENT:
+        m_decoderMissing = m_decoderMissing || isMissingDecoder(message);
         break;
     case GST_MESSAGE_DURATION_CHANGED:
         if (m_wasOpen)
@@ -242,6 +289,8 @@ void FilmProjectorGst::workDone()
     const Work done = m_work;
     if (done == Work::Opening) {
         endWork();
+        if (!m_wasOpen && !m_pipeline->hasPictures())
+            tell(m_decoderMissing ? FilmFault::DecoderMissing : FilmFault::NoPicture);
         m_wasOpen = true;
         reportDuration();
         if (m_resumeAt > 0)
@@ -263,7 +312,7 @@ void FilmProjectorGst::workDone()
 void FilmProjectorGst::handleError(GstMessage *message)
 {
     if (m_silent || !m_pipeline->isFromSound(message)) {
-        end(true);
+        breakOff(m_decoderMissing ? FilmFault::DecoderMissing : faultOf(message));
         return;
     }
     // The sound server is gone or was never there: the pictures go on without it.
@@ -271,17 +320,37 @@ void FilmProjectorGst::handleError(GstMessage *message)
     openPipeline(m_seek ? m_seek->seconds : currentTime());
 }
 
-void FilmProjectorGst::end(bool broken)
+void FilmProjectorGst::end()
 {
     m_atEnd = true;
-    m_wishes.setPlace(m_film.number, broken ? currentTime() : std::max(m_duration, currentTime()));
-    if (broken)
-        closePipeline();
+    m_wishes.setPlace(m_film.number, std::max(m_duration, currentTime()));
+    tellEnd();
+}
+
+void FilmProjectorGst::breakOff(FilmFault fault)
+{
+    m_atEnd = true;
+    m_wishes.setPlace(m_film.number, currentTime());
+    if (!m_wasOpen)
+        tell(fault);
+    closePipeline();
+    tellEnd();
+}
+
+void FilmProjectorGst::tellEnd()
+{
     if (m_seek)
         finishSeek(false);
     if (m_wishes.ended(m_film.number) && m_film.events.ended)
-        m_film.events.ended();
+        m_around.gate.pass(m_film.events.ended);
     wake();
+}
+
+void FilmProjectorGst::tell(FilmFault fault)
+{
+    const bool newest = !m_wishes.otherFilm(m_film.number);
+    if (newest && m_film.events.faulty)
+        m_around.gate.pass([this, fault] { m_film.events.faulty(fault); });
 }
 
 void FilmProjectorGst::reportDuration()
@@ -291,7 +360,7 @@ void FilmProjectorGst::reportDuration()
         return;
     m_duration = duration;
     if (m_film.events.durationKnown)
-        m_film.events.durationKnown(duration);
+        m_around.gate.pass([this, duration] { m_film.events.durationKnown(duration); });
 }
 
 void FilmProjectorGst::wake()

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "sources/media/CallWatch.h"
+#include "sources/media/CallbackGate.h"
 #include "sources/media/DuePictures.h"
 #include "sources/media/FilmPipelineGst.h"
 #include "sources/media/FilmWishes.h"
 
+#include <atomic>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -14,7 +18,18 @@
 class FilmProjectorGst
 {
 public:
-    FilmProjectorGst(FilmWishes &wishes, DuePictures &pictures, GMainContext *context);
+    /// What it works for and with. All outlive it.
+    struct Surroundings {
+        FilmWishes &wishes;
+        DuePictures &pictures;
+        CallbackGate &gate;
+        /// Covers every call into the media library.
+        CallWatch &watch;
+        /// Whether sound may be asked for; asked for each film.
+        std::function<bool()> soundAnswers;
+    };
+
+    FilmProjectorGst(Surroundings around, GMainContext *context);
     ~FilmProjectorGst();
     FilmProjectorGst(const FilmProjectorGst &) = delete;
     FilmProjectorGst &operator=(const FilmProjectorGst &) = delete;
@@ -26,6 +41,8 @@ public:
 
     /// As FilmPlayer tells it. Any thread.
     [[nodiscard]] double currentTime() const;
+    /// Whether the present film plays without sound. Any thread.
+    [[nodiscard]] bool silent() const { return m_silent; }
 
 private:
     /// What the pipeline is busy with; nothing else is asked of it until it has answered.
@@ -42,14 +59,20 @@ private:
     void begin(Work work, guint withinMs);
     void endWork();
     void workDone();
-    /// No more pictures; broken: the pipeline cannot go on.
-    void end(bool broken);
+    /// No more pictures.
+    void end();
+    /// The pipeline cannot go on; the fault is told of a film that has not been shown at all.
+    void breakOff(FilmFault fault);
+    void tellEnd();
+    void tell(FilmFault fault);
+    void complete(const std::deque<FilmWishes::Seek> &seeks, bool reached);
     void handle(GstMessage *message);
     void handleError(GstMessage *message);
     void reportDuration();
     void wake();
     static gboolean onImpatience(gpointer projector);
 
+    const Surroundings m_around;
     FilmWishes &m_wishes;
     DuePictures &m_pictures;
     GMainContext *const m_context;
@@ -69,7 +92,8 @@ private:
     /// Where a pipeline that replaces another goes on.
     double m_resumeAt = 0;
     double m_duration = 0;
-    bool m_silent = false;
+    std::atomic<bool> m_silent{false};
+    bool m_decoderMissing = false;
     bool m_wasOpen = false;
     bool m_playing = false;
     bool m_atEnd = false;

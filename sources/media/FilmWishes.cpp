@@ -12,6 +12,7 @@ quint64 FilmWishes::setFilm(const std::optional<QString> &path, FilmPlayer::Even
     ++m_film.number;
     m_film.path = path;
     m_film.events = std::move(events);
+    m_film.resumeAt = 0;
     m_motion = {};
     m_place = 0;
     m_length = 0;
@@ -74,6 +75,21 @@ bool FilmWishes::finished() const
     return m_finished;
 }
 
+FilmWishes::Film FilmWishes::renew(bool readable)
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_film.number;
+    for (Seek &seek : m_seeks) {
+        if (seek.film + 1 == m_film.number)
+            seek.film = m_film.number;
+    }
+    if (!readable)
+        m_film.path.reset();
+    m_film.resumeAt = m_place.value_or(m_lastTime);
+    m_place = m_film.resumeAt;
+    return m_film;
+}
+
 std::optional<FilmWishes::Film> FilmWishes::otherFilm(quint64 than) const
 {
     const std::lock_guard lock(m_mutex);
@@ -94,10 +110,10 @@ std::deque<FilmWishes::Seek> FilmWishes::takeSeeks(quint64 film)
     return takeSeeksIf([film](const Seek &seek) { return seek.film == film; });
 }
 
-std::deque<FilmWishes::Seek> FilmWishes::takeSeeksOfOthers(quint64 film)
+std::deque<FilmWishes::Seek> FilmWishes::takeSeeksBefore(quint64 film)
 {
     const std::lock_guard lock(m_mutex);
-    return takeSeeksIf([film](const Seek &seek) { return seek.film != film; });
+    return takeSeeksIf([film](const Seek &seek) { return seek.film < film; });
 }
 
 std::deque<FilmWishes::Seek>

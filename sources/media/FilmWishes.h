@@ -17,6 +17,8 @@ public:
         /// None when the film was given up.
         std::optional<QString> path;
         FilmPlayer::Events events;
+        /// Seconds; where it goes on when it is opened a second time.
+        double resumeAt = 0;
     };
 
     struct Seek {
@@ -49,14 +51,18 @@ public:
 
     // The player's part.
 
+    /// Gives the film another number, so that whoever still works on it works for nobody. Its
+    /// seeks, its motion and its place are kept. Unreadable: the path is taken from it. Returns the
+    /// film.
+    Film renew(bool readable);
     [[nodiscard]] bool finished() const;
     /// The film, if it is another than that number.
     [[nodiscard]] std::optional<Film> otherFilm(quint64 than) const;
     [[nodiscard]] float volume() const;
     /// The seeks in that film, in their order; they are the taker's to complete.
     [[nodiscard]] std::deque<Seek> takeSeeks(quint64 film);
-    /// The seeks in all other films.
-    [[nodiscard]] std::deque<Seek> takeSeeksOfOthers(quint64 film);
+    /// The seeks in all films before.
+    [[nodiscard]] std::deque<Seek> takeSeeksBefore(quint64 film);
     /// None when there is another film by now.
     [[nodiscard]] std::optional<Motion> takeMotion(quint64 film);
     /// That film has ended, so that an earlier play() does not begin it again. False when there is

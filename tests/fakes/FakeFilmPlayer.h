@@ -20,6 +20,11 @@ struct FakeFilm {
         events.durationKnown(seconds);
     }
     void ends() { events.ended(); }
+    void fails(FilmFault fault)
+    {
+        events.faulty(fault);
+        events.ended();
+    }
 
     /// Completes the oldest seek that waits.
     void complete(bool reached = true)

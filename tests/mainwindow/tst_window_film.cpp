@@ -36,6 +36,8 @@ private slots:
     void backwardRewindsAndFasterWinds();
     void oneKeyPlaysAndPauses();
     void atTheEndTheKeyPlaysOn();
+    void afterAWindBeyondAnEndOneKeyPlays_data();
+    void afterAWindBeyondAnEndOneKeyPlays();
     void theVolumeReachesTheSource();
 
 private:
@@ -145,6 +147,26 @@ void TestWindowFilm::atTheEndTheKeyPlaysOn()
     QVERIFY(comesTo(100, 100));
     m_window->filmPlayOrPause();
     QVERIFY(comesTo(1, 80));
+}
+
+void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays_data()
+{
+    QTest::addColumn<QString>("faster");
+    QTest::newRow("beyond the start") << "Slower or backward";
+    QTest::newRow("beyond the end") << "Faster";
+}
+
+void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays()
+{
+    QFETCH(QString, faster);
+    for (int i = 0; i < 5; ++i)
+        button(*m_window, faster)->click();
+    QVERIFY(m_film->moving());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_film->moving(), PATIENCE_MS);
+    QCOMPARE(position(), 0);
+    m_window->filmPlayOrPause();
+    QVERIFY(m_film->moving());
+    QVERIFY(comesTo(3, 100));
 }
 
 void TestWindowFilm::theVolumeReachesTheSource()

@@ -72,6 +72,39 @@ private slots:
         QVERIFY(!paused->playing && !paused->again);
     }
 
+    void aRenewedFilmKeepsWhatWasWished()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->play();
+        m_wishes->setPlace(film, std::nullopt);
+        QCOMPARE(m_wishes->answered(12), 12.0);
+        m_wishes->seek(7, {});
+        const FilmWishes::Film again = m_wishes->renew(true);
+        QCOMPARE(again.number, film + 1);
+        QCOMPARE(again.path, std::optional<QString>("a"));
+        QCOMPARE(again.resumeAt, 7.0);
+        // Whoever works on the film before works for nobody.
+        QVERIFY(!m_wishes->takeMotion(film));
+        QVERIFY(!m_wishes->setLength(film, 9));
+        QVERIFY(!m_wishes->ended(film));
+        QVERIFY(m_wishes->takeSeeks(film).empty());
+        QVERIFY(m_wishes->takeSeeksBefore(film).empty());
+        QCOMPARE(placesOf(m_wishes->takeSeeks(again.number)), QVector<double>{7});
+        QVERIFY(m_wishes->takeMotion(again.number)->playing);
+        QVERIFY(!m_wishes->renew(false).path);
+        QCOMPARE(m_wishes->otherFilm(0)->number, film + 2);
+    }
+
+    void aFilmThatPlayedGoesOnWhereItWas()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        m_wishes->setPlace(film, std::nullopt);
+        QCOMPARE(m_wishes->answered(12), 12.0);
+        QCOMPARE(m_wishes->renew(true).resumeAt, 12.0);
+        m_wishes->setFilm(QString("b"), {});
+        QCOMPARE(m_wishes->otherFilm(0)->resumeAt, 0.0);
+    }
+
     void aSeekStaysWithinTheFilm()
     {
         const quint64 film = m_wishes->setFilm(QString("a"), {});
@@ -104,7 +137,7 @@ private slots:
         m_wishes->seek(2, {});
         const quint64 second = m_wishes->setFilm(QString("b"), {});
         m_wishes->seek(3, {});
-        QCOMPARE(placesOf(m_wishes->takeSeeksOfOthers(second)), (QVector<double>{1, 2}));
+        QCOMPARE(placesOf(m_wishes->takeSeeksBefore(second)), (QVector<double>{1, 2}));
         QVERIFY(m_wishes->takeSeeks(first).empty());
         QCOMPARE(placesOf(m_wishes->takeSeeks(second)), QVector<double>{3});
     }

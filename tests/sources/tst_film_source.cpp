@@ -128,6 +128,93 @@ private slots:
         QVERIFY(!bench.wall.refreshing());
     }
 
+    void aFilmThatCannotBeShownStandsAndSaysWhy()
+    {
+        Bench bench;
+        QVector<FilmFault> faults;
+        connect(&bench.source, &FilmSource::faulty, this,
+                [&faults](FilmFault fault) { faults.append(fault); });
+        bench.source.setFile("/films/none.mp4");
+        bench.film.fails(FilmFault::NoFilm);
+        QCoreApplication::processEvents();
+        QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoFilm});
+        QVERIFY(!bench.source.moving());
+        QVERIFY(!bench.refresh.running);
+        QVERIFY(!bench.timer()->isActive());
+        QVERIFY(!bench.film.playing);
+        QVERIFY(bench.wall.refreshing());
+        // It still counts as loaded.
+        bench.source.play();
+        QVERIFY(bench.source.moving());
+        QVERIFY(bench.film.playing);
+    }
+
+    void aFilmWithoutSoundOrPicturePlaysOn()
+    {
+        for (const FilmFault fault : {FilmFault::NoPicture, FilmFault::SoundNotAnswering}) {
+            Bench bench;
+            int told = 0;
+            connect(&bench.source, &FilmSource::faulty, this, [&told] { ++told; });
+            bench.source.setFile("/films/a.mp4");
+            bench.film.opened(61);
+            bench.film.events.faulty(fault);
+            QCoreApplication::processEvents();
+            QCOMPARE(told, 1);
+            QVERIFY(bench.source.moving());
+        }
+    }
+
+    void aFaultOfTheFilmBeforeIsNotTold()
+    {
+        Bench bench;
+        int told = 0;
+        connect(&bench.source, &FilmSource::faulty, this, [&told] { ++told; });
+        bench.source.setFile("/films/none.mp4");
+        bench.film.fails(FilmFault::NoFilm);
+        bench.source.setFile("/films/a.mp4");
+        QCoreApplication::processEvents();
+        QCOMPARE(told, 0);
+        QVERIFY(bench.source.moving());
+    }
+
+    void aFilmMovesWhilePicturesComeAndNotOtherwise()
+    {
+        Bench bench;
+        QVERIFY(!bench.source.moving());
+        bench.source.setFile("/films/a.mp4");
+        QVERIFY(bench.source.moving());
+        bench.film.opened(61);
+        bench.source.pause();
+        QVERIFY(!bench.source.moving());
+        bench.source.play();
+        QVERIFY(bench.source.moving());
+        bench.source.forward();
+        QVERIFY(bench.source.moving());
+        bench.source.stop();
+        QVERIFY(!bench.source.moving());
+        // The player runs again, without the ticks.
+        bench.source.backward();
+        QVERIFY(bench.film.playing);
+        QVERIFY(bench.source.moving());
+        bench.film.ends();
+        QCoreApplication::processEvents();
+        QVERIFY(!bench.source.moving());
+        bench.source.setPosition(10);
+        QVERIFY(bench.source.moving());
+        bench.source.releaseObjects();
+        QVERIFY(!bench.source.moving());
+    }
+
+    void aWindBeyondTheStartEndsTheMoving()
+    {
+        Bench bench(61);
+        bench.source.backward();
+        bench.tickAfter100ms();
+        QVERIFY(!bench.source.moving());
+        bench.source.play();
+        QVERIFY(bench.source.moving());
+    }
+
     void picturesComeAtTheRefreshOnlyWhileThereIsOne()
     {
         Bench bench(61);

@@ -176,6 +176,15 @@ private slots:
                 QCoreApplication::sendPostedEvents();
                 model.opening = false;
                 model.end();
+            } else if (what < 12) {
+                story << "fails";
+                if (!model.opening)
+                    continue;
+                film.fails(FilmFault::NoFilm);
+                QCoreApplication::sendPostedEvents();
+                model.opening = false;
+                if (model.playing)
+                    model.pause();
             } else if (what < 18) {
                 story << "play";
                 source.play();

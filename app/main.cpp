@@ -4,6 +4,7 @@
 #include "mainwindow/MainWindow.h"
 #include "resources/Skin.h"
 #include "resources/translations/Translations.h"
+#include "sources/media/DetachedThreads.h"
 #include "sources/media/MediaWarmUp.h"
 
 #include <QApplication>
@@ -18,9 +19,10 @@ namespace
 /// The window is painted by then, and the camera is given two seconds before it is opened.
 constexpr std::chrono::milliseconds WARM_UP_DELAY(300);
 
-} // namespace
+/// What is left of the two seconds that closing may take, when all else has had its own bound.
+constexpr std::chrono::milliseconds END_BOUND(200);
 
-int main(int argc, char **argv)
+int runProgram(int argc, char **argv)
 {
     initialiseSkin();
     initialiseTranslations();
@@ -42,4 +44,11 @@ int main(int argc, char **argv)
     window.show();
     const MediaWarmUp warmUp(WARM_UP_DELAY);
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    DetachedThreads::exitProcess(runProgram(argc, argv), END_BOUND);
 }

@@ -1,10 +1,12 @@
 #include "FilmBar.h"
 
 #include "ButtonTable.h"
+#include "CanvasMessage.h"
 #include "MainWindow.h"
 #include "ToolWindowHolder.h"
 #include "WindowLayout.h"
 #include "app/Config.h"
+#include "canvas/ImageCanvas.h"
 #include "canvas/SkinImages.h"
 #include "sources/FilmSource.h"
 #include "widgets/HorizontalSlider.h"
@@ -20,17 +22,39 @@ namespace
 
 constexpr int FULL = 100;
 
+QString sentenceOn(FilmFault fault)
+{
+    switch (fault) {
+    case FilmFault::Unreadable:
+        return MainWindow::tr("The film cannot be shown: the file cannot be read.");
+    case FilmFault::NoFilm:
+        return MainWindow::tr("The film cannot be shown: the file is damaged or is not a film.");
+    case FilmFault::NoPicture:
+        return MainWindow::tr("There is no picture in this film.");
+    case FilmFault::DecoderMissing:
+        return MainWindow::tr("The film cannot be shown: a decoder for it is missing.");
+    case FilmFault::NotAnswering:
+        return MainWindow::tr("The film cannot be shown: its disk or network does not answer.");
+    case FilmFault::SoundNotAnswering:
+        return MainWindow::tr("The film plays without sound: the sound system does not answer.");
+    }
+    return {};
+}
+
 } // namespace
 
-FilmBar::FilmBar(FilmSource *source, ToolWindowHolder *popups, QWidget *window)
+FilmBar::FilmBar(FilmSource *source, ImageCanvas *canvas, ToolWindowHolder *popups, QWidget *window)
     : QObject(window)
     , m_source(source)
     , m_popups(popups)
     , m_window(window)
+    , m_message(new CanvasMessage(canvas))
 {
     createBar();
     createSliders();
     connect(source, SIGNAL(tick()), window, SLOT(filmTick()));
+    connect(source, &FilmSource::faulty, m_message,
+            [this](FilmFault fault) { m_message->pass(sentenceOn(fault)); });
 }
 
 QSize FilmBar::barSize() const
@@ -88,6 +112,7 @@ void FilmBar::openFile()
         MainWindow::tr("All supported media files (*.avi *.mov *.mp4)"));
     if (path.isEmpty() || !QFile::exists(path))
         return;
+    m_message->pass({});
     m_source->setFile(path);
 }
 

@@ -3,9 +3,11 @@
 #include <QObject>
 #include <QSize>
 
+class CanvasMessage;
 class FilmSource;
 class HorizontalSlider;
 class ImageButton;
+class ImageCanvas;
 class ImageWidget;
 class Slider;
 class ToolWindowHolder;
@@ -19,7 +21,7 @@ class FilmBar : public QObject
     Q_OBJECT
 
 public:
-    FilmBar(FilmSource *source, ToolWindowHolder *popups, QWidget *window);
+    FilmBar(FilmSource *source, ImageCanvas *canvas, ToolWindowHolder *popups, QWidget *window);
 
     [[nodiscard]] QSize barSize() const;
     [[nodiscard]] QSize volumeSize() const;
@@ -53,4 +55,5 @@ private:
     ImageButton *m_volumeButton = nullptr;
     Slider *m_volume = nullptr;
     HorizontalSlider *m_position = nullptr;
+    CanvasMessage *m_message;
 };

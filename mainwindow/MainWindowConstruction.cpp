@@ -200,7 +200,7 @@ void MainWindow::createFilmPart()
 {
     m_canvases[Film] = createCanvas();
     m_filmSource = new FilmSource(m_canvases[Film], this);
-    m_filmBar = new FilmBar(m_filmSource, &m_popups, this);
+    m_filmBar = new FilmBar(m_filmSource, m_canvases[Film], &m_popups, this);
 }
 
 void MainWindow::createPhotographPart()

@@ -1,6 +1,7 @@
 #include "PhotographBar.h"
 
 #include "ButtonTable.h"
+#include "CanvasMessage.h"
 #include "MainWindow.h"
 #include "ThumbnailWidget.h"
 #include "ToolWindowHolder.h"
@@ -8,6 +9,7 @@
 #include "app/Config.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/SkinImages.h"
+#include "sources/PhotographList.h"
 #include "sources/PhotographSource.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
@@ -29,6 +31,16 @@ constexpr std::size_t INTERVAL = 5;
 constexpr int INDEX_POINTS = 15;
 constexpr int INDEX_MARGIN = 2;
 
+/// Why a file that was chosen is not among the photographs of its folder.
+QString sentenceOn(const QString &name)
+{
+    if (PhotographList::isPictureName(name))
+        return MainWindow::tr("The photograph cannot be shown: the file cannot be read.");
+    return MainWindow::tr("\"%1\" is not shown: names of photographs end in .bmp, .jpg, .jpeg, "
+                          ".png or .gif, in lower case.")
+        .arg(name);
+}
+
 } // namespace
 
 PhotographBar::PhotographBar(PhotographSource *source, ImageCanvas *canvas,
@@ -37,6 +49,7 @@ PhotographBar::PhotographBar(PhotographSource *source, ImageCanvas *canvas,
     , m_source(source)
     , m_popups(popups)
     , m_window(window)
+    , m_message(new CanvasMessage(canvas))
 {
     createBar();
     createInterval();
@@ -104,6 +117,8 @@ void PhotographBar::openDirectory()
     const QFileInfo info(file);
     if (info.dir().exists() && m_source->setDirectory(info.dir(), info.fileName()))
         showPlaying();
+    else if (info.exists())
+        m_message->pass(sentenceOn(info.fileName()));
 }
 
 void PhotographBar::previous()
@@ -168,6 +183,10 @@ void PhotographBar::showIndex(int id)
         font.setPointSize(font.pointSize() - 1);
     m_indexLabel->setFont(font);
     m_indexLabel->setText(text);
+    m_message->pass(m_source->readable()
+                        ? QString()
+                        : MainWindow::tr("The photograph cannot be shown: the file is damaged, too "
+                                         "large or not a picture."));
 }
 
 void PhotographBar::showPlaying()

@@ -5,6 +5,7 @@
 
 #include <array>
 
+class CanvasMessage;
 class HorizontalSlider;
 class ImageButton;
 class ImageCanvas;
@@ -54,7 +55,7 @@ public:
     void showInterval();
     /// `place` is one of the interval slider's.
     void setInterval(int place);
-    /// `id` counts from 0; shown from 1.
+    /// `id` counts from 0; shown from 1. Says so when that photograph cannot be shown.
     void showIndex(int id);
 
 private:
@@ -75,4 +76,5 @@ private:
     QLabel *m_indexLabel = nullptr;
     HorizontalSlider *m_scrollBar = nullptr;
     ThumbnailWidget *m_thumbnails = nullptr;
+    CanvasMessage *m_message;
 };

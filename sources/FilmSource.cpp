@@ -224,7 +224,10 @@ bool FilmSource::moving() const
         return false;
     if (m_private->stepping)
         return m_tickTimer->isActive() && !m_stepper.atNormalSpeed();
-    return !m_refreshingAtEnd;
+    // The player is at the end a moment before it says so.
+    const double duration = m_private->duration;
+    const bool atEnd = duration > 0 && m_private->player->currentTime() >= duration;
+    return !atEnd && !m_refreshingAtEnd;
 }
 
 int FilmSource::currentPosition()

@@ -2,12 +2,29 @@
 
 #include <algorithm>
 
+namespace
+{
+
+const QStringList &patterns()
+{
+    static const QStringList all{"*.bmp", "*.jpg", "*.jpeg", "*.png", "*.gif"};
+    return all;
+}
+
+} // namespace
+
 QStringList PhotographList::list(const QDir &dir)
 {
-    static const QStringList patterns{"*.bmp", "*.jpg", "*.jpeg", "*.png", "*.gif"};
-    return dir.entryList(patterns,
+    return dir.entryList(patterns(),
                          QDir::Files | QDir::Readable | QDir::NoDotAndDotDot | QDir::CaseSensitive,
                          QDir::Name);
+}
+
+bool PhotographList::isPictureName(const QString &name)
+{
+    return std::any_of(patterns().begin(), patterns().end(), [&name](const QString &pattern) {
+        return name.endsWith(pattern.mid(1), Qt::CaseSensitive);
+    });
 }
 
 int PhotographList::previousIndex(int current)

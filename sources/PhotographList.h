@@ -3,13 +3,16 @@
 #include <QDir>
 #include <QStringList>
 
-/// The arithmetic of a folder of photographs, without a player or a timer.
+/// The names and the arithmetic of a folder of photographs, without a player or a timer.
 namespace PhotographList
 {
 
 /// The bare names of the pictures of a folder: readable plain files with one of the five known
 /// suffixes in lower case, sorted by name with upper case first.
 [[nodiscard]] QStringList list(const QDir &dir);
+
+/// Whether a bare name has one of those suffixes.
+[[nodiscard]] bool isPictureName(const QString &name);
 
 /// One step back; stays on the first.
 [[nodiscard]] int previousIndex(int current);

@@ -48,6 +48,11 @@ int PhotographSource::playInterval() const
     return m_playIntervalMs;
 }
 
+bool PhotographSource::readable() const
+{
+    return m_readable;
+}
+
 bool PhotographSource::playing() const
 {
     return m_slideshow.isActive();
@@ -67,7 +72,9 @@ void PhotographSource::selectPhotograph(int id)
     if (id < 0 || id >= photographCount())
         return;
     m_current = id;
-    m_callback->imageCaptured(PictureReader::read(m_dir.filePath(m_fileNames.at(id))));
+    const QImage picture = PictureReader::read(m_dir.filePath(m_fileNames.at(id)));
+    m_readable = !picture.isNull();
+    m_callback->imageCaptured(picture);
     emit photographChanged(id);
 }
 

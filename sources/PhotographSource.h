@@ -24,6 +24,8 @@ public:
     /// Milliseconds between two pictures of the slideshow, from the next play() on.
     void setPlayInterval(int ms);
     [[nodiscard]] int playInterval() const;
+    /// Whether the photograph that was delivered last could be read.
+    [[nodiscard]] bool readable() const;
     /// Whether the slideshow runs.
     [[nodiscard]] bool playing() const;
     /// Full paths, in the order shown.
@@ -57,6 +59,7 @@ private:
     QStringList m_fileNames;
     QDir m_dir;
     bool m_hasDir = false;
+    bool m_readable = false;
     QString m_openedFileName;
     ICaptureCB *m_callback;
     MainWindow *m_window;

@@ -326,6 +326,42 @@
         <source>No printers found on this system.</source>
         <translation>Auf diesem System wurden keine Drucker gefunden.</translation>
     </message>
+    <message>
+        <source>The film cannot be shown: the file cannot be read.</source>
+        <translation>Der Film kann nicht gezeigt werden: Die Datei lässt sich nicht lesen.</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: the file is damaged or is not a film.</source>
+        <translation>Der Film kann nicht gezeigt werden: Die Datei ist beschädigt oder kein Film.</translation>
+    </message>
+    <message>
+        <source>There is no picture in this film.</source>
+        <translation>Dieser Film enthält kein Bild.</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: a decoder for it is missing.</source>
+        <translation>Der Film kann nicht gezeigt werden: Ein Decoder dafür fehlt.</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: its disk or network does not answer.</source>
+        <translation>Der Film kann nicht gezeigt werden: Laufwerk oder Netzwerk antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The film plays without sound: the sound system does not answer.</source>
+        <translation>Der Film läuft ohne Ton: Das Tonsystem antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
+        <translation>Das Foto kann nicht gezeigt werden: Die Datei ist beschädigt, zu groß oder kein Bild.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file cannot be read.</source>
+        <translation>Das Foto kann nicht gezeigt werden: Die Datei lässt sich nicht lesen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
+        <translation>„%1“ wird nicht gezeigt: Namen von Fotos enden auf .bmp, .jpg, .jpeg, .png oder .gif, in Kleinbuchstaben.</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

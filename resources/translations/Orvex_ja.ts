@@ -326,6 +326,42 @@
         <source>No printers found on this system.</source>
         <translation>このシステムにプリンターが見つかりません。</translation>
     </message>
+    <message>
+        <source>The film cannot be shown: the file cannot be read.</source>
+        <translation>動画を表示できません。ファイルを読み込めません。</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: the file is damaged or is not a film.</source>
+        <translation>動画を表示できません。ファイルが壊れているか、動画ではありません。</translation>
+    </message>
+    <message>
+        <source>There is no picture in this film.</source>
+        <translation>この動画には映像がありません。</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: a decoder for it is missing.</source>
+        <translation>動画を表示できません。必要なデコーダーがありません。</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: its disk or network does not answer.</source>
+        <translation>動画を表示できません。ディスクまたはネットワークが応答しません。</translation>
+    </message>
+    <message>
+        <source>The film plays without sound: the sound system does not answer.</source>
+        <translation>音声なしで再生しています。サウンドシステムが応答しません。</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
+        <translation>写真を表示できません。ファイルが壊れているか、大きすぎるか、画像ではありません。</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file cannot be read.</source>
+        <translation>写真を表示できません。ファイルを読み込めません。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
+        <translation>「%1」は表示されません。写真のファイル名は小文字の .bmp、.jpg、.jpeg、.png、.gif で終わる必要があります。</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

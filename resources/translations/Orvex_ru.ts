@@ -326,6 +326,42 @@
         <source>No printers found on this system.</source>
         <translation>В системе не найдено ни одного принтера.</translation>
     </message>
+    <message>
+        <source>The film cannot be shown: the file cannot be read.</source>
+        <translation>Видео не может быть показано: файл не читается.</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: the file is damaged or is not a film.</source>
+        <translation>Видео не может быть показано: файл повреждён или не является видео.</translation>
+    </message>
+    <message>
+        <source>There is no picture in this film.</source>
+        <translation>В этом видео нет изображения.</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: a decoder for it is missing.</source>
+        <translation>Видео не может быть показано: нет нужного декодера.</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: its disk or network does not answer.</source>
+        <translation>Видео не может быть показано: диск или сеть не отвечает.</translation>
+    </message>
+    <message>
+        <source>The film plays without sound: the sound system does not answer.</source>
+        <translation>Видео воспроизводится без звука: звуковая система не отвечает.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
+        <translation>Фотография не может быть показана: файл повреждён, слишком велик или не является изображением.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file cannot be read.</source>
+        <translation>Фотография не может быть показана: файл не читается.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
+        <translation>«%1» не показывается: имена фотографий оканчиваются на .bmp, .jpg, .jpeg, .png или .gif строчными буквами.</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -326,6 +326,42 @@
         <source>No printers found on this system.</source>
         <translation>在此系統上找不到印表機。</translation>
     </message>
+    <message>
+        <source>The film cannot be shown: the file cannot be read.</source>
+        <translation>無法播放影片：無法讀取檔案。</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: the file is damaged or is not a film.</source>
+        <translation>無法播放影片：檔案已損毀，或不是影片。</translation>
+    </message>
+    <message>
+        <source>There is no picture in this film.</source>
+        <translation>這部影片沒有畫面。</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: a decoder for it is missing.</source>
+        <translation>無法播放影片：缺少所需的解碼器。</translation>
+    </message>
+    <message>
+        <source>The film cannot be shown: its disk or network does not answer.</source>
+        <translation>無法播放影片：磁碟或網路沒有回應。</translation>
+    </message>
+    <message>
+        <source>The film plays without sound: the sound system does not answer.</source>
+        <translation>影片以無聲播放：音訊系統沒有回應。</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
+        <translation>無法顯示相片：檔案已損毀、過大，或不是圖片。</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file cannot be read.</source>
+        <translation>無法顯示相片：無法讀取檔案。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
+        <translation>無法顯示「%1」：相片的檔名須以小寫的 .bmp、.jpg、.jpeg、.png 或 .gif 結尾。</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

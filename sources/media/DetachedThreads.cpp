@@ -1,6 +1,8 @@
 #include "sources/media/DetachedThreads.h"
 
 #include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
 #include <mutex>
 
 namespace
@@ -39,4 +41,12 @@ bool DetachedThreads::allEnded(std::chrono::milliseconds bound)
 {
     std::unique_lock lock(count().mutex);
     return count().changed.wait_for(lock, bound, [] { return count().running == 0; });
+}
+
+void DetachedThreads::exitProcess(int code, std::chrono::milliseconds bound)
+{
+    if (allEnded(bound))
+        std::exit(code);
+    std::fflush(nullptr);
+    std::_Exit(code);
 }

@@ -23,4 +23,9 @@ public:
 /// Waits for them, no longer than `bound`. False when one is still running then.
 [[nodiscard]] bool allEnded(std::chrono::milliseconds bound);
 
+/// Ends the process with that code, as the last act of main() when everything of the program's own
+/// is written and closed. The libraries are torn down only if all of these threads end within
+/// `bound`.
+[[noreturn]] void exitProcess(int code, std::chrono::milliseconds bound);
+
 } // namespace DetachedThreads

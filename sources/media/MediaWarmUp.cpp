@@ -1,44 +1,76 @@
 #include "sources/media/MediaWarmUp.h"
 
+#include "sources/media/DetachedThreads.h"
 #include "sources/media/MediaLibrary.h"
 
+#include <condition_variable>
 #include <initializer_list>
+#include <mutex>
 #include <pthread.h>
 
+namespace
+{
+
+/// For the end of the program.
+constexpr std::chrono::milliseconds endBound(300);
+
+} // namespace
+
+struct MediaWarmUp::State {
+    /// Guards the members below.
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool stopping = false;
+    bool done = false;
+    bool ended = false;
+};
+
 MediaWarmUp::MediaWarmUp(std::chrono::milliseconds delay)
-    : m_thread([this, delay] { run(delay); })
+    : m_state(std::make_shared<State>())
+    , m_thread([state = m_state, delay] {
+        const DetachedThreads::Running running;
+        run(*state, delay);
+    })
 {
 }
 
 MediaWarmUp::~MediaWarmUp()
 {
+    bool ended = false;
     {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
+        std::unique_lock lock(m_state->mutex);
+        m_state->stopping = true;
+        m_state->changed.notify_all();
+        ended = m_state->changed.wait_for(lock, endBound, [this] { return m_state->ended; });
     }
-    m_changed.notify_all();
-    m_thread.join();
+    if (ended)
+        m_thread.join();
+    else
+        m_thread.detach();
 }
 
 bool MediaWarmUp::waitUntilDone(std::chrono::milliseconds patience)
 {
-    std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, patience, [this] { return m_done; });
+    std::unique_lock lock(m_state->mutex);
+    return m_state->changed.wait_for(lock, patience, [this] { return m_state->done; });
 }
 
-void MediaWarmUp::run(std::chrono::milliseconds delay)
+void MediaWarmUp::run(State &state, std::chrono::milliseconds delay)
 {
     pthread_setname_np(pthread_self(), "MediaWarmUp");
-    std::unique_lock lock(m_mutex);
-    m_changed.wait_for(lock, delay, [this] { return m_stopping; });
+    std::unique_lock lock(state.mutex);
+    state.changed.wait_for(lock, delay, [&state] { return state.stopping; });
+    bool whole = true;
     for (const auto step : {MediaLibrary::initialise, MediaLibrary::loadFilmElements,
                             MediaLibrary::loadMovieElements, MediaLibrary::rehearse}) {
-        if (m_stopping)
-            return;
+        whole = !state.stopping;
+        if (!whole)
+            break;
         lock.unlock();
         step();
         lock.lock();
     }
-    m_done = true;
-    m_changed.notify_all();
+    state.done = whole;
+    state.ended = true;
+    state.changed.notify_all();
 }

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <memory>
 #include <thread>
 
 /// Gets the media library ready while nobody waits for it, on a thread of its own named
@@ -12,7 +11,8 @@ class MediaWarmUp
 public:
     /// Begins after `delay`, for a start that is to have the machine to itself.
     explicit MediaWarmUp(std::chrono::milliseconds delay);
-    /// Leaves out what has not begun, and waits for the rest.
+    /// Leaves out what has not begun, and gives the rest a fraction of a second; what takes longer,
+    /// as where the list of plugins is being made, goes on alone.
     ~MediaWarmUp();
     MediaWarmUp(const MediaWarmUp &) = delete;
     MediaWarmUp &operator=(const MediaWarmUp &) = delete;
@@ -21,12 +21,11 @@ public:
     [[nodiscard]] bool waitUntilDone(std::chrono::milliseconds patience);
 
 private:
-    void run(std::chrono::milliseconds delay);
+    struct State;
 
-    /// Guards m_stopping and m_done.
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_stopping = false;
-    bool m_done = false;
+    static void run(State &state, std::chrono::milliseconds delay);
+
+    /// The thread's as well.
+    const std::shared_ptr<State> m_state;
     std::thread m_thread;
 };

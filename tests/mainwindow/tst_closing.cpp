@@ -4,6 +4,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ThumbnailWidget.h"
 #include "sources/LiveSource.h"
+#include "sources/media/DetachedThreads.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QDir>
@@ -65,15 +66,22 @@ void unpluggedWhileRecording(MainWindow &window, VirtualCamera &camera)
     camera.unplugDirty();
 }
 
-void playing(MainWindow &window, VirtualCamera &)
+void opening(MainWindow &window, VirtualCamera &)
 {
     const QString film = QDir::tempPath() + "/film.mp4";
-    QProcess::execute("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30",
-                                 "-t", "5", film});
+    QProcess::execute("ffmpeg",
+                      {"-v", "error", "-y", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=30",
+                       "-f", "lavfi", "-i", "sine", "-t", "5", film});
     enter(window, 1);
-    const QSize before = window.currentCanvas()->pictureSize();
     chooseFile(&window, film);
     button(window, "Open film")->click();
+}
+
+void playing(MainWindow &window, VirtualCamera &camera)
+{
+    enter(window, 1);
+    const QSize before = window.currentCanvas()->pictureSize();
+    opening(window, camera);
     if (!QTest::qWaitFor([&] { return window.currentCanvas()->pictureSize() != before; },
                          PATIENCE_MS))
         qFatal("the film does not play");
@@ -168,6 +176,7 @@ const QMap<QString, Arrange> &states()
         {"recording", recording},
         {"unplugged", unplugged},
         {"unplugged while recording", unpluggedWhileRecording},
+        {"opening", opening},
         {"playing", playing},
         {"winding", winding},
         {"thumbnails", thumbnails},
@@ -244,6 +253,7 @@ private slots:
     void closingEndsTheProcess_data();
     void closingEndsTheProcess();
     void aHangingPrintServerDoesNotHoldUpTheStart();
+    void aHangingSoundServerDoesNotHoldUpTheEnd();
 };
 
 void TestClosing::closingEndsTheProcess_data()
@@ -295,10 +305,40 @@ void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
     QVERIFY(!server.wasAsked());
 }
 
+void TestClosing::aHangingSoundServerDoesNotHoldUpTheEnd()
+{
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath("pulse.sock"));
+    const HangingServer server(path);
+    QVERIFY(server.listens());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", folder.path());
+    environment.insert("XDG_CONFIG_HOME", folder.path() + "/config");
+    environment.insert("PULSE_SERVER", "unix:" + path);
+    for (const char *state : {"opening", "playing"}) {
+        QProcess child;
+        child.setProcessEnvironment(environment);
+        child.start(QCoreApplication::applicationFilePath(), {"--close", state});
+        QByteArray output;
+        while (!output.contains("closing\n")) {
+            QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+            output += child.readAll();
+        }
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(child.waitForFinished(CLOSING_MS));
+        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(child.exitCode(), 0);
+        qInfo("%s: %lld ms", state, clock.elapsed());
+        QVERIFY(server.wasAsked());
+    }
+}
+
 int main(int argc, char **argv)
 {
     if (argc == 3 && qstrcmp(argv[1], "--close") == 0)
-        return runAndClose(argc, argv, QString::fromLocal8Bit(argv[2]));
+        DetachedThreads::exitProcess(runAndClose(argc, argv, QString::fromLocal8Bit(argv[2])),
+                                     std::chrono::milliseconds(200));
     QCoreApplication application(argc, argv);
     TestClosing test;
     return QTest::qExec(&test, argc, argv);

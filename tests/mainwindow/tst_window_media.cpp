@@ -1,6 +1,7 @@
 #include "WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "mainwindow/CanvasMessage.h"
 #include "sources/FilmSource.h"
 #include "sources/PhotographSource.h"
 #include "widgets/Slider.h"
@@ -46,6 +47,8 @@ private slots:
     void aVanishedFileIsIgnored();
     void slideshowButtonFollowsTheShow();
     void theButtonStaysOnWhileAShowRunsWithoutItsFolder();
+    void aPhotographThatCannotBeShownIsToldOf();
+    void aFilmThatCannotBeShownIsToldOf();
     void photographsRestWhileAnotherModeIsShown();
     void intervalPlacesReachTheSource();
     void longIndexesFitTheirLabel();
@@ -195,6 +198,57 @@ void TestWindowMedia::theButtonStaysOnWhileAShowRunsWithoutItsFolder()
     show->click();
     QVERIFY(!source->playing());
     QVERIFY(!show->isChecked());
+}
+
+void TestWindowMedia::aPhotographThatCannotBeShownIsToldOf()
+{
+    const QTemporaryDir folder;
+    const QString good = pictureFile(folder.path(), "a.png", 0xFFFF0000);
+    const QString loud = pictureFile(folder.path(), "IMG_0001.JPG", 0xFFFF0000);
+    const QString bad = folder.filePath("b.png");
+    QFile file(bad);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no picture") > 0);
+    file.close();
+    MainWindow window;
+    window.show();
+    enter(window, 2);
+    const auto open = [&window](const QString &path) {
+        chooseFile(&window, path);
+        button(window, "Open folder of photographs")->click();
+        QVERIFY(!QApplication::activeModalWidget());
+    };
+    const auto *message = window.currentCanvas()->findChild<CanvasMessage *>();
+    open(loud);
+    QVERIFY(message->isVisible());
+    QVERIFY(message->text().contains("IMG_0001.JPG"));
+    open(good);
+    QVERIFY(!message->isVisible());
+    open(bad);
+    QVERIFY(message->isVisible());
+    QVERIFY(message->text().contains("damaged"));
+    button(window, "Previous photograph")->click();
+    QVERIFY(!message->isVisible());
+    button(window, "Next photograph")->click();
+    QVERIFY(message->isVisible());
+}
+
+void TestWindowMedia::aFilmThatCannotBeShownIsToldOf()
+{
+    const QTemporaryDir folder;
+    const QString bad = folder.filePath("film.mp4");
+    QFile file(bad);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(5000, 'x')) > 0);
+    file.close();
+    MainWindow window;
+    window.show();
+    enter(window, 1);
+    const auto *message = window.currentCanvas()->findChild<CanvasMessage *>();
+    chooseFile(&window, bad);
+    button(window, "Open film")->click();
+    QTRY_VERIFY_WITH_TIMEOUT(message->isVisible(), 30000);
+    QVERIFY(message->text().contains("damaged"));
+    QVERIFY(!window.findChild<FilmSource *>()->moving());
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void TestWindowMedia::photographsRestWhileAnotherModeIsShown()

@@ -73,9 +73,11 @@ private slots:
     void aFileThatCannotBeOpenedLeavesThePictureAndThePlayer_data()
     {
         QTest::addColumn<QString>("what");
-        for (const char *what : {"missing", "empty", "garbage", "truncated", "folder", "device",
-                                 "pipe", "picture", "no path", "no reading"})
-            QTest::newRow(what) << QString::fromLatin1(what);
+        QTest::addColumn<int>("fault");
+        for (const char *what : {"missing", "folder", "device", "pipe", "no path", "no reading"})
+            QTest::newRow(what) << QString::fromLatin1(what) << int(FilmFault::Unreadable);
+        for (const char *what : {"empty", "garbage", "truncated", "picture"})
+            QTest::newRow(what) << QString::fromLatin1(what) << int(FilmFault::NoFilm);
     }
 
     void aFileThatCannotBeOpenedLeavesThePictureAndThePlayer()
@@ -109,9 +111,15 @@ private slots:
         m_source->pause();
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
         m_wall.forget();
+        QFETCH(int, fault);
+        QVector<FilmFault> faults;
+        connect(m_source.get(), &FilmSource::faulty, this,
+                [&faults](FilmFault each) { faults.append(each); });
         QVERIFY(m_source->setFile(bad));
         QVERIFY(!m_wall.refreshing());
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QCOMPARE(faults, QVector<FilmFault>{FilmFault(fault)});
+        QVERIFY(!m_source->moving());
         QCOMPARE(m_wall.count(), 0);
         QCOMPARE(m_source->currentPosition(), 0);
         // Every button still answers.
@@ -313,10 +321,14 @@ private slots:
         made.seconds = 1;
         made.video = QStringList{"-vn"};
         QVERIFY(made.write(path("sound.mp4")));
+        QVector<FilmFault> faults;
+        connect(m_source.get(), &FilmSource::faulty, this,
+                [&faults](FilmFault each) { faults.append(each); });
         m_source->setFile(path("sound.mp4"));
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
         QCOMPARE(m_wall.count(), 0);
         QCOMPARE(m_source->currentPosition(), 100);
+        QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoPicture});
         verifyTheNextFilmPlays();
     }
 

@@ -1,11 +1,13 @@
 #include "SoundServer.h"
 #include "TestFilm.h"
 #include "sources/FilmSource.h"
+#include "sources/media/DetachedThreads.h"
 #include "tests/fakes/PictureWall.h"
 
 #include <QtTest>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -175,6 +177,72 @@ private slots:
                                  patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(loudness() > 1000, patienceMs);
         QVERIFY(devices.remove());
+    }
+
+    void aServerThatDoesNotAnswerCostsTheSoundAlone()
+    {
+        QVector<FilmFault> faults;
+        connect(m_source.get(), &FilmSource::faulty, this,
+                [&faults](FilmFault fault) { faults.append(fault); });
+        m_server->freeze(true);
+        QElapsedTimer clock;
+        clock.start();
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(!faults.isEmpty(), patienceMs);
+        qInfo("said after %lld ms", clock.elapsed());
+        QCOMPARE(faults, QVector<FilmFault>{FilmFault::SoundNotAnswering});
+        verifyThePicturesGoOn();
+        QVERIFY(m_source->moving());
+        // The next film does not ask again.
+        m_wall.forget();
+        clock.start();
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        qInfo("the next film after %lld ms", clock.elapsed());
+        QCOMPARE(faults.size(), 2);
+        m_source->setPosition(50);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 750, patienceMs);
+        // A server that answers again is used again.
+        m_server->freeze(false);
+        QTRY_COMPARE_WITH_TIMEOUT((m_source->setFile(m_film), QTest::qWait(1000), streams()), 1,
+                                  patienceMs);
+        verifyThePicturesGoOn();
+    }
+
+    void aServerThatStopsAnsweringHoldsUpNeitherTheEndNorTheNextFilm()
+    {
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, patienceMs);
+        m_server->freeze(true);
+        QElapsedTimer clock;
+        clock.start();
+        m_wall.forget();
+        m_source->setFile(m_film);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 30, patienceMs);
+        qInfo("the next film after %lld ms", clock.elapsed());
+        clock.start();
+        m_source.reset();
+        const qint64 endMs = clock.elapsed();
+        qInfo("ended after %lld ms", endMs);
+        QVERIFY(endMs < patienceMs / 3);
+        m_server->freeze(false);
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(patienceMs)));
+    }
+
+    void theEndDoesNotWaitForAServerThatDoesNotAnswer()
+    {
+        m_server->freeze(true);
+        m_source->setFile(m_film);
+        // The player asks the server by then, and has not given it up.
+        QTest::qWait(500);
+        QElapsedTimer clock;
+        clock.start();
+        m_source.reset();
+        const qint64 endMs = clock.elapsed();
+        qInfo("ended after %lld ms", endMs);
+        QVERIFY(endMs < patienceMs / 3);
+        m_server->freeze(false);
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(patienceMs)));
     }
 
     void withoutAServerThePicturesPlay()

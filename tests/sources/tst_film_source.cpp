@@ -196,6 +196,10 @@ private slots:
         bench.source.backward();
         QVERIFY(bench.film.playing);
         QVERIFY(bench.source.moving());
+        bench.film.time = 61;
+        QVERIFY(!bench.source.moving());
+        bench.film.time = 60;
+        QVERIFY(bench.source.moving());
         bench.film.ends();
         QCoreApplication::processEvents();
         QVERIFY(!bench.source.moving());

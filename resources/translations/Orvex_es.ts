@@ -328,39 +328,39 @@
     </message>
     <message>
         <source>The film cannot be shown: the file cannot be read.</source>
-        <translation>No se puede mostrar la película: no se puede leer el archivo.</translation>
+        <translation>No se puede mostrar el vídeo: no se puede leer el archivo.</translation>
     </message>
     <message>
         <source>The film cannot be shown: the file is damaged or is not a film.</source>
-        <translation>No se puede mostrar la película: el archivo está dañado o no es una película.</translation>
+        <translation>No se puede mostrar el vídeo: el archivo está dañado o no es un vídeo.</translation>
     </message>
     <message>
         <source>There is no picture in this film.</source>
-        <translation>Esta película no contiene imagen.</translation>
+        <translation>Este vídeo no contiene imagen.</translation>
     </message>
     <message>
         <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>No se puede mostrar la película: falta un decodificador.</translation>
+        <translation>No se puede mostrar el vídeo: falta un decodificador.</translation>
     </message>
     <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
-        <translation>No se puede mostrar la película: el disco o la red no responde.</translation>
+        <translation>No se puede mostrar el vídeo: el disco o la red no responde.</translation>
     </message>
     <message>
         <source>The film plays without sound: the sound system does not answer.</source>
-        <translation>La película se reproduce sin sonido: el sistema de sonido no responde.</translation>
+        <translation>El vídeo se reproduce sin sonido: el sistema de sonido no responde.</translation>
     </message>
     <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
-        <translation>No se puede mostrar la foto: el archivo está dañado, es demasiado grande o no es una imagen.</translation>
+        <translation>No se puede mostrar la fotografía: el archivo está dañado, es demasiado grande o no es una imagen.</translation>
     </message>
     <message>
         <source>The photograph cannot be shown: the file cannot be read.</source>
-        <translation>No se puede mostrar la foto: no se puede leer el archivo.</translation>
+        <translation>No se puede mostrar la fotografía: no se puede leer el archivo.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
-        <translation>«%1» no se muestra: los nombres de las fotos terminan en .bmp, .jpg, .jpeg, .png o .gif, en minúsculas.</translation>
+        <translation>«%1» no se muestra: los nombres de las fotografías terminan en .bmp, .jpg, .jpeg, .png o .gif, en minúsculas.</translation>
     </message>
 </context>
 <context>

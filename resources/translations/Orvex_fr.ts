@@ -328,39 +328,39 @@
     </message>
     <message>
         <source>The film cannot be shown: the file cannot be read.</source>
-        <translation>Le film ne peut pas être affiché : le fichier est illisible.</translation>
+        <translation>Le film ne peut pas être affiché : le fichier est illisible.</translation>
     </message>
     <message>
         <source>The film cannot be shown: the file is damaged or is not a film.</source>
-        <translation>Le film ne peut pas être affiché : le fichier est endommagé ou n&apos;est pas un film.</translation>
+        <translation>Le film ne peut pas être affiché : le fichier est endommagé ou n’est pas un film.</translation>
     </message>
     <message>
         <source>There is no picture in this film.</source>
-        <translation>Ce film ne contient pas d&apos;image.</translation>
+        <translation>Ce film ne contient pas d’image.</translation>
     </message>
     <message>
         <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>Le film ne peut pas être affiché : il manque un décodeur.</translation>
+        <translation>Le film ne peut pas être affiché : il manque un décodeur.</translation>
     </message>
     <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
-        <translation>Le film ne peut pas être affiché : le disque ou le réseau ne répond pas.</translation>
+        <translation>Le film ne peut pas être affiché : le disque ou le réseau ne répond pas.</translation>
     </message>
     <message>
         <source>The film plays without sound: the sound system does not answer.</source>
-        <translation>Le film est lu sans le son : le système audio ne répond pas.</translation>
+        <translation>Le film est lu sans le son : le système audio ne répond pas.</translation>
     </message>
     <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
-        <translation>La photo ne peut pas être affichée : le fichier est endommagé, trop volumineux ou n&apos;est pas une image.</translation>
+        <translation>La photo ne peut pas être affichée : le fichier est endommagé, trop volumineux ou n’est pas une image.</translation>
     </message>
     <message>
         <source>The photograph cannot be shown: the file cannot be read.</source>
-        <translation>La photo ne peut pas être affichée : le fichier est illisible.</translation>
+        <translation>La photo ne peut pas être affichée : le fichier est illisible.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
-        <translation>« %1 » n&apos;est pas affiché : le nom d&apos;une photo se termine par .bmp, .jpg, .jpeg, .png ou .gif, en minuscules.</translation>
+        <translation>« %1 » n’est pas affiché : le nom d’une photo se termine par .bmp, .jpg, .jpeg, .png ou .gif, en minuscules.</translation>
     </message>
 </context>
 <context>

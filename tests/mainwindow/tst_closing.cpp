@@ -315,23 +315,22 @@ void TestClosing::aHangingSoundServerDoesNotHoldUpTheEnd()
     environment.insert("TMPDIR", folder.path());
     environment.insert("XDG_CONFIG_HOME", folder.path() + "/config");
     environment.insert("PULSE_SERVER", "unix:" + path);
-    for (const char *state : {"opening", "playing"}) {
-        QProcess child;
-        child.setProcessEnvironment(environment);
-        child.start(QCoreApplication::applicationFilePath(), {"--close", state});
-        QByteArray output;
-        while (!output.contains("closing\n")) {
-            QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
-            output += child.readAll();
-        }
-        QElapsedTimer clock;
-        clock.start();
-        QVERIFY(child.waitForFinished(CLOSING_MS));
-        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(child.exitCode(), 0);
-        qInfo("%s: %lld ms", state, clock.elapsed());
-        QVERIFY(server.wasAsked());
+    QProcess child;
+    child.setProcessEnvironment(environment);
+    // Once it plays, the thread that waits for the server has been left behind.
+    child.start(QCoreApplication::applicationFilePath(), {"--close", "playing"});
+    QByteArray output;
+    while (!output.contains("closing\n")) {
+        QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+        output += child.readAll();
     }
+    QVERIFY(server.wasAsked());
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(child.waitForFinished(CLOSING_MS));
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 0);
+    qInfo("%lld ms", clock.elapsed());
 }
 
 int main(int argc, char **argv)

@@ -4,6 +4,7 @@
 #include "OSDProcessor.h"
 #include "SnapshotFile.h"
 #include "StartPicture.h"
+#include "TextEditor.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -46,6 +47,8 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     m_strokeTimer.setSingleShot(true);
     m_strokeTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_strokeTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
+
+    connect(m_text.editor(), &TextEditor::finished, this, &ImageCanvas::endTextEditing);
 
     if (const FramePtr picture = startPicture()) {
         const std::lock_guard<std::mutex> locker(m_lock);
@@ -209,6 +212,7 @@ void ImageCanvas::takeInput(const FramePtr &frame, QSize size)
         return;
     m_view.setFrameSize(taken);
     m_layer.reset(m_view.rotatedSize());
+    m_textAnchor.layerReplaced();
     publishView();
 }
 

@@ -6,6 +6,7 @@
 #include "FramePipeline.h"
 #include "ScaledPicture.h"
 #include "SnapshotClock.h"
+#include "TextAnchor.h"
 #include "TextAnnotation.h"
 #include "ViewGeometry.h"
 #include "sources/ICaptureCB.h"
@@ -102,7 +103,8 @@ public:
     [[nodiscard]] QString fontFace() const { return m_text.fontFace(); }
     [[nodiscard]] int fontSize() const { return m_text.fontSize(); }
     void setTextFormat();
-    /// Paints the text that is being edited into the drawing; nothing when there is none.
+    /// Paints the text that is being edited into the drawing, which Escape does too; nothing when
+    /// there is none.
     void endTextEditing();
 
     // Indications -------------------------------------------------------------------------------
@@ -192,6 +194,7 @@ private:
 
     // Without the lock.
     void save(const Shot &shot);
+    void turn(bool clockwise);
     void requestRepaint();
     void endDrag(QPoint widgetPoint);
     void copyClip(const QRect &selection);
@@ -213,6 +216,7 @@ private:
     FramePipeline m_pipeline;
     ViewGeometry m_view;
     AnnotationLayer m_layer;
+    TextAnchor m_textAnchor;
     SnapshotClock m_snapshotClock;
     QString m_armedFolder;
     AnnotationTools m_tools;

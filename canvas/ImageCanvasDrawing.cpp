@@ -45,7 +45,7 @@ void ImageCanvas::endTextEditing()
         return;
     m_text.close();
     const std::lock_guard<std::mutex> locker(m_lock);
-    m_text.paintInto(m_layer, m_view.transformedSize(), size());
+    m_text.paintInto(m_layer, m_textAnchor, m_view.transformedSize(), size());
 }
 
 void ImageCanvas::mousePressEvent(QMouseEvent *event)
@@ -122,11 +122,13 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
         endTextEditing();
         return;
     }
-    QPoint anchor;
+    // Let go beside the canvas, it was no click, and an editor there could not be seen.
+    if (!rect().contains(widgetPoint))
+        return;
     {
         const std::lock_guard<std::mutex> locker(m_lock);
-        anchor = AnnotationTools::layerPoint(
-            ViewGeometry::picturePoint(widgetPoint, resultSize(), size()), m_view, m_layer);
+        m_textAnchor.place(AnnotationTools::layerPoint(
+            ViewGeometry::picturePoint(widgetPoint, resultSize(), size()), m_view, m_layer));
     }
-    m_text.open(widgetPoint, anchor);
+    m_text.open(widgetPoint);
 }

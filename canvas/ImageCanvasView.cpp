@@ -83,18 +83,20 @@ void ImageCanvas::setViewport(int x, int y)
 
 void ImageCanvas::rotate()
 {
-    changeView([this](ViewGeometry &view) {
-        view.turn(true);
-        m_layer.turn(true);
-    });
-    requestRepaint();
+    turn(true);
 }
 
 void ImageCanvas::rotateRev()
 {
-    changeView([this](ViewGeometry &view) {
-        view.turn(false);
-        m_layer.turn(false);
+    turn(false);
+}
+
+void ImageCanvas::turn(bool clockwise)
+{
+    changeView([this, clockwise](ViewGeometry &view) {
+        view.turn(clockwise);
+        m_textAnchor.turn(clockwise, m_layer.size());
+        m_layer.turn(clockwise);
     });
     requestRepaint();
 }
@@ -135,5 +137,6 @@ ViewGeometry ImageCanvas::publishedView() const
 void ImageCanvas::resizeEvent(QResizeEvent *event)
 {
     changeView([](ViewGeometry &view) { view.refit(); });
+    m_text.keepInside();
     QWidget::resizeEvent(event);
 }

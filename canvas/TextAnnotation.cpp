@@ -1,12 +1,16 @@
 #include "TextAnnotation.h"
 
 #include "AnnotationLayer.h"
+#include "TextAnchor.h"
+#include "TextEditor.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QPainter>
+#include <QTextBlock>
 #include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextEdit>
+#include <QTextLayout>
 #include <QTransform>
 
 #include <algorithm>
@@ -32,10 +36,22 @@ QRectF inkOf(const QTextDocument &document)
                   document.size().height() + 2.0 * overhang);
 }
 
+/// What the lines of the document cover, in its own coordinates.
+QRectF linesOf(const QTextDocument &document)
+{
+    QRectF lines;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QRectF place = document.documentLayout()->blockBoundingRect(block);
+        for (int i = 0; i < block.layout()->lineCount(); ++i)
+            lines |= block.layout()->lineAt(i).naturalTextRect().translated(place.topLeft());
+    }
+    return lines;
+}
+
 } // namespace
 
 TextAnnotation::TextAnnotation(QWidget *canvas)
-    : m_editor(new QTextEdit(canvas))
+    : m_editor(new TextEditor(canvas))
     , m_fontFace(QString::fromLatin1(DEFAULT_FACE))
     , m_fontSize(DEFAULT_POINTS)
 {
@@ -45,10 +61,9 @@ TextAnnotation::TextAnnotation(QWidget *canvas)
     m_editor->setAttribute(Qt::WA_NoMousePropagation);
 }
 
-void TextAnnotation::open(QPoint widgetPoint, QPoint anchor)
+void TextAnnotation::open(QPoint widgetPoint)
 {
     const QSize room = m_editor->parentWidget()->size() - QSize(EDGE_MARGIN, EDGE_MARGIN);
-    m_anchor = anchor;
     m_editor->move(widgetPoint);
     // A click in the last pixels still opens something to type into.
     m_editor->resize(std::clamp(room.width() - widgetPoint.x(), 1, LARGEST_EDGE),
@@ -66,11 +81,22 @@ bool TextAnnotation::isOpen() const
 
 void TextAnnotation::close()
 {
+    // A text editor does not pass the focus on when it is hidden, and would go on taking every key.
+    m_editor->clearFocus();
     m_editor->hide();
     m_editor->moveCursor(QTextCursor::Start);
     // An editor that was never on the screen has not laid its document out.
     if (m_editor->document()->textWidth() <= 0.0)
         m_editor->document()->setTextWidth(m_editor->width());
+}
+
+void TextAnnotation::keepInside()
+{
+    if (!isOpen())
+        return;
+    const QSize free = m_editor->parentWidget()->size() - m_editor->size();
+    m_editor->move(std::clamp(m_editor->x(), 0, std::max(free.width(), 0)),
+                   std::clamp(m_editor->y(), 0, std::max(free.height(), 0)));
 }
 
 void TextAnnotation::setColor(const QColor &color)
@@ -103,8 +129,8 @@ void TextAnnotation::applyFormat()
     m_editor->setTextCursor(cursor);
 }
 
-void TextAnnotation::paintInto(AnnotationLayer &layer, QSize transformedSize,
-                               QSize canvasSize) const
+void TextAnnotation::paintInto(AnnotationLayer &layer, const TextAnchor &anchor,
+                               QSize transformedSize, QSize canvasSize) const
 {
     layer.setUsed();
     if (canvasSize.isEmpty())
@@ -114,7 +140,9 @@ void TextAnnotation::paintInto(AnnotationLayer &layer, QSize transformedSize,
         return;
     const double scale = std::min(double(transformedSize.height()) / canvasSize.height(),
                                   double(transformedSize.width()) / canvasSize.width());
-    QTransform place = QTransform::fromTranslate(m_anchor.x(), m_anchor.y());
+    const QRectF lines = QTransform::fromScale(scale, scale).mapRect(linesOf(*document));
+    const QPoint corner = anchor.point(lines, layer.size());
+    QTransform place = QTransform::fromTranslate(corner.x(), corner.y());
     place.scale(scale, scale);
     layer.paint({place.mapRect(inkOf(*document)).toAlignedRect() & layer.rect()},
                 [&](QPainter &painter) {

@@ -6,7 +6,8 @@
 #include <QString>
 
 class AnnotationLayer;
-class QTextEdit;
+class TextAnchor;
+class TextEditor;
 class QWidget;
 
 /// The text tool: a borderless editor on the canvas whose document becomes part of the drawing.
@@ -19,12 +20,16 @@ public:
     /// The editor is a hidden child of the canvas, which owns it.
     explicit TextAnnotation(QWidget *canvas);
 
-    /// Shows an empty editor with the keyboard focus. Its document will begin at the anchor, in
-    /// layer coordinates.
-    void open(QPoint widgetPoint, QPoint anchor);
+    [[nodiscard]] TextEditor *editor() const { return m_editor; }
+
+    /// Shows an empty editor with the keyboard focus.
+    void open(QPoint widgetPoint);
     /// Also when the canvas itself is not on the screen.
     [[nodiscard]] bool isOpen() const;
+    /// Hides the editor and leaves the keyboard focus to the window. The text stays.
     void close();
+    /// Moves an open editor back into a canvas that has become smaller.
+    void keepInside();
 
     /// Each acts on the selection, or else on what is typed next. A size below 1 point is ignored.
     void setColor(const QColor &color);
@@ -36,14 +41,14 @@ public:
     [[nodiscard]] QString fontFace() const { return m_fontFace; }
     [[nodiscard]] int fontSize() const { return m_fontSize; }
 
-    /// Paints the document into the layer, scaled as the view (`transformedSize`, in output
-    /// pixels) is to the canvas, and makes the layer count as used. A canvas without pixels only
-    /// does the latter. Needs the lock that guards the layer.
-    void paintInto(AnnotationLayer &layer, QSize transformedSize, QSize canvasSize) const;
+    /// Paints the document into the layer at the anchor, scaled as the view (`transformedSize`, in
+    /// output pixels) is to the canvas, and makes the layer count as used. A canvas without pixels
+    /// only does the latter. Needs the lock that guards the layer.
+    void paintInto(AnnotationLayer &layer, const TextAnchor &anchor, QSize transformedSize,
+                   QSize canvasSize) const;
 
 private:
-    QTextEdit *const m_editor;
-    QPoint m_anchor;
+    TextEditor *const m_editor;
     QColor m_color = Qt::black;
     QString m_fontFace;
     int m_fontSize;

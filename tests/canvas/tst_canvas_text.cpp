@@ -2,11 +2,13 @@
 #include "GoldenPicture.h"
 #include "canvas/AnnotationLayer.h"
 #include "canvas/ImageCanvas.h"
+#include "canvas/TextAnchor.h"
 #include "canvas/TextAnnotation.h"
 
 #include <QtTest>
 
 #include <QInputMethodEvent>
+#include <QPushButton>
 #include <QTextBlock>
 #include <QTextEdit>
 
@@ -42,6 +44,13 @@ QTextEdit &editorOf(ImageCanvas &canvas)
 void type(ImageCanvas &canvas, const QString &text)
 {
     QTest::keyClicks(&editorOf(canvas), text);
+}
+
+/// Types as the window system delivers it: to the window, which hands it to what has the focus.
+void typeAt(QWidget &window, const QString &text)
+{
+    for (const QChar letter : text)
+        QTest::keyClick(window.windowHandle(), letter.toLatin1());
 }
 
 /// What an input method sends: the text while it is composed, and then its commit.
@@ -120,7 +129,6 @@ private slots:
         QTest::newRow("a hundred from the bottom") << QPoint(100, 620) << QSize(300, 95);
         QTest::newRow("in the open") << QPoint(0, 0) << QSize(300, 300);
         QTest::newRow("in the last pixels") << QPoint(1277, 718) << QSize(1, 1);
-        QTest::newRow("outside") << QPoint(1400, -50) << QSize(1, 300);
     }
 
     void theEditorKeepsAMarginToTheCanvasEdge()
@@ -135,6 +143,78 @@ private slots:
         type(*canvas, "x");
         CanvasMouse::click(*canvas, {10, 10});
         QVERIFY(editorOf(*canvas).isHidden());
+    }
+
+    void aReleaseBesideTheCanvasOpensNoEditor_data()
+    {
+        QTest::addColumn<QPoint>("release");
+        QTest::newRow("left") << QPoint(-1, 60);
+        QTest::newRow("above") << QPoint(50, -400);
+        QTest::newRow("right") << QPoint(400, 60);
+        QTest::newRow("below") << QPoint(50, 300);
+    }
+
+    void aReleaseBesideTheCanvasOpensNoEditor()
+    {
+        QFETCH(QPoint, release);
+        const auto canvas = canvasOf();
+        CanvasMouse::drag(*canvas, {{50, 60}, release});
+        QVERIFY(editorOf(*canvas).isHidden());
+        QCOMPARE(canvas->focusWidget(), nullptr);
+        // The next click is one again.
+        CanvasMouse::click(*canvas, {50, 60});
+        QVERIFY(editorOf(*canvas).isVisible());
+        // It is committed by whatever ends a drag, as before.
+        CanvasMouse::drag(*canvas, {{10, 10}, release});
+        QVERIFY(editorOf(*canvas).isHidden());
+    }
+
+    void anOpenEditorStaysInACanvasThatShrinks()
+    {
+        const auto canvas = canvasOf({1280, 720});
+        CanvasMouse::click(*canvas, {1100, 600});
+        const QSize before = editorOf(*canvas).size();
+        canvas->resize(800, 500);
+        QVERIFY(canvas->rect().contains(editorOf(*canvas).geometry()));
+        QCOMPARE(editorOf(*canvas).size(), before);
+        canvas->resize(100, 50);
+        QCOMPARE(editorOf(*canvas).pos(), QPoint(0, 0));
+    }
+
+    void theKeysGoBackToTheWindow_data()
+    {
+        QTest::addColumn<int>("end");
+        QTest::newRow("click") << 0;
+        QTest::newRow("Escape") << 1;
+        QTest::newRow("other tool") << 2;
+    }
+
+    void theKeysGoBackToTheWindow()
+    {
+        QFETCH(int, end);
+        QWidget window;
+        auto *button = new QPushButton(&window);
+        auto *canvas = new ImageCanvas(&window);
+        canvas->resize(FRAME);
+        canvas->imageCaptured(paper());
+        canvas->setMouseMode(CanvasModes::Text);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        CanvasMouse::click(*canvas, {50, 60});
+        QTRY_VERIFY(editorOf(*canvas).hasFocus());
+        typeAt(window, "Hello");
+        if (end == 0)
+            CanvasMouse::click(*canvas, {10, 10});
+        else if (end == 1)
+            QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
+        else
+            canvas->setMouseMode(CanvasModes::Line);
+        QVERIFY(editorOf(*canvas).isHidden());
+        QVERIFY(inkOf(shown(*canvas)).isValid());
+        QCOMPARE(window.focusWidget(), nullptr);
+        QVERIFY(!button->hasFocus());
+        typeAt(window, " lost");
+        QCOMPARE(editorOf(*canvas).toPlainText(), QString("Hello"));
     }
 
     void aSecondClickCommitsAndOpensNoOtherEditor()
@@ -183,10 +263,10 @@ private slots:
         TextAnnotation text(&parent);
         AnnotationLayer layer;
         layer.reset(FRAME);
-        text.open({10, 10}, {10, 10});
+        text.open({10, 10});
         QVERIFY(text.isOpen());
         text.close();
-        text.paintInto(layer, FRAME, FRAME);
+        text.paintInto(layer, {}, FRAME, FRAME);
         QVERIFY(layer.isUsed());
         QVERIFY(layer.image().isNull());
     }
@@ -198,10 +278,12 @@ private slots:
         TextAnnotation text(&parent);
         AnnotationLayer layer;
         layer.reset(parent.size());
-        text.open({500, 500}, {500, 500});
+        text.open({500, 500});
         QTest::keyClicks(parent.findChild<QTextEdit *>(), "Hi");
         text.close();
-        text.paintInto(layer, parent.size(), parent.size());
+        TextAnchor anchor;
+        anchor.place({500, 500});
+        text.paintInto(layer, anchor, parent.size(), parent.size());
         QRegion touched;
         layer.forEachTouched(layer.rect(), [&touched](const QRect &part) { touched += part; });
         QCOMPARE(touched, QRegion(448, 448, 128, 128));
@@ -213,10 +295,10 @@ private slots:
         TextAnnotation text(&parent);
         AnnotationLayer layer;
         layer.reset(FRAME);
-        text.open({0, 0}, {10, 10});
+        text.open({0, 0});
         QTest::keyClicks(parent.findChild<QTextEdit *>(), "Hi");
         for (const QSize size : {QSize(0, 0), QSize(0, 50), QSize(50, 0)})
-            text.paintInto(layer, FRAME, size);
+            text.paintInto(layer, {}, FRAME, size);
         QVERIFY(layer.image().isNull());
         QVERIFY(layer.isUsed());
     }
@@ -342,6 +424,57 @@ private slots:
         QCOMPARE(shown(*canvas), upright.transformed(QTransform().rotate(90)));
         canvas->clearPainting();
         QCOMPARE(inkOf(shown(*canvas)), QRect());
+    }
+
+    void anOpenTextTurnsWithThePicture_data()
+    {
+        QTest::addColumn<int>("turns");
+        QTest::addColumn<QRect>("place");
+        // Where the letters may stand in the upright picture: they run upwards in a picture that
+        // is turned clockwise, downwards in one that is turned the other way.
+        QTest::newRow("clockwise") << 1 << QRect(250, 120, 40, 80);
+        QTest::newRow("upside down") << 2 << QRect(170, 160, 81, 41);
+        QTest::newRow("anticlockwise") << -1 << QRect(210, 200, 41, 80);
+        QTest::newRow("all around") << 4 << QRect(250, 200, 80, 40);
+    }
+
+    void anOpenTextTurnsWithThePicture()
+    {
+        QFETCH(int, turns);
+        QFETCH(QRect, place);
+        const auto canvas = canvasOf();
+        CanvasMouse::click(*canvas, {250, 200});
+        type(*canvas, "Hello");
+        for (int i = 0; i < std::abs(turns); ++i)
+            turns > 0 ? canvas->rotate() : canvas->rotateRev();
+        canvas->endTextEditing();
+        while (canvas->rotation() != 0)
+            canvas->rotate();
+        const QRect ink = inkOf(shown(*canvas));
+        QVERIFY(ink.isValid());
+        QVERIFY(place.contains(ink));
+    }
+
+    void anOpenTextStaysOnTheTurnedPicture()
+    {
+        // Turned about the end of the last line, a text would begin at the very edge.
+        const auto canvas = canvasOf({300, 300}, {300, 300});
+        CanvasMouse::click(*canvas, {150, 2});
+        type(*canvas, "Hello");
+        canvas->rotate();
+        canvas->endTextEditing();
+        QCOMPARE(inkOf(shown(*canvas)).size(), inkOfHello({300, 300}, {300, 300}));
+    }
+
+    void anOpenTextStaysOnASmallerPicture()
+    {
+        const auto canvas = canvasOf();
+        CanvasMouse::click(*canvas, {390, 290});
+        editorOf(*canvas).resize(300, 300);
+        type(*canvas, "Hello");
+        canvas->imageCaptured(paper({200, 150}));
+        canvas->endTextEditing();
+        QCOMPARE(inkOf(shown(*canvas)).size(), inkOfHello(FRAME, {200, 150}));
     }
 
     void inputMethodsWriteChineseAndJapanese()
@@ -481,6 +614,16 @@ private:
         }
         int presses = 0;
     };
+
+    /// How large the word is where nothing is in its way.
+    static QSize inkOfHello(QSize widget, QSize picture)
+    {
+        const auto canvas = canvasOf(widget, picture);
+        CanvasMouse::click(*canvas, {50, 50});
+        type(*canvas, "Hello");
+        canvas->endTextEditing();
+        return inkOf(shown(*canvas)).size();
+    }
 
     static void disturb(ImageCanvas &canvas, int event)
     {

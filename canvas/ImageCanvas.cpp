@@ -8,11 +8,11 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
 #include <QPainter>
 #include <QThread>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 namespace
@@ -73,8 +73,8 @@ void ImageCanvas::imageCaptured(const QImage &image)
         if (renewResult())
             shot = dueShot();
     }
-    save(shot);
     requestRepaint();
+    take(shot);
 }
 
 void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32)
@@ -97,8 +97,8 @@ void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror
         if (m_result != taken)
             copyOut(pixels, size, mirror, rgb32);
     }
-    save(shot);
     requestRepaint();
+    take(shot);
 }
 
 void ImageCanvas::startAutoRefresh()
@@ -120,8 +120,8 @@ void ImageCanvas::autoRefresh()
         if (m_input && renewResult())
             shot = dueShot();
     }
-    save(shot);
     requestRepaint();
+    take(shot);
 }
 
 void ImageCanvas::refreshWhenIdle()
@@ -242,12 +242,11 @@ QSize ImageCanvas::resultSize() const
     return m_result ? m_result->size() : QSize(0, 0);
 }
 
-ImageCanvas::Shot ImageCanvas::dueShot()
+ImageCanvas::Shot ImageCanvas::dueShot() const
 {
-    if (!m_snapshotClock.isArmed() || !m_result || !QDir(m_armedFolder).exists() ||
-        !m_snapshotClock.takePicture(m_clock.elapsed()))
+    if (!m_result || !m_snapshotClock.isDue(m_clock.elapsed()))
         return {};
-    return {m_result, SnapshotFile::path(m_armedFolder, QDateTime::currentDateTime())};
+    return {m_result, m_armedFolder};
 }
 
 void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
@@ -263,10 +262,14 @@ void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
 
 void ImageCanvas::snapshot()
 {
-    if (!QDir(snapshotFolder).exists())
+    const std::shared_ptr<OutputFolder> folder = OutputFolder::of(snapshotFolder);
+    const OutputFolder::State state = folder->state();
+    if (state == OutputFolder::State::Missing)
         return;
+    if (state != OutputFolder::State::Exists)
+        reportSnapshotFailure(snapshotFolder, qt_error_string(ETIMEDOUT));
     const std::lock_guard<std::mutex> locker(m_lock);
-    m_armedFolder = snapshotFolder;
+    m_armedFolder = folder;
     m_snapshotClock.arm({snapshotMode, snapshotInterval, seriesLimit}, m_clock.elapsed());
 }
 
@@ -282,16 +285,51 @@ bool ImageCanvas::seriesArmed() const
     return m_snapshotClock.isSeriesArmed();
 }
 
+void ImageCanvas::take(const Shot &shot)
+{
+    if (!shot.picture)
+        return;
+    const OutputFolder::State state = shot.folder->state();
+    if (state == OutputFolder::State::TimedOut)
+        reportSnapshotFailure(shot.folder->path(), qt_error_string(ETIMEDOUT));
+    // A shot whose folder is away, or does not answer, stays armed.
+    if (state != OutputFolder::State::Exists)
+        return;
+    {
+        const std::lock_guard<std::mutex> locker(m_lock);
+        if (shot.folder != m_armedFolder || !m_snapshotClock.takePicture(m_clock.elapsed()))
+            return;
+    }
+    save(shot);
+}
+
 void ImageCanvas::save(const Shot &shot)
 {
-    if (shot.path.isEmpty())
-        return;
-    // A failed write leaves no file and is shown like a good one.
-    SnapshotFile::write(shot.path, frameImage(shot.picture));
+    const QString path = SnapshotFile::path(shot.folder->path(), QDateTime::currentDateTime());
+    const auto failure = shot.folder->write(path, SnapshotFile::encoded(frameImage(shot.picture)));
+    if (failure)
+        reportSnapshotFailure(path, *failure);
+    // A failed write is shown like a good one.
     if (onGuiThread())
         showSnapshotTaken();
     else
         QMetaObject::invokeMethod(this, "showSnapshotTaken", Qt::QueuedConnection);
+}
+
+void ImageCanvas::reportSnapshotFailure(const QString &path, const QString &reason)
+{
+    qWarning("%s: %s", qPrintable(path), qPrintable(reason));
+    if (onGuiThread())
+        keepSnapshotFailure(path, reason);
+    else
+        QMetaObject::invokeMethod(this, "keepSnapshotFailure", Qt::QueuedConnection,
+                                  Q_ARG(QString, path), Q_ARG(QString, reason));
+}
+
+void ImageCanvas::keepSnapshotFailure(const QString &path, const QString &reason)
+{
+    m_snapshotFailure = SnapshotFailure{QDateTime::currentDateTime(), path, reason};
+    emit snapshotFailed(path, reason);
 }
 
 void ImageCanvas::showSnapshotTaken()

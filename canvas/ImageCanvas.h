@@ -4,6 +4,7 @@
 #include "AnnotationTools.h"
 #include "CanvasModes.h"
 #include "FramePipeline.h"
+#include "OutputFolder.h"
 #include "ScaledPicture.h"
 #include "SnapshotClock.h"
 #include "TextAnchor.h"
@@ -12,6 +13,7 @@
 #include "sources/ICaptureCB.h"
 
 #include <QColor>
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPoint>
@@ -25,7 +27,9 @@
 #include <atomic>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <mutex>
+#include <optional>
 
 class OSDProcessor;
 
@@ -57,11 +61,26 @@ public:
     [[nodiscard]] QSize pictureSize() const;
 
     // Snapshots ---------------------------------------------------------------------------------
-    /// Arms a shot or a series with the public snapshot fields, if the folder exists.
+    /// A picture that could not be written.
+    struct SnapshotFailure {
+        QDateTime time;
+        /// The file, or the folder that did not answer.
+        QString path;
+        /// In the system's words.
+        QString reason;
+    };
+
+    /// Arms a shot or a series with the public snapshot fields, if the folder exists. While the
+    /// folder does not answer, the shot waits, armed.
     void snapshot();
     void stopSnapshot();
     /// Whether a continuous series is armed.
     [[nodiscard]] bool seriesArmed() const;
+    /// The last one since the program began. GUI thread.
+    [[nodiscard]] const std::optional<SnapshotFailure> &lastSnapshotFailure() const
+    {
+        return m_snapshotFailure;
+    }
 
     // View --------------------------------------------------------------------------------------
     [[nodiscard]] int actualWidth() const;
@@ -133,6 +152,8 @@ public slots:
 signals:
     /// A clip has been copied to the clipboard.
     void clipDone();
+    /// lastSnapshotFailure() has changed. GUI thread.
+    void snapshotFailed(const QString &path, const QString &reason);
 
 protected:
     // The left button drives the tools, also when a pen or a finger stands for it.
@@ -146,6 +167,7 @@ protected:
 private slots:
     void refreshWhenIdle();
     void showSnapshotTaken();
+    void keepSnapshotFailure(const QString &path, const QString &reason);
     void updatePosted();
 
 private:
@@ -166,10 +188,10 @@ private:
         }
     };
 
-    /// A picture to be saved once the lock is released; an empty path is none.
+    /// A picture to be saved once the lock is released, if its folder is there; null is none.
     struct Shot {
         FramePtr picture;
-        QString path;
+        std::shared_ptr<OutputFolder> folder;
     };
 
     // With the lock held.
@@ -186,14 +208,16 @@ private:
     [[nodiscard]] bool renewResult();
     [[nodiscard]] Recipe currentRecipe() const;
     [[nodiscard]] QSize resultSize() const;
-    [[nodiscard]] Shot dueShot();
+    [[nodiscard]] Shot dueShot() const;
     void copyOut(void *pixels, QSize size, bool mirror, bool rgb32);
     void publishView();
     template <typename Change>
     void changeView(Change change);
 
     // Without the lock.
+    void take(const Shot &shot);
     void save(const Shot &shot);
+    void reportSnapshotFailure(const QString &path, const QString &reason);
     void turn(bool clockwise);
     void requestRepaint();
     void endDrag(QPoint widgetPoint);
@@ -218,7 +242,7 @@ private:
     AnnotationLayer m_layer;
     TextAnchor m_textAnchor;
     SnapshotClock m_snapshotClock;
-    QString m_armedFolder;
+    std::shared_ptr<OutputFolder> m_armedFolder;
     AnnotationTools m_tools;
 
     // Readable from any thread without the lock.
@@ -230,6 +254,7 @@ private:
 
     // GUI thread only.
     QPointer<OSDProcessor> m_osd;
+    std::optional<SnapshotFailure> m_snapshotFailure;
     QTimer m_refreshTimer;
     QTimer m_idleTimer;
     /// Runs from a stroke over a standing picture to the refresh that shows it.

@@ -18,6 +18,14 @@ bool SnapshotClock::isSeriesArmed() const
     return m_armed && m_order.mode == CanvasModes::Continuous;
 }
 
+bool SnapshotClock::isDue(std::int64_t nowMs) const
+{
+    if (!m_armed || m_order.mode != CanvasModes::Continuous)
+        return m_armed;
+    const std::uint64_t second = secondAt(nowMs);
+    return second - m_lastShotSecond >= m_order.intervalSeconds || second >= m_order.limitSeconds;
+}
+
 bool SnapshotClock::takePicture(std::int64_t nowMs)
 {
     if (!m_armed)
@@ -26,11 +34,16 @@ bool SnapshotClock::takePicture(std::int64_t nowMs)
         m_armed = false;
         return true;
     }
-    const auto second = static_cast<std::uint64_t>((nowMs - m_startMs) / 1000);
+    const std::uint64_t second = secondAt(nowMs);
     const bool due = second - m_lastShotSecond >= m_order.intervalSeconds;
     if (due)
         m_lastShotSecond = second;
     if (second >= m_order.limitSeconds)
         m_armed = false;
     return due;
+}
+
+std::uint64_t SnapshotClock::secondAt(std::int64_t nowMs) const
+{
+    return static_cast<std::uint64_t>((nowMs - m_startMs) / 1000);
 }

@@ -23,10 +23,14 @@ public:
     [[nodiscard]] bool isArmed() const { return m_armed; }
     [[nodiscard]] bool isSeriesArmed() const;
 
+    /// Whether takePicture() would do anything at this moment.
+    [[nodiscard]] bool isDue(std::int64_t nowMs) const;
     /// Whether the picture of this moment is saved; disarms what is thereby done.
     [[nodiscard]] bool takePicture(std::int64_t nowMs);
 
 private:
+    [[nodiscard]] std::uint64_t secondAt(std::int64_t nowMs) const;
+
     Order m_order;
     bool m_armed = false;
     std::int64_t m_startMs = 0;

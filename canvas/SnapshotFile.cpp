@@ -1,34 +1,59 @@
 #include "SnapshotFile.h"
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QFileDevice>
 #include <QImageWriter>
 
-#include <mutex>
+#include <cerrno>
+
+namespace
+{
+
+/// A disk that runs full takes a part first, and gives the reason with the rest.
+bool writeAll(QFile &file, const QByteArray &bytes)
+{
+    for (qint64 done = 0; done < bytes.size();) {
+        const qint64 count = file.write(bytes.constData() + done, bytes.size() - done);
+        if (count <= 0)
+            return false;
+        done += count;
+    }
+    return true;
+}
+
+} // namespace
 
 QString SnapshotFile::path(const QString &folder, const QDateTime &time)
 {
     return QDir(folder).filePath(time.toString("yyyy-MM-dd_hh-mm-ss.jpg"));
 }
 
-bool SnapshotFile::write(const QString &path, const QImage &picture)
+QByteArray SnapshotFile::encoded(const QImage &picture)
 {
-    // The frame thread and the GUI thread may both save within one second, to one name.
-    static std::mutex writing;
-    const std::lock_guard<std::mutex> locker(writing);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImageWriter writer(&buffer, "jpg");
+    return writer.write(picture) ? bytes : QByteArray();
+}
+
+std::optional<QString> SnapshotFile::write(const QString &path, const QByteArray &bytes)
+{
     if (QFile::exists(path))
         QFile::remove(path);
-    bool written = false;
-    {
-        QImageWriter writer(path, QByteArray());
-        written = writer.write(picture);
-        // The last bytes reach a full disk only when the file is flushed.
-        const auto *file = qobject_cast<QFileDevice *>(writer.device());
-        written = written && file && file->error() == QFileDevice::NoError;
-    }
-    if (!written)
-        QFile::remove(path);
-    return written;
+    if (bytes.isEmpty())
+        return qt_error_string(ENOMEM);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    const bool written = writeAll(file, bytes) && file.flush();
+    const QString writeReason = file.errorString();
+    // A server may refuse the bytes as late as here.
+    file.close();
+    if (written && file.error() == QFileDevice::NoError)
+        return std::nullopt;
+    const QString reason = written ? file.errorString() : writeReason;
+    file.remove();
+    return reason;
 }

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
 class QDateTime;
 class QImage;
-class QString;
 
-/// Snapshot files. Any thread; one file is written at a time.
+/// Snapshot files. Any thread; nobody else may write the same file meanwhile.
 namespace SnapshotFile
 {
 
@@ -12,8 +16,11 @@ namespace SnapshotFile
 /// of one second have one name.
 [[nodiscard]] QString path(const QString &folder, const QDateTime &time);
 
-/// Replaces the file by the picture in the format of the path's suffix. On a failure there is no
-/// file and the answer is false.
-bool write(const QString &path, const QImage &picture);
+/// The picture as a JPEG file of usual quality; empty for a null picture and without memory.
+[[nodiscard]] QByteArray encoded(const QImage &picture);
+
+/// Replaces the file by the bytes. On a failure there is no file, and the answer says why, in the
+/// system's words; bytes that are empty are a failure too.
+[[nodiscard]] std::optional<QString> write(const QString &path, const QByteArray &bytes);
 
 } // namespace SnapshotFile

@@ -4,6 +4,7 @@
 #include "app/Config.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
+#include "canvas/OutputFolder.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 
@@ -29,8 +30,12 @@ void CaptureActions::setLiveRecordButton(ImageButton *button)
 void CaptureActions::snapshot()
 {
     const QString folder = Config::snapshotPath();
-    if (!checkFolder(folder))
+    if (!isThere(folder)) {
+        // The click has switched the button, but the series is what it was.
+        showSeries();
+        askForFolder();
         return;
+    }
     ImageCanvas *canvas = m_window->currentCanvas();
     ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
     canvas->snapshotFolder = folder;
@@ -71,7 +76,8 @@ bool CaptureActions::recording() const
 void CaptureActions::startRecording()
 {
     const QString folder = Config::recordPath();
-    if (!checkFolder(folder)) {
+    if (!isThere(folder)) {
+        askForFolder();
         showRecording(false);
         return;
     }
@@ -112,14 +118,16 @@ void CaptureActions::recordingFailed(const QString &sentence)
     QMessageBox::critical(m_window, MainWindow::tr("Error"), sentence);
 }
 
-bool CaptureActions::checkFolder(const QString &path)
+bool CaptureActions::isThere(const QString &path)
 {
-    // An empty path would be the current folder.
-    if (!path.isEmpty() && QDir(path).exists())
-        return true;
+    // An empty path would be the current folder. One that does not answer is chosen all the same.
+    return !path.isEmpty() && OutputFolder::of(path)->state() != OutputFolder::State::Missing;
+}
+
+void CaptureActions::askForFolder()
+{
     QMessageBox::critical(m_window, MainWindow::tr("Error"),
                           MainWindow::tr("Please select a folder first."));
-    return false;
 }
 
 void CaptureActions::showRecording(bool on)

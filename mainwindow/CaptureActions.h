@@ -29,8 +29,9 @@ public:
     void recordingFailed(const QString &sentence);
 
 private:
-    /// Whether a chosen folder is there; says so to the user if it is not.
-    bool checkFolder(const QString &path);
+    /// Whether a folder is chosen and, as far as it answers, there.
+    [[nodiscard]] static bool isThere(const QString &path);
+    void askForFolder();
     void showRecording(bool on);
 
     MainWindow *m_window;

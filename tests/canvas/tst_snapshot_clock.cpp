@@ -10,7 +10,12 @@ QVector<int> shots(SnapshotClock &clock, int fromSecond, int toSecond)
 {
     QVector<int> seconds;
     for (int tenth = fromSecond * 10; tenth < toSecond * 10; ++tenth) {
-        if (clock.takePicture(tenth * 100))
+        const bool due = clock.isDue(tenth * 100);
+        const bool taken = clock.takePicture(tenth * 100);
+        // Whoever asks first loses no picture.
+        if (taken && !due)
+            return {};
+        if (taken)
             seconds.append(tenth / 10);
     }
     return seconds;
@@ -81,6 +86,23 @@ private slots:
         clock.arm({CanvasModes::Continuous, UINT64_MAX, UINT64_MAX}, 0);
         QCOMPARE(shots(clock, 0, 100).size(), 0);
         QVERIFY(clock.isArmed());
+    }
+
+    void isDueWhenItWouldTakeOrEndSomething()
+    {
+        SnapshotClock clock;
+        QVERIFY(!clock.isDue(0));
+        clock.arm({CanvasModes::Single, 5, 0}, 0);
+        QVERIFY(clock.isDue(0));
+        clock.arm({CanvasModes::Continuous, 5, 7}, 0);
+        QVERIFY(!clock.isDue(4999));
+        QVERIFY(clock.isDue(5000));
+        QVERIFY(clock.takePicture(5000));
+        QVERIFY(!clock.isDue(6999));
+        // The end of the series is due too.
+        QVERIFY(clock.isDue(7000));
+        QVERIFY(!clock.takePicture(7000));
+        QVERIFY(!clock.isDue(10000));
     }
 
     void armingAgainRestartsTheClock()

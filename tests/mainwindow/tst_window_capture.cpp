@@ -24,6 +24,7 @@ private slots:
     void snapshotWithoutAFolderSaysSo();
     void singleSnapshotIsWritten();
     void seriesBelongsToItsCanvas();
+    void aSeriesWhoseFolderIsAwayStaysAsItWas();
     void recordingWithoutAFolderSaysSo();
     void recordingShowsItselfAndUnfreezes();
     void aRecordingReplacesTheFileOfItsSecond();
@@ -100,6 +101,43 @@ void TestWindowCapture::seriesBelongsToItsCanvas()
     button->click();
     QVERIFY(!live->seriesArmed());
     QVERIFY(!button->isCheckable());
+}
+
+void TestWindowCapture::aSeriesWhoseFolderIsAwayStaysAsItWas()
+{
+    const QTemporaryDir parent;
+    const QString folder = parent.filePath("shots");
+    const QString renamed = parent.filePath("renamed");
+    QVERIFY(QDir().mkdir(folder));
+    Config::setSnapshotPath(folder);
+    Config::setSnapshotMode(CanvasModes::Continuous);
+    Config::setSnapshotInterval(3600);
+    MainWindow window;
+    ImageButton *button = window.panelButton(PanelButton::Snapshot);
+    const ImageCanvas *canvas = window.currentCanvas();
+    const auto clickWithoutTheFolder = [&](bool running) {
+        int asked = 0;
+        whenAsked<QMessageBox>(&window, [&](QMessageBox *box) {
+            asked += button->isChecked() == running ? 1 : 100;
+            box->accept();
+        });
+        button->click();
+        QCOMPARE(asked, 1);
+        QCOMPARE(button->isChecked(), running);
+        QCOMPARE(canvas->seriesArmed(), running);
+    };
+    button->click();
+    QVERIFY(canvas->seriesArmed());
+    QVERIFY(QDir().rename(folder, renamed));
+    clickWithoutTheFolder(true);
+    clickWithoutTheFolder(true);
+    // With the folder there again, the next click ends the series.
+    QVERIFY(QDir().rename(renamed, folder));
+    button->click();
+    QVERIFY(!button->isChecked());
+    QVERIFY(!canvas->seriesArmed());
+    QVERIFY(QDir().rename(folder, renamed));
+    clickWithoutTheFolder(false);
 }
 
 void TestWindowCapture::recordingWithoutAFolderSaysSo()

@@ -1,0 +1,68 @@
+#include "OutputFolder.h"
+
+#include "SnapshotFile.h"
+
+#include <QDir>
+#include <QHash>
+
+#include <cerrno>
+#include <chrono>
+
+namespace
+{
+
+// A disk that spins up or a server far away answers sooner.
+constexpr std::chrono::milliseconds STATE_BOUND(500);
+constexpr std::chrono::milliseconds WRITE_BOUND(2000);
+
+} // namespace
+
+std::shared_ptr<OutputFolder> OutputFolder::of(const QString &path)
+{
+    static std::mutex mutex;
+    static QHash<QString, std::shared_ptr<OutputFolder>> folders;
+    const std::lock_guard<std::mutex> locker(mutex);
+    // A folder that nobody uses is only remembered while it hangs.
+    for (auto folder = folders.begin(); folder != folders.end();) {
+        const bool idle = folder->use_count() == 1 && !(*folder)->m_worker.busy();
+        folder = idle && folder.key() != path ? folders.erase(folder) : ++folder;
+    }
+    std::shared_ptr<OutputFolder> &folder = folders[path];
+    if (!folder)
+        folder = std::make_shared<OutputFolder>(path);
+    return folder;
+}
+
+OutputFolder::OutputFolder(const QString &path)
+    : m_path(path)
+{
+}
+
+OutputFolder::State OutputFolder::state()
+{
+    const std::unique_lock<std::timed_mutex> calling(m_calling, STATE_BOUND);
+    if (!calling || (m_timedOut && m_worker.busy()))
+        return State::Waiting;
+    const std::optional<int> exists = m_worker.call(
+        STATE_BOUND, [path = m_path] { return static_cast<int>(QDir(path).exists()); });
+    m_timedOut = !exists;
+    if (m_timedOut)
+        return State::TimedOut;
+    return *exists != 0 ? State::Exists : State::Missing;
+}
+
+std::optional<QString> OutputFolder::write(const QString &file, const QByteArray &bytes)
+{
+    const std::unique_lock<std::timed_mutex> calling(m_calling, WRITE_BOUND);
+    const auto failure = std::make_shared<std::optional<QString>>();
+    const auto job = [failure, file, bytes] {
+        *failure = SnapshotFile::write(file, bytes);
+        return 0;
+    };
+    const bool answered =
+        calling && !(m_timedOut && m_worker.busy()) && m_worker.call(WRITE_BOUND, job);
+    if (calling)
+        m_timedOut = !answered;
+    // What an unanswered call brings is still written to by its thread.
+    return answered ? *failure : qt_error_string(ETIMEDOUT);
+}

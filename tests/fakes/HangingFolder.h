@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+/// While it lives, what it chooses to ask of that folder, or of what lies in it, does not return,
+/// as on a share whose server has gone. No real file system does that on demand, so this one stands
+/// between the program and the C library: a test links HangingFolder.cpp. One at a time.
+class HangingFolder
+{
+public:
+    enum Calls { Everything, Opening };
+
+    explicit HangingFolder(const QString &path, Calls calls = Everything);
+    /// The server is back: every call that waits goes on.
+    ~HangingFolder();
+    HangingFolder(const HangingFolder &) = delete;
+    HangingFolder &operator=(const HangingFolder &) = delete;
+
+    /// How many calls wait for the server.
+    [[nodiscard]] int waiting() const;
+};

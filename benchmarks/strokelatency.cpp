@@ -1,6 +1,8 @@
 // How soon a stroke is on the screen, from the mouse event to the end of the painting that shows
 // it, on a canvas of 1000 x 670:
 //   strokelatency still SECONDS          over a standing picture of 1920x1080
+//   strokelatency shape SECONDS          how soon a click is answered after a filled ellipse was
+//                                        dragged over 4000x3000 by a mouse of 740 points a second
 //   strokelatency live SECONDS           over the camera's 1920x1080 at 30 frames a second
 //   strokelatency recording SECONDS FILE   the same while it is recorded
 // The last two need the camera on the bus (virtualcamera-run).
@@ -25,6 +27,8 @@ namespace
 {
 
 constexpr QSize SIZE(1920, 1080);
+/// A photograph of twelve megapixels.
+constexpr QSize LARGE(4000, 3000);
 constexpr QSize CANVAS(1000, 670);
 constexpr double WARM_UP_SECONDS = 3;
 /// No multiple of a frame's time, so that the strokes meet the frames at every phase.
@@ -54,10 +58,22 @@ public:
     /// Frames that began between a point and the painting that showed it.
     [[nodiscard]] const std::vector<int> &framesLate() const { return m_framesLate; }
 
+    /// How long each press waited.
+    [[nodiscard]] const std::vector<double> &pressLatenciesMs() const { return m_pressesMs; }
+
 protected:
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        ImageCanvas::mousePressEvent(event);
+        const qint64 posted = static_cast<qint64>(event->timestamp());
+        m_pressesMs.push_back(static_cast<double>(captureMicroseconds() - posted) / 1e3);
+    }
+
     void mouseMoveEvent(QMouseEvent *event) override
     {
         ImageCanvas::mouseMoveEvent(event);
+        if (mouseMode() != CanvasModes::Freehand)
+            return;
         m_pending.push_back({transformMousePoint(event->pos()),
                              static_cast<qint64>(event->timestamp()), m_frames.load()});
     }
@@ -88,6 +104,7 @@ private:
     std::atomic<int> m_frames{0};
     std::vector<Point> m_pending;
     std::vector<double> m_latenciesMs;
+    std::vector<double> m_pressesMs;
     std::vector<int> m_framesLate;
 };
 
@@ -158,6 +175,32 @@ int measure(const char *work, TimedCanvas &canvas, double seconds)
     return report(work, canvas);
 }
 
+/// A hand that drags a shape with a fast mouse, lets go and clicks at once.
+int measureShape(CanvasModes::MouseMode shape, TimedCanvas &canvas, double seconds)
+{
+    constexpr double POINTS_A_SECOND = 740;
+    canvas.setMouseMode(shape);
+    canvas.fillEnabled = true;
+    runFor(WARM_UP_SECONDS);
+    std::thread hand([&canvas, seconds] {
+        const auto points = static_cast<int>(seconds * POINTS_A_SECOND);
+        const auto start = std::chrono::steady_clock::now();
+        canvas.post(QEvent::MouseButtonPress, {20, 20}, Qt::LeftButton);
+        for (int i = 0; i < points; ++i) {
+            std::this_thread::sleep_until(start + i * std::chrono::microseconds(1351));
+            canvas.post(QEvent::MouseMove, {300 + i % 650, 200 + i % 430}, Qt::NoButton);
+        }
+        canvas.post(QEvent::MouseButtonRelease, {900, 600}, Qt::LeftButton);
+        canvas.post(QEvent::MouseButtonPress, {900, 600}, Qt::LeftButton);
+    });
+    while (canvas.pressLatenciesMs().size() < 2)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    hand.join();
+    std::printf("shape: %.0f points, the next click answered after %.1f ms\n",
+                seconds * POINTS_A_SECOND, canvas.pressLatenciesMs().back());
+    return 0;
+}
+
 int measureLive(const char *work, TimedCanvas &canvas, double seconds, const QString &movie)
 {
     LiveSource source(&canvas, SIZE, SIZE, nullptr);
@@ -188,11 +231,13 @@ int main(int argc, char **argv)
     canvas.show();
     if (work == "live" || (work == "recording" && argc == 4))
         return measureLive(argv[1], canvas, seconds, QString::fromLocal8Bit(argv[3]));
-    if (work != "still")
+    if (work != "still" && work != "shape")
         return 2;
-    QImage picture(SIZE, QImage::Format_RGB888);
+    QImage picture(work == "shape" ? LARGE : SIZE, QImage::Format_RGB888);
     picture.fill(Qt::white);
     canvas.ImageCanvas::imageCaptured(picture);
     canvas.startAutoRefresh();
+    if (work == "shape")
+        return measureShape(CanvasModes::Circle, canvas, seconds);
     return measure(argv[1], canvas, seconds);
 }

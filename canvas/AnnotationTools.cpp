@@ -37,6 +37,12 @@ int pulled(int offset, int from, int to)
                                                std::numeric_limits<int>::max()));
 }
 
+/// Whether each move replaces what the one before it drew.
+bool isShape(CanvasModes::MouseMode mode)
+{
+    return mode >= CanvasModes::Line && mode <= CanvasModes::Triangle;
+}
+
 QPolygonF closed(QPolygonF points)
 {
     points.append(points.first());
@@ -55,6 +61,7 @@ QPolygonF ellipseOutline(const QRect &box)
 void AnnotationTools::press(CanvasModes::MouseMode mode, QPoint picturePoint,
                             AnnotationLayer &layer)
 {
+    drawPending(layer);
     m_dragging = true;
     m_pressPoint = picturePoint;
     m_clipRectangle = QRect();
@@ -70,6 +77,11 @@ void AnnotationTools::move(CanvasModes::MouseMode mode, QPoint picturePoint, con
         return;
     const Stroke stroke{layerPoint(m_pressPoint, view, layer),
                         layerPoint(picturePoint, view, layer)};
+    if (isShape(mode)) {
+        m_pending = Shape{mode, stroke, ink};
+        return;
+    }
+    drawPending(layer);
     switch (mode) {
     case CanvasModes::Hand:
         pan(picturePoint, view);
@@ -78,17 +90,6 @@ void AnnotationTools::move(CanvasModes::MouseMode mode, QPoint picturePoint, con
         drawLine(stroke, ink, layer);
         m_pressPoint = picturePoint;
         break;
-    case CanvasModes::Line:
-        layer.restoreShape();
-        drawLine(stroke, ink, layer);
-        break;
-    case CanvasModes::Arrow:
-    case CanvasModes::Rectangle:
-    case CanvasModes::Circle:
-    case CanvasModes::Triangle:
-        layer.restoreShape();
-        drawShape(mode, stroke, ink, layer);
-        break;
     case CanvasModes::Eraser:
         layer.erase(AnnotationShapes::eraserSquare(stroke.to, ink.penWidth));
         break;
@@ -96,9 +97,22 @@ void AnnotationTools::move(CanvasModes::MouseMode mode, QPoint picturePoint, con
         m_clipRectangle =
             AnnotationShapes::clipRectangle(m_pressPoint, picturePoint, view.frameSize());
         break;
-    case CanvasModes::Text:
+    default:
         break;
     }
+}
+
+void AnnotationTools::drawPending(AnnotationLayer &layer)
+{
+    if (!m_pending)
+        return;
+    const Shape shape = *m_pending;
+    m_pending.reset();
+    layer.restoreShape();
+    if (shape.mode == CanvasModes::Line)
+        drawLine(shape.stroke, shape.ink, layer);
+    else
+        drawShape(shape.mode, shape.stroke, shape.ink, layer);
 }
 
 QRect AnnotationTools::release(AnnotationLayer &layer)
@@ -106,6 +120,7 @@ QRect AnnotationTools::release(AnnotationLayer &layer)
     const QRect selection = m_clipRectangle;
     m_clipRectangle = QRect();
     m_dragging = false;
+    drawPending(layer);
     layer.endShape();
     return selection;
 }

@@ -8,7 +8,7 @@
 #include <QRect>
 #include <QVector>
 
-#include <functional>
+#include <optional>
 
 class AnnotationLayer;
 class QPainter;
@@ -33,8 +33,14 @@ public:
     };
 
     void press(CanvasModes::MouseMode mode, QPoint picturePoint, AnnotationLayer &layer);
+    /// Freehand and eraser take effect at once, as each of their points counts. Of a shape only the
+    /// last one does, and drawing it may take longer than the mouse takes to the next: it waits for
+    /// drawPending().
     void move(CanvasModes::MouseMode mode, QPoint picturePoint, const Ink &ink,
               AnnotationLayer &layer, ViewGeometry &view);
+    /// Draws the shape of the last move, if it is not drawn yet. To be called before the layer is
+    /// shown, turned, painted on or replaced.
+    void drawPending(AnnotationLayer &layer);
     /// Ends the drag and the clip selection. Returns the selection, invalid when there is none.
     QRect release(AnnotationLayer &layer);
 
@@ -52,6 +58,12 @@ private:
         QPoint to;
     };
 
+    struct Shape {
+        CanvasModes::MouseMode mode;
+        Stroke stroke;
+        Ink ink;
+    };
+
     void pan(QPoint picturePoint, ViewGeometry &view);
     static void drawLine(const Stroke &stroke, const Ink &ink, AnnotationLayer &layer);
     static void drawShape(CanvasModes::MouseMode mode, const Stroke &stroke, const Ink &ink,
@@ -60,5 +72,7 @@ private:
     bool m_dragging = false;
     /// Where the drag began; with the hand and freehand, where it last was.
     QPoint m_pressPoint;
+    /// Moved to, but not drawn yet.
+    std::optional<Shape> m_pending;
     QRect m_clipRectangle;
 };

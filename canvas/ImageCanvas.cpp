@@ -211,18 +211,19 @@ void ImageCanvas::takeInput(const FramePtr &frame, QSize size)
     if (taken == m_view.frameSize())
         return;
     m_view.setFrameSize(taken);
-    m_layer.reset(m_view.rotatedSize());
+    drawnLayer().reset(m_view.rotatedSize());
     m_textAnchor.layerReplaced();
     publishView();
 }
 
 bool ImageCanvas::renewResult()
 {
+    const AnnotationLayer &layer = drawnLayer();
     const Recipe recipe = currentRecipe();
     if (m_resultSerial != 0 && recipe == m_resultRecipe)
         return true;
     const FramePtr result =
-        m_pipeline.run(m_input, m_layer, {recipe.view, recipe.effect, recipe.mask});
+        m_pipeline.run(m_input, layer, {recipe.view, recipe.effect, recipe.mask});
     const bool withoutMemory = !result && m_input;
     if (withoutMemory)
         return false;
@@ -230,6 +231,12 @@ bool ImageCanvas::renewResult()
     m_resultRecipe = recipe;
     ++m_resultSerial;
     return true;
+}
+
+AnnotationLayer &ImageCanvas::drawnLayer()
+{
+    m_tools.drawPending(m_layer);
+    return m_layer;
 }
 
 ImageCanvas::Recipe ImageCanvas::currentRecipe() const

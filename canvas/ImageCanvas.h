@@ -206,6 +206,8 @@ private:
     void takeInput(const FramePtr &frame, QSize size);
     /// False when there is no memory for it: the last result stays, and the next call tries again.
     [[nodiscard]] bool renewResult();
+    /// The drawing with the shape that is being dragged.
+    [[nodiscard]] AnnotationLayer &drawnLayer();
     [[nodiscard]] Recipe currentRecipe() const;
     [[nodiscard]] QSize resultSize() const;
     [[nodiscard]] Shot dueShot() const;

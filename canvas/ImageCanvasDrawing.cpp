@@ -16,7 +16,7 @@ void ImageCanvas::setMouseMode(MouseMode mode)
 void ImageCanvas::clearPainting()
 {
     const std::lock_guard<std::mutex> locker(m_lock);
-    m_layer.clear();
+    drawnLayer().clear();
 }
 
 void ImageCanvas::setTextColor(const QColor &color)
@@ -45,7 +45,7 @@ void ImageCanvas::endTextEditing()
         return;
     m_text.close();
     const std::lock_guard<std::mutex> locker(m_lock);
-    m_text.paintInto(m_layer, m_textAnchor, m_view.transformedSize(), size());
+    m_text.paintInto(drawnLayer(), m_textAnchor, m_view.transformedSize(), size());
 }
 
 void ImageCanvas::mousePressEvent(QMouseEvent *event)

@@ -96,7 +96,7 @@ void ImageCanvas::turn(bool clockwise)
     changeView([this, clockwise](ViewGeometry &view) {
         view.turn(clockwise);
         m_textAnchor.turn(clockwise, m_layer.size());
-        m_layer.turn(clockwise);
+        drawnLayer().turn(clockwise);
     });
     requestRepaint();
 }

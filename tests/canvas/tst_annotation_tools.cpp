@@ -28,7 +28,17 @@ struct Board {
     }
 
     void press(Mode mode, QPoint point) { tools.press(mode, point, layer); }
-    void move(Mode mode, QPoint point) { tools.move(mode, point, ink, layer, view); }
+    void move(Mode mode, QPoint point)
+    {
+        tools.move(mode, point, ink, layer, view);
+        tools.drawPending(layer);
+    }
+    /// Several moves between two refreshes.
+    void moveAll(Mode mode, const QVector<QPoint> &points)
+    {
+        for (const QPoint point : points)
+            tools.move(mode, point, ink, layer, view);
+    }
     void drag(Mode mode, QPoint from, QPoint to)
     {
         press(mode, from);
@@ -239,6 +249,66 @@ private slots:
                 }
             }
         }
+    }
+
+    void ofAShapeOnlyTheLastMoveIsDrawn_data() { addDrawingModes(); }
+
+    void ofAShapeOnlyTheLastMoveIsDrawn()
+    {
+        QFETCH(Mode, mode);
+        const QVector<QPoint> way{{300, 10}, {-40, 300}, {10, 170}, {200, 60}};
+        Board board;
+        board.ink.fillEnabled = true;
+        board.press(mode, {150, 90});
+        const std::uint64_t before = board.layer.revision();
+        board.moveAll(mode, way);
+        // Of a free line every move counts, and is drawn at once.
+        QCOMPARE(board.layer.revision() == before, mode != CanvasModes::Freehand);
+        board.tools.drawPending(board.layer);
+        const std::uint64_t drawn = board.layer.revision();
+        QVERIFY(drawn != before);
+        board.tools.drawPending(board.layer);
+        QCOMPARE(board.layer.revision(), drawn);
+
+        Board each;
+        each.ink.fillEnabled = true;
+        each.press(mode, {150, 90});
+        for (const QPoint point : way)
+            each.move(mode, point);
+        QCOMPARE(board.picture(), each.picture());
+        QCOMPARE(board.touched(), each.touched());
+    }
+
+    void theReleaseDrawsTheLastMove()
+    {
+        for (int mode = CanvasModes::Line; mode <= CanvasModes::Triangle; ++mode) {
+            Board board;
+            board.press(static_cast<Mode>(mode), {20, 20});
+            board.moveAll(static_cast<Mode>(mode), {{300, 10}, {200, 150}});
+            board.tools.release(board.layer);
+            Board direct;
+            direct.drag(static_cast<Mode>(mode), {20, 20}, {200, 150});
+            QCOMPARE(board.picture(), direct.picture());
+        }
+    }
+
+    void anotherToolDrawsOverTheShape()
+    {
+        Board board;
+        Board each;
+        for (Board *drawn : {&board, &each}) {
+            drawn->press(CanvasModes::Rectangle, {20, 20});
+            drawn->ink.fillEnabled = true;
+            if (drawn == &each)
+                drawn->move(CanvasModes::Rectangle, {200, 150});
+            else
+                drawn->moveAll(CanvasModes::Rectangle, {{200, 150}});
+            drawn->moveAll(CanvasModes::Eraser, {{100, 100}});
+            drawn->tools.release(drawn->layer);
+        }
+        QVERIFY(board.picture() != Board::emptyPicture(FRAME));
+        QCOMPARE(board.picture().pixel(100, 100), 0U);
+        QCOMPARE(board.picture(), each.picture());
     }
 
     void freehandStrokesAccumulate()

@@ -371,6 +371,39 @@ private slots:
         QVERIFY(isRed(shown(*canvas), 30, 60));
     }
 
+    void aShapeThatWasNotShownYetIsPartOfTheDrawing()
+    {
+        // Each between two refreshes.
+        const auto reference = canvasOf();
+        reference->setMouseMode(CanvasModes::Rectangle);
+        CanvasMouse::drag(*reference, {{20, 20}, {100, 80}});
+        const auto turned = canvasOf();
+        turned->setMouseMode(CanvasModes::Rectangle);
+        CanvasMouse::press(*turned, {20, 20});
+        CanvasMouse::move(*turned, {100, 80});
+        turned->rotate();
+        CanvasMouse::release(*turned, {100, 80});
+        turned->rotateRev();
+        QVERIFY(redPixels(shown(*reference)) > 0);
+        QCOMPARE(shown(*turned), shown(*reference));
+
+        const auto cleared = canvasOf();
+        cleared->setMouseMode(CanvasModes::Rectangle);
+        CanvasMouse::press(*cleared, {20, 20});
+        CanvasMouse::move(*cleared, {100, 80});
+        cleared->clearPainting();
+        CanvasMouse::release(*cleared, {100, 80});
+        QCOMPARE(redPixels(shown(*cleared)), 0);
+
+        const auto replaced = canvasOf();
+        replaced->setMouseMode(CanvasModes::Rectangle);
+        CanvasMouse::press(*replaced, {20, 20});
+        CanvasMouse::move(*replaced, {100, 80});
+        replaced->imageCaptured(paper({320, 240}));
+        CanvasMouse::release(*replaced, {100, 80});
+        QCOMPARE(redPixels(shown(*replaced)), 0);
+    }
+
     void eventsInMidDragLeaveTheDragAlive_data()
     {
         QTest::addColumn<int>("event");

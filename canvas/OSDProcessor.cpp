@@ -5,7 +5,7 @@
 #include "ModeNames.h"
 #include "SkinImages.h"
 #include "sources/LiveSource.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 #include <QFont>
 #include <QFontMetrics>
@@ -53,7 +53,8 @@ int heightOf(const QImage &image)
 } // namespace
 
 OSDProcessor::OSDProcessor(MainWindow *window, ImageCanvas *canvas)
-    : QObject(MainWindowDoor::object(window))
+    : QObject(WindowServices::of(window).object())
+    , m_window(window)
     , m_canvas(canvas)
     , m_clock(monotonicMs)
 {
@@ -327,5 +328,5 @@ bool OSDProcessor::isDue(const Timer &timer, qint64 limitMs) const
 
 LiveSourceBase *OSDProcessor::camera() const
 {
-    return MainWindowDoor::liveSource(MainWindowDoor::fromObject(parent()));
+    return WindowServices::of(m_window).liveSource();
 }

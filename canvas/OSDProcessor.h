@@ -85,6 +85,7 @@ private:
     /// Null while there is no camera.
     [[nodiscard]] LiveSourceBase *camera() const;
 
+    const MainWindow *const m_window;
     ImageCanvas *const m_canvas;
     Clock m_clock;
 

@@ -5,6 +5,7 @@
 #include "CaptureActions.h"
 #include "DrawingTools.h"
 #include "FilmBar.h"
+#include "MainWindowServices.h"
 #include "PhotographBar.h"
 #include "ToolWindowHolder.h"
 #include "widgets/StyleWindow.h"
@@ -177,6 +178,8 @@ private:
     void widen(int step);
     /// Gives a side panel that was opened or closed in full screen its width.
     void catchUpWidening();
+
+    MainWindowServices m_services{this};
 
     const QString aboutButtonKey = QStringLiteral("AboutButton");
     const int aboutButtonX = 34;

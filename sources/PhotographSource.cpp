@@ -1,14 +1,14 @@
 #include "PhotographSource.h"
 
 #include "ICaptureCB.h"
-#include "MainWindowDoor.h"
 #include "PhotographList.h"
 #include "PictureReader.h"
+#include "WindowServices.h"
 
 #include <utility>
 
 PhotographSource::PhotographSource(ICaptureCB *callback, MainWindow *window)
-    : QObject(MainWindowDoor::object(window))
+    : QObject(WindowServices::of(window).object())
     , m_callback(callback)
     , m_window(window)
 {
@@ -28,7 +28,7 @@ bool PhotographSource::setDirectory(QDir dir, QString fileName)
     m_dir = std::move(dir);
     m_openedFileName = std::move(fileName);
     m_fileNames = names;
-    MainWindowDoor::refreshThumbnails(m_window);
+    WindowServices::of(m_window).refreshThumbnails();
     selectPhotograph(found);
     return true;
 }

@@ -2,13 +2,13 @@
 
 #include "FormControls.h"
 #include "ImageButton.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 #include <QLabel>
 
 AboutToolWindow::AboutToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
                                  const QImage &background)
-    : ToolWindow(background, toolButton, MainWindowDoor::widget(mainWindow), tr("About"))
+    : ToolWindow(background, toolButton, WindowServices::of(mainWindow).widget(), tr("About"))
 {
     setStyleSheet("QLabel { font-family: Arial; font-size: 14px; color: gray; }"
                   "QLineEdit { width: 124px; } QComboBox { width: 124px; } ");

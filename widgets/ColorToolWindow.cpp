@@ -5,7 +5,7 @@
 #include "ImageButton.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/SkinImages.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 namespace
 {
@@ -45,9 +45,9 @@ std::vector<ChoiceRow::Choice> colorChoices(const QString &skin)
 ColorToolWindow::ColorToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
                                  const QString &title, const QString &widthLabel,
                                  const QString &colorLabel, const QString &fillLabel)
-    : ToolWindow(QImage(), toolButton, MainWindowDoor::widget(mainWindow), title)
+    : ToolWindow(QImage(), toolButton, WindowServices::of(mainWindow).widget(), title)
     , m_mainWindow(mainWindow)
-    , m_canvas(MainWindowDoor::currentCanvas(mainWindow))
+    , m_canvas(WindowServices::of(mainWindow).currentCanvas())
 {
     const bool hasColorRow = !colorLabel.isEmpty();
     const bool hasFillRow = hasColorRow && !fillLabel.isEmpty();
@@ -68,13 +68,12 @@ ColorToolWindow::ColorToolWindow(ImageButton *toolButton, MainWindow *mainWindow
         m_fillRow->button(NO_FILL)->move(119, 67);
     }
     modeChanged();
-    if (QObject *window = MainWindowDoor::object(mainWindow))
-        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+    WindowServices::of(mainWindow).notifyOfMode(this);
 }
 
 void ColorToolWindow::modeChanged()
 {
-    m_canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    m_canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!m_canvas)
         return;
     const int width = m_canvas->penWidth;

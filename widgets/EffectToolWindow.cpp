@@ -5,7 +5,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "canvas/SkinImages.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 namespace
 {
@@ -25,24 +25,23 @@ std::vector<ChoiceRow::Choice> choices()
 
 EffectToolWindow::EffectToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_TOOL.png"), toolButton,
-                 MainWindowDoor::widget(mainWindow), tr("Color Effect"))
+                 WindowServices::of(mainWindow).widget(), tr("Color Effect"))
     , m_mainWindow(mainWindow)
     , m_row(new ChoiceRow(this, QString(), choices(), {{}, {4, 18}, 60}, SLOT(effectChanged())))
 {
     modeChanged();
-    if (QObject *window = MainWindowDoor::object(mainWindow))
-        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+    WindowServices::of(mainWindow).notifyOfMode(this);
 }
 
 void EffectToolWindow::setCurrentEffect(int index)
 {
-    ImageCanvas *canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!canvas || index < 0 || index >= int(effectModes.size()))
         return;
     canvas->effectMode = effectModes[std::size_t(index)];
     toolButton()->setImage(
         QStringLiteral("ICON_EFFECT_%1").arg(effectIconNames[std::size_t(index)]));
-    if (OSDProcessor *indications = MainWindowDoor::osdProcessor(m_mainWindow, canvas))
+    if (OSDProcessor *indications = WindowServices::of(m_mainWindow).indications(canvas))
         indications->osdEffect();
 }
 
@@ -67,7 +66,7 @@ void EffectToolWindow::effectChanged()
 
 void EffectToolWindow::modeChanged()
 {
-    const ImageCanvas *canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    const ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!canvas)
         return;
     for (int i = 0; i < int(effectModes.size()); ++i) {

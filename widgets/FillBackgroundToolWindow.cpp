@@ -4,11 +4,11 @@
 #include "DrawingColors.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/SkinImages.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 FillBackgroundToolWindow::FillBackgroundToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
                                                    const QString &title, const QString &label)
-    : ToolWindow(QImage(), toolButton, MainWindowDoor::widget(mainWindow), title)
+    : ToolWindow(QImage(), toolButton, WindowServices::of(mainWindow).widget(), title)
     , m_mainWindow(mainWindow)
 {
     setBackground(SkinImages::load(":/icons/Background/POP_BK_COLOR_1LINE"));
@@ -22,8 +22,7 @@ FillBackgroundToolWindow::FillBackgroundToolWindow(ImageButton *toolButton, Main
         m_row = new ChoiceRow(this, label, choices, {{8, 22}, {130, 20}, 33}, SLOT(colorChanged()));
     }
     modeChanged();
-    if (QObject *window = MainWindowDoor::object(mainWindow))
-        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+    WindowServices::of(mainWindow).notifyOfMode(this);
     if (m_canvas)
         m_canvas->fillCanvas(DrawingColors::colorAt(DrawingColors::BOARD, 0));
     modeChanged();
@@ -40,7 +39,7 @@ void FillBackgroundToolWindow::colorChanged()
 
 void FillBackgroundToolWindow::modeChanged()
 {
-    m_canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    m_canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (m_canvas && m_row)
         m_row->check(DrawingColors::indexOf(DrawingColors::BOARD, m_canvas->boardColor(), 0));
 }

@@ -5,7 +5,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "canvas/SkinImages.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 namespace
 {
@@ -27,18 +27,17 @@ std::vector<ChoiceRow::Choice> choices()
 
 MaskToolWindow::MaskToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_TOOL.png"), toolButton,
-                 MainWindowDoor::widget(mainWindow), tr("Effect"))
+                 WindowServices::of(mainWindow).widget(), tr("Effect"))
     , m_row(new ChoiceRow(this, QString(), choices(), {{}, {4, 18}, 60}, SLOT(maskChanged())))
     , m_mainWindow(mainWindow)
 {
     modeChanged();
-    if (QObject *window = MainWindowDoor::object(mainWindow))
-        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+    WindowServices::of(mainWindow).notifyOfMode(this);
 }
 
 void MaskToolWindow::setCurrentMask(int index)
 {
-    ImageCanvas *canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!canvas || index < 0 || index >= int(maskModes.size()))
         return;
     m_selectedMask = maskModes[std::size_t(index)];
@@ -48,7 +47,7 @@ void MaskToolWindow::setCurrentMask(int index)
         toolButton()->setImage(
             QStringLiteral("ICON_MASK_%1").arg(maskIconNames[std::size_t(index)]));
     }
-    if (OSDProcessor *indications = MainWindowDoor::osdProcessor(m_mainWindow, canvas))
+    if (OSDProcessor *indications = WindowServices::of(m_mainWindow).indications(canvas))
         indications->osdMask();
 }
 
@@ -77,7 +76,7 @@ void MaskToolWindow::maskChanged()
 
 void MaskToolWindow::modeChanged()
 {
-    const ImageCanvas *canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    const ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!canvas)
         return;
     for (int i = 0; i < int(maskModes.size()); ++i) {

@@ -6,7 +6,7 @@
 #include "app/Config.h"
 #include "canvas/SkinImages.h"
 #include "sources/LiveSource.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -78,7 +78,7 @@ int captureEntry(CanvasModes::SnapshotMode mode)
 
 SettingsToolWindow::SettingsToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_SETTING_MULTILANG.png"), toolButton,
-                 MainWindowDoor::widget(mainWindow), tr("Setting"))
+                 WindowServices::of(mainWindow).widget(), tr("Setting"))
     , m_mainWindow(mainWindow)
 {
     setStyleSheet("QLabel { font-family: Arial; font-size: 14px; color: gray; }"
@@ -112,7 +112,7 @@ void SettingsToolWindow::recordingResolutionChanged(int index)
         return;
     const QPointer<SettingsToolWindow> self(this);
     const auto answer = QMessageBox::question(
-        MainWindowDoor::widget(m_mainWindow), tr("Question"),
+        WindowServices::of(m_mainWindow).widget(), tr("Question"),
         tr("Using a recording resolution of 1920x1080 may cause low framerate when the PC isn't "
            "powerful. Continue?"));
     if (self && answer != QMessageBox::Yes)
@@ -140,13 +140,13 @@ void SettingsToolWindow::settingsOk()
     Config::setSnapshotPath(m_snapshotPath->text());
     Config::setRecordPath(m_recordPath->text());
 
-    LiveSource *live = MainWindowDoor::liveSource(m_mainWindow);
+    LiveSource *live = WindowServices::of(m_mainWindow).liveSource();
     const QSize previous = Config::resolution();
     if (m_resolutionBox->currentIndex() >= 0)
         Config::setResolutionIndex(m_resolutionBox->currentIndex());
     // A new preview size restarts the stream, which would cut a running movie short unsaid.
     if (Config::resolution() != previous)
-        MainWindowDoor::stopRecording(m_mainWindow);
+        WindowServices::of(m_mainWindow).stopRecording();
     if (live)
         live->setResolution(Config::resolution());
 
@@ -208,8 +208,8 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
 void SettingsToolWindow::browse(QLineEdit *field, const QString &caption)
 {
     const QPointer<QLineEdit> guarded(field);
-    const QString folder = QFileDialog::getExistingDirectory(MainWindowDoor::widget(m_mainWindow),
-                                                             caption, field->text());
+    const QString folder = QFileDialog::getExistingDirectory(
+        WindowServices::of(m_mainWindow).widget(), caption, field->text());
     if (!guarded || folder.isEmpty())
         return;
     field->setText(folder);

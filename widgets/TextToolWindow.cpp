@@ -5,7 +5,7 @@
 #include "FormControls.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/SkinImages.h"
-#include "sources/MainWindowDoor.h"
+#include "sources/WindowServices.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -16,10 +16,10 @@
 
 TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     : ToolWindow(SkinImages::load(":/icons/Background/POP_BK_COLOR_2LINE"), toolButton,
-                 MainWindowDoor::widget(mainWindow), tr("Text"))
+                 WindowServices::of(mainWindow).widget(), tr("Text"))
     , m_fontFaceBox(new QComboBox(this))
     , m_fontSizeBox(new QComboBox(this))
-    , m_canvas(MainWindowDoor::currentCanvas(mainWindow))
+    , m_canvas(WindowServices::of(mainWindow).currentCanvas())
     , m_mainWindow(mainWindow)
 {
     auto *label = new QLabel(tr("Color"), this);
@@ -36,8 +36,7 @@ TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
 
     createFaceBox();
     createSizeBox();
-    if (QObject *window = MainWindowDoor::object(mainWindow))
-        connect(window, SIGNAL(modeChanged()), this, SLOT(modeChanged()));
+    WindowServices::of(mainWindow).notifyOfMode(this);
     modeChanged();
 }
 
@@ -49,7 +48,7 @@ TextToolWindow::~TextToolWindow()
 
 void TextToolWindow::modeChanged()
 {
-    m_canvas = MainWindowDoor::currentCanvas(m_mainWindow);
+    m_canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!m_canvas)
         return;
     const int color = DrawingColors::indexOf(DrawingColors::PEN, m_canvas->textColor(), -1);

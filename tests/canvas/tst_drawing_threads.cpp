@@ -1,7 +1,7 @@
 #include "CanvasMouse.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "tests/fakes/FakeMainWindowDoor.h"
+#include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
 
@@ -130,11 +130,9 @@ private slots:
     void everyToolDrawsWhileFramesArrive()
     {
         QFETCH(bool, changesSize);
-        QObject window;
-        fakeMainWindow = FakeMainWindow();
-        fakeMainWindow.object = &window;
+        MainWindow window;
         ImageCanvas canvas;
-        OSDProcessor osd(reinterpret_cast<MainWindow *>(&window), &canvas);
+        OSDProcessor osd(&window, &canvas);
         canvas.setOsdProcessor(&osd);
         canvas.resize(200, 160);
         canvas.show();

@@ -1,7 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "canvas/SkinImages.h"
-#include "tests/fakes/FakeMainWindowDoor.h"
+#include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
 
@@ -24,12 +24,10 @@ private slots:
 
     void indicationsStandWhereTheyStandOnOtherScreens()
     {
-        QObject window;
-        fakeMainWindow = FakeMainWindow();
-        fakeMainWindow.object = &window;
+        MainWindow window;
         ImageCanvas canvas;
         canvas.resize(480, 160);
-        OSDProcessor osd(reinterpret_cast<MainWindow *>(&window), &canvas);
+        OSDProcessor osd(&window, &canvas);
         osd.setClock([] { return qint64(0); });
         osd.osdRecord();
         osd.osdBrightness();

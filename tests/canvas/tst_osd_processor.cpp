@@ -4,7 +4,7 @@
 #include "canvas/SkinImages.h"
 #include "sources/CameraParameters.h"
 #include "sources/LiveSource.h"
-#include "tests/fakes/FakeMainWindowDoor.h"
+#include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
 
@@ -92,16 +92,16 @@ private slots:
         m_camera = std::make_unique<AnsweringCamera>();
         m_canvas = std::make_unique<ImageCanvas>();
         m_canvas->resize(WIDGET);
-        fakeMainWindow = FakeMainWindow();
-        fakeMainWindow.object = &m_window;
-        fakeMainWindow.liveSource = m_camera.get();
-        m_osd = std::make_unique<OSDProcessor>(window(), m_canvas.get());
+        m_window = std::make_unique<MainWindow>();
+        m_window->camera = m_camera.get();
+        m_osd = std::make_unique<OSDProcessor>(m_window.get(), m_canvas.get());
         m_osd->setClock([this] { return m_nowMs; });
     }
 
     void cleanup()
     {
         m_osd.reset();
+        m_window.reset();
         m_canvas.reset();
         m_camera.reset();
     }
@@ -155,9 +155,18 @@ private slots:
         m_osd->osdBrightness();
         const QImage stopped = painted();
         COMPARE_GOLDEN(stopped, "osd-brightness-none");
-        fakeMainWindow.liveSource = nullptr;
+        m_window->camera = nullptr;
         QCOMPARE(painted(), stopped);
-        fakeMainWindow.object = nullptr;
+    }
+
+    void withoutAWindowThereIsNoCamera()
+    {
+        m_camera->isRunning = false;
+        m_osd->osdBrightness();
+        const QImage stopped = painted();
+        m_osd = std::make_unique<OSDProcessor>(nullptr, m_canvas.get());
+        m_osd->setClock([this] { return m_nowMs; });
+        m_osd->osdBrightness();
         QCOMPARE(painted(), stopped);
     }
 
@@ -423,7 +432,7 @@ private slots:
 
     void theRealClockRunsForwards()
     {
-        OSDProcessor osd(window(), m_canvas.get());
+        OSDProcessor osd(m_window.get(), m_canvas.get());
         osd.osdSnapshot();
         QImage picture = ground();
         QTRY_COMPARE_WITH_TIMEOUT((paintOver(osd, picture), picture), ground(), 5000);
@@ -440,8 +449,6 @@ private:
         }
         int updates = 0;
     };
-
-    static MainWindow *window() { return reinterpret_cast<MainWindow *>(&fakeMainWindow); }
 
     /// The canvas's size, in halves of white and near black: indications must read on both.
     [[nodiscard]] QImage ground() const
@@ -504,8 +511,8 @@ private:
         QCoreApplication::sendEvent(m_canvas.get(), &event);
     }
 
-    QObject m_window;
     qint64 m_nowMs = 0;
+    std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<AnsweringCamera> m_camera;
     std::unique_ptr<ImageCanvas> m_canvas;
     std::unique_ptr<OSDProcessor> m_osd;

@@ -1,6 +1,6 @@
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
-#include "tests/fakes/FakeMainWindowDoor.h"
+#include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
 
@@ -36,11 +36,8 @@ private slots:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         m_receiver = Receiver();
-        m_window = std::make_unique<QObject>();
-        fakeMainWindow = FakeMainWindow();
-        fakeMainWindow.object = m_window.get();
-        m_source =
-            new PhotographSource(&m_receiver, reinterpret_cast<MainWindow *>(m_window.get()));
+        m_window = std::make_unique<MainWindow>();
+        m_source = new PhotographSource(&m_receiver, m_window.get());
     }
 
     void itIsAChildOfTheWindow() { QCOMPARE(m_source->parent(), m_window.get()); }
@@ -54,7 +51,7 @@ private slots:
         QCOMPARE(changed.size(), 1);
         QCOMPARE(changed[0][0].toInt(), 1);
         QCOMPARE(shownWidth(), 2);
-        QCOMPARE(fakeMainWindow.thumbnailRefreshes, 1);
+        QCOMPARE(m_window->thumbnailRefreshes, 1);
         QCOMPARE(m_source->fileNameList(),
                  QStringList(
                      {dir().filePath("a.png"), dir().filePath("b.png"), dir().filePath("c.png")}));
@@ -69,7 +66,7 @@ private slots:
         QVERIFY(!m_source->setDirectory(dir(), "B.png"));
         QVERIFY(!m_source->setDirectory(dir(), "missing.png"));
         QCOMPARE(m_source->photographCount(), 2);
-        QCOMPARE(fakeMainWindow.thumbnailRefreshes, 1);
+        QCOMPARE(m_window->thumbnailRefreshes, 1);
         QCOMPARE(m_receiver.pictures.size(), 1);
     }
 
@@ -357,7 +354,7 @@ private:
     int shownWidth() const { return m_receiver.pictures.last().width(); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<QObject> m_window;
+    std::unique_ptr<MainWindow> m_window;
     Receiver m_receiver;
     PhotographSource *m_source = nullptr;
 };

@@ -2,7 +2,7 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "tests/fakes/FakeMainWindowDoor.h"
+#include "tests/fakes/FakeMainWindow.h"
 #include "widgets/ImageButton.h"
 
 #include <QPushButton>
@@ -11,36 +11,19 @@
 
 #include <memory>
 
-/// A window that says when its mode changes, as the main window does.
-class ModeSignaller : public QWidget
-{
-    Q_OBJECT
-
-signals:
-    void modeChanged();
-};
-
-/// What a pop-up window needs around it: a window with a tool button, a canvas and its indications,
-/// reached through the fake door.
+/// What a pop-up window needs around it: a window with a tool button, a canvas and its indications.
 struct PopupScene {
     PopupScene()
         : canvas(&window)
-        , indications(anyWindow(), &canvas)
+        , indications(&window, &canvas)
         , toolButton("ICON_LINE", &window, 10, 20)
     {
         window.resize(800, 600);
-        fakeMainWindow = FakeMainWindow();
-        fakeMainWindow.object = &window;
-        fakeMainWindow.widget = &window;
-        fakeMainWindow.canvas = &canvas;
-        fakeMainWindow.osdProcessor = &indications;
+        window.canvas = &canvas;
+        window.osdProcessor = &indications;
     }
-    ~PopupScene() { fakeMainWindow = FakeMainWindow(); }
 
-    /// The door's fake takes any pointer but null for the window.
-    static MainWindow *anyWindow() { return reinterpret_cast<MainWindow *>(&fakeMainWindow); }
-
-    ModeSignaller window;
+    MainWindow window;
     ImageCanvas canvas;
     OSDProcessor indications;
     ImageButton toolButton;

@@ -58,7 +58,7 @@ private slots:
 void TestChoiceToolWindows::effectButtonsStandInTheirPlaces()
 {
     PopupScene scene;
-    const EffectToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const EffectToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(title(popup), QString("Color Effect"));
     QCOMPARE(popup.size(), QSize(246, 66));
     QCOMPARE(Popup::lefts(popup, 18), (QList<int>{4, 64, 124, 184}));
@@ -68,7 +68,7 @@ void TestChoiceToolWindows::effectButtonsStandInTheirPlaces()
 void TestChoiceToolWindows::everyEffectReachesCanvasAndToolButton()
 {
     PopupScene scene;
-    EffectToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    EffectToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     const char *skins[] = {"ICON_EFFECT_COLOR", "ICON_EFFECT_BW", "ICON_EFFECT_NEGATIVE",
                            "ICON_EFFECT_MOSAIC"};
@@ -83,7 +83,7 @@ void TestChoiceToolWindows::everyEffectReachesCanvasAndToolButton()
 void TestChoiceToolWindows::effectStepsRoundTheTable()
 {
     PopupScene scene;
-    EffectToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    EffectToolWindow popup(&scene.toolButton, &scene.window);
     for (const int expected : {1, 2, 3, 0}) {
         popup.nextEffect();
         QCOMPARE(int(scene.canvas.effectMode.load()), expected);
@@ -99,7 +99,7 @@ void TestChoiceToolWindows::effectStepsRoundTheTable()
 void TestChoiceToolWindows::effectStepsOnlyFromACheckedButton()
 {
     PopupScene scene;
-    EffectToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    EffectToolWindow popup(&scene.toolButton, &scene.window);
     ImageButton *checked = Popup::row(popup, 18)[0];
     checked->group()->setExclusive(false);
     checked->setChecked(false);
@@ -112,7 +112,7 @@ void TestChoiceToolWindows::effectStepsOnlyFromACheckedButton()
 void TestChoiceToolWindows::effectIgnoresAnIndexOutsideTheTable()
 {
     PopupScene scene;
-    EffectToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    EffectToolWindow popup(&scene.toolButton, &scene.window);
     for (const int index : {-1, 4, 1000}) {
         popup.setCurrentEffect(index);
         QCOMPARE(int(scene.canvas.effectMode.load()), 0);
@@ -123,7 +123,7 @@ void TestChoiceToolWindows::maskButtonsStandInTheirPlaces()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    const MaskToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const MaskToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(title(popup), QString("Effect"));
     QCOMPARE(popup.size(), QSize(246, 66));
     QCOMPARE(Popup::lefts(popup, 18), (QList<int>{4, 64, 124, 184}));
@@ -135,7 +135,7 @@ void TestChoiceToolWindows::everyMaskReachesCanvasAndToolButton()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    MaskToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    MaskToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     const char *skins[] = {"ICON_MASK_CIRCLE", "ICON_MASK_RECTANGLE", "ICON_MASK_LEFT",
                            "ICON_MASK_TOP"};
@@ -152,7 +152,7 @@ void TestChoiceToolWindows::maskStepsBackwardsThroughNone()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    MaskToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    MaskToolWindow popup(&scene.toolButton, &scene.window);
     for (const int expected : {4, 3, 2, 1, 0, 4}) {
         popup.previousMask();
         QCOMPARE(int(scene.canvas.maskMode.load()), expected);
@@ -166,7 +166,7 @@ void TestChoiceToolWindows::maskStepsForwardsAndWrapsToNone()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    MaskToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    MaskToolWindow popup(&scene.toolButton, &scene.window);
     for (const int expected : {1, 2, 3, 4, 0, 1}) {
         popup.nextMask();
         QCOMPARE(int(scene.canvas.maskMode.load()), expected);
@@ -178,7 +178,7 @@ void TestChoiceToolWindows::noMaskKeepsTheLastSkin()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    MaskToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    MaskToolWindow popup(&scene.toolButton, &scene.window);
     popup.setCurrentMask(3);
     popup.setCurrentMask(0);
     QVERIFY(!scene.toolButton.isChecked());
@@ -192,7 +192,7 @@ void TestChoiceToolWindows::maskWithoutACheckedButtonCountsAsTheFirst()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    MaskToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    MaskToolWindow popup(&scene.toolButton, &scene.window);
     scene.toolButton.setChecked(true);
     popup.nextMask();
     QCOMPARE(int(scene.canvas.maskMode.load()), 2);
@@ -202,7 +202,7 @@ void TestChoiceToolWindows::openingTheFillWindowPaintsTheBoardWhite()
 {
     PopupScene scene;
     scene.canvas.fillCanvas(QColor(255, 255, 0));
-    FillBackgroundToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "Background Color",
+    FillBackgroundToolWindow popup(&scene.toolButton, &scene.window, "Background Color",
                                    "Fill Color");
     QCOMPARE(scene.canvas.currentImage().pixel(10, 10), 0xFFFFFFFF);
     QCOMPARE(scene.canvas.boardColor().rgba(), 0xFFFFFFFF);
@@ -214,7 +214,7 @@ void TestChoiceToolWindows::openingTheFillWindowPaintsTheBoardWhite()
 void TestChoiceToolWindows::everyBoardColorReachesTheCanvas()
 {
     PopupScene scene;
-    FillBackgroundToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "L");
+    FillBackgroundToolWindow popup(&scene.toolButton, &scene.window, "T", "L");
     popup.show();
     const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFFFF00, 0xFF0000FF};
     for (const int i : {3, 2, 1, 0}) {
@@ -227,7 +227,7 @@ void TestChoiceToolWindows::everyBoardColorReachesTheCanvas()
 void TestChoiceToolWindows::fillWithoutALabelHasNoButtons()
 {
     PopupScene scene;
-    FillBackgroundToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "");
+    FillBackgroundToolWindow popup(&scene.toolButton, &scene.window, "T", "");
     QVERIFY(Popup::row(popup, 20).isEmpty());
     popup.modeChanged();
     QCOMPARE(scene.canvas.boardColor().rgba(), 0xFFFFFFFF);
@@ -237,14 +237,14 @@ void TestChoiceToolWindows::eachReadsTheCanvasAgainWhenTheModeChanges()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
-    EffectToolWindow effect(&scene.toolButton, PopupScene::anyWindow());
-    MaskToolWindow mask(&scene.toolButton, PopupScene::anyWindow());
-    FillBackgroundToolWindow fill(&scene.toolButton, PopupScene::anyWindow(), "T", "L");
+    EffectToolWindow effect(&scene.toolButton, &scene.window);
+    MaskToolWindow mask(&scene.toolButton, &scene.window);
+    FillBackgroundToolWindow fill(&scene.toolButton, &scene.window, "T", "L");
     ImageCanvas other(&scene.window);
     other.effectMode = ImageCanvas::EffectNegative;
     other.maskMode = ImageCanvas::MaskLeft;
     other.fillCanvas(QColor(0, 0, 255));
-    fakeMainWindow.canvas = &other;
+    scene.window.canvas = &other;
     emit scene.window.modeChanged();
     QCOMPARE(Popup::checked(effect, 18), 2);
     QCOMPARE(Popup::checked(mask, 18), 2);

@@ -49,8 +49,8 @@ void TestColorToolWindow::hasOneRowForEachLabel()
     QFETCH(QStringList, labels);
     QFETCH(int, height);
     PopupScene scene;
-    const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "Title", "Line Width",
-                                color, fill);
+    const ColorToolWindow popup(&scene.toolButton, &scene.window, "Title", "Line Width", color,
+                                fill);
     QStringList found;
     for (const QLabel *label : popup.findChildren<QLabel *>())
         found << QString("%1 %2,%3").arg(label->text()).arg(label->x()).arg(label->y());
@@ -63,7 +63,7 @@ void TestColorToolWindow::hasOneRowForEachLabel()
 void TestColorToolWindow::buttonsStandInTheirPlaces()
 {
     PopupScene scene;
-    const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     QCOMPARE(popup.styleSheet(), QString("font-family: Arial; font-size: 15px; color: white;"));
     QCOMPARE(Popup::lefts(popup, 20), (QList<int>{152, 185, 218, 251}));
     QCOMPARE(Popup::lefts(popup, 43), (QList<int>{152, 185, 218, 251}));
@@ -96,7 +96,7 @@ void TestColorToolWindow::showsTheCanvasSettings()
     scene.canvas.penColor = color;
     scene.canvas.fillEnabled = true;
     scene.canvas.fillColor = color;
-    const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     QCOMPARE(Popup::checked(popup, 20), checkedWidth);
     QCOMPARE(Popup::checked(popup, 43), checkedColor);
     // The button without a colour stands before the four.
@@ -106,7 +106,7 @@ void TestColorToolWindow::showsTheCanvasSettings()
 void TestColorToolWindow::everyChoiceReachesTheCanvas()
 {
     PopupScene scene;
-    ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     popup.show();
     const QColor colors[] = {Qt::black, QColor(255, 0, 0), QColor(255, 255, 0), QColor(0, 0, 255)};
     for (int i = 0; i < 4; ++i) {
@@ -129,18 +129,18 @@ void TestColorToolWindow::fillIsShownOffUntilAColorIsChosen()
     PopupScene scene;
     scene.canvas.fillEnabled = false;
     scene.canvas.fillColor = QColor(255, 0, 0);
-    ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     QCOMPARE(Popup::checked(popup, 67), 0);
 }
 
 void TestColorToolWindow::readsAgainWhenTheModeChanges()
 {
     PopupScene scene;
-    ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     ImageCanvas other(&scene.window);
     other.penWidth = 9;
     other.penColor = QColor(0, 0, 255);
-    fakeMainWindow.canvas = &other;
+    scene.window.canvas = &other;
     emit scene.window.modeChanged();
     QCOMPARE(Popup::checked(popup, 20), 2);
     QCOMPARE(Popup::checked(popup, 43), 3);
@@ -153,8 +153,8 @@ void TestColorToolWindow::readsAgainWhenTheModeChanges()
 void TestColorToolWindow::withoutACanvasNothingHappens()
 {
     PopupScene scene;
-    fakeMainWindow.canvas = nullptr;
-    ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    scene.window.canvas = nullptr;
+    ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     popup.show();
     for (const int y : {20, 43, 67})
         QTest::mouseClick(Popup::row(popup, y)[1], Qt::LeftButton);
@@ -164,7 +164,7 @@ void TestColorToolWindow::withoutACanvasNothingHappens()
 void TestColorToolWindow::everyButtonHasANameAndATip()
 {
     PopupScene scene;
-    const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "W", "C", "F");
+    const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
     for (const ImageButton *button : popup.findChildren<ImageButton *>()) {
         QVERIFY(!button->accessibleName().isEmpty());
         QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->accessibleName()));
@@ -174,7 +174,7 @@ void TestColorToolWindow::everyButtonHasANameAndATip()
 void TestColorToolWindow::theRowsDoNotSayTheSame()
 {
     PopupScene scene;
-    const ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "T", "Width",
+    const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "Width",
                                 "Line Color", "Fill Color");
     QCOMPARE(Popup::row(popup, 20)[1]->accessibleName(), QString("Width: 6 pixels"));
     QCOMPARE(Popup::row(popup, 43)[0]->accessibleName(), QString("Line Color: Black"));

@@ -108,7 +108,7 @@ void TestSettingsToolWindow::showsWhatIsStored()
     Config::setSnapshotMode(CanvasModes::SnapshotMode(mode));
     Config::setSnapshotInterval(interval);
     PopupScene scene;
-    const SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const SettingsToolWindow popup(&scene.toolButton, &scene.window);
     QList<int> shown;
     for (const Box which : {Resolution, Recording, Capture, Time})
         shown << box(popup, which)->currentIndex();
@@ -127,7 +127,7 @@ void TestSettingsToolWindow::showsWhatIsStored()
 void TestSettingsToolWindow::everyIntervalIsOffered()
 {
     PopupScene scene;
-    const SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const SettingsToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(box(popup, Time)->count(), 17);
     QCOMPARE(box(popup, Time)->itemText(0), QString("1 sec"));
     QCOMPARE(box(popup, Time)->itemText(13), QString("10 min"));
@@ -138,8 +138,8 @@ void TestSettingsToolWindow::okStoresEverythingAndAppliesIt()
 {
     PopupScene scene;
     LiveSource live(&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr);
-    fakeMainWindow.liveSource = &live;
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    scene.window.camera = &live;
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     box(popup, Resolution)->setCurrentIndex(0);
     box(popup, Recording)->setCurrentIndex(0);
@@ -161,7 +161,7 @@ void TestSettingsToolWindow::okStoresEverythingAndAppliesIt()
 void TestSettingsToolWindow::okWithoutACameraStoresAllTheSame()
 {
     PopupScene scene;
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     box(popup, Resolution)->setCurrentIndex(2);
     QTest::mouseClick(button(popup, "OK"), Qt::LeftButton);
@@ -172,8 +172,8 @@ void TestSettingsToolWindow::cancelLeavesEverythingUntouched()
 {
     PopupScene scene;
     LiveSource live(&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr);
-    fakeMainWindow.liveSource = &live;
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    scene.window.camera = &live;
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     box(popup, Resolution)->setCurrentIndex(0);
     box(popup, Capture)->setCurrentIndex(1);
@@ -200,7 +200,7 @@ void TestSettingsToolWindow::theLargestRecordingSizeIsAskedFor()
     QFETCH(int, entry);
     PopupScene scene;
     scene.window.show();
-    const SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const SettingsToolWindow popup(&scene.toolButton, &scene.window);
     QString title;
     QString question;
     whenAsked<QMessageBox>(&scene.window, [&](QMessageBox *message) {
@@ -224,7 +224,7 @@ void TestSettingsToolWindow::aStoredLargestSizeIsNotAskedFor()
         asked = true;
         message->reject();
     });
-    const SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const SettingsToolWindow popup(&scene.toolButton, &scene.window);
     box(popup, Recording)->setCurrentIndex(0);
     QCoreApplication::processEvents();
     QVERIFY(!asked);
@@ -234,7 +234,7 @@ void TestSettingsToolWindow::browsingStoresNothingBeforeOk()
 {
     PopupScene scene;
     scene.window.show();
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     const QString folder = QDir::tempPath();
     for (const char *name : {"Browse for the snapshot folder", "Browse for the recording folder"}) {
@@ -260,7 +260,7 @@ void TestSettingsToolWindow::aDismissedFolderDialogKeepsThePath()
 {
     PopupScene scene;
     scene.window.show();
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     whenAsked<QFileDialog>(&scene.window, [](QFileDialog *dialog) { dialog->reject(); });
     QTest::mouseClick(button(popup, "Browse for the snapshot folder"), Qt::LeftButton);
@@ -270,7 +270,7 @@ void TestSettingsToolWindow::aDismissedFolderDialogKeepsThePath()
 void TestSettingsToolWindow::anEmptyChoiceIsLeftAlone()
 {
     PopupScene scene;
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     for (const Box which : {Resolution, Recording, Capture, Time})
         box(popup, which)->setCurrentIndex(-1);
@@ -284,20 +284,20 @@ void TestSettingsToolWindow::anEmptyChoiceIsLeftAlone()
 void TestSettingsToolWindow::aNewPreviewSizeEndsARunningRecording()
 {
     PopupScene scene;
-    SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    SettingsToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     popup.settingsOk();
-    QCOMPARE(fakeMainWindow.recordingStops, 0);
+    QCOMPARE(scene.window.recordingStops, 0);
     box(popup, Resolution)->setCurrentIndex(0);
     popup.settingsOk();
-    QCOMPARE(fakeMainWindow.recordingStops, 1);
+    QCOMPARE(scene.window.recordingStops, 1);
 }
 
 void TestSettingsToolWindow::closingTheWindowUnderAQuestionIsHarmless()
 {
     PopupScene scene;
     scene.window.show();
-    auto *popup = new SettingsToolWindow(&scene.toolButton, PopupScene::anyWindow());
+    auto *popup = new SettingsToolWindow(&scene.toolButton, &scene.window);
     whenAsked<QMessageBox>(&scene.window, [popup](QMessageBox *message) {
         delete popup;
         message->button(QMessageBox::No)->click();
@@ -309,7 +309,7 @@ void TestSettingsToolWindow::closingTheWindowUnderAQuestionIsHarmless()
 void TestSettingsToolWindow::nothingIsClipped()
 {
     PopupScene scene;
-    const SettingsToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const SettingsToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(popup.size(), QSize(370, 306));
     const QList<QWidget *> children =
         popup.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);

@@ -47,7 +47,7 @@ private slots:
 void TestTextToolWindow::everythingStandsInItsPlace()
 {
     PopupScene scene;
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(popup.size(), QSize(292, 70));
     QCOMPARE(faceBox(popup)->geometry(), QRect(10, 20, 150, 22));
     QCOMPARE(sizeBox(popup)->geometry(), QRect(165, 20, 70, 22));
@@ -73,7 +73,7 @@ void TestTextToolWindow::openingChangesNothing()
     scene.canvas.setFontSize(13);
     scene.canvas.setFontFace("No such face");
     scene.canvas.setTextColor(QColor(1, 2, 3));
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(scene.canvas.fontSize(), 13);
     QCOMPARE(scene.canvas.fontFace(), QString("No such face"));
     QCOMPARE(scene.canvas.textColor(), QColor(1, 2, 3));
@@ -86,7 +86,7 @@ void TestTextToolWindow::showsTheCanvasSettings()
     scene.canvas.setFontSize(24);
     scene.canvas.setFontFace(face);
     scene.canvas.setTextColor(QColor(0, 0, 255));
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(sizeBox(popup)->currentText(), QString("24"));
     QCOMPARE(faceBox(popup)->currentText(), face);
     QCOMPARE(Popup::checked(popup, 43), 3);
@@ -95,7 +95,7 @@ void TestTextToolWindow::showsTheCanvasSettings()
 void TestTextToolWindow::choosingAFaceReachesTheCanvas()
 {
     PopupScene scene;
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     const int last = faceBox(popup)->count() - 1;
     faceBox(popup)->setCurrentIndex(last);
     emit faceBox(popup)->activated(last);
@@ -105,7 +105,7 @@ void TestTextToolWindow::choosingAFaceReachesTheCanvas()
 void TestTextToolWindow::choosingASizeReachesTheCanvas()
 {
     PopupScene scene;
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     sizeBox(popup)->setCurrentIndex(2);
     QCOMPARE(scene.canvas.fontSize(), QFontDatabase::standardSizes()[2]);
 }
@@ -113,7 +113,7 @@ void TestTextToolWindow::choosingASizeReachesTheCanvas()
 void TestTextToolWindow::typingSetsTheSizeAtEveryNumber()
 {
     PopupScene scene;
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     QLineEdit *edit = sizeBox(popup)->lineEdit();
     edit->setFocus();
@@ -131,7 +131,7 @@ void TestTextToolWindow::typingSetsTheSizeAtEveryNumber()
 void TestTextToolWindow::aSizeThatIsNotListedIsNotSelected()
 {
     PopupScene scene;
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     sizeBox(popup)->setEditText("37");
     QCOMPARE(scene.canvas.fontSize(), 37);
     sizeBox(popup)->setCurrentIndex(1);
@@ -145,7 +145,7 @@ void TestTextToolWindow::aSizeThatIsNotListedIsNotSelected()
 void TestTextToolWindow::everySizeCanBeTyped()
 {
     PopupScene scene;
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     QLineEdit *edit = sizeBox(popup)->lineEdit();
     // As a user sees it: the box completes what is typed as soon as it has the focus.
@@ -165,7 +165,7 @@ void TestTextToolWindow::whatIsNoSizeDoesNotStay()
 {
     PopupScene scene;
     scene.canvas.setFontSize(13);
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     const int entries = sizeBox(popup)->count();
     QLineEdit *edit = sizeBox(popup)->lineEdit();
@@ -182,7 +182,7 @@ void TestTextToolWindow::aSizeThatIsNotListedIsShown()
 {
     PopupScene scene;
     scene.canvas.setFontSize(13);
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(sizeBox(popup)->currentText(), QString("13"));
     scene.canvas.setFontSize(24);
     popup.modeChanged();
@@ -196,7 +196,7 @@ void TestTextToolWindow::aSizeThatIsNotListedIsShown()
 void TestTextToolWindow::aFaceThatIsNotListedLeavesTheBox()
 {
     PopupScene scene;
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     faceBox(popup)->setCurrentIndex(1);
     scene.canvas.setFontFace("No such face");
     popup.modeChanged();
@@ -207,7 +207,7 @@ void TestTextToolWindow::theFirstFaceIsShownAsWhatItResolvesTo()
 {
     PopupScene scene;
     QCOMPARE(scene.canvas.fontFace(), QString("Arial"));
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     QCOMPARE(faceBox(popup)->currentText(), QFontInfo(QFont("Arial")).family());
     QCOMPARE(scene.canvas.fontFace(), QString("Arial"));
 }
@@ -215,7 +215,7 @@ void TestTextToolWindow::theFirstFaceIsShownAsWhatItResolvesTo()
 void TestTextToolWindow::everyColorReachesTheCanvas()
 {
     PopupScene scene;
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     popup.show();
     const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
     for (const int i : {3, 2, 1, 0}) {
@@ -228,7 +228,7 @@ void TestTextToolWindow::anUnknownColorLeavesTheButtons()
 {
     PopupScene scene;
     scene.canvas.setTextColor(QColor(255, 255, 0));
-    TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    TextToolWindow popup(&scene.toolButton, &scene.window);
     scene.canvas.setTextColor(QColor(1, 2, 3));
     popup.modeChanged();
     QCOMPARE(Popup::checked(popup, 43), 2);
@@ -237,10 +237,10 @@ void TestTextToolWindow::anUnknownColorLeavesTheButtons()
 void TestTextToolWindow::readingTheCanvasAgainWritesNothing()
 {
     PopupScene scene;
-    const TextToolWindow popup(&scene.toolButton, PopupScene::anyWindow());
+    const TextToolWindow popup(&scene.toolButton, &scene.window);
     ImageCanvas other(&scene.window);
     other.setFontSize(48);
-    fakeMainWindow.canvas = &other;
+    scene.window.canvas = &other;
     emit scene.window.modeChanged();
     QCOMPARE(sizeBox(popup)->currentText(), QString("48"));
     QCOMPARE(other.fontSize(), 48);

@@ -145,7 +145,7 @@ void TestToolWindow::alignsAgainWhenItGetsItsBackground()
     QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
     scene.window.move(area.width() - 100, 40);
     // Built without an image, which it gets from the number of its rows.
-    ColorToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), "Line", "Width", "", "");
+    ColorToolWindow popup(&scene.toolButton, &scene.window, "Line", "Width", "", "");
     QVERIFY(popup.width() > 100);
     QCOMPARE(popup.x(), area.width() - popup.width());
 }
@@ -203,7 +203,7 @@ void TestToolWindow::diesWithTheMainWindow()
 void TestToolWindow::aboutNamesTheVersionAndClosesByOk()
 {
     PopupScene scene;
-    AboutToolWindow popup(&scene.toolButton, PopupScene::anyWindow(), ground(256, 108));
+    AboutToolWindow popup(&scene.toolButton, &scene.window, ground(256, 108));
     popup.show();
     QStringList labels;
     for (const QLabel *label : popup.findChildren<QLabel *>())

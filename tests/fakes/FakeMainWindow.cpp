@@ -1,0 +1,3 @@
+#include "FakeMainWindow.h"
+
+#include "moc_FakeMainWindow.cpp"

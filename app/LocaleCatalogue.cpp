@@ -10,9 +10,9 @@ struct Row {
     const char *fileName;
 };
 
+// The rows of resources/translations/languages.txt.
 const Row CATALOGUES[] = {
-    {"zh_TW", "Orvex_zh-tw.qm"}, {"fr_FR", "Orvex_fr.qm"}, {"ja_JP", "Orvex_ja.qm"},
-    {"de_DE", "Orvex_de.qm"},    {"es_ES", "Orvex_es.qm"}, {"ru_RU", "Orvex_ru.qm"},
+#include "languages.inc"
 };
 
 } // namespace

@@ -1,0 +1,16 @@
+# Reads the list of languages: LANGUAGE_CATALOGUES ("zh-tw;fr;..."), LANGUAGE_TOOLKIT_<catalogue>, and
+# languages.inc, the same rows for the program's table.
+set(language_list ${CMAKE_SOURCE_DIR}/resources/translations/languages.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${language_list})
+file(STRINGS ${language_list} language_rows REGEX "^[^#]")
+set(LANGUAGE_CATALOGUES "")
+set(language_table "")
+foreach(row IN LISTS language_rows)
+    if(NOT row MATCHES "^([a-z]+_[A-Z]+) ([^ ]+) ([^ ]+)$")
+        message(FATAL_ERROR "${language_list}: not 'LOCALE CATALOGUE TOOLKIT-CATALOGUE': ${row}")
+    endif()
+    list(APPEND LANGUAGE_CATALOGUES ${CMAKE_MATCH_2})
+    set(LANGUAGE_TOOLKIT_${CMAKE_MATCH_2} ${CMAKE_MATCH_3})
+    string(APPEND language_table "{\"${CMAKE_MATCH_1}\", \"Orvex_${CMAKE_MATCH_2}.qm\"},\n")
+endforeach()
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/generated/languages.inc CONTENT "${language_table}" @ONLY)

@@ -1,0 +1,38 @@
+# The headers that most sources include, compiled once a layer. Off, every source is compiled by what
+# it includes itself, as `./test tidy` does, so that no source relies on them.
+option(PRECOMPILED_HEADERS "Compile the common headers once a layer" ON)
+
+# precompiled_layer(<layer> LIBS <target>... HEADERS <header>...)
+function(precompiled_layer layer)
+    cmake_parse_arguments(ARG "" "" "LIBS;HEADERS" ${ARGN})
+    set(source ${CMAKE_BINARY_DIR}/precompiled_${layer}.cpp)
+    file(CONFIGURE OUTPUT ${source} CONTENT "")
+    add_library(precompiled_${layer} OBJECT ${source})
+    set_target_properties(precompiled_${layer} PROPERTIES AUTOMOC OFF)
+    target_link_libraries(precompiled_${layer} PRIVATE house_warnings ${ARG_LIBS})
+    target_precompile_headers(precompiled_${layer} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+# use_precompiled(<layer> <target>...): the targets take the layer's headers.
+function(use_precompiled layer)
+    if(PRECOMPILED_HEADERS)
+        foreach(target IN LISTS ARGN)
+            target_precompile_headers(${target} REUSE_FROM precompiled_${layer})
+        endforeach()
+    endif()
+endfunction()
+
+if(PRECOMPILED_HEADERS)
+    set(standard_headers <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstring>
+        <functional> <memory> <mutex> <optional> <utility> <vector>)
+    set(gui_headers <QColor> <QDateTime> <QDir> <QElapsedTimer> <QFile> <QHash> <QImage> <QList>
+        <QObject> <QPainter> <QPoint> <QPointer> <QRect> <QSize> <QString> <QStringList> <QThread>
+        <QTimer> <QVector>)
+    precompiled_layer(gui LIBS Qt5::Core Qt5::Gui HEADERS ${standard_headers} ${gui_headers})
+    precompiled_layer(widgets LIBS Qt5::Core Qt5::Gui Qt5::Widgets
+        HEADERS ${standard_headers} ${gui_headers} <QApplication> <QLabel> <QMouseEvent>
+            <QPushButton> <QWidget>)
+    precompiled_layer(test LIBS Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Test
+        HEADERS ${standard_headers} ${gui_headers} <QApplication> <QLabel> <QMouseEvent>
+            <QProcess> <QPushButton> <QSignalSpy> <QTemporaryDir> <QWidget> <QtTest>)
+endif()

@@ -3,7 +3,7 @@
 # What the program is built from.
 BUILD_PACKAGES="
     build-essential cmake ninja-build pkg-config
-    qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n
+    qtbase5-dev qtbase5-private-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n
     libuvc-dev libusb-1.0-0-dev libumockdev-dev umockdev libjpeg-dev
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libyuv-dev"
 
@@ -15,7 +15,7 @@ RUN_PACKAGES="
 
 # What the tests drive it with.
 TEST_PACKAGES="
-    qtbase5-private-dev libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
+    libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
     e2fsprogs cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg"
 
 # What the benchmarks measure beside it.

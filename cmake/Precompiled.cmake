@@ -23,6 +23,8 @@ function(use_precompiled layer)
 endfunction()
 
 if(PRECOMPILED_HEADERS)
+    # Some libraries ask for it, and a layer serves those sources alone that are compiled as it is.
+    add_compile_options(-pthread)
     set(standard_headers <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstring>
         <functional> <memory> <mutex> <optional> <utility> <vector>)
     set(gui_headers <QColor> <QDateTime> <QDir> <QElapsedTimer> <QFile> <QHash> <QImage> <QList>

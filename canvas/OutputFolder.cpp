@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <mutex>
 
 namespace
 {
@@ -38,10 +39,14 @@ OutputFolder::OutputFolder(const QString &path)
 {
 }
 
+bool OutputFolder::hangs() const
+{
+    return m_timedOut && m_worker.busy();
+}
+
 OutputFolder::State OutputFolder::state()
 {
-    const std::unique_lock<std::timed_mutex> calling(m_calling, STATE_BOUND);
-    if (!calling || (m_timedOut && m_worker.busy()))
+    if (hangs())
         return State::Waiting;
     const std::optional<int> exists = m_worker.call(
         STATE_BOUND, [path = m_path] { return static_cast<int>(QDir(path).exists()); });
@@ -53,16 +58,13 @@ OutputFolder::State OutputFolder::state()
 
 std::optional<QString> OutputFolder::write(const QString &file, const QByteArray &bytes)
 {
-    const std::unique_lock<std::timed_mutex> calling(m_calling, WRITE_BOUND);
     const auto failure = std::make_shared<std::optional<QString>>();
     const auto job = [failure, file, bytes] {
         *failure = SnapshotFile::write(file, bytes);
         return 0;
     };
-    const bool answered =
-        calling && !(m_timedOut && m_worker.busy()) && m_worker.call(WRITE_BOUND, job);
-    if (calling)
-        m_timedOut = !answered;
+    const bool answered = !hangs() && m_worker.call(WRITE_BOUND, job);
+    m_timedOut = !answered;
     // What an unanswered call brings is still written to by its thread.
     return answered ? *failure : qt_error_string(ETIMEDOUT);
 }

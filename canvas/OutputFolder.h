@@ -5,8 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <atomic>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 /// A folder that pictures are written into, perhaps on a share whose server has gone: a call to its
@@ -39,9 +39,10 @@ public:
     [[nodiscard]] std::optional<QString> write(const QString &file, const QByteArray &bytes);
 
 private:
+    /// Whether a call that was given up is still on its way.
+    [[nodiscard]] bool hangs() const;
+
     const QString m_path;
-    /// Guards the two members below, as the worker serves one caller at a time.
-    std::timed_mutex m_calling;
     BoundedWorker m_worker{"OutputFolder"};
-    bool m_timedOut = false;
+    std::atomic<bool> m_timedOut{false};
 };

@@ -8,7 +8,7 @@
 /// A thread that makes calls which might never return, one after the other, for a caller that must
 /// go on all the same.
 ///
-/// One calling thread. A job whose answer is not waited for any longer goes on alone: it owns
+/// Any thread may post and call. A job whose answer is not waited for any longer goes on alone: it owns
 /// everything it touches.
 class BoundedWorker
 {

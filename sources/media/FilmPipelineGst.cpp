@@ -174,10 +174,10 @@ double FilmPipelineGst::duration() const
     return static_cast<double>(duration) / GST_SECOND;
 }
 
-bool FilmPipelineGst::hasPictures() const
+bool FilmPipelineGst::hasSound() const
 {
     gint streams = 0;
-    g_object_get(m_playbin.get(), "n-video", &streams, nullptr);
+    g_object_get(m_playbin.get(), "n-audio", &streams, nullptr);
     return streams > 0;
 }
 

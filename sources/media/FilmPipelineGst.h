@@ -33,8 +33,8 @@ public:
     void setVolume(double volume);
     /// 0 when unknown.
     [[nodiscard]] double duration() const;
-    /// Whether there are pictures that can be decoded; known once it is open.
-    [[nodiscard]] bool hasPictures() const;
+    /// Whether there is sound that can be decoded; known once it is open.
+    [[nodiscard]] bool hasSound() const;
     [[nodiscard]] bool isFromSound(GstMessage *message) const;
     [[nodiscard]] bool isFromPipeline(GstMessage *message) const;
     [[nodiscard]] GstElement *element() const { return m_playbin.get(); }

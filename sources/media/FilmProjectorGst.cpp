@@ -19,13 +19,9 @@ FilmFault faultOf(GstMessage *message)
 {
     GError *error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
-    FilmFault fault = FilmFault::NoFilm;
-    if (error->domain == GST_RESOURCE_ERROR)
-        fault = FilmFault::Unreadable;
-    else if (g_error_matches(error, GST_STREAM_ERROR, GST_STREAM_ERROR_CODEC_NOT_FOUND))
-        fault = FilmFault::DecoderMissing;
+    const bool unreadable = error->domain == GST_RESOURCE_ERROR;
     g_error_free(error);
-    return fault;
+    return unreadable ? FilmFault::Unreadable : FilmFault::NoFilm;
 }
 
 /// Whether the message tells that the decoder of a picture is missing.
@@ -288,15 +284,7 @@ void FilmProjectorGst::workDone()
 {
     const Work done = m_work;
     if (done == Work::Opening) {
-        endWork();
-        if (!m_wasOpen && !m_pipeline->hasPictures())
-            tell(m_decoderMissing ? FilmFault::DecoderMissing : FilmFault::NoPicture);
-        m_wasOpen = true;
-        reportDuration();
-        if (m_resumeAt > 0)
-            sendSeek(m_resumeAt, true);
-        else
-            finishSeek(true);
+        opened();
     } else if (done == Work::Seeking) {
         // Beyond the last picture of a damaged or shorter picture track there is none to show.
         const bool found = m_pictures.anySinceClear();
@@ -307,6 +295,27 @@ void FilmProjectorGst::workDone()
     } else {
         endWork();
     }
+}
+
+void FilmProjectorGst::opened()
+{
+    endWork();
+    if (!m_wasOpen && !m_pictures.anySinceClear()) {
+        const bool plays = m_pipeline->hasSound();
+        const FilmFault without = plays ? FilmFault::NoPicture : FilmFault::NoFilm;
+        const FilmFault fault = m_decoderMissing ? FilmFault::DecoderMissing : without;
+        if (!plays) {
+            breakOff(fault);
+            return;
+        }
+        tell(fault);
+    }
+    m_wasOpen = true;
+    reportDuration();
+    if (m_resumeAt > 0)
+        sendSeek(m_resumeAt, true);
+    else
+        finishSeek(true);
 }
 
 void FilmProjectorGst::handleError(GstMessage *message)

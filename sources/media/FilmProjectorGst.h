@@ -59,6 +59,7 @@ private:
     void begin(Work work, guint withinMs);
     void endWork();
     void workDone();
+    void opened();
     /// No more pictures.
     void end();
     /// The pipeline cannot go on; the fault is told of a film that has not been shown at all.

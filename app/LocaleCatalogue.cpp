@@ -1,4 +1,4 @@
-#include "LocaleCatalogue.h"
+#include "app/LocaleCatalogue.h"
 
 #include <QLatin1String>
 

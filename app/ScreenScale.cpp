@@ -1,6 +1,6 @@
-#include "ScreenScale.h"
+#include "app/ScreenScale.h"
 
-#include "Platform.h"
+#include "app/Platform.h"
 
 #include <QGuiApplication>
 #include <QScreen>

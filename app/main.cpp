@@ -1,11 +1,11 @@
-#include "LocaleCatalogue.h"
-#include "Platform.h"
-#include "ScreenScale.h"
+#include "app/LocaleCatalogue.h"
+#include "app/Platform.h"
+#include "app/ScreenScale.h"
 #include "mainwindow/MainWindow.h"
 #include "resources/Skin.h"
 #include "resources/translations/Translations.h"
-#include "sources/media/DetachedThreads.h"
-#include "sources/media/MediaWarmUp.h"
+#include "sources/gst/MediaPreloader.h"
+#include "sources/threads/DetachedThreads.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -42,7 +42,7 @@ int runProgram(int argc, char **argv)
 
     MainWindow window;
     window.show();
-    const MediaWarmUp warmUp(WARM_UP_DELAY);
+    const MediaPreloader warmUp(WARM_UP_DELAY);
     return QApplication::exec();
 }
 

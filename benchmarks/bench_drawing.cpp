@@ -1,9 +1,9 @@
 // What a stroke costs at 1920x1080, beside copying the layer it is drawn on.
 
-#include "canvas/AnnotationLayer.h"
-#include "canvas/AnnotationTools.h"
 #include "canvas/ImageCanvas.h"
-#include "canvas/ViewGeometry.h"
+#include "canvas/drawing/AnnotationLayer.h"
+#include "canvas/drawing/DragTool.h"
+#include "canvas/picture/ViewGeometry.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -34,8 +34,8 @@ struct Board {
         tools.release(layer);
     }
 
-    AnnotationTools tools;
-    AnnotationTools::Ink ink;
+    DragTool tools;
+    DragTool::ShapeStyle ink;
     AnnotationLayer layer;
     ViewGeometry view;
 };

@@ -5,7 +5,7 @@
 
 #include "sources/FilmSource.h"
 #include "sources/ICaptureCB.h"
-#include "sources/media/MediaWarmUp.h"
+#include "sources/gst/MediaPreloader.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -114,7 +114,7 @@ void measureSeeks(FilmSource &source, CopyingReceiver &receiver, const char *sta
                 times[times.size() / 2], times[times.size() * 9 / 10], times.back());
 }
 
-void getReady(std::optional<MediaWarmUp> &warmUp)
+void getReady(std::optional<MediaPreloader> &warmUp)
 {
     const double before = processorSeconds();
     QElapsedTimer timer;
@@ -138,7 +138,7 @@ int main(int argc, char **argv)
     }
     const int playMs = arguments.value(2, "7").toInt() * 1000;
 
-    std::optional<MediaWarmUp> warmUp;
+    std::optional<MediaPreloader> warmUp;
     if (arguments.value(3) != "unprepared")
         getReady(warmUp);
     CopyingReceiver receiver;

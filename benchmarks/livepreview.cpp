@@ -10,8 +10,8 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "sources/LiveSource.h"
-#include "sources/UvcCamera.h"
-#include "sources/media/CaptureClock.h"
+#include "sources/camera/UvcCamera.h"
+#include "sources/recording/CaptureClock.h"
 #include "tests/tools/UvcViewer.h"
 #include "tools/virtualcamera/SheetCounter.h"
 

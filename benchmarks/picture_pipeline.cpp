@@ -1,10 +1,10 @@
 // The steps of the picture pipeline and the whole canvas, each beside a copy of the frame and the
 // same step in OpenCV on one thread. The argument is the row of SIZES.
 
-#include "canvas/AnnotationLayer.h"
-#include "canvas/FramePipeline.h"
-#include "canvas/FrameSteps.h"
 #include "canvas/ImageCanvas.h"
+#include "canvas/drawing/AnnotationLayer.h"
+#include "canvas/picture/FramePipeline.h"
+#include "canvas/picture/FrameSteps.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,9 +1,9 @@
 // The picture scaled into its place on the screen, beside OpenCV's area scaling and libyuv's box
 // filter on one thread, and a copy of the source. Each ends with opaque 32-bit pixels.
 
-#include "canvas/Frame.h"
-#include "canvas/NearestScaler.h"
-#include "canvas/ScreenScaler.h"
+#include "canvas/picture/Frame.h"
+#include "canvas/picture/NearestScaler.h"
+#include "canvas/picture/ScreenScaler.h"
 
 #include <benchmark/benchmark.h>
 #include <libyuv.h>
@@ -95,7 +95,7 @@ void canvasScales(benchmark::State &state, const FrameKernels *kernels)
         state.SkipWithError("this processor has no such registers");
         return;
     }
-    FrameKernels::use(kernels);
+    FrameKernels::select(kernels);
     const auto source = noise(caseOf(state).from);
     Screen screen(caseOf(state).to);
     ScreenScaler scaler;
@@ -103,7 +103,7 @@ void canvasScales(benchmark::State &state, const FrameKernels *kernels)
         scaler.scale(source->rows(), screen.rows());
         benchmark::ClobberMemory();
     }
-    FrameKernels::use(nullptr);
+    FrameKernels::select(nullptr);
     label(state);
 }
 
@@ -203,7 +203,7 @@ int main(int argc, char **argv)
 {
     cv::setNumThreads(1);
     add("copy", copySource);
-    add("canvas", [](benchmark::State &state) { canvasScales(state, FrameKernels::wide()); });
+    add("canvas", [](benchmark::State &state) { canvasScales(state, FrameKernels::avx2()); });
     add("canvas, plain",
         [](benchmark::State &state) { canvasScales(state, &FrameKernels::portable()); });
     add("nearest", nearestScales);

@@ -9,7 +9,7 @@
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
-#include "sources/media/CaptureClock.h"
+#include "sources/recording/CaptureClock.h"
 
 #include <QApplication>
 #include <QMouseEvent>

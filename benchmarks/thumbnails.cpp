@@ -5,9 +5,9 @@
 //                             strip are there, and how long the window does not answer
 //   bench_thumbnails many     10,000 small pictures in the strip
 #include "mainwindow/MainWindow.h"
-#include "mainwindow/ThumbnailButton.h"
-#include "mainwindow/ThumbnailLoader.h"
-#include "mainwindow/ThumbnailWidget.h"
+#include "mainwindow/bars/ThumbnailButton.h"
+#include "mainwindow/bars/ThumbnailLoader.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
 #include "widgets/HorizontalSlider.h"

@@ -1,10 +1,9 @@
-#include "ImageCanvas.h"
+#include "canvas/ImageCanvas.h"
 
-#include "FrameSteps.h"
-#include "OSDProcessor.h"
-#include "SnapshotFile.h"
-#include "StartPicture.h"
-#include "TextEditor.h"
+#include "canvas/OSDProcessor.h"
+#include "canvas/StartPicture.h"
+#include "canvas/TextEditor.h"
+#include "canvas/picture/FrameSteps.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -12,7 +11,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 
 namespace
@@ -219,16 +217,15 @@ void ImageCanvas::takeInput(const FramePtr &frame, QSize size)
 bool ImageCanvas::renewResult()
 {
     const AnnotationLayer &layer = drawnLayer();
-    const Recipe recipe = currentRecipe();
-    if (m_resultSerial != 0 && recipe == m_resultRecipe)
+    const ResultKey key = currentKey();
+    if (m_resultSerial != 0 && key == m_resultKey)
         return true;
-    const FramePtr result =
-        m_pipeline.run(m_input, layer, {recipe.view, recipe.effect, recipe.mask});
+    const FramePtr result = m_pipeline.run(m_input, layer, {key.view, key.effect, key.mask});
     const bool withoutMemory = !result && m_input;
     if (withoutMemory)
         return false;
     m_result = result;
-    m_resultRecipe = recipe;
+    m_resultKey = key;
     ++m_resultSerial;
     return true;
 }
@@ -239,7 +236,7 @@ AnnotationLayer &ImageCanvas::drawnLayer()
     return m_layer;
 }
 
-ImageCanvas::Recipe ImageCanvas::currentRecipe() const
+ImageCanvas::ResultKey ImageCanvas::currentKey() const
 {
     return {m_inputSerial, m_view, effectMode, maskMode, m_layer.revision()};
 }
@@ -263,86 +260,6 @@ void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
     const FramePtr fitted = m_pipeline.fitted(m_result, size);
     if (fitted)
         FrameSteps::copyOut(*fitted, pixels, mirror, rgb32);
-}
-
-// Snapshots ---------------------------------------------------
-
-void ImageCanvas::snapshot()
-{
-    const std::shared_ptr<OutputFolder> folder = OutputFolder::of(snapshotFolder);
-    const OutputFolder::State state = folder->state();
-    if (state == OutputFolder::State::Missing)
-        return;
-    if (state != OutputFolder::State::Exists)
-        reportSnapshotFailure(snapshotFolder, qt_error_string(ETIMEDOUT));
-    const std::lock_guard<std::mutex> locker(m_lock);
-    m_armedFolder = folder;
-    m_snapshotClock.arm({snapshotMode, snapshotInterval, seriesLimit}, m_clock.elapsed());
-}
-
-void ImageCanvas::stopSnapshot()
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    m_snapshotClock.disarm();
-}
-
-bool ImageCanvas::seriesArmed() const
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    return m_snapshotClock.isSeriesArmed();
-}
-
-void ImageCanvas::take(const Shot &shot)
-{
-    if (!shot.picture)
-        return;
-    const OutputFolder::State state = shot.folder->state();
-    if (state == OutputFolder::State::TimedOut)
-        reportSnapshotFailure(shot.folder->path(), qt_error_string(ETIMEDOUT));
-    // A shot whose folder is away, or does not answer, stays armed.
-    if (state != OutputFolder::State::Exists)
-        return;
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        if (shot.folder != m_armedFolder || !m_snapshotClock.takePicture(m_clock.elapsed()))
-            return;
-    }
-    save(shot);
-}
-
-void ImageCanvas::save(const Shot &shot)
-{
-    const QString path = SnapshotFile::path(shot.folder->path(), QDateTime::currentDateTime());
-    const auto failure = shot.folder->write(path, SnapshotFile::encoded(frameImage(shot.picture)));
-    if (failure)
-        reportSnapshotFailure(path, *failure);
-    // A failed write is shown like a good one.
-    if (onGuiThread())
-        showSnapshotTaken();
-    else
-        QMetaObject::invokeMethod(this, "showSnapshotTaken", Qt::QueuedConnection);
-}
-
-void ImageCanvas::reportSnapshotFailure(const QString &path, const QString &reason)
-{
-    qWarning("%s: %s", qPrintable(path), qPrintable(reason));
-    if (onGuiThread())
-        keepSnapshotFailure(path, reason);
-    else
-        QMetaObject::invokeMethod(this, "keepSnapshotFailure", Qt::QueuedConnection,
-                                  Q_ARG(QString, path), Q_ARG(QString, reason));
-}
-
-void ImageCanvas::keepSnapshotFailure(const QString &path, const QString &reason)
-{
-    m_snapshotFailure = SnapshotFailure{QDateTime::currentDateTime(), path, reason};
-    emit snapshotFailed(path, reason);
-}
-
-void ImageCanvas::showSnapshotTaken()
-{
-    if (m_osd)
-        m_osd->osdSnapshot();
 }
 
 // Indications and painting ------------------------------------

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "AnnotationLayer.h"
-#include "AnnotationTools.h"
-#include "CanvasModes.h"
-#include "FramePipeline.h"
-#include "OutputFolder.h"
-#include "ScaledPicture.h"
-#include "SnapshotClock.h"
-#include "TextAnchor.h"
-#include "TextAnnotation.h"
-#include "ViewGeometry.h"
+#include "canvas/OutputFolder.h"
+#include "canvas/SnapshotClock.h"
+#include "canvas/TextAnnotation.h"
+#include "canvas/drawing/AnnotationLayer.h"
+#include "canvas/drawing/DragTool.h"
+#include "canvas/drawing/TextAnchor.h"
+#include "canvas/picture/FramePipeline.h"
+#include "canvas/picture/ScaledPicture.h"
+#include "canvas/picture/ViewGeometry.h"
+#include "settings/CanvasModes.h"
 #include "sources/ICaptureCB.h"
 
 #include <QColor>
@@ -174,14 +174,14 @@ private:
     static constexpr int REFRESH_INTERVAL_MS = 40;
 
     /// Everything that a result was made from; while it stays the same, so does the result.
-    struct Recipe {
+    struct ResultKey {
         std::uint64_t inputSerial = 0;
         ViewGeometry view;
         EffectMode effect = EffectColor;
         MaskMode mask = MaskNone;
         std::uint64_t layerRevision = 0;
 
-        friend bool operator==(const Recipe &a, const Recipe &b)
+        friend bool operator==(const ResultKey &a, const ResultKey &b)
         {
             return a.inputSerial == b.inputSerial && a.view == b.view && a.effect == b.effect &&
                    a.mask == b.mask && a.layerRevision == b.layerRevision;
@@ -208,7 +208,7 @@ private:
     [[nodiscard]] bool renewResult();
     /// The drawing with the shape that is being dragged.
     [[nodiscard]] AnnotationLayer &drawnLayer();
-    [[nodiscard]] Recipe currentRecipe() const;
+    [[nodiscard]] ResultKey currentKey() const;
     [[nodiscard]] QSize resultSize() const;
     [[nodiscard]] Shot dueShot() const;
     void copyOut(void *pixels, QSize size, bool mirror, bool rgb32);
@@ -238,14 +238,14 @@ private:
     std::uint64_t m_inputSerial = 0;
     FramePtr m_result;
     std::uint64_t m_resultSerial = 0;
-    Recipe m_resultRecipe;
+    ResultKey m_resultKey;
     FramePipeline m_pipeline;
     ViewGeometry m_view;
     AnnotationLayer m_layer;
     TextAnchor m_textAnchor;
     SnapshotClock m_snapshotClock;
     std::shared_ptr<OutputFolder> m_armedFolder;
-    AnnotationTools m_tools;
+    DragTool m_tools;
 
     // Readable from any thread without the lock.
     std::atomic<std::uint64_t> m_publishedShape{0};

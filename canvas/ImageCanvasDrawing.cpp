@@ -1,5 +1,5 @@
 // What the speaker does to the canvas with the mouse: drawing, text, clips.
-#include "ImageCanvas.h"
+#include "canvas/ImageCanvas.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -127,7 +127,7 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
         return;
     {
         const std::lock_guard<std::mutex> locker(m_lock);
-        m_textAnchor.place(AnnotationTools::layerPoint(
+        m_textAnchor.place(DragTool::layerPoint(
             ViewGeometry::picturePoint(widgetPoint, resultSize(), size()), m_view, m_layer));
     }
     m_text.open(widgetPoint);

@@ -1,5 +1,5 @@
 // The canvas's view: zoom, turn, pan, and the coordinates that follow from them.
-#include "ImageCanvas.h"
+#include "canvas/ImageCanvas.h"
 
 #include <QResizeEvent>
 

@@ -1,9 +1,9 @@
-#include "OSDProcessor.h"
+#include "canvas/OSDProcessor.h"
 
-#include "ImageCanvas.h"
-#include "IndicationTexts.h"
-#include "ModeNames.h"
-#include "SkinImages.h"
+#include "canvas/ImageCanvas.h"
+#include "canvas/osd/EffectNames.h"
+#include "canvas/osd/IndicationTexts.h"
+#include "resources/SkinImages.h"
 #include "sources/LiveSource.h"
 #include "sources/WindowServices.h"
 
@@ -66,15 +66,15 @@ void OSDProcessor::osdMask()
 {
     m_maskTimer = m_clock();
     const int mode = m_canvas != nullptr ? m_canvas->maskMode.load() : CanvasModes::MaskNone;
-    m_maskImage = osdImage("MASK_" + ModeNames::nameOf(ModeNames::maskIconNames, mode));
+    m_maskImage = osdImage("MASK_" + EffectNames::nameOf(EffectNames::maskIconNames, mode));
 }
 
 void OSDProcessor::osdEffect()
 {
     m_effectTimer = m_clock();
     const int mode = m_canvas != nullptr ? m_canvas->effectMode.load() : CanvasModes::EffectColor;
-    m_effectImage = osdImage("COLOR_" + ModeNames::nameOf(ModeNames::effectIconNames, mode));
-    m_effectText = ModeNames::translatedEffectName(mode);
+    m_effectImage = osdImage("COLOR_" + EffectNames::nameOf(EffectNames::effectIconNames, mode));
+    m_effectText = EffectNames::translatedEffectName(mode);
 }
 
 void OSDProcessor::osdBrightness()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BrightnessScale.h"
+#include "canvas/osd/BrightnessScale.h"
 
 #include <QImage>
 #include <QObject>

@@ -1,6 +1,6 @@
-#include "OutputFolder.h"
+#include "canvas/OutputFolder.h"
 
-#include "SnapshotFile.h"
+#include "canvas/SnapshotFile.h"
 
 #include <QDir>
 #include <QHash>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sources/BoundedWorker.h"
+#include "sources/threads/BoundedWorker.h"
 
 #include <QByteArray>
 #include <QString>

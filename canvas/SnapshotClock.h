@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CanvasModes.h"
+#include "settings/CanvasModes.h"
 
 #include <cstdint>
 
@@ -9,7 +9,7 @@
 class SnapshotClock
 {
 public:
-    struct Order {
+    struct Schedule {
         CanvasModes::SnapshotMode mode = CanvasModes::Single;
         /// Whole seconds between two pictures of a series; 0 takes every picture.
         std::uint64_t intervalSeconds = 0;
@@ -18,7 +18,7 @@ public:
     };
 
     /// Starts the clock anew. A series takes its first picture when the interval is over.
-    void arm(const Order &order, std::int64_t nowMs);
+    void arm(const Schedule &schedule, std::int64_t nowMs);
     void disarm();
     [[nodiscard]] bool isArmed() const { return m_armed; }
     [[nodiscard]] bool isSeriesArmed() const;
@@ -31,7 +31,7 @@ public:
 private:
     [[nodiscard]] std::uint64_t secondAt(std::int64_t nowMs) const;
 
-    Order m_order;
+    Schedule m_schedule;
     bool m_armed = false;
     std::int64_t m_startMs = 0;
     std::uint64_t m_lastShotSecond = 0;

@@ -1,4 +1,4 @@
-#include "SnapshotFile.h"
+#include "canvas/SnapshotFile.h"
 
 #include <QBuffer>
 #include <QDateTime>

@@ -1,4 +1,4 @@
-#include "StartPicture.h"
+#include "canvas/StartPicture.h"
 
 #include <cstring>
 

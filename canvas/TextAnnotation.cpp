@@ -1,8 +1,8 @@
-#include "TextAnnotation.h"
+#include "canvas/TextAnnotation.h"
 
-#include "AnnotationLayer.h"
-#include "TextAnchor.h"
-#include "TextEditor.h"
+#include "canvas/TextEditor.h"
+#include "canvas/drawing/AnnotationLayer.h"
+#include "canvas/drawing/TextAnchor.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "TextEditor.h"
+#include "canvas/TextEditor.h"
 
 #include <QKeyEvent>
 

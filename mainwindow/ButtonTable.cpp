@@ -1,4 +1,4 @@
-#include "ButtonTable.h"
+#include "mainwindow/ButtonTable.h"
 
 #include <QObject>
 
@@ -67,11 +67,9 @@ const std::array<PanelRow, PANEL_BUTTON_COUNT> &panelRows()
         {B::AutoFocus, G::Adjustment, "ICON_AUTOFOCUS", QT_TRANSLATE_NOOP("MainWindow", "Auto focus"),
          SLOT(autoFocus()), nullptr, false, Nothing},
         {B::BrightnessDown, G::Adjustment, "ICON_BRIGHTNESS_REDUCE",
-         QT_TRANSLATE_NOOP("MainWindow", "Brightness down"),
-         SLOT(brightnessDown()), nullptr, false, Nothing},
+         QT_TRANSLATE_NOOP("MainWindow", "Brightness down"), SLOT(brightnessDown()), nullptr, false, Nothing},
         {B::BrightnessUp, G::Adjustment, "ICON_BRIGHTNESS_INCREASE",
-         QT_TRANSLATE_NOOP("MainWindow", "Brightness up"),
-         SLOT(brightnessUp()), nullptr, false, Nothing},
+         QT_TRANSLATE_NOOP("MainWindow", "Brightness up"), SLOT(brightnessUp()), nullptr, false, Nothing},
         {B::Rotate, G::Adjustment, "ICON_ROTATE", QT_TRANSLATE_NOOP("MainWindow", "Rotate"),
          SLOT(rotate()), nullptr, false, Nothing},
         {B::Freeze, G::Adjustment, "ICON_FREEZE", QT_TRANSLATE_NOOP("MainWindow", "Freeze"),

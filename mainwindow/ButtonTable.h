@@ -1,6 +1,6 @@
 #pragma once
 
-#include "canvas/CanvasModes.h"
+#include "settings/CanvasModes.h"
 
 #include <array>
 

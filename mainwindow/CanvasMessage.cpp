@@ -1,4 +1,4 @@
-#include "CanvasMessage.h"
+#include "mainwindow/CanvasMessage.h"
 
 #include <QAccessible>
 #include <QEvent>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "ButtonTable.h"
-#include "CameraActions.h"
-#include "CaptureActions.h"
-#include "DrawingTools.h"
-#include "FilmBar.h"
-#include "MainWindowServices.h"
-#include "PhotographBar.h"
-#include "ToolWindowHolder.h"
+#include "mainwindow/ButtonTable.h"
+#include "mainwindow/MainWindowServices.h"
+#include "mainwindow/Popups.h"
+#include "mainwindow/actions/CameraActions.h"
+#include "mainwindow/actions/CaptureActions.h"
+#include "mainwindow/actions/ToolActions.h"
+#include "mainwindow/bars/FilmBar.h"
+#include "mainwindow/bars/PhotographBar.h"
 #include "widgets/StyleWindow.h"
 
 #include <QHash>
@@ -81,7 +81,7 @@ public slots:
     void eraseAll() { m_tools.eraseAll(); }
     void clip() { m_tools.selectPlain(CanvasModes::Clip); }
     void hand() { m_tools.selectPlain(CanvasModes::Hand); }
-    void fillBackground() { m_tools.closeForeign(PanelButton::FillBackground); }
+    void fillBackground() { m_tools.closeUnlessOwnedBy(PanelButton::FillBackground); }
     void lineHold() { m_tools.openColorTool(PanelButton::Line); }
     void rectangleHold() { m_tools.openColorTool(PanelButton::Rectangle); }
     void freehandHold() { m_tools.openColorTool(PanelButton::Freehand); }
@@ -185,8 +185,8 @@ private:
     const int aboutButtonX = 34;
     const QImage aboutBackground;
 
-    ToolWindowHolder m_popups;
-    DrawingTools m_tools{this, &m_popups};
+    Popups m_popups;
+    ToolActions m_tools{this, &m_popups};
     CameraActions m_camera{this, &m_popups};
     CaptureActions m_capture{this};
 

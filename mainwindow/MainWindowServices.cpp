@@ -1,7 +1,7 @@
-#include "MainWindowServices.h"
+#include "mainwindow/MainWindowServices.h"
 
-#include "MainWindow.h"
-#include "ThumbnailWidget.h"
+#include "mainwindow/MainWindow.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
 
 MainWindowServices::MainWindowServices(MainWindow *window)
     : m_window(window)

@@ -1,4 +1,4 @@
-#include "ModeRules.h"
+#include "mainwindow/ModeRules.h"
 
 namespace ModeRules
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ButtonTable.h"
+#include "mainwindow/ButtonTable.h"
 
 #include <QString>
 

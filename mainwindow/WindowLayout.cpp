@@ -1,4 +1,4 @@
-#include "WindowLayout.h"
+#include "mainwindow/WindowLayout.h"
 
 WindowLayout WindowLayout::of(const Sizes &sizes)
 {

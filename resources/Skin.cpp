@@ -1,4 +1,4 @@
-#include "Skin.h"
+#include "resources/Skin.h"
 
 #include <QDir>
 

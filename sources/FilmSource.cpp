@@ -1,8 +1,8 @@
 #include "sources/FilmSource.h"
 
 #include "sources/ICaptureCB.h"
-#include "sources/media/DisplayLink.h"
-#include "sources/media/FilmPlayer.h"
+#include "sources/film/DisplayLink.h"
+#include "sources/film/FilmPlayer.h"
 
 #include <QElapsedTimer>
 #include <QImage>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "sources/FilmStepper.h"
-#include "sources/media/FilmPlayer.h"
+#include "sources/film/FilmPlayer.h"
+#include "sources/film/FilmStepper.h"
 
 #include <QObject>
 #include <QString>

@@ -1,10 +1,10 @@
-#include "LiveSource.h"
+#include "sources/LiveSource.h"
 
-#include "CameraControls.h"
-#include "FrameRecorder.h"
-#include "ICaptureCB.h"
-#include "MovieRecorder.h"
-#include "UvcCamera.h"
+#include "sources/ICaptureCB.h"
+#include "sources/camera/CameraControls.h"
+#include "sources/camera/UvcCamera.h"
+#include "sources/recording/FrameRecorder.h"
+#include "sources/recording/MovieRecorder.h"
 
 #include <QtGlobal>
 
@@ -268,7 +268,7 @@ void LiveSource::tearDownCaptureGraph()
 {
     // No picture comes any more. The end of the stream itself may take its time, which the movie is
     // not to wait for.
-    m_private->camera.silence();
+    m_private->camera.stopDelivery();
     m_private->camera.stopStreaming();
     finishRecording();
 }

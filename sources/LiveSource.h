@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LiveSourceBase.h"
-#include "RecordingRequest.h"
+#include "sources/LiveSourceBase.h"
+#include "sources/recording/RecordingRequest.h"
 
 #include <QElapsedTimer>
 #include <QSize>

@@ -1,6 +1,6 @@
-#include "LiveSourceBase.h"
+#include "sources/LiveSourceBase.h"
 
-#include "CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
 
 #include <QtGlobal>
 

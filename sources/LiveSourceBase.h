@@ -19,7 +19,8 @@ public:
     virtual bool running() const = 0;
 
     /// Writes / reads `length` bytes of the extension-unit control whose selector is the low byte
-    /// of `property`. Returns the transport's result, negative on failure; `data` is then untouched.
+    /// of `property`. Returns the transport's result, negative on failure; `data` is then
+    /// untouched.
     virtual int ksPropSet(unsigned long property, void *data, unsigned long length) = 0;
     virtual int ksPropGet(unsigned long property, void *data, unsigned long length) = 0;
 

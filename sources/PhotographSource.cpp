@@ -1,9 +1,9 @@
-#include "PhotographSource.h"
+#include "sources/PhotographSource.h"
 
-#include "ICaptureCB.h"
-#include "PhotographList.h"
-#include "PictureReader.h"
-#include "WindowServices.h"
+#include "sources/ICaptureCB.h"
+#include "sources/WindowServices.h"
+#include "sources/photographs/PhotographList.h"
+#include "sources/photographs/PictureReader.h"
 
 #include <utility>
 

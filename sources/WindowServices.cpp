@@ -1,4 +1,4 @@
-#include "WindowServices.h"
+#include "sources/WindowServices.h"
 
 #include <QHash>
 

@@ -1,8 +1,8 @@
-#include "AboutToolWindow.h"
+#include "widgets/AboutToolWindow.h"
 
-#include "FormControls.h"
-#include "ImageButton.h"
 #include "sources/WindowServices.h"
+#include "widgets/FormControls.h"
+#include "widgets/ImageButton.h"
 
 #include <QLabel>
 

@@ -1,7 +1,7 @@
-#include "ChoiceRow.h"
+#include "widgets/ChoiceRow.h"
 
-#include "FormControls.h"
-#include "ImageButton.h"
+#include "widgets/FormControls.h"
+#include "widgets/ImageButton.h"
 
 #include <QButtonGroup>
 #include <QLabel>

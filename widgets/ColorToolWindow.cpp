@@ -1,11 +1,11 @@
-#include "ColorToolWindow.h"
+#include "widgets/ColorToolWindow.h"
 
-#include "ChoiceRow.h"
-#include "DrawingColors.h"
-#include "ImageButton.h"
 #include "canvas/ImageCanvas.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "sources/WindowServices.h"
+#include "widgets/ChoiceRow.h"
+#include "widgets/DrawingColors.h"
+#include "widgets/ImageButton.h"
 
 namespace
 {

@@ -1,11 +1,11 @@
-#include "EffectToolWindow.h"
+#include "widgets/EffectToolWindow.h"
 
-#include "ChoiceRow.h"
-#include "ImageButton.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "sources/WindowServices.h"
+#include "widgets/ChoiceRow.h"
+#include "widgets/ImageButton.h"
 
 namespace
 {
@@ -16,7 +16,7 @@ std::vector<ChoiceRow::Choice> choices()
     for (int i = 0; i < int(EffectToolWindow::effectIconNames.size()); ++i) {
         const QString icon = EffectToolWindow::effectIconNames[std::size_t(i)];
         list.push_back(
-            {QStringLiteral("ICON_EFFECT_SUB_%1").arg(icon), ModeNames::translatedEffectName(i)});
+            {QStringLiteral("ICON_EFFECT_SUB_%1").arg(icon), EffectNames::translatedEffectName(i)});
     }
     return list;
 }

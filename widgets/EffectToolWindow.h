@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ToolWindow.h"
-#include "canvas/CanvasModes.h"
-#include "canvas/ModeNames.h"
+#include "canvas/osd/EffectNames.h"
+#include "settings/CanvasModes.h"
+#include "widgets/ToolWindow.h"
 
 #include <array>
 
@@ -15,8 +15,8 @@ class EffectToolWindow : public ToolWindow
     Q_OBJECT
 
 public:
-    static constexpr const auto &effectIconNames = ModeNames::effectIconNames;
-    static constexpr const auto &effectNames = ModeNames::effectNames;
+    static constexpr const auto &effectIconNames = EffectNames::effectIconNames;
+    static constexpr const auto &effectNames = EffectNames::effectNames;
     static constexpr std::array<CanvasModes::EffectMode, 4> effectModes{
         CanvasModes::EffectColor, CanvasModes::EffectBW, CanvasModes::EffectNegative,
         CanvasModes::EffectMosaic};

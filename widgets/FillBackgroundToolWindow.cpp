@@ -1,10 +1,10 @@
-#include "FillBackgroundToolWindow.h"
+#include "widgets/FillBackgroundToolWindow.h"
 
-#include "ChoiceRow.h"
-#include "DrawingColors.h"
 #include "canvas/ImageCanvas.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "sources/WindowServices.h"
+#include "widgets/ChoiceRow.h"
+#include "widgets/DrawingColors.h"
 
 FillBackgroundToolWindow::FillBackgroundToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
                                                    const QString &title, const QString &label)

@@ -1,4 +1,4 @@
-#include "FormControls.h"
+#include "widgets/FormControls.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -26,7 +26,7 @@ QPalette lightPalette()
 
 } // namespace
 
-void FormControls::dress(QWidget *field, int height)
+void FormControls::applyLook(QWidget *field, int height)
 {
     field->setPalette(lightPalette());
     if (auto *box = qobject_cast<QComboBox *>(field))

@@ -14,7 +14,7 @@ namespace FormControls
 constexpr int FIELD_HEIGHT = 22;
 
 /// Gives a combo box or a line edit its colours and its height.
-void dress(QWidget *field, int height = FIELD_HEIGHT);
+void applyLook(QWidget *field, int height = FIELD_HEIGHT);
 
 /// The font of the fields, for the push buttons beside them too.
 [[nodiscard]] QFont font();

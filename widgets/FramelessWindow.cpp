@@ -1,6 +1,6 @@
-#include "FramelessWindow.h"
+#include "widgets/FramelessWindow.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -1,6 +1,6 @@
-#include "HorizontalSlider.h"
+#include "widgets/HorizontalSlider.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 
 #include <QMouseEvent>
 #include <QPainter>

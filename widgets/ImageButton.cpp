@@ -1,6 +1,6 @@
-#include "ImageButton.h"
+#include "widgets/ImageButton.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 
 #include <QMouseEvent>
 #include <QPainter>

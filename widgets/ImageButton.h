@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TabFocusButton.h"
+#include "widgets/TabFocusButton.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,6 +1,6 @@
-#include "ImageWidget.h"
+#include "widgets/ImageWidget.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 
 #include <QPainter>
 

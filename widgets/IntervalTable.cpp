@@ -1,4 +1,4 @@
-#include "IntervalTable.h"
+#include "widgets/IntervalTable.h"
 
 #include <QCoreApplication>
 

@@ -1,11 +1,11 @@
-#include "MaskToolWindow.h"
+#include "widgets/MaskToolWindow.h"
 
-#include "ChoiceRow.h"
-#include "ImageButton.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "sources/WindowServices.h"
+#include "widgets/ChoiceRow.h"
+#include "widgets/ImageButton.h"
 
 namespace
 {

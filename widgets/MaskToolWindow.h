@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ToolWindow.h"
-#include "canvas/CanvasModes.h"
-#include "canvas/ModeNames.h"
+#include "canvas/osd/EffectNames.h"
+#include "settings/CanvasModes.h"
+#include "widgets/ToolWindow.h"
 
 #include <array>
 
@@ -16,7 +16,7 @@ class MaskToolWindow : public ToolWindow
     Q_OBJECT
 
 public:
-    static constexpr const auto &maskIconNames = ModeNames::maskIconNames;
+    static constexpr const auto &maskIconNames = EffectNames::maskIconNames;
     static constexpr std::array<CanvasModes::MaskMode, 5> maskModes{
         CanvasModes::MaskNone, CanvasModes::MaskCircle, CanvasModes::MaskRectangle,
         CanvasModes::MaskLeft, CanvasModes::MaskTop};

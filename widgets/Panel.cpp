@@ -1,7 +1,7 @@
-#include "Panel.h"
+#include "widgets/Panel.h"
 
-#include "ImageButton.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "widgets/ImageButton.h"
 
 #include <QGridLayout>
 #include <QPainter>

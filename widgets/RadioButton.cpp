@@ -1,4 +1,4 @@
-#include "RadioButton.h"
+#include "widgets/RadioButton.h"
 
 #include "resources/Skin.h"
 

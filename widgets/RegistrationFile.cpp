@@ -1,4 +1,4 @@
-#include "RegistrationFile.h"
+#include "widgets/RegistrationFile.h"
 
 #include <QDataStream>
 #include <QSaveFile>

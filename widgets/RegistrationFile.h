@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RegistrationItem.h"
+#include "widgets/RegistrationItem.h"
 
 #include <QVector>
 

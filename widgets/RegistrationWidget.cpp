@@ -1,6 +1,6 @@
-#include "RegistrationWidget.h"
+#include "widgets/RegistrationWidget.h"
 
-#include "RegistrationFile.h"
+#include "widgets/RegistrationFile.h"
 
 #include <QFile>
 #include <QFileDialog>

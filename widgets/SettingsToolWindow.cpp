@@ -1,12 +1,12 @@
-#include "SettingsToolWindow.h"
+#include "widgets/SettingsToolWindow.h"
 
-#include "FormControls.h"
-#include "ImageButton.h"
-#include "IntervalTable.h"
-#include "app/Config.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "sources/WindowServices.h"
+#include "widgets/FormControls.h"
+#include "widgets/ImageButton.h"
+#include "widgets/IntervalTable.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -169,7 +169,7 @@ QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &tex
     auto *field = new QLineEdit(text, this);
     field->setReadOnly(true);
     field->setAccessibleName(label);
-    FormControls::dress(field, ROW_HEIGHT);
+    FormControls::applyLook(field, ROW_HEIGHT);
     field->setFixedWidth(FIELD_WIDTH);
     field->move(FIELD_X, ROW_Y[std::size_t(row)]);
     // The end of a long path tells more than its beginning; the tip has it whole.
@@ -186,7 +186,7 @@ QComboBox *SettingsToolWindow::addBox(const QString &label, const QStringList &e
     box->addItems(entries);
     box->setCurrentIndex(index);
     box->setAccessibleName(label);
-    FormControls::dress(box, ROW_HEIGHT);
+    FormControls::applyLook(box, ROW_HEIGHT);
     box->setFixedWidth(FIELD_WIDTH);
     box->move(FIELD_X, ROW_Y[std::size_t(row)]);
     return box;

@@ -1,4 +1,4 @@
-#include "Slider.h"
+#include "widgets/Slider.h"
 
 #include "resources/Skin.h"
 

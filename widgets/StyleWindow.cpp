@@ -1,6 +1,6 @@
-#include "StyleWindow.h"
+#include "widgets/StyleWindow.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 
 #include <QCoreApplication>
 #include <QDebug>

@@ -1,4 +1,4 @@
-#include "TabFocusButton.h"
+#include "widgets/TabFocusButton.h"
 
 #include <QKeyEvent>
 

@@ -1,11 +1,11 @@
-#include "TextToolWindow.h"
+#include "widgets/TextToolWindow.h"
 
-#include "ChoiceRow.h"
-#include "DrawingColors.h"
-#include "FormControls.h"
 #include "canvas/ImageCanvas.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "sources/WindowServices.h"
+#include "widgets/ChoiceRow.h"
+#include "widgets/DrawingColors.h"
+#include "widgets/FormControls.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -110,7 +110,7 @@ void TextToolWindow::createFaceBox()
     m_fontFaces = QFontDatabase().families();
     m_fontFaceBox->addItems(m_fontFaces);
     m_fontFaceBox->setAccessibleName(tr("Font"));
-    FormControls::dress(m_fontFaceBox);
+    FormControls::applyLook(m_fontFaceBox);
     m_fontFaceBox->setFixedWidth(150);
     m_fontFaceBox->move(10, 20);
     connect(m_fontFaceBox, SIGNAL(activated(int)), this, SLOT(fontFaceChanged()));
@@ -126,7 +126,7 @@ void TextToolWindow::createSizeBox()
     for (const int size : qAsConst(m_fontSizes))
         m_fontSizeBox->addItem(QString::number(size));
     m_fontSizeBox->setAccessibleName(tr("Font size"));
-    FormControls::dress(m_fontSizeBox);
+    FormControls::applyLook(m_fontSizeBox);
     m_fontSizeBox->setFixedWidth(70);
     m_fontSizeBox->move(165, 20);
     // After the filling, which edits the text too.

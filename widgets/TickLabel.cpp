@@ -1,4 +1,4 @@
-#include "TickLabel.h"
+#include "widgets/TickLabel.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,7 +1,7 @@
-#include "ToolWindow.h"
+#include "widgets/ToolWindow.h"
 
-#include "FormControls.h"
-#include "ImageButton.h"
+#include "widgets/FormControls.h"
+#include "widgets/ImageButton.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

@@ -1,4 +1,4 @@
-#include "Translations.h"
+#include "resources/translations/Translations.h"
 
 #include <QResource>
 

@@ -1,4 +1,5 @@
-#include "app/Config.h"
+#include "settings/Config.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -102,5 +103,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ConfigTest)
+REGISTER_CORE_TEST(ConfigTest)
 #include "tst_config.moc"

@@ -1,4 +1,5 @@
 #include "app/LocaleCatalogue.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -37,5 +38,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LocaleCatalogueTest)
+REGISTER_CORE_TEST(LocaleCatalogueTest)
 #include "tst_locale_catalogue.moc"

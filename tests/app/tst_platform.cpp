@@ -1,5 +1,7 @@
 #include "app/Platform.h"
 
+#include "tests/TestProgram.h"
+
 #include <QCoreApplication>
 #include <QTest>
 
@@ -145,5 +147,5 @@ void TestPlatform::largeBlocksGoBackToTheSystem()
     QCOMPARE(mallinfo2().hblkhd, before);
 }
 
-QTEST_APPLESS_MAIN(TestPlatform)
+REGISTER_PLAIN_TEST(TestPlatform)
 #include "tst_platform.moc"

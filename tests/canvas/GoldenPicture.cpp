@@ -1,4 +1,4 @@
-#include "GoldenPicture.h"
+#include "tests/canvas/GoldenPicture.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "ReferencePipeline.h"
+#include "tests/canvas/ReferencePipeline.h"
 
 #include <QPainter>
 #include <QTransform>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "canvas/CanvasModes.h"
-#include "canvas/ViewGeometry.h"
+#include "canvas/picture/ViewGeometry.h"
+#include "settings/CanvasModes.h"
 
 #include <QImage>
 

@@ -1,6 +1,7 @@
-#include "CanvasMouse.h"
-#include "GoldenPicture.h"
 #include "canvas/ImageCanvas.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/GoldenPicture.h"
 
 #include <QtTest>
 
@@ -644,5 +645,5 @@ private:
     }
 };
 
-QTEST_MAIN(CanvasDrawingTest)
+REGISTER_TEST(CanvasDrawingTest)
 #include "tst_canvas_drawing.moc"

@@ -1,4 +1,5 @@
-#include "ReferencePipeline.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/ReferencePipeline.h"
 
 #include "canvas/ImageCanvas.h"
 
@@ -50,5 +51,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(CanvasFractionalRatioTest)
+REGISTER_TEST(CanvasFractionalRatioTest)
 #include "tst_canvas_fractional_ratio.moc"

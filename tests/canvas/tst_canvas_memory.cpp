@@ -1,5 +1,6 @@
-#include "RawFrame.h"
-#include "ReferencePipeline.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/RawFrame.h"
+#include "tests/canvas/ReferencePipeline.h"
 
 #include <QtTest>
 
@@ -165,5 +166,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(CanvasMemoryTest)
+REGISTER_TEST(CanvasMemoryTest)
 #include "tst_canvas_memory.moc"

@@ -1,5 +1,6 @@
-#include "RawFrame.h"
-#include "ReferencePipeline.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/RawFrame.h"
+#include "tests/canvas/ReferencePipeline.h"
 
 #include <QtTest>
 
@@ -160,5 +161,5 @@ void CanvasPaintingTest::scalesAStandingPictureOnce()
     QVERIFY(scaled.image(nullptr, 3, {50, 28}).isNull());
 }
 
-QTEST_MAIN(CanvasPaintingTest)
+REGISTER_TEST(CanvasPaintingTest)
 #include "tst_canvas_painting.moc"

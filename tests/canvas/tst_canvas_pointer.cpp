@@ -1,5 +1,5 @@
-#include "CanvasMouse.h"
 #include "canvas/ImageCanvas.h"
+#include "tests/canvas/CanvasMouse.h"
 
 #include <QtTest>
 

@@ -1,5 +1,6 @@
-#include "RawFrame.h"
-#include "ReferencePipeline.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/RawFrame.h"
+#include "tests/canvas/ReferencePipeline.h"
 #include "tests/fakes/HangingFolder.h"
 
 #include <QtTest>
@@ -264,5 +265,5 @@ void CanvasSnapshotsTest::savesTheStandingPictureWhenTheSourceIsSilent()
     QTRY_COMPARE(jpegsIn(folder).size(), 1);
 }
 
-QTEST_MAIN(CanvasSnapshotsTest)
+REGISTER_TEST(CanvasSnapshotsTest)
 #include "tst_canvas_snapshots.moc"

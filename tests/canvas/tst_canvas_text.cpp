@@ -1,9 +1,10 @@
-#include "CanvasMouse.h"
-#include "GoldenPicture.h"
-#include "canvas/AnnotationLayer.h"
 #include "canvas/ImageCanvas.h"
-#include "canvas/TextAnchor.h"
 #include "canvas/TextAnnotation.h"
+#include "canvas/drawing/AnnotationLayer.h"
+#include "canvas/drawing/TextAnchor.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/GoldenPicture.h"
 
 #include <QtTest>
 
@@ -658,5 +659,5 @@ private:
     }
 };
 
-QTEST_MAIN(CanvasTextTest)
+REGISTER_TEST(CanvasTextTest)
 #include "tst_canvas_text.moc"

@@ -1,4 +1,5 @@
 #include "canvas/ImageCanvas.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -244,5 +245,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(CanvasThreadsTest)
+REGISTER_TEST(CanvasThreadsTest)
 #include "tst_canvas_threads.moc"

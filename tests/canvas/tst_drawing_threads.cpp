@@ -1,6 +1,7 @@
-#include "CanvasMouse.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/CanvasMouse.h"
 #include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
@@ -177,5 +178,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(DrawingThreadsTest)
+REGISTER_TEST(DrawingThreadsTest)
 #include "tst_drawing_threads.moc"

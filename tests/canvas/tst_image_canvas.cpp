@@ -1,5 +1,6 @@
-#include "RawFrame.h"
-#include "ReferencePipeline.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/RawFrame.h"
+#include "tests/canvas/ReferencePipeline.h"
 
 #include <QtTest>
 
@@ -442,5 +443,5 @@ void ImageCanvasTest::handsOutPicturesThatLiveOn()
     QVERIFY(same(kept, copy));
 }
 
-QTEST_MAIN(ImageCanvasTest)
+REGISTER_TEST(ImageCanvasTest)
 #include "tst_image_canvas.moc"

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
@@ -66,5 +67,5 @@ private:
     }
 };
 
-QTEST_MAIN(OSDHighResolutionTest)
+REGISTER_TEST(OSDHighResolutionTest)
 #include "tst_osd_high_resolution.moc"

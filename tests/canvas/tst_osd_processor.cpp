@@ -1,9 +1,10 @@
-#include "GoldenPicture.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "canvas/SkinImages.h"
-#include "sources/CameraParameters.h"
+#include "resources/SkinImages.h"
 #include "sources/LiveSource.h"
+#include "sources/camera/CameraParameters.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/GoldenPicture.h"
 #include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
@@ -518,5 +519,5 @@ private:
     std::unique_ptr<OSDProcessor> m_osd;
 };
 
-QTEST_MAIN(OSDProcessorTest)
+REGISTER_TEST(OSDProcessorTest)
 #include "tst_osd_processor.moc"

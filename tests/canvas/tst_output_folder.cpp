@@ -1,4 +1,5 @@
 #include "canvas/OutputFolder.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/HangingFolder.h"
 
 #include <QtTest>
@@ -134,5 +135,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(OutputFolderTest)
+REGISTER_CORE_TEST(OutputFolderTest)
 #include "tst_output_folder.moc"

@@ -1,4 +1,5 @@
 #include "canvas/SnapshotClock.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -117,5 +118,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(SnapshotClockTest)
+REGISTER_PLAIN_TEST(SnapshotClockTest)
 #include "tst_snapshot_clock.moc"

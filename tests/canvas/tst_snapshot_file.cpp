@@ -1,4 +1,5 @@
-#include "ReferencePipeline.h"
+#include "tests/TestProgram.h"
+#include "tests/canvas/ReferencePipeline.h"
 
 #include "canvas/SnapshotFile.h"
 
@@ -149,5 +150,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SnapshotFileTest)
+REGISTER_CORE_TEST(SnapshotFileTest)
 #include "tst_snapshot_file.moc"

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/StartPicture.h"
 #include "resources/Skin.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -88,5 +89,5 @@ void TestStartPicture::hiddenCanvasesGiveBackTheirScreen()
              qPrintable(QString("%1, then %2").arg(shown).arg(hidden)));
 }
 
-QTEST_MAIN(TestStartPicture)
+REGISTER_TEST(TestStartPicture)
 #include "tst_start_picture.moc"

@@ -1,4 +1,4 @@
-#include "ProgramUnderTest.h"
+#include "tests/e2e/ProgramUnderTest.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,5 +1,6 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
+#include "tests/TestProgram.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
@@ -141,5 +142,5 @@ private:
     std::unique_ptr<LiveSource> m_source;
 };
 
-QTEST_MAIN(LiveCanvasTest)
+REGISTER_TEST(LiveCanvasTest)
 #include "tst_live_canvas.moc"

@@ -1,5 +1,6 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
+#include "tests/TestProgram.h"
 #include "tests/canvas/CanvasMouse.h"
 #include "tests/media/MovieFile.h"
 #include "tools/virtualcamera/SheetCounter.h"
@@ -229,5 +230,5 @@ private:
     std::unique_ptr<LiveSource> m_source;
 };
 
-QTEST_MAIN(LiveRecordingTest)
+REGISTER_TEST(LiveRecordingTest)
 #include "tst_live_recording.moc"

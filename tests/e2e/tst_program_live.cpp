@@ -1,4 +1,5 @@
-#include "ProgramUnderTest.h"
+#include "tests/TestProgram.h"
+#include "tests/e2e/ProgramUnderTest.h"
 
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -157,5 +158,5 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
 };
 
-QTEST_MAIN(ProgramLiveTest)
+REGISTER_TEST(ProgramLiveTest)
 #include "tst_program_live.moc"

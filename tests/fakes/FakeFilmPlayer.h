@@ -1,7 +1,7 @@
 #pragma once
 
-#include "sources/media/DisplayLink.h"
-#include "sources/media/FilmPlayer.h"
+#include "sources/film/DisplayLink.h"
+#include "sources/film/FilmPlayer.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,3 +1,3 @@
-#include "FakeMainWindow.h"
+#include "tests/fakes/FakeMainWindow.h"
 
 #include "moc_FakeMainWindow.cpp"

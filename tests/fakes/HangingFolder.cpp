@@ -1,4 +1,4 @@
-#include "HangingFolder.h"
+#include "tests/fakes/HangingFolder.h"
 
 #include <QByteArray>
 #include <QFile>

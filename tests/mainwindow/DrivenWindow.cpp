@@ -1,4 +1,4 @@
-#include "DrivenWindow.h"
+#include "tests/mainwindow/DrivenWindow.h"
 
 #include "canvas/ImageCanvas.h"
 

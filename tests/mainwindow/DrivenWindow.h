@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Pointer.h"
-#include "WindowProbe.h"
+#include "tests/mainwindow/Pointer.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include <QImage>
 

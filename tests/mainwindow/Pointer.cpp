@@ -1,4 +1,4 @@
-#include "Pointer.h"
+#include "tests/mainwindow/Pointer.h"
 
 #include <QEventLoop>
 #include <QProcess>

@@ -1,6 +1,6 @@
-#include "WindowParts.h"
+#include "tests/mainwindow/WindowParts.h"
 
-#include "mainwindow/ThumbnailWidget.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/Slider.h"
 

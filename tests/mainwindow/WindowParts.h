@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/Config.h"
 #include "mainwindow/MainWindow.h"
+#include "settings/Config.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ToolWindow.h"
 

@@ -1,5 +1,7 @@
 #include "mainwindow/ButtonTable.h"
 
+#include "tests/TestProgram.h"
+
 #include <QTest>
 
 using namespace ButtonTable;
@@ -173,5 +175,5 @@ void TestButtonTable::colorToolsHaveTheirRows()
     QCOMPARE(fields.join('|'), line);
 }
 
-QTEST_APPLESS_MAIN(TestButtonTable)
+REGISTER_PLAIN_TEST(TestButtonTable)
 #include "tst_button_table.moc"

@@ -1,4 +1,5 @@
 #include "mainwindow/CanvasMessage.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -135,5 +136,5 @@ void TestCanvasMessage::aScreenReaderReadsIt()
     QCOMPARE(m_message->accessibleName(), QString("This is none."));
 }
 
-QTEST_MAIN(TestCanvasMessage)
+REGISTER_TEST(TestCanvasMessage)
 #include "tst_canvas_message.moc"

@@ -1,10 +1,10 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
-#include "app/Config.h"
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ThumbnailWidget.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
-#include "sources/media/DetachedThreads.h"
+#include "sources/threads/DetachedThreads.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QDir>

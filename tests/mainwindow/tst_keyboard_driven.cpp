@@ -1,6 +1,8 @@
-#include "DrivenWindow.h"
+#include "tests/mainwindow/DrivenWindow.h"
 
 #include "sources/PhotographSource.h"
+
+#include "tests/TestProgram.h"
 
 #include <QKeyEvent>
 #include <QSignalSpy>
@@ -130,5 +132,5 @@ void TestKeyboardDriven::aHeldPageKeyStopsWhenItIsLetGo()
              qPrintable(QString("%1 of %2").arg(steps.count()).arg(presses.repeats)));
 }
 
-QTEST_MAIN(TestKeyboardDriven)
+REGISTER_TEST(TestKeyboardDriven)
 #include "tst_keyboard_driven.moc"

@@ -1,12 +1,14 @@
-#include "DrivenWindow.h"
+#include "tests/mainwindow/DrivenWindow.h"
 
-#include "app/Config.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ModeRules.h"
-#include "sources/CameraParameters.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
+#include "sources/camera/CameraParameters.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 #include "widgets/Panel.h"
+
+#include "tests/TestProgram.h"
 
 #include <QDialog>
 #include <QDir>
@@ -363,5 +365,5 @@ void TestMainWindowDriven::keysServeThePresenter()
     }
 }
 
-QTEST_MAIN(TestMainWindowDriven)
+REGISTER_TEST(TestMainWindowDriven)
 #include "tst_main_window_driven.moc"

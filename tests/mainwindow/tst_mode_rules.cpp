@@ -1,5 +1,7 @@
 #include "mainwindow/ModeRules.h"
 
+#include "tests/TestProgram.h"
+
 #include <QTest>
 
 using ButtonTable::PanelButton;
@@ -65,5 +67,5 @@ void TestModeRules::effectSkinFollowsEffect()
     QCOMPARE(ModeRules::effectSkin(-1), QString("ICON_EFFECT_COLOR"));
 }
 
-QTEST_APPLESS_MAIN(TestModeRules)
+REGISTER_PLAIN_TEST(TestModeRules)
 #include "tst_mode_rules.moc"

@@ -1,4 +1,6 @@
-#include "mainwindow/PageFit.h"
+#include "mainwindow/actions/PageFit.h"
+
+#include "tests/TestProgram.h"
 
 #include <QTest>
 
@@ -66,5 +68,5 @@ void TestPageFit::withoutAreaThereIsNothingToPrint()
     QVERIFY(!PageFit::of(picture, page));
 }
 
-QTEST_APPLESS_MAIN(TestPageFit)
+REGISTER_PLAIN_TEST(TestPageFit)
 #include "tst_page_fit.moc"

@@ -1,12 +1,14 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ModeRules.h"
-#include "mainwindow/PresenterKeys.h"
-#include "mainwindow/ThumbnailButton.h"
-#include "mainwindow/ThumbnailWidget.h"
+#include "mainwindow/actions/PresenterKeys.h"
+#include "mainwindow/bars/ThumbnailButton.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
 #include "sources/PhotographSource.h"
 #include "widgets/Slider.h"
+
+#include "tests/TestProgram.h"
 
 #include <QComboBox>
 #include <QSignalSpy>
@@ -398,5 +400,5 @@ void TestPresenterKeys::aPopUpKeepsItsKeysFromAnOpenText()
     QVERIFY(text->isVisible());
 }
 
-QTEST_MAIN(TestPresenterKeys)
+REGISTER_TEST(TestPresenterKeys)
 #include "tst_presenter_keys.moc"

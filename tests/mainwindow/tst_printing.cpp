@@ -1,6 +1,8 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+
+#include "tests/TestProgram.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -240,5 +242,5 @@ void TestPrinting::anEmptyPicturePrintsNothing()
     QCOMPARE(jobs().size(), before + 1);
 }
 
-QTEST_MAIN(TestPrinting)
+REGISTER_TEST(TestPrinting)
 #include "tst_printing.moc"

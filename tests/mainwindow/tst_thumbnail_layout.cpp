@@ -1,4 +1,5 @@
-#include "mainwindow/ThumbnailLayout.h"
+#include "mainwindow/bars/ThumbnailLayout.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -69,5 +70,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ThumbnailLayoutTest)
+REGISTER_CORE_TEST(ThumbnailLayoutTest)
 #include "tst_thumbnail_layout.moc"

@@ -1,9 +1,10 @@
-#include "mainwindow/ThumbnailButton.h"
-#include "mainwindow/ThumbnailLoader.h"
-#include "mainwindow/ThumbnailWidget.h"
+#include "mainwindow/bars/ThumbnailButton.h"
+#include "mainwindow/bars/ThumbnailLoader.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
 #include "resources/Skin.h"
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
+#include "tests/TestProgram.h"
 #include "widgets/HorizontalSlider.h"
 
 #include <QtTest>
@@ -552,5 +553,5 @@ private:
     ThumbnailWidget *m_strip = nullptr;
 };
 
-QTEST_MAIN(ThumbnailStripTest)
+REGISTER_TEST(ThumbnailStripTest)
 #include "tst_thumbnail_strip.moc"

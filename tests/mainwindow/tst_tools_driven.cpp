@@ -1,6 +1,8 @@
-#include "DrivenWindow.h"
+#include "tests/mainwindow/DrivenWindow.h"
 
 #include "canvas/ImageCanvas.h"
+
+#include "tests/TestProgram.h"
 
 #include <QComboBox>
 #include <QTextEdit>
@@ -222,5 +224,5 @@ void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
     QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
 }
 
-QTEST_MAIN(TestToolsDriven)
+REGISTER_TEST(TestToolsDriven)
 #include "tst_tools_driven.moc"

@@ -1,8 +1,10 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
-#include "app/Config.h"
 #include "canvas/ImageCanvas.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
+
+#include "tests/TestProgram.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -239,5 +241,5 @@ void TestWindowCapture::withoutAPrinterItSaysSo()
     QCOMPARE(message, QString("No printers found on this system."));
 }
 
-QTEST_MAIN(TestWindowCapture)
+REGISTER_TEST(TestWindowCapture)
 #include "tst_window_capture.moc"

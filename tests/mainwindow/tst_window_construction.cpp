@@ -1,10 +1,10 @@
-#include "WindowParts.h"
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowParts.h"
+#include "tests/mainwindow/WindowProbe.h"
 
-#include "app/Config.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "mainwindow/ThumbnailWidget.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/Panel.h"
@@ -157,5 +157,5 @@ void TestWindowConstruction::settingsOutOfRangeAreHarmless()
     QCOMPARE(window.liveSource()->recordingResolution(), QSize(1920, 1080));
 }
 
-QTEST_MAIN(TestWindowConstruction)
-#include "tst_window_construction.moc"
+REGISTER_TEST(TestWindowConstruction)
+#include "tst_window_construction.moc" #include "tests/TestProgram.h"

@@ -1,9 +1,11 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "sources/FilmSource.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/Slider.h"
+
+#include "tests/TestProgram.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -178,5 +180,5 @@ void TestWindowFilm::theVolumeReachesTheSource()
     QVERIFY(QObject::disconnect(volume, SIGNAL(valueChanged(int)), m_film, SLOT(setVolume(int))));
 }
 
-QTEST_MAIN(TestWindowFilm)
+REGISTER_TEST(TestWindowFilm)
 #include "tst_window_film.moc"

@@ -1,7 +1,7 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
-#include "app/Config.h"
 #include "canvas/ImageCanvas.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 

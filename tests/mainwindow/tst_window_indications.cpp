@@ -1,7 +1,9 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
+
+#include "tests/TestProgram.h"
 
 #include <QPainter>
 #include <QPushButton>
@@ -192,5 +194,5 @@ void TestWindowIndications::theClockEndsWithTheRecording()
     QCOMPARE(painted(window), nothing);
 }
 
-QTEST_MAIN(TestWindowIndications)
+REGISTER_TEST(TestWindowIndications)
 #include "tst_window_indications.moc"

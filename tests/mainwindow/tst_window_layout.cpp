@@ -1,5 +1,7 @@
 #include "mainwindow/WindowLayout.h"
 
+#include "tests/TestProgram.h"
+
 #include <QTest>
 
 namespace
@@ -128,5 +130,5 @@ void TestWindowLayout::oddRemaindersTruncateTowardsZero()
     QCOMPARE(layout(QSize(101, 768), true).liveBox.x(), 90);
 }
 
-QTEST_APPLESS_MAIN(TestWindowLayout)
+REGISTER_PLAIN_TEST(TestWindowLayout)
 #include "tst_window_layout.moc"

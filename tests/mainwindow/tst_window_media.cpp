@@ -1,4 +1,4 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CanvasMessage.h"
@@ -6,6 +6,8 @@
 #include "sources/PhotographSource.h"
 #include "widgets/Slider.h"
 #include "widgets/TickLabel.h"
+
+#include "tests/TestProgram.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -323,5 +325,5 @@ void TestWindowMedia::longIndexesFitTheirLabel()
     }
 }
 
-QTEST_MAIN(TestWindowMedia)
+REGISTER_TEST(TestWindowMedia)
 #include "tst_window_media.moc"

@@ -1,9 +1,11 @@
-#include "WindowParts.h"
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowParts.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ModeRules.h"
 #include "widgets/Panel.h"
+
+#include "tests/TestProgram.h"
 
 #include <QPointer>
 #include <QSignalSpy>
@@ -186,5 +188,5 @@ void TestWindowModes::aLargeWindowKeepsItsSizeWithThePanel()
     QCOMPARE(stack(window)->geometry(), open);
 }
 
-QTEST_MAIN(TestWindowModes)
+REGISTER_TEST(TestWindowModes)
 #include "tst_window_modes.moc"

@@ -1,9 +1,11 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 #include "tests/sources/LiveRig.h"
 #include "tools/virtualcamera/VirtualCamera.h"
+
+#include "tests/TestProgram.h"
 
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -160,5 +162,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-QTEST_MAIN(WindowRecordingTest)
+REGISTER_TEST(WindowRecordingTest)
 #include "tst_window_recording.moc"

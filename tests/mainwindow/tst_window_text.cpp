@@ -1,7 +1,9 @@
-#include "WindowProbe.h"
 #include "tests/canvas/CanvasMouse.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+
+#include "tests/TestProgram.h"
 
 #include <QTextEdit>
 
@@ -107,5 +109,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-QTEST_MAIN(TestWindowText)
+REGISTER_TEST(TestWindowText)
 #include "tst_window_text.moc"

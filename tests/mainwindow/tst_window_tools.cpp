@@ -1,7 +1,9 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ModeRules.h"
+
+#include "tests/TestProgram.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -373,5 +375,5 @@ void TestWindowTools::rotateFreezeAndMacroReachTheirTargets()
     window.zoomInStop();
 }
 
-QTEST_MAIN(TestWindowTools)
+REGISTER_TEST(TestWindowTools)
 #include "tst_window_tools.moc"

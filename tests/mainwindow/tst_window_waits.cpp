@@ -1,9 +1,11 @@
-#include "WindowProbe.h"
+#include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
-#include "sources/CameraParameters.h"
 #include "sources/LiveSource.h"
+#include "sources/camera/CameraParameters.h"
 #include "tools/virtualcamera/VirtualCamera.h"
+
+#include "tests/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -132,5 +134,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-QTEST_MAIN(WindowWaitsTest)
+REGISTER_TEST(WindowWaitsTest)
 #include "tst_window_waits.moc"

@@ -1,4 +1,4 @@
-#include "HeldEncoder.h"
+#include "tests/media/HeldEncoder.h"
 
 #include <gst/gst.h>
 

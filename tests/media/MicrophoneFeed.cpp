@@ -1,6 +1,6 @@
-#include "MicrophoneFeed.h"
+#include "tests/media/MicrophoneFeed.h"
 
-#include "sources/media/CaptureClock.h"
+#include "sources/recording/CaptureClock.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "MovieAtoms.h"
+#include "tests/media/MovieAtoms.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
-#include "MovieFile.h"
+#include "tests/media/MovieFile.h"
 
-#include "SyntheticPictures.h"
+#include "tests/media/SyntheticPictures.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

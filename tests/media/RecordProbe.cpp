@@ -1,4 +1,4 @@
-#include "RecordProbe.h"
+#include "tests/media/RecordProbe.h"
 
 namespace
 {

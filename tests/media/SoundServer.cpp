@@ -1,4 +1,4 @@
-#include "SoundServer.h"
+#include "tests/media/SoundServer.h"
 
 #include <QDir>
 #include <QElapsedTimer>

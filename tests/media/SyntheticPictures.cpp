@@ -1,4 +1,4 @@
-#include "SyntheticPictures.h"
+#include "tests/media/SyntheticPictures.h"
 
 #include <algorithm>
 #include <cstring>

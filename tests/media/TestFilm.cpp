@@ -1,4 +1,4 @@
-#include "TestFilm.h"
+#include "tests/media/TestFilm.h"
 
 #include <QDebug>
 #include <QImage>

@@ -1,10 +1,10 @@
 // recordprobe FILE: records synthetic pictures and the camera microphone of the sound server, at
 // 30 pictures a second in real time, for tests that kill, starve or disturb a recording.
-#include "MicrophoneFeed.h"
-#include "SyntheticPictures.h"
+#include "tests/media/MicrophoneFeed.h"
+#include "tests/media/SyntheticPictures.h"
 
-#include "sources/MovieRecorder.h"
-#include "sources/media/CaptureClock.h"
+#include "sources/recording/CaptureClock.h"
+#include "sources/recording/MovieRecorder.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,5 +1,6 @@
-#include "sources/media/CallWatch.h"
-#include "sources/media/CallbackGate.h"
+#include "sources/threads/CallWatch.h"
+#include "sources/threads/CallbackGate.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -121,5 +122,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CallWatchTest)
+REGISTER_CORE_TEST(CallWatchTest)
 #include "tst_call_watch.moc"

@@ -1,6 +1,7 @@
-#include "MovieFile.h"
-#include "RecordProbe.h"
-#include "SoundServer.h"
+#include "tests/TestProgram.h"
+#include "tests/media/MovieFile.h"
+#include "tests/media/RecordProbe.h"
+#include "tests/media/SoundServer.h"
 
 #include <QtTest>
 
@@ -139,5 +140,5 @@ private:
     QString m_file;
 };
 
-QTEST_GUILESS_MAIN(ClapAndFlashTest)
+REGISTER_CORE_TEST(ClapAndFlashTest)
 #include "tst_clap_and_flash.moc"

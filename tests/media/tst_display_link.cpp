@@ -1,4 +1,5 @@
-#include "sources/media/DisplayLink.h"
+#include "sources/film/DisplayLink.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -180,5 +181,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(DisplayLinkTest)
+REGISTER_TEST(DisplayLinkTest)
 #include "tst_display_link.moc"

@@ -1,6 +1,7 @@
-#include "TestFilm.h"
 #include "sources/FilmSource.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/PictureWall.h"
+#include "tests/media/TestFilm.h"
 
 #include <QtTest>
 
@@ -387,5 +388,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmFaultsTest)
+REGISTER_CORE_TEST(FilmFaultsTest)
 #include "tst_film_faults.moc"

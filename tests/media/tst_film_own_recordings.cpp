@@ -1,8 +1,9 @@
-#include "MovieFile.h"
-#include "SyntheticPictures.h"
 #include "sources/FilmSource.h"
-#include "sources/media/MovieWriter.h"
+#include "sources/recording/MovieWriter.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/PictureWall.h"
+#include "tests/media/MovieFile.h"
+#include "tests/media/SyntheticPictures.h"
 
 #include <QtTest>
 
@@ -110,5 +111,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmOwnRecordingsTest)
+REGISTER_CORE_TEST(FilmOwnRecordingsTest)
 #include "tst_film_own_recordings.moc"

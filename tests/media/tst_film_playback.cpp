@@ -1,6 +1,7 @@
-#include "TestFilm.h"
 #include "sources/FilmSource.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/PictureWall.h"
+#include "tests/media/TestFilm.h"
 
 #include <QtTest>
 
@@ -109,5 +110,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmPlaybackTest)
+REGISTER_CORE_TEST(FilmPlaybackTest)
 #include "tst_film_playback.moc"

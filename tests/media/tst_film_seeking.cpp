@@ -1,6 +1,7 @@
-#include "TestFilm.h"
 #include "sources/FilmSource.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/PictureWall.h"
+#include "tests/media/TestFilm.h"
 
 #include <QtTest>
 
@@ -269,5 +270,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmSeekingTest)
+REGISTER_CORE_TEST(FilmSeekingTest)
 #include "tst_film_seeking.moc"

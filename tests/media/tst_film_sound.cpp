@@ -1,8 +1,9 @@
-#include "SoundServer.h"
-#include "TestFilm.h"
 #include "sources/FilmSource.h"
-#include "sources/media/DetachedThreads.h"
+#include "sources/threads/DetachedThreads.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/PictureWall.h"
+#include "tests/media/SoundServer.h"
+#include "tests/media/TestFilm.h"
 
 #include <QtTest>
 
@@ -253,5 +254,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmSoundTest)
+REGISTER_CORE_TEST(FilmSoundTest)
 #include "tst_film_sound.moc"

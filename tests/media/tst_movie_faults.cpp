@@ -1,6 +1,7 @@
-#include "MovieFile.h"
-#include "RecordProbe.h"
-#include "SoundServer.h"
+#include "tests/TestProgram.h"
+#include "tests/media/MovieFile.h"
+#include "tests/media/RecordProbe.h"
+#include "tests/media/SoundServer.h"
 
 #include <QtTest>
 
@@ -177,5 +178,5 @@ private:
     QString m_file;
 };
 
-QTEST_GUILESS_MAIN(MovieFaultsTest)
+REGISTER_CORE_TEST(MovieFaultsTest)
 #include "tst_movie_faults.moc"

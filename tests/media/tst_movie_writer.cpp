@@ -1,9 +1,10 @@
-#include "HeldEncoder.h"
-#include "MovieFile.h"
-#include "SyntheticPictures.h"
+#include "tests/TestProgram.h"
+#include "tests/media/HeldEncoder.h"
+#include "tests/media/MovieFile.h"
+#include "tests/media/SyntheticPictures.h"
 
-#include "sources/media/MovieEncoders.h"
-#include "sources/media/MovieWriter.h"
+#include "sources/recording/MovieEncoders.h"
+#include "sources/recording/MovieWriter.h"
 
 #include <QtTest>
 
@@ -382,5 +383,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(MovieWriterTest)
+REGISTER_CORE_TEST(MovieWriterTest)
 #include "tst_movie_writer.moc"

@@ -1,4 +1,5 @@
-#include "sources/media/PlanarToRgb.h"
+#include "sources/film/PlanarToRgb.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -97,5 +98,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PlanarToRgbTest)
+REGISTER_CORE_TEST(PlanarToRgbTest)
 #include "tst_planar_to_rgb.moc"

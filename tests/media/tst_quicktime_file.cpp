@@ -1,7 +1,8 @@
-#include "MovieAtoms.h"
+#include "tests/TestProgram.h"
+#include "tests/media/MovieAtoms.h"
 
-#include "sources/media/MovieDisk.h"
-#include "sources/media/QuickTimeFile.h"
+#include "sources/recording/MovieDisk.h"
+#include "sources/recording/QuickTimeFile.h"
 
 #include <QtTest>
 
@@ -315,5 +316,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(QuickTimeFileTest)
+REGISTER_PLAIN_TEST(QuickTimeFileTest)
 #include "tst_quicktime_file.moc"

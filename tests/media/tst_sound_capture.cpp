@@ -1,9 +1,10 @@
-#include "SoundServer.h"
+#include "tests/TestProgram.h"
+#include "tests/media/SoundServer.h"
 
-#include "MicrophoneFeed.h"
+#include "tests/media/MicrophoneFeed.h"
 
-#include "sources/media/CaptureClock.h"
-#include "sources/media/SoundCapture.h"
+#include "sources/recording/CaptureClock.h"
+#include "sources/recording/SoundCapture.h"
 
 #include <QtTest>
 
@@ -256,5 +257,5 @@ private:
     std::unique_ptr<SoundServer> m_server;
 };
 
-QTEST_GUILESS_MAIN(SoundCaptureTest)
+REGISTER_CORE_TEST(SoundCaptureTest)
 #include "tst_sound_capture.moc"

@@ -1,6 +1,7 @@
-#include "SoundServer.h"
+#include "tests/TestProgram.h"
+#include "tests/media/SoundServer.h"
 
-#include "sources/media/SoundDevices.h"
+#include "sources/recording/SoundDevices.h"
 
 #include <QtTest>
 
@@ -97,5 +98,5 @@ private:
     int m_before = 0;
 };
 
-QTEST_GUILESS_MAIN(SoundDevicesTest)
+REGISTER_CORE_TEST(SoundDevicesTest)
 #include "tst_sound_devices.moc"

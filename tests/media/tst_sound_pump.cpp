@@ -1,6 +1,7 @@
-#include "sources/media/SoundPump.h"
+#include "sources/recording/SoundPump.h"
+#include "tests/TestProgram.h"
 
-#include "sources/media/CaptureClock.h"
+#include "sources/recording/CaptureClock.h"
 
 #include <QtTest>
 
@@ -155,5 +156,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SoundPumpTest)
+REGISTER_CORE_TEST(SoundPumpTest)
 #include "tst_sound_pump.moc"

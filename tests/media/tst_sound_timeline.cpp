@@ -1,4 +1,5 @@
-#include "sources/media/SoundTimeline.h"
+#include "sources/recording/SoundTimeline.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -102,5 +103,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SoundTimelineTest)
+REGISTER_CORE_TEST(SoundTimelineTest)
 #include "tst_sound_timeline.moc"

@@ -1,4 +1,5 @@
-#include "sources/BoundedWorker.h"
+#include "sources/threads/BoundedWorker.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -141,5 +142,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BoundedWorkerTest)
+REGISTER_CORE_TEST(BoundedWorkerTest)
 #include "tst_bounded_worker.moc"

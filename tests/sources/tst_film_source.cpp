@@ -1,4 +1,5 @@
 #include "sources/FilmSource.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/FakeFilmPlayer.h"
 #include "tests/fakes/PictureWall.h"
 
@@ -637,5 +638,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmSourceTest)
+REGISTER_CORE_TEST(FilmSourceTest)
 #include "tst_film_source.moc"

@@ -1,4 +1,5 @@
 #include "sources/FilmSource.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/FakeFilmPlayer.h"
 #include "tests/fakes/PictureWall.h"
 
@@ -276,5 +277,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmStatesTest)
+REGISTER_CORE_TEST(FilmStatesTest)
 #include "tst_film_states.moc"

@@ -1,4 +1,5 @@
-#include "sources/FilmStepper.h"
+#include "sources/film/FilmStepper.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -136,5 +137,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(FilmStepperTest)
+REGISTER_CORE_TEST(FilmStepperTest)
 #include "tst_film_stepper.moc"

@@ -1,4 +1,5 @@
-#include "sources/JpegHeader.h"
+#include "sources/jpeg/JpegHeader.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -109,5 +110,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(JpegHeaderTest)
+REGISTER_CORE_TEST(JpegHeaderTest)
 #include "tst_jpeg_header.moc"

@@ -1,7 +1,9 @@
-#include "LiveRig.h"
+#include "tests/sources/LiveRig.h"
 
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
 #include "tools/virtualcamera/SheetCounter.h"
+
+#include "tests/TestProgram.h"
 
 #include <QElapsedTimer>
 
@@ -278,5 +280,5 @@ private:
     std::vector<ExtensionTransfer> m_transfers;
 };
 
-QTEST_MAIN(LiveSourceTest)
+REGISTER_TEST(LiveSourceTest)
 #include "tst_live_source.moc"

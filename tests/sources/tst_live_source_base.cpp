@@ -1,5 +1,6 @@
-#include "sources/CameraParameters.h"
 #include "sources/LiveSourceBase.h"
+#include "sources/camera/CameraParameters.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -189,5 +190,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(LiveSourceBaseTest)
+REGISTER_CORE_TEST(LiveSourceBaseTest)
 #include "tst_live_source_base.moc"

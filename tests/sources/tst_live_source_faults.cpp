@@ -1,6 +1,8 @@
-#include "LiveRig.h"
+#include "tests/sources/LiveRig.h"
 
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
+
+#include "tests/TestProgram.h"
 
 #include <linux/capability.h>
 #include <sys/syscall.h>
@@ -229,5 +231,5 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
 };
 
-QTEST_MAIN(LiveSourceFaultsTest)
+REGISTER_TEST(LiveSourceFaultsTest)
 #include "tst_live_source_faults.moc"

@@ -1,4 +1,6 @@
-#include "LiveRig.h"
+#include "tests/sources/LiveRig.h"
+
+#include "tests/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -216,5 +218,5 @@ private:
     std::unique_ptr<QSignalSpy> m_failures;
 };
 
-QTEST_MAIN(LiveSourceRecordingTest)
+REGISTER_TEST(LiveSourceRecordingTest)
 #include "tst_live_source_recording.moc"

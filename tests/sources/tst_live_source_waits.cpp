@@ -1,6 +1,6 @@
-#include "LiveRig.h"
+#include "tests/sources/LiveRig.h"
 
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
 
 #include <QElapsedTimer>
 #include <QProcess>

@@ -1,6 +1,7 @@
-#include "sources/MovieRecorder.h"
+#include "sources/recording/MovieRecorder.h"
+#include "tests/TestProgram.h"
 
-#include "sources/media/CaptureClock.h"
+#include "sources/recording/CaptureClock.h"
 
 #include <QtTest>
 
@@ -213,5 +214,5 @@ private:
     std::unique_ptr<MovieRecorder> m_recorder;
 };
 
-QTEST_GUILESS_MAIN(MovieRecorderTest)
+REGISTER_CORE_TEST(MovieRecorderTest)
 #include "tst_movie_recorder.moc"

@@ -1,4 +1,5 @@
-#include "sources/PhotographList.h"
+#include "sources/photographs/PhotographList.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -80,5 +81,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PhotographListTest)
+REGISTER_CORE_TEST(PhotographListTest)
 #include "tst_photograph_list.moc"

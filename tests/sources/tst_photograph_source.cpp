@@ -1,5 +1,6 @@
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
+#include "tests/TestProgram.h"
 #include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
@@ -359,5 +360,5 @@ private:
     PhotographSource *m_source = nullptr;
 };
 
-QTEST_MAIN(PhotographSourceTest)
+REGISTER_TEST(PhotographSourceTest)
 #include "tst_photograph_source.moc"

@@ -1,4 +1,5 @@
-#include "sources/PictureReader.h"
+#include "sources/photographs/PictureReader.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -366,5 +367,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_MAIN(PictureReaderTest)
+REGISTER_TEST(PictureReaderTest)
 #include "tst_picture_reader.moc"

@@ -1,4 +1,5 @@
-#include "sources/RecordingRequest.h"
+#include "sources/recording/RecordingRequest.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -66,5 +67,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RecordingRequestTest)
+REGISTER_CORE_TEST(RecordingRequestTest)
 #include "tst_recording_request.moc"

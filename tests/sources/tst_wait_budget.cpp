@@ -1,4 +1,5 @@
-#include "sources/WaitBudget.h"
+#include "sources/camera/WaitBudget.h"
+#include "tests/TestProgram.h"
 
 #include <QtTest>
 
@@ -55,5 +56,5 @@ private:
     const WaitBudget::TimePoint m_start{std::chrono::hours(1000)};
 };
 
-QTEST_GUILESS_MAIN(WaitBudgetTest)
+REGISTER_CORE_TEST(WaitBudgetTest)
 #include "tst_wait_budget.moc"

@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "tests/fakes/FakeMainWindow.h"
 
 #include <QtTest>
@@ -47,5 +48,5 @@ private:
     }
 };
 
-QTEST_MAIN(WindowServicesTest)
+REGISTER_TEST(WindowServicesTest)
 #include "tst_window_services.moc"

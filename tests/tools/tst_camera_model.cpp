@@ -1,4 +1,5 @@
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
+#include "tests/TestProgram.h"
 #include "tools/virtualcamera/CameraModel.h"
 
 #include <QtTest>
@@ -146,5 +147,5 @@ void CameraModelTest::unknownParametersReadAsZero()
     QCOMPARE(model.read(0x70000099, 0), quint64(0));
 }
 
-QTEST_GUILESS_MAIN(CameraModelTest)
+REGISTER_CORE_TEST(CameraModelTest)
 #include "tst_camera_model.moc"

@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/SheetPicture.h"
 
@@ -128,5 +129,5 @@ void SheetCounterTest::doesNotReadADamagedRow()
     }
 }
 
-QTEST_MAIN(SheetCounterTest)
+REGISTER_TEST(SheetCounterTest)
 #include "tst_sheet_counter.moc"

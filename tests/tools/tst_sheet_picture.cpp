@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/SheetPicture.h"
 #include "tools/virtualcamera/TileEncoder.h"
@@ -187,5 +188,5 @@ void SheetPictureTest::framesWeighAsMuchAsACameras()
     QVERIFY2(kilobytes > 400 && kilobytes < 650, qPrintable(QString::number(kilobytes)));
 }
 
-QTEST_MAIN(SheetPictureTest)
+REGISTER_TEST(SheetPictureTest)
 #include "tst_sheet_picture.moc"

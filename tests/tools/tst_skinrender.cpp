@@ -1,3 +1,5 @@
+#include "tests/TestProgram.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -121,5 +123,5 @@ bool TestSkinRender::render()
     return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-QTEST_MAIN(TestSkinRender)
+REGISTER_TEST(TestSkinRender)
 #include "tst_skinrender.moc"

@@ -1,4 +1,5 @@
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
+#include "tests/TestProgram.h"
 #include "tests/tools/UvcViewer.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -282,5 +283,5 @@ void VirtualCameraTest::idleCameraIsNotPolled()
     QVERIFY(camera.statistics().ioctls - before < 10);
 }
 
-QTEST_MAIN(VirtualCameraTest)
+REGISTER_TEST(VirtualCameraTest)
 #include "tst_virtual_camera.moc"

@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "tests/tools/UvcViewer.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -336,5 +337,5 @@ void VirtualCameraFaultsTest::countsRunOut()
     QVERIFY(takeFault(count));
 }
 
-QTEST_MAIN(VirtualCameraFaultsTest)
+REGISTER_TEST(VirtualCameraFaultsTest)
 #include "tst_virtual_camera_faults.moc"

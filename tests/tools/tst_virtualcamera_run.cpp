@@ -1,3 +1,5 @@
+#include "tests/TestProgram.h"
+
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -199,5 +201,5 @@ void VirtualCameraRunTest::knowsARealCamera()
     QCOMPARE(QProcess::execute(script, {bus}), 0);
 }
 
-QTEST_GUILESS_MAIN(VirtualCameraRunTest)
+REGISTER_CORE_TEST(VirtualCameraRunTest)
 #include "tst_virtualcamera_run.moc"

@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "widgets/ImageButton.h"
 
 #include <QApplication>
@@ -158,5 +159,5 @@ private:
     QImage m_plainSecond;
 };
 
-QTEST_MAIN(ButtonFocusTest)
+REGISTER_TEST(ButtonFocusTest)
 #include "tst_button_focus.moc"

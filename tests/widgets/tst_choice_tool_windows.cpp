@@ -1,7 +1,9 @@
-#include "PopupTest.h"
+#include "tests/widgets/PopupTest.h"
 #include "widgets/EffectToolWindow.h"
 #include "widgets/FillBackgroundToolWindow.h"
 #include "widgets/MaskToolWindow.h"
+
+#include "tests/TestProgram.h"
 
 #include <QButtonGroup>
 #include <QLabel>
@@ -254,5 +256,5 @@ void TestChoiceToolWindows::eachReadsTheCanvasAgainWhenTheModeChanges()
     QCOMPARE(Popup::checked(mask, 18), -1);
 }
 
-QTEST_MAIN(TestChoiceToolWindows)
+REGISTER_TEST(TestChoiceToolWindows)
 #include "tst_choice_tool_windows.moc"

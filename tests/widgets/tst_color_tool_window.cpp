@@ -1,5 +1,7 @@
-#include "PopupTest.h"
+#include "tests/widgets/PopupTest.h"
 #include "widgets/ColorToolWindow.h"
+
+#include "tests/TestProgram.h"
 
 #include <QLabel>
 
@@ -174,8 +176,8 @@ void TestColorToolWindow::everyButtonHasANameAndATip()
 void TestColorToolWindow::theRowsDoNotSayTheSame()
 {
     PopupScene scene;
-    const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "Width",
-                                "Line Color", "Fill Color");
+    const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "Width", "Line Color",
+                                "Fill Color");
     QCOMPARE(Popup::row(popup, 20)[1]->accessibleName(), QString("Width: 6 pixels"));
     QCOMPARE(Popup::row(popup, 43)[0]->accessibleName(), QString("Line Color: Black"));
     QCOMPARE(Popup::row(popup, 43)[0]->toolTip(), QString("Black"));
@@ -188,5 +190,5 @@ void TestColorToolWindow::theRowsDoNotSayTheSame()
     QVERIFY(names.contains("Fill Color: No fill"));
 }
 
-QTEST_MAIN(TestColorToolWindow)
+REGISTER_TEST(TestColorToolWindow)
 #include "tst_color_tool_window.moc"

@@ -1,4 +1,5 @@
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "widgets/FramelessWindow.h"
 
 #include <QPushButton>
@@ -242,5 +243,5 @@ void TestFramelessWindow::takesTheFocusBackFromAWidgetThatGoes()
     QVERIFY(!first.hasFocus());
 }
 
-QTEST_MAIN(TestFramelessWindow)
+REGISTER_TEST(TestFramelessWindow)
 #include "tst_frameless_window.moc"

@@ -1,4 +1,5 @@
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "widgets/HorizontalSlider.h"
 
 #include <QPainter>
@@ -206,5 +207,5 @@ void TestHorizontalSlider::emptyRangesAndWidthsGiveTheMinimum()
     slider.grab();
 }
 
-QTEST_MAIN(TestHorizontalSlider)
+REGISTER_TEST(TestHorizontalSlider)
 #include "tst_horizontal_slider.moc"

@@ -1,4 +1,5 @@
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "widgets/ImageButton.h"
 
 #include <QPainter>
@@ -352,5 +353,5 @@ void TestImageButton::grayScaleOfNothingIsNothing()
     QVERIFY(ImageButton::convertToGrayScale(QImage()).isNull());
 }
 
-QTEST_MAIN(TestImageButton)
+REGISTER_TEST(TestImageButton)
 #include "tst_image_button.moc"

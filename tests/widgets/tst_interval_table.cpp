@@ -1,5 +1,7 @@
 #include "widgets/IntervalTable.h"
 
+#include "tests/TestProgram.h"
+
 #include <QTest>
 
 class TestIntervalTable : public QObject
@@ -41,5 +43,5 @@ void TestIntervalTable::unknownIntervalIsTheFirst()
     QCOMPARE(IntervalTable::indexOf(~0ULL), 0);
 }
 
-QTEST_GUILESS_MAIN(TestIntervalTable)
+REGISTER_CORE_TEST(TestIntervalTable)
 #include "tst_interval_table.moc"

@@ -1,4 +1,5 @@
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
 
@@ -276,5 +277,5 @@ void TestPanel::strangersDoNotToggle()
     QVERIFY(!a->isHidden());
 }
 
-QTEST_MAIN(TestPanel)
+REGISTER_TEST(TestPanel)
 #include "tst_panel.moc"

@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "widgets/RegistrationFile.h"
 
 #include <QtTest>
@@ -131,5 +132,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RegistrationFileTest)
+REGISTER_CORE_TEST(RegistrationFileTest)
 #include "tst_registration_file.moc"

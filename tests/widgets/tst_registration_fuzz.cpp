@@ -1,3 +1,5 @@
+#include "tests/TestProgram.h"
+
 #include <QtTest>
 
 #include <QByteArray>
@@ -77,5 +79,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RegistrationFuzzTest)
+REGISTER_CORE_TEST(RegistrationFuzzTest)
 #include "tst_registration_fuzz.moc"

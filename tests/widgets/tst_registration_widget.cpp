@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "widgets/RegistrationFile.h"
 #include "widgets/RegistrationWidget.h"
 
@@ -302,5 +303,5 @@ private:
     std::unique_ptr<RegistrationWidget> m_widget;
 };
 
-QTEST_MAIN(RegistrationWidgetTest)
+REGISTER_TEST(RegistrationWidgetTest)
 #include "tst_registration_widget.moc"

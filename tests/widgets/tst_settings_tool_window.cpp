@@ -1,7 +1,9 @@
-#include "PopupTest.h"
-#include "app/Config.h"
+#include "settings/Config.h"
 #include "sources/LiveSource.h"
+#include "tests/widgets/PopupTest.h"
 #include "widgets/SettingsToolWindow.h"
+
+#include "tests/TestProgram.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -326,5 +328,5 @@ void TestSettingsToolWindow::nothingIsClipped()
     }
 }
 
-QTEST_MAIN(TestSettingsToolWindow)
+REGISTER_TEST(TestSettingsToolWindow)
 #include "tst_settings_tool_window.moc"

@@ -1,4 +1,4 @@
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "widgets/FramelessWindow.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"

@@ -1,5 +1,6 @@
-#include "canvas/SkinImages.h"
 #include "resources/Skin.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "tools/skinrender/SkinTable.h"
 
 #include <QDirIterator>
@@ -359,5 +360,5 @@ void TestSkin::tableAndPaletteReportFaults()
     QVERIFY(error.contains("@d@"));
 }
 
-QTEST_MAIN(TestSkin)
+REGISTER_TEST(TestSkin)
 #include "tst_skin.moc"

@@ -1,4 +1,5 @@
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
+#include "tests/TestProgram.h"
 #include "widgets/ImageWidget.h"
 #include "widgets/RadioButton.h"
 #include "widgets/Slider.h"
@@ -147,5 +148,5 @@ void TestSmallWidgets::imageWidgetOfNothingIsEmpty()
     widget.repaint();
 }
 
-QTEST_MAIN(TestSmallWidgets)
+REGISTER_TEST(TestSmallWidgets)
 #include "tst_small_widgets.moc"

@@ -1,3 +1,4 @@
+#include "tests/TestProgram.h"
 #include "widgets/StyleWindow.h"
 
 #include <QPainter>
@@ -240,5 +241,5 @@ void TestStyleWindow::maximizeRemembersTheNormalSize()
     QTRY_COMPARE(window.size(), QSize(400, 300));
 }
 
-QTEST_MAIN(TestStyleWindow)
+REGISTER_TEST(TestStyleWindow)
 #include "tst_style_window.moc"

@@ -1,5 +1,7 @@
-#include "PopupTest.h"
+#include "tests/widgets/PopupTest.h"
 #include "widgets/TextToolWindow.h"
+
+#include "tests/TestProgram.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -247,5 +249,5 @@ void TestTextToolWindow::readingTheCanvasAgainWritesNothing()
     QCOMPARE(scene.canvas.fontSize(), 18);
 }
 
-QTEST_MAIN(TestTextToolWindow)
+REGISTER_TEST(TestTextToolWindow)
 #include "tst_text_tool_window.moc"

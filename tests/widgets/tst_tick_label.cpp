@@ -1,5 +1,7 @@
 #include "widgets/TickLabel.h"
 
+#include "tests/TestProgram.h"
+
 #include <QTest>
 
 class TestTickLabel : public QObject
@@ -95,5 +97,5 @@ void TestTickLabel::theTextIsTheTextGiven()
     QCOMPARE(label.text(), NUMBERS);
 }
 
-QTEST_MAIN(TestTickLabel)
+REGISTER_TEST(TestTickLabel)
 #include "tst_tick_label.moc"

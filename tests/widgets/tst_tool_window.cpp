@@ -1,7 +1,9 @@
-#include "PopupTest.h"
+#include "tests/widgets/PopupTest.h"
 #include "widgets/AboutToolWindow.h"
 #include "widgets/ColorToolWindow.h"
 #include "widgets/ToolWindow.h"
+
+#include "tests/TestProgram.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -217,5 +219,5 @@ void TestToolWindow::aboutNamesTheVersionAndClosesByOk()
     QVERIFY(!popup.isVisible());
 }
 
-QTEST_MAIN(TestToolWindow)
+REGISTER_TEST(TestToolWindow)
 #include "tst_tool_window.moc"

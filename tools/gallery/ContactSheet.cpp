@@ -1,6 +1,6 @@
-#include "ContactSheet.h"
+#include "tools/gallery/ContactSheet.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 
 #include <QPainter>
 

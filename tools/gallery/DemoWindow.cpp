@@ -1,6 +1,6 @@
-#include "DemoWindow.h"
+#include "tools/gallery/DemoWindow.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ImageWidget.h"

@@ -1,6 +1,6 @@
-#include "WidgetPage.h"
+#include "tools/gallery/WidgetPage.h"
 
-#include "canvas/SkinImages.h"
+#include "resources/SkinImages.h"
 #include "widgets/FramelessWindow.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"

@@ -3,9 +3,9 @@
 //   gallery --widgets [--save FILE]
 //   gallery --contact-sheet FILE --table TABLE
 
-#include "ContactSheet.h"
-#include "DemoWindow.h"
-#include "WidgetPage.h"
+#include "tools/gallery/ContactSheet.h"
+#include "tools/gallery/DemoWindow.h"
+#include "tools/gallery/WidgetPage.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -1,4 +1,4 @@
-#include "Photographer.h"
+#include "tools/screenshots/Photographer.h"
 
 #include "mainwindow/MainWindow.h"
 #include "widgets/ToolWindow.h"

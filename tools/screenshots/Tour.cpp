@@ -1,4 +1,4 @@
-#include "Tour.h"
+#include "tools/screenshots/Tour.h"
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"

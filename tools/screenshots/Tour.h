@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Photographer.h"
+#include "tools/screenshots/Photographer.h"
 
 #include "mainwindow/ButtonTable.h"
 

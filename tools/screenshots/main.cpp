@@ -1,4 +1,4 @@
-#include "Tour.h"
+#include "tools/screenshots/Tour.h"
 
 #include "app/LocaleCatalogue.h"
 #include "app/Platform.h"

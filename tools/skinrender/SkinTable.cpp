@@ -1,4 +1,4 @@
-#include "SkinTable.h"
+#include "tools/skinrender/SkinTable.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -2,7 +2,7 @@
 // once at twice that, and writes OUT/skin.qrc, which names them all under ":/icons/".
 // The drawings lie beside the table. Any fault stops the build with a line that says where.
 
-#include "SkinTable.h"
+#include "tools/skinrender/SkinTable.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "tools/virtualcamera/CameraModel.h"
 
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
 
 #include <algorithm>
 #include <cmath>

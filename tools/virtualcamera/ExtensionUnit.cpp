@@ -1,6 +1,6 @@
 #include "tools/virtualcamera/ExtensionUnit.h"
 
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
 
 #include <chrono>
 #include <utility>

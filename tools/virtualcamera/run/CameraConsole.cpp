@@ -1,6 +1,6 @@
 #include "tools/virtualcamera/run/CameraConsole.h"
 
-#include "sources/CameraParameters.h"
+#include "sources/camera/CameraParameters.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QJsonArray>

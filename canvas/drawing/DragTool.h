@@ -1,0 +1,78 @@
+#pragma once
+
+#include "settings/CanvasModes.h"
+
+#include <QColor>
+#include <QPoint>
+#include <QPolygonF>
+#include <QRect>
+#include <QVector>
+
+#include <optional>
+
+class AnnotationLayer;
+class QPainter;
+class QPen;
+class ViewGeometry;
+
+/// What the left button does between press and release: draws on the layer, erases, pans the view
+/// or selects a clip. All points are in processed-picture coordinates.
+///
+/// Knows no widget and no lock: the canvas calls it under the lock that guards the layer and the
+/// view it hands over. Moves and releases without a press do nothing.
+class DragTool
+{
+public:
+    /// The colours and widths that shapes are drawn with.
+    struct ShapeStyle {
+        QColor penColor = Qt::black;
+        /// In layer pixels, and the measure of the eraser; 0 or less draws lines 1 wide.
+        int penWidth = 3;
+        bool fillEnabled = false;
+        QColor fillColor = Qt::black;
+    };
+
+    void press(CanvasModes::MouseMode mode, QPoint picturePoint, AnnotationLayer &layer);
+    /// Freehand and eraser take effect at once, as each of their points counts. Of a shape only the
+    /// last one does, and drawing it may take longer than the mouse takes to the next: it waits for
+    /// drawPending().
+    void move(CanvasModes::MouseMode mode, QPoint picturePoint, const ShapeStyle &style,
+              AnnotationLayer &layer, ViewGeometry &view);
+    /// Draws the shape of the last move, if it is not drawn yet. To be called before the layer is
+    /// shown, turned, painted on or replaced.
+    void drawPending(AnnotationLayer &layer);
+    /// Ends the drag and the clip selection. Returns the selection, invalid when there is none.
+    QRect release(AnnotationLayer &layer);
+
+    [[nodiscard]] bool dragging() const { return m_dragging; }
+    /// The clip selection while it is dragged; null at other times.
+    [[nodiscard]] QRect clipRectangle() const { return m_clipRectangle; }
+
+    /// The pixel of the layer that is shown at a point of the processed picture.
+    [[nodiscard]] static QPoint layerPoint(QPoint picturePoint, const ViewGeometry &view,
+                                           const AnnotationLayer &layer);
+
+private:
+    struct Stroke {
+        QPoint from;
+        QPoint to;
+    };
+
+    struct Shape {
+        CanvasModes::MouseMode mode;
+        Stroke stroke;
+        ShapeStyle style;
+    };
+
+    void pan(QPoint picturePoint, ViewGeometry &view);
+    static void drawLine(const Stroke &stroke, const ShapeStyle &style, AnnotationLayer &layer);
+    static void drawShape(CanvasModes::MouseMode mode, const Stroke &stroke,
+                          const ShapeStyle &style, AnnotationLayer &layer);
+
+    bool m_dragging = false;
+    /// Where the drag began; with the hand and freehand, where it last was.
+    QPoint m_pressPoint;
+    /// Moved to, but not drawn yet.
+    std::optional<Shape> m_pending;
+    QRect m_clipRectangle;
+};

@@ -1,0 +1,73 @@
+#include "canvas/picture/Frame.h"
+
+#include <new>
+
+namespace
+{
+
+std::size_t strideFor(QSize size, QImage::Format format)
+{
+    const auto bytes = static_cast<std::size_t>(size.width()) *
+                       static_cast<std::size_t>(Frame::pixelBytes(format));
+    return (bytes + 3) / 4 * 4;
+}
+
+} // namespace
+
+std::unique_ptr<Frame> Frame::create(QSize size, QImage::Format format)
+{
+    std::unique_ptr<Frame> frame(new (std::nothrow) Frame);
+    if (!frame)
+        return nullptr;
+    const std::size_t bytes = bytesFor(size, format) + SLACK;
+    frame->m_bytes.reset(new (std::nothrow) unsigned char[bytes]());
+    if (!frame->m_bytes)
+        return nullptr;
+    frame->m_capacity = bytes;
+    frame->reshape(size, format);
+    return frame;
+}
+
+PixelRows Frame::rows()
+{
+    return {m_bytes.get(), m_size.width(), m_size.height(),
+            static_cast<std::ptrdiff_t>(strideFor(m_size, m_format)), pixelBytes(m_format)};
+}
+
+ConstPixelRows Frame::rows() const
+{
+    return {m_bytes.get(), m_size.width(), m_size.height(),
+            static_cast<std::ptrdiff_t>(strideFor(m_size, m_format)), pixelBytes(m_format)};
+}
+
+bool Frame::reshape(QSize size, QImage::Format format)
+{
+    if (bytesFor(size, format) + SLACK > m_capacity)
+        return false;
+    m_size = size;
+    m_format = format;
+    m_byteCount = bytesFor(size, format);
+    return true;
+}
+
+std::size_t Frame::bytesFor(QSize size, QImage::Format format)
+{
+    return size.isEmpty() ? 0 : strideFor(size, format) * static_cast<std::size_t>(size.height());
+}
+
+int Frame::pixelBytes(QImage::Format format)
+{
+    return format == QImage::Format_RGB888 ? 3 : 4;
+}
+
+QImage frameImage(const FramePtr &frame)
+{
+    if (!frame || frame->size().isEmpty())
+        return {};
+    const ConstPixelRows rows = frame->rows();
+    auto *holder = new FramePtr(frame); // deleted by the picture's clean-up below
+    QImage image(
+        rows.data, rows.width, rows.height, static_cast<int>(rows.stride), frame->format(),
+        [](void *info) { delete static_cast<FramePtr *>(info); }, holder);
+    return image;
+}

@@ -1,0 +1,188 @@
+#include "canvas/picture/ViewGeometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+/// Toward zero; what no int can hold becomes the nearest one, and not-a-number 0.
+int truncated(double value)
+{
+    if (std::isnan(value))
+        return 0;
+    constexpr double lowest = std::numeric_limits<int>::min();
+    constexpr double highest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(value, lowest, highest));
+}
+
+/// The same closeness to 1 that the toolkit's fuzzy comparison uses.
+bool isOne(double scale)
+{
+    return std::abs(scale - 1.0) * 1e12 <= std::min(std::abs(scale), 1.0);
+}
+
+int clampedOffset(int wanted, int scaledExtent, int frameExtent)
+{
+    const int upper = std::max(scaledExtent - frameExtent - 1, 0);
+    return std::max(std::min(wanted, upper), 0);
+}
+
+double centreAlong(int scaledExtent, int frameExtent, double scale, int offset)
+{
+    return (std::min(scaledExtent, frameExtent) * std::min(scale, 1.0) * 0.5 + offset) / scale;
+}
+
+} // namespace
+
+QSize ViewGeometry::rotatedSize() const
+{
+    return m_rotation % 2 != 0 ? m_frame.transposed() : m_frame;
+}
+
+QSize ViewGeometry::transformedSize() const
+{
+    const QSize rotated = rotatedSize();
+    return {truncated(rotated.width() * m_scale), truncated(rotated.height() * m_scale)};
+}
+
+double ViewGeometry::minimumScale() const
+{
+    if (isEmpty())
+        return 1.0;
+    const QSize rotated = rotatedSize();
+    return std::min(static_cast<double>(m_frame.width()) / rotated.width(),
+                    static_cast<double>(m_frame.height()) / rotated.height());
+}
+
+QPointF ViewGeometry::centerPoint() const
+{
+    if (isEmpty())
+        return {};
+    const QSize scaled = transformedSize();
+    return {centreAlong(scaled.width(), m_frame.width(), m_scale, m_offset.x()),
+            centreAlong(scaled.height(), m_frame.height(), m_scale, m_offset.y())};
+}
+
+QRect ViewGeometry::visibleRectangle() const
+{
+    if (isEmpty())
+        return {};
+    const QSize rotated = rotatedSize();
+    const int x = std::clamp(truncated(m_offset.x() / m_scale), 0, rotated.width() - 1);
+    const int y = std::clamp(truncated(m_offset.y() / m_scale), 0, rotated.height() - 1);
+    // A narrow picture under a large scale would leave nothing to see.
+    const int width = std::max(truncated(m_frame.width() / m_scale), 1);
+    const int height = std::max(truncated(m_frame.height() / m_scale), 1);
+    return {x, y, std::min(width, rotated.width() - x), std::min(height, rotated.height() - y)};
+}
+
+void ViewGeometry::setFrameSize(QSize size)
+{
+    m_frame = size;
+    refit();
+}
+
+void ViewGeometry::refit()
+{
+    const QPointF centre = centerPoint();
+    m_scale = std::max(minimumScale(), static_cast<double>(truncated(m_scale)));
+    centreOn(centre);
+}
+
+void ViewGeometry::zoom(QPointF centre, int factor)
+{
+    m_scale = std::max(minimumScale(), static_cast<double>(factor));
+    centreOn(centre);
+}
+
+bool ViewGeometry::zoomIn()
+{
+    if (m_scale + 1.0 > LARGEST_SCALE)
+        return false;
+    const QPointF centre = centerPoint();
+    m_scale = std::max(minimumScale(), static_cast<double>(truncated(m_scale + 1.0)));
+    centreOn(centre);
+    return true;
+}
+
+void ViewGeometry::zoomOut()
+{
+    const QPointF centre = centerPoint();
+    m_scale = std::max(minimumScale(), static_cast<double>(truncated(m_scale / 1.1)));
+    centreOn(centre);
+}
+
+void ViewGeometry::zoomReset()
+{
+    const QPointF centre = centerPoint();
+    m_scale = minimumScale();
+    centreOn(centre);
+}
+
+void ViewGeometry::setViewport(int x, int y)
+{
+    if (isEmpty())
+        return;
+    const QSize scaled = transformedSize();
+    m_offset = {clampedOffset(x, scaled.width(), m_frame.width()),
+                clampedOffset(y, scaled.height(), m_frame.height())};
+}
+
+void ViewGeometry::turn(bool clockwise)
+{
+    const QPointF old = centerPoint();
+    const double scale = m_scale;
+    m_rotation = (m_rotation + (clockwise ? 1 : 3)) % 4;
+    // Both directions measure from the new rotated width; the clamp keeps the view inside.
+    const int extent = truncated(rotatedSize().width() * scale);
+    const QPointF centre = clockwise ? QPointF((extent - old.y() * scale - 1) / scale, old.x())
+                                     : QPointF(old.y(), (extent - old.x() * scale - 1) / scale);
+    m_scale = isOne(scale) ? minimumScale()
+                           : std::max(minimumScale(), static_cast<double>(truncated(scale)));
+    centreOn(centre);
+}
+
+void ViewGeometry::centreOn(QPointF centre)
+{
+    if (isEmpty()) {
+        m_scale = 1.0;
+        m_offset = {};
+        return;
+    }
+    const double part = std::min(m_scale, 1.0);
+    setViewport(truncated(centre.x() * m_scale - m_frame.width() * part * 0.5),
+                truncated(centre.y() * m_scale - m_frame.height() * part * 0.5));
+}
+
+ViewGeometry::Fit ViewGeometry::fit(QSize picture, QSize widget)
+{
+    Fit result;
+    if (picture.isEmpty() || widget.isEmpty())
+        return result;
+    result.factor = std::min(static_cast<double>(widget.width()) / picture.width(),
+                             static_cast<double>(widget.height()) / picture.height());
+    result.size = {truncated(picture.width() * result.factor),
+                   truncated(picture.height() * result.factor)};
+    result.margin = {(widget.width() - result.size.width()) / 2,
+                     (widget.height() - result.size.height()) / 2};
+    return result;
+}
+
+QPoint ViewGeometry::picturePoint(QPoint widgetPoint, QSize picture, QSize widget)
+{
+    const Fit fitted = fit(picture, widget);
+    if (!(fitted.factor > 0.0))
+        return {};
+    return {truncated((widgetPoint.x() - fitted.margin.x()) / fitted.factor),
+            truncated((widgetPoint.y() - fitted.margin.y()) / fitted.factor)};
+}
+
+QRectF ViewGeometry::widgetRectangle(const QRect &picturePart, QSize picture, QSize widget)
+{
+    const Fit fitted = fit(picture, widget);
+    const double f = fitted.factor;
+    return {picturePart.left() * f + fitted.margin.x(), picturePart.top() * f + fitted.margin.y(),
+            picturePart.width() * f, picturePart.height() * f};
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+class MainWindow;
+class OSDProcessor;
+class Popups;
+
+/// What the buttons of camera and view do: on the live canvas they drive the camera's optics, on
+/// the others the digital zoom; each closes the open pop-up and shows its indication. GUI thread;
+/// part of the main window.
+class CameraActions
+{
+public:
+    CameraActions(MainWindow *window, Popups *popups);
+
+    // A live zoom lasts from start to stop; on another canvas the start is one step.
+    void zoomInStart();
+    void zoomInStop();
+    void zoomOutStart();
+    void zoomOutStop();
+    /// Stops a zoom that was started and not stopped: a button that vanishes under the finger, or a
+    /// key let go in another window, says nothing.
+    void releaseZoom();
+    void zoomReset();
+
+    void autoFocus();
+    void brightnessDown();
+    void brightnessUp();
+    void rotate();
+    void rotateRev();
+    void setMacro(bool on);
+    /// Freezes or releases the current canvas.
+    void setFrozen(bool on);
+
+private:
+    /// Of the current canvas.
+    [[nodiscard]] OSDProcessor *indications() const;
+
+    MainWindow *m_window;
+    Popups *m_popups;
+    bool m_zoomingIn = false;
+    bool m_zoomingOut = false;
+};

@@ -1,0 +1,137 @@
+#include "mainwindow/actions/CaptureActions.h"
+
+#include "canvas/ImageCanvas.h"
+#include "canvas/OSDProcessor.h"
+#include "canvas/OutputFolder.h"
+#include "mainwindow/MainWindow.h"
+#include "settings/Config.h"
+#include "sources/LiveSource.h"
+#include "widgets/ImageButton.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+
+#include <limits>
+
+using ButtonTable::PanelButton;
+
+CaptureActions::CaptureActions(MainWindow *window)
+    : m_window(window)
+{
+}
+
+void CaptureActions::setLiveRecordButton(ImageButton *button)
+{
+    m_liveRecordButton = button;
+}
+
+void CaptureActions::snapshot()
+{
+    const QString folder = Config::snapshotPath();
+    if (!isThere(folder)) {
+        // The click has switched the button, but the series is what it was.
+        showSeries();
+        askForFolder();
+        return;
+    }
+    ImageCanvas *canvas = m_window->currentCanvas();
+    ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
+    canvas->snapshotFolder = folder;
+    if (Config::snapshotMode() != CanvasModes::Continuous) {
+        canvas->snapshotMode = CanvasModes::Single;
+        canvas->stopSnapshot();
+        canvas->snapshot();
+        button->setCheckable(false);
+        return;
+    }
+    if (!button->isCheckable()) {
+        button->setCheckable(true);
+        button->setChecked(true);
+    }
+    canvas->snapshotMode = CanvasModes::Continuous;
+    if (button->isChecked()) {
+        canvas->snapshotInterval = Config::snapshotInterval();
+        canvas->seriesLimit = std::numeric_limits<unsigned long long>::max();
+        canvas->snapshot();
+    } else {
+        canvas->stopSnapshot();
+    }
+}
+
+void CaptureActions::showSeries()
+{
+    ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
+    if (button->isCheckable())
+        button->setChecked(m_window->currentCanvas()->seriesArmed());
+}
+
+bool CaptureActions::recording() const
+{
+    const LiveSource *source = m_window->liveSource();
+    return source && source->recordRequested();
+}
+
+void CaptureActions::startRecording()
+{
+    const QString folder = Config::recordPath();
+    if (!isThere(folder)) {
+        askForFolder();
+        showRecording(false);
+        return;
+    }
+    const QString name = QDateTime::currentDateTime().toString("yyyy-MM-dd_hh-mm-ss") + ".mov";
+    const QString path = QDir(folder).filePath(name);
+    QFile::remove(path);
+    if (!m_window->liveSource()->running())
+        qDebug("recording without a camera");
+    m_window->liveSource()->requestRecord(path);
+    ImageCanvas *canvas = m_window->currentCanvas();
+    m_window->osdProcessors().value(canvas)->osdRecord();
+    m_failureTold = false;
+    // A recording always takes the moving picture.
+    if (canvas->frozen) {
+        canvas->frozen = false;
+        m_window->panelButton(PanelButton::Freeze)->setChecked(false);
+    }
+    showRecording(true);
+}
+
+void CaptureActions::stopRecording()
+{
+    if (!recording())
+        return;
+    m_window->liveSource()->stopRecord();
+    // A recording that ends by itself may end in another mode; its clock runs on one canvas alone.
+    for (OSDProcessor *processor : m_window->osdProcessors())
+        processor->stopOsdRecord();
+    showRecording(false);
+}
+
+void CaptureActions::recordingFailed(const QString &sentence)
+{
+    if (m_failureTold)
+        return;
+    m_failureTold = true;
+    stopRecording();
+    QMessageBox::critical(m_window, MainWindow::tr("Error"), sentence);
+}
+
+bool CaptureActions::isThere(const QString &path)
+{
+    // An empty path would be the current folder. One that does not answer is chosen all the same.
+    return !path.isEmpty() && OutputFolder::of(path)->state() != OutputFolder::State::Missing;
+}
+
+void CaptureActions::askForFolder()
+{
+    QMessageBox::critical(m_window, MainWindow::tr("Error"),
+                          MainWindow::tr("Please select a folder first."));
+}
+
+void CaptureActions::showRecording(bool on)
+{
+    m_window->panelButton(PanelButton::Record)->setChecked(on);
+    m_liveRecordButton->setChecked(on);
+}

@@ -1,0 +1,17 @@
+#include "mainwindow/actions/PageFit.h"
+
+#include <algorithm>
+
+std::optional<PageFit> PageFit::of(QSize picture, QSize page)
+{
+    if (picture.isEmpty() || page.isEmpty())
+        return std::nullopt;
+    const bool turned = page.width() < page.height();
+    if (turned)
+        picture.transpose();
+    const double scale =
+        std::min(page.width() / double(picture.width()), page.height() / double(picture.height()));
+    const QSize drawn(int(picture.width() * scale), int(picture.height() * scale));
+    const QPoint topLeft((page.width() - drawn.width()) / 2, (page.height() - drawn.height()) / 2);
+    return PageFit{turned, QRect(topLeft, drawn)};
+}

@@ -1,0 +1,36 @@
+#include "mainwindow/actions/PicturePrinter.h"
+
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/MainWindow.h"
+#include "mainwindow/actions/PageFit.h"
+
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+void PicturePrinter::print(ImageCanvas *canvas, QWidget *window)
+{
+    const QImage picture = canvas->currentImage();
+    if (QPrinterInfo::availablePrinters().isEmpty()) {
+        QMessageBox::critical(window, MainWindow::tr("Error"),
+                              MainWindow::tr("No printers found on this system."));
+        return;
+    }
+    QPrinter printer(QPrinter::ScreenResolution);
+    QPrintDialog dialog(&printer, window);
+    if (dialog.exec() == QDialog::Accepted)
+        drawPage(picture, &printer);
+}
+
+void PicturePrinter::drawPage(QImage picture, QPrinter *printer)
+{
+    const auto fit = PageFit::of(picture.size(), QSize(printer->width(), printer->height()));
+    if (!fit)
+        return;
+    if (fit->turned)
+        picture = picture.transformed(QTransform().rotate(90), Qt::FastTransformation);
+    QPainter painter(printer);
+    painter.drawImage(fit->target, picture);
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+
+class CanvasMessage;
+class FilmSource;
+class HorizontalSlider;
+class ImageButton;
+class ImageCanvas;
+class ImageWidget;
+class Slider;
+class Popups;
+struct WindowLayout;
+
+/// The controls of Film mode: the bar of buttons, the volume slider and the position slider. Its
+/// widgets are children of the main window, whose slots the buttons call; what
+/// a button does closes the open pop-up first. GUI thread.
+class FilmBar : public QObject
+{
+    Q_OBJECT
+
+public:
+    FilmBar(FilmSource *source, ImageCanvas *canvas, Popups *popups, QWidget *window);
+
+    [[nodiscard]] QSize barSize() const;
+    [[nodiscard]] QSize volumeSize() const;
+    void place(const WindowLayout &at);
+
+    /// Shows what the mode starts with; the volume slider waits for its button.
+    void enter();
+    void leave();
+    /// Shows or hides the volume slider as its button is checked.
+    void showVolume();
+    void showPosition();
+
+    /// Lets the user choose a film, and plays it.
+    void openFile();
+    void play();
+    void pause();
+    void stop();
+    void backward();
+    void forward();
+    /// Pauses a film that moves and plays any other.
+    void playOrPause();
+
+private:
+    void createBar();
+    void createSliders();
+
+    FilmSource *m_source;
+    Popups *m_popups;
+    QWidget *m_window;
+    ImageWidget *m_bar = nullptr;
+    ImageButton *m_volumeButton = nullptr;
+    Slider *m_volume = nullptr;
+    HorizontalSlider *m_position = nullptr;
+    CanvasMessage *m_message;
+};

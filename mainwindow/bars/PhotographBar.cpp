@@ -1,0 +1,256 @@
+#include "mainwindow/bars/PhotographBar.h"
+
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/ButtonTable.h"
+#include "mainwindow/CanvasMessage.h"
+#include "mainwindow/MainWindow.h"
+#include "mainwindow/Popups.h"
+#include "mainwindow/WindowLayout.h"
+#include "mainwindow/bars/ThumbnailWidget.h"
+#include "resources/SkinImages.h"
+#include "settings/Config.h"
+#include "sources/PhotographSource.h"
+#include "sources/photographs/PhotographList.h"
+#include "widgets/HorizontalSlider.h"
+#include "widgets/ImageButton.h"
+#include "widgets/ImageWidget.h"
+#include "widgets/Slider.h"
+#include "widgets/TickLabel.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+
+namespace
+{
+
+// Places of those buttons in the bar that have a state.
+constexpr std::size_t SLIDESHOW = 2;
+constexpr std::size_t THUMBNAILS = 4;
+constexpr std::size_t INTERVAL = 5;
+constexpr int INDEX_POINTS = 15;
+constexpr int INDEX_MARGIN = 2;
+
+/// Why a file that was chosen is not among the photographs of its folder.
+QString sentenceOn(const QString &name)
+{
+    if (PhotographList::isPictureName(name))
+        return MainWindow::tr("The photograph cannot be shown: the file cannot be read.");
+    return MainWindow::tr("\"%1\" is not shown: names of photographs end in .bmp, .jpg, .jpeg, "
+                          ".png or .gif, in lower case.")
+        .arg(name);
+}
+
+} // namespace
+
+PhotographBar::PhotographBar(PhotographSource *source, ImageCanvas *canvas, Popups *popups,
+                             QWidget *window)
+    : QObject(window)
+    , m_source(source)
+    , m_popups(popups)
+    , m_window(window)
+    , m_message(new CanvasMessage(canvas))
+{
+    createBar();
+    createInterval();
+    createIndex();
+    createThumbnails(canvas);
+}
+
+QSize PhotographBar::barSize() const
+{
+    return m_bar->size();
+}
+
+ImageButton *PhotographBar::button(int index) const
+{
+    return m_buttons[std::size_t(index)];
+}
+
+ThumbnailWidget *PhotographBar::thumbnails() const
+{
+    return m_thumbnails;
+}
+
+void PhotographBar::place(const WindowLayout &at)
+{
+    m_bar->move(at.photographBar);
+    m_interval->move(at.intervalSlider);
+    m_intervalLabel->move(at.intervalLabel);
+    m_indexLabel->move(at.indexLabel.topLeft());
+    m_indexLabel->setFixedSize(at.indexLabel.size());
+    m_thumbnails->move(at.thumbnailStrip.topLeft());
+    m_thumbnails->setFixedSize(at.thumbnailStrip.size());
+    m_scrollBar->move(at.thumbnailScrollBar.topLeft());
+    m_scrollBar->setFixedSize(at.thumbnailScrollBar.size());
+}
+
+void PhotographBar::enter()
+{
+    m_bar->show();
+    m_bar->raise();
+    m_indexLabel->show();
+    m_source->resumeCapture();
+    showPlaying();
+}
+
+void PhotographBar::leave()
+{
+    m_bar->hide();
+    m_buttons[INTERVAL]->setChecked(false);
+    m_buttons[THUMBNAILS]->setChecked(false);
+    m_interval->hide();
+    m_intervalLabel->hide();
+    m_thumbnails->hide();
+    m_scrollBar->hide();
+    m_indexLabel->hide();
+    m_source->pauseCapture();
+}
+
+void PhotographBar::openDirectory()
+{
+    m_popups->closeAny();
+    const QString file = QFileDialog::getOpenFileName(m_window, QString(), Config::snapshotPath());
+    // The folder of an empty answer would be the current one.
+    if (file.isEmpty())
+        return;
+    const QFileInfo info(file);
+    if (info.dir().exists() && m_source->setDirectory(info.dir(), info.fileName()))
+        showPlaying();
+    else if (info.exists())
+        m_message->pass(sentenceOn(info.fileName()));
+}
+
+void PhotographBar::previous()
+{
+    m_popups->closeAny();
+    m_source->previous();
+    showPlaying();
+}
+
+void PhotographBar::next()
+{
+    m_popups->closeAny();
+    m_source->next();
+    showPlaying();
+}
+
+void PhotographBar::playOrStop()
+{
+    m_popups->closeAny();
+    if (m_buttons[SLIDESHOW]->isChecked())
+        m_source->play();
+    else
+        m_source->stop();
+}
+
+void PhotographBar::playDone()
+{
+    m_buttons[SLIDESHOW]->setChecked(false);
+}
+
+void PhotographBar::showThumbnails()
+{
+    m_popups->closeAny();
+    const bool shown = m_buttons[THUMBNAILS]->isChecked();
+    m_thumbnails->setVisible(shown);
+    m_scrollBar->setVisible(shown);
+}
+
+void PhotographBar::showInterval()
+{
+    m_popups->closeAny();
+    const bool shown = m_buttons[INTERVAL]->isChecked();
+    m_interval->setVisible(shown);
+    m_intervalLabel->setVisible(shown);
+    // In a narrow window the slider reaches under the index.
+    m_indexLabel->raise();
+    m_intervalLabel->raise();
+}
+
+void PhotographBar::setInterval(int place)
+{
+    if (place >= 0 && place < int(PHOTOGRAPH_PLAY_INTERVALS.size()))
+        m_source->setPlayInterval(PHOTOGRAPH_PLAY_INTERVALS[std::size_t(place)] * 1000);
+}
+
+void PhotographBar::showIndex(int id)
+{
+    const QString text = QStringLiteral("%1/%2").arg(id + 1).arg(m_source->photographCount());
+    QFont font("Arial", INDEX_POINTS);
+    const int room = m_indexLabel->width() - INDEX_MARGIN;
+    while (font.pointSize() > 1 && QFontMetrics(font).horizontalAdvance(text) > room)
+        font.setPointSize(font.pointSize() - 1);
+    m_indexLabel->setFont(font);
+    m_indexLabel->setText(text);
+    m_message->pass(m_source->readable()
+                        ? QString()
+                        : MainWindow::tr("The photograph cannot be shown: the file is damaged, too "
+                                         "large or not a picture."));
+}
+
+void PhotographBar::showPlaying()
+{
+    m_buttons[SLIDESHOW]->setChecked(m_source->playing());
+}
+
+void PhotographBar::createBar()
+{
+    m_bar = new ImageWidget(SkinImages::load(":/icons/Background/PHOTO_CONTROL_BK.png"), m_window);
+    std::size_t index = 0;
+    for (const ButtonTable::BarRow &row : ButtonTable::photographBarRows()) {
+        auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
+        button->setCheckable(row.checkable);
+        button->setAccessibleName(MainWindow::tr(row.name));
+        button->setToolTip(MainWindow::tr(row.name));
+        connect(button, SIGNAL(clicked()), m_window, row.slot);
+        m_buttons[index++] = button;
+    }
+    m_bar->hide();
+}
+
+void PhotographBar::createInterval()
+{
+    m_interval = new Slider(Qt::Horizontal, m_window);
+    m_interval->setTickPosition(QSlider::TicksBelow);
+    // The height ends above the numbers.
+    m_interval->setFixedSize(160, 20);
+    m_interval->setPageStep(1);
+    m_interval->setRange(0, int(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
+    m_interval->setValue(0);
+    m_interval->setAccessibleName(MainWindow::tr("Slideshow interval"));
+    connect(m_interval, SIGNAL(valueChanged(int)), m_window,
+            SLOT(photographPlayIntervalChanged(int)));
+    m_interval->hide();
+
+    m_intervalLabel =
+        new TickLabel(MainWindow::tr("1     2     5    10    15    30  sec."), m_window);
+    QPalette palette = m_intervalLabel->palette();
+    palette.setColor(QPalette::WindowText, Qt::gray);
+    m_intervalLabel->setPalette(palette);
+    m_intervalLabel->setFixedSize(200, 10);
+    m_intervalLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_intervalLabel->hide();
+}
+
+void PhotographBar::createIndex()
+{
+    m_indexLabel = new QLabel("0/0", m_window);
+    m_indexLabel->setFont(QFont("Arial", INDEX_POINTS));
+    QPalette palette = m_indexLabel->palette();
+    palette.setColor(QPalette::WindowText, Qt::white);
+    m_indexLabel->setPalette(palette);
+    m_indexLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_indexLabel->hide();
+    connect(m_source, SIGNAL(photographChanged(int)), m_window, SLOT(photographIdChange(int)));
+}
+
+void PhotographBar::createThumbnails(ImageCanvas *canvas)
+{
+    m_scrollBar =
+        new HorizontalSlider(SkinImages::load(":/icons/Background/PHOTO_SCROLL_BAR.png"), m_window);
+    m_scrollBar->setAccessibleName(MainWindow::tr("Thumbnails"));
+    m_scrollBar->hide();
+    m_thumbnails = new ThumbnailWidget(m_source, m_scrollBar, canvas);
+    m_thumbnails->hide();
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+
+#include <array>
+
+class CanvasMessage;
+class HorizontalSlider;
+class ImageButton;
+class ImageCanvas;
+class ImageWidget;
+class PhotographSource;
+class QLabel;
+class QWidget;
+class Slider;
+class ThumbnailWidget;
+class Popups;
+struct WindowLayout;
+
+/// Seconds of the interval slider's places.
+constexpr std::array<int, 6> PHOTOGRAPH_PLAY_INTERVALS{1, 2, 5, 10, 15, 30};
+
+/// The controls of Photograph mode: the bar of buttons, the slideshow interval, the picture index
+/// and the thumbnail strip with its scroll bar. Its widgets are children of the main window, whose
+/// slots the buttons call; what
+/// a button does closes the open pop-up first; the strip lies on the canvas. GUI thread.
+class PhotographBar : public QObject
+{
+    Q_OBJECT
+
+public:
+    PhotographBar(PhotographSource *source, ImageCanvas *canvas, Popups *popups, QWidget *window);
+
+    [[nodiscard]] QSize barSize() const;
+    /// The buttons by their place in the bar.
+    [[nodiscard]] ImageButton *button(int index) const;
+    [[nodiscard]] ThumbnailWidget *thumbnails() const;
+    void place(const WindowLayout &at);
+
+    /// Shows what the mode starts with; strip and interval wait for their buttons.
+    void enter();
+    void leave();
+
+    /// Lets the user choose a picture, and opens its folder.
+    void openDirectory();
+    void previous();
+    void next();
+    /// Starts or stops the slideshow as its button is checked.
+    void playOrStop();
+    void playDone();
+    /// Show or hide as their buttons are checked.
+    void showThumbnails();
+    void showInterval();
+    /// `place` is one of the interval slider's.
+    void setInterval(int place);
+    /// `id` counts from 0; shown from 1. Says so when that photograph cannot be shown.
+    void showIndex(int id);
+
+private:
+    /// The button of the slideshow tells what the source does; not every stop has a signal.
+    void showPlaying();
+    void createBar();
+    void createInterval();
+    void createIndex();
+    void createThumbnails(ImageCanvas *canvas);
+
+    PhotographSource *m_source;
+    Popups *m_popups;
+    QWidget *m_window;
+    ImageWidget *m_bar = nullptr;
+    std::array<ImageButton *, 6> m_buttons{};
+    Slider *m_interval = nullptr;
+    QLabel *m_intervalLabel = nullptr;
+    QLabel *m_indexLabel = nullptr;
+    HorizontalSlider *m_scrollBar = nullptr;
+    ThumbnailWidget *m_thumbnails = nullptr;
+    CanvasMessage *m_message;
+};

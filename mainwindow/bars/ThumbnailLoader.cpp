@@ -1,0 +1,72 @@
+#include "mainwindow/bars/ThumbnailLoader.h"
+
+#include "mainwindow/bars/ThumbnailLayout.h"
+#include "sources/photographs/PictureReader.h"
+#include "sources/threads/DetachedThreads.h"
+
+namespace
+{
+
+/// With its characters in a memory of its own: Qt's own counting of references is invisible to the
+/// thread sanitizer.
+QStringList unshared(const QStringList &texts)
+{
+    QStringList copies;
+    copies.reserve(texts.size());
+    for (const QString &text : texts)
+        copies.append(QString(text.constData(), text.size()));
+    return copies;
+}
+
+} // namespace
+
+ThumbnailLoader::ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
+                                 QObject *parent)
+    : QThread(parent)
+    , m_fileNames(unshared(fileNames))
+    , m_pixelRatio(pixelRatio)
+    , m_generation(generation)
+{
+    setObjectName("ThumbnailLoader");
+}
+
+ThumbnailLoader::~ThumbnailLoader()
+{
+    // The exchange is for the thread sanitizer, which does not see Qt's own means of waiting.
+    m_stop.exchange(true);
+    wait();
+    m_stop.exchange(true);
+}
+
+void ThumbnailLoader::start(QThread::Priority priority)
+{
+    QThread::start(priority);
+}
+
+void ThumbnailLoader::stop()
+{
+    m_stop.exchange(true);
+}
+
+void ThumbnailLoader::retire(ThumbnailLoader *loader)
+{
+    loader->stop();
+    loader->disconnect();
+    loader->setParent(nullptr);
+    connect(loader, &QThread::finished, loader, &QObject::deleteLater);
+    // Then that signal has gone by, or never comes.
+    if (!loader->isRunning())
+        loader->deleteLater();
+}
+
+void ThumbnailLoader::run()
+{
+    const DetachedThreads::Running detached;
+    const QSize place(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
+    for (int i = 0; i < m_fileNames.size() && !m_stop; ++i) {
+        QImage image = PictureReader::readFitted(m_fileNames.at(i), place * m_pixelRatio);
+        image.setDevicePixelRatio(m_pixelRatio);
+        emit thumbnailLoaded(m_generation, i, image);
+    }
+    m_stop.exchange(true);
+}

@@ -1,0 +1,173 @@
+#include "mainwindow/bars/ThumbnailWidget.h"
+
+#include "mainwindow/bars/ThumbnailButton.h"
+#include "mainwindow/bars/ThumbnailLayout.h"
+#include "mainwindow/bars/ThumbnailLoader.h"
+#include "resources/SkinImages.h"
+#include "sources/PhotographSource.h"
+#include "widgets/HorizontalSlider.h"
+
+#include <QFileInfo>
+#include <QPainter>
+#include <QResizeEvent>
+
+#include <algorithm>
+
+ThumbnailWidget::ThumbnailWidget(PhotographSource *source, HorizontalSlider *slider,
+                                 QWidget *parent)
+    : ImageWidget(SkinImages::load(":/icons/Background/THUMBNIL_BAR.png"), parent)
+    , m_source(source)
+    , m_slider(slider)
+{
+    // A press beside a button is not a stroke on the photograph below.
+    setAttribute(Qt::WA_NoMousePropagation);
+    m_group.setExclusive(true);
+    refresh();
+    connect(m_source, SIGNAL(photographChanged(int)), this, SLOT(photographChanged(int)));
+    connect(m_slider, SIGNAL(valueChanged(int)), this, SLOT(viewChanged(int)));
+}
+
+ThumbnailWidget::~ThumbnailWidget()
+{
+    // One picture's reading, if the disk answers.
+    constexpr unsigned long ENOUGH_MS = 300;
+    m_loader->stop();
+    m_loader->wait(ENOUGH_MS);
+    ThumbnailLoader::retire(m_loader);
+}
+
+void ThumbnailWidget::refresh()
+{
+    if (m_loader)
+        m_loader->stop();
+    removeButtons();
+    m_fileNames = m_source->fileNameList();
+    const auto view = ThumbnailLayout::filled(width(), m_fileNames.size());
+    m_visibleCount = view.visibleCount;
+    m_leftOffset = view.leftOffset;
+    createButtons();
+    setThumbnailButtons();
+    m_slider->setRange(0, std::max(m_fileNames.size() - m_visibleCount, 0));
+    // The slider itself keeps a value that the new range does not have.
+    m_slider->setValue(m_firstVisible);
+    startLoading();
+}
+
+void ThumbnailWidget::setThumbnailButtons()
+{
+    for (ThumbnailButton *button : qAsConst(m_shown))
+        button->hide();
+    m_shown.clear();
+    m_firstVisible =
+        ThumbnailLayout::clampedFirst(m_firstVisible, m_visibleCount, m_buttons.size());
+    if (m_visibleCount < 1)
+        return;
+    m_shown = m_buttons.mid(m_firstVisible, m_visibleCount);
+    for (int i = 0; i < m_shown.size(); ++i) {
+        m_shown[i]->move(m_leftOffset + i * ThumbnailLayout::PITCH, ThumbnailLayout::TOP);
+        m_shown[i]->show();
+        m_shown[i]->raise();
+    }
+}
+
+void ThumbnailWidget::photographSelected()
+{
+    const int index = m_buttons.indexOf(qobject_cast<ThumbnailButton *>(sender()));
+    if (index >= 0)
+        m_source->selectPhotograph(index);
+}
+
+void ThumbnailWidget::photographChanged(int id)
+{
+    if (id < 0 || id >= m_buttons.size())
+        return;
+    const int first = ThumbnailLayout::firstShowing(id, m_firstVisible, m_visibleCount);
+    if (first != m_firstVisible) {
+        m_slider->setValue(first);
+        scrollTo(first);
+    }
+    m_buttons.at(id)->setChecked(true);
+}
+
+void ThumbnailWidget::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
+    painter.drawImage(rect(), image());
+}
+
+void ThumbnailWidget::resizeEvent(QResizeEvent *event)
+{
+    const auto view =
+        ThumbnailLayout::resized(event->size().width(), m_fileNames.size(), m_leftOffset);
+    m_visibleCount = view.visibleCount;
+    m_leftOffset = view.leftOffset;
+    setThumbnailButtons();
+}
+
+bool ThumbnailWidget::event(QEvent *event)
+{
+    // The widget has no window of its own until it is shown, and learns of its screen then.
+    const bool otherScreen =
+        event->type() == QEvent::ScreenChangeInternal || event->type() == QEvent::Show;
+    if (otherScreen && m_loadedRatio != devicePixelRatioF())
+        startLoading();
+    return ImageWidget::event(event);
+}
+
+void ThumbnailWidget::viewChanged(int first)
+{
+    scrollTo(first);
+}
+
+void ThumbnailWidget::thumbnailLoaded(int generation, int index, const QImage &image)
+{
+    // A result that was on its way when the folder changed belongs to buttons that are gone.
+    if (generation == m_loader->generation() && index < m_buttons.size())
+        m_buttons.at(index)->setImage(image);
+}
+
+void ThumbnailWidget::removeButtons()
+{
+    m_shown.clear();
+    for (ThumbnailButton *button : qAsConst(m_buttons)) {
+        m_group.removeButton(button);
+        delete button;
+    }
+    m_buttons.clear();
+}
+
+void ThumbnailWidget::createButtons()
+{
+    m_buttons.reserve(m_fileNames.size());
+    for (int i = 0; i < m_fileNames.size(); ++i) {
+        auto *button = new ThumbnailButton(this);
+        button->hide();
+        button->setFixedSize(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
+        const QString name = QFileInfo(m_fileNames.at(i)).fileName();
+        button->setAccessibleName(name);
+        button->setToolTip(name);
+        connect(button, SIGNAL(clicked()), this, SLOT(photographSelected()));
+        m_buttons.append(button);
+        // The id that the group would search for among all its others.
+        m_group.addButton(button, -2 - i);
+    }
+}
+
+void ThumbnailWidget::startLoading()
+{
+    const int generation = m_loader ? m_loader->generation() + 1 : 1;
+    if (m_loader)
+        ThumbnailLoader::retire(m_loader);
+    m_loadedRatio = devicePixelRatioF();
+    m_loader = new ThumbnailLoader(generation, m_fileNames, m_loadedRatio, this);
+    connect(m_loader, &ThumbnailLoader::thumbnailLoaded, this, &ThumbnailWidget::thumbnailLoaded,
+            Qt::QueuedConnection);
+    m_loader->start(QThread::InheritPriority);
+}
+
+void ThumbnailWidget::scrollTo(int first)
+{
+    m_firstVisible = first;
+    setThumbnailButtons();
+}

@@ -1,0 +1,88 @@
+#include "sources/camera/CameraControls.h"
+
+#include "sources/camera/CameraParameters.h"
+#include "sources/camera/ControlTransfer.h"
+#include "sources/camera/UvcCamera.h"
+
+#include <libuvc/libuvc.h>
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+CameraControls::CameraControls(UvcCamera &camera)
+    : m_camera(camera)
+{
+}
+
+int CameraControls::write(std::uint8_t selector, const void *data, std::size_t length)
+{
+    if (const int error = m_camera.controlError())
+        return error;
+    const auto *bytes = static_cast<const std::uint8_t *>(data);
+    const Bytes value(bytes, bytes + length);
+    if (selector == CameraParameter::ID_SELECTOR)
+        return selectParameter(value);
+    const auto control = std::make_shared<ControlRequest>(ControlRequest{false, selector, value});
+    return m_camera.wait(m_camera.send(withParameter(control))).value_or(UVC_ERROR_TIMEOUT);
+}
+
+int CameraControls::read(std::uint8_t selector, void *data, std::size_t length)
+{
+    if (const int error = m_camera.controlError())
+        return error;
+    Value &value = m_values[{m_parameter, selector}];
+    if (value.late.ticket.open())
+        return lastKnown(value, data, length);
+    if (const std::optional<int> result = std::exchange(value.late.ticket, {}).result())
+        takeAnswer(value, *result, value.late.control->data, nullptr, 0);
+
+    const auto control =
+        std::make_shared<ControlRequest>(ControlRequest{true, selector, Bytes(length)});
+    const BoundedWorker::Ticket ticket = m_camera.send(withParameter(control));
+    if (const std::optional<int> result = m_camera.wait(ticket))
+        return takeAnswer(value, *result, control->data, data, length);
+    value.late = {ticket, control};
+    return lastKnown(value, data, length);
+}
+
+int CameraControls::selectParameter(const Bytes &number)
+{
+    m_parameter = number;
+    m_number = std::make_shared<ControlRequest>(
+        ControlRequest{false, static_cast<std::uint8_t>(CameraParameter::ID_SELECTOR), number});
+    if (m_camera.late())
+        return UVC_ERROR_TIMEOUT; // goes with its value
+    return m_camera.wait(m_camera.send({m_number})).value_or(UVC_ERROR_TIMEOUT);
+}
+
+std::vector<CameraControls::Control> CameraControls::withParameter(Control control) const
+{
+    // A camera that refuses the number still gets the value; one that has not answered it must not,
+    // as the value would go to another parameter.
+    if (!m_number)
+        return {std::move(control)};
+    return {m_number, std::move(control)};
+}
+
+int CameraControls::takeAnswer(Value &value, int result, const Bytes &answer, void *data,
+                               std::size_t length)
+{
+    if (result == UVC_ERROR_TIMEOUT)
+        return lastKnown(value, data, length);
+    const auto bytes = static_cast<std::size_t>(std::max(result, 0));
+    value.known.assign(answer.begin(),
+                       answer.begin() + std::ptrdiff_t(std::min(bytes, answer.size())));
+    if (data)
+        std::memcpy(data, value.known.data(), std::min(length, value.known.size()));
+    return result;
+}
+
+int CameraControls::lastKnown(const Value &value, void *data, std::size_t length)
+{
+    if (value.known.empty())
+        return UVC_ERROR_TIMEOUT;
+    if (data)
+        std::memcpy(data, value.known.data(), std::min(length, value.known.size()));
+    return static_cast<int>(value.known.size());
+}

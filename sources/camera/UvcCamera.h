@@ -1,0 +1,82 @@
+#pragma once
+
+#include "sources/camera/UvcStream.h"
+#include "sources/camera/WaitBudget.h"
+#include "sources/threads/BoundedWorker.h"
+
+#include <QSize>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class UvcConnection;
+struct ControlRequest;
+
+/// The camera on the bus, for the GUI thread: whatever touches the bus runs on a worker, in the
+/// order of the calls, but that a stream asked for goes before controls. The caller waits for
+/// answers within a WaitBudget, and asks again later for those that take longer.
+///
+/// Results are libuvc's codes, negative on failure.
+class UvcCamera
+{
+public:
+    using FrameHandler = UvcStream::FrameHandler;
+
+    UvcCamera();
+    /// Gives the camera back. One that does not answer is left behind after half a second.
+    ~UvcCamera();
+    UvcCamera(const UvcCamera &) = delete;
+    UvcCamera &operator=(const UvcCamera &) = delete;
+
+    /// Whether the bus lists the camera; nothing while the answer is not there, which the next call
+    /// then asks for. Every answer is told once.
+    [[nodiscard]] std::optional<bool> find(int vendorId, int productId);
+
+    /// Opens the camera that was found: the result, or nothing while it is being opened, which the
+    /// next call then asks for.
+    std::optional<int> open();
+
+    /// Looks up the extension unit with that code, 16 bytes as they lie in the descriptor.
+    void findExtensionUnit(const std::uint8_t (&code)[16]);
+
+    /// Ends the stream that runs and asks for Motion-JPEG of that size. The handler gets each frame
+    /// that can be decoded; frames whose own header gives another size than the stream's are
+    /// dropped. Without a handle, or when the camera does not agree, there is no stream; that is
+    /// logged. Returns once the frame in flight is done; the rest follows on the worker.
+    void startStreaming(QSize size, int framesPerSecond, FrameHandler handler);
+
+    /// When it returns no frame is in the handler and none will come, whatever the camera does.
+    void stopDelivery();
+    /// stopDelivery(), then ends the stream on the worker.
+    void stopStreaming();
+    /// Whether a stream was asked for.
+    [[nodiscard]] bool streaming() const;
+
+    /// What a control would fail with at once: UVC_ERROR_NO_DEVICE for a camera that has gone or
+    /// was never opened, UVC_ERROR_NOT_FOUND without an extension unit; 0 otherwise.
+    [[nodiscard]] int controlError() const;
+    /// Sends controls of the extension unit one after the other, but for those that were answered
+    /// before, up to the first that the camera does not answer: the result of the last one sent.
+    /// What is read is in the control then.
+    BoundedWorker::Ticket send(std::vector<std::shared_ptr<ControlRequest>> controls);
+
+    /// Waits as long as the budget allows; not at all while an earlier answer is late.
+    std::optional<int> wait(const BoundedWorker::Ticket &ticket);
+    /// Whether an answer that was waited for in vain has not come yet.
+    [[nodiscard]] bool late() const;
+
+private:
+    void request(std::shared_ptr<UvcStream> stream, int framesPerSecond);
+
+    std::shared_ptr<UvcConnection> m_connection;
+    BoundedWorker m_worker;
+    WaitBudget m_budget;
+    BoundedWorker::Ticket m_search;
+    BoundedWorker::Ticket m_opening;
+    BoundedWorker::Ticket m_late;
+    bool m_opened = false;
+    std::uint8_t m_extensionUnit = 0;
+    std::shared_ptr<UvcStream> m_stream;
+};

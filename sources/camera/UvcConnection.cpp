@@ -1,0 +1,155 @@
+#include "sources/camera/UvcConnection.h"
+
+#include <libuvc/libuvc.h>
+
+#include <QtGlobal>
+
+#include <utility>
+
+namespace
+{
+
+// The library divides by the payload size that the camera answered, and allocates a hundred buffers
+// of it; its own frame buffer bounds what can make sense.
+constexpr std::uint32_t MAXIMUM_PAYLOAD = 16u << 20;
+
+} // namespace
+
+void UvcConnection::Unreference::operator()(uvc_device *device) const
+{
+    uvc_unref_device(device);
+}
+
+UvcConnection::~UvcConnection() = default;
+
+int UvcConnection::initialise()
+{
+    return uvc_init(&m_context, nullptr);
+}
+
+int UvcConnection::find(int vendorId, int productId)
+{
+    m_device.reset();
+    if (!m_context)
+        return UVC_ERROR_NO_DEVICE;
+    uvc_device_t *device = nullptr;
+    const uvc_error_t error = uvc_find_device(m_context, &device, vendorId, productId, nullptr);
+    m_device.reset(error < 0 ? nullptr : device);
+    return error;
+}
+
+int UvcConnection::open()
+{
+    if (!m_device)
+        return UVC_ERROR_NO_DEVICE;
+    m_busNumber = uvc_get_bus_number(m_device.get());
+    m_deviceAddress = uvc_get_device_address(m_device.get());
+    uvc_device_handle_t *handle = nullptr;
+    const uvc_error_t error = uvc_open(m_device.get(), &handle);
+    m_handle = error < 0 ? nullptr : handle;
+    return error;
+}
+
+int UvcConnection::stream()
+{
+    const Request request = takeRequest();
+    if (m_running) {
+        // Asked first, as the end of a stream whose camera has gone may never come.
+        (void)listed();
+        stop();
+    }
+    if (!m_handle || m_gone)
+        return UVC_ERROR_NO_DEVICE;
+    return request.stream ? start(request) : UVC_SUCCESS;
+}
+
+int UvcConnection::control(std::uint8_t unit, ControlRequest &request)
+{
+    if (!m_handle || m_gone)
+        return UVC_ERROR_NO_DEVICE;
+    return noteResult(m_transfer.run(uvc_get_libusb_handle(m_handle), unit, request));
+}
+
+bool UvcConnection::listed()
+{
+    if (m_gone || !m_handle)
+        return !m_gone;
+    uvc_device_t **list = nullptr;
+    if (uvc_get_device_list(m_context, &list) < 0)
+        return true;
+    bool found = false;
+    for (uvc_device_t **device = list; *device; ++device)
+        found = found || (uvc_get_bus_number(*device) == m_busNumber &&
+                          uvc_get_device_address(*device) == m_deviceAddress);
+    uvc_free_device_list(list, 1);
+    m_gone = !found;
+    return found;
+}
+
+int UvcConnection::stop()
+{
+    if (!m_running)
+        return UVC_SUCCESS;
+    uvc_stop_streaming(m_handle);
+    m_running->self.reset();
+    m_running.reset();
+    return UVC_SUCCESS;
+}
+
+int UvcConnection::close()
+{
+    if (!m_context || m_gone)
+        return UVC_ERROR_NO_DEVICE;
+    m_device.reset();
+    // uvc_exit() would close the handle too, but reads it after freeing it.
+    if (m_handle)
+        uvc_close(std::exchange(m_handle, nullptr));
+    uvc_exit(std::exchange(m_context, nullptr));
+    return UVC_SUCCESS;
+}
+
+bool UvcConnection::request(Request request)
+{
+    const std::lock_guard<std::mutex> lock(m_requestMutex);
+    return !std::exchange(m_request, std::move(request));
+}
+
+UvcConnection::Request UvcConnection::takeRequest()
+{
+    const std::lock_guard<std::mutex> lock(m_requestMutex);
+    return std::exchange(m_request, std::nullopt).value_or(Request());
+}
+
+int UvcConnection::start(const Request &request)
+{
+    const std::shared_ptr<UvcStream> &stream = request.stream;
+    if (stream->closed()) // another one is wanted by now
+        return UVC_SUCCESS;
+    uvc_stream_ctrl_t block{};
+    const int agreed = noteResult(uvc_get_stream_ctrl_format_size(
+        m_handle, &block, UVC_FRAME_FORMAT_MJPEG, stream->size().width(), stream->size().height(),
+        request.framesPerSecond));
+    if (agreed < 0)
+        qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
+    const std::uint32_t payload = block.dwMaxPayloadTransferSize;
+    if (payload == 0 || payload > MAXIMUM_PAYLOAD)
+        return UVC_ERROR_INVALID_MODE;
+    if (stream->closed())
+        return UVC_SUCCESS;
+    stream->allocate();
+    stream->self = stream;
+    const int started = noteResult(
+        uvc_start_streaming(m_handle, &block, &UvcStream::frameArrived, stream.get(), 0));
+    if (started < 0)
+        stream->self.reset();
+    else
+        m_running = stream;
+    return started;
+}
+
+int UvcConnection::noteResult(int result)
+{
+    if (result == UVC_ERROR_NO_DEVICE)
+        m_gone = true;
+    return result;
+}

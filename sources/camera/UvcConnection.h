@@ -1,0 +1,84 @@
+#pragma once
+
+#include "sources/camera/ControlTransfer.h"
+#include "sources/camera/UvcStream.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+struct uvc_context;
+struct uvc_device;
+struct uvc_device_handle;
+
+/// libuvc's side of the camera: context, device, handle and running stream. Every function may wait
+/// for the bus without end, so all of them belong to a worker's thread, but for those that say
+/// otherwise. It outlives the camera object while one of them is on its way.
+///
+/// A camera that has gone is latched: it is left alone from then on, handle and context included,
+/// as closing them can abort the process. A camera that does not answer has not gone.
+///
+/// Results are libuvc's codes, negative on failure.
+class UvcConnection
+{
+public:
+    /// What is to be streamed; without a stream, nothing.
+    struct Request {
+        std::shared_ptr<UvcStream> stream;
+        int framesPerSecond = 0;
+    };
+
+    UvcConnection() = default;
+    ~UvcConnection();
+    UvcConnection(const UvcConnection &) = delete;
+    UvcConnection &operator=(const UvcConnection &) = delete;
+
+    int initialise();
+    /// Keeps the camera if the bus lists it now.
+    int find(int vendorId, int productId);
+    /// Opens the camera found last; the library takes the interface over from a kernel driver.
+    int open();
+    /// Brings the camera from the running stream to the one wanted last.
+    int stream();
+    /// One control of that unit.
+    int control(std::uint8_t unit, ControlRequest &request);
+    /// Whether the bus still lists the open camera; one that is missing has gone.
+    bool listed();
+    /// Ends the stream that runs.
+    int stop();
+    /// Gives the camera and the library back, unless the camera has gone.
+    int close();
+
+    // Any thread --------------------------------------------------------------------------------
+    [[nodiscard]] bool gone() const { return m_gone; }
+    /// Sets what stream() is to bring about; whether a call of stream() is needed for it.
+    bool request(Request request);
+    /// Others wait for the worker: a control that does not answer is given up soon.
+    void hurry() { m_transfer.hurry(); }
+
+    /// Once open() has succeeded, on any thread for as long as close() has not been called.
+    [[nodiscard]] uvc_device_handle *handle() const { return m_handle; }
+
+private:
+    struct Unreference {
+        void operator()(uvc_device *device) const;
+    };
+
+    [[nodiscard]] Request takeRequest();
+    int start(const Request &request);
+    int noteResult(int result);
+
+    uvc_context *m_context = nullptr;
+    std::unique_ptr<uvc_device, Unreference> m_device;
+    uvc_device_handle *m_handle = nullptr;
+    std::uint8_t m_busNumber = 0;
+    std::uint8_t m_deviceAddress = 0;
+    std::shared_ptr<UvcStream> m_running;
+    ControlTransfer m_transfer;
+    std::atomic<bool> m_gone{false};
+
+    std::mutex m_requestMutex; ///< guards the request
+    std::optional<Request> m_request;
+};

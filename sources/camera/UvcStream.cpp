@@ -1,0 +1,81 @@
+#include "sources/camera/UvcStream.h"
+
+#include "sources/jpeg/JpegHeader.h"
+#include "sources/recording/CaptureClock.h"
+
+#include <libuvc/libuvc.h>
+
+#include <pthread.h>
+
+#include <utility>
+
+namespace
+{
+
+constexpr std::size_t BYTES_PER_PIXEL = 3;
+
+void nameFrameThread()
+{
+    thread_local bool named = false;
+    if (!named)
+        pthread_setname_np(pthread_self(), "LiveFrames");
+    named = true;
+}
+
+} // namespace
+
+UvcStream::UvcStream(QSize size, FrameHandler handler)
+    : m_size(size)
+    , m_handler(std::move(handler))
+{
+}
+
+UvcStream::~UvcStream()
+{
+    if (m_rgb)
+        uvc_free_frame(m_rgb);
+}
+
+void UvcStream::allocate()
+{
+    if (m_rgb || m_size.isEmpty())
+        return;
+    m_rgb = uvc_allocate_frame(static_cast<std::size_t>(m_size.width()) *
+                               static_cast<std::size_t>(m_size.height()) * BYTES_PER_PIXEL);
+}
+
+void UvcStream::close()
+{
+    m_closing = true;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_handler = nullptr;
+}
+
+void UvcStream::frameArrived(uvc_frame *frame, void *stream)
+{
+    const qint64 microseconds = captureMicroseconds();
+    nameFrameThread();
+    static_cast<UvcStream *>(stream)->deliver(frame, microseconds);
+}
+
+void UvcStream::deliver(uvc_frame *frame, qint64 microseconds)
+{
+    // Seen before the lock, so that frames which follow each other without a pause cannot keep
+    // close() from getting it.
+    if (m_closing)
+        return;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_handler || !m_rgb)
+        return;
+    // The conversion writes rows by the JPEG's own size into a frame made for the stream's.
+    const QSize size(static_cast<int>(frame->width), static_cast<int>(frame->height));
+    const QSize own = jpegFrameSize(frame->data, frame->data_bytes);
+    if (!own.isEmpty() && own != size)
+        return;
+    const uvc_error_t result = own.isEmpty() ? UVC_ERROR_OTHER : uvc_mjpeg2rgb(frame, m_rgb);
+    if (result < 0) {
+        uvc_perror(result, "ERROR");
+        return;
+    }
+    m_handler(m_rgb->data, size.width(), size.height(), microseconds);
+}

@@ -1,0 +1,24 @@
+#include "sources/camera/WaitBudget.h"
+
+#include <algorithm>
+
+using std::chrono::duration_cast;
+
+WaitBudget::Duration WaitBudget::left(TimePoint now) const
+{
+    return FREE + store(now);
+}
+
+void WaitBudget::spend(TimePoint from, TimePoint until)
+{
+    const Duration charged = std::max(duration_cast<Duration>(until - from) - FREE, Duration(0));
+    m_store = std::max(store(from) - charged, Duration(0));
+    m_since = until;
+}
+
+WaitBudget::Duration WaitBudget::store(TimePoint now) const
+{
+    const Duration idle = std::max(duration_cast<Duration>(now - m_since), Duration(0));
+    // Compared before it is added: the time since the epoch does not fit beside another.
+    return idle / REFILL >= CAPACITY ? CAPACITY : std::min(CAPACITY, m_store + idle / REFILL);
+}

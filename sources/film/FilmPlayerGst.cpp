@@ -1,0 +1,175 @@
+#include "sources/film/FilmPlayer.h"
+
+#include "sources/film/FilmPictureGst.h"
+#include "sources/film/PlaybackThreadGst.h"
+
+#include <QImage>
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <pthread.h>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+/// A call that lasts longer does not return: a healthy one takes a few milliseconds, loading code
+/// from a slow disk some hundred. The user is told within five seconds.
+constexpr std::chrono::seconds hangBound(3);
+/// For the end of the program; a healthy film is closed in a tenth of that.
+constexpr std::chrono::seconds endBound(1);
+
+/// The callers leave their wishes, and an engine meets them. Another thread, "FilmWatch", sees when
+/// it hangs, and puts another engine in its place.
+class FilmPlayerGst : public FilmPlayer
+{
+public:
+    ~FilmPlayerGst() override
+    {
+        m_state->wishes.finish();
+        {
+            const std::lock_guard lock(m_mutex);
+            m_finished = true;
+        }
+        // From here on nobody replaces the engine.
+        if (m_engine)
+            m_engine->finish(endBound);
+        if (m_watch.joinable())
+            m_watch.join();
+        m_state->gate.close();
+    }
+
+    void prepare() override
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_engine)
+            return;
+        m_engine = PlaybackThreadGst::start(m_state, nullptr);
+        m_watch = std::thread([this] { watch(); });
+    }
+
+    void open(const QString &path, Events events) override
+    {
+        prepare();
+        setFilm(path, std::move(events));
+    }
+
+    void close() override { setFilm(std::nullopt, {}); }
+
+    void play() override
+    {
+        m_state->wishes.play();
+        wake();
+    }
+
+    void pause() override
+    {
+        m_state->wishes.pause();
+        wake();
+    }
+
+    void seek(double seconds, Completion completion) override
+    {
+        prepare();
+        m_state->wishes.seek(seconds, std::move(completion));
+        wake();
+    }
+
+    double currentTime() const override
+    {
+        const std::shared_ptr<PlaybackThreadGst> engine = this->engine();
+        return engine ? engine->currentTime() : 0;
+    }
+
+    void setVolume(float volume) override
+    {
+        m_state->wishes.setVolume(volume);
+        wake();
+    }
+
+    bool showNewPicture(const std::function<void(const QImage &)> &show) override
+    {
+        const GstPtr<GstSample> sample = m_state->pictures.take();
+        const std::lock_guard lock(m_showing);
+        return sample && showSample(sample.get(), m_converted, show);
+    }
+
+private:
+    std::shared_ptr<PlaybackThreadGst> engine() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_engine;
+    }
+
+    void setFilm(const std::optional<QString> &path, Events events)
+    {
+        m_state->pictures.expect(m_state->wishes.setFilm(path, std::move(events)));
+        wake();
+    }
+
+    void wake()
+    {
+        if (const std::shared_ptr<PlaybackThreadGst> current = engine())
+            current->wake();
+    }
+
+    void watch()
+    {
+        pthread_setname_np(pthread_self(), "FilmWatch");
+        while (const std::shared_ptr<PlaybackThreadGst> current = engine()) {
+            if (!current->waitForHang(hangBound) || !replace(current))
+                return;
+        }
+    }
+
+    /// False when the player goes.
+    bool replace(const std::shared_ptr<PlaybackThreadGst> &hanging)
+    {
+        const bool sound = !hanging->silent();
+        PlaybackRequests::Film film;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_finished)
+                return false;
+            // Without its sound, a film gets a second chance.
+            film = m_state->wishes.renew(sound);
+            m_state->pictures.expect(film.number);
+            hanging->leave();
+            m_engine =
+                PlaybackThreadGst::start(m_state, sound ? hanging : hanging->hangingOnSound());
+        }
+        if (!sound)
+            m_state->gate.pass([&film] { giveUp(film.events); });
+        return true;
+    }
+
+    static void giveUp(const Events &events)
+    {
+        if (events.faulty)
+            events.faulty(FilmFault::NotAnswering);
+        if (events.ended)
+            events.ended();
+    }
+
+    const std::shared_ptr<FilmPlayerState> m_state = std::make_shared<FilmPlayerState>();
+
+    /// Guards m_converted.
+    std::mutex m_showing;
+    std::vector<uchar> m_converted;
+
+    /// Guards m_engine and m_finished, and the start of m_watch.
+    mutable std::mutex m_mutex;
+    std::shared_ptr<PlaybackThreadGst> m_engine;
+    bool m_finished = false;
+    std::thread m_watch;
+};
+
+} // namespace
+
+std::unique_ptr<FilmPlayer> FilmPlayer::create()
+{
+    return std::make_unique<FilmPlayerGst>();
+}

@@ -1,0 +1,64 @@
+#include "sources/film/FrameQueueGst.h"
+
+#include <utility>
+
+namespace
+{
+
+constexpr std::size_t mostPicturesDue = 2;
+
+} // namespace
+
+void FrameQueueGst::expect(quint64 film)
+{
+    const std::lock_guard lock(m_mutex);
+    begin(film);
+}
+
+void FrameQueueGst::begin(quint64 film)
+{
+    if (film <= m_film)
+        return;
+    m_film = film;
+    m_samples.clear();
+    m_newest.reset();
+}
+
+void FrameQueueGst::put(quint64 film, GstPtr<GstSample> sample)
+{
+    const std::lock_guard lock(m_mutex);
+    begin(film);
+    if (film != m_film)
+        return;
+    if (m_newest && gst_sample_get_buffer(m_newest.get()) == gst_sample_get_buffer(sample.get()))
+        return;
+    m_newest.reset(gst_sample_ref(sample.get()));
+    m_samples.push_back(std::move(sample));
+    if (m_samples.size() > mostPicturesDue)
+        m_samples.pop_front();
+}
+
+GstPtr<GstSample> FrameQueueGst::take()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_samples.empty())
+        return nullptr;
+    GstPtr<GstSample> sample = std::move(m_samples.front());
+    m_samples.pop_front();
+    return sample;
+}
+
+bool FrameQueueGst::anySinceClear() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_newest != nullptr;
+}
+
+void FrameQueueGst::clear(quint64 film)
+{
+    const std::lock_guard lock(m_mutex);
+    if (film != m_film)
+        return;
+    m_samples.clear();
+    m_newest.reset();
+}

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "sources/film/FilmPipelineGst.h"
+#include "sources/film/FrameQueueGst.h"
+#include "sources/film/PlaybackRequests.h"
+#include "sources/threads/CallWatch.h"
+#include "sources/threads/CallbackGate.h"
+
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+/// Brings one pipeline after another in line with the newest wishes, and tells of it. Belongs to
+/// the thread that runs `context`, except for currentTime().
+class PlaybackEngineGst
+{
+public:
+    /// What it works for and with. All outlive it.
+    struct Surroundings {
+        PlaybackRequests &wishes;
+        FrameQueueGst &pictures;
+        CallbackGate &gate;
+        /// Covers every call into the media library.
+        CallWatch &watch;
+        /// Whether sound may be asked for; asked for each film.
+        std::function<bool()> soundAnswers;
+    };
+
+    PlaybackEngineGst(Surroundings around, GMainContext *context);
+    ~PlaybackEngineGst();
+    PlaybackEngineGst(const PlaybackEngineGst &) = delete;
+    PlaybackEngineGst &operator=(const PlaybackEngineGst &) = delete;
+
+    /// To be called after each wish and each message.
+    void meetWishes();
+    /// Closes the film; every seek completes.
+    void finish();
+
+    /// As FilmPlayer tells it. Any thread.
+    [[nodiscard]] double currentTime() const;
+    /// Whether the present film plays without sound. Any thread.
+    [[nodiscard]] bool silent() const { return m_silent; }
+
+private:
+    /// What the pipeline is busy with; nothing else is asked of it until it has answered.
+    enum class Work { None, Opening, Seeking, ChangingState };
+
+    void takeFilm(PlaybackRequests::Film film);
+    void openPipeline(double at);
+    void closePipeline();
+    void show(GstElement *pipeline);
+    void startSeek(PlaybackRequests::Seek seek);
+    void sendSeek(double seconds, bool exact);
+    void finishSeek(bool reached);
+    void setPlaying(bool playing);
+    void begin(Work work, guint withinMs);
+    void endWork();
+    void workDone();
+    void opened();
+    /// No more pictures.
+    void end();
+    /// The pipeline cannot go on; the fault is told of a film that has not been shown at all.
+    void breakOff(FilmFault fault);
+    void tellEnd();
+    void tell(FilmFault fault);
+    void complete(const std::deque<PlaybackRequests::Seek> &seeks, bool reached);
+    void handle(GstMessage *message);
+    void handleError(GstMessage *message);
+    void reportDuration();
+    void wake();
+    static gboolean onTimeout(gpointer projector);
+
+    const Surroundings m_around;
+    PlaybackRequests &m_wishes;
+    FrameQueueGst &m_pictures;
+    GMainContext *const m_context;
+    const std::function<void(GstMessage *)> m_onMessage;
+
+    /// Guards m_shown.
+    mutable std::mutex m_mutex;
+    /// The pipeline, for queries of its position.
+    GstPtr<GstElement> m_shown;
+
+    std::unique_ptr<FilmPipelineGst> m_pipeline;
+    PlaybackRequests::Film m_film;
+    Work m_work = Work::None;
+    GstPtr<GSource> m_impatience;
+    std::optional<PlaybackRequests::Seek> m_seek;
+    bool m_seekExact = true;
+    /// Where a pipeline that replaces another goes on.
+    double m_resumeAt = 0;
+    double m_duration = 0;
+    std::atomic<bool> m_silent{false};
+    bool m_decoderMissing = false;
+    bool m_wasOpen = false;
+    bool m_playing = false;
+    bool m_atEnd = false;
+    float m_volume = 1;
+};

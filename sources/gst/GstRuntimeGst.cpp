@@ -1,0 +1,64 @@
+#include "sources/gst/GstRuntime.h"
+
+#include "sources/gst/PipelineRun.h"
+
+#include <gst/gst.h>
+
+#include <array>
+#include <initializer_list>
+
+namespace
+{
+
+// Each in another plugin, whose libraries are read from the disk when it is first used.
+constexpr std::array filmElements{
+    "playbin",      "typefind",       "qtdemux",      "h264parse",     "avdec_h264", "avidemux",
+    "jpegdec",      "mpegaudioparse", "videoconvert", "videoflip",     "appsink",    "deinterlace",
+    "audioconvert", "audioresample",  "volume",       "autoaudiosink", "pulsesink"};
+constexpr std::array movieElements{"appsrc", "x264enc",   "h264parse", "queue",
+                                   "qtmux",  "avenc_aac", "aacparse",  "filesink"};
+
+constexpr std::array rehearsals{
+    "videotestsrc num-buffers=3 pattern=black ! video/x-raw,format=I420,width=64,height=64"
+    " ! x264enc speed-preset=superfast tune=zerolatency ! h264parse ! avdec_h264"
+    " ! videoconvert ! videoflip video-direction=auto ! video/x-raw,format={I420,RGB}"
+    " ! fakesink sync=false",
+    "audiotestsrc num-buffers=3 wave=silence ! avenc_aac ! aacparse ! avdec_aac ! audioconvert"
+    " ! audioresample ! volume ! fakesink sync=false"};
+
+template <class Names>
+void load(const Names &names)
+{
+    GstRuntime::initialise();
+    for (const char *name : names) {
+        if (GstElementFactory *factory = gst_element_factory_find(name)) {
+            if (GstPluginFeature *loaded = gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory)))
+                gst_object_unref(loaded);
+            gst_object_unref(factory);
+        }
+    }
+}
+
+} // namespace
+
+void GstRuntime::initialise()
+{
+    gst_init_check(nullptr, nullptr, nullptr);
+}
+
+void GstRuntime::loadFilmElements()
+{
+    load(filmElements);
+}
+
+void GstRuntime::loadMovieElements()
+{
+    load(movieElements);
+}
+
+void GstRuntime::runWarmUpPipelines()
+{
+    initialise();
+    for (const char *description : rehearsals)
+        runPipelineToItsEnd(description);
+}

@@ -1,0 +1,165 @@
+#include "sources/recording/MovieJobGst.h"
+
+#include "sources/gst/GstRuntime.h"
+#include "sources/recording/MovieEncoders.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cerrno>
+#include <pthread.h>
+
+namespace
+{
+
+/// What is not in the file yet is lost in a power cut: so much, and what the encoder and the disk
+/// need on top, is a second at most.
+constexpr std::chrono::milliseconds SAVE_INTERVAL(500);
+
+QString text(const char *sentence)
+{
+    return QCoreApplication::translate("MovieWriter", sentence);
+}
+
+} // namespace
+
+MovieJobGst::MovieJobGst(MovieWriter::Settings settings, MovieWriter::FailureHandler failed)
+    : feed(settings.pictureSize)
+    , m_settings(std::move(settings))
+    , m_disk(QFile::encodeName(m_settings.fileName))
+    , m_failed(std::move(failed))
+{
+}
+
+void MovieJobGst::run()
+{
+    pthread_setname_np(pthread_self(), "MovieFile");
+    if (open())
+        record();
+    close();
+    const std::lock_guard lock(m_mutex);
+    m_closed = true;
+    m_changed.notify_all();
+}
+
+void MovieJobGst::end()
+{
+    if (!feed.hasPictures())
+        m_abandoned = true;
+    feed.end();
+    wake();
+}
+
+bool MovieJobGst::waitUntilClosed(std::chrono::seconds timeout)
+{
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [this] { return m_closed; });
+}
+
+void MovieJobGst::fail(const QString &sentence)
+{
+    const std::lock_guard lock(m_handlerMutex);
+    if (status.exchange(MovieWriter::Status::Failed) != MovieWriter::Status::Failed && m_failed)
+        m_failed(sentence);
+}
+
+void MovieJobGst::failToWrite()
+{
+    const int error = m_disk.error();
+    fail(error == ENOSPC || error == EDQUOT
+             ? text(QT_TRANSLATE_NOOP("MovieWriter",
+                                      "The recording was stopped because the disk is full."))
+             : text(QT_TRANSLATE_NOOP(
+                   "MovieWriter",
+                   "The recording was stopped because the movie file cannot be written.")));
+}
+
+void MovieJobGst::forgetHandler()
+{
+    const std::lock_guard lock(m_handlerMutex);
+    m_failed = nullptr;
+}
+
+bool MovieJobGst::open()
+{
+    if (!m_disk.open()) {
+        fail(text(QT_TRANSLATE_NOOP("MovieWriter", "The movie file cannot be created.")));
+        return false;
+    }
+    GstRuntime::initialise();
+    const QString encoder = MovieEncoders::firstWorking(
+        m_settings.encoders.isEmpty() ? MovieEncoders::names() : m_settings.encoders,
+        m_settings.pictureSize);
+    if (encoder.isEmpty()) {
+        fail(text(QT_TRANSLATE_NOOP("MovieWriter", "This computer has no encoder for movies.")));
+        return false;
+    }
+    if (m_abandoned)
+        return false;
+    if (!m_encoding.start(encoder, [this] { wake(); })) {
+        fail(text(QT_TRANSLATE_NOOP("MovieWriter", "A component for writing movies is missing.")));
+        return false;
+    }
+    feed.connect(m_encoding.pictures(), m_encoding.sound());
+    return true;
+}
+
+void MovieJobGst::record()
+{
+    auto due = std::chrono::steady_clock::now() + SAVE_INTERVAL;
+    MovieEncoding::State state = MovieEncoding::State::Running;
+    while (state == MovieEncoding::State::Running && !m_abandoned) {
+        {
+            std::unique_lock lock(m_mutex);
+            m_changed.wait_until(lock, due, [this] { return m_woken; });
+            m_woken = false;
+        }
+        // The state before what came out, so that at the end nothing stays behind.
+        state = m_encoding.state();
+        if (state == MovieEncoding::State::Running && std::chrono::steady_clock::now() < due)
+            continue;
+        due = std::chrono::steady_clock::now() + SAVE_INTERVAL;
+        if (!save())
+            return;
+        checkFolder();
+    }
+    if (state == MovieEncoding::State::Failed)
+        failToWrite();
+}
+
+/// Makes what the encoders have delivered part of the movie.
+bool MovieJobGst::save()
+{
+    const QVector<QuickTimeFile::Chunk> chunks = m_encoding.take(m_file);
+    if (chunks.isEmpty() || m_file.append(chunks))
+        return true;
+    failToWrite();
+    return false;
+}
+
+void MovieJobGst::close()
+{
+    feed.end();
+    m_encoding.stop();
+    if (m_file.isMovie())
+        m_file.finish();
+    else
+        m_disk.remove();
+    m_disk.close();
+}
+
+void MovieJobGst::checkFolder()
+{
+    if (m_disk.inPlace())
+        return;
+    fail(text(QT_TRANSLATE_NOOP("MovieWriter",
+                                "The recording was stopped because its folder no longer exists.")));
+    feed.end();
+}
+
+void MovieJobGst::wake()
+{
+    const std::lock_guard lock(m_mutex);
+    m_woken = true;
+    m_changed.notify_all();
+}

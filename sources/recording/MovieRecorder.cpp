@@ -1,0 +1,67 @@
+#include "sources/recording/MovieRecorder.h"
+
+#include "sources/recording/CaptureClock.h"
+
+#include <algorithm>
+
+namespace
+{
+
+/// Pictures and sound are stamped by one clock, so what lies between their stamps is the time in
+/// which the first sound was handed over. A microphone that begins with a burst of old sound takes
+/// long for that, and its delay says nothing of the pictures.
+constexpr qint64 LARGEST_OFFSET_US = 20000;
+
+} // namespace
+
+MovieRecorder::MovieRecorder(std::unique_ptr<MovieWriter> writer,
+                             std::unique_ptr<SoundCapture> capture, QSize pictureSize)
+    : m_pictureSize(pictureSize)
+    , m_capture(std::move(capture))
+    , m_writer(std::move(writer))
+{
+    m_capture->start([this](const SoundBuffer &buffer) { soundCaptured(buffer); });
+}
+
+MovieRecorder::~MovieRecorder()
+{
+    finish();
+}
+
+void MovieRecorder::pictureCaptured(const void *rgb, int width, int height, qint64 microseconds)
+{
+    if (QSize(width, height) != m_pictureSize)
+        return;
+    m_pictureCame = true;
+    const std::lock_guard lock(m_mutex);
+    if (!m_offsetUs)
+        return;
+    const qint64 presentationUs = microseconds + *m_offsetUs;
+    startSession(presentationUs);
+    m_writer->appendPicture(static_cast<const std::uint8_t *>(rgb), presentationUs);
+}
+
+void MovieRecorder::finish()
+{
+    // The sound first and without the lock: its last call may be waiting for that.
+    m_capture->stop();
+    const std::lock_guard lock(m_mutex);
+    m_writer->finish();
+}
+
+void MovieRecorder::soundCaptured(const SoundBuffer &buffer)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_offsetUs) {
+        m_offsetUs = std::clamp(buffer.presentationUs - captureMicroseconds(), -LARGEST_OFFSET_US,
+                                LARGEST_OFFSET_US);
+    }
+    startSession(buffer.presentationUs);
+    m_writer->appendSound(buffer.samples, buffer.count, buffer.presentationUs);
+}
+
+void MovieRecorder::startSession(qint64 timeUs)
+{
+    if (m_writer->status() == MovieWriter::Status::Waiting)
+        m_writer->startSession(timeUs);
+}

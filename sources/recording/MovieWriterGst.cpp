@@ -1,0 +1,122 @@
+#include "sources/recording/MovieWriter.h"
+
+#include "sources/recording/MovieJobGst.h"
+#include "sources/recording/SoundCapture.h"
+#include "sources/recording/SoundTimeline.h"
+
+#include <QDebug>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace
+{
+
+/// Samples that the sound encoder puts before the sound, and that the file does not tell of.
+constexpr size_t SOUND_PRIMING = 1024;
+/// A camera that falls silent leaves its last picture standing; it is repeated this often.
+constexpr qint64 STANDSTILL_US = 1000000;
+constexpr qint64 REPEAT_BEHIND_US = 300000;
+constexpr std::chrono::seconds FINISH_PATIENCE(10);
+/// There is nothing to lose: only the file is to be taken away.
+constexpr std::chrono::seconds FINISH_PATIENCE_WITHOUT_PICTURES(1);
+
+class MovieWriterGst : public MovieWriter
+{
+public:
+    MovieWriterGst(const Settings &settings, FailureHandler failed)
+        : m_job(std::make_shared<MovieJobGst>(settings, std::move(failed)))
+        , m_thread([job = m_job] { job->run(); })
+    {
+    }
+    ~MovieWriterGst() override { finish(); }
+
+    Status status() const override { return m_job->status; }
+    bool hasPictures() const override { return m_job->feed.hasPictures(); }
+    qint64 droppedPictures() const override { return m_dropped; }
+
+    void startSession(qint64 timeUs) override
+    {
+        Status expected = Status::Waiting;
+        if (m_job->status.compare_exchange_strong(expected, Status::Writing))
+            m_startUs = timeUs;
+    }
+
+    void appendPicture(const std::uint8_t *rgb, qint64 presentationUs) override;
+    void appendSound(const std::int16_t *samples, int count, qint64 presentationUs) override;
+    void finish() override;
+
+private:
+    void repeatPicture(qint64 positionUs);
+
+    const std::shared_ptr<MovieJobGst> m_job;
+    std::thread m_thread;
+    std::atomic<qint64> m_dropped{0};
+
+    qint64 m_startUs = 0;
+    qint64 m_lastPictureUs = -1;
+    SoundTimeline m_timeline{SoundCapture::SAMPLE_RATE};
+    size_t m_priming = SOUND_PRIMING;
+};
+
+void MovieWriterGst::appendPicture(const std::uint8_t *rgb, qint64 presentationUs)
+{
+    const qint64 positionUs = presentationUs - m_startUs;
+    if (status() != Status::Writing || positionUs < 0 || positionUs <= m_lastPictureUs)
+        return;
+    if (m_job->feed.takePicture(rgb, positionUs))
+        m_lastPictureUs = positionUs;
+    else
+        ++m_dropped;
+}
+
+/// Keeps the movie growing on disk while the camera delivers nothing.
+void MovieWriterGst::repeatPicture(qint64 positionUs)
+{
+    if (m_lastPictureUs < 0 || positionUs - m_lastPictureUs <= STANDSTILL_US)
+        return;
+    m_lastPictureUs = positionUs - REPEAT_BEHIND_US;
+    m_job->feed.repeatPicture(m_lastPictureUs);
+}
+
+void MovieWriterGst::appendSound(const std::int16_t *samples, int count, qint64 presentationUs)
+{
+    if (status() != Status::Writing)
+        return;
+    const qint64 positionUs = presentationUs - m_startUs;
+    const std::vector<std::int16_t> placed = m_timeline.place(samples, count, positionUs);
+    const size_t skipped = std::min(m_priming, placed.size());
+    m_priming -= skipped;
+    repeatPicture(positionUs);
+    if (!m_job->feed.takeSound(placed.data() + skipped, placed.size() - skipped))
+        m_job->failToWrite();
+}
+
+void MovieWriterGst::finish()
+{
+    if (!m_thread.joinable())
+        return;
+    Status writing = status();
+    while (writing != Status::Failed &&
+           !m_job->status.compare_exchange_weak(writing, Status::Finished)) {
+    }
+    m_job->end();
+    const bool pictures = m_job->feed.hasPictures();
+    if (m_job->waitUntilClosed(pictures ? FINISH_PATIENCE : FINISH_PATIENCE_WITHOUT_PICTURES)) {
+        m_thread.join();
+    } else {
+        qDebug("The disk does not answer, the movie is completed in the background.");
+        m_thread.detach();
+    }
+    m_job->forgetHandler();
+    if (m_dropped > 0)
+        qDebug("%lld pictures of the movie were dropped.", static_cast<long long>(m_dropped));
+}
+
+} // namespace
+
+std::unique_ptr<MovieWriter> MovieWriter::create(const Settings &settings, FailureHandler failed)
+{
+    return std::make_unique<MovieWriterGst>(settings, std::move(failed));
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "sources/gst/GstPointers.h"
+
+#include <mutex>
+#include <vector>
+
+/// The sound sources of the sound server. One list for the process.
+///
+/// The library's own GstDeviceMonitor asks a sound server that it cannot watch by a second way,
+/// which keeps three descriptors for good each time the server is not there. Here the servers are
+/// watched or left alone, by the same objects every time, so that one may look as often as one
+/// likes.
+class SoundDevices
+{
+public:
+    /// Calls GstRuntime::initialise(). Any thread; never destroyed, as a thread that waits for a
+    /// sound server may still use it at the end of the program.
+    static SoundDevices &instance();
+
+    /// To be held by the thread that calls the functions below. That thread may wait for a sound
+    /// server without end, so take it with try_lock().
+    std::mutex &mutex() { return m_mutex; }
+
+    /// Asks the sound servers anew and watches them from then on; null when there is no camera
+    /// microphone, and then nothing is watched.
+    [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone();
+    /// Whether the camera's microphone has been taken away since the last call.
+    [[nodiscard]] bool cameraMicrophoneRemoved();
+    /// Watches no more.
+    void rest();
+
+private:
+    struct Provider {
+        GstPtr<GstDeviceProvider> object;
+        bool started = false;
+    };
+
+    SoundDevices();
+
+    /// Guards the providers.
+    std::mutex m_mutex;
+    std::vector<Provider> m_providers;
+};

@@ -1,0 +1,120 @@
+#include "sources/recording/SoundPump.h"
+
+#include "sources/recording/CaptureClock.h"
+
+#include <pthread.h>
+
+#include <chrono>
+
+namespace
+{
+
+constexpr qint64 SILENCE_US = 20000;
+constexpr int SILENCE_SAMPLES = static_cast<int>(SILENCE_US * SoundCapture::SAMPLE_RATE / 1000000);
+/// How long a source may take to its first sound before silence begins.
+constexpr qint64 FIRST_SOUND_US = 500000;
+/// How late the sound of a source may come before silence takes its place.
+constexpr qint64 STALL_US = 700000;
+/// How far a piece may reach into the one before it by the scatter of its time alone.
+constexpr qint64 JITTER_US = 20000;
+
+qint64 durationUs(size_t samples)
+{
+    return static_cast<qint64>(samples) * 1000000 / SoundCapture::SAMPLE_RATE;
+}
+
+} // namespace
+
+SoundPump::~SoundPump()
+{
+    stop();
+}
+
+void SoundPump::start(SoundCapture::Handler handler)
+{
+    stop();
+    m_handler = std::move(handler);
+    m_stopping = false;
+    m_sourceAbsent = false;
+    m_pieces.clear();
+    m_startUs = captureMicroseconds();
+    m_endUs = -1;
+    m_thread = std::thread(&SoundPump::run, this);
+}
+
+void SoundPump::stop()
+{
+    if (!m_thread.joinable())
+        return;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopping = true;
+    }
+    m_changed.notify_all();
+    m_thread.join();
+}
+
+void SoundPump::setSource(bool present)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_sourceAbsent = !present;
+    }
+    m_changed.notify_all();
+}
+
+void SoundPump::push(std::vector<std::int16_t> samples, qint64 presentationUs)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_stopping)
+            return;
+        m_pieces.push_back({std::move(samples), presentationUs});
+    }
+    m_changed.notify_all();
+}
+
+qint64 SoundPump::silenceDueUs() const
+{
+    if (m_endUs < 0)
+        return m_startUs + (m_sourceAbsent ? SILENCE_US : FIRST_SOUND_US);
+    return m_endUs + (m_sourceAbsent ? SILENCE_US : STALL_US);
+}
+
+void SoundPump::run()
+{
+    pthread_setname_np(pthread_self(), "LiveQueue");
+    std::unique_lock<std::mutex> lock(m_mutex);
+    while (!m_stopping) {
+        if (!m_pieces.empty()) {
+            Piece piece = std::move(m_pieces.front());
+            m_pieces.pop_front();
+            deliver(std::move(piece), lock);
+            continue;
+        }
+        const qint64 waitUs = silenceDueUs() - captureMicroseconds();
+        if (waitUs > 0) {
+            m_changed.wait_for(lock, std::chrono::microseconds(waitUs));
+            continue;
+        }
+        const qint64 fromUs = m_endUs < 0 ? captureMicroseconds() - SILENCE_US : m_endUs;
+        deliver({std::vector<std::int16_t>(SILENCE_SAMPLES), fromUs}, lock);
+    }
+}
+
+void SoundPump::deliver(Piece piece, std::unique_lock<std::mutex> &lock)
+{
+    const qint64 endUs = piece.presentationUs + durationUs(piece.samples.size());
+    if (endUs <= m_endUs || piece.samples.empty())
+        return;
+    const qint64 overlapUs = m_endUs - piece.presentationUs;
+    if (m_endUs >= 0 && overlapUs > JITTER_US) {
+        const qint64 cut = overlapUs * SoundCapture::SAMPLE_RATE / 1000000;
+        piece.samples.erase(piece.samples.begin(), piece.samples.begin() + cut);
+        piece.presentationUs = m_endUs;
+    }
+    m_endUs = endUs;
+    lock.unlock();
+    m_handler({piece.samples.data(), static_cast<int>(piece.samples.size()), piece.presentationUs});
+    lock.lock();
+}

@@ -1,5 +1,6 @@
 #include "tests/mainwindow/WindowParts.h"
 #include "tests/mainwindow/WindowProbe.h"
+#include "tests/TestProgram.h"
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
@@ -158,4 +159,4 @@ void TestWindowConstruction::settingsOutOfRangeAreHarmless()
 }
 
 REGISTER_TEST(TestWindowConstruction)
-#include "tst_window_construction.moc" #include "tests/TestProgram.h"
+#include "tst_window_construction.moc"

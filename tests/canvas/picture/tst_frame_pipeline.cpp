@@ -148,8 +148,8 @@ void FramePipelineTest::passesAnUntouchedFrameThrough()
     const FramePtr frame = frameOf(pipeline.pool(), noise({64, 48}, QImage::Format_RGB888, 1));
     ViewGeometry view;
     view.setFrameSize({64, 48});
-    QCOMPARE(pipeline.run(frame, {}, {view}).get(), frame.get());
-    QVERIFY(!pipeline.run(nullptr, {}, {view}));
+    QCOMPARE(pipeline.run(frame, AnnotationLayer(), {view}).get(), frame.get());
+    QVERIFY(!pipeline.run(nullptr, AnnotationLayer(), {view}));
 }
 
 void FramePipelineTest::neverChangesItsInput()
@@ -196,7 +196,7 @@ void FramePipelineTest::makesNoNewFramesInASteadyStream()
     FramePtr shown;
     int made = 0;
     for (int i = 0; i < 50; ++i) {
-        shown = pipeline.run(frameOf(pipeline.pool(), input), {},
+        shown = pipeline.run(frameOf(pipeline.pool(), input), AnnotationLayer(),
                              {view, CanvasModes::EffectMosaic, CanvasModes::MaskCircle});
         if (i == 5)
             made = pipeline.pool().framesMade();

@@ -8,8 +8,8 @@
 /// A thread that makes calls which might never return, one after the other, for a caller that must
 /// go on all the same.
 ///
-/// Any thread may post and call. A job whose answer is not waited for any longer goes on alone: it owns
-/// everything it touches.
+/// Any thread may post and call. A job whose answer is not waited for any longer goes on alone: it
+/// owns everything it touches.
 class BoundedWorker
 {
 private:

@@ -1,6 +1,6 @@
+#include "tests/TestProgram.h"
 #include "tests/mainwindow/WindowParts.h"
 #include "tests/mainwindow/WindowProbe.h"
-#include "tests/TestProgram.h"
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"

@@ -1,6 +1,5 @@
 #include "resources/Skin.h"
 #include "resources/SkinImages.h"
-#include "tests/TestProgram.h"
 #include "tools/skinrender/SkinTable.h"
 
 #include <QDirIterator>
@@ -360,5 +359,5 @@ void TestSkin::tableAndPaletteReportFaults()
     QVERIFY(error.contains("@d@"));
 }
 
-REGISTER_TEST(TestSkin)
+QTEST_MAIN(TestSkin)
 #include "tst_skin.moc"

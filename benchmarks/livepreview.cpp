@@ -175,7 +175,7 @@ int measureLatency(double seconds)
         canvas.frame(rgb, width, height, at);
     });
     runFor(WARM_UP_SECONDS + seconds);
-    camera.silence();
+    camera.stopDelivery();
     runFor(0.2); // the last one is painted, too
     const std::vector<double> decoded = settled(canvas.decodedMs());
     const std::vector<double> painted = settled(canvas.paintedMs());

@@ -1,9 +1,9 @@
 #include "mainwindow/actions/PicturePrinter.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/MainWindow.h"
 #include "mainwindow/actions/PageFit.h"
 
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPrintDialog>
@@ -14,8 +14,9 @@ void PicturePrinter::print(ImageCanvas *canvas, QWidget *window)
 {
     const QImage picture = canvas->currentImage();
     if (QPrinterInfo::availablePrinters().isEmpty()) {
-        QMessageBox::critical(window, MainWindow::tr("Error"),
-                              MainWindow::tr("No printers found on this system."));
+        QMessageBox::critical(
+            window, QCoreApplication::translate("MainWindow", "Error"),
+            QCoreApplication::translate("MainWindow", "No printers found on this system."));
         return;
     }
     QPrinter printer(QPrinter::ScreenResolution);

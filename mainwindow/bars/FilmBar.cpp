@@ -3,7 +3,6 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ButtonTable.h"
 #include "mainwindow/CanvasMessage.h"
-#include "mainwindow/MainWindow.h"
 #include "mainwindow/Popups.h"
 #include "mainwindow/WindowLayout.h"
 #include "resources/SkinImages.h"
@@ -14,6 +13,7 @@
 #include "widgets/ImageWidget.h"
 #include "widgets/Slider.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
 
@@ -26,17 +26,22 @@ QString sentenceOn(FilmFault fault)
 {
     switch (fault) {
     case FilmFault::Unreadable:
-        return MainWindow::tr("The film cannot be shown: the file cannot be read.");
+        return QCoreApplication::translate("MainWindow",
+                                           "The film cannot be shown: the file cannot be read.");
     case FilmFault::NoFilm:
-        return MainWindow::tr("The film cannot be shown: the file is damaged or is not a film.");
+        return QCoreApplication::translate(
+            "MainWindow", "The film cannot be shown: the file is damaged or is not a film.");
     case FilmFault::NoPicture:
-        return MainWindow::tr("There is no picture in this film.");
+        return QCoreApplication::translate("MainWindow", "There is no picture in this film.");
     case FilmFault::DecoderMissing:
-        return MainWindow::tr("The film cannot be shown: a decoder for it is missing.");
+        return QCoreApplication::translate(
+            "MainWindow", "The film cannot be shown: a decoder for it is missing.");
     case FilmFault::NotAnswering:
-        return MainWindow::tr("The film cannot be shown: its disk or network does not answer.");
+        return QCoreApplication::translate(
+            "MainWindow", "The film cannot be shown: its disk or network does not answer.");
     case FilmFault::SoundNotAnswering:
-        return MainWindow::tr("The film plays without sound: the sound system does not answer.");
+        return QCoreApplication::translate(
+            "MainWindow", "The film plays without sound: the sound system does not answer.");
     }
     return {};
 }
@@ -109,7 +114,7 @@ void FilmBar::openFile()
     m_popups->closeAny();
     const QString path = QFileDialog::getOpenFileName(
         m_window, QString(), Config::recordPath(),
-        MainWindow::tr("All supported media files (*.avi *.mov *.mp4)"));
+        QCoreApplication::translate("MainWindow", "All supported media files (*.avi *.mov *.mp4)"));
     if (path.isEmpty() || !QFile::exists(path))
         return;
     m_message->pass({});
@@ -160,8 +165,8 @@ void FilmBar::createBar()
     for (const ButtonTable::BarRow &row : ButtonTable::filmBarRows()) {
         auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
         button->setCheckable(row.checkable);
-        button->setAccessibleName(MainWindow::tr(row.name));
-        button->setToolTip(MainWindow::tr(row.name));
+        button->setAccessibleName(QCoreApplication::translate("MainWindow", row.name));
+        button->setToolTip(QCoreApplication::translate("MainWindow", row.name));
         connect(button, SIGNAL(clicked()), m_window, row.slot);
         if (row.checkable)
             m_volumeButton = button;
@@ -176,7 +181,7 @@ void FilmBar::createSliders()
         SkinImages::layoutSize(SkinImages::load(":/icons/Background/POP_VOL_BK.png")));
     m_volume->setRange(1, FULL);
     m_volume->setValue(FULL);
-    m_volume->setAccessibleName(MainWindow::tr("Volume"));
+    m_volume->setAccessibleName(QCoreApplication::translate("MainWindow", "Volume"));
     connect(m_volume, SIGNAL(valueChanged(int)), m_source, SLOT(setVolume(int)));
     m_volume->hide();
 
@@ -184,7 +189,8 @@ void FilmBar::createSliders()
         new HorizontalSlider(SkinImages::load(":/icons/Background/FILM_SCROLL_BAR.png"), m_window);
     m_position->setHandleWidth(22);
     m_position->setRange(0, FULL);
-    m_position->setAccessibleName(MainWindow::tr("Position in the film"));
+    m_position->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Position in the film"));
     connect(m_position, SIGNAL(valueChanged(int)), m_source, SLOT(setPosition(int)));
     m_position->hide();
 }

@@ -3,7 +3,6 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/ButtonTable.h"
 #include "mainwindow/CanvasMessage.h"
-#include "mainwindow/MainWindow.h"
 #include "mainwindow/Popups.h"
 #include "mainwindow/WindowLayout.h"
 #include "mainwindow/bars/ThumbnailWidget.h"
@@ -17,6 +16,7 @@
 #include "widgets/Slider.h"
 #include "widgets/TickLabel.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -35,9 +35,11 @@ constexpr int INDEX_MARGIN = 2;
 QString sentenceOn(const QString &name)
 {
     if (PhotographList::isPictureName(name))
-        return MainWindow::tr("The photograph cannot be shown: the file cannot be read.");
-    return MainWindow::tr("\"%1\" is not shown: names of photographs end in .bmp, .jpg, .jpeg, "
-                          ".png or .gif, in lower case.")
+        return QCoreApplication::translate(
+            "MainWindow", "The photograph cannot be shown: the file cannot be read.");
+    return QCoreApplication::translate(
+               "MainWindow", "\"%1\" is not shown: names of photographs end in .bmp, .jpg, .jpeg, "
+                             ".png or .gif, in lower case.")
         .arg(name);
 }
 
@@ -185,8 +187,10 @@ void PhotographBar::showIndex(int id)
     m_indexLabel->setText(text);
     m_message->pass(m_source->readable()
                         ? QString()
-                        : MainWindow::tr("The photograph cannot be shown: the file is damaged, too "
-                                         "large or not a picture."));
+                        : QCoreApplication::translate(
+                              "MainWindow",
+                              "The photograph cannot be shown: the file is damaged, too "
+                              "large or not a picture."));
 }
 
 void PhotographBar::showPlaying()
@@ -201,8 +205,8 @@ void PhotographBar::createBar()
     for (const ButtonTable::BarRow &row : ButtonTable::photographBarRows()) {
         auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
         button->setCheckable(row.checkable);
-        button->setAccessibleName(MainWindow::tr(row.name));
-        button->setToolTip(MainWindow::tr(row.name));
+        button->setAccessibleName(QCoreApplication::translate("MainWindow", row.name));
+        button->setToolTip(QCoreApplication::translate("MainWindow", row.name));
         connect(button, SIGNAL(clicked()), m_window, row.slot);
         m_buttons[index++] = button;
     }
@@ -218,13 +222,14 @@ void PhotographBar::createInterval()
     m_interval->setPageStep(1);
     m_interval->setRange(0, int(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
     m_interval->setValue(0);
-    m_interval->setAccessibleName(MainWindow::tr("Slideshow interval"));
+    m_interval->setAccessibleName(QCoreApplication::translate("MainWindow", "Slideshow interval"));
     connect(m_interval, SIGNAL(valueChanged(int)), m_window,
             SLOT(photographPlayIntervalChanged(int)));
     m_interval->hide();
 
-    m_intervalLabel =
-        new TickLabel(MainWindow::tr("1     2     5    10    15    30  sec."), m_window);
+    m_intervalLabel = new TickLabel(
+        QCoreApplication::translate("MainWindow", "1     2     5    10    15    30  sec."),
+        m_window);
     QPalette palette = m_intervalLabel->palette();
     palette.setColor(QPalette::WindowText, Qt::gray);
     m_intervalLabel->setPalette(palette);
@@ -249,7 +254,7 @@ void PhotographBar::createThumbnails(ImageCanvas *canvas)
 {
     m_scrollBar =
         new HorizontalSlider(SkinImages::load(":/icons/Background/PHOTO_SCROLL_BAR.png"), m_window);
-    m_scrollBar->setAccessibleName(MainWindow::tr("Thumbnails"));
+    m_scrollBar->setAccessibleName(QCoreApplication::translate("MainWindow", "Thumbnails"));
     m_scrollBar->hide();
     m_thumbnails = new ThumbnailWidget(m_source, m_scrollBar, canvas);
     m_thumbnails->hide();

@@ -14,8 +14,6 @@
 namespace
 {
 
-constexpr int VENDOR_ID = 0x04FC;
-constexpr int PRODUCT_ID = 0x6330;
 constexpr int FRAMES_PER_SECOND = 30;
 constexpr int POLL_INTERVAL_MS = 500;
 /// Until an answer of the bus that was not there at once is asked for again.
@@ -24,10 +22,6 @@ constexpr int LATE_ANSWER_MS = 20;
 constexpr qint64 SETTLE_MS = 2001;
 // Within this time a recording gets its first picture, or it fails.
 constexpr int FIRST_PICTURE_MS = 3000;
-
-// The unit's guidExtensionCode as it lies in the descriptor.
-constexpr std::uint8_t ICATCH_UVC_EXTENSION_UNIT_GUID[16] = {
-    0x82, 0x06, 0x61, 0x63, 0x70, 0x50, 0xAB, 0x49, 0xB8, 0xCC, 0xB3, 0x85, 0x5E, 0x8D, 0x22, 0x1D};
 
 } // namespace
 
@@ -98,7 +92,7 @@ int LiveSource::ksPropGet(unsigned long property, void *data, unsigned long leng
 
 void LiveSource::initUVCControl()
 {
-    m_private->camera.findExtensionUnit(ICATCH_UVC_EXTENSION_UNIT_GUID);
+    m_private->camera.findExtensionUnit();
 }
 
 void LiveSource::startCapture()
@@ -195,7 +189,7 @@ void LiveSource::checkExistance()
         openCamera();
         return;
     }
-    const std::optional<bool> found = m_private->camera.find(VENDOR_ID, PRODUCT_ID);
+    const std::optional<bool> found = m_private->camera.find();
     if (!found) {
         askAgainSoon();
         return;
@@ -298,7 +292,9 @@ std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
                                   Q_ARG(QString, sentence));
     };
     auto writer = MovieWriter::create({m_recording.fileName(), size}, failed);
-    return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(), size);
+    const CameraProfile &camera = m_private->camera.profile();
+    auto sound = SoundCapture::create({camera.vendorId, camera.productId});
+    return std::make_unique<MovieRecorder>(std::move(writer), std::move(sound), size);
 }
 
 void LiveSource::reportFailure(int recording, const QString &sentence)

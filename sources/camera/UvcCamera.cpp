@@ -43,17 +43,18 @@ UvcCamera::~UvcCamera()
     });
 }
 
-std::optional<bool> UvcCamera::find(int vendorId, int productId)
+std::optional<bool> UvcCamera::find()
 {
     if (!m_search.valid())
-        m_search = m_worker.post([connection = m_connection, vendorId, productId] {
-            return connection->find(vendorId, productId);
-        });
-    const std::optional<int> result = wait(m_search);
-    if (!result)
+        m_search = m_worker.post([connection = m_connection] { return connection->find(); });
+    const std::optional<int> row = wait(m_search);
+    if (!row)
         return std::nullopt;
     m_search = {};
-    return *result >= 0;
+    if (*row < 0)
+        return false;
+    m_profile = &CAMERA_PROFILES.at(static_cast<std::size_t>(*row));
+    return true;
 }
 
 std::optional<int> UvcCamera::open()
@@ -65,15 +66,16 @@ std::optional<int> UvcCamera::open()
     return result;
 }
 
-void UvcCamera::findExtensionUnit(const std::uint8_t (&code)[16])
+void UvcCamera::findExtensionUnit()
 {
     m_extensionUnit = 0;
     if (!m_opened)
         return;
+    const auto &code = m_profile->extensionUnit;
     // A walk over what was parsed when the camera was opened; nothing crosses the bus.
     for (const uvc_extension_unit_t *unit = uvc_get_extension_units(m_connection->handle()); unit;
          unit = unit->next) {
-        if (std::memcmp(unit->guidExtensionCode, code, sizeof code) == 0) {
+        if (std::memcmp(unit->guidExtensionCode, code.data(), code.size()) == 0) {
             m_extensionUnit = unit->bUnitID;
             return;
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/camera/CameraProfile.h"
 #include "sources/camera/UvcStream.h"
 #include "sources/camera/WaitBudget.h"
 #include "sources/threads/BoundedWorker.h"
@@ -30,16 +31,18 @@ public:
     UvcCamera(const UvcCamera &) = delete;
     UvcCamera &operator=(const UvcCamera &) = delete;
 
-    /// Whether the bus lists the camera; nothing while the answer is not there, which the next call
-    /// then asks for. Every answer is told once.
-    [[nodiscard]] std::optional<bool> find(int vendorId, int productId);
+    /// Whether the bus lists a camera of CAMERA_PROFILES; nothing while the answer is not there,
+    /// which the next call then asks for. Every answer is told once.
+    [[nodiscard]] std::optional<bool> find();
+    /// The row of the camera that was found last; the first one before that.
+    [[nodiscard]] const CameraProfile &profile() const { return *m_profile; }
 
     /// Opens the camera that was found: the result, or nothing while it is being opened, which the
     /// next call then asks for.
     std::optional<int> open();
 
-    /// Looks up the extension unit with that code, 16 bytes as they lie in the descriptor.
-    void findExtensionUnit(const std::uint8_t (&code)[16]);
+    /// Looks up the extension unit that profile() names.
+    void findExtensionUnit();
 
     /// Ends the stream that runs and asks for Motion-JPEG of that size. The handler gets each frame
     /// that can be decoded; frames whose own header gives another size than the stream's are
@@ -76,6 +79,7 @@ private:
     BoundedWorker::Ticket m_search;
     BoundedWorker::Ticket m_opening;
     BoundedWorker::Ticket m_late;
+    const CameraProfile *m_profile = CAMERA_PROFILES.data();
     bool m_opened = false;
     std::uint8_t m_extensionUnit = 0;
     std::shared_ptr<UvcStream> m_stream;

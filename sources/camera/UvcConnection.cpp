@@ -1,5 +1,7 @@
 #include "sources/camera/UvcConnection.h"
 
+#include "sources/camera/CameraProfile.h"
+
 #include <libuvc/libuvc.h>
 
 #include <QtGlobal>
@@ -27,15 +29,20 @@ int UvcConnection::initialise()
     return uvc_init(&m_context, nullptr);
 }
 
-int UvcConnection::find(int vendorId, int productId)
+int UvcConnection::find()
 {
     m_device.reset();
     if (!m_context)
         return UVC_ERROR_NO_DEVICE;
-    uvc_device_t *device = nullptr;
-    const uvc_error_t error = uvc_find_device(m_context, &device, vendorId, productId, nullptr);
-    m_device.reset(error < 0 ? nullptr : device);
-    return error;
+    for (std::size_t row = 0; row < CAMERA_PROFILES.size(); ++row) {
+        const CameraProfile &profile = CAMERA_PROFILES.at(row);
+        uvc_device_t *device = nullptr;
+        if (uvc_find_device(m_context, &device, profile.vendorId, profile.productId, nullptr) < 0)
+            continue;
+        m_device.reset(device);
+        return static_cast<int>(row);
+    }
+    return UVC_ERROR_NO_DEVICE;
 }
 
 int UvcConnection::open()

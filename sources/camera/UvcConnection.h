@@ -36,8 +36,8 @@ public:
     UvcConnection &operator=(const UvcConnection &) = delete;
 
     int initialise();
-    /// Keeps the camera if the bus lists it now.
-    int find(int vendorId, int productId);
+    /// Keeps the first camera of CAMERA_PROFILES that the bus lists now: the number of its row.
+    int find();
     /// Opens the camera found last; the library takes the interface over from a kernel driver.
     int open();
     /// Brings the camera from the running stream to the one wanted last.

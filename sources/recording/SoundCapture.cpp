@@ -3,9 +3,6 @@
 namespace
 {
 
-constexpr uint CAMERA_VENDOR = 0x04FC;
-constexpr uint CAMERA_PRODUCT = 0x6330;
-
 bool isId(const QString &text, uint id)
 {
     bool ok = false;
@@ -14,9 +11,9 @@ bool isId(const QString &text, uint id)
 
 } // namespace
 
-bool SoundCapture::isCameraMicrophone(const QString &vendorId, const QString &productId,
-                                      const QString &deviceClass)
+bool SoundCapture::isCameraMicrophone(MicrophoneId microphone, const QString &vendorId,
+                                      const QString &productId, const QString &deviceClass)
 {
-    return isId(vendorId, CAMERA_VENDOR) && isId(productId, CAMERA_PRODUCT) &&
+    return isId(vendorId, microphone.vendor) && isId(productId, microphone.product) &&
            deviceClass != QLatin1String("monitor");
 }

@@ -17,6 +17,12 @@ struct SoundBuffer {
     qint64 presentationUs = 0;
 };
 
+/// The USB ids of the camera whose own microphone is wanted.
+struct MicrophoneId {
+    std::uint16_t vendor = 0;
+    std::uint16_t product = 0;
+};
+
 /// The sound of a recording: the camera's own microphone, or silence in its place.
 ///
 /// Sound comes in real time from start() to stop(), whatever happens. Where there is no camera
@@ -33,7 +39,8 @@ public:
 
     /// `searchInterval`: how often the microphone is looked for while there is none.
     static std::unique_ptr<SoundCapture>
-    create(std::chrono::milliseconds searchInterval = std::chrono::seconds(2));
+    create(MicrophoneId microphone,
+           std::chrono::milliseconds searchInterval = std::chrono::seconds(2));
     virtual ~SoundCapture() = default;
 
     /// Returns at once; the microphone is looked for meanwhile.
@@ -43,8 +50,8 @@ public:
     /// takes.
     virtual void stop() = 0;
 
-    /// Whether a sound source with these properties is the camera's microphone: USB ids in
-    /// hexadecimal with or without "0x", and a class that is not "monitor".
-    static bool isCameraMicrophone(const QString &vendorId, const QString &productId,
-                                   const QString &deviceClass);
+    /// Whether a sound source with these properties is that microphone: USB ids in hexadecimal with
+    /// or without "0x", and a class that is not "monitor".
+    static bool isCameraMicrophone(MicrophoneId microphone, const QString &vendorId,
+                                   const QString &productId, const QString &deviceClass);
 };

@@ -112,8 +112,9 @@ private:
 class SoundSearch
 {
 public:
-    explicit SoundSearch(milliseconds interval)
-        : m_interval(interval)
+    SoundSearch(MicrophoneId microphone, milliseconds interval)
+        : m_microphone(microphone)
+        , m_interval(interval)
     {
     }
 
@@ -153,7 +154,7 @@ private:
     {
         bool reported = false;
         while (!stopping()) {
-            const GstPtr<GstDevice> device = devices.findCameraMicrophone();
+            const GstPtr<GstDevice> device = devices.findCameraMicrophone(m_microphone);
             pump.setSource(device != nullptr);
             if (device) {
                 listen(devices, device.get());
@@ -170,7 +171,8 @@ private:
     void listen(SoundDevices &devices, GstDevice *device)
     {
         Microphone microphone(device);
-        while (microphone.running() && !devices.cameraMicrophoneRemoved() && !stopping())
+        while (microphone.running() && !devices.cameraMicrophoneRemoved(m_microphone) &&
+               !stopping())
             microphone.pull(pump);
     }
 
@@ -182,6 +184,7 @@ private:
         return m_changed.wait_for(lock, time, [this] { return m_stopping; });
     }
 
+    const MicrophoneId m_microphone;
     const milliseconds m_interval;
     /// Guards the two members below.
     std::mutex m_mutex;
@@ -193,8 +196,9 @@ private:
 class SoundCaptureGst : public SoundCapture
 {
 public:
-    explicit SoundCaptureGst(milliseconds interval)
-        : m_interval(interval)
+    SoundCaptureGst(MicrophoneId microphone, milliseconds interval)
+        : m_microphone(microphone)
+        , m_interval(interval)
     {
     }
     ~SoundCaptureGst() override { stop(); }
@@ -202,7 +206,7 @@ public:
     void start(Handler handler) override
     {
         stop();
-        m_search = std::make_shared<SoundSearch>(m_interval);
+        m_search = std::make_shared<SoundSearch>(m_microphone, m_interval);
         m_search->pump.start(std::move(handler));
         std::thread([search = m_search] { search->run(); }).detach();
     }
@@ -217,13 +221,15 @@ public:
     }
 
 private:
+    const MicrophoneId m_microphone;
     const milliseconds m_interval;
     std::shared_ptr<SoundSearch> m_search;
 };
 
 } // namespace
 
-std::unique_ptr<SoundCapture> SoundCapture::create(milliseconds searchInterval)
+std::unique_ptr<SoundCapture> SoundCapture::create(MicrophoneId microphone,
+                                                   milliseconds searchInterval)
 {
-    return std::make_unique<SoundCaptureGst>(searchInterval);
+    return std::make_unique<SoundCaptureGst>(microphone, searchInterval);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sources/gst/GstPointers.h"
+#include "sources/recording/SoundCapture.h"
 
 #include <mutex>
 #include <vector>
@@ -22,11 +23,11 @@ public:
     /// server without end, so take it with try_lock().
     std::mutex &mutex() { return m_mutex; }
 
-    /// Asks the sound servers anew and watches them from then on; null when there is no camera
+    /// Asks the sound servers anew and watches them from then on; null when there is no such
     /// microphone, and then nothing is watched.
-    [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone();
-    /// Whether the camera's microphone has been taken away since the last call.
-    [[nodiscard]] bool cameraMicrophoneRemoved();
+    [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone(MicrophoneId microphone);
+    /// Whether that microphone has been taken away since the last call.
+    [[nodiscard]] bool cameraMicrophoneRemoved(MicrophoneId microphone);
     /// Watches no more.
     void rest();
 

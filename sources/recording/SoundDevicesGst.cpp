@@ -1,14 +1,13 @@
 #include "sources/recording/SoundDevices.h"
 
 #include "sources/gst/GstRuntime.h"
-#include "sources/recording/SoundCapture.h"
 
 #include <QString>
 
 namespace
 {
 
-bool isCameraMicrophone(GstDevice *device)
+bool isCameraMicrophone(MicrophoneId microphone, GstDevice *device)
 {
     GstStructure *properties = gst_device_get_properties(device);
     if (!properties)
@@ -18,8 +17,8 @@ bool isCameraMicrophone(GstDevice *device)
     };
     const bool found =
         gst_device_has_classes(device, "Audio/Source") &&
-        SoundCapture::isCameraMicrophone(text("device.vendor.id"), text("device.product.id"),
-                                         text("device.class"));
+        SoundCapture::isCameraMicrophone(microphone, text("device.vendor.id"),
+                                         text("device.product.id"), text("device.class"));
     gst_structure_free(properties);
     return found;
 }
@@ -48,7 +47,7 @@ SoundDevices::SoundDevices()
     gst_plugin_feature_list_free(factories);
 }
 
-GstPtr<GstDevice> SoundDevices::findCameraMicrophone()
+GstPtr<GstDevice> SoundDevices::findCameraMicrophone(MicrophoneId microphone)
 {
     // A provider does not notice that its server has died, so each look begins anew.
     rest();
@@ -59,7 +58,7 @@ GstPtr<GstDevice> SoundDevices::findCameraMicrophone()
             continue;
         GList *devices = gst_device_provider_get_devices(provider.object.get());
         for (GList *item = devices; item && !found; item = item->next) {
-            if (isCameraMicrophone(GST_DEVICE(item->data)))
+            if (isCameraMicrophone(microphone, GST_DEVICE(item->data)))
                 found.reset(GST_DEVICE(gst_object_ref(item->data)));
         }
         g_list_free_full(devices, gst_object_unref);
@@ -70,7 +69,7 @@ GstPtr<GstDevice> SoundDevices::findCameraMicrophone()
     return nullptr;
 }
 
-bool SoundDevices::cameraMicrophoneRemoved()
+bool SoundDevices::cameraMicrophoneRemoved(MicrophoneId microphone)
 {
     bool removed = false;
     for (const Provider &provider : m_providers) {
@@ -81,7 +80,7 @@ bool SoundDevices::cameraMicrophoneRemoved()
             GstDevice *device = nullptr;
             gst_message_parse_device_removed(message.get(), &device);
             const GstPtr<GstDevice> owned(device);
-            removed |= owned && isCameraMicrophone(owned.get());
+            removed |= owned && isCameraMicrophone(microphone, owned.get());
         }
     }
     return removed;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/recording/SoundCapture.h"
+
 #include <QProcess>
 #include <QString>
 
@@ -8,7 +10,8 @@
 class SoundServer
 {
 public:
-    /// Source properties of the camera's microphone.
+    /// The camera's microphone, and its properties as a source of the server.
+    static constexpr MicrophoneId CAMERA_ID{0x04FC, 0x6330};
     static constexpr char CAMERA[] =
         "device.description=CameraMic device.vendor.id=04fc device.product.id=6330 device.bus=usb";
 

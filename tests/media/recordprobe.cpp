@@ -1,6 +1,7 @@
 // recordprobe FILE: records synthetic pictures and the camera microphone of the sound server, at
 // 30 pictures a second in real time, for tests that kill, starve or disturb a recording.
 #include "tests/media/MicrophoneFeed.h"
+#include "tests/media/SoundServer.h"
 #include "tests/media/SyntheticPictures.h"
 
 #include "sources/recording/CaptureClock.h"
@@ -126,7 +127,8 @@ int record(const Options &options)
                                           say("failed: " + sentence);
                                           failed = true;
                                       });
-    MovieRecorder recorder(std::move(writer), SoundCapture::create(), options.size);
+    MovieRecorder recorder(std::move(writer), SoundCapture::create(SoundServer::CAMERA_ID),
+                           options.size);
     say("recording");
     qint64 slowestUs = 0;
     const auto count = static_cast<qint64>(options.seconds * options.framesPerSecond);

@@ -19,7 +19,7 @@ class Listener
 {
 public:
     explicit Listener(std::chrono::milliseconds searchInterval = std::chrono::seconds(2))
-        : m_capture(SoundCapture::create(searchInterval))
+        : m_capture(SoundCapture::create(SoundServer::CAMERA_ID, searchInterval))
     {
         m_capture->start([this](const SoundBuffer &buffer) {
             for (int n = 0; n < buffer.count; ++n)
@@ -105,7 +105,9 @@ private slots:
         QFETCH(QString, vendor);
         QFETCH(QString, product);
         QFETCH(QString, deviceClass);
-        QTEST(SoundCapture::isCameraMicrophone(vendor, product, deviceClass), "camera");
+        QTEST(
+            SoundCapture::isCameraMicrophone(SoundServer::CAMERA_ID, vendor, product, deviceClass),
+            "camera");
     }
 
     void theCamerasMicrophoneIsHeard()

@@ -23,7 +23,7 @@ int openDescriptors()
 
 bool microphoneFound()
 {
-    return SoundDevices::instance().findCameraMicrophone() != nullptr;
+    return SoundDevices::instance().findCameraMicrophone(SoundServer::CAMERA_ID) != nullptr;
 }
 
 } // namespace
@@ -70,7 +70,7 @@ private slots:
             QVERIFY(!microphoneFound());
             QVERIFY(m_server->start());
             QVERIFY(microphoneFound());
-            QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved());
+            QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID));
             QVERIFY(microphoneFound()); // again, while it is watched
             m_server->kill();
             for (int n = 0; n < LOOKS / 10; ++n)
@@ -84,9 +84,10 @@ private slots:
         QVERIFY(m_server->start());
         QVERIFY(microphoneFound());
         QVERIFY(m_server->unplugMicrophone());
-        QVERIFY(QTest::qWaitFor([] { return SoundDevices::instance().cameraMicrophoneRemoved(); },
-                                PATIENCE_MS));
-        QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved());
+        QVERIFY(QTest::qWaitFor(
+            [] { return SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID); },
+            PATIENCE_MS));
+        QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID));
         QVERIFY(!microphoneFound());
         QVERIFY(m_server->plugMicrophone());
         QVERIFY(microphoneFound());

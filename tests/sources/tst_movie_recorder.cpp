@@ -184,7 +184,7 @@ private slots:
             const QString file = folder.filePath("movie.mov");
             auto writer = MovieWriter::create(
                 {file, SIZE, {}}, [&](const QString &sentence) { failures << sentence; });
-            MovieRecorder recorder(std::move(writer), SoundCapture::create(), SIZE);
+            MovieRecorder recorder(std::move(writer), SoundCapture::create({}), SIZE);
             std::thread frames([&] {
                 for (int picture = 0; picture < n % 5; ++picture)
                     recorder.pictureCaptured(rgb.constData(), SIZE.width(), SIZE.height(),

@@ -7,9 +7,6 @@ namespace UsbDescriptors
 namespace
 {
 
-constexpr std::uint8_t EXTENSION_UNIT_GUID[16] = {0x82, 0x06, 0x61, 0x63, 0x70, 0x50, 0xAB, 0x49,
-                                                  0xB8, 0xCC, 0xB3, 0x85, 0x5E, 0x8D, 0x22, 0x1D};
-
 /// Appends numbers of the width their name says, least significant byte first.
 class Bytes
 {
@@ -51,7 +48,7 @@ Bytes videoControl(bool extensionUnit)
     b.u8(13).bytes({0x24, 5, PROCESSING_UNIT, 1}).u16(0).bytes({3, 0x7F, 0x14, 0, 0, 0});
     if (extensionUnit) {
         b.u8(28).bytes({0x24, 6, EXTENSION_UNIT});
-        for (std::uint8_t byte : EXTENSION_UNIT_GUID)
+        for (std::uint8_t byte : CAMERA_PROFILES[0].extensionUnit)
             b.u8(byte);
         // Two controls; bits 18 and 19 of the map stand for the selectors 19 and 20.
         b.bytes({2, 1, PROCESSING_UNIT, 3, 0x00, 0x00, 0x0C, 0});

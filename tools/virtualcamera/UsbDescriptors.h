@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/camera/CameraProfile.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -9,8 +11,8 @@
 namespace UsbDescriptors
 {
 
-constexpr std::uint16_t VENDOR_ID = 0x04FC;
-constexpr std::uint16_t PRODUCT_ID = 0x6330;
+constexpr std::uint16_t VENDOR_ID = CAMERA_PROFILES[0].vendorId;
+constexpr std::uint16_t PRODUCT_ID = CAMERA_PROFILES[0].productId;
 constexpr std::uint8_t VIDEO_ENDPOINT = 0x81;
 constexpr std::uint8_t STATUS_ENDPOINT = 0x83;
 constexpr std::uint8_t STREAMING_INTERFACE = 1;

@@ -1,0 +1,100 @@
+#include "tests/TestProgram.h"
+
+#include "sources/camera/CameraProfile.h"
+
+#include <QtTest>
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace
+{
+
+QString hex(std::uint16_t id)
+{
+    return QString("%1").arg(id, 4, 16, QChar('0'));
+}
+
+QString projectFile(const QString &path)
+{
+    return QStringLiteral(TEST_SOURCE_DIR) + "/../../" + path;
+}
+
+QString textOf(const QString &path)
+{
+    QFile file(projectFile(path));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+bool write(const QString &path, const QString &text)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
+}
+
+} // namespace
+
+/// What is no code but has to know the cameras of the table, too.
+class CameraProfileTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void theDeviceRuleLetsUsersOpenThatCamera_data() { addCameras(); }
+    void theDeviceRuleLetsUsersOpenThatCamera()
+    {
+        QFETCH(QString, vendor);
+        QFETCH(QString, product);
+        const QStringList rules = textOf("packaging/70-document-camera.rules")
+                                      .split('\n')
+                                      .filter(QString("ATTR{idVendor}==\"%1\"").arg(vendor))
+                                      .filter(QString("ATTR{idProduct}==\"%1\"").arg(product));
+        QCOMPARE(rules.size(), 1);
+        QVERIFY(rules.first().contains("TAG+=\"uaccess\""));
+    }
+
+    void theRuleNamesNoOtherCamera()
+    {
+        const QStringList lines = textOf("packaging/70-document-camera.rules").split('\n');
+        QCOMPARE(lines.filter("ATTR{idProduct}").size(), int(CAMERA_PROFILES.size()));
+    }
+
+    void theManualNamesThatCamera_data() { addCameras(); }
+    void theManualNamesThatCamera()
+    {
+        QFETCH(QString, vendor);
+        QFETCH(QString, product);
+        QVERIFY(textOf("README.md").contains(vendor + ':' + product, Qt::CaseInsensitive));
+    }
+
+    void theStartScriptFindsThatCameraOnTheBus_data() { addCameras(); }
+    void theStartScriptFindsThatCameraOnTheBus()
+    {
+        QFETCH(QString, vendor);
+        QFETCH(QString, product);
+        const QTemporaryDir bus;
+        QVERIFY(QDir(bus.path()).mkpath("1-1"));
+        const QString script = projectFile("tools/virtualcamera/camera-on-bus");
+        QVERIFY(write(bus.filePath("1-1/idVendor"), vendor + '\n'));
+        QVERIFY(write(bus.filePath("1-1/idProduct"), "0001\n"));
+        QCOMPARE(QProcess::execute(script, {bus.path()}), 1);
+        QVERIFY(write(bus.filePath("1-1/idProduct"), product + '\n'));
+        QCOMPARE(QProcess::execute(script, {bus.path()}), 0);
+    }
+
+private:
+    static void addCameras()
+    {
+        QTest::addColumn<QString>("vendor");
+        QTest::addColumn<QString>("product");
+        for (const CameraProfile &profile : CAMERA_PROFILES) {
+            const QString vendor = hex(profile.vendorId);
+            const QString product = hex(profile.productId);
+            QTest::newRow(qPrintable(vendor + ':' + product)) << vendor << product;
+        }
+    }
+};
+
+REGISTER_CORE_TEST(CameraProfileTest)
+#include "tst_camera_profile.moc"

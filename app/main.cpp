@@ -2,6 +2,7 @@
 #include "app/Platform.h"
 #include "app/ScreenScale.h"
 #include "mainwindow/MainWindow.h"
+#include "resources/ApplicationIcon.h"
 #include "resources/Skin.h"
 #include "resources/translations/Translations.h"
 #include "sources/gst/MediaPreloader.h"
@@ -40,6 +41,7 @@ int runProgram(int argc, char **argv)
                           QStringLiteral(""), QStringLiteral(""));
     QCoreApplication::installTranslator(&translator);
 
+    QApplication::setWindowIcon(applicationIcon());
     MainWindow window;
     window.show();
     const MediaPreloader warmUp(WARM_UP_DELAY);

@@ -2,14 +2,13 @@
 // once at twice that, and writes OUT/skin.qrc, which names them all under ":/icons/".
 // The drawings lie beside the table. Any fault stops the build with a line that says where.
 
+#include "tools/skinrender/Drawing.h"
 #include "tools/skinrender/SkinTable.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
-#include <QPainter>
 #include <QSaveFile>
 #include <QSet>
 #include <QSvgRenderer>
@@ -24,19 +23,6 @@ bool fail(const QString &message)
 {
     std::fprintf(stderr, "skinrender: %s\n", qPrintable(message));
     return false;
-}
-
-bool drawOne(QSvgRenderer &drawing, QSize size, const QString &path)
-{
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    drawing.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
-    painter.end();
-    if (!QDir().mkpath(QFileInfo(path).path()) || !image.save(path, "PNG"))
-        return fail(path + ": cannot write");
-    return true;
 }
 
 bool drawImage(const SkinImage &image, const QString &sourceFolder, const SkinPalette &palette,
@@ -59,10 +45,11 @@ bool drawImage(const SkinImage &image, const QString &sourceFolder, const SkinPa
         if (drawing.defaultSize() != image.size)
             return fail(sourcePath + ": its size differs from the table's");
         const QString path = out + '/' + target;
-        if (!drawOne(drawing, image.size, path))
-            return false;
-        if (image.twice && !drawOne(drawing, image.size * 2, SkinTable::twicePath(path)))
-            return false;
+        if (!Drawing::write(drawing, image.size, path))
+            return fail(path + ": cannot write");
+        const QString twice = SkinTable::twicePath(path);
+        if (image.twice && !Drawing::write(drawing, image.size * 2, twice))
+            return fail(twice + ": cannot write");
     }
     return true;
 }
@@ -130,7 +117,6 @@ bool run(const QStringList &arguments)
 
 int main(int argc, char **argv)
 {
-    // It draws shapes into memory, never text, and so needs neither a display nor fonts.
     QCoreApplication application(argc, argv);
     return run(QCoreApplication::arguments()) ? 0 : 1;
 }

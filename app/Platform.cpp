@@ -23,6 +23,15 @@ void setUnlessChosen(const char *variable, const char *value)
 constexpr int LARGE_BLOCK = 256 * 1024;
 constexpr int LARGEST_REST = 1024 * 1024;
 
+/// Runs when the platform's plug-in has started, as the plug-in settles the first of these by
+/// itself.
+void deliverEveryPoint()
+{
+    // A stroke takes every point that the window system delivers, not only the latest one.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
+}
+
 constexpr double USUAL_DPI = 96.0;
 /// A broken driver gives less than the first text terminals had or more than a printer.
 constexpr double LEAST_DPI = 36.0;
@@ -86,4 +95,5 @@ void preparePlatform()
     // On a sharp screen layouts keep their sizes and the images come at twice theirs.
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    qAddPreRoutine(deliverEveryPoint);
 }

@@ -2,8 +2,9 @@
 
 #include <QSize>
 
-/// Settles what the program asks of the platform. Before the application object is made; what the
-/// user has chosen by the environment stands.
+/// Settles what the program asks of the platform; what the user has chosen by the environment
+/// stands. Before the application object is made, whose constructor does the rest: every point of a
+/// stroke is delivered, which the platform's plug-in would otherwise settle.
 void preparePlatform();
 
 /// What the desktop says of its screen before the first window is made.

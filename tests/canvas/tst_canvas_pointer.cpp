@@ -1,3 +1,4 @@
+#include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "tests/canvas/CanvasMouse.h"
 
@@ -214,6 +215,7 @@ Q_DECLARE_METATYPE(QProcess::ProcessState)
 
 int main(int argc, char *argv[])
 {
+    preparePlatform();
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() == 3 && arguments.at(1) == READ_CLIPBOARD)

@@ -3,19 +3,22 @@
 #include "canvas/OSDProcessor.h"
 #include "canvas/StartPicture.h"
 #include "canvas/TextEditor.h"
-#include "canvas/picture/FrameSteps.h"
+#include "canvas/model/ShotSaver.h"
 
-#include <QCoreApplication>
-#include <QDateTime>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPixmap>
 #include <QThread>
 
 #include <algorithm>
-#include <cstring>
+#include <cerrno>
 
 namespace
 {
 
+constexpr int REFRESH_INTERVAL_MS = 40;
 /// A source that was silent for this long no longer carries the canvas's own changes to the screen.
 constexpr int SILENT_SOURCE_MS = 200;
 /// How long a stroke over a standing picture may wait for others to be shown together with it.
@@ -28,13 +31,7 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     : QWidget(parent)
     , m_text(this)
 {
-    m_clock.start();
     setFont(QFont(m_text.fontFace(), m_text.fontSize()));
-    // A stroke takes every point that the window system delivers, not only the latest one. The
-    // platform's plugin settles this anew while the application starts, so that it cannot be
-    // settled before.
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
     setAttribute(Qt::WA_OpaquePaintEvent);
     m_refreshTimer.setInterval(REFRESH_INTERVAL_MS);
     connect(&m_refreshTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
@@ -48,11 +45,8 @@ ImageCanvas::ImageCanvas(QWidget *parent)
 
     connect(m_text.editor(), &TextEditor::finished, this, &ImageCanvas::endTextEditing);
 
-    if (const FramePtr picture = startPicture()) {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        takeInput(picture, picture->size());
-        static_cast<void>(renewResult());
-    }
+    if (const FramePtr picture = startPicture())
+        m_model.take(picture);
 }
 
 ImageCanvas::~ImageCanvas() = default;
@@ -61,42 +55,17 @@ ImageCanvas::~ImageCanvas() = default;
 
 void ImageCanvas::imageCaptured(const QImage &image)
 {
-    const QImage picture = image.convertToFormat(QImage::Format_RGB888);
-    Shot shot;
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        m_lastFrameMs = m_clock.elapsed();
-        if (!holdsInput())
-            takeInput(copyIn(picture), image.size());
-        if (renewResult())
-            shot = dueShot();
-    }
+    const CanvasModel::Shot shot = m_model.take(image);
     requestRepaint();
-    take(shot);
+    save(shot);
 }
 
 void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32)
 {
     const QSize size = pixels ? QSize(std::max(width, 0), std::max(height, 0)) : QSize(0, 0);
-    Shot shot;
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        m_lastFrameMs = m_clock.elapsed();
-        if (rgb32)
-            FrameSteps::makeOpaque(pixels, size);
-        FramePtr taken;
-        if (!holdsInput()) {
-            taken = copyIn(pixels, size, mirror, rgb32);
-            takeInput(taken, size);
-        }
-        if (renewResult())
-            shot = dueShot();
-        // A result that is the very frame copied in stands in the caller's buffer already.
-        if (m_result != taken)
-            copyOut(pixels, size, mirror, rgb32);
-    }
+    const CanvasModel::Shot shot = m_model.take(pixels, size, mirror, rgb32);
     requestRepaint();
-    take(shot);
+    save(shot);
 }
 
 void ImageCanvas::startAutoRefresh()
@@ -111,21 +80,14 @@ void ImageCanvas::stopAutoRefresh()
 
 void ImageCanvas::autoRefresh()
 {
-    Shot shot;
-    {
-        // One stretch under the lock: a newer frame cannot come between and be overwritten.
-        const std::lock_guard<std::mutex> locker(m_lock);
-        if (m_input && renewResult())
-            shot = dueShot();
-    }
+    const CanvasModel::Shot shot = m_model.refresh();
     requestRepaint();
-    take(shot);
+    save(shot);
 }
 
 void ImageCanvas::refreshWhenIdle()
 {
-    if (m_refreshTimer.isActive() || !isVisible() ||
-        m_clock.elapsed() - m_lastFrameMs < SILENT_SOURCE_MS)
+    if (m_refreshTimer.isActive() || !isVisible() || m_model.msSinceFrame() < SILENT_SOURCE_MS)
         return;
     // Indications come and go by the clock alone, so that there is always a reason to repaint.
     autoRefresh();
@@ -141,125 +103,181 @@ void ImageCanvas::fillCanvas(const QColor &color)
 
 void ImageCanvas::setDrawingBoardMode(bool on)
 {
-    m_drawingBoardMode = on;
     // The board leaves the bars beside the picture to what lies behind the canvas.
+    m_picturePainter.setBarsBlack(!on);
     setAttribute(Qt::WA_OpaquePaintEvent, !on);
 }
 
 QImage ImageCanvas::currentImage() const
 {
-    const std::lock_guard<std::mutex> locker(m_lock);
-    return frameImage(m_result);
+    return frameImage(m_model.shown().picture);
 }
 
-QSize ImageCanvas::pictureSize() const
-{
-    const std::lock_guard<std::mutex> locker(m_lock);
-    return resultSize();
-}
+// Snapshots ---------------------------------------------------
 
-// The pipeline, with the lock held ----------------------------
-
-bool ImageCanvas::holdsInput() const
+void ImageCanvas::snapshot()
 {
-    return frozen && m_input;
-}
-
-FramePtr ImageCanvas::copyIn(const void *pixels, QSize size, bool mirror, bool rgb32)
-{
-    const std::shared_ptr<Frame> frame =
-        m_pipeline.pool().acquire(size, rgb32 ? QImage::Format_ARGB32 : QImage::Format_RGB888);
-    if (!frame)
-        return nullptr;
-    const auto count =
-        static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
-    const std::size_t bytes = count * (rgb32 ? 4 : 3);
-    // One block, though the frame's rows are padded: the bytes keep their order on the way in and
-    // on the way out, so that a picture of any width comes back as it was handed over.
-    unsigned char *target = frame->rows().data;
-    std::memcpy(target, pixels, bytes);
-    std::memset(target + bytes, 0, frame->byteCount() - bytes);
-    if (mirror)
-        FrameSteps::mirrorInPlace(frame->rows());
-    return frame;
-}
-
-FramePtr ImageCanvas::copyIn(const QImage &image)
-{
-    // Pictures that wrap foreign memory may have rows of their own length.
-    const bool usual = image.bytesPerLine() == (image.width() * 3 + 3) / 4 * 4;
-    const QImage picture = usual ? image : image.copy();
-    const std::shared_ptr<Frame> frame =
-        m_pipeline.pool().acquire(picture.size(), QImage::Format_RGB888);
-    if (!frame)
-        return nullptr;
-    // The rows are padded alike on both sides, so that no width costs a pixel.
-    std::memcpy(frame->rows().data, picture.constBits(), frame->byteCount());
-    return frame;
-}
-
-void ImageCanvas::takeInput(const FramePtr &frame, QSize size)
-{
-    const bool withoutMemory = !frame && !size.isEmpty();
-    if (withoutMemory)
+    const std::shared_ptr<OutputFolder> folder = OutputFolder::of(snapshotFolder);
+    const OutputFolder::State state = folder->state();
+    if (state == OutputFolder::State::Missing)
         return;
-    m_input = frame;
-    ++m_inputSerial;
-    const QSize taken = frame ? size : QSize(0, 0);
-    if (taken == m_view.frameSize())
+    if (state != OutputFolder::State::Exists)
+        reportSnapshotFailure(snapshotFolder, qt_error_string(ETIMEDOUT));
+    m_model.arm(folder, {snapshotMode, snapshotInterval, seriesLimit});
+}
+
+void ImageCanvas::save(const CanvasModel::Shot &shot)
+{
+    const ShotSaver::Outcome outcome = ShotSaver::save(m_model, shot);
+    if (!outcome.reason.isNull())
+        reportSnapshotFailure(outcome.failedPath, outcome.reason);
+    // A failed write is shown like a good one.
+    if (outcome.taken)
+        QMetaObject::invokeMethod(this, "showSnapshotTaken");
+}
+
+void ImageCanvas::reportSnapshotFailure(const QString &path, const QString &reason)
+{
+    qWarning("%s: %s", qPrintable(path), qPrintable(reason));
+    QMetaObject::invokeMethod(this, "keepSnapshotFailure", Q_ARG(QString, path),
+                              Q_ARG(QString, reason));
+}
+
+void ImageCanvas::keepSnapshotFailure(const QString &path, const QString &reason)
+{
+    m_snapshotFailure = SnapshotFailure{QDateTime::currentDateTime(), path, reason};
+    emit snapshotFailed(path, reason);
+}
+
+void ImageCanvas::showSnapshotTaken()
+{
+    if (m_osd)
+        m_osd->osdSnapshot();
+}
+
+// View --------------------------------------------------------
+
+void ImageCanvas::zoom(const QPointF &centre, int factor)
+{
+    m_model.zoom(centre, factor);
+}
+
+void ImageCanvas::zoomIn()
+{
+    if (m_model.zoomIn())
+        requestRepaint();
+}
+
+void ImageCanvas::zoomOut()
+{
+    m_model.zoomOut();
+    requestRepaint();
+}
+
+void ImageCanvas::setViewport(int x, int y)
+{
+    m_model.setViewport({x, y});
+}
+
+void ImageCanvas::rotate()
+{
+    m_model.turn(true);
+    requestRepaint();
+}
+
+void ImageCanvas::rotateRev()
+{
+    m_model.turn(false);
+    requestRepaint();
+}
+
+QPoint ImageCanvas::transformMousePoint(QPoint widgetPoint) const
+{
+    return ViewGeometry::picturePoint(widgetPoint, m_model.pictureSize(), size());
+}
+
+void ImageCanvas::resizeEvent(QResizeEvent *event)
+{
+    m_model.refit();
+    m_text.keepInside();
+    QWidget::resizeEvent(event);
+}
+
+// Drawing and text --------------------------------------------
+
+void ImageCanvas::setMouseMode(MouseMode mode)
+{
+    m_mouseMode = mode;
+    if (mode != Text)
+        endTextEditing();
+}
+
+void ImageCanvas::endTextEditing()
+{
+    if (!m_text.isOpen())
         return;
-    m_view.setFrameSize(taken);
-    drawnLayer().reset(m_view.rotatedSize());
-    m_textAnchor.layerReplaced();
-    publishView();
+    m_text.close();
+    m_model.commitText(m_text.document(), size());
 }
 
-bool ImageCanvas::renewResult()
+void ImageCanvas::mousePressEvent(QMouseEvent *event)
 {
-    const AnnotationLayer &layer = drawnLayer();
-    const ResultKey key = currentKey();
-    if (m_resultSerial != 0 && key == m_resultKey)
-        return true;
-    const FramePtr result = m_pipeline.run(m_input, layer, {key.view, key.effect, key.mask});
-    const bool withoutMemory = !result && m_input;
-    if (withoutMemory)
-        return false;
-    m_result = result;
-    m_resultKey = key;
-    ++m_resultSerial;
-    return true;
+    if (event->button() == Qt::LeftButton)
+        m_model.press(m_mouseMode, event->localPos().toPoint(), size());
 }
 
-AnnotationLayer &ImageCanvas::drawnLayer()
+void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
 {
-    m_tools.drawPending(m_layer);
-    return m_layer;
-}
-
-ImageCanvas::ResultKey ImageCanvas::currentKey() const
-{
-    return {m_inputSerial, m_view, effectMode, maskMode, m_layer.revision()};
-}
-
-QSize ImageCanvas::resultSize() const
-{
-    return m_result ? m_result->size() : QSize(0, 0);
-}
-
-ImageCanvas::Shot ImageCanvas::dueShot() const
-{
-    if (!m_result || !m_snapshotClock.isDue(m_clock.elapsed()))
-        return {};
-    return {m_result, m_armedFolder};
-}
-
-void ImageCanvas::copyOut(void *pixels, QSize size, bool mirror, bool rgb32)
-{
-    if (!m_result || size.isEmpty())
+    if (!event->buttons().testFlag(Qt::LeftButton)) {
+        // The release went elsewhere, to a dialog that opened under the pointer.
+        m_model.release();
         return;
-    const FramePtr fitted = m_pipeline.fitted(m_result, size);
-    if (fitted)
-        FrameSteps::copyOut(*fitted, pixels, mirror, rgb32);
+    }
+    m_model.move(m_mouseMode, event->localPos().toPoint(), size(),
+                 {penColor, penWidth, fillEnabled, fillColor});
+    // A source in motion carries the stroke with its next frame.
+    if (!m_strokeTimer.isActive() && m_model.msSinceFrame() >= REFRESH_INTERVAL_MS)
+        m_strokeTimer.start();
+}
+
+void ImageCanvas::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        endDrag(event->localPos().toPoint());
+}
+
+void ImageCanvas::endDrag(QPoint widgetPoint)
+{
+    const std::optional<QRect> selection = m_model.release();
+    if (!selection)
+        return;
+    if (m_mouseMode == Clip)
+        copyClip(*selection);
+    else if (m_mouseMode == Text)
+        openTextEditor(widgetPoint);
+}
+
+void ImageCanvas::copyClip(const QRect &selection)
+{
+    const QImage part = m_model.part(selection);
+    if (part.isNull())
+        return;
+    // The clipboard tells everybody at once; whoever hears it may ask the canvas.
+    QGuiApplication::clipboard()->setPixmap(QPixmap::fromImage(part));
+    emit clipDone();
+}
+
+void ImageCanvas::openTextEditor(QPoint widgetPoint)
+{
+    if (m_text.isOpen()) {
+        endTextEditing();
+        return;
+    }
+    // Let go beside the canvas, it was no click, and an editor there could not be seen.
+    if (!rect().contains(widgetPoint))
+        return;
+    m_model.placeText(widgetPoint, size());
+    m_text.open(widgetPoint);
 }
 
 // Indications and painting ------------------------------------
@@ -272,7 +290,7 @@ void ImageCanvas::setOsdProcessor(OSDProcessor *processor)
 void ImageCanvas::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    paintPicture(&painter);
+    m_picturePainter.paint(&painter, size(), m_model.shown());
     if (m_osd) {
         painter.save();
         m_osd->postPaint(&painter);
@@ -283,46 +301,16 @@ void ImageCanvas::paintEvent(QPaintEvent *)
     painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
-void ImageCanvas::paintPicture(QPainter *painter)
-{
-    FramePtr picture;
-    std::uint64_t serial = 0;
-    {
-        const std::lock_guard<std::mutex> locker(m_lock);
-        picture = m_result;
-        serial = m_resultSerial;
-    }
-    const ViewGeometry::Fit fitted =
-        ViewGeometry::fit(picture ? picture->size() : QSize(0, 0), size());
-    const QRect place(fitted.margin, fitted.size);
-    if (!m_drawingBoardMode) {
-        // Only what the picture leaves free: filling it all would write every pixel twice.
-        const QRegion bars = QRegion(rect().adjusted(2, 2, -2, -2)) - place;
-        for (const QRect &bar : bars)
-            painter->fillRect(bar, Qt::black);
-    }
-    // In whole pixels of the screen, which are not those of the layout at a ratio of 1.5: the
-    // painter has nothing to scale then.
-    const double ratio = devicePixelRatioF();
-    const QPoint corner = (QPointF(place.topLeft()) * ratio).toPoint();
-    const QPoint end =
-        (QPointF(place.topLeft() + QPoint(place.width(), place.height())) * ratio).toPoint();
-    const QSize pixels(end.x() - corner.x(), end.y() - corner.y());
-    const QImage &image = m_scaledPicture.image(picture, serial, pixels);
-    if (!image.isNull())
-        painter->drawImage(QRectF(QPointF(corner) / ratio, QSizeF(pixels) / ratio), image);
-}
-
 void ImageCanvas::hideEvent(QHideEvent *event)
 {
     // Four canvases share a window and one is seen: only that one needs its screen's worth.
-    m_scaledPicture.release();
+    m_picturePainter.release();
     QWidget::hideEvent(event);
 }
 
 void ImageCanvas::requestRepaint()
 {
-    if (onGuiThread()) {
+    if (QThread::currentThread() == thread()) {
         update();
         return;
     }
@@ -336,9 +324,4 @@ void ImageCanvas::updatePosted()
 {
     m_updatePosted = false;
     update();
-}
-
-bool ImageCanvas::onGuiThread() const
-{
-    return QThread::currentThread() == thread();
 }

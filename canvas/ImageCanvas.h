@@ -1,20 +1,13 @@
 #pragma once
 
-#include "canvas/OutputFolder.h"
-#include "canvas/SnapshotClock.h"
+#include "canvas/PicturePainter.h"
 #include "canvas/TextAnnotation.h"
-#include "canvas/drawing/AnnotationLayer.h"
-#include "canvas/drawing/DragTool.h"
-#include "canvas/drawing/TextAnchor.h"
-#include "canvas/picture/FramePipeline.h"
-#include "canvas/picture/ScaledPicture.h"
-#include "canvas/picture/ViewGeometry.h"
-#include "settings/CanvasModes.h"
+#include "canvas/model/CanvasModel.h"
+#include "canvas/model/PictureSettings.h"
 #include "sources/ICaptureCB.h"
 
 #include <QColor>
 #include <QDateTime>
-#include <QElapsedTimer>
 #include <QImage>
 #include <QPoint>
 #include <QPointer>
@@ -25,20 +18,17 @@
 #include <QWidget>
 
 #include <atomic>
-#include <cstdint>
 #include <limits>
-#include <memory>
-#include <mutex>
 #include <optional>
 
 class OSDProcessor;
 
-/// The picture on the wall: takes frames from any thread, runs them through its pipeline, shows,
-/// saves and hands back the result, and lets the speaker draw on it.
+/// The picture on the wall: hands frames to its model, shows, saves and gives back the picture
+/// that is made of them, and lets the speaker draw on it with the mouse.
 ///
-/// Every public operation takes the canvas lock at most once and calls no other public operation
-/// while it holds it. From another thread than the GUI's, repaints and indications are posted.
-class ImageCanvas : public QWidget, public ICaptureCB, public CanvasModes
+/// Frames may come from any thread; what they ask of the widget is posted to the GUI thread, where
+/// everything else is called. The model alone holds the lock.
+class ImageCanvas : public QWidget, public ICaptureCB, public PictureSettings
 {
     Q_OBJECT
 
@@ -58,7 +48,7 @@ public:
     void setDrawingBoardMode(bool on);
     /// A copy of the picture as shown, saved and printed; null before the first one.
     [[nodiscard]] QImage currentImage() const;
-    [[nodiscard]] QSize pictureSize() const;
+    [[nodiscard]] QSize pictureSize() const { return m_model.pictureSize(); }
 
     // Snapshots ---------------------------------------------------------------------------------
     /// A picture that could not be written.
@@ -73,9 +63,9 @@ public:
     /// Arms a shot or a series with the public snapshot fields, if the folder exists. While the
     /// folder does not answer, the shot waits, armed.
     void snapshot();
-    void stopSnapshot();
+    void stopSnapshot() { m_model.disarm(); }
     /// Whether a continuous series is armed.
-    [[nodiscard]] bool seriesArmed() const;
+    [[nodiscard]] bool seriesArmed() const { return m_model.seriesArmed(); }
     /// The last one since the program began. GUI thread.
     [[nodiscard]] const std::optional<SnapshotFailure> &lastSnapshotFailure() const
     {
@@ -83,20 +73,28 @@ public:
     }
 
     // View --------------------------------------------------------------------------------------
-    [[nodiscard]] int actualWidth() const;
-    [[nodiscard]] int actualHeight() const;
-    [[nodiscard]] int transformedWidth() const;
-    [[nodiscard]] int transformedHeight() const;
-    [[nodiscard]] double minimumScale() const;
-    [[nodiscard]] double zoomScale() const;
+    /// Pixels of the frame after its quarter turns.
+    [[nodiscard]] int actualWidth() const { return m_model.viewShape().rotatedSize().width(); }
+    [[nodiscard]] int actualHeight() const { return m_model.viewShape().rotatedSize().height(); }
+    /// The same in output pixels.
+    [[nodiscard]] int transformedWidth() const
+    {
+        return m_model.viewShape().transformedSize().width();
+    }
+    [[nodiscard]] int transformedHeight() const
+    {
+        return m_model.viewShape().transformedSize().height();
+    }
+    [[nodiscard]] double minimumScale() const { return m_model.viewShape().minimumScale(); }
+    [[nodiscard]] double zoomScale() const { return m_model.viewShape().scale(); }
     /// Quarter turns clockwise, 0 to 3.
-    [[nodiscard]] int rotation() const;
+    [[nodiscard]] int rotation() const { return m_model.viewShape().rotation(); }
     /// The view's centre in rotated-picture coordinates.
-    [[nodiscard]] QPointF centerPoint() const;
+    [[nodiscard]] QPointF centerPoint() const { return m_model.centerPoint(); }
     void zoom(const QPointF &centre, int factor);
     void zoomIn();
     void zoomOut();
-    void zoomReset();
+    void zoomReset() { m_model.zoomReset(); }
     /// Moves the view's top left corner, in output pixels, as far as the picture reaches.
     void setViewport(int x, int y);
     void rotate();
@@ -104,24 +102,24 @@ public:
     /// Widget coordinates to processed-picture coordinates.
     [[nodiscard]] QPoint transformMousePoint(QPoint widgetPoint) const;
     /// The clip selection in widget coordinates.
-    [[nodiscard]] QRectF clippingRect() const;
+    [[nodiscard]] QRectF clippingRect() const { return m_model.clippingRect(size()); }
     /// The clip selection in processed-picture coordinates, null when there is none.
-    [[nodiscard]] QRect clipRectangle() const;
+    [[nodiscard]] QRect clipRectangle() const { return m_model.clipRectangle(); }
 
     // Drawing and text --------------------------------------------------------------------------
     /// Any mode but Text commits a text that is being edited.
     void setMouseMode(MouseMode mode);
     [[nodiscard]] MouseMode mouseMode() const { return m_mouseMode; }
-    void clearPainting();
+    void clearPainting() { m_model.clearDrawing(); }
     /// The format acts on the selection of a text that is being edited, or on what is typed next.
-    void setTextColor(const QColor &color);
-    void setFontFace(const QString &face);
+    void setTextColor(const QColor &color) { m_text.setColor(color); }
+    void setFontFace(const QString &face) { m_text.setFontFace(face); }
     /// Sizes below 1 are ignored; letters are 1000 points at most.
-    void setFontSize(int points);
+    void setFontSize(int points) { m_text.setFontSize(points); }
     [[nodiscard]] QColor textColor() const { return m_text.color(); }
     [[nodiscard]] QString fontFace() const { return m_text.fontFace(); }
     [[nodiscard]] int fontSize() const { return m_text.fontSize(); }
-    void setTextFormat();
+    void setTextFormat() { m_text.applyFormat(); }
     /// Paints the text that is being edited into the drawing, which Escape does too; nothing when
     /// there is none.
     void endTextEditing();
@@ -129,11 +127,8 @@ public:
     // Indications -------------------------------------------------------------------------------
     void setOsdProcessor(OSDProcessor *processor);
 
-    // Written by the main window and the tool windows on the GUI thread; the frame thread reads
-    // the atomics directly and the snapshot fields only through the copy that snapshot() takes.
-    std::atomic<MaskMode> maskMode{MaskNone};
-    std::atomic<EffectMode> effectMode{EffectColor};
-    std::atomic<bool> frozen{false};
+    // Written by the main window and the tool windows, as are the settings of the picture. GUI
+    // thread; snapshot() takes a copy of the snapshot fields.
     SnapshotMode snapshotMode = Single;
     QString snapshotFolder;
     /// Seconds between two pictures of a series.
@@ -171,88 +166,16 @@ private slots:
     void updatePosted();
 
 private:
-    static constexpr int REFRESH_INTERVAL_MS = 40;
-
-    /// Everything that a result was made from; while it stays the same, so does the result.
-    struct ResultKey {
-        std::uint64_t inputSerial = 0;
-        ViewGeometry view;
-        EffectMode effect = EffectColor;
-        MaskMode mask = MaskNone;
-        std::uint64_t layerRevision = 0;
-
-        friend bool operator==(const ResultKey &a, const ResultKey &b)
-        {
-            return a.inputSerial == b.inputSerial && a.view == b.view && a.effect == b.effect &&
-                   a.mask == b.mask && a.layerRevision == b.layerRevision;
-        }
-    };
-
-    /// A picture to be saved once the lock is released, if its folder is there; null is none.
-    struct Shot {
-        FramePtr picture;
-        std::shared_ptr<OutputFolder> folder;
-    };
-
-    // With the lock held.
-    // Null for an empty frame and without memory.
-    [[nodiscard]] FramePtr copyIn(const void *pixels, QSize size, bool mirror, bool rgb32);
-    [[nodiscard]] FramePtr copyIn(const QImage &image);
-    /// Whether the standing input holds and frames that arrive are ignored. The freeze button may
-    /// be pressed at any moment, so that a frame asks once.
-    [[nodiscard]] bool holdsInput() const;
-    /// A null frame is an empty one, or one that found no memory: that one is left out, and the
-    /// standing input stays.
-    void takeInput(const FramePtr &frame, QSize size);
-    /// False when there is no memory for it: the last result stays, and the next call tries again.
-    [[nodiscard]] bool renewResult();
-    /// The drawing with the shape that is being dragged.
-    [[nodiscard]] AnnotationLayer &drawnLayer();
-    [[nodiscard]] ResultKey currentKey() const;
-    [[nodiscard]] QSize resultSize() const;
-    [[nodiscard]] Shot dueShot() const;
-    void copyOut(void *pixels, QSize size, bool mirror, bool rgb32);
-    void publishView();
-    template <typename Change>
-    void changeView(Change change);
-
-    // Without the lock.
-    void take(const Shot &shot);
-    void save(const Shot &shot);
+    void save(const CanvasModel::Shot &shot);
     void reportSnapshotFailure(const QString &path, const QString &reason);
-    void turn(bool clockwise);
     void requestRepaint();
     void endDrag(QPoint widgetPoint);
     void copyClip(const QRect &selection);
     void openTextEditor(QPoint widgetPoint);
-    void paintPicture(QPainter *painter);
 
-    [[nodiscard]] ViewGeometry publishedView() const;
-    [[nodiscard]] bool onGuiThread() const;
-
-    /// Guards the members from here to the next group against the frame thread; never held
-    /// while a file is written, a widget is touched or the indications are painted.
-    mutable std::mutex m_lock;
-    FramePtr m_input;
-    /// Counts stored inputs.
-    std::uint64_t m_inputSerial = 0;
-    FramePtr m_result;
-    std::uint64_t m_resultSerial = 0;
-    ResultKey m_resultKey;
-    FramePipeline m_pipeline;
-    ViewGeometry m_view;
-    AnnotationLayer m_layer;
-    TextAnchor m_textAnchor;
-    SnapshotClock m_snapshotClock;
-    std::shared_ptr<OutputFolder> m_armedFolder;
-    DragTool m_tools;
-
-    // Readable from any thread without the lock.
-    std::atomic<std::uint64_t> m_publishedShape{0};
-    std::atomic<double> m_publishedScale{1.0};
-    std::atomic<std::int64_t> m_lastFrameMs{0};
+    CanvasModel m_model{*this};
+    /// Written by any thread.
     std::atomic<bool> m_updatePosted{false};
-    QElapsedTimer m_clock; ///< Started once by the constructor.
 
     // GUI thread only.
     QPointer<OSDProcessor> m_osd;
@@ -261,8 +184,7 @@ private:
     QTimer m_idleTimer;
     /// Runs from a stroke over a standing picture to the refresh that shows it.
     QTimer m_strokeTimer;
-    ScaledPicture m_scaledPicture;
-    bool m_drawingBoardMode = false;
+    PicturePainter m_picturePainter;
     QColor m_boardColor = Qt::white;
     MouseMode m_mouseMode = Hand;
     TextAnnotation m_text;

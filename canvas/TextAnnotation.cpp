@@ -1,17 +1,11 @@
 #include "canvas/TextAnnotation.h"
 
 #include "canvas/TextEditor.h"
-#include "canvas/drawing/AnnotationLayer.h"
-#include "canvas/drawing/TextAnchor.h"
+#include "canvas/drawing/TextPainter.h"
 
-#include <QAbstractTextDocumentLayout>
-#include <QPainter>
-#include <QTextBlock>
 #include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextLayout>
-#include <QTransform>
 
 #include <algorithm>
 
@@ -20,33 +14,9 @@ namespace
 
 const char DEFAULT_FACE[] = "Arial";
 constexpr int DEFAULT_POINTS = 18;
-/// Larger letters than any picture; layouts of a million points hang.
-constexpr int MOST_POINTS = 1000;
 constexpr int LARGEST_EDGE = 300;
 /// Between the editor and the canvas edge, one more than is left free.
 constexpr int EDGE_MARGIN = 5;
-
-/// What the document may paint, in its own coordinates: letters lean out of their lines, and a word
-/// that is wider than the editor runs out of it to either side.
-QRectF inkOf(const QTextDocument &document)
-{
-    const double overhang = MOST_POINTS;
-    const double width = std::max(document.size().width(), document.idealWidth());
-    return QRectF(-width - overhang, -overhang, 3.0 * width + 2.0 * overhang,
-                  document.size().height() + 2.0 * overhang);
-}
-
-/// What the lines of the document cover, in its own coordinates.
-QRectF linesOf(const QTextDocument &document)
-{
-    QRectF lines;
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        const QRectF place = document.documentLayout()->blockBoundingRect(block);
-        for (int i = 0; i < block.layout()->lineCount(); ++i)
-            lines |= block.layout()->lineAt(i).naturalTextRect().translated(place.topLeft());
-    }
-    return lines;
-}
 
 } // namespace
 
@@ -72,6 +42,11 @@ void TextAnnotation::open(QPoint widgetPoint)
     m_editor->show();
     m_editor->setFocus();
     applyFormat();
+}
+
+QTextDocument &TextAnnotation::document() const
+{
+    return *m_editor->document();
 }
 
 bool TextAnnotation::isOpen() const
@@ -123,32 +98,8 @@ void TextAnnotation::applyFormat()
 {
     QTextCursor cursor = m_editor->textCursor();
     QTextCharFormat format = cursor.charFormat();
-    format.setFont(QFont(m_fontFace, std::min(m_fontSize, MOST_POINTS)));
+    format.setFont(QFont(m_fontFace, std::min(m_fontSize, TextPainter::MOST_POINTS)));
     format.setForeground(QBrush(m_color));
     cursor.setCharFormat(format);
     m_editor->setTextCursor(cursor);
-}
-
-void TextAnnotation::paintInto(AnnotationLayer &layer, const TextAnchor &anchor,
-                               QSize transformedSize, QSize canvasSize) const
-{
-    layer.setUsed();
-    if (canvasSize.isEmpty())
-        return;
-    QTextDocument *document = m_editor->document();
-    if (document->isEmpty())
-        return;
-    const double scale = std::min(double(transformedSize.height()) / canvasSize.height(),
-                                  double(transformedSize.width()) / canvasSize.width());
-    const QRectF lines = QTransform::fromScale(scale, scale).mapRect(linesOf(*document));
-    const QPoint corner = anchor.point(lines, layer.size());
-    QTransform place = QTransform::fromTranslate(corner.x(), corner.y());
-    place.scale(scale, scale);
-    layer.paint({place.mapRect(inkOf(*document)).toAlignedRect() & layer.rect()},
-                [&](QPainter &painter) {
-                    painter.setTransform(place);
-                    document->drawContents(&painter);
-                });
-    // The letters cover far less than they might have.
-    layer.trim();
 }

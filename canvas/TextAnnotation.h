@@ -2,18 +2,15 @@
 
 #include <QColor>
 #include <QPoint>
-#include <QSize>
 #include <QString>
 
-class AnnotationLayer;
-class TextAnchor;
-class TextEditor;
+class QTextDocument;
 class QWidget;
+class TextEditor;
 
 /// The text tool: a borderless editor on the canvas whose document becomes part of the drawing.
 ///
-/// GUI thread only. Everything but paintInto() works on widgets, which deliver events, and is
-/// therefore never called under the canvas lock.
+/// GUI thread only. It works on widgets, which deliver events.
 class TextAnnotation
 {
 public:
@@ -21,6 +18,8 @@ public:
     explicit TextAnnotation(QWidget *canvas);
 
     [[nodiscard]] TextEditor *editor() const { return m_editor; }
+    /// What was written last, also after close().
+    [[nodiscard]] QTextDocument &document() const;
 
     /// Shows an empty editor with the keyboard focus.
     void open(QPoint widgetPoint);
@@ -40,12 +39,6 @@ public:
     [[nodiscard]] QColor color() const { return m_color; }
     [[nodiscard]] QString fontFace() const { return m_fontFace; }
     [[nodiscard]] int fontSize() const { return m_fontSize; }
-
-    /// Paints the document into the layer at the anchor, scaled as the view (`transformedSize`, in
-    /// output pixels) is to the canvas, and makes the layer count as used. A canvas without pixels
-    /// only does the latter. Needs the lock that guards the layer.
-    void paintInto(AnnotationLayer &layer, const TextAnchor &anchor, QSize transformedSize,
-                   QSize canvasSize) const;
 
 private:
     TextEditor *const m_editor;

@@ -2,7 +2,7 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "canvas/OutputFolder.h"
+#include "canvas/model/OutputFolder.h"
 #include "mainwindow/MainWindow.h"
 #include "settings/Config.h"
 #include "sources/LiveSource.h"

@@ -1,7 +1,4 @@
 #include "canvas/ImageCanvas.h"
-#include "canvas/TextAnnotation.h"
-#include "canvas/drawing/AnnotationLayer.h"
-#include "canvas/drawing/TextAnchor.h"
 #include "tests/TestProgram.h"
 #include "tests/canvas/CanvasMouse.h"
 #include "tests/canvas/GoldenPicture.h"
@@ -255,53 +252,6 @@ private slots:
         CanvasMouse::click(*canvas, {50, 60});
         canvas->setMouseMode(CanvasModes::Text);
         QVERIFY(!editorOf(*canvas).isHidden());
-    }
-
-    void anEmptyEditorLeavesTheLayerUnchangedButUsed()
-    {
-        QWidget parent;
-        parent.resize(FRAME);
-        TextAnnotation text(&parent);
-        AnnotationLayer layer;
-        layer.reset(FRAME);
-        text.open({10, 10});
-        QVERIFY(text.isOpen());
-        text.close();
-        text.paintInto(layer, {}, FRAME, FRAME);
-        QVERIFY(layer.isUsed());
-        QVERIFY(layer.image().isNull());
-    }
-
-    void aTextTouchesOnlyTheTilesOfItsLetters()
-    {
-        QWidget parent;
-        parent.resize(1920, 1080);
-        TextAnnotation text(&parent);
-        AnnotationLayer layer;
-        layer.reset(parent.size());
-        text.open({500, 500});
-        QTest::keyClicks(parent.findChild<QTextEdit *>(), "Hi");
-        text.close();
-        TextAnchor anchor;
-        anchor.place({500, 500});
-        text.paintInto(layer, anchor, parent.size(), parent.size());
-        QRegion touched;
-        layer.forEachTouched(layer.rect(), [&touched](const QRect &part) { touched += part; });
-        QCOMPARE(touched, QRegion(448, 448, 128, 128));
-    }
-
-    void aCanvasWithoutPixelsSkipsTheDrawing()
-    {
-        QWidget parent;
-        TextAnnotation text(&parent);
-        AnnotationLayer layer;
-        layer.reset(FRAME);
-        text.open({0, 0});
-        QTest::keyClicks(parent.findChild<QTextEdit *>(), "Hi");
-        for (const QSize size : {QSize(0, 0), QSize(0, 50), QSize(50, 0)})
-            text.paintInto(layer, {}, FRAME, size);
-        QVERIFY(layer.image().isNull());
-        QVERIFY(layer.isUsed());
     }
 
     void theColourChangesTheSelectionOrWhatIsTypedNext()

@@ -1,7 +1,7 @@
 #include "tests/TestProgram.h"
 #include "tests/canvas/ReferencePipeline.h"
 
-#include "canvas/SnapshotFile.h"
+#include "canvas/model/SnapshotFile.h"
 
 #include <QtTest>
 

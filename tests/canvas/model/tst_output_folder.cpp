@@ -1,4 +1,4 @@
-#include "canvas/OutputFolder.h"
+#include "canvas/model/OutputFolder.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/HangingFolder.h"
 

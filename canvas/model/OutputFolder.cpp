@@ -1,6 +1,6 @@
-#include "canvas/OutputFolder.h"
+#include "canvas/model/OutputFolder.h"
 
-#include "canvas/SnapshotFile.h"
+#include "canvas/model/SnapshotFile.h"
 
 #include <QDir>
 #include <QHash>

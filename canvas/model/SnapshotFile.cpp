@@ -1,4 +1,4 @@
-#include "canvas/SnapshotFile.h"
+#include "canvas/model/SnapshotFile.h"
 
 #include <QBuffer>
 #include <QDateTime>

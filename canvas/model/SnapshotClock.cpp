@@ -1,4 +1,4 @@
-#include "canvas/SnapshotClock.h"
+#include "canvas/model/SnapshotClock.h"
 
 void SnapshotClock::arm(const Schedule &schedule, std::int64_t nowMs)
 {

@@ -1,4 +1,4 @@
-#include "canvas/SnapshotClock.h"
+#include "canvas/model/SnapshotClock.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>

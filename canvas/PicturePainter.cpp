@@ -1,0 +1,29 @@
+#include "canvas/PicturePainter.h"
+
+#include "canvas/picture/ViewGeometry.h"
+
+#include <QPainter>
+#include <QRegion>
+
+void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Shown &shown)
+{
+    const ViewGeometry::Fit fitted =
+        ViewGeometry::fit(shown.picture ? shown.picture->size() : QSize(0, 0), size);
+    const QRect place(fitted.margin, fitted.size);
+    if (m_barsBlack) {
+        // Filling all of it would write every pixel of the picture twice.
+        const QRegion bars = QRegion(QRect({0, 0}, size).adjusted(2, 2, -2, -2)) - place;
+        for (const QRect &bar : bars)
+            painter->fillRect(bar, Qt::black);
+    }
+    // In whole pixels of the screen, which are not those of the layout at a ratio of 1.5: the
+    // painter has nothing to scale then.
+    const double ratio = painter->device()->devicePixelRatioF();
+    const QPoint corner = (QPointF(place.topLeft()) * ratio).toPoint();
+    const QPoint end =
+        (QPointF(place.topLeft() + QPoint(place.width(), place.height())) * ratio).toPoint();
+    const QSize pixels(end.x() - corner.x(), end.y() - corner.y());
+    const QImage &image = m_scaled.image(shown.picture, shown.serial, pixels);
+    if (!image.isNull())
+        painter->drawImage(QRectF(QPointF(corner) / ratio, QSizeF(pixels) / ratio), image);
+}

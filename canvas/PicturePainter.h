@@ -1,0 +1,27 @@
+#pragma once
+
+#include "canvas/model/CanvasModel.h"
+#include "canvas/picture/ScaledPicture.h"
+
+#include <QSize>
+
+class QPainter;
+
+/// Paints the picture of a canvas into its middle, its aspect kept. Keeps the picture in the
+/// screen's own pixels from one painting to the next. GUI thread.
+class PicturePainter
+{
+public:
+    /// `size` is the widget's, in units of the layout.
+    void paint(QPainter *painter, QSize size, const CanvasModel::Shown &shown);
+
+    /// Whether what the picture leaves free, but for an edge of 2, is painted black.
+    void setBarsBlack(bool black) { m_barsBlack = black; }
+
+    /// Gives back what is kept.
+    void release() { m_scaled.release(); }
+
+private:
+    ScaledPicture m_scaled;
+    bool m_barsBlack = true;
+};

@@ -1,0 +1,138 @@
+#pragma once
+
+#include "canvas/drawing/Drawing.h"
+#include "canvas/model/OutputFolder.h"
+#include "canvas/model/SnapshotClock.h"
+#include "canvas/picture/ShownPicture.h"
+#include "canvas/picture/ViewGeometry.h"
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QPoint>
+#include <QPointF>
+#include <QRect>
+#include <QRectF>
+#include <QSize>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+class QTextDocument;
+struct PictureSettings;
+
+/// What a canvas holds, apart from its widget: the frame and the picture made from it, the view,
+/// the drawing, and the snapshot that is armed.
+///
+/// Any thread. Each public function takes the one mutex for itself; what runs while it is held
+/// belongs to State, which knows no CanvasModel, so that it cannot be taken twice. Nothing here
+/// waits for a file or touches a widget.
+class CanvasModel
+{
+public:
+    /// A picture that is to be saved, if its folder is there; without a picture, none.
+    struct Shot {
+        FramePtr picture;
+        std::shared_ptr<OutputFolder> folder;
+    };
+
+    /// The picture that is shown, and a number that grows with every new one.
+    struct Shown {
+        FramePtr picture;
+        std::uint64_t serial = 0;
+    };
+
+    /// Reads the settings, which must live longer, whenever it makes a picture.
+    explicit CanvasModel(const PictureSettings &settings);
+
+    // Frames. Each of these brings the picture up to date and says whether it is to be saved. A
+    // frame that finds no memory is left out. A null or empty one leaves an empty picture.
+    [[nodiscard]] Shot take(const QImage &image);
+    /// `size` packed pixels: RGB888, or with `rgb32` the 4 bytes of ARGB32; `mirror` takes and
+    /// returns them upside down. They are overwritten by the picture that is shown.
+    [[nodiscard]] Shot take(void *pixels, QSize size, bool mirror, bool rgb32);
+    /// Takes a frame that nobody writes to any more without copying it.
+    void take(const FramePtr &frame);
+    [[nodiscard]] Shot refresh();
+    [[nodiscard]] Shown shown() const;
+    /// (0, 0) when there is no picture.
+    [[nodiscard]] QSize pictureSize() const;
+    [[nodiscard]] std::int64_t msSinceFrame() const { return m_clock.elapsed() - m_lastFrameMs; }
+
+    // Snapshots
+    void arm(const std::shared_ptr<OutputFolder> &folder, const SnapshotClock::Schedule &schedule);
+    void disarm();
+    [[nodiscard]] bool seriesArmed() const;
+    /// Whether a shot is still to be saved now that its folder has answered; disarms what is
+    /// thereby done.
+    [[nodiscard]] bool claim(const Shot &shot);
+
+    // View
+    /// Its shape, with the offset (0, 0); never waits for the mutex.
+    [[nodiscard]] ViewGeometry viewShape() const;
+    [[nodiscard]] QPointF centerPoint() const;
+    void zoom(QPointF centre, int factor);
+    /// False, and nothing changed, when the largest scale is reached.
+    bool zoomIn();
+    void zoomOut();
+    void zoomReset();
+    void setViewport(QPoint corner);
+    void refit();
+    /// Turns the view, and with it the drawing, by a quarter.
+    void turn(bool clockwise);
+
+    // Drawing. Points are in the coordinates of a widget of the size that goes with them.
+    void press(CanvasModes::MouseMode mode, QPoint widgetPoint, QSize widgetSize);
+    void move(CanvasModes::MouseMode mode, QPoint widgetPoint, QSize widgetSize,
+              const DragTool::ShapeStyle &style);
+    /// Ends the drag. Returns the clip selection in processed-picture coordinates, invalid when
+    /// there is none; nothing when no drag was under way.
+    std::optional<QRect> release();
+    /// The clip selection in processed-picture coordinates, null when there is none.
+    [[nodiscard]] QRect clipRectangle() const;
+    [[nodiscard]] QRectF clippingRect(QSize widgetSize) const;
+    /// A copy of that part of the picture; null when it lies outside.
+    [[nodiscard]] QImage part(const QRect &picturePart) const;
+    void clearDrawing();
+    /// Notes where the text that is begun now will stand.
+    void placeText(QPoint widgetPoint, QSize widgetSize);
+    /// Paints the text there.
+    void commitText(QTextDocument &document, QSize widgetSize);
+
+private:
+    /// Copies for those who must not wait.
+    struct Published {
+        std::atomic<std::uint64_t> shape{0};
+        std::atomic<double> scale{1.0};
+    };
+
+    /// Everything that the mutex guards, and what is done while it is held.
+    struct State {
+        ShownPicture picture;
+        ViewGeometry view;
+        Drawing drawing;
+        SnapshotClock snapshotClock;
+        std::shared_ptr<OutputFolder> armedFolder;
+
+        /// Whether the standing frame is kept. The freeze button may be pressed at any moment, so
+        /// that a frame asks once.
+        [[nodiscard]] bool holdsInput(const PictureSettings &settings) const;
+        void takeInput(const FramePtr &frame, QSize size);
+        [[nodiscard]] bool renewPicture(const PictureSettings &settings);
+        [[nodiscard]] Shot dueShot(std::int64_t nowMs) const;
+        [[nodiscard]] QPoint picturePoint(QPoint widgetPoint, QSize widgetSize) const;
+        void publishTo(Published &published) const;
+    };
+
+    const PictureSettings &m_settings;
+    QElapsedTimer m_clock; ///< Started once by the constructor.
+    std::atomic<std::int64_t> m_lastFrameMs{0};
+    Published m_published;
+
+    /// Guards m_state. Never held while a file is written, a widget is touched or the indications
+    /// are painted.
+    mutable std::mutex m_mutex;
+    State m_state;
+};

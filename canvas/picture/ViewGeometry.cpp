@@ -163,8 +163,10 @@ ViewGeometry::Fit ViewGeometry::fit(QSize picture, QSize widget)
         return result;
     result.factor = std::min(static_cast<double>(widget.width()) / picture.width(),
                              static_cast<double>(widget.height()) / picture.height());
-    result.size = {truncated(picture.width() * result.factor),
-                   truncated(picture.height() * result.factor)};
+    // A picture that is very narrow still shows as a line.
+    result.size = QSize(truncated(picture.width() * result.factor),
+                        truncated(picture.height() * result.factor))
+                      .expandedTo(QSize(1, 1));
     result.margin = {(widget.width() - result.size.width()) / 2,
                      (widget.height() - result.size.height()) / 2};
     return result;

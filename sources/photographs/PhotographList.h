@@ -7,9 +7,13 @@
 namespace PhotographList
 {
 
-/// The bare names of the pictures of a folder: readable plain files with one of the five known
-/// suffixes in lower case, sorted by name with upper case first.
+/// The bare names of the pictures of a folder: readable plain files, or links to such, with one of
+/// the five known suffixes in lower case, sorted by name with upper case first. Any thread; on a
+/// drive that does not answer the call does not return. The names are those of FileNames.
 [[nodiscard]] QStringList list(const QDir &dir);
+
+/// Both sorted lists in one: a name that has gone from the folder keeps its place.
+[[nodiscard]] QStringList merged(const QStringList &old, const QStringList &now);
 
 /// Whether a bare name has one of those suffixes.
 [[nodiscard]] bool isPictureName(const QString &name);

@@ -1,16 +1,30 @@
 #include "sources/photographs/PictureReader.h"
 
-#include "sources/jpeg/ReducedJpeg.h"
+#include "sources/jpeg/JpegReader.h"
+#include "sources/photographs/PictureColours.h"
+#include "sources/photographs/PngPicture.h"
 
 #include <QBuffer>
-#include <QFile>
+#include <QColorSpace>
 #include <QImageReader>
 #include <QTransform>
 
 #include <cmath>
 
+using PictureReader::Reading;
+
 namespace
 {
+
+/// Larger files that are no JPEG files are decoded from the disk: with their bytes in memory too
+/// there would be too much of it.
+constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
+/// So much of such a file is read before the image library opens it. While that looks which format
+/// a picture has nobody else can open one, so it must not wait for a disk meanwhile.
+constexpr qint64 HEADER_BYTES = 64 * 1024;
+
+/// What PngPicture::readDamaged() holds at once.
+constexpr int DAMAGED_COPIES = 3;
 
 qint64 pixels(QSize size)
 {
@@ -30,6 +44,8 @@ bool sidesSwap(QImageIOHandler::Transformations turn)
 /// The picture as its orientation tag wants it: mirrored first, then turned.
 QImage upright(const QImage &image, QImageIOHandler::Transformations turn)
 {
+    if (turn == QImageIOHandler::TransformationNone)
+        return image;
     const QImage mirrored = image.mirrored(turn & QImageIOHandler::TransformationMirror,
                                            turn & QImageIOHandler::TransformationFlip);
     return sidesSwap(turn) ? mirrored.transformed(QTransform().rotate(90)) : mirrored;
@@ -44,6 +60,19 @@ QSize limited(QSize size)
     return atLeastOne(QSize(int(size.width() * shrink), int(size.height() * shrink)));
 }
 
+QSize fitting(QSize size, QSize bounds, bool enlarge)
+{
+    const bool fits = size.width() <= bounds.width() && size.height() <= bounds.height();
+    return fits && !enlarge ? size : atLeastOne(size.scaled(bounds, Qt::KeepAspectRatio));
+}
+
+QImage scaled(const QImage &image, QSize size)
+{
+    return image.size() == size
+               ? image
+               : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
 qint64 decodedBytes(const QImageReader &reader)
 {
     const QImage::Format format = reader.imageFormat();
@@ -52,124 +81,186 @@ qint64 decodedBytes(const QImageReader &reader)
     return pixels(reader.size()) * bits / 8;
 }
 
-/// A PNG file that comes in seven passes can only be decoded whole.
-bool isInterlacedPng(QIODevice &device)
-{
-    constexpr int INTERLACE_METHOD = 28;
-    char method = 0;
-    const qint64 place = device.pos();
-    const bool found = device.seek(INTERLACE_METHOD) && device.getChar(&method) && method != 0;
-    device.seek(place);
-    return found;
-}
-
-/// Whether the decoder makes the picture smaller as it reads it.
-bool decodesReduced(const QImageReader &reader)
-{
-    return reader.format() == "jpeg" ||
-           (reader.format() == "png" && reader.imageFormat() >= QImage::Format_RGB32 &&
-            !isInterlacedPng(*reader.device()));
-}
-
-/// What the decoder holds besides its answer, however small that is.
-qint64 lastingBytes(const QImageReader &reader)
-{
-    if (reader.format() != "jpeg")
-        return 0;
-    QIODevice &device = *reader.device();
-    const qint64 place = device.pos();
-    device.seek(0);
-    const qint64 bytes = jpegCoefficientBytes(device);
-    device.seek(place);
-    return bytes;
-}
-
-/// A JPEG picture as it lies in the device, at that size.
-QImage readReduced(QIODevice &device, QSize size)
+bool isJpeg(QIODevice &device)
 {
     device.seek(0);
-    const QImage image = readReducedJpeg(device, 2 * size, PictureReader::MAX_DECODED_BYTES);
-    if (image.isNull()) {
-        // What is left are printer's colours, broken files and files that hold too much.
-        device.seek(0);
-        if (jpegCoefficientBytes(device) > PictureReader::MAX_DECODED_BYTES)
-            return {};
-        device.seek(0);
-        QImageReader reader(&device);
+    return device.peek(3) == QByteArray("\xff\xd8\xff");
+}
+
+QImageIOHandler::Transformations turnOf(QIODevice &device)
+{
+    device.seek(0);
+    return QImageReader(&device, "jpeg").transformation();
+}
+
+QColorSpace spaceOf(const JpegPicture &jpeg)
+{
+    return jpeg.profile.isEmpty() ? QColorSpace() : QColorSpace::fromIccProfile(jpeg.profile);
+}
+
+QSize upright(QSize size, QImageIOHandler::Transformations turn)
+{
+    return sidesSwap(turn) ? size.transposed() : size;
+}
+
+/// Of a JPEG file that libjpeg alone does not bring to the screen's colours: a printer's. A size
+/// that is not empty is that of the answer.
+QImage printersColours(QIODevice &device, QSize size)
+{
+    device.seek(0);
+    if (jpegCoefficientBytes(device) > PictureReader::MAX_DECODED_BYTES)
+        return {};
+    device.seek(0);
+    QImageReader reader(&device, "jpeg");
+    if (!reader.size().isValid())
+        return {};
+    if (!size.isEmpty())
         reader.setScaledSize(size);
-        return reader.read();
-    }
-    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    else if (decodedBytes(reader) > PictureReader::MAX_DECODED_BYTES)
+        return {};
+    return reader.read();
 }
 
-QImage fitted(const QImage &image, QSize bounds)
+QImage wholeJpeg(QIODevice &device)
 {
-    return image.isNull() ? image
-                          : image.scaled(bounds, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QImageIOHandler::Transformations turn = turnOf(device);
+    device.seek(0);
+    const JpegPicture jpeg =
+        readJpeg(device, PictureReader::MAX_PIXELS, PictureReader::MAX_DECODED_BYTES);
+    const QImage image = jpeg.image.isNull() ? printersColours(device, {}) : jpeg.image;
+    return upright(PictureColours::prepared(image, spaceOf(jpeg), limited(image.size())), turn);
 }
 
-/// The first picture of a device that stands at its start.
-QImage readWhole(QIODevice &device)
+/// Decoded at a reduced size where that holds twice the answer's, then averaged.
+QImage fittedJpeg(QIODevice &device, QSize target)
 {
+    const QImageIOHandler::Transformations turn = turnOf(device);
+    const QSize size = upright(target, turn);
+    device.seek(0);
+    const JpegPicture jpeg = readReducedJpeg(device, 2 * size, PictureReader::MAX_DECODED_BYTES);
+    const QImage image = jpeg.image.isNull() ? printersColours(device, size) : jpeg.image;
+    return upright(
+        PictureColours::prepared(image.isNull() ? image : scaled(image, size), spaceOf(jpeg)),
+        turn);
+}
+
+/// Whether the toolkit makes the picture smaller as it decodes it.
+bool decodesReduced(const QImageReader &reader, QIODevice &device)
+{
+    return reader.format() == "png" && reader.imageFormat() >= QImage::Format_RGB32 &&
+           !PngPicture::isInterlaced(device);
+}
+
+/// As the file has it, or smaller where it could not be held.
+QImage decoded(QIODevice &device)
+{
+    device.seek(0);
     QImageReader reader(&device);
-    reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (size.isValid()) {
-        const qint64 lasting = lastingBytes(reader);
-        if (lasting + decodedBytes(reader) > PictureReader::MAX_DECODED_BYTES) {
-            if (lasting > PictureReader::MAX_DECODED_BYTES || !decodesReduced(reader))
-                return {};
+    // The reader does not know it any more when it has failed.
+    const qint64 bytes = size.isValid() ? decodedBytes(reader) : 0;
+    if (pixels(size) > PictureReader::MAX_PIXELS || bytes > PictureReader::MAX_DECODED_BYTES) {
+        const qint64 place = device.pos();
+        const bool reduced = decodesReduced(reader, device);
+        device.seek(place);
+        if (reduced)
             reader.setScaledSize(limited(size));
-        }
+        else if (bytes > PictureReader::MAX_DECODED_BYTES)
+            return {};
     }
     const QImage image = reader.read();
-    if (pixels(image.size()) <= PictureReader::MAX_PIXELS)
-        return image;
-    return image.scaled(limited(image.size()), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    const bool mayHaveParts = image.isNull() && size.isValid() &&
+                              DAMAGED_COPIES * bytes <= PictureReader::MAX_DECODED_BYTES;
+    return mayHaveParts && PngPicture::isPng(device) ? PngPicture::readDamaged(device) : image;
 }
 
-/// The file's bytes; none when it cannot be read or is too large to be decoded from memory.
-QByteArray contentOf(const QString &path)
+void readOther(QIODevice &device, Reading &reading)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > PictureReader::MAX_DECODED_BYTES)
-        return {};
-    return file.readAll();
+    const QImage image = decoded(device);
+    if (image.isNull())
+        return;
+    const bool ignored = PngPicture::isPng(device) && !PngPicture::hasProfile(device);
+    reading.isTransparent = image.hasAlphaChannel();
+    reading.picture = PictureColours::prepared(image, ignored ? QColorSpace() : image.colorSpace(),
+                                               limited(image.size()));
+}
+
+/// Calls `decode` with a device that holds the file, and completes the answer.
+template <typename Decode>
+Reading readWith(PictureFile &file, const PictureFile::Alive &alive, Decode decode)
+{
+    Reading reading;
+    reading.stamp = file.stamp();
+    reading.problem = file.problem();
+    if (reading.problem != PictureProblem::None)
+        return reading;
+    reading.problem = PictureProblem::Damaged;
+    const bool jpeg = isJpeg(file.device());
+    file.device().seek(0);
+    if (file.stamp().bytes <= (jpeg ? PictureReader::MAX_DECODED_BYTES : MAX_CONTENT_BYTES)) {
+        QByteArray content = file.content(alive);
+        if (file.problem() != PictureProblem::None)
+            reading.problem = file.problem();
+        QBuffer buffer(&content);
+        buffer.open(QIODevice::ReadOnly);
+        decode(buffer, jpeg, reading);
+    } else if (!jpeg) {
+        (void)file.device().read(HEADER_BYTES);
+        decode(file.device(), jpeg, reading);
+    }
+    if (!reading.picture.isNull())
+        reading.problem = PictureProblem::None;
+    return reading;
+}
+
+QSize sizeIn(QIODevice &device, bool jpeg)
+{
+    device.seek(0);
+    const QSize size = QImageReader(&device).size();
+    return jpeg && size.isValid() ? upright(size, turnOf(device)) : size;
 }
 
 } // namespace
 
+Reading PictureReader::readFile(PictureFile &file, const PictureFile::Alive &alive)
+{
+    return readWith(file, alive, [](QIODevice &device, bool jpeg, Reading &reading) {
+        if (jpeg)
+            reading.picture = wholeJpeg(device);
+        else
+            readOther(device, reading);
+        reading.wholeSize = reading.picture.size();
+    });
+}
+
+Reading PictureReader::readFile(const QString &path, const PictureFile::Alive &alive)
+{
+    PictureFile file(path);
+    return readFile(file, alive);
+}
+
+Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge)
+{
+    return readWith(file, {}, [&](QIODevice &device, bool jpeg, Reading &reading) {
+        reading.wholeSize = sizeIn(device, jpeg);
+        if (jpeg && reading.wholeSize.isValid()) {
+            reading.picture = fittedJpeg(device, fitting(reading.wholeSize, bounds, enlarge));
+            return;
+        }
+        readOther(device, reading);
+        reading.wholeSize = reading.picture.size();
+        if (!reading.picture.isNull())
+            reading.picture = scaled(reading.picture, fitting(reading.wholeSize, bounds, enlarge));
+    });
+}
+
 QImage PictureReader::read(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? readWhole(file) : QImage();
+    return readFile(path).picture;
 }
 
 QImage PictureReader::readFitted(const QString &path, QSize bounds)
 {
-    // While the image library looks which format a picture has, nobody else can open one: it must
-    // not wait for a disk meanwhile.
-    QByteArray content = contentOf(path);
-    QBuffer buffer(&content);
-    buffer.open(QIODevice::ReadOnly);
-    QSize size;
-    QByteArray format;
-    QImageIOHandler::Transformations turn;
-    {
-        QImageReader reader(&buffer);
-        size = reader.size();
-        format = reader.format();
-        turn = reader.transformation();
-    }
-    const bool muchLarger =
-        size.width() >= 2 * bounds.width() && size.height() >= 2 * bounds.height();
-    // Only the JPEG decoder does less work for a smaller answer; the others are scaled as whole.
-    if (!muchLarger || format != "jpeg") {
-        buffer.seek(0);
-        return fitted(readWhole(buffer), bounds);
-    }
-    const bool swapped = sidesSwap(turn);
-    const QSize target =
-        atLeastOne((swapped ? size.transposed() : size).scaled(bounds, Qt::KeepAspectRatio));
-    return upright(readReduced(buffer, swapped ? target.transposed() : target), turn);
+    PictureFile file(path);
+    return readFileFitted(file, bounds, true).picture;
 }

@@ -1,27 +1,49 @@
 #pragma once
 
+#include "sources/photographs/PictureFile.h"
+#include "sources/photographs/PictureProblem.h"
+
 #include <QImage>
 #include <QSize>
 #include <QString>
 
-/// Reads picture files of any origin: turned upright by their orientation tag, and never larger in
-/// memory than the limits below. Any thread.
+/// Reads picture files of any origin: turned upright by their orientation tag, in the colours that
+/// their profile means, over white where they are transparent, and never larger in memory than the
+/// limits below. A file that ends early gives the part that is there. Any thread; on a drive that
+/// does not answer the functions do not return.
 namespace PictureReader
 {
 
-/// What a picture may have when it is handed over; 64 megapixels are 256 MiB at 4 bytes each.
+/// What a picture may have when it is handed over; 64 megapixels are 192 MiB at 3 bytes each.
 constexpr qint64 MAX_PIXELS = 64LL * 1024 * 1024;
 
 /// What decoding may hold at once. A larger picture is decoded reduced where its format can do so
 /// (JPEG, and PNG in full colour), and not at all where it cannot.
 constexpr qint64 MAX_DECODED_BYTES = 512LL * 1024 * 1024;
 
-/// The first picture of the file, reduced to MAX_PIXELS at most; null when it cannot be read.
-[[nodiscard]] QImage read(const QString &path);
+/// A picture, and what else its file told.
+struct Reading {
+    /// RGB888; null exactly when there is a problem.
+    QImage picture;
+    PictureProblem problem = PictureProblem::None;
+    FileStamp stamp;
+    /// Of the whole picture as it stands upright, before it was reduced.
+    QSize wholeSize;
+    /// Whether the file has an alpha channel.
+    bool isTransparent = false;
+};
 
-/// The picture fitted into `bounds` with its aspect ratio kept; null when it cannot be read. A
-/// JPEG file is decoded at reduced size, which costs a fraction of the whole picture. The file is
-/// read into memory first, so that a disk that does not answer holds up this call alone.
+/// The first picture of the file, reduced to MAX_PIXELS at most.
+[[nodiscard]] Reading readFile(const QString &path, const PictureFile::Alive &alive = {});
+[[nodiscard]] Reading readFile(PictureFile &file, const PictureFile::Alive &alive = {});
+
+/// The picture fitted into `bounds` with its aspect ratio kept; nothing is made larger than it is
+/// unless `enlarge`. A JPEG file is decoded at reduced size, which costs a fraction of the whole
+/// picture.
+[[nodiscard]] Reading readFileFitted(PictureFile &file, QSize bounds, bool enlarge);
+
+/// The pictures of those, null when they cannot be read; a fitted one is as large as fits.
+[[nodiscard]] QImage read(const QString &path);
 [[nodiscard]] QImage readFitted(const QString &path, QSize bounds);
 
 } // namespace PictureReader

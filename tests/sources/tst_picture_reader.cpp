@@ -3,12 +3,16 @@
 
 #include <QtTest>
 
+#include <QColorSpace>
 #include <QImageWriter>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QtEndian>
 
+#include <fstream>
+
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace
 {
@@ -150,6 +154,169 @@ private slots:
                 QCOMPARE(qGreen(image.pixel(spot)) < 60, wanted);
             }
         }
+    }
+
+    void transparentPicturesLieOverWhite_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("options");
+        QTest::newRow("PNG") << "a.png" << QStringList{"PNG32:"};
+        QTest::newRow("16 bits a channel") << "deep.png" << QStringList{"PNG64:"};
+        QTest::newRow("grey with alpha") << "grey.png" << QStringList{"-colorspace", "Gray", ""};
+        QTest::newRow("palette") << "palette.png" << QStringList{"-colors", "4", "PNG8:"};
+        QTest::newRow("GIF") << "a.gif" << QStringList{""};
+        QTest::newRow("BMP") << "a.bmp" << QStringList{""};
+    }
+
+    void transparentPicturesLieOverWhite()
+    {
+        QFETCH(QString, name);
+        QFETCH(QStringList, options);
+        // A black bar on a transparent ground.
+        QStringList command{
+            "-size", "300x200", "xc:none", "-fill", "black", "-draw", "rectangle 100,0 199,199"};
+        command << options;
+        command.last() += path(name);
+        QCOMPARE(QProcess::execute("convert", command), 0);
+        const QImage whole = PictureReader::read(path(name));
+        QCOMPARE(whole.size(), QSize(300, 200));
+        QCOMPARE(whole.format(), QImage::Format_RGB888);
+        QCOMPARE(whole.pixel(10, 10), qRgb(255, 255, 255));
+        QCOMPARE(whole.pixel(150, 100), qRgb(0, 0, 0));
+        const QImage small = PictureReader::readFitted(path(name), QSize(56, 50));
+        QCOMPARE(small.pixel(2, 2), qRgb(255, 255, 255));
+        QCOMPARE(small.pixel(28, 18), qRgb(0, 0, 0));
+    }
+
+    void halfTransparentPixelsAreMixedWithWhite()
+    {
+        QImage image(4, 4, QImage::Format_ARGB32);
+        image.fill(qRgba(200, 0, 100, 51));
+        QVERIFY(image.save(path("half.png")));
+        const QRgb pixel = PictureReader::read(path("half.png")).pixel(1, 1);
+        // A fifth of the colour and four fifths of white.
+        QVERIFY2(qAbs(qRed(pixel) - 244) <= 1, qPrintable(QString::number(qRed(pixel))));
+        QVERIFY(qAbs(qGreen(pixel) - 204) <= 1);
+        QVERIFY(qAbs(qBlue(pixel) - 224) <= 1);
+    }
+
+    void coloursAreThoseOfTheProfile_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<QColorSpace>("space");
+        QTest::addColumn<QColor>("stored");
+        QTest::addColumn<QColor>("shown");
+        const QColorSpace swapped(QPointF(0.3127, 0.329), QPointF(0.30, 0.60), QPointF(0.64, 0.33),
+                                  QPointF(0.15, 0.06), QColorSpace::TransferFunction::SRgb);
+        for (const char *suffix : {"jpg", "png"}) {
+            QTest::addRow("Display P3 %s", suffix) << suffix << QColorSpace(QColorSpace::DisplayP3)
+                                                   << QColor(200, 80, 80) << QColor(216, 67, 76);
+            QTest::addRow("red and green swapped %s", suffix)
+                << suffix << swapped << QColor(200, 40, 60) << QColor(40, 200, 60);
+            QTest::addRow("the screen's own %s", suffix)
+                << suffix << QColorSpace(QColorSpace::SRgb) << QColor(200, 40, 60)
+                << QColor(200, 40, 60);
+        }
+    }
+
+    void coloursAreThoseOfTheProfile()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(QColorSpace, space);
+        QFETCH(QColor, stored);
+        QFETCH(QColor, shown);
+        QImage image(400, 300, QImage::Format_RGB32);
+        image.fill(stored);
+        image.setColorSpace(space);
+        const QString file = path("profile." + suffix);
+        QVERIFY(image.save(file, nullptr, 100));
+        for (const QImage &read :
+             {PictureReader::read(file), PictureReader::readFitted(file, QSize(56, 50))}) {
+            const QColor pixel(read.pixel(read.rect().center()));
+            QVERIFY2(qAbs(pixel.red() - shown.red()) <= 3 &&
+                         qAbs(pixel.green() - shown.green()) <= 3 &&
+                         qAbs(pixel.blue() - shown.blue()) <= 3,
+                     qPrintable(pixel.name()));
+        }
+    }
+
+    void halfAPngShowsItsHalf_data()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char *kind : {"PNG24", "PNG32", "PNG48", "PNG64", "PNG8"})
+            QTest::newRow(kind) << kind;
+    }
+
+    void halfAPngShowsItsHalf()
+    {
+        QFETCH(QString, kind);
+        QStringList command{"-seed", "2", "-size", "400x300", "plasma:red-blue"};
+        if (kind == "PNG8")
+            command << "-colors"
+                    << "64";
+        command << kind + ":" + path("whole.png");
+        QCOMPARE(QProcess::execute("convert", command), 0);
+        const QImage whole = PictureReader::read(path("whole.png"));
+        QFile::remove(path("cut.png"));
+        QVERIFY(QFile::copy(path("whole.png"), path("cut.png")));
+        QFile file(path("cut.png"));
+        QVERIFY(file.resize(file.size() / 2));
+        const QImage cut = PictureReader::read(path("cut.png"));
+        QCOMPARE(cut.size(), whole.size());
+        QCOMPARE(cut.copy(0, 0, 400, 80), whole.copy(0, 0, 400, 80));
+        QCOMPARE(cut.pixel(200, 290), qRgb(255, 255, 255));
+        QVERIFY(!PictureReader::readFitted(path("cut.png"), QSize(56, 50)).isNull());
+        QVERIFY(file.resize(60));
+        QVERIFY(PictureReader::read(path("cut.png")).isNull());
+    }
+
+    void narrowPicturesAreRead_data()
+    {
+        QTest::addColumn<QSize>("size");
+        for (const QSize &size : {QSize(1, 20000), QSize(8, 20000), QSize(20000, 1)}) {
+            QTest::addRow("%dx%d", size.width(), size.height()) << size;
+        }
+    }
+
+    void narrowPicturesAreRead()
+    {
+        QFETCH(QSize, size);
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(path("narrow.png")));
+        QCOMPARE(PictureReader::read(path("narrow.png")).size(), size);
+        const QImage small = PictureReader::readFitted(path("narrow.png"), QSize(56, 50));
+        QCOMPARE(small.size(), size.scaled(56, 50, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
+    }
+
+    void aProblemIsTold_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("problem");
+        QTest::newRow("no file") << "missing.jpg" << int(PictureProblem::Gone);
+        QTest::newRow("in no folder") << "missing/a.jpg" << int(PictureProblem::Gone);
+        QTest::newRow("a pipe") << "pipe.jpg" << int(PictureProblem::Unreadable);
+        QTest::newRow("a folder") << "folder.jpg" << int(PictureProblem::Unreadable);
+        QTest::newRow("a device") << "/dev/zero" << int(PictureProblem::Unreadable);
+        QTest::newRow("a text") << "text.jpg" << int(PictureProblem::Damaged);
+        QTest::newRow("nothing in it") << "empty.jpg" << int(PictureProblem::Damaged);
+        QTest::newRow("a picture") << "fine.jpg" << int(PictureProblem::None);
+    }
+
+    void aProblemIsTold()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, problem);
+        QDir(m_folder.path()).mkdir("folder.jpg");
+        mkfifo(QFile::encodeName(path("pipe.jpg")).constData(), 0600);
+        std::ofstream(path("text.jpg").toStdString()) << "Dear reader";
+        std::ofstream(path("empty.jpg").toStdString()).flush();
+        QImage image(8, 8, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(path("fine.jpg")));
+        const auto reading = PictureReader::readFile(QDir(m_folder.path()).filePath(name));
+        QCOMPARE(int(reading.problem), problem);
+        QCOMPARE(reading.picture.isNull(), problem != int(PictureProblem::None));
     }
 
     void anUnreadablePictureIsNull_data()

@@ -244,6 +244,16 @@ private slots:
         QCOMPARE(ViewGeometry::picturePoint({3, 3}, picture, {0, 0}), QPoint(0, 0));
     }
 
+    void aVeryNarrowPictureIsALineOfOnePixel()
+    {
+        for (const int width : {1, 8}) {
+            const ViewGeometry::Fit fit = ViewGeometry::fit({width, 20000}, {900, 700});
+            QCOMPARE(fit.size, QSize(1, 700));
+            QCOMPARE(fit.margin, QPoint(449, 0));
+            QCOMPARE(ViewGeometry::fit({20000, width}, {900, 700}).size, QSize(900, 1));
+        }
+    }
+
     void mapsPictureRectanglesIntoTheWidget()
     {
         const QRect part(QPoint(128, 64), QPoint(255, 191));

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+class QIODevice;
+
+/// A JPEG picture as it lies in the file: not turned, in RGB888, in the colours of its profile.
+struct JpegPicture {
+    /// Null when nothing of it can be decoded. What is missing at the end of a file is grey; below
+    /// the place of an error it is white.
+    QImage image;
+    /// The ICC profile in the file; empty when there is none.
+    QByteArray profile;
+};
+
+/// The functions read from where the device stands. They give a null picture when it cannot be
+/// read, is in a printer's colours, or needs more than `mostBytes` besides the answer. Any thread.
+
+/// The whole picture; one with more than `mostPixels` is decoded at the largest of the library's
+/// sizes (7/8, 6/8, ...) that has no more, 1/8 at the least.
+[[nodiscard]] JpegPicture readJpeg(QIODevice &device, qint64 mostPixels, qint64 mostBytes);
+
+/// The picture at the smallest of the library's cheap sizes (whole, a half, a quarter, an eighth)
+/// that holds `enough`.
+[[nodiscard]] JpegPicture readReducedJpeg(QIODevice &device, QSize enough, qint64 mostBytes);
+
+/// What decoding holds whatever size is asked for: 0 for a picture that comes from top to bottom,
+/// all of its coefficients for one that comes in several scans. 0 without a readable header.
+[[nodiscard]] qint64 jpegCoefficientBytes(QIODevice &device);

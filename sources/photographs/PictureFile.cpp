@@ -1,0 +1,65 @@
+#include "sources/photographs/PictureFile.h"
+
+#include "sources/photographs/FileNames.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 PIECE_BYTES = 1024 * 1024;
+constexpr qint64 NS_PER_SECOND = 1000 * 1000 * 1000;
+
+FileStamp stampOf(const struct stat &status)
+{
+    return {qint64(status.st_size),
+            qint64(status.st_mtim.tv_sec) * NS_PER_SECOND + qint64(status.st_mtim.tv_nsec),
+            quint64(status.st_dev), quint64(status.st_ino)};
+}
+
+} // namespace
+
+PictureFile::PictureFile(const QString &path)
+{
+    // Without O_NONBLOCK the call waits for the other end of a pipe; on plain files it does
+    // nothing.
+    const int descriptor =
+        ::open(FileNames::encode(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0) {
+        m_problem =
+            errno == ENOENT || errno == ENOTDIR ? PictureProblem::Gone : PictureProblem::Unreadable;
+        return;
+    }
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+        !m_file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                     QFileDevice::AutoCloseHandle)) {
+        m_problem = PictureProblem::Unreadable;
+        ::close(descriptor);
+        return;
+    }
+    m_stamp = stampOf(status);
+}
+
+QByteArray PictureFile::content(const Alive &alive)
+{
+    QByteArray bytes;
+    bytes.reserve(int(m_stamp.bytes));
+    for (;;) {
+        const int known = bytes.size();
+        bytes.resize(int(std::min(m_stamp.bytes, known + PIECE_BYTES)));
+        const qint64 count = m_file.read(bytes.data() + known, bytes.size() - known);
+        bytes.resize(known + int(std::max<qint64>(count, 0)));
+        if (count < 0)
+            m_problem = PictureProblem::Unreadable;
+        if (count <= 0)
+            return bytes;
+        if (alive)
+            alive();
+    }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "sources/photographs/PictureProblem.h"
+
+#include <QFile>
+#include <QString>
+
+#include <functional>
+
+/// What tells one content of a file from another without reading it.
+struct FileStamp {
+    qint64 bytes = -1;
+    /// Of the last change, since 1970.
+    qint64 modifiedNs = 0;
+    quint64 device = 0;
+    quint64 inode = 0;
+
+    bool operator==(const FileStamp &other) const
+    {
+        return bytes == other.bytes && modifiedNs == other.modifiedNs && device == other.device &&
+               inode == other.inode;
+    }
+    bool operator!=(const FileStamp &other) const { return !(*this == other); }
+};
+
+/// A plain file, open for reading. What is no plain file is not opened: a pipe would have its
+/// reader wait for ever. Any thread; on a drive that does not answer, open() and content() do not
+/// return.
+class PictureFile
+{
+public:
+    /// Called again and again while a file is being read, each time with more of it read.
+    using Alive = std::function<void()>;
+
+    /// `path` is one of FileNames.
+    explicit PictureFile(const QString &path);
+
+    /// None when the file is open.
+    [[nodiscard]] PictureProblem problem() const { return m_problem; }
+    [[nodiscard]] FileStamp stamp() const { return m_stamp; }
+    [[nodiscard]] QFile &device() { return m_file; }
+    /// All bytes of it; problem() says whether the disk failed meanwhile.
+    [[nodiscard]] QByteArray content(const Alive &alive);
+
+private:
+    QFile m_file;
+    FileStamp m_stamp;
+    PictureProblem m_problem = PictureProblem::None;
+};

@@ -8,10 +8,10 @@
 #include <cstring>
 #include <mutex>
 
+#include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 namespace
 {
@@ -37,6 +37,18 @@ void waitForServer(const char *path, bool opening)
     --waitingCalls;
 }
 
+/// The library's function, or that of a preloaded one between.
+template <typename Call>
+Call nextOf(Call, const char *name)
+{
+    return reinterpret_cast<Call>(dlsym(RTLD_NEXT, name));
+}
+
+mode_t modeOf(int flags, va_list arguments)
+{
+    return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+}
+
 } // namespace
 
 HangingFolder::HangingFolder(const QString &path, Calls calls)
@@ -59,25 +71,42 @@ int HangingFolder::waiting() const
     return waitingCalls;
 }
 
-// The two calls that the toolkit asks for a folder and opens a file with.
+// The calls that the toolkit and the program ask for a folder and open a file with.
 extern "C" {
 
 int statx(int directory, const char *path, int flags, unsigned int mask, struct statx *result)
 {
+    static const auto next = nextOf(&statx, "statx");
     waitForServer(path, false);
-    return int(syscall(SYS_statx, directory, path, flags, mask, result));
+    return next(directory, path, flags, mask, result);
+}
+
+DIR *opendir(const char *path)
+{
+    static const auto next = nextOf(&opendir, "opendir");
+    waitForServer(path, false);
+    return next(path);
+}
+
+int open(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    static const auto next = nextOf(&open, "open");
+    waitForServer(path, true);
+    return next(path, flags, mode);
 }
 
 int open64(const char *path, int flags, ...)
 {
-    mode_t mode = 0;
-    if ((flags & O_CREAT) != 0) {
-        va_list arguments;
-        va_start(arguments, flags);
-        mode = va_arg(arguments, mode_t);
-        va_end(arguments);
-    }
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    static const auto next = nextOf(&open64, "open64");
     waitForServer(path, true);
-    return int(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+    return next(path, flags, mode);
 }
 }

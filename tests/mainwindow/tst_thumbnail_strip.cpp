@@ -5,6 +5,7 @@
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
 #include "tests/TestProgram.h"
+#include "tests/fakes/HangingFolder.h"
 #include "widgets/HorizontalSlider.h"
 
 #include <QtTest>
@@ -13,14 +14,8 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <condition_variable>
-#include <csignal>
-#include <fcntl.h>
 #include <memory>
-#include <mutex>
-#include <sys/stat.h>
-#include <thread>
-#include <unistd.h>
+#include <optional>
 
 namespace
 {
@@ -35,90 +30,6 @@ public:
 
     int pictures = 0;
 };
-
-/// A pipe in the place of a picture: its reader gets nothing until somebody writes into it.
-class SlowPicture
-{
-public:
-    explicit SlowPicture(const QString &path)
-        : m_path(QFile::encodeName(path))
-    {
-        signal(SIGPIPE, SIG_IGN);
-        QFile::remove(path);
-        m_made = mkfifo(m_path.constData(), 0600) == 0;
-        m_rescue = std::thread([this] { rescue(); });
-    }
-    ~SlowPicture()
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_over = true;
-        }
-        m_changed.notify_all();
-        m_rescue.join();
-        answer({});
-    }
-    SlowPicture(const SlowPicture &) = delete;
-    SlowPicture &operator=(const SlowPicture &) = delete;
-
-    [[nodiscard]] bool made() const { return m_made; }
-    /// Whether somebody waits for the picture; he gets nothing before letGo().
-    [[nodiscard]] bool hold()
-    {
-        if (m_held < 0)
-            m_held = ::open(m_path.constData(), O_WRONLY | O_NONBLOCK);
-        return m_held >= 0;
-    }
-    void letGo()
-    {
-        if (m_held >= 0)
-            ::close(m_held);
-        m_held = -1;
-    }
-    /// Gives the content to whoever waits for it now.
-    void answer(const QByteArray &content)
-    {
-        if (!hold())
-            return;
-        (void)!::write(m_held, content.constData(), std::size_t(content.size()));
-        letGo();
-    }
-    /// Whether it had to answer by itself, because the test waited for it.
-    [[nodiscard]] bool rescued()
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_rescued;
-    }
-
-private:
-    /// A test that waits is to fail, not to hang.
-    void rescue()
-    {
-        std::unique_lock lock(m_mutex);
-        if (m_changed.wait_for(lock, std::chrono::seconds(20), [this] { return m_over; }))
-            return;
-        m_rescued = true;
-        const int pipe = ::open(m_path.constData(), O_WRONLY | O_NONBLOCK);
-        if (pipe >= 0)
-            ::close(pipe);
-    }
-
-    const QByteArray m_path;
-    bool m_made = false;
-    int m_held = -1;
-    /// Guards m_over and m_rescued.
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_over = false;
-    bool m_rescued = false;
-    std::thread m_rescue;
-};
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 
@@ -330,14 +241,13 @@ private slots:
         open(3);
         // The folder outlives the next one.
         const std::unique_ptr<QTemporaryDir> old = std::move(m_folder);
-        SlowPicture slow(old->filePath("p001.png"));
-        QVERIFY(slow.made());
+        const HangingFolder slow(old->filePath("p001.png"));
         m_strip->refresh();
-        QTRY_VERIFY(slow.hold());
+        QTRY_COMPARE(slow.waiting(), 1);
         open(4);
         QTRY_VERIFY(allLoaded());
         QCOMPARE(buttons().size(), 4);
-        QVERIFY(!slow.rescued());
+        QCOMPARE(slow.waiting(), 1);
     }
 
     void foldersInQuickSuccessionEndWithTheLast()
@@ -399,21 +309,18 @@ private slots:
 
     void aRetiredLoaderGoesByItself()
     {
-        open(1);
-        SlowPicture slow(m_folder->filePath("p000.png"));
-        QVERIFY(slow.made());
-        const QStringList names = m_source->fileNameList();
+        const QStringList names{m_folder->filePath("slow.png")};
+        std::optional<HangingFolder> slow(names.first());
         const QPointer<ThumbnailLoader> running = new ThumbnailLoader(1, names, 1, this);
         const QPointer<ThumbnailLoader> unused = new ThumbnailLoader(1, names, 1, this);
         running->start(QThread::InheritPriority);
-        QTRY_VERIFY(slow.hold());
+        QTRY_COMPARE(slow->waiting(), 1);
         ThumbnailLoader::retire(running);
         ThumbnailLoader::retire(unused);
         QTRY_VERIFY(!unused);
         QVERIFY(running);
-        slow.letGo();
+        slow.reset();
         QTRY_VERIFY(!running);
-        QVERIFY(!slow.rescued());
     }
 
     void badFilesLeaveTheirButtonsBlackAndTheOthersLoaded()
@@ -433,14 +340,13 @@ private slots:
     void aFolderThatVanishesWhileItIsLoadedLeavesTheRestBlack()
     {
         open(12);
-        SlowPicture slow(m_folder->filePath("p001.png"));
-        QVERIFY(slow.made());
+        std::optional<HangingFolder> slow(m_folder->filePath("p001.png"));
         m_strip->refresh();
-        // The loader before may wait at the pipe as well.
+        // The loader before may wait for it as well.
         QTRY_VERIFY(buttons().at(0)->hasImage());
-        QTRY_VERIFY(slow.hold());
+        QTRY_VERIFY(slow->waiting() >= 1);
         QVERIFY(m_folder->remove());
-        slow.letGo();
+        slow.reset();
         QTRY_VERIFY(allLoaded());
         QVERIFY(!buttons().at(0)->image().isNull());
         for (int i = 1; i < 12; ++i)
@@ -452,9 +358,7 @@ private slots:
     void theStripScrollsWhileADiskIsSlow()
     {
         open(20);
-        const QByteArray content = contentOf(m_folder->filePath("p000.png"));
-        SlowPicture slow(m_folder->filePath("p001.png"));
-        QVERIFY(slow.made());
+        std::optional<HangingFolder> slow(m_folder->filePath("p001.png"));
         m_strip->refresh();
         QTRY_VERIFY(buttons().at(0)->hasImage());
         emit m_slider->valueChanged(7);
@@ -462,8 +366,8 @@ private slots:
         m_source->selectPhotograph(19);
         QCOMPARE(shown().last(), buttons().at(19));
         QVERIFY(!buttons().at(1)->hasImage());
-        // Whenever the loader stands at the other end, it gets the whole picture.
-        QTRY_VERIFY((slow.answer(content), allLoaded()));
+        slow.reset();
+        QTRY_VERIFY(allLoaded());
         QVERIFY(!buttons().at(19)->image().isNull());
     }
 

@@ -1,13 +1,16 @@
-// Reads whatever it is given as a registration file. What is accepted must be written and read
-// again as the same list. Built with clang this is a target for its fuzzer; tst_registration_fuzz
-// calls it with the corpus in registration-corpus and with changed copies of it.
+// A registration file: what was read is written again and read back the same.
+
 #include "widgets/RegistrationFile.h"
 
 #include <QBuffer>
 
+#include <cstdint>
 #include <cstdlib>
 
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
+// The name and the parameters are the fuzzer's.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
     QBuffer input(&bytes);

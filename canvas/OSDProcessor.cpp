@@ -10,6 +10,7 @@
 #include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 #include <chrono>
@@ -28,6 +29,11 @@ constexpr int ICON_AREA = 38;
 constexpr double OPTICAL_BAR_WIDTH = 129.0;
 constexpr int OPTICAL_BAR_FROM_RIGHT = 184;
 constexpr QRgb OPTICAL_BAR_COLOR = 0xFF0080FF;
+/// The dark ground of the zoom factor, and how far it reaches past the text on either side.
+constexpr int GROUND_ALPHA = 178;
+constexpr int FACTOR_MARGIN = 8;
+/// The last part of a passing indication's time.
+constexpr qint64 FADE_MS = 120;
 
 qint64 monotonicMs()
 {
@@ -170,17 +176,18 @@ void OSDProcessor::postPaint(QPainter *painter)
     // Later ones lie over earlier ones where a narrow window makes them meet.
     paintModes(painter);
     paintBrightness(painter);
-    if (isDue(m_zoomTimer, INDICATION_MS))
+    if (begin(painter, m_zoomTimer, INDICATION_MS))
         paintImageText(painter, m_canvas->width() - 100, m_canvas->height() - 50, m_zoomImage,
                        m_zoomText);
     paintOpticalZoom(painter);
-    if (isDue(m_rotateTimer, INDICATION_MS))
+    if (begin(painter, m_rotateTimer, INDICATION_MS))
         paintImageText(painter, m_canvas->width() - 100, m_canvas->height() - 100, m_rotateImage,
                        m_rotateText);
     paintCameraStates(painter);
     paintRecordTime(painter);
-    if (isDue(m_snapshotTimer, SNAPSHOT_MS))
+    if (begin(painter, m_snapshotTimer, SNAPSHOT_MS))
         painter->drawImage(QPointF(10, 10), m_snapshotImage);
+    painter->setOpacity(1.0);
     paintClipFrame(painter);
     painter->restore();
 }
@@ -229,16 +236,18 @@ BrightnessScale::Widths OSDProcessor::BrightnessImages::widths() const
 void OSDProcessor::paintModes(QPainter *painter)
 {
     const int bottomLine = m_canvas->height() - 50;
-    if (isDue(m_maskTimer, INDICATION_MS))
+    if (begin(painter, m_maskTimer, INDICATION_MS))
         painter->drawImage(QPointF(30, bottomLine), m_maskImage);
-    if (isDue(m_effectTimer, INDICATION_MS))
+    if (begin(painter, m_effectTimer, INDICATION_MS))
         paintImageText(painter, 75, bottomLine, m_effectImage, m_effectText);
 }
 
 void OSDProcessor::paintBrightness(QPainter *painter)
 {
-    if (!m_brightnessModeOn && !isDue(m_brightnessTimer, INDICATION_MS))
+    if (!begin(painter, m_brightnessTimer, INDICATION_MS) && !m_brightnessModeOn)
         return;
+    if (m_brightnessModeOn)
+        painter->setOpacity(1.0);
     LiveSourceBase *source = camera();
     const int value = source != nullptr ? source->brightness() : 0;
     const int maximum = source != nullptr ? source->brightnessMax() : 0;
@@ -253,6 +262,7 @@ void OSDProcessor::paintOpticalZoom(QPainter *painter)
 {
     if (!m_opticalZoomOn)
         return;
+    painter->setOpacity(1.0);
     LiveSourceBase *source = camera();
     const double lens = source != nullptr ? source->opticalZoomPercent() : 0.0;
     const double factor = source != nullptr ? source->digitalZoomPercent() : 0.0;
@@ -271,7 +281,14 @@ void OSDProcessor::paintOpticalZoom(QPainter *painter)
         QFont font;
         font.setPointSize(24);
         painter->setFont(font);
-        painter->drawText(width - 110, height - 56, IndicationTexts::digitalZoom(factor));
+        const QPoint baseline(width - 110, height - 56);
+        const QString text = IndicationTexts::digitalZoom(factor);
+        const QFontMetrics metrics = painter->fontMetrics();
+        // White letters alone would be lost on white paper.
+        const QRect ground(baseline.x() - FACTOR_MARGIN, baseline.y() - metrics.ascent(),
+                           metrics.horizontalAdvance(text) + 2 * FACTOR_MARGIN, metrics.height());
+        painter->fillRect(ground, QColor(0, 0, 0, GROUND_ALPHA));
+        painter->drawText(baseline, text);
     }
 }
 
@@ -279,8 +296,9 @@ void OSDProcessor::paintCameraStates(QPainter *painter)
 {
     const int width = m_canvas->width();
     const int bottomLine = m_canvas->height() - 50;
-    if (isDue(m_autoFocusTimer, INDICATION_MS))
+    if (begin(painter, m_autoFocusTimer, INDICATION_MS))
         painter->drawImage(QPointF(width - 145, bottomLine), m_autoFocusImage);
+    painter->setOpacity(1.0);
     if (m_canvas->frozen)
         painter->drawImage(QPointF(width - 190, bottomLine), m_freezeImage);
     if (m_macroOn)
@@ -324,6 +342,18 @@ void OSDProcessor::paintClipFrame(QPainter *painter)
 bool OSDProcessor::isDue(const Timer &timer, qint64 limitMs) const
 {
     return timer && m_clock() - *timer < limitMs;
+}
+
+bool OSDProcessor::begin(QPainter *painter, const Timer &timer, qint64 limitMs) const
+{
+    if (!isDue(timer, limitMs))
+        return false;
+    const qint64 leftMs = limitMs - (m_clock() - *timer);
+    const bool fades =
+        leftMs < FADE_MS &&
+        m_canvas->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, m_canvas) > 0;
+    painter->setOpacity(fades ? double(leftMs) / FADE_MS : 1.0);
+    return true;
 }
 
 LiveSourceBase *OSDProcessor::camera() const

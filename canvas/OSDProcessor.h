@@ -82,6 +82,9 @@ private:
     void paintClipFrame(QPainter *painter);
 
     [[nodiscard]] bool isDue(const Timer &timer, qint64 limitMs) const;
+    /// Whether the indication is due; the painter then has the opacity of its moment. It fades at
+    /// its end unless the desktop asks for no animation.
+    bool begin(QPainter *painter, const Timer &timer, qint64 limitMs) const;
     /// Null while there is no camera.
     [[nodiscard]] LiveSourceBase *camera() const;
 

@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <QPainter>
+#include <QProxyStyle>
 
 #include <cstring>
 #include <memory>
@@ -72,6 +73,26 @@ public:
 
 private:
     unsigned long m_selected = 0;
+};
+
+/// A desktop that asks for animations, or for none.
+class MotionStyle : public QProxyStyle
+{
+public:
+    explicit MotionStyle(bool moves)
+        : m_moves(moves)
+    {
+    }
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *answer) const override
+    {
+        if (hint == SH_Widget_Animation_Duration)
+            return m_moves ? 200 : 0;
+        return QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+
+private:
+    bool m_moves;
 };
 
 } // namespace
@@ -325,6 +346,41 @@ private slots:
         QVERIFY(painted() != ground());
     }
 
+    void anIndicationFadesAtItsEndUnlessTheDesktopWantsNoMotion()
+    {
+        m_canvas->setStyle(&m_still);
+        m_osd->osdAutoFocus();
+        const QImage whole = painted();
+        m_nowMs += 999;
+        QCOMPARE(painted(), whole);
+
+        m_canvas->setStyle(&m_moving);
+        m_osd->osdAutoFocus();
+        m_nowMs += 880;
+        QCOMPARE(painted(), whole);
+        m_nowMs += 60;
+        const QImage half = painted();
+        const QPoint middle(WIDGET.width() - 145 + 5, WIDGET.height() - 50 + 22);
+        const int ground = qGreen(this->ground().pixel(middle));
+        const int shown = qGreen(whole.pixel(middle));
+        QVERIFY(ground != shown);
+        QVERIFY(std::abs(qGreen(half.pixel(middle)) - (ground + shown) / 2) <= 2);
+    }
+
+    void theZoomFactorHasADarkGroundOnWhitePaper()
+    {
+        m_osd->osdOpticalZoomOn();
+        m_camera->setZoom(0, 2000);
+        QImage paper(WIDGET, QImage::Format_RGB32);
+        paper.fill(Qt::white);
+        QPainter painter(&paper);
+        m_osd->postPaint(&painter);
+        painter.end();
+        // Inside the ground, left of the first letter, and outside.
+        QCOMPARE(paper.pixelColor(WIDGET.width() - 115, WIDGET.height() - 60), QColor(77, 77, 77));
+        QCOMPARE(paper.pixelColor(WIDGET.width() - 120, WIDGET.height() - 60), QColor(Qt::white));
+    }
+
     void anIndicationThatIsOverWaitsForTheNextRepaint()
     {
         UpdateCounter counter;
@@ -513,6 +569,8 @@ private:
     }
 
     qint64 m_nowMs = 0;
+    MotionStyle m_still{false};
+    MotionStyle m_moving{true};
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<AnsweringCamera> m_camera;
     std::unique_ptr<ImageCanvas> m_canvas;

@@ -68,7 +68,7 @@ void TestSmallWidgets::sliderPaintsGrooveAndHandle()
     slider.setRange(0, 100);
     slider.setValue(50);
     const QImage image = slider.grab().toImage();
-    const QRgb groove = qRgb(0x4a, 0x51, 0x5a);
+    const QRgb groove = qRgb(0x7c, 0x87, 0x94);
     const QRgb handle = QImage(":/icons/Background/TIME_SLIDE_ADJUSTMENT.png").pixel(5, 7);
     QVERIFY(contains(image, groove));
     QVERIFY(contains(image, handle));

@@ -2,10 +2,10 @@
 
 #include "canvas/drawing/AnnotationLayer.h"
 #include "canvas/drawing/AnnotationShapes.h"
+#include "canvas/drawing/ShapeTools.h"
 #include "canvas/picture/ViewGeometry.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QPen>
 
 #include <algorithm>
@@ -37,25 +37,6 @@ int pulled(int offset, int from, int to)
                                                std::numeric_limits<int>::max()));
 }
 
-/// Whether each move replaces what the one before it drew.
-bool isShape(CanvasModes::MouseMode mode)
-{
-    return mode >= CanvasModes::Line && mode <= CanvasModes::Triangle;
-}
-
-QPolygonF closed(QPolygonF points)
-{
-    points.append(points.first());
-    return points;
-}
-
-QPolygonF ellipseOutline(const QRect &box)
-{
-    QPainterPath path;
-    path.addEllipse(box);
-    return path.toFillPolygon();
-}
-
 } // namespace
 
 void DragTool::press(CanvasModes::MouseMode mode, QPoint picturePoint, AnnotationLayer &layer)
@@ -65,7 +46,7 @@ void DragTool::press(CanvasModes::MouseMode mode, QPoint picturePoint, Annotatio
     m_pressPoint = picturePoint;
     m_clipRectangle = QRect();
     layer.beginShape();
-    if (mode >= CanvasModes::Freehand && mode <= CanvasModes::Triangle)
+    if (mode == CanvasModes::Freehand || ShapeTools::of(mode))
         layer.setUsed();
 }
 
@@ -76,8 +57,8 @@ void DragTool::move(CanvasModes::MouseMode mode, QPoint picturePoint, const Shap
         return;
     const Stroke stroke{layerPoint(m_pressPoint, view, layer),
                         layerPoint(picturePoint, view, layer)};
-    if (isShape(mode)) {
-        m_pending = Shape{mode, stroke, style};
+    if (const ShapeTool *shape = ShapeTools::of(mode)) {
+        m_pending = Shape{shape, stroke, style};
         return;
     }
     drawPending(layer);
@@ -86,7 +67,7 @@ void DragTool::move(CanvasModes::MouseMode mode, QPoint picturePoint, const Shap
         pan(picturePoint, view);
         break;
     case CanvasModes::Freehand:
-        drawLine(stroke, style, layer);
+        draw({ShapeTools::of(CanvasModes::Line), stroke, style}, layer);
         m_pressPoint = picturePoint;
         break;
     case CanvasModes::Eraser:
@@ -108,10 +89,7 @@ void DragTool::drawPending(AnnotationLayer &layer)
     const Shape shape = *m_pending;
     m_pending.reset();
     layer.restoreShape();
-    if (shape.mode == CanvasModes::Line)
-        drawLine(shape.stroke, shape.style, layer);
-    else
-        drawShape(shape.mode, shape.stroke, shape.style, layer);
+    draw(shape, layer);
 }
 
 QRect DragTool::release(AnnotationLayer &layer)
@@ -138,48 +116,19 @@ void DragTool::pan(QPoint picturePoint, ViewGeometry &view)
     m_pressPoint = picturePoint;
 }
 
-void DragTool::drawLine(const Stroke &stroke, const ShapeStyle &style, AnnotationLayer &layer)
+void DragTool::draw(const Shape &shape, AnnotationLayer &layer)
 {
-    const QPen pen = penOf(style);
-    const QPolygonF outline(QVector<QPointF>{stroke.from, stroke.to});
-    layer.paint(AnnotationShapes::coveredParts(outline, reachOf(pen), false, layer.size(),
-                                               AnnotationLayer::TILE),
-                [&](QPainter &painter) {
-                    painter.setPen(pen);
-                    painter.drawLine(stroke.from, stroke.to);
-                });
-}
-
-void DragTool::drawShape(CanvasModes::MouseMode mode, const Stroke &stroke, const ShapeStyle &style,
-                         AnnotationLayer &layer)
-{
-    const QRect box = AnnotationShapes::dragBox(stroke.from, stroke.to);
-    QPolygonF outline;
-    if (mode == CanvasModes::Arrow)
-        outline = closed(AnnotationShapes::arrow(stroke.from, stroke.to));
-    else if (mode == CanvasModes::Triangle)
-        outline = closed(AnnotationShapes::triangle(stroke.from, stroke.to));
-    else if (mode == CanvasModes::Circle)
-        outline = ellipseOutline(box);
-    else
-        outline = QPolygonF(QRectF(box));
-
-    const QPen pen = penOf(style);
-    QVector<QRect> parts = AnnotationShapes::coveredParts(outline, reachOf(pen), style.fillEnabled,
-                                                          layer.size(), AnnotationLayer::TILE);
-    if (mode == CanvasModes::Circle && pen.width() <= 1)
-        parts += AnnotationShapes::ellipseOverruns(box);
+    const auto &[from, to] = shape.stroke;
+    const QPen pen = penOf(shape.style);
+    const bool filled = shape.tool->fillable && shape.style.fillEnabled;
+    QVector<QRect> parts = AnnotationShapes::coveredParts(
+        shape.tool->outline(from, to), reachOf(pen), filled, layer.size(), AnnotationLayer::TILE);
+    if (shape.tool->overruns && pen.width() <= 1)
+        parts += shape.tool->overruns(from, to);
     layer.paint(parts, [&](QPainter &painter) {
         painter.setPen(pen);
-        if (style.fillEnabled)
-            painter.setBrush(style.fillColor);
-        if (mode == CanvasModes::Rectangle)
-            painter.drawRect(box);
-        else if (mode == CanvasModes::Circle)
-            painter.drawEllipse(box);
-        else if (mode == CanvasModes::Triangle)
-            painter.drawPolygon(AnnotationShapes::triangle(stroke.from, stroke.to));
-        else
-            painter.drawPolygon(AnnotationShapes::arrow(stroke.from, stroke.to));
+        if (filled)
+            painter.setBrush(shape.style.fillColor);
+        shape.tool->paint(painter, from, to);
     });
 }

@@ -4,16 +4,13 @@
 
 #include <QColor>
 #include <QPoint>
-#include <QPolygonF>
 #include <QRect>
-#include <QVector>
 
 #include <optional>
 
 class AnnotationLayer;
-class QPainter;
-class QPen;
 class ViewGeometry;
+struct ShapeTool;
 
 /// What the left button does between press and release: draws on the layer, erases, pans the view
 /// or selects a clip. All points are in processed-picture coordinates.
@@ -59,15 +56,13 @@ private:
     };
 
     struct Shape {
-        CanvasModes::MouseMode mode;
+        const ShapeTool *tool;
         Stroke stroke;
         ShapeStyle style;
     };
 
     void pan(QPoint picturePoint, ViewGeometry &view);
-    static void drawLine(const Stroke &stroke, const ShapeStyle &style, AnnotationLayer &layer);
-    static void drawShape(CanvasModes::MouseMode mode, const Stroke &stroke,
-                          const ShapeStyle &style, AnnotationLayer &layer);
+    static void draw(const Shape &shape, AnnotationLayer &layer);
 
     bool m_dragging = false;
     /// Where the drag began; with the hand and freehand, where it last was.

@@ -7,7 +7,7 @@
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
-#include "mainwindow/ModeRules.h"
+#include "mainwindow/Modes.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 
@@ -137,7 +137,7 @@ int measureModes(int runs)
     while (settled.elapsed() < 500)
         QCoreApplication::processEvents();
     QList<ImageButton *> buttons;
-    for (const auto &row : ButtonTable::modeRows()) {
+    for (const auto &row : Commands::rowsOf(Commands::Group::Modes)) {
         for (ImageButton *button : window.findChildren<ImageButton *>()) {
             if (button->accessibleName() == MainWindow::tr(row.text))
                 buttons << button;

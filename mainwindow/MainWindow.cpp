@@ -2,40 +2,37 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "mainwindow/ModeRules.h"
+#include "mainwindow/Modes.h"
 #include "mainwindow/WindowLayout.h"
+#include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/actions/PicturePrinter.h"
 #include "sources/LiveSource.h"
-#include "widgets/AboutToolWindow.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
-#include "widgets/SettingsToolWindow.h"
+#include "widgets/ToolWindow.h"
 
-#include <QButtonGroup>
 #include <QEvent>
 #include <QLabel>
-#include <QStackedWidget>
 
 #include <utility>
 
-using namespace ModeRules;
-using ButtonTable::PanelButton;
+using namespace Modes;
 
 // State -------------------------------------------------------------------------------------------
 
 int MainWindow::currentMode() const
 {
-    return m_currentMode;
+    return m_deck->mode();
 }
 
 ImageCanvas *MainWindow::currentCanvas() const
 {
-    return m_currentCanvas;
+    return m_deck->current();
 }
 
 const QHash<ImageCanvas *, OSDProcessor *> &MainWindow::osdProcessors() const
 {
-    return m_osdProcessors;
+    return m_deck->allIndications();
 }
 
 LiveSource *MainWindow::liveSource() const
@@ -50,12 +47,12 @@ ThumbnailWidget *MainWindow::thumbnailWidget() const
 
 bool MainWindow::recording() const
 {
-    return m_capture.recording();
+    return m_capture->recording();
 }
 
 void MainWindow::stopRecording()
 {
-    m_capture.stopRecording();
+    m_capture->stopRecording();
 }
 
 ToolWindow *MainWindow::currentToolWindow() const
@@ -63,14 +60,9 @@ ToolWindow *MainWindow::currentToolWindow() const
     return m_popups.current();
 }
 
-ImageButton *MainWindow::panelButton(PanelButton button) const
+ImageButton *MainWindow::button(Command command) const
 {
-    return m_panelButtons[std::size_t(button)];
-}
-
-bool MainWindow::onLiveCanvas() const
-{
-    return m_currentCanvas == m_canvases[Live];
+    return m_buttons.of(command);
 }
 
 bool MainWindow::eventFilter(QObject *, QEvent *)
@@ -81,8 +73,8 @@ bool MainWindow::eventFilter(QObject *, QEvent *)
 void MainWindow::changeEvent(QEvent *event)
 {
     StyleWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && !isActiveWindow())
-        m_camera.releaseZoom();
+    if (m_camera && event->type() == QEvent::ActivationChange && !isActiveWindow())
+        m_camera->releaseZoom();
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)
@@ -97,24 +89,23 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 
 void MainWindow::switchMode()
 {
-    int mode = m_currentMode;
-    for (int i = 0; i < int(m_modeButtons.size()); ++i) {
-        if (m_modeButtons[std::size_t(i)]->isChecked()) {
-            mode = i;
+    const int before = currentMode();
+    int mode = before;
+    for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Modes)) {
+        if (button(row.command)->isChecked()) {
+            mode = int(row.command) - int(Command::LiveMode);
             break;
         }
     }
-    if (mode != m_currentMode)
-        m_camera.releaseZoom();
-    m_currentCanvas = m_canvases[std::size_t(mode)];
-    m_stack->setCurrentWidget(m_currentCanvas);
-    if (mode == m_currentMode)
+    if (mode == before)
         return;
-    leaveMode(m_currentMode);
+    m_camera->releaseZoom();
+    m_deck->setMode(mode);
+    leaveMode(before);
     enterMode(mode);
-    m_currentMode = mode;
     applyMode();
-    showCanvasState();
+    m_tools->showCanvasState();
+    m_capture->showSeries();
     m_popups.closeAny();
     m_panel->finishAdjusting();
     emit modeChanged();
@@ -135,7 +126,7 @@ void MainWindow::leaveMode(int mode)
         m_photographBar->leave();
         break;
     case DrawingBoard:
-        m_canvases[DrawingBoard]->stopAutoRefresh();
+        m_deck->canvas(DrawingBoard)->stopAutoRefresh();
         break;
     }
 }
@@ -156,37 +147,16 @@ void MainWindow::enterMode(int mode)
         m_photographBar->enter();
         break;
     case DrawingBoard:
-        m_canvases[DrawingBoard]->startAutoRefresh();
+        m_deck->canvas(DrawingBoard)->startAutoRefresh();
         break;
     }
 }
 
 void MainWindow::applyMode()
 {
-    for (const ButtonTable::PanelRow &row : ButtonTable::panelRows())
-        panelButton(row.button)->setEnabled(enabled(row.button, m_currentMode));
-}
-
-void MainWindow::showCanvasState()
-{
-    checkToolButton();
-    ImageButton *maskButton = panelButton(PanelButton::Mask);
-    maskButton->setChecked(m_currentCanvas->maskMode != ImageCanvas::MaskNone);
-    maskButton->setImage(maskSkin(m_currentCanvas->maskMode));
-    panelButton(PanelButton::Effect)->setImage(effectSkin(m_currentCanvas->effectMode));
-    panelButton(PanelButton::Freeze)->setChecked(m_currentCanvas->frozen);
-    m_capture.showSeries();
-}
-
-void MainWindow::checkToolButton()
-{
-    if (const auto tool = toolButton(m_currentCanvas->mouseMode())) {
-        panelButton(*tool)->setChecked(true);
-    } else if (QAbstractButton *checked = m_toolGroup->checkedButton()) {
-        // An exclusive group refuses to be emptied.
-        m_toolGroup->setExclusive(false);
-        checked->setChecked(false);
-        m_toolGroup->setExclusive(true);
+    for (const Commands::Row &row : Commands::rows()) {
+        if (Commands::inPanel(row.group))
+            button(row.command)->setEnabled(Modes::contains(row.modes, currentMode()));
     }
 }
 
@@ -194,7 +164,7 @@ void MainWindow::expand()
 {
     // There is no mode 5; a mode without a side panel would be tested here.
     constexpr int NO_PANEL_MODE = 5;
-    if (m_currentMode == NO_PANEL_MODE && !m_sidePanelOpen)
+    if (currentMode() == NO_PANEL_MODE && !m_sidePanelOpen)
         return;
     m_sidePanelOpen = !m_sidePanelOpen;
     setExpanded(m_sidePanelOpen);
@@ -204,7 +174,8 @@ void MainWindow::expand()
         m_missedWidening += step;
     else if (!isMaximized())
         widen(step);
-    m_sidePanelButton->setImage(m_sidePanelOpen ? "BUTTON_SIDE_CLOSE" : "BUTTON_SIDE_OPEN");
+    button(Command::SidePanel)
+        ->setImage(m_sidePanelOpen ? "BUTTON_SIDE_CLOSE" : "BUTTON_SIDE_OPEN");
     if (m_sidePanelOpen) {
         m_panel->move(40, 30);
         m_panel->show();
@@ -236,19 +207,27 @@ void MainWindow::toggleFullScreen()
     setWindowState(windowState() ^ Qt::WindowFullScreen);
 }
 
+void MainWindow::leave()
+{
+    if (m_popups.shown())
+        m_popups.current()->close();
+    else if (isFullScreen())
+        toggleFullScreen();
+}
+
 void MainWindow::reposition()
 {
     const WindowLayout at = WindowLayout::of({size(), m_sidePanelOpen, m_liveBox->size(),
                                               m_recordTimeLabel->size(), m_filmBar->barSize(),
                                               m_filmBar->volumeSize(), m_photographBar->barSize()});
     m_panel->resize(m_panel->width(), at.panelHeight);
-    m_aboutButton->move(at.aboutButton);
-    m_sidePanelButton->move(at.sidePanelButton);
-    m_modeButtons[Live]->move(at.liveButton);
-    m_modeButtons[Film]->move(at.filmButton);
-    m_modeButtons[Photograph]->move(at.photographButton);
-    m_modeButtons[DrawingBoard]->move(at.drawingBoardButton);
-    m_stack->setGeometry(at.stack);
+    button(Command::About)->move(at.aboutButton);
+    button(Command::SidePanel)->move(at.sidePanelButton);
+    button(Command::LiveMode)->move(at.liveButton);
+    button(Command::FilmMode)->move(at.filmButton);
+    button(Command::PhotographMode)->move(at.photographButton);
+    button(Command::DrawingBoardMode)->move(at.drawingBoardButton);
+    m_deck->setGeometry(at.stack);
     m_liveBox->move(at.liveBox);
     m_recordTimeLabel->move(at.recordTimeLabel);
     m_filmBar->place(at);
@@ -260,48 +239,64 @@ void MainWindow::reposition()
 void MainWindow::macro()
 {
     // No button of this window switches the macro mode; a checkable one may be connected.
-    const auto *button = qobject_cast<QAbstractButton *>(sender());
-    m_camera.setMacro(button && button->isChecked());
+    const auto *macroButton = qobject_cast<QAbstractButton *>(sender());
+    m_camera->setMacro(macroButton && macroButton->isChecked());
 }
 
 void MainWindow::freeze()
 {
-    m_camera.setFrozen(panelButton(PanelButton::Freeze)->isChecked());
+    m_camera->setFrozen(button(Command::Freeze)->isChecked());
 }
 
 void MainWindow::snapshot()
 {
     m_popups.closeAny();
-    m_capture.snapshot();
+    m_capture->snapshot();
 }
 
 void MainWindow::record()
 {
     m_popups.closeAny();
-    if (m_capture.recording())
-        m_capture.stopRecording();
+    if (m_capture->recording())
+        m_capture->stopRecording();
     else
-        m_capture.startRecording();
+        m_capture->startRecording();
 }
 
 void MainWindow::recordingFailed(const QString &sentence)
 {
-    m_capture.recordingFailed(sentence);
+    m_capture->recordingFailed(sentence);
 }
 
 void MainWindow::print()
 {
     m_popups.closeAny();
-    PicturePrinter::print(m_currentCanvas, this);
+    PicturePrinter::print(currentCanvas(), this);
 }
 
 void MainWindow::settings()
 {
-    m_popups.open(
-        [this] { return new SettingsToolWindow(panelButton(PanelButton::Settings), this); });
+    m_popups.open(Commands::row(Command::Settings), button(Command::Settings));
 }
 
 void MainWindow::About()
 {
-    m_popups.open([this] { return new AboutToolWindow(m_aboutButton, this, aboutBackground); });
+    m_popups.open(Commands::row(Command::About), button(Command::About));
+}
+
+// Commands ----------------------------------------------------------------------------------------
+
+void MainWindow::perform(Command command)
+{
+    if (ImageButton *pressed = button(command))
+        pressed->click();
+    else
+        call(Commands::row(command).clickSlot);
+}
+
+void MainWindow::call(const char *slot)
+{
+    // A digit, the name and its brackets.
+    const QByteArray coded(slot);
+    QMetaObject::invokeMethod(this, coded.mid(1, coded.indexOf('(') - 1).constData());
 }

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "mainwindow/ButtonTable.h"
+#include "mainwindow/CanvasDeck.h"
+#include "mainwindow/CommandButtons.h"
+#include "mainwindow/Commands.h"
 #include "mainwindow/MainWindowServices.h"
 #include "mainwindow/Popups.h"
 #include "mainwindow/actions/CameraActions.h"
@@ -15,18 +17,18 @@
 #include <QPoint>
 #include <QString>
 
-#include <array>
+#include <memory>
 
 class FilmSource;
 class ImageButton;
 class ImageCanvas;
+class KeyBindings;
 class LiveSource;
 class OSDProcessor;
 class Panel;
 class PhotographSource;
 class QButtonGroup;
 class QLabel;
-class QStackedWidget;
 class ThumbnailWidget;
 
 /// The program's window: four canvases in a stack, one a mode, the sources that feed them, and the
@@ -38,8 +40,6 @@ class MainWindow : public StyleWindow
     Q_OBJECT
 
 public:
-    using PanelButton = ButtonTable::PanelButton;
-
     explicit MainWindow(QWidget *parent = nullptr);
     ~MainWindow() override;
 
@@ -50,11 +50,11 @@ public:
     /// Null before it is built and after it is gone.
     [[nodiscard]] LiveSource *liveSource() const;
     [[nodiscard]] ThumbnailWidget *thumbnailWidget() const;
-    [[nodiscard]] bool onLiveCanvas() const;
     [[nodiscard]] bool recording() const;
     /// Null when no pop-up window is open.
     [[nodiscard]] ToolWindow *currentToolWindow() const;
-    [[nodiscard]] ImageButton *panelButton(PanelButton button) const;
+    /// Null for a command that has no button.
+    [[nodiscard]] ImageButton *button(Command command) const;
 
     /// Stops a running recording with its buttons and its clock; nothing otherwise.
     void stopRecording();
@@ -68,44 +68,46 @@ public slots:
     void switchMode();
     void expand();
     void toggleFullScreen();
+    /// Leaves what lies on top: a pop-up that is to be seen, else the full screen.
+    void leave();
 
     // Drawing tools; the Hold slots open the tool's pop-up window.
-    void line() { m_tools.select(PanelButton::Line, CanvasModes::Line); }
-    void rectangle() { m_tools.select(PanelButton::Rectangle, CanvasModes::Rectangle); }
-    void freehand() { m_tools.select(PanelButton::Freehand, CanvasModes::Freehand); }
-    void circle() { m_tools.select(PanelButton::Circle, CanvasModes::Circle); }
-    void arrow() { m_tools.select(PanelButton::Arrow, CanvasModes::Arrow); }
-    void triangle() { m_tools.select(PanelButton::Triangle, CanvasModes::Triangle); }
-    void erase() { m_tools.select(PanelButton::Eraser, CanvasModes::Eraser); }
-    void text() { m_tools.select(PanelButton::Text, CanvasModes::Text); }
-    void eraseAll() { m_tools.eraseAll(); }
-    void clip() { m_tools.selectPlain(CanvasModes::Clip); }
-    void hand() { m_tools.selectPlain(CanvasModes::Hand); }
-    void fillBackground() { m_tools.closeUnlessOwnedBy(PanelButton::FillBackground); }
-    void lineHold() { m_tools.openColorTool(PanelButton::Line); }
-    void rectangleHold() { m_tools.openColorTool(PanelButton::Rectangle); }
-    void freehandHold() { m_tools.openColorTool(PanelButton::Freehand); }
-    void circleHold() { m_tools.openColorTool(PanelButton::Circle); }
-    void arrowHold() { m_tools.openColorTool(PanelButton::Arrow); }
-    void triangleHold() { m_tools.openColorTool(PanelButton::Triangle); }
-    void eraseHold() { m_tools.openColorTool(PanelButton::Eraser); }
-    void textHold() { m_tools.openText(); }
-    void fillBackgroundHold() { m_tools.openFillBackground(); }
-    void mask() { m_tools.toggleMask(); }
-    void maskHold() { m_tools.openMask(); }
-    void effectHold() { m_tools.openEffect(); }
+    void line() { m_tools->select(Command::Line); }
+    void rectangle() { m_tools->select(Command::Rectangle); }
+    void freehand() { m_tools->select(Command::Freehand); }
+    void circle() { m_tools->select(Command::Circle); }
+    void arrow() { m_tools->select(Command::Arrow); }
+    void triangle() { m_tools->select(Command::Triangle); }
+    void erase() { m_tools->select(Command::Eraser); }
+    void text() { m_tools->select(Command::Text); }
+    void eraseAll() { m_tools->eraseAll(); }
+    void clip() { m_tools->select(Command::Clip); }
+    void hand() { m_tools->select(Command::Hand); }
+    void fillBackground() { m_tools->select(Command::FillBackground); }
+    void lineHold() { m_tools->showOptions(Command::Line); }
+    void rectangleHold() { m_tools->showOptions(Command::Rectangle); }
+    void freehandHold() { m_tools->showOptions(Command::Freehand); }
+    void circleHold() { m_tools->showOptions(Command::Circle); }
+    void arrowHold() { m_tools->showOptions(Command::Arrow); }
+    void triangleHold() { m_tools->showOptions(Command::Triangle); }
+    void eraseHold() { m_tools->showOptions(Command::Eraser); }
+    void textHold() { m_tools->showOptions(Command::Text); }
+    void fillBackgroundHold() { m_tools->showOptions(Command::FillBackground); }
+    void mask() { m_tools->toggleMask(); }
+    void maskHold() { m_tools->showOptions(Command::Mask); }
+    void effectHold() { m_tools->showOptions(Command::Effect); }
 
     // Camera and view
-    void zoomInStart() { m_camera.zoomInStart(); }
-    void zoomInStop() { m_camera.zoomInStop(); }
-    void zoomOutStart() { m_camera.zoomOutStart(); }
-    void zoomOutStop() { m_camera.zoomOutStop(); }
-    void zoomReset() { m_camera.zoomReset(); }
-    void autoFocus() { m_camera.autoFocus(); }
-    void brightnessDown() { m_camera.brightnessDown(); }
-    void brightnessUp() { m_camera.brightnessUp(); }
-    void rotate() { m_camera.rotate(); }
-    void rotateRev() { m_camera.rotateRev(); }
+    void zoomInStart() { m_camera->zoomInStart(); }
+    void zoomInStop() { m_camera->zoomInStop(); }
+    void zoomOutStart() { m_camera->zoomOutStart(); }
+    void zoomOutStop() { m_camera->zoomOutStop(); }
+    void zoomReset() { m_camera->zoomReset(); }
+    void autoFocus() { m_camera->autoFocus(); }
+    void brightnessDown() { m_camera->brightnessDown(); }
+    void brightnessUp() { m_camera->brightnessUp(); }
+    void rotate() { m_camera->rotate(); }
+    void rotateRev() { m_camera->rotateRev(); }
     void macro();
     void freeze();
 
@@ -165,15 +167,18 @@ private:
     ImageButton *createPanelButton(const QString &key, const QString &toolTip,
                                    const char *clickSlot, const char *holdSlot,
                                    QButtonGroup *group);
-    void connectZoomButtons();
+    /// What a tool's button does that has no slot of its own.
+    void connectTool(const Commands::Row &row, ImageButton *button);
+    void connectCommands();
     ImageCanvas *createCanvas();
-    void createPresenterKeys();
+    void createKeyBindings();
+    void perform(Command command);
+    /// Calls one of this window's slots, coded by SLOT().
+    void call(const char *slot);
 
     void leaveMode(int mode);
     void enterMode(int mode);
     void applyMode();
-    void showCanvasState();
-    void checkToolButton();
     /// Makes the window wider, or narrower, at its left edge.
     void widen(int step);
     /// Gives a side panel that was opened or closed in full screen its width.
@@ -185,24 +190,15 @@ private:
     const int aboutButtonX = 34;
     const QImage aboutBackground;
 
-    Popups m_popups;
-    ToolActions m_tools{this, &m_popups};
-    CameraActions m_camera{this, &m_popups};
-    CaptureActions m_capture{this};
-
-    QHash<ImageCanvas *, OSDProcessor *> m_osdProcessors;
-    /// By mode number, as the canvases.
-    std::array<ImageButton *, 4> m_modeButtons{};
-    ImageButton *m_aboutButton = nullptr;
-    ImageButton *m_sidePanelButton = nullptr;
-    QStackedWidget *m_stack = nullptr;
-    std::array<ImageCanvas *, 4> m_canvases{};
-    ImageCanvas *m_currentCanvas = nullptr;
+    Popups m_popups{this, aboutBackground};
+    CommandButtons m_buttons;
+    CanvasDeck *m_deck = nullptr;
+    std::unique_ptr<ToolActions> m_tools;
+    std::unique_ptr<CameraActions> m_camera;
+    std::unique_ptr<CaptureActions> m_capture;
+    KeyBindings *m_keys = nullptr;
     Panel *m_panel = nullptr;
-    QButtonGroup *m_toolGroup = nullptr;
-    std::array<ImageButton *, ButtonTable::PANEL_BUTTON_COUNT> m_panelButtons{};
     QWidget *m_liveBox = nullptr;
-    ImageButton *m_liveRecordButton = nullptr;
     QLabel *m_recordTimeLabel = nullptr;
     LiveSource *m_liveSource = nullptr;
     FilmSource *m_filmSource = nullptr;
@@ -210,7 +206,6 @@ private:
     PhotographSource *m_photographSource = nullptr;
     PhotographBar *m_photographBar = nullptr;
 
-    int m_currentMode = 0;
     bool m_sidePanelOpen = false;
     /// What the side panel would have made the window wider in full screen; the window manager
     /// gives back the width from before.

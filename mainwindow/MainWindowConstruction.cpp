@@ -2,8 +2,8 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "mainwindow/ModeRules.h"
-#include "mainwindow/actions/PresenterKeys.h"
+#include "mainwindow/Modes.h"
+#include "mainwindow/actions/KeyBindings.h"
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
 #include "sources/FilmSource.h"
@@ -16,10 +16,8 @@
 #include <QApplication>
 #include <QButtonGroup>
 #include <QLabel>
-#include <QStackedWidget>
 
-using namespace ModeRules;
-using ButtonTable::PanelButton;
+using namespace Modes;
 
 namespace
 {
@@ -37,8 +35,9 @@ MainWindow::MainWindow(QWidget *parent)
     setMinimumSize(MINIMUM_SIZE);
     resize(MINIMUM_SIZE);
     FormControls::dressToolTips();
-    m_tools.storeCaptions();
-    m_stack = new QStackedWidget(this);
+    m_deck = new CanvasDeck(this);
+    m_tools = std::make_unique<ToolActions>(m_deck, &m_popups, &m_buttons);
+    m_capture = std::make_unique<CaptureActions>(m_deck, &m_buttons, this);
     createModeButtons();
     createAboutButton();
     groupModeButtons();
@@ -54,11 +53,12 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    if (m_capture.recording())
+    if (m_capture->recording())
         m_liveSource->stopRecord();
     // Before any canvas; what still asks for the camera then finds none.
     LiveSource *live = m_liveSource;
     m_liveSource = nullptr;
+    m_capture->setSource(nullptr);
     delete live;
     delete m_filmSource;
     delete m_photographSource;
@@ -67,70 +67,68 @@ MainWindow::~MainWindow()
 void MainWindow::createModeButtons()
 {
     const QFont font("Arial", 11);
-    std::size_t mode = 0;
-    for (const ButtonTable::ModeRow &row : ButtonTable::modeRows()) {
-        auto *button = new ImageButton(row.skin, this, 0, 0);
-        button->setFont(font);
-        button->setTextColor(Qt::white);
-        button->setText(tr(row.text));
-        button->setAccessibleName(tr(row.text));
-        button->setCheckable(true);
-        button->setChecked(mode == Live);
-        connect(button, SIGNAL(clicked()), this, SLOT(switchMode()));
-        m_modeButtons[mode++] = button;
+    for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Modes)) {
+        auto *modeButton = new ImageButton(row.skin, this, 0, 0);
+        modeButton->setFont(font);
+        modeButton->setTextColor(Qt::white);
+        modeButton->setText(tr(row.text));
+        modeButton->setAccessibleName(tr(row.text));
+        modeButton->setCheckable(true);
+        modeButton->setChecked((row.look & Commands::Checked) != 0);
+        m_buttons.add(row.command, modeButton);
     }
 }
 
 void MainWindow::createAboutButton()
 {
-    m_aboutButton = new ImageButton(aboutButtonKey, this, aboutButtonX, height() - 55);
-    m_aboutButton->setAccessibleName(tr("About"));
-    m_aboutButton->setToolTip(tr("About"));
-    connect(m_aboutButton, SIGNAL(clicked()), this, SLOT(About()));
+    auto *about = new ImageButton(aboutButtonKey, this, aboutButtonX, height() - 55);
+    about->setAccessibleName(tr("About"));
+    about->setToolTip(tr("About"));
+    m_buttons.add(Command::About, about);
 }
 
 void MainWindow::groupModeButtons()
 {
     auto *group = new QButtonGroup(this);
-    for (ImageButton *button : m_modeButtons)
-        group->addButton(button);
+    for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Modes))
+        group->addButton(button(row.command));
 }
 
 void MainWindow::createSidePanelButton()
 {
-    m_sidePanelButton = new ImageButton(QString(), this, 0, 0);
-    m_sidePanelButton->setAccessibleName(tr("Side panel"));
-    m_sidePanelButton->setToolTip(tr("Side panel"));
-    connect(m_sidePanelButton, SIGNAL(clicked()), this, SLOT(expand()));
+    auto *side = new ImageButton(QString(), this, 0, 0);
+    side->setAccessibleName(tr("Side panel"));
+    side->setToolTip(tr("Side panel"));
+    m_buttons.add(Command::SidePanel, side);
 }
 
 void MainWindow::createPanel()
 {
-    using namespace ButtonTable;
+    using namespace Commands;
     m_panel = new Panel(this);
-    m_toolGroup = new QButtonGroup(this);
+    auto *tools = new QButtonGroup(this);
     int group = -1;
-    for (const PanelRow &row : panelRows()) {
+    for (const Row &row : rows()) {
+        if (!inPanel(row.group))
+            continue;
         if (int(row.group) != group) {
             group = int(row.group);
-            m_panel->addGroup(tr(groupTitles()[std::size_t(group)]));
+            m_panel->addGroup(tr(titleOf(row.group)));
         }
-        ImageButton *button =
-            createPanelButton(row.skin, tr(row.toolTip), row.clickSlot, row.holdSlot,
-                              row.inToolGroup ? m_toolGroup : nullptr);
-        if (row.after & MadeCheckable)
-            button->setCheckable(true);
-        if (row.after & MadeUncheckable)
-            button->setCheckable(false);
-        if (row.after & Checked)
-            button->setChecked(true);
-        if (row.after & HiddenAndDisabled) {
-            button->hide();
-            button->setEnabled(false);
+        ImageButton *made = createPanelButton(row.skin, tr(row.text), row.clickSlot, row.holdSlot,
+                                              row.look & InToolGroup ? tools : nullptr);
+        connectTool(row, made);
+        if (row.look & Checkable)
+            made->setCheckable(true);
+        if (row.look & NeverChecked)
+            made->setCheckable(false);
+        made->setChecked((row.look & Checked) != 0);
+        // A button of other modes waits for them.
+        if (!Modes::contains(row.modes, Live)) {
+            made->hide();
+            made->setEnabled(false);
         }
-        m_panelButtons[std::size_t(row.button)] = button;
-        if (row.button == PanelButton::ZoomIn)
-            connectZoomButtons();
+        m_buttons.add(row.command, made);
     }
     m_panel->finishAdding();
 }
@@ -139,58 +137,79 @@ ImageButton *MainWindow::createPanelButton(const QString &key, const QString &to
                                            const char *clickSlot, const char *holdSlot,
                                            QButtonGroup *group)
 {
-    auto *button = new ImageButton(key, toolTip, this, 0, 0);
+    auto *made = new ImageButton(key, toolTip, this, 0, 0);
     if (clickSlot)
-        connect(button, SIGNAL(clicked()), this, clickSlot);
+        connect(made, SIGNAL(clicked()), this, clickSlot);
     if (holdSlot)
-        connect(button, SIGNAL(hold()), this, holdSlot);
+        connect(made, SIGNAL(hold()), this, holdSlot);
     if (group) {
-        button->setCheckable(true);
-        group->addButton(button);
+        made->setCheckable(true);
+        group->addButton(made);
     }
-    m_panel->addButton(button);
-    button->setAccessibleName(toolTip);
-    return button;
+    m_panel->addButton(made);
+    made->setAccessibleName(toolTip);
+    return made;
 }
 
-void MainWindow::connectZoomButtons()
+void MainWindow::connectTool(const Commands::Row &row, ImageButton *toolButton)
 {
-    const ImageButton *zoomOut = panelButton(PanelButton::ZoomOut);
-    connect(zoomOut, SIGNAL(pressed()), this, SLOT(zoomOutStart()));
-    connect(zoomOut, SIGNAL(released()), this, SLOT(zoomOutStop()));
-    const ImageButton *zoomIn = panelButton(PanelButton::ZoomIn);
-    connect(zoomIn, SIGNAL(pressed()), this, SLOT(zoomInStart()));
-    connect(zoomIn, SIGNAL(released()), this, SLOT(zoomInStop()));
+    if (!row.tool)
+        return;
+    const Command command = row.command;
+    if (!row.clickSlot)
+        connect(toolButton, &ImageButton::clicked, this, [=] { m_tools->select(command); });
+    if (!row.holdSlot && row.popUp != Commands::PopUp::None)
+        connect(toolButton, &ImageButton::hold, this, [=] { m_tools->showOptions(command); });
+}
+
+void MainWindow::connectCommands()
+{
+    for (const Commands::Row &row : Commands::rows()) {
+        const ImageButton *each = button(row.command);
+        if (!each)
+            continue;
+        // The panel's are connected where they are made.
+        if (row.clickSlot && !Commands::inPanel(row.group))
+            connect(each, SIGNAL(clicked()), this, row.clickSlot);
+        if (row.startSlot) {
+            connect(each, SIGNAL(pressed()), this, row.startSlot);
+            connect(each, SIGNAL(released()), this, row.stopSlot);
+        }
+    }
+    connect(m_liveSource, SIGNAL(recordFailed(QString)), this, SLOT(recordingFailed(QString)));
+    connect(m_filmSource, SIGNAL(tick()), this, SLOT(filmTick()));
+    connect(m_photographSource, SIGNAL(playDone()), this, SLOT(photographPlayDone()));
+    connect(m_photographSource, SIGNAL(photographChanged(int)), this,
+            SLOT(photographIdChange(int)));
+    connect(m_photographBar, SIGNAL(intervalMoved(int)), this,
+            SLOT(photographPlayIntervalChanged(int)));
 }
 
 ImageCanvas *MainWindow::createCanvas()
 {
     auto *canvas = new ImageCanvas(this);
-    auto *processor = new OSDProcessor(this, canvas);
-    m_osdProcessors.insert(canvas, processor);
-    canvas->setOsdProcessor(processor);
-    m_stack->addWidget(canvas);
+    m_deck->add(canvas, new OSDProcessor(this, canvas));
     return canvas;
 }
 
 void MainWindow::createLivePart()
 {
-    m_canvases[Live] = createCanvas();
     m_liveSource =
-        new LiveSource(m_canvases[Live], Config::resolution(), Config::recordingResolution(), this);
-    connect(m_liveSource, SIGNAL(recordFailed(QString)), this, SLOT(recordingFailed(QString)));
+        new LiveSource(createCanvas(), Config::resolution(), Config::recordingResolution(), this);
+    m_capture->setSource(m_liveSource);
+    m_camera = std::make_unique<CameraActions>(m_deck, &m_popups, m_liveSource);
 }
 
 void MainWindow::createLiveBox()
 {
     m_liveBox = new QWidget(this);
     m_liveBox->setFixedSize(LIVE_BOX_SIZE);
-    m_liveRecordButton = new ImageButton("ICON_LIVE_RECORDING", m_liveBox, 20, 5);
-    m_liveRecordButton->setCheckable(true);
-    m_liveRecordButton->setAccessibleName(tr("Record video"));
-    m_liveRecordButton->setToolTip(tr("Record video"));
-    connect(m_liveRecordButton, SIGNAL(clicked()), this, SLOT(record()));
-    m_capture.setLiveRecordButton(m_liveRecordButton);
+    auto *liveRecordButton = new ImageButton("ICON_LIVE_RECORDING", m_liveBox, 20, 5);
+    liveRecordButton->setCheckable(true);
+    liveRecordButton->setAccessibleName(tr("Record video"));
+    liveRecordButton->setToolTip(tr("Record video"));
+    connect(liveRecordButton, SIGNAL(clicked()), this, SLOT(record()));
+    m_capture->setLiveRecordButton(liveRecordButton);
     // The running time is painted over the picture; the label keeps its place at the lower right.
     m_recordTimeLabel = new QLabel(this);
     m_recordTimeLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -198,53 +217,46 @@ void MainWindow::createLiveBox()
 
 void MainWindow::createFilmPart()
 {
-    m_canvases[Film] = createCanvas();
-    m_filmSource = new FilmSource(m_canvases[Film], this);
-    m_filmBar = new FilmBar(m_filmSource, m_canvases[Film], &m_popups, this);
+    ImageCanvas *canvas = createCanvas();
+    m_filmSource = new FilmSource(canvas, this);
+    m_filmBar = new FilmBar(m_filmSource, canvas, &m_popups, &m_buttons, this);
 }
 
 void MainWindow::createPhotographPart()
 {
-    m_canvases[Photograph] = createCanvas();
-    m_photographSource = new PhotographSource(m_canvases[Photograph], this);
+    ImageCanvas *canvas = createCanvas();
+    m_photographSource = new PhotographSource(canvas, this);
     m_photographSource->setPlayInterval(PHOTOGRAPH_PLAY_INTERVALS[0] * 1000);
-    connect(m_photographSource, SIGNAL(playDone()), this, SLOT(photographPlayDone()));
-    m_photographBar =
-        new PhotographBar(m_photographSource, m_canvases[Photograph], &m_popups, this);
+    m_photographBar = new PhotographBar(m_photographSource, canvas, &m_popups, &m_buttons, this);
 }
 
 void MainWindow::createDrawingBoard()
 {
-    m_canvases[DrawingBoard] = createCanvas();
-    m_canvases[DrawingBoard]->setDrawingBoardMode(true);
-    m_canvases[DrawingBoard]->fillCanvas(Qt::white);
+    ImageCanvas *canvas = createCanvas();
+    canvas->setDrawingBoardMode(true);
+    canvas->fillCanvas(Qt::white);
 }
 
 void MainWindow::start()
 {
-    m_currentCanvas = m_canvases[Live];
-    m_currentCanvas->setMouseMode(ImageCanvas::Freehand);
-    m_stack->setCurrentWidget(m_currentCanvas);
+    m_deck->setMode(Live);
+    currentCanvas()->setMouseMode(ImageCanvas::Freehand);
+    connectCommands();
     m_sidePanelOpen = false;
     setBuilt();
     expand();
     qApp->installEventFilter(this);
-    createPresenterKeys();
+    createKeyBindings();
 }
 
-void MainWindow::createPresenterKeys()
+void MainWindow::createKeyBindings()
 {
-    auto *keys = new PresenterKeys(this);
-    connect(keys, SIGNAL(previousPhotographWanted()), m_photographBar->button(1), SLOT(click()));
-    connect(keys, SIGNAL(nextPhotographWanted()), m_photographBar->button(3), SLOT(click()));
-    connect(keys, SIGNAL(playOrPauseWanted()), this, SLOT(filmPlayOrPause()));
-    connect(keys, SIGNAL(freezeWanted()), panelButton(PanelButton::Freeze), SLOT(click()));
-    connect(keys, SIGNAL(zoomInPressed()), this, SLOT(zoomInStart()));
-    connect(keys, SIGNAL(zoomInReleased()), this, SLOT(zoomInStop()));
-    connect(keys, SIGNAL(zoomOutPressed()), this, SLOT(zoomOutStart()));
-    connect(keys, SIGNAL(zoomOutReleased()), this, SLOT(zoomOutStop()));
-    connect(keys, SIGNAL(fullScreenWanted()), this, SLOT(toggleFullScreen()));
-    connect(keys, SIGNAL(snapshotWanted()), panelButton(PanelButton::Snapshot), SLOT(click()));
-    connect(keys, SIGNAL(printWanted()), panelButton(PanelButton::Print), SLOT(click()));
-    qApp->installEventFilter(keys);
+    m_keys = new KeyBindings(this, m_deck, &m_popups);
+    connect(m_keys, &KeyBindings::given, this, &MainWindow::perform);
+    connect(m_keys, &KeyBindings::started, this,
+            [this](Command command) { call(Commands::row(command).startSlot); });
+    connect(m_keys, &KeyBindings::stopped, this,
+            [this](Command command) { call(Commands::row(command).stopSlot); });
+    connect(this, &MainWindow::modeChanged, m_keys, &KeyBindings::forgetHeldKey);
+    qApp->installEventFilter(m_keys);
 }

@@ -1,10 +1,31 @@
 #include "mainwindow/Popups.h"
 
-#include "widgets/ToolWindow.h"
+#include "widgets/AboutToolWindow.h"
+#include "widgets/ColorToolWindow.h"
+#include "widgets/EffectToolWindow.h"
+#include "widgets/FillBackgroundToolWindow.h"
+#include "widgets/MaskToolWindow.h"
+#include "widgets/SettingsToolWindow.h"
+#include "widgets/TextToolWindow.h"
+
+#include <QCoreApplication>
+
+using Commands::PopUp;
+
+Popups::Popups(MainWindow *window, const QImage &aboutBackground)
+    : m_window(window)
+    , m_aboutBackground(aboutBackground)
+{
+}
 
 ToolWindow *Popups::current() const
 {
     return m_current;
+}
+
+bool Popups::shown() const
+{
+    return m_current && m_current->isVisible();
 }
 
 void Popups::closeAny()
@@ -18,9 +39,46 @@ void Popups::closeUnlessOwnedBy(const ImageButton *button)
         closeAny();
 }
 
-void Popups::open(const std::function<ToolWindow *()> &make)
+void Popups::open(const Commands::Row &row, ImageButton *button)
 {
     closeAny();
-    m_current = make();
-    m_current->show();
+    m_current = make(row, button);
+    if (m_current)
+        m_current->show();
+}
+
+ToolWindow *Popups::make(const Commands::Row &row, ImageButton *button) const
+{
+    const auto caption = [](const char *text) {
+        return QCoreApplication::translate("MainWindow", text);
+    };
+    const QString fill = caption(QT_TRANSLATE_NOOP("MainWindow", "Fill Color"));
+    const QString title = QObject::tr(row.popUpTitle);
+    switch (row.popUp) {
+    case PopUp::Width:
+        return new ColorToolWindow(button, m_window, title,
+                                   caption(QT_TRANSLATE_NOOP("MainWindow", "Width")), {}, {});
+    case PopUp::Line:
+    case PopUp::Shape:
+        return new ColorToolWindow(button, m_window, title,
+                                   caption(QT_TRANSLATE_NOOP("MainWindow", "Line Width")),
+                                   caption(QT_TRANSLATE_NOOP("MainWindow", "Line Color")),
+                                   row.popUp == PopUp::Shape ? fill : QString());
+    case PopUp::Text:
+        return new TextToolWindow(button, m_window);
+    case PopUp::FillBackground:
+        return new FillBackgroundToolWindow(
+            button, m_window, caption(QT_TRANSLATE_NOOP("MainWindow", "Background Color")), fill);
+    case PopUp::Mask:
+        return new MaskToolWindow(button, m_window);
+    case PopUp::Effect:
+        return new EffectToolWindow(button, m_window);
+    case PopUp::Settings:
+        return new SettingsToolWindow(button, m_window);
+    case PopUp::About:
+        return new AboutToolWindow(button, m_window, m_aboutBackground);
+    case PopUp::None:
+        break;
+    }
+    return nullptr;
 }

@@ -1,27 +1,40 @@
 #pragma once
 
+#include "mainwindow/Commands.h"
+
+#include <QImage>
 #include <QPointer>
 
-#include <functional>
-
 class ImageButton;
+class MainWindow;
 class ToolWindow;
 
-/// The one pop-up window that may be open. A hidden one (closed by its own button) still counts as
-/// open, so the rules ask for the pointer and never for visibility. GUI thread.
+/// The one pop-up window that may be open, and the one place that makes it. A hidden one (closed by
+/// its own button) still counts as open, so the rules ask for the pointer and never for visibility.
+/// GUI thread.
 class Popups
 {
 public:
+    /// The window is the pop-ups' parent; they ask it for its services only.
+    Popups(MainWindow *window, const QImage &aboutBackground);
+
     /// Null when none is open.
     [[nodiscard]] ToolWindow *current() const;
+    /// Whether one is open and to be seen.
+    [[nodiscard]] bool shown() const;
 
     void closeAny();
     /// A pop-up of this same button stays.
     void closeUnlessOwnedBy(const ImageButton *button);
-    /// Replaces the open pop-up by a new one, which is made after the old one has gone.
-    void open(const std::function<ToolWindow *()> &make);
+    /// Replaces the open pop-up by that of a command, made beside the button after the old one has
+    /// gone. A command without a pop-up closes the open one.
+    void open(const Commands::Row &row, ImageButton *button);
 
 private:
+    [[nodiscard]] ToolWindow *make(const Commands::Row &row, ImageButton *button) const;
+
+    MainWindow *m_window;
+    const QImage m_aboutBackground;
     /// The main window owns it as a child and may delete it first.
     QPointer<ToolWindow> m_current;
 };

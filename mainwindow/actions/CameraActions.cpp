@@ -2,13 +2,14 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
-#include "mainwindow/MainWindow.h"
+#include "mainwindow/CanvasDeck.h"
 #include "mainwindow/Popups.h"
-#include "sources/LiveSource.h"
+#include "sources/LiveSourceBase.h"
 
-CameraActions::CameraActions(MainWindow *window, Popups *popups)
-    : m_window(window)
+CameraActions::CameraActions(CanvasDeck *deck, Popups *popups, LiveSourceBase *camera)
+    : m_deck(deck)
     , m_popups(popups)
+    , m_camera(camera)
 {
 }
 
@@ -16,12 +17,12 @@ void CameraActions::zoomInStart()
 {
     m_popups->closeAny();
     m_zoomingIn = true;
-    if (m_window->onLiveCanvas()) {
-        m_window->liveSource()->zoomInStart();
-        indications()->osdOpticalZoomOn();
+    if (m_deck->onLive()) {
+        m_camera->zoomInStart();
+        m_deck->indications()->osdOpticalZoomOn();
     } else {
-        m_window->currentCanvas()->zoomIn();
-        indications()->osdZoomIn();
+        m_deck->current()->zoomIn();
+        m_deck->indications()->osdZoomIn();
     }
 }
 
@@ -29,9 +30,9 @@ void CameraActions::zoomInStop()
 {
     m_popups->closeAny();
     m_zoomingIn = false;
-    if (m_window->onLiveCanvas()) {
-        m_window->liveSource()->zoomInStop();
-        indications()->osdOpticalZoomOff();
+    if (m_deck->onLive()) {
+        m_camera->zoomInStop();
+        m_deck->indications()->osdOpticalZoomOff();
     }
 }
 
@@ -39,12 +40,12 @@ void CameraActions::zoomOutStart()
 {
     m_popups->closeAny();
     m_zoomingOut = true;
-    if (m_window->onLiveCanvas()) {
-        m_window->liveSource()->zoomOutStart();
-        indications()->osdOpticalZoomOn();
+    if (m_deck->onLive()) {
+        m_camera->zoomOutStart();
+        m_deck->indications()->osdOpticalZoomOn();
     } else {
-        m_window->currentCanvas()->zoomOut();
-        indications()->osdZoomOut();
+        m_deck->current()->zoomOut();
+        m_deck->indications()->osdZoomOut();
     }
 }
 
@@ -52,9 +53,9 @@ void CameraActions::zoomOutStop()
 {
     m_popups->closeAny();
     m_zoomingOut = false;
-    if (m_window->onLiveCanvas()) {
-        m_window->liveSource()->zoomOutStop();
-        indications()->osdOpticalZoomOff();
+    if (m_deck->onLive()) {
+        m_camera->zoomOutStop();
+        m_deck->indications()->osdOpticalZoomOff();
     }
 }
 
@@ -69,63 +70,58 @@ void CameraActions::releaseZoom()
 void CameraActions::zoomReset()
 {
     m_popups->closeAny();
-    if (m_window->onLiveCanvas())
-        m_window->liveSource()->zoomReset();
+    if (m_deck->onLive())
+        m_camera->zoomReset();
     else
-        m_window->currentCanvas()->zoomReset();
-    indications()->osdZoomIn();
+        m_deck->current()->zoomReset();
+    m_deck->indications()->osdZoomIn();
 }
 
 void CameraActions::autoFocus()
 {
     m_popups->closeAny();
-    m_window->liveSource()->autoFocus();
-    indications()->osdAutoFocus();
+    m_camera->autoFocus();
+    m_deck->indications()->osdAutoFocus();
 }
 
 void CameraActions::brightnessDown()
 {
     m_popups->closeAny();
-    m_window->liveSource()->brightnessDown();
-    indications()->osdBrightness();
+    m_camera->brightnessDown();
+    m_deck->indications()->osdBrightness();
 }
 
 void CameraActions::brightnessUp()
 {
     m_popups->closeAny();
-    m_window->liveSource()->brightnessUp();
-    indications()->osdBrightness();
+    m_camera->brightnessUp();
+    m_deck->indications()->osdBrightness();
 }
 
 void CameraActions::rotate()
 {
     m_popups->closeAny();
-    m_window->currentCanvas()->rotate();
-    indications()->osdRotate();
+    m_deck->current()->rotate();
+    m_deck->indications()->osdRotate();
 }
 
 void CameraActions::rotateRev()
 {
     m_popups->closeAny();
-    m_window->currentCanvas()->rotateRev();
-    indications()->osdRotate();
+    m_deck->current()->rotateRev();
+    m_deck->indications()->osdRotate();
 }
 
 void CameraActions::setMacro(bool on)
 {
     m_popups->closeAny();
-    m_window->liveSource()->setMacroMode(on);
-    indications()->osdMacro(on);
+    m_camera->setMacroMode(on);
+    m_deck->indications()->osdMacro(on);
 }
 
 void CameraActions::setFrozen(bool on)
 {
     m_popups->closeAny();
-    m_window->currentCanvas()->frozen = on;
-    indications()->osdFreeze();
-}
-
-OSDProcessor *CameraActions::indications() const
-{
-    return m_window->osdProcessors().value(m_window->currentCanvas());
+    m_deck->current()->frozen = on;
+    m_deck->indications()->osdFreeze();
 }

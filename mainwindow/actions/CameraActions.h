@@ -1,16 +1,15 @@
 #pragma once
 
-class MainWindow;
-class OSDProcessor;
+class CanvasDeck;
+class LiveSourceBase;
 class Popups;
 
 /// What the buttons of camera and view do: on the live canvas they drive the camera's optics, on
-/// the others the digital zoom; each closes the open pop-up and shows its indication. GUI thread;
-/// part of the main window.
+/// the others the digital zoom; each closes the open pop-up and shows its indication. GUI thread.
 class CameraActions
 {
 public:
-    CameraActions(MainWindow *window, Popups *popups);
+    CameraActions(CanvasDeck *deck, Popups *popups, LiveSourceBase *camera);
 
     // A live zoom lasts from start to stop; on another canvas the start is one step.
     void zoomInStart();
@@ -32,11 +31,9 @@ public:
     void setFrozen(bool on);
 
 private:
-    /// Of the current canvas.
-    [[nodiscard]] OSDProcessor *indications() const;
-
-    MainWindow *m_window;
+    CanvasDeck *m_deck;
     Popups *m_popups;
+    LiveSourceBase *m_camera;
     bool m_zoomingIn = false;
     bool m_zoomingOut = false;
 };

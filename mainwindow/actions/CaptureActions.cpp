@@ -3,11 +3,13 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "canvas/model/OutputFolder.h"
-#include "mainwindow/MainWindow.h"
+#include "mainwindow/CanvasDeck.h"
+#include "mainwindow/CommandButtons.h"
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -15,11 +17,16 @@
 
 #include <limits>
 
-using ButtonTable::PanelButton;
-
-CaptureActions::CaptureActions(MainWindow *window)
-    : m_window(window)
+CaptureActions::CaptureActions(CanvasDeck *deck, const CommandButtons *buttons, QWidget *window)
+    : m_deck(deck)
+    , m_buttons(buttons)
+    , m_window(window)
 {
+}
+
+void CaptureActions::setSource(LiveSource *source)
+{
+    m_source = source;
 }
 
 void CaptureActions::setLiveRecordButton(ImageButton *button)
@@ -36,8 +43,8 @@ void CaptureActions::snapshot()
         askForFolder();
         return;
     }
-    ImageCanvas *canvas = m_window->currentCanvas();
-    ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
+    ImageCanvas *canvas = m_deck->current();
+    ImageButton *button = m_buttons->of(Command::Snapshot);
     canvas->snapshotFolder = folder;
     if (Config::snapshotMode() != CanvasModes::Continuous) {
         canvas->snapshotMode = CanvasModes::Single;
@@ -62,15 +69,14 @@ void CaptureActions::snapshot()
 
 void CaptureActions::showSeries()
 {
-    ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
+    ImageButton *button = m_buttons->of(Command::Snapshot);
     if (button->isCheckable())
-        button->setChecked(m_window->currentCanvas()->seriesArmed());
+        button->setChecked(m_deck->current()->seriesArmed());
 }
 
 bool CaptureActions::recording() const
 {
-    const LiveSource *source = m_window->liveSource();
-    return source && source->recordRequested();
+    return m_source && m_source->recordRequested();
 }
 
 void CaptureActions::startRecording()
@@ -84,16 +90,16 @@ void CaptureActions::startRecording()
     const QString name = QDateTime::currentDateTime().toString("yyyy-MM-dd_hh-mm-ss") + ".mov";
     const QString path = QDir(folder).filePath(name);
     QFile::remove(path);
-    if (!m_window->liveSource()->running())
+    if (!m_source->running())
         qDebug("recording without a camera");
-    m_window->liveSource()->requestRecord(path);
-    ImageCanvas *canvas = m_window->currentCanvas();
-    m_window->osdProcessors().value(canvas)->osdRecord();
+    m_source->requestRecord(path);
+    ImageCanvas *canvas = m_deck->current();
+    m_deck->indications()->osdRecord();
     m_failureTold = false;
     // A recording always takes the moving picture.
     if (canvas->frozen) {
         canvas->frozen = false;
-        m_window->panelButton(PanelButton::Freeze)->setChecked(false);
+        m_buttons->of(Command::Freeze)->setChecked(false);
     }
     showRecording(true);
 }
@@ -102,9 +108,9 @@ void CaptureActions::stopRecording()
 {
     if (!recording())
         return;
-    m_window->liveSource()->stopRecord();
+    m_source->stopRecord();
     // A recording that ends by itself may end in another mode; its clock runs on one canvas alone.
-    for (OSDProcessor *processor : m_window->osdProcessors())
+    for (OSDProcessor *processor : m_deck->allIndications())
         processor->stopOsdRecord();
     showRecording(false);
 }
@@ -115,7 +121,7 @@ void CaptureActions::recordingFailed(const QString &sentence)
         return;
     m_failureTold = true;
     stopRecording();
-    QMessageBox::critical(m_window, MainWindow::tr("Error"), sentence);
+    QMessageBox::critical(m_window, QCoreApplication::translate("MainWindow", "Error"), sentence);
 }
 
 bool CaptureActions::isThere(const QString &path)
@@ -126,12 +132,13 @@ bool CaptureActions::isThere(const QString &path)
 
 void CaptureActions::askForFolder()
 {
-    QMessageBox::critical(m_window, MainWindow::tr("Error"),
-                          MainWindow::tr("Please select a folder first."));
+    QMessageBox::critical(
+        m_window, QCoreApplication::translate("MainWindow", "Error"),
+        QCoreApplication::translate("MainWindow", "Please select a folder first."));
 }
 
 void CaptureActions::showRecording(bool on)
 {
-    m_window->panelButton(PanelButton::Record)->setChecked(on);
+    m_buttons->of(Command::Record)->setChecked(on);
     m_liveRecordButton->setChecked(on);
 }

@@ -2,15 +2,22 @@
 
 #include <QString>
 
+class CanvasDeck;
+class CommandButtons;
 class ImageButton;
-class MainWindow;
+class LiveSource;
+class QWidget;
 
 /// Snapshots and recordings: folders and modes from the settings, the buttons that show what runs.
-/// GUI thread; part of the main window.
+/// GUI thread.
 class CaptureActions
 {
 public:
-    explicit CaptureActions(MainWindow *window);
+    /// Messages stand over `window`.
+    CaptureActions(CanvasDeck *deck, const CommandButtons *buttons, QWidget *window);
+
+    /// Null, or none yet: nothing can be recorded.
+    void setSource(LiveSource *source);
 
     /// The second record button, beside the panel's.
     void setLiveRecordButton(ImageButton *button);
@@ -34,7 +41,10 @@ private:
     void askForFolder();
     void showRecording(bool on);
 
-    MainWindow *m_window;
+    CanvasDeck *m_deck;
+    const CommandButtons *m_buttons;
+    QWidget *m_window;
+    LiveSource *m_source = nullptr;
     ImageButton *m_liveRecordButton = nullptr;
     /// Whether the user knows that the latest recording failed, which may be after its end.
     bool m_failureTold = true;

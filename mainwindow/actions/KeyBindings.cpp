@@ -1,72 +1,189 @@
 #include "mainwindow/actions/KeyBindings.h"
 
-#include "mainwindow/ModeRules.h"
+#include "canvas/ImageCanvas.h"
+#include "mainwindow/CanvasDeck.h"
+#include "mainwindow/Popups.h"
+#include "widgets/ToolWindow.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTextEdit>
+
+#include <utility>
 
 namespace
 {
 
-PresenterAction spaceAction(int mode)
+bool takesText(const QWidget *widget)
 {
-    switch (mode) {
-    case ModeRules::Live:
-        return PresenterAction::Freeze;
-    case ModeRules::Film:
-        return PresenterAction::PlayOrPause;
-    default:
-        return PresenterAction::None;
-    }
+    return qobject_cast<const QTextEdit *>(widget) || qobject_cast<const QLineEdit *>(widget) ||
+           qobject_cast<const QComboBox *>(widget) ||
+           qobject_cast<const QAbstractSpinBox *>(widget);
 }
 
-PresenterAction escapeAction(const PresenterContext &context)
+bool isArrow(int key)
 {
-    // What lies on top goes first.
-    if (context.popUpShown)
-        return PresenterAction::ClosePopUp;
-    return context.fullScreen ? PresenterAction::ToggleFullScreen : PresenterAction::None;
+    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
 }
 
-PresenterAction plainAction(int key, const PresenterContext &context)
+bool isPage(int key)
 {
-    const bool photographs = context.mode == ModeRules::Photograph;
-    switch (key) {
-    case Qt::Key_PageUp:
-    case Qt::Key_Left:
-    case Qt::Key_Up:
-        return photographs ? PresenterAction::PreviousPhotograph : PresenterAction::None;
-    case Qt::Key_PageDown:
-    case Qt::Key_Right:
-    case Qt::Key_Down:
-        return photographs ? PresenterAction::NextPhotograph : PresenterAction::None;
-    case Qt::Key_Space:
-        return spaceAction(context.mode);
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        return PresenterAction::ZoomIn;
-    case Qt::Key_Minus:
-        return PresenterAction::ZoomOut;
-    case Qt::Key_F11:
-        return PresenterAction::ToggleFullScreen;
-    case Qt::Key_Escape:
-        return escapeAction(context);
-    default:
-        return PresenterAction::None;
-    }
+    return key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+}
+
+bool isPressKey(int key)
+{
+    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 } // namespace
 
-PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers,
-                                const PresenterContext &context)
+KeyBindings::KeyBindings(QWidget *window, const CanvasDeck *deck, const Popups *popups)
+    : QObject(window)
+    , m_window(window)
+    , m_deck(deck)
+    , m_popups(popups)
 {
-    const Qt::KeyboardModifiers held = modifiers & ~Qt::KeypadModifier;
-    if (held == Qt::ControlModifier && key == Qt::Key_S)
-        return PresenterAction::Snapshot;
-    if (held == Qt::ControlModifier && key == Qt::Key_P)
-        return PresenterAction::Print;
-    if ((held & ~Qt::ShiftModifier) != Qt::NoModifier)
-        return PresenterAction::None;
-    const bool shiftedSign = key == Qt::Key_Plus || key == Qt::Key_Minus;
-    if ((held & Qt::ShiftModifier) && !shiftedSign)
-        return PresenterAction::None;
-    return plainAction(key, context);
+    m_step.setSingleShot(true);
+    m_step.setInterval(0);
+}
+
+bool KeyBindings::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::WindowDeactivate:
+        if (watched == m_window)
+            forgetHeldKey();
+        return false;
+    case QEvent::KeyPress:
+        return isOurs(watched) &&
+               press(static_cast<QWidget *>(watched), static_cast<QKeyEvent *>(event));
+    case QEvent::KeyRelease:
+        return watched->isWidgetType() && release(static_cast<QKeyEvent *>(event));
+    default:
+        return false;
+    }
+}
+
+bool KeyBindings::isOurs(QObject *watched) const
+{
+    if (!watched->isWidgetType() || QApplication::activeModalWidget() ||
+        QApplication::activePopupWidget())
+        return false;
+    auto *widget = static_cast<QWidget *>(watched);
+    QWidget *window = widget->window();
+    const bool ourWindow = window == m_window || (qobject_cast<ToolWindow *>(window) &&
+                                                  window->parentWidget() == m_window);
+    // A key that nobody took climbs through the parents; it is looked at once, at the bottom.
+    QWidget *focus = window->focusWidget();
+    return ourWindow && (focus ? widget == focus : widget == window);
+}
+
+bool KeyBindings::focusNeeds(QWidget *focus, int key) const
+{
+    if (qobject_cast<QTextEdit *>(focus))
+        return true;
+    // Pages are turned whatever field or slider was used last.
+    if (isPage(key))
+        return false;
+    if (takesText(focus))
+        return true;
+    if (qobject_cast<QAbstractSlider *>(focus))
+        return isArrow(key);
+    return qobject_cast<QAbstractButton *>(focus) && isPressKey(key);
+}
+
+bool KeyBindings::keepsFromText(QWidget *receiver, int key) const
+{
+    if (takesText(receiver) || focusNeeds(receiver, key))
+        return true;
+    const bool leavesPopUp = key == Qt::Key_Escape || key == Qt::Key_Tab || key == Qt::Key_Backtab;
+    return leavesPopUp && receiver->window() != m_window;
+}
+
+QTextEdit *KeyBindings::openText() const
+{
+    const ImageCanvas *canvas = m_deck->current();
+    auto *editor = canvas ? canvas->findChild<QTextEdit *>() : nullptr;
+    return editor && editor->isVisible() ? editor : nullptr;
+}
+
+void KeyBindings::sendToText(QTextEdit *text, QKeyEvent *event)
+{
+    m_window->activateWindow();
+    text->setFocus();
+    QKeyEvent copy(*event);
+    QCoreApplication::sendEvent(text, &copy);
+}
+
+bool KeyBindings::press(QWidget *receiver, QKeyEvent *event)
+{
+    if (QTextEdit *text = openText()) {
+        if (keepsFromText(receiver, event->key()))
+            return false;
+        sendToText(text, event);
+        return true;
+    }
+    if (focusNeeds(receiver, event->key()))
+        return false;
+    const auto command = Commands::ofKey(event->key(), event->modifiers(), m_deck->mode());
+    if (!command || (*command == Command::Leave && !canLeave()))
+        return false;
+    const Commands::Row &row = Commands::row(*command);
+    // A held key repeats faster than large photographs are read.
+    if (event->isAutoRepeat() && (!row.repeating || m_step.isActive()))
+        return true;
+    if (row.repeating)
+        m_step.start();
+    if (row.startSlot)
+        startHolding(*command, event);
+    else
+        emit given(*command);
+    return true;
+}
+
+bool KeyBindings::canLeave() const
+{
+    return m_popups->shown() || m_window->isFullScreen();
+}
+
+void KeyBindings::startHolding(Command command, const QKeyEvent *event)
+{
+    endHolding();
+    m_heldKey = {command, event->key(), event->nativeScanCode()};
+    // The command closes a pop-up that has the focus. The window has to have it, to be told when
+    // another window takes it and with it the release of the key.
+    if (!m_window->isActiveWindow())
+        m_window->activateWindow();
+    emit started(command);
+}
+
+void KeyBindings::endHolding()
+{
+    const std::optional<HeldKey> held = std::exchange(m_heldKey, std::nullopt);
+    if (held)
+        emit stopped(held->command);
+}
+
+void KeyBindings::forgetHeldKey()
+{
+    m_heldKey.reset();
+}
+
+bool KeyBindings::release(const QKeyEvent *event)
+{
+    if (event->isAutoRepeat() || !m_heldKey)
+        return false;
+    // The sign of a key changes when Shift is let go first; its scan code does not.
+    const bool isHeldKey = event->nativeScanCode() != 0
+                               ? event->nativeScanCode() == m_heldKey->scanCode
+                               : event->key() == m_heldKey->key;
+    if (isHeldKey)
+        endHolding();
+    return isHeldKey;
 }

@@ -1,34 +1,71 @@
 #pragma once
 
-#include <Qt>
+#include "mainwindow/Commands.h"
 
-/// What the keys of a keyboard or of a presenter remote do. A pure function.
-enum class PresenterAction {
-    None,
-    PreviousPhotograph,
-    NextPhotograph,
-    /// Plays or pauses the film.
-    PlayOrPause,
-    /// Freezes or releases the live picture.
-    Freeze,
-    ZoomIn,
-    ZoomOut,
-    ToggleFullScreen,
-    /// Closes the pop-up window that is open.
-    ClosePopUp,
-    Snapshot,
-    Print
+#include <QObject>
+#include <QTimer>
+
+#include <optional>
+
+class CanvasDeck;
+class Popups;
+class QKeyEvent;
+class QTextEdit;
+class QWidget;
+
+/// Lets a keyboard or a presenter remote give the commands of the main window, also in its pop-up
+/// windows, except while text is typed: then every key goes to the text, but for those that a
+/// pop-up with the focus needs itself. A filter on the application object, GUI thread.
+class KeyBindings : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The keys of `window` and of the pop-ups that are its children.
+    KeyBindings(QWidget *window, const CanvasDeck *deck, const Popups *popups);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    /// The window has let go of the held command itself, so its key has no meaning any more.
+    void forgetHeldKey();
+
+signals:
+    /// A key of that command was pressed.
+    void given(Command command);
+    // A command that lasts, from the press to the release of its key.
+    void started(Command command);
+    void stopped(Command command);
+
+private:
+    struct HeldKey {
+        Command command;
+        int key = 0;
+        /// Zero where the platform does not tell it.
+        quint32 scanCode = 0;
+    };
+
+    /// Whether a key event stands at its first receiver in the main window or one of its pop-ups.
+    [[nodiscard]] bool isOurs(QObject *watched) const;
+    /// Whether the focused widget has a use of its own for the key.
+    [[nodiscard]] bool focusNeeds(QWidget *focus, int key) const;
+    /// Whether the receiver keeps a key from the text that is being written.
+    [[nodiscard]] bool keepsFromText(QWidget *receiver, int key) const;
+    /// Null when no text is being written.
+    [[nodiscard]] QTextEdit *openText() const;
+    void sendToText(QTextEdit *text, QKeyEvent *event);
+    bool press(QWidget *receiver, QKeyEvent *event);
+    /// Whether there is something on top to be left.
+    [[nodiscard]] bool canLeave() const;
+    void startHolding(Command command, const QKeyEvent *event);
+    /// Ends the command of the held key; nothing without one.
+    void endHolding();
+    bool release(const QKeyEvent *event);
+
+    QWidget *m_window;
+    const CanvasDeck *m_deck;
+    const Popups *m_popups;
+    std::optional<HeldKey> m_heldKey;
+    /// Runs out as soon as the step to another photograph is shown and all keys that came meanwhile
+    /// are looked at.
+    QTimer m_step;
 };
-
-/// What the meaning of a key depends on.
-struct PresenterContext {
-    /// A mode number of the main window.
-    int mode = 0;
-    bool fullScreen = false;
-    /// A pop-up window is to be seen.
-    bool popUpShown = false;
-};
-
-/// Whether a number pad or a shifted key sent a sign does not matter.
-[[nodiscard]] PresenterAction presenterAction(int key, Qt::KeyboardModifiers modifiers,
-                                              const PresenterContext &context);

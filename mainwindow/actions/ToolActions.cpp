@@ -1,108 +1,70 @@
 #include "mainwindow/actions/ToolActions.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/MainWindow.h"
+#include "canvas/osd/EffectNames.h"
+#include "mainwindow/CanvasDeck.h"
+#include "mainwindow/CommandButtons.h"
 #include "mainwindow/Popups.h"
-#include "widgets/ColorToolWindow.h"
-#include "widgets/EffectToolWindow.h"
-#include "widgets/FillBackgroundToolWindow.h"
 #include "widgets/ImageButton.h"
 #include "widgets/MaskToolWindow.h"
-#include "widgets/TextToolWindow.h"
 
-ToolActions::ToolActions(MainWindow *window, Popups *popups)
-    : m_window(window)
+#include <QButtonGroup>
+
+namespace
+{
+
+/// The skin of a button that shows which of several is chosen; what the table does not know, and
+/// what has no image of its own, looks like `usual`.
+template <std::size_t N>
+QString skinOf(const char *kind, const std::array<const char *, N> &names, int mode,
+               const char *usual)
+{
+    const QString name = EffectNames::nameOf(names, mode);
+    return QString::fromLatin1(kind) + (name.isEmpty() ? QString::fromLatin1(usual) : name);
+}
+
+} // namespace
+
+ToolActions::ToolActions(CanvasDeck *deck, Popups *popups, const CommandButtons *buttons)
+    : m_deck(deck)
     , m_popups(popups)
+    , m_buttons(buttons)
 {
 }
 
-void ToolActions::storeCaptions()
+void ToolActions::select(Command command)
 {
-    m_widthText = MainWindow::tr("Width");
-    m_lineWidthText = MainWindow::tr("Line Width");
-    m_lineColorText = MainWindow::tr("Line Color");
-    m_fillColorText = MainWindow::tr("Fill Color");
+    const Commands::Row &row = Commands::row(command);
+    if (row.popUp == Commands::PopUp::None)
+        m_popups->closeAny();
+    if (row.tool)
+        m_deck->current()->setMouseMode(*row.tool);
+    m_popups->closeUnlessOwnedBy(m_buttons->of(command));
 }
 
-void ToolActions::select(PanelButton button, MouseMode mode)
+void ToolActions::showOptions(Command command)
 {
-    m_window->currentCanvas()->setMouseMode(mode);
-    closeUnlessOwnedBy(button);
-}
-
-void ToolActions::selectPlain(MouseMode mode)
-{
-    m_popups->closeAny();
-    m_window->currentCanvas()->setMouseMode(mode);
-}
-
-void ToolActions::closeUnlessOwnedBy(PanelButton button)
-{
-    m_popups->closeUnlessOwnedBy(m_window->panelButton(button));
+    const Commands::Row &row = Commands::row(command);
+    ImageButton *button = m_buttons->of(command);
+    if (row.tool) {
+        m_deck->current()->setMouseMode(*row.tool);
+        button->setChecked(true);
+    }
+    m_popups->open(row, button);
 }
 
 void ToolActions::eraseAll()
 {
     m_popups->closeAny();
-    m_window->currentCanvas()->clearPainting();
-}
-
-void ToolActions::selectHeld(PanelButton button, MouseMode mode)
-{
-    m_window->currentCanvas()->setMouseMode(mode);
-    m_window->panelButton(button)->setChecked(true);
-}
-
-void ToolActions::openColorTool(PanelButton button)
-{
-    for (const ButtonTable::ColorToolRow &row : ButtonTable::colorToolRows()) {
-        if (row.button != button)
-            continue;
-        selectHeld(row.button, row.mouseMode);
-        m_popups->open([this, &row] {
-            return new ColorToolWindow(m_window->panelButton(row.button), m_window,
-                                       QObject::tr(row.title),
-                                       row.colorRow ? m_lineWidthText : m_widthText,
-                                       row.colorRow ? m_lineColorText : QString(),
-                                       row.fillRow ? m_fillColorText : QString());
-        });
-    }
-}
-
-void ToolActions::openText()
-{
-    selectHeld(PanelButton::Text, CanvasModes::Text);
-    m_popups->open(
-        [this] { return new TextToolWindow(m_window->panelButton(PanelButton::Text), m_window); });
-}
-
-void ToolActions::openFillBackground()
-{
-    m_popups->open([this] {
-        return new FillBackgroundToolWindow(m_window->panelButton(PanelButton::FillBackground),
-                                            m_window, MainWindow::tr("Background Color"),
-                                            m_fillColorText);
-    });
-}
-
-void ToolActions::openMask()
-{
-    m_popups->open(
-        [this] { return new MaskToolWindow(m_window->panelButton(PanelButton::Mask), m_window); });
-}
-
-void ToolActions::openEffect()
-{
-    m_popups->open([this] {
-        return new EffectToolWindow(m_window->panelButton(PanelButton::Effect), m_window);
-    });
+    m_deck->current()->clearPainting();
 }
 
 void ToolActions::toggleMask()
 {
-    closeUnlessOwnedBy(PanelButton::Mask);
-    ImageCanvas *canvas = m_window->currentCanvas();
-    if (m_window->panelButton(PanelButton::Mask)->isChecked()) {
+    const ImageButton *button = m_buttons->of(Command::Mask);
+    m_popups->closeUnlessOwnedBy(button);
+    ImageCanvas *canvas = m_deck->current();
+    if (button->isChecked()) {
         canvas->maskMode = m_rememberedMask;
     } else {
         if (canvas->maskMode != CanvasModes::MaskNone)
@@ -112,4 +74,33 @@ void ToolActions::toggleMask()
     // A hold opens the pop-up before its release, which is a click, changes the mask.
     if (auto *popup = qobject_cast<MaskToolWindow *>(m_popups->current()))
         popup->modeChanged();
+}
+
+void ToolActions::showCanvasState()
+{
+    const ImageCanvas *canvas = m_deck->current();
+    checkTool();
+    ImageButton *mask = m_buttons->of(Command::Mask);
+    mask->setChecked(canvas->maskMode != CanvasModes::MaskNone);
+    mask->setImage(skinOf("ICON_MASK_", EffectNames::maskIconNames, canvas->maskMode, "CIRCLE"));
+    m_buttons->of(Command::Effect)
+        ->setImage(
+            skinOf("ICON_EFFECT_", EffectNames::effectIconNames, canvas->effectMode, "COLOR"));
+    m_buttons->of(Command::Freeze)->setChecked(canvas->frozen);
+}
+
+void ToolActions::checkTool()
+{
+    if (const auto tool = Commands::ofTool(m_deck->current()->mouseMode())) {
+        m_buttons->of(*tool)->setChecked(true);
+        return;
+    }
+    QButtonGroup *group = m_buttons->of(Command::Freehand)->group();
+    QAbstractButton *checked = group ? group->checkedButton() : nullptr;
+    if (!checked)
+        return;
+    // An exclusive group refuses to be emptied.
+    group->setExclusive(false);
+    checked->setChecked(false);
+    group->setExclusive(true);
 }

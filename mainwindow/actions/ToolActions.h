@@ -1,54 +1,36 @@
 #pragma once
 
-#include "mainwindow/ButtonTable.h"
+#include "mainwindow/Commands.h"
 
-#include <QString>
-
-class MainWindow;
+class CanvasDeck;
+class CommandButtons;
 class Popups;
 
 /// What the buttons of drawing, mask and effect do to the current canvas, and the pop-up windows
-/// that a held one opens. GUI thread; part of the main window.
+/// that a held one opens. GUI thread.
 class ToolActions
 {
 public:
-    using PanelButton = ButtonTable::PanelButton;
-    using MouseMode = CanvasModes::MouseMode;
+    ToolActions(CanvasDeck *deck, Popups *popups, const CommandButtons *buttons);
 
-    ToolActions(MainWindow *window, Popups *popups);
-
-    /// Translates the captions of the pop-ups; once a translation is installed.
-    void storeCaptions();
-
-    /// A tool whose own pop-up stays open.
-    void select(PanelButton button, MouseMode mode);
-    /// A tool without a pop-up.
-    void selectPlain(MouseMode mode);
-    /// The button whose pop-up does the work.
-    void closeUnlessOwnedBy(PanelButton button);
+    /// Takes the command's tool, if it has one. Its own pop-up stays open, any other closes.
+    void select(Command command);
+    /// Takes the tool and opens the pop-up. The release clicks a held button only if the pointer is
+    /// still on it, so the button of a tool is checked here.
+    void showOptions(Command command);
     void eraseAll();
-
-    /// The pop-up of a tool with widths and colours.
-    void openColorTool(PanelButton button);
-    void openText();
-    void openFillBackground();
-    void openMask();
-    void openEffect();
-
     /// Brings the remembered mask back or takes the mask away, as the mask button is checked.
     void toggleMask();
 
-private:
-    /// The tool of a held button. The release clicks the button only if the pointer is still on it,
-    /// so the button is checked here.
-    void selectHeld(PanelButton button, MouseMode mode);
+    /// Brings the buttons in line with what the current canvas is set to.
+    void showCanvasState();
 
-    MainWindow *m_window;
+private:
+    void checkTool();
+
+    CanvasDeck *m_deck;
     Popups *m_popups;
-    QString m_widthText;
-    QString m_lineWidthText;
-    QString m_lineColorText;
-    QString m_fillColorText;
+    const CommandButtons *m_buttons;
     /// The mask that the mask button brings back; one for all canvases, never none.
     CanvasModes::MaskMode m_rememberedMask = CanvasModes::MaskCircle;
 };

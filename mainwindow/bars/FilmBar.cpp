@@ -1,10 +1,11 @@
 #include "mainwindow/bars/FilmBar.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ButtonTable.h"
 #include "mainwindow/CanvasMessage.h"
+#include "mainwindow/CommandButtons.h"
 #include "mainwindow/Popups.h"
 #include "mainwindow/WindowLayout.h"
+#include "mainwindow/bars/BarButtons.h"
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
 #include "sources/FilmSource.h"
@@ -48,16 +49,16 @@ QString sentenceOn(FilmFault fault)
 
 } // namespace
 
-FilmBar::FilmBar(FilmSource *source, ImageCanvas *canvas, Popups *popups, QWidget *window)
+FilmBar::FilmBar(FilmSource *source, ImageCanvas *canvas, Popups *popups, CommandButtons *buttons,
+                 QWidget *window)
     : QObject(window)
     , m_source(source)
     , m_popups(popups)
     , m_window(window)
     , m_message(new CanvasMessage(canvas))
 {
-    createBar();
+    createBar(buttons);
     createSliders();
-    connect(source, SIGNAL(tick()), window, SLOT(filmTick()));
     connect(source, &FilmSource::faulty, m_message,
             [this](FilmFault fault) { m_message->pass(sentenceOn(fault)); });
 }
@@ -159,18 +160,11 @@ void FilmBar::playOrPause()
         play();
 }
 
-void FilmBar::createBar()
+void FilmBar::createBar(CommandButtons *buttons)
 {
     m_bar = new ImageWidget(SkinImages::load(":/icons/Background/FILM_CONTROL_BK.png"), m_window);
-    for (const ButtonTable::BarRow &row : ButtonTable::filmBarRows()) {
-        auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
-        button->setCheckable(row.checkable);
-        button->setAccessibleName(QCoreApplication::translate("MainWindow", row.name));
-        button->setToolTip(QCoreApplication::translate("MainWindow", row.name));
-        connect(button, SIGNAL(clicked()), m_window, row.slot);
-        if (row.checkable)
-            m_volumeButton = button;
-    }
+    BarButtons::create(Commands::Group::FilmBar, m_bar, buttons);
+    m_volumeButton = buttons->of(Command::FilmVolume);
     m_bar->hide();
 }
 

@@ -4,6 +4,7 @@
 #include <QSize>
 
 class CanvasMessage;
+class CommandButtons;
 class FilmSource;
 class HorizontalSlider;
 class ImageButton;
@@ -14,14 +15,15 @@ class Popups;
 struct WindowLayout;
 
 /// The controls of Film mode: the bar of buttons, the volume slider and the position slider. Its
-/// widgets are children of the main window, whose slots the buttons call; what
-/// a button does closes the open pop-up first. GUI thread.
+/// widgets are children of the window, and its buttons are added to the window's, which connects
+/// them; what a button does closes the open pop-up first. GUI thread.
 class FilmBar : public QObject
 {
     Q_OBJECT
 
 public:
-    FilmBar(FilmSource *source, ImageCanvas *canvas, Popups *popups, QWidget *window);
+    FilmBar(FilmSource *source, ImageCanvas *canvas, Popups *popups, CommandButtons *buttons,
+            QWidget *window);
 
     [[nodiscard]] QSize barSize() const;
     [[nodiscard]] QSize volumeSize() const;
@@ -45,7 +47,7 @@ public:
     void playOrPause();
 
 private:
-    void createBar();
+    void createBar(CommandButtons *buttons);
     void createSliders();
 
     FilmSource *m_source;

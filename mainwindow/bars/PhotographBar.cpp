@@ -1,10 +1,11 @@
 #include "mainwindow/bars/PhotographBar.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ButtonTable.h"
 #include "mainwindow/CanvasMessage.h"
+#include "mainwindow/CommandButtons.h"
 #include "mainwindow/Popups.h"
 #include "mainwindow/WindowLayout.h"
+#include "mainwindow/bars/BarButtons.h"
 #include "mainwindow/bars/ThumbnailWidget.h"
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
@@ -24,10 +25,6 @@
 namespace
 {
 
-// Places of those buttons in the bar that have a state.
-constexpr std::size_t SLIDESHOW = 2;
-constexpr std::size_t THUMBNAILS = 4;
-constexpr std::size_t INTERVAL = 5;
 constexpr int INDEX_POINTS = 15;
 constexpr int INDEX_MARGIN = 2;
 
@@ -46,14 +43,14 @@ QString sentenceOn(const QString &name)
 } // namespace
 
 PhotographBar::PhotographBar(PhotographSource *source, ImageCanvas *canvas, Popups *popups,
-                             QWidget *window)
+                             CommandButtons *buttons, QWidget *window)
     : QObject(window)
     , m_source(source)
     , m_popups(popups)
     , m_window(window)
     , m_message(new CanvasMessage(canvas))
 {
-    createBar();
+    createBar(buttons);
     createInterval();
     createIndex();
     createThumbnails(canvas);
@@ -62,11 +59,6 @@ PhotographBar::PhotographBar(PhotographSource *source, ImageCanvas *canvas, Popu
 QSize PhotographBar::barSize() const
 {
     return m_bar->size();
-}
-
-ImageButton *PhotographBar::button(int index) const
-{
-    return m_buttons[std::size_t(index)];
 }
 
 ThumbnailWidget *PhotographBar::thumbnails() const
@@ -99,8 +91,8 @@ void PhotographBar::enter()
 void PhotographBar::leave()
 {
     m_bar->hide();
-    m_buttons[INTERVAL]->setChecked(false);
-    m_buttons[THUMBNAILS]->setChecked(false);
+    m_intervalButton->setChecked(false);
+    m_thumbnailsButton->setChecked(false);
     m_interval->hide();
     m_intervalLabel->hide();
     m_thumbnails->hide();
@@ -140,7 +132,7 @@ void PhotographBar::next()
 void PhotographBar::playOrStop()
 {
     m_popups->closeAny();
-    if (m_buttons[SLIDESHOW]->isChecked())
+    if (m_slideshowButton->isChecked())
         m_source->play();
     else
         m_source->stop();
@@ -148,13 +140,13 @@ void PhotographBar::playOrStop()
 
 void PhotographBar::playDone()
 {
-    m_buttons[SLIDESHOW]->setChecked(false);
+    m_slideshowButton->setChecked(false);
 }
 
 void PhotographBar::showThumbnails()
 {
     m_popups->closeAny();
-    const bool shown = m_buttons[THUMBNAILS]->isChecked();
+    const bool shown = m_thumbnailsButton->isChecked();
     m_thumbnails->setVisible(shown);
     m_scrollBar->setVisible(shown);
 }
@@ -162,7 +154,7 @@ void PhotographBar::showThumbnails()
 void PhotographBar::showInterval()
 {
     m_popups->closeAny();
-    const bool shown = m_buttons[INTERVAL]->isChecked();
+    const bool shown = m_intervalButton->isChecked();
     m_interval->setVisible(shown);
     m_intervalLabel->setVisible(shown);
     // In a narrow window the slider reaches under the index.
@@ -195,21 +187,16 @@ void PhotographBar::showIndex(int id)
 
 void PhotographBar::showPlaying()
 {
-    m_buttons[SLIDESHOW]->setChecked(m_source->playing());
+    m_slideshowButton->setChecked(m_source->playing());
 }
 
-void PhotographBar::createBar()
+void PhotographBar::createBar(CommandButtons *buttons)
 {
     m_bar = new ImageWidget(SkinImages::load(":/icons/Background/PHOTO_CONTROL_BK.png"), m_window);
-    std::size_t index = 0;
-    for (const ButtonTable::BarRow &row : ButtonTable::photographBarRows()) {
-        auto *button = new ImageButton(row.skin, m_bar, row.x, 5);
-        button->setCheckable(row.checkable);
-        button->setAccessibleName(QCoreApplication::translate("MainWindow", row.name));
-        button->setToolTip(QCoreApplication::translate("MainWindow", row.name));
-        connect(button, SIGNAL(clicked()), m_window, row.slot);
-        m_buttons[index++] = button;
-    }
+    BarButtons::create(Commands::Group::PhotographBar, m_bar, buttons);
+    m_slideshowButton = buttons->of(Command::Slideshow);
+    m_thumbnailsButton = buttons->of(Command::Thumbnails);
+    m_intervalButton = buttons->of(Command::SlideshowInterval);
     m_bar->hide();
 }
 
@@ -223,8 +210,7 @@ void PhotographBar::createInterval()
     m_interval->setRange(0, int(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
     m_interval->setValue(0);
     m_interval->setAccessibleName(QCoreApplication::translate("MainWindow", "Slideshow interval"));
-    connect(m_interval, SIGNAL(valueChanged(int)), m_window,
-            SLOT(photographPlayIntervalChanged(int)));
+    connect(m_interval, &Slider::valueChanged, this, &PhotographBar::intervalMoved);
     m_interval->hide();
 
     m_intervalLabel = new TickLabel(
@@ -247,7 +233,6 @@ void PhotographBar::createIndex()
     m_indexLabel->setPalette(palette);
     m_indexLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_indexLabel->hide();
-    connect(m_source, SIGNAL(photographChanged(int)), m_window, SLOT(photographIdChange(int)));
 }
 
 void PhotographBar::createThumbnails(ImageCanvas *canvas)

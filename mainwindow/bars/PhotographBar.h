@@ -6,6 +6,7 @@
 #include <array>
 
 class CanvasMessage;
+class CommandButtons;
 class HorizontalSlider;
 class ImageButton;
 class ImageCanvas;
@@ -22,19 +23,18 @@ struct WindowLayout;
 constexpr std::array<int, 6> PHOTOGRAPH_PLAY_INTERVALS{1, 2, 5, 10, 15, 30};
 
 /// The controls of Photograph mode: the bar of buttons, the slideshow interval, the picture index
-/// and the thumbnail strip with its scroll bar. Its widgets are children of the main window, whose
-/// slots the buttons call; what
-/// a button does closes the open pop-up first; the strip lies on the canvas. GUI thread.
+/// and the thumbnail strip with its scroll bar. Its widgets are children of the window, and its
+/// buttons are added to the window's, which connects them; what a button does closes the open
+/// pop-up first; the strip lies on the canvas. GUI thread.
 class PhotographBar : public QObject
 {
     Q_OBJECT
 
 public:
-    PhotographBar(PhotographSource *source, ImageCanvas *canvas, Popups *popups, QWidget *window);
+    PhotographBar(PhotographSource *source, ImageCanvas *canvas, Popups *popups,
+                  CommandButtons *buttons, QWidget *window);
 
     [[nodiscard]] QSize barSize() const;
-    /// The buttons by their place in the bar.
-    [[nodiscard]] ImageButton *button(int index) const;
     [[nodiscard]] ThumbnailWidget *thumbnails() const;
     void place(const WindowLayout &at);
 
@@ -57,10 +57,14 @@ public:
     /// `id` counts from 0; shown from 1. Says so when that photograph cannot be shown.
     void showIndex(int id);
 
+signals:
+    /// The user has moved the interval slider to one of its places.
+    void intervalMoved(int place);
+
 private:
     /// The button of the slideshow tells what the source does; not every stop has a signal.
     void showPlaying();
-    void createBar();
+    void createBar(CommandButtons *buttons);
     void createInterval();
     void createIndex();
     void createThumbnails(ImageCanvas *canvas);
@@ -69,7 +73,9 @@ private:
     Popups *m_popups;
     QWidget *m_window;
     ImageWidget *m_bar = nullptr;
-    std::array<ImageButton *, 6> m_buttons{};
+    ImageButton *m_slideshowButton = nullptr;
+    ImageButton *m_thumbnailsButton = nullptr;
+    ImageButton *m_intervalButton = nullptr;
     Slider *m_interval = nullptr;
     QLabel *m_intervalLabel = nullptr;
     QLabel *m_indexLabel = nullptr;

@@ -7,8 +7,6 @@
 
 #include <algorithm>
 
-using ButtonTable::PanelButton;
-
 QImage DrivenWindow::screen()
 {
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(
@@ -37,9 +35,9 @@ bool DrivenWindow::clicked(ImageButton *button)
     return QTest::qWaitFor([&spy] { return spy.count() == 1; }, PATIENCE_MS);
 }
 
-ToolWindow *DrivenWindow::hold(const MainWindow &window, PanelButton which)
+ToolWindow *DrivenWindow::hold(const MainWindow &window, Command which)
 {
-    ImageButton *toolButton = window.panelButton(which);
+    ImageButton *toolButton = window.button(which);
     // A pop-up lies over the button beside its own.
     if (window.currentToolWindow())
         window.currentToolWindow()->close();

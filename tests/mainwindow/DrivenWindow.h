@@ -23,7 +23,7 @@ std::unique_ptr<MainWindow> open();
 /// Clicks a button; whether it has answered.
 bool clicked(ImageButton *button);
 /// Presses a button, waits for its pop-up, lets the button go. Null when none came.
-ToolWindow *hold(const MainWindow &window, ButtonTable::PanelButton which);
+ToolWindow *hold(const MainWindow &window, Command which);
 /// The buttons of a pop-up in the row with that top, from left to right.
 QList<ImageButton *> row(const ToolWindow *popup, int y);
 /// Clicks a mode's button; whether that mode is entered.

@@ -70,11 +70,14 @@ inline void chooseFile(QObject *context, const QString &path)
 }
 
 /// The panel's buttons that have a pop-up window.
-inline QList<ButtonTable::PanelButton> poppingButtons()
+inline QList<Command> poppingButtons()
 {
-    using B = ButtonTable::PanelButton;
-    return {B::Line,   B::Rectangle, B::Freehand,       B::Circle, B::Arrow, B::Triangle,
-            B::Eraser, B::Text,      B::FillBackground, B::Mask,   B::Effect};
+    QList<Command> found;
+    for (const Commands::Row &row : Commands::rows()) {
+        if (row.holdSlot)
+            found << row.command;
+    }
+    return found;
 }
 
 /// No dialog and no print server of the machine's own, whatever it has.

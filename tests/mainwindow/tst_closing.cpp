@@ -20,7 +20,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -49,7 +48,7 @@ void streaming(MainWindow &window, VirtualCamera &)
 void recording(MainWindow &window, VirtualCamera &)
 {
     waitForCamera(window);
-    window.panelButton(PanelButton::Record)->click();
+    window.button(Command::Record)->click();
     QTest::qWait(1000);
 }
 
@@ -120,7 +119,7 @@ void sliding(MainWindow &window, VirtualCamera &camera)
 void typing(MainWindow &window, VirtualCamera &)
 {
     enter(window, 3);
-    window.panelButton(PanelButton::Text)->click();
+    window.button(Command::Text)->click();
     QTest::mouseClick(window.currentCanvas(), Qt::LeftButton, {}, QPoint(300, 300));
     auto *editor = window.currentCanvas()->findChild<QTextEdit *>();
     if (!editor || !editor->isVisible())
@@ -152,14 +151,14 @@ void series(MainWindow &window, VirtualCamera &)
     Config::setSnapshotMode(CanvasModes::Continuous);
     Config::setSnapshotInterval(0);
     enter(window, 3);
-    window.panelButton(PanelButton::Snapshot)->click();
+    window.button(Command::Snapshot)->click();
     QTest::qWait(300);
 }
 
 void zooming(MainWindow &window, VirtualCamera &)
 {
     waitForCamera(window);
-    QTest::mousePress(window.panelButton(PanelButton::ZoomIn), Qt::LeftButton);
+    QTest::mousePress(window.button(Command::ZoomIn), Qt::LeftButton);
 }
 
 void fullScreen(MainWindow &window, VirtualCamera &)

@@ -1,104 +1,196 @@
+#include "mainwindow/CanvasDeck.h"
+#include "mainwindow/Popups.h"
 #include "mainwindow/actions/KeyBindings.h"
+
+#include "canvas/ImageCanvas.h"
 
 #include "tests/TestProgram.h"
 
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QTest>
+
+Q_DECLARE_METATYPE(std::optional<Command>)
 
 namespace
 {
 
-constexpr int ALL_MODES = 4;
+using Key = std::optional<Command>;
+
+/// A window of no class of its own, with two canvases and the filter.
+struct Scene {
+    Scene()
+        : deck(&window)
+        , popups(nullptr, QImage())
+    {
+        for (int mode = 0; mode < Modes::COUNT; ++mode)
+            deck.add(new ImageCanvas, nullptr);
+        keys = new KeyBindings(&window, &deck, &popups);
+        qApp->installEventFilter(keys);
+        QObject::connect(keys, &KeyBindings::given, &window,
+                         [this](Command command) { given << command; });
+        QObject::connect(keys, &KeyBindings::started, &window,
+                         [this](Command command) { started << command; });
+        QObject::connect(keys, &KeyBindings::stopped, &window,
+                         [this](Command command) { stopped << command; });
+    }
+
+    void send(QEvent::Type type, int key, bool repeated = false)
+    {
+        QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
+        QWidget *focus = window.focusWidget();
+        QCoreApplication::sendEvent(focus ? focus : &window, &event);
+    }
+
+    QWidget window;
+    CanvasDeck deck;
+    Popups popups;
+    KeyBindings *keys;
+    QList<Command> given;
+    QList<Command> started;
+    QList<Command> stopped;
+};
 
 } // namespace
 
+/// Which key gives which command, and when it gives none.
 class TestKeyBindings : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void keysAct_data();
-    void keysAct();
-    void escapeClosesThePopUpFirst();
-    void otherKeysDoNothing();
+    void keysHaveTheirCommands_data();
+    void keysHaveTheirCommands();
+    void aKeyGivesTheCommandOfTheCurrentMode();
+    void aCommandThatLastsEndsWithItsKey();
+    void aHeldKeyRepeatsStepsAlone();
+    void escapeIsTakenOnlyToLeaveSomething();
+    void aFieldKeepsItsKeys();
 };
 
-void TestKeyBindings::keysAct_data()
+void TestKeyBindings::keysHaveTheirCommands_data()
 {
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("modifiers");
-    QTest::addColumn<bool>("fullScreen");
-    // The action in each mode, live, film, photograph, board.
-    QTest::addColumn<QList<int>>("actions");
-    using A = PresenterAction;
-    const auto each = [](A live, A film, A photograph, A board) {
-        return QList<int>{int(live), int(film), int(photograph), int(board)};
+    // In each mode, live, film, photograph, board.
+    QTest::addColumn<QVector<Key>>("commands");
+    using C = Command;
+    const Key none;
+    const auto all = [](Key command) { return QVector<Key>(Modes::COUNT, command); };
+    const auto photographs = [&](Key command) { return QVector<Key>{none, none, command, none}; };
+    const auto add = [](const char *name, int key, int modifiers, const QVector<Key> &commands) {
+        QTest::newRow(name) << key << modifiers << commands;
     };
-    const auto all = [&each](A action) { return each(action, action, action, action); };
-    const auto photographs = [&each](A action) { return each(A::None, A::None, action, A::None); };
-    const auto add = [](const char *name, int key, int modifiers, bool fullScreen,
-                        const QList<int> &actions) {
-        QTest::newRow(name) << key << modifiers << fullScreen << actions;
-    };
-    add("page up", Qt::Key_PageUp, 0, false, photographs(A::PreviousPhotograph));
-    add("page down", Qt::Key_PageDown, 0, true, photographs(A::NextPhotograph));
-    add("left", Qt::Key_Left, 0, false, photographs(A::PreviousPhotograph));
-    add("right", Qt::Key_Right, 0, false, photographs(A::NextPhotograph));
-    add("up", Qt::Key_Up, 0, false, photographs(A::PreviousPhotograph));
-    add("down on the number pad", Qt::Key_Down, Qt::KeypadModifier, false,
-        photographs(A::NextPhotograph));
-    add("space", Qt::Key_Space, 0, false, each(A::Freeze, A::PlayOrPause, A::None, A::None));
-    add("plus", Qt::Key_Plus, Qt::ShiftModifier, false, all(A::ZoomIn));
-    add("plus on the number pad", Qt::Key_Plus, Qt::KeypadModifier, false, all(A::ZoomIn));
-    add("equal", Qt::Key_Equal, 0, false, all(A::ZoomIn));
-    add("minus", Qt::Key_Minus, 0, false, all(A::ZoomOut));
-    add("minus above another sign", Qt::Key_Minus, Qt::ShiftModifier, false, all(A::ZoomOut));
-    add("F11", Qt::Key_F11, 0, false, all(A::ToggleFullScreen));
-    add("F11 back", Qt::Key_F11, 0, true, all(A::ToggleFullScreen));
-    add("escape", Qt::Key_Escape, 0, false, all(A::None));
-    add("escape back", Qt::Key_Escape, 0, true, all(A::ToggleFullScreen));
-    add("ctrl s", Qt::Key_S, Qt::ControlModifier, false, all(A::Snapshot));
-    add("ctrl p", Qt::Key_P, Qt::ControlModifier, true, all(A::Print));
-    add("s", Qt::Key_S, 0, false, all(A::None));
-    add("ctrl shift s", Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier, false, all(A::None));
-    add("ctrl shift p", Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier, false, all(A::None));
-    add("alt space", Qt::Key_Space, Qt::AltModifier, false, all(A::None));
-    add("ctrl plus", Qt::Key_Plus, Qt::ControlModifier, false, all(A::None));
-    add("shift page down", Qt::Key_PageDown, Qt::ShiftModifier, false, all(A::None));
-    add("shift space", Qt::Key_Space, Qt::ShiftModifier, false, all(A::None));
+    const int shift = Qt::ShiftModifier;
+    const int control = Qt::ControlModifier;
+    add("page up", Qt::Key_PageUp, 0, photographs(C::PreviousPhotograph));
+    add("page down", Qt::Key_PageDown, 0, photographs(C::NextPhotograph));
+    add("left", Qt::Key_Left, 0, photographs(C::PreviousPhotograph));
+    add("right", Qt::Key_Right, 0, photographs(C::NextPhotograph));
+    add("up", Qt::Key_Up, 0, photographs(C::PreviousPhotograph));
+    add("down on the number pad", Qt::Key_Down, Qt::KeypadModifier, photographs(C::NextPhotograph));
+    add("space", Qt::Key_Space, 0, {C::Freeze, C::PlayOrPauseFilm, none, none});
+    add("plus", Qt::Key_Plus, shift, all(C::ZoomIn));
+    add("plus on the number pad", Qt::Key_Plus, Qt::KeypadModifier, all(C::ZoomIn));
+    add("equal", Qt::Key_Equal, 0, all(C::ZoomIn));
+    add("minus", Qt::Key_Minus, 0, all(C::ZoomOut));
+    add("minus above another sign", Qt::Key_Minus, shift, all(C::ZoomOut));
+    add("F11", Qt::Key_F11, 0, all(C::FullScreen));
+    add("escape", Qt::Key_Escape, 0, all(C::Leave));
+    add("ctrl s", Qt::Key_S, control, all(C::Snapshot));
+    add("ctrl p", Qt::Key_P, control, all(C::Print));
+    add("ctrl shift s", Qt::Key_S, control | shift, all(none));
+    add("ctrl shift p", Qt::Key_P, control | shift, all(none));
+    add("alt space", Qt::Key_Space, Qt::AltModifier, all(none));
+    add("ctrl plus", Qt::Key_Plus, control, all(none));
+    add("shift page down", Qt::Key_PageDown, shift, all(none));
+    add("shift space", Qt::Key_Space, shift, all(none));
 }
 
-void TestKeyBindings::keysAct()
+void TestKeyBindings::keysHaveTheirCommands()
 {
     QFETCH(int, key);
     QFETCH(int, modifiers);
-    QFETCH(bool, fullScreen);
-    QFETCH(QList<int>, actions);
-    QList<int> actual;
-    for (int mode = 0; mode < ALL_MODES; ++mode)
-        actual << int(presenterAction(key, Qt::KeyboardModifiers(modifiers), {mode, fullScreen}));
-    QCOMPARE(actual, actions);
+    QFETCH(QVector<Key>, commands);
+    for (int mode = 0; mode < Modes::COUNT; ++mode)
+        QVERIFY(Commands::ofKey(key, Qt::KeyboardModifiers(modifiers), mode) == commands[mode]);
+    QVERIFY(!Commands::ofKey(key, Qt::KeyboardModifiers(modifiers), -1));
+    QVERIFY(!Commands::ofKey(key, Qt::KeyboardModifiers(modifiers), Modes::COUNT));
 }
 
-void TestKeyBindings::escapeClosesThePopUpFirst()
+void TestKeyBindings::aKeyGivesTheCommandOfTheCurrentMode()
 {
-    for (const bool fullScreen : {false, true}) {
-        for (int mode = 0; mode < ALL_MODES; ++mode) {
-            const PresenterContext context{mode, fullScreen, true};
-            QVERIFY(presenterAction(Qt::Key_Escape, Qt::NoModifier, context) ==
-                    PresenterAction::ClosePopUp);
-            QVERIFY(presenterAction(Qt::Key_F11, Qt::NoModifier, context) ==
-                    PresenterAction::ToggleFullScreen);
-        }
-    }
+    Scene scene;
+    scene.send(QEvent::KeyPress, Qt::Key_Space);
+    scene.deck.setMode(Modes::Film);
+    scene.send(QEvent::KeyPress, Qt::Key_Space);
+    scene.deck.setMode(Modes::DrawingBoard);
+    scene.send(QEvent::KeyPress, Qt::Key_Space);
+    QCOMPARE(scene.given, QList<Command>({Command::Freeze, Command::PlayOrPauseFilm}));
+    QVERIFY(scene.started.isEmpty());
 }
 
-void TestKeyBindings::otherKeysDoNothing()
+void TestKeyBindings::aCommandThatLastsEndsWithItsKey()
 {
-    for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key) {
-        for (int mode = 0; mode < ALL_MODES; ++mode)
-            QVERIFY(presenterAction(key, Qt::NoModifier, {mode, true}) == PresenterAction::None);
-    }
+    Scene scene;
+    scene.send(QEvent::KeyPress, Qt::Key_Plus);
+    scene.send(QEvent::KeyPress, Qt::Key_Plus, true);
+    QCOMPARE(scene.started, QList<Command>({Command::ZoomIn}));
+    scene.send(QEvent::KeyPress, Qt::Key_Minus);
+    QCOMPARE(scene.stopped, QList<Command>({Command::ZoomIn}));
+    scene.send(QEvent::KeyRelease, Qt::Key_Minus);
+    QCOMPARE(scene.stopped, QList<Command>({Command::ZoomIn, Command::ZoomOut}));
+    // What the window has ended itself is not ended twice.
+    scene.send(QEvent::KeyPress, Qt::Key_Plus);
+    scene.keys->forgetHeldKey();
+    scene.send(QEvent::KeyRelease, Qt::Key_Plus);
+    QCOMPARE(scene.stopped.size(), 2);
+    QVERIFY(scene.given.isEmpty());
 }
 
-REGISTER_PLAIN_TEST(TestKeyBindings)
+void TestKeyBindings::aHeldKeyRepeatsStepsAlone()
+{
+    Scene scene;
+    scene.send(QEvent::KeyPress, Qt::Key_F11, true);
+    QVERIFY(scene.given.isEmpty());
+    scene.deck.setMode(Modes::Photograph);
+    scene.send(QEvent::KeyPress, Qt::Key_PageDown);
+    // Until the step is shown a repeat is dropped.
+    scene.send(QEvent::KeyPress, Qt::Key_PageDown, true);
+    QCOMPARE(scene.given.size(), 1);
+    QTRY_VERIFY([&] {
+        scene.send(QEvent::KeyPress, Qt::Key_PageDown, true);
+        return scene.given.size() > 1;
+    }());
+}
+
+void TestKeyBindings::escapeIsTakenOnlyToLeaveSomething()
+{
+    Scene scene;
+    scene.send(QEvent::KeyPress, Qt::Key_Escape);
+    QVERIFY(scene.given.isEmpty());
+    scene.window.setWindowState(Qt::WindowFullScreen);
+    scene.send(QEvent::KeyPress, Qt::Key_Escape);
+    QCOMPARE(scene.given, QList<Command>({Command::Leave}));
+}
+
+void TestKeyBindings::aFieldKeepsItsKeys()
+{
+    Scene scene;
+    auto *field = new QLineEdit(&scene.window);
+    scene.window.show();
+    field->setFocus();
+    QCOMPARE(scene.window.focusWidget(), field);
+    scene.send(QEvent::KeyPress, Qt::Key_Space);
+    scene.send(QEvent::KeyPress, Qt::Key_Plus);
+    QVERIFY(scene.given.isEmpty());
+    QVERIFY(scene.started.isEmpty());
+    // Pages are turned whatever was used last.
+    scene.deck.setMode(Modes::Photograph);
+    field->setFocus();
+    scene.send(QEvent::KeyPress, Qt::Key_PageDown);
+    QCOMPARE(scene.given, QList<Command>({Command::NextPhotograph}));
+}
+
+REGISTER_TEST(TestKeyBindings)
 #include "tst_key_bindings.moc"

@@ -1,7 +1,7 @@
 #include "tests/mainwindow/DrivenWindow.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ModeRules.h"
+#include "mainwindow/Modes.h"
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/CameraParameters.h"
@@ -18,7 +18,6 @@
 
 #include <memory>
 
-using ButtonTable::PanelButton;
 using namespace DrivenWindow;
 using namespace WindowProbe;
 
@@ -163,13 +162,13 @@ void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
     for (int mode = 0; mode < 4; ++mode) {
         if (mode != 0)
             QVERIFY(enterMode(*m_window, mode));
-        for (const PanelButton each : poppingButtons()) {
-            if (!m_window->panelButton(each)->isVisible())
+        for (const Command each : poppingButtons()) {
+            if (!m_window->button(each)->isVisible())
                 continue;
             ToolWindow *popup = hold(*m_window, each);
             QVERIFY2(popup, qPrintable(QString("%1 in mode %2").arg(int(each)).arg(mode)));
-            QCOMPARE(popup->pos(), m_window->panelButton(each)->mapToGlobal(
-                                       QPoint(m_window->panelButton(each)->width() + 3, 0)));
+            QCOMPARE(popup->pos(), m_window->button(each)->mapToGlobal(
+                                       QPoint(m_window->button(each)->width() + 3, 0)));
         }
         // The next mode is entered with a pop-up open, and closes it.
         QVERIFY(m_window->currentToolWindow());
@@ -180,9 +179,9 @@ void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
 
 void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
 {
-    ToolWindow *popup = hold(*m_window, PanelButton::Circle);
+    ToolWindow *popup = hold(*m_window, Command::Circle);
     QVERIFY(popup);
-    ImageButton *circle = m_window->panelButton(PanelButton::Circle);
+    ImageButton *circle = m_window->button(Command::Circle);
     const auto beside = [&] {
         return popup->pos() == circle->mapToGlobal(QPoint(circle->width() + 3, 0));
     };
@@ -206,7 +205,7 @@ void TestMainWindowDriven::sidePanelKeepsTheRightEdge()
     QTRY_VERIFY_WITH_TIMEOUT(qAbs(m_window->x() - 400) < 20, PATIENCE_MS);
     const int right = m_window->geometry().right();
     ImageButton *side = button(*m_window, "Side panel");
-    QVERIFY(hold(*m_window, PanelButton::Line));
+    QVERIFY(hold(*m_window, Command::Line));
     for (const bool open : {false, true, false, true}) {
         QVERIFY(clicked(side));
         QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), open ? 938 : 800, PATIENCE_MS);
@@ -229,7 +228,7 @@ void TestMainWindowDriven::maximisedWindowKeepsItsSize()
                               QRect(36, 25, size.width() - 55, size.height() - 100), PATIENCE_MS);
     QCOMPARE(m_window->size(), size);
     QVERIFY(clicked(button(*m_window, "Side panel")));
-    QVERIFY(hold(*m_window, PanelButton::Text));
+    QVERIFY(hold(*m_window, Command::Text));
     for (const int mode : {1, 2, 3, 0})
         QVERIFY(enterMode(*m_window, mode));
     QVERIFY(!m_window->currentToolWindow());
@@ -244,23 +243,23 @@ void TestMainWindowDriven::buttonsSteerTheCamera()
     (void)m_camera->takeExtensionTransfers();
     m_transfers.clear();
     const struct {
-        PanelButton button;
+        Command button;
         std::uint64_t pressed;
-    } zooms[] = {{PanelButton::ZoomIn, ZOOM_IN_KEY}, {PanelButton::ZoomOut, ZOOM_OUT_KEY}};
+    } zooms[] = {{Command::ZoomIn, ZOOM_IN_KEY}, {Command::ZoomOut, ZOOM_OUT_KEY}};
     for (const auto &zoom : zooms) {
-        Pointer::moveTo(Pointer::middle(m_window->panelButton(zoom.button)));
+        Pointer::moveTo(Pointer::middle(m_window->button(zoom.button)));
         Pointer::press();
         QVERIFY(wrote(zoom.pressed, 1));
         Pointer::release();
         QVERIFY(wrote(zoom.pressed, 0));
     }
-    QVERIFY(clicked(m_window->panelButton(PanelButton::AutoFocus)));
+    QVERIFY(clicked(m_window->button(Command::AutoFocus)));
     QVERIFY(wrote(AUTOFOCUS_KEY, 1));
-    QVERIFY(clicked(m_window->panelButton(PanelButton::BrightnessUp)));
+    QVERIFY(clicked(m_window->button(Command::BrightnessUp)));
     QVERIFY(wrote(BRIGHTNESS_UP_KEY, 1));
-    QVERIFY(clicked(m_window->panelButton(PanelButton::BrightnessDown)));
+    QVERIFY(clicked(m_window->button(Command::BrightnessDown)));
     QVERIFY(wrote(BRIGHTNESS_DOWN_KEY, 1));
-    QVERIFY(clicked(m_window->panelButton(PanelButton::ZoomReset)));
+    QVERIFY(clicked(m_window->button(Command::ZoomReset)));
     QVERIFY(wrote(OPTICAL_ZOOM_POSITION, 0));
 }
 
@@ -270,7 +269,7 @@ void TestMainWindowDriven::aZoomHeldOverAModeChangeIsReleased()
     QVERIFY(liveRuns());
     (void)m_camera->takeExtensionTransfers();
     m_transfers.clear();
-    Pointer::moveTo(Pointer::middle(m_window->panelButton(PanelButton::ZoomIn)));
+    Pointer::moveTo(Pointer::middle(m_window->button(Command::ZoomIn)));
     Pointer::press();
     QVERIFY(wrote(ZOOM_IN_KEY, 1));
     enter(*m_window, 1);
@@ -319,7 +318,7 @@ void TestMainWindowDriven::keysServeThePresenter()
     (void)m_camera->takeExtensionTransfers();
     Pointer::key("space");
     QTRY_VERIFY_WITH_TIMEOUT(m_window->currentCanvas()->frozen, PATIENCE_MS);
-    QVERIFY(m_window->panelButton(PanelButton::Freeze)->isChecked());
+    QVERIFY(m_window->button(Command::Freeze)->isChecked());
     Pointer::key("space");
     QTRY_VERIFY_WITH_TIMEOUT(!m_window->currentCanvas()->frozen, PATIENCE_MS);
     Pointer::key("KP_Subtract");

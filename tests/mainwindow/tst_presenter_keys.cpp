@@ -1,8 +1,8 @@
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ModeRules.h"
-#include "mainwindow/actions/PresenterKeys.h"
+#include "mainwindow/Modes.h"
+#include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/ThumbnailButton.h"
 #include "mainwindow/bars/ThumbnailWidget.h"
 #include "sources/PhotographSource.h"
@@ -15,7 +15,6 @@
 #include <QTemporaryDir>
 #include <QTextEdit>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -111,7 +110,7 @@ void TestPresenterKeys::openFolder()
 QTextEdit *TestPresenterKeys::openText()
 {
     enter(*m_window, 3);
-    m_window->panelButton(PanelButton::Text)->click();
+    m_window->button(Command::Text)->click();
     QTest::mouseClick(m_window->currentCanvas(), Qt::LeftButton, {}, QPoint(200, 350));
     return m_window->currentCanvas()->findChild<QTextEdit *>();
 }
@@ -153,8 +152,8 @@ void TestPresenterKeys::aKeyWithoutAnActionDoesNothing()
     };
     pressAll();
     QCOMPARE(changed.count(), 0);
-    const auto tool = ModeRules::toolButton(m_window->currentCanvas()->mouseMode());
-    QVERIFY(m_window->panelButton(*tool)->isChecked());
+    const auto tool = Commands::ofTool(m_window->currentCanvas()->mouseMode());
+    QVERIFY(m_window->button(*tool)->isChecked());
     // Nor do arrows press a button that the tabulator key has given the focus.
     press(Qt::Key_Tab);
     QVERIFY(qobject_cast<ImageButton *>(QApplication::focusWidget()));
@@ -280,7 +279,7 @@ void TestPresenterKeys::everyPressOfItsOwnIsAStep()
 
 void TestPresenterKeys::aZoomEndsWithItsKeyWhateverItsSign()
 {
-    QSignalSpy released(m_window->findChild<PresenterKeys *>(), SIGNAL(zoomInReleased()));
+    QSignalSpy released(m_window->findChild<KeyBindings *>(), &KeyBindings::stopped);
     // Shift and "=" give a plus; Shift is let go first.
     send(QEvent::KeyPress, Qt::Key_Plus, 21);
     send(QEvent::KeyRelease, Qt::Key_Shift, 50);
@@ -301,12 +300,14 @@ void TestPresenterKeys::aZoomEndsWithItsKeyWhateverItsSign()
 
 void TestPresenterKeys::aSecondZoomKeyEndsTheFirst()
 {
-    auto *keys = m_window->findChild<PresenterKeys *>();
+    auto *keys = m_window->findChild<KeyBindings *>();
     QStringList said;
-    connect(keys, &PresenterKeys::zoomInPressed, this, [&said] { said << "in"; });
-    connect(keys, &PresenterKeys::zoomInReleased, this, [&said] { said << "in ends"; });
-    connect(keys, &PresenterKeys::zoomOutPressed, this, [&said] { said << "out"; });
-    connect(keys, &PresenterKeys::zoomOutReleased, this, [&said] { said << "out ends"; });
+    const auto name = [](Command command) {
+        return QString(command == Command::ZoomIn ? "in" : "out");
+    };
+    connect(keys, &KeyBindings::started, this, [&](Command command) { said << name(command); });
+    connect(keys, &KeyBindings::stopped, this,
+            [&](Command command) { said << name(command) + " ends"; });
     send(QEvent::KeyPress, Qt::Key_Plus, 86);
     send(QEvent::KeyPress, Qt::Key_Minus, 82);
     send(QEvent::KeyRelease, Qt::Key_Plus, 86);
@@ -337,7 +338,7 @@ void TestPresenterKeys::aModeChangeOrAnotherWindowEndsAKeysZoom()
     }
     // The release comes late or, in the other window, never: neither ends a zoom a second time,
     // which would close the pop-up.
-    QSignalSpy released(m_window->findChild<PresenterKeys *>(), SIGNAL(zoomInReleased()));
+    QSignalSpy released(m_window->findChild<KeyBindings *>(), &KeyBindings::stopped);
     m_window->lineHold();
     send(QEvent::KeyRelease, Qt::Key_Plus, 86);
     QVERIFY(m_window->currentToolWindow());

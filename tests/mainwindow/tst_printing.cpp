@@ -14,7 +14,6 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -179,7 +178,7 @@ void TestPrinting::pagesHoldThePictureFittedAndCentred()
         paper = QSize(dialog->printer()->width(), dialog->printer()->height());
         dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
     });
-    window.panelButton(PanelButton::Print)->click();
+    window.button(Command::Print)->click();
     const QImage page = nextPage();
     QVERIFY(!page.isNull());
     QCOMPARE(page.width() > page.height(), landscape);
@@ -211,7 +210,7 @@ void TestPrinting::aDismissedDialogPrintsNothing()
         shown = true;
         dialog->reject();
     });
-    window.panelButton(PanelButton::Print)->click();
+    window.button(Command::Print)->click();
     QVERIFY(shown);
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(jobs().size(), before);
@@ -229,7 +228,7 @@ void TestPrinting::anEmptyPicturePrintsNothing()
     whenAsked<QPrintDialog>(&window, [](QPrintDialog *dialog) {
         dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
     });
-    window.panelButton(PanelButton::Print)->click();
+    window.button(Command::Print)->click();
     // The job after it is the first that the printer gets.
     enter(window, 3);
     window.currentCanvas()->imageCaptured(quarters(QSize(1280, 720)));
@@ -237,7 +236,7 @@ void TestPrinting::anEmptyPicturePrintsNothing()
         dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
     });
     const int before = jobs().size();
-    window.panelButton(PanelButton::Print)->click();
+    window.button(Command::Print)->click();
     QVERIFY(!nextPage().isNull());
     QCOMPARE(jobs().size(), before + 1);
 }

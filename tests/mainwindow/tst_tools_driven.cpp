@@ -7,7 +7,6 @@
 #include <QComboBox>
 #include <QTextEdit>
 
-using ButtonTable::PanelButton;
 using namespace DrivenWindow;
 
 /// Chooses in every tool's pop-up and draws on the board, with the mouse and the keyboard of a real
@@ -43,9 +42,9 @@ void TestToolsDriven::init()
 
 void TestToolsDriven::everyLineChoiceShowsInThePicture()
 {
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Line)));
+    QVERIFY(clicked(m_window->button(Command::Line)));
     const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
-    ToolWindow *popup = hold(*m_window, PanelButton::Line);
+    ToolWindow *popup = hold(*m_window, Command::Line);
     QVERIFY(popup);
     // Out of the way of the board: the pop-up stays open while lines are drawn.
     for (int i = 0; i < 4; ++i) {
@@ -69,16 +68,16 @@ void TestToolsDriven::everyLineChoiceShowsInThePicture()
 void TestToolsDriven::everyShapeIsFilledAsChosen_data()
 {
     QTest::addColumn<int>("tool");
-    QTest::newRow("rectangle") << int(PanelButton::Rectangle);
-    QTest::newRow("circle") << int(PanelButton::Circle);
-    QTest::newRow("arrow") << int(PanelButton::Arrow);
-    QTest::newRow("triangle") << int(PanelButton::Triangle);
+    QTest::newRow("rectangle") << int(Command::Rectangle);
+    QTest::newRow("circle") << int(Command::Circle);
+    QTest::newRow("arrow") << int(Command::Arrow);
+    QTest::newRow("triangle") << int(Command::Triangle);
 }
 
 void TestToolsDriven::everyShapeIsFilledAsChosen()
 {
     QFETCH(int, tool);
-    ToolWindow *popup = hold(*m_window, PanelButton(tool));
+    ToolWindow *popup = hold(*m_window, Command(tool));
     QVERIFY(popup);
     QVERIFY(popup->height() > 80);
     const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
@@ -98,19 +97,19 @@ void TestToolsDriven::everyEraserWidthErases()
 {
     m_window->currentCanvas()->penWidth = 12;
     for (int i = 0; i < 4; ++i) {
-        QVERIFY(clicked(m_window->panelButton(PanelButton::Line)));
+        QVERIFY(clicked(m_window->button(Command::Line)));
         m_window->currentCanvas()->penWidth = 12;
         const int y = 400 + 40 * i;
         Pointer::drag(onCanvas(*m_window, 200, y), onCanvas(*m_window, 500, y));
         QVERIFY(shows(*m_window, 350, y, 0xFF000000));
-        ToolWindow *popup = hold(*m_window, PanelButton::Eraser);
+        ToolWindow *popup = hold(*m_window, Command::Eraser);
         QVERIFY(popup);
         QVERIFY(clicked(row(popup, 20)[i]));
         Pointer::drag(onCanvas(*m_window, 350, y), onCanvas(*m_window, 352, y));
         QVERIFY2(shows(*m_window, 351, y, 0xFFFFFFFF), qPrintable(QString::number(i)));
         QVERIFY(shows(*m_window, 300, y, 0xFF000000));
     }
-    QVERIFY(clicked(m_window->panelButton(PanelButton::EraseAll)));
+    QVERIFY(clicked(m_window->button(Command::EraseAll)));
     QVERIFY(shows(*m_window, 300, 400, 0xFFFFFFFF));
 }
 
@@ -128,7 +127,7 @@ void TestToolsDriven::textIsWrittenAsChosen()
     };
     QRect smaller;
     for (int i = 0; i < 4; ++i) {
-        ToolWindow *popup = hold(*m_window, PanelButton::Text);
+        ToolWindow *popup = hold(*m_window, Command::Text);
         QVERIFY(popup);
         QVERIFY(clicked(row(popup, 43)[i]));
         auto *sizes = popup->findChildren<QComboBox *>()[1];
@@ -164,7 +163,7 @@ void TestToolsDriven::everyMaskCoversItsPart()
                  {{80, 334}, {372, 334}},
                  {{80, 334}, {600, 334}},
                  {{372, 200}, {372, 450}}};
-    ToolWindow *popup = hold(*m_window, PanelButton::Mask);
+    ToolWindow *popup = hold(*m_window, Command::Mask);
     QVERIFY(popup);
     for (int i = 0; i < 4; ++i) {
         QVERIFY(clicked(row(popup, 18)[i]));
@@ -172,11 +171,11 @@ void TestToolsDriven::everyMaskCoversItsPart()
                  qPrintable(QString::number(i)));
         QVERIFY2(shows(*m_window, parts[i].open.x(), parts[i].open.y(), 0xFFFFFFFF),
                  qPrintable(QString::number(i)));
-        QVERIFY(m_window->panelButton(PanelButton::Mask)->isChecked());
+        QVERIFY(m_window->button(Command::Mask)->isChecked());
     }
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Mask)));
+    QVERIFY(clicked(m_window->button(Command::Mask)));
     QVERIFY(shows(*m_window, 372, 200, 0xFFFFFFFF));
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Mask)));
+    QVERIFY(clicked(m_window->button(Command::Mask)));
     QVERIFY(shows(*m_window, 372, 200, 0xFF000000));
 }
 
@@ -184,7 +183,7 @@ void TestToolsDriven::everyEffectShowsInThePicture()
 {
     m_window->currentCanvas()->fillCanvas(QColor(200, 40, 90));
     QVERIFY(shows(*m_window, 372, 400, 0xFFC8285A));
-    ToolWindow *popup = hold(*m_window, PanelButton::Effect);
+    ToolWindow *popup = hold(*m_window, Command::Effect);
     QVERIFY(popup);
     const QRgb expected[] = {0xFFC8285A, qRgb(93, 93, 93), qRgb(55, 215, 165), 0xFFC8285A};
     for (const int i : {1, 2, 3, 0}) {
@@ -196,7 +195,7 @@ void TestToolsDriven::everyEffectShowsInThePicture()
 
 void TestToolsDriven::everyBoardColorFillsTheBoard()
 {
-    ToolWindow *popup = hold(*m_window, PanelButton::FillBackground);
+    ToolWindow *popup = hold(*m_window, Command::FillBackground);
     QVERIFY(popup);
     const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFFFF00, 0xFF0000FF};
     for (const int i : {3, 2, 1, 0}) {
@@ -207,7 +206,7 @@ void TestToolsDriven::everyBoardColorFillsTheBoard()
 
 void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
 {
-    QVERIFY(clicked(m_window->panelButton(PanelButton::Text)));
+    QVERIFY(clicked(m_window->button(Command::Text)));
     Pointer::click(onCanvas(*m_window, 200, 350));
     auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
     QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
@@ -217,7 +216,7 @@ void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
     QVERIFY(!m_window->isFullScreen());
     QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
     // Choosing a colour in the pop-up does not take the keys away.
-    ToolWindow *popup = hold(*m_window, PanelButton::Text);
+    ToolWindow *popup = hold(*m_window, Command::Text);
     QVERIFY(popup);
     QVERIFY(clicked(row(popup, 43)[1]));
     Pointer::type("c +");

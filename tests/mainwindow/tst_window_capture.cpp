@@ -12,7 +12,6 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 /// Snapshots and recordings, as far as no camera is needed.
@@ -47,7 +46,7 @@ void TestWindowCapture::snapshotWithoutAFolderSaysSo()
             QCOMPARE(box->standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
             box->accept();
         });
-        window.panelButton(PanelButton::Snapshot)->click();
+        window.button(Command::Snapshot)->click();
         QCOMPARE(title, QString("Error"));
         QCOMPARE(message, QString("Please select a folder first."));
         QVERIFY(window.currentCanvas()->snapshotFolder.isEmpty());
@@ -60,8 +59,8 @@ void TestWindowCapture::singleSnapshotIsWritten()
     Config::setSnapshotPath(folder.path());
     MainWindow window;
     enter(window, 3);
-    window.panelButton(PanelButton::Snapshot)->click();
-    QVERIFY(!window.panelButton(PanelButton::Snapshot)->isCheckable());
+    window.button(Command::Snapshot)->click();
+    QVERIFY(!window.button(Command::Snapshot)->isCheckable());
     QTRY_COMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 1);
     QVERIFY(QRegularExpression("^\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d\\.jpg$")
                 .match(QDir(folder.path()).entryList(QDir::Files).first())
@@ -75,7 +74,7 @@ void TestWindowCapture::seriesBelongsToItsCanvas()
     Config::setSnapshotMode(CanvasModes::Continuous);
     Config::setSnapshotInterval(3600);
     MainWindow window;
-    ImageButton *button = window.panelButton(PanelButton::Snapshot);
+    ImageButton *button = window.button(Command::Snapshot);
     ImageCanvas *live = window.currentCanvas();
     button->click();
     QVERIFY(button->isCheckable());
@@ -115,7 +114,7 @@ void TestWindowCapture::aSeriesWhoseFolderIsAwayStaysAsItWas()
     Config::setSnapshotMode(CanvasModes::Continuous);
     Config::setSnapshotInterval(3600);
     MainWindow window;
-    ImageButton *button = window.panelButton(PanelButton::Snapshot);
+    ImageButton *button = window.button(Command::Snapshot);
     const ImageCanvas *canvas = window.currentCanvas();
     const auto clickWithoutTheFolder = [&](bool running) {
         int asked = 0;
@@ -171,14 +170,14 @@ void TestWindowCapture::recordingShowsItselfAndUnfreezes()
             records << each;
     }
     QCOMPARE(records.size(), 2);
-    window.panelButton(PanelButton::Freeze)->click();
+    window.button(Command::Freeze)->click();
     for (ImageButton *starter : qAsConst(records)) {
         for (ImageButton *stopper : qAsConst(records)) {
             starter->click();
             QVERIFY(window.recording());
             QVERIFY(records[0]->isChecked() && records[1]->isChecked());
             QVERIFY(!window.currentCanvas()->frozen);
-            QVERIFY(!window.panelButton(PanelButton::Freeze)->isChecked());
+            QVERIFY(!window.button(Command::Freeze)->isChecked());
             stopper->click();
             QVERIFY(!window.recording());
             QVERIFY(!records[0]->isChecked() && !records[1]->isChecked());
@@ -198,7 +197,7 @@ void TestWindowCapture::aRecordingReplacesTheFileOfItsSecond()
     }
     // Without a camera nothing takes the place of the one that goes.
     const MainWindow window;
-    window.panelButton(PanelButton::Record)->click();
+    window.button(Command::Record)->click();
     QVERIFY(window.recording());
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), COMING_SECONDS - 1);
 }
@@ -206,7 +205,7 @@ void TestWindowCapture::aRecordingReplacesTheFileOfItsSecond()
 void TestWindowCapture::recordingSurvivesAModeChange()
 {
     MainWindow window;
-    window.panelButton(PanelButton::Record)->click();
+    window.button(Command::Record)->click();
     enter(window, 1);
     QVERIFY(window.recording());
     // It fails while another mode is shown.
@@ -221,7 +220,7 @@ void TestWindowCapture::recordingSurvivesAModeChange()
     QCOMPARE(title, QString("Error"));
     QCOMPARE(text, QString("The disk is full."));
     QVERIFY(!window.recording());
-    QVERIFY(!window.panelButton(PanelButton::Record)->isChecked());
+    QVERIFY(!window.button(Command::Record)->isChecked());
     // Once more says nothing.
     emit window.liveSource()->recordFailed("The disk is full.");
 }
@@ -236,7 +235,7 @@ void TestWindowCapture::withoutAPrinterItSaysSo()
         message = box->text();
         box->accept();
     });
-    window.panelButton(PanelButton::Print)->click();
+    window.button(Command::Print)->click();
     QCOMPARE(title, QString("Error"));
     QCOMPARE(message, QString("No printers found on this system."));
 }

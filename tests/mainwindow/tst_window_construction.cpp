@@ -11,7 +11,6 @@
 #include "widgets/Panel.h"
 #include "widgets/Slider.h"
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 /// How the window stands once it is built.
@@ -39,13 +38,13 @@ void TestWindowConstruction::startsInLiveModeWithTheSidePanelOpen()
     QCOMPARE(window.currentCanvas(), stack(window)->widget(0));
     QCOMPARE(stack(window)->count(), 4);
     QCOMPARE(window.currentCanvas()->mouseMode(), ImageCanvas::Freehand);
-    QVERIFY(window.panelButton(PanelButton::Freehand)->isChecked());
+    QVERIFY(window.button(Command::Freehand)->isChecked());
     QVERIFY(!window.findChild<Panel *>()->isHidden());
-    QVERIFY(window.panelButton(PanelButton::Hand)->isHidden());
-    QVERIFY(!window.panelButton(PanelButton::Hand)->isEnabled());
-    QVERIFY(window.panelButton(PanelButton::FillBackground)->isHidden());
-    QVERIFY(!window.panelButton(PanelButton::FillBackground)->isCheckable());
-    QVERIFY(!window.panelButton(PanelButton::Snapshot)->isCheckable());
+    QVERIFY(window.button(Command::Hand)->isHidden());
+    QVERIFY(!window.button(Command::Hand)->isEnabled());
+    QVERIFY(window.button(Command::FillBackground)->isHidden());
+    QVERIFY(!window.button(Command::FillBackground)->isCheckable());
+    QVERIFY(!window.button(Command::Snapshot)->isCheckable());
     QVERIFY(!window.recording());
     QVERIFY(!window.currentToolWindow());
     QCOMPARE(shownParts(window), (QStringList{"live box", "record time"}));
@@ -72,16 +71,12 @@ void TestWindowConstruction::hasEverySlotOfTheTables()
                       "filmTick()",
                       "photographPlayIntervalChanged(int)",
                       "photographIdChange(int)"};
-    for (const auto &row : ButtonTable::panelRows()) {
-        for (const char *coded : {row.clickSlot, row.holdSlot}) {
+    for (const Commands::Row &row : Commands::rows()) {
+        for (const char *coded : {row.clickSlot, row.holdSlot, row.startSlot, row.stopSlot}) {
             if (coded)
                 names << coded + 1;
         }
     }
-    for (const auto &row : ButtonTable::filmBarRows())
-        names << row.slot + 1;
-    for (const auto &row : ButtonTable::photographBarRows())
-        names << row.slot + 1;
     for (const QString &name : qAsConst(names))
         QVERIFY2(meta.indexOfSlot(qPrintable(name)) >= 0, qPrintable(name));
     QVERIFY(meta.indexOfSignal("modeChanged()") >= 0);
@@ -100,8 +95,10 @@ void TestWindowConstruction::everyButtonHasANameAndTheTipsStand()
         QVERIFY2(!each->toolTip().isEmpty() || !each->text().isEmpty(),
                  qPrintable(each->accessibleName()));
     }
-    for (const auto &row : ButtonTable::panelRows())
-        QCOMPARE(window.panelButton(row.button)->toolTip(), QString(row.toolTip));
+    for (const Commands::Row &row : Commands::rows()) {
+        if (Commands::inPanel(row.group))
+            QCOMPARE(window.button(row.command)->toolTip(), QString(row.text));
+    }
 }
 
 void TestWindowConstruction::canvasesHaveTheirIndications()

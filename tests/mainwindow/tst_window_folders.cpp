@@ -16,7 +16,6 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -156,10 +155,10 @@ void TestWindowFolders::aFileIsNoFolder()
     QVERIFY(file.open(QIODevice::WriteOnly));
     Config::setSnapshotPath(file.fileName());
     Config::setRecordPath(file.fileName());
-    for (const PanelButton which : {PanelButton::Snapshot, PanelButton::Record}) {
-        QCOMPARE(messageAfter([&] { m_window->panelButton(which)->click(); }),
+    for (const Command which : {Command::Snapshot, Command::Record}) {
+        QCOMPARE(messageAfter([&] { m_window->button(which)->click(); }),
                  QString("Please select a folder first."));
-        QVERIFY(!m_window->panelButton(which)->isChecked());
+        QVERIFY(!m_window->button(which)->isChecked());
     }
     QVERIFY(!m_window->recording());
 }
@@ -186,7 +185,7 @@ void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing()
     ImageCanvas *board = m_window->currentCanvas();
     const QImage before = board->grab().toImage();
     Config::setSnapshotPath(refusing);
-    ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
+    ImageButton *button = m_window->button(Command::Snapshot);
     button->click();
     // The picture has been tried when the indication is shown, which a good one gets too.
     QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, PATIENCE_MS);
@@ -211,7 +210,7 @@ void TestWindowFolders::aSeriesOutlivesAFullDisk()
     enter(*m_window, 3);
     ImageCanvas *board = m_window->currentCanvas();
     const QImage before = board->grab().toImage();
-    ImageButton *button = m_window->panelButton(PanelButton::Snapshot);
+    ImageButton *button = m_window->button(Command::Snapshot);
     button->click();
     QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, PATIENCE_MS);
     QVERIFY(board->seriesArmed());
@@ -268,12 +267,12 @@ void TestWindowFolders::aRecordingSaysThatItsFolderIsGone()
     QVERIFY(QDir().mkpath(folder));
     QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
     Config::setRecordPath(folder);
-    m_window->panelButton(PanelButton::Record)->click();
+    m_window->button(Command::Record)->click();
     QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), PATIENCE_MS);
     QCOMPARE(messageAfter([&] { QVERIFY(QDir(folder).removeRecursively()); }),
              QString("The recording was stopped because its folder no longer exists."));
     QVERIFY(!m_window->recording());
-    QVERIFY(!m_window->panelButton(PanelButton::Record)->isChecked());
+    QVERIFY(!m_window->button(Command::Record)->isChecked());
 }
 
 int main(int argc, char **argv)

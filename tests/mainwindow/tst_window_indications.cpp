@@ -8,7 +8,6 @@
 #include <QPainter>
 #include <QPushButton>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -31,15 +30,15 @@ QImage painted(const MainWindow &window)
     return image;
 }
 
-void click(const MainWindow &window, PanelButton button)
+void click(const MainWindow &window, Command button)
 {
-    window.panelButton(button)->click();
+    window.button(button)->click();
 }
 
 /// Chooses in a tool's pop-up by the place of the choice.
-void choose(const MainWindow &window, PanelButton tool, int place)
+void choose(const MainWindow &window, Command tool, int place)
 {
-    emit window.panelButton(tool)->hold();
+    emit window.button(tool)->hold();
     QList<ImageButton *> choices;
     for (ImageButton *button : window.currentToolWindow()->findChildren<ImageButton *>()) {
         if (button->isCheckable())
@@ -66,15 +65,15 @@ const std::vector<Case> &cases()
          [](MainWindow &w) { indicationsOf(w)->osdOpticalZoomOn(); }},
         {"optical zoom out", 0, [](MainWindow &w) { w.zoomOutStart(); },
          [](MainWindow &w) { indicationsOf(w)->osdOpticalZoomOn(); }},
-        {"optical zoom reset", 0, [](MainWindow &w) { click(w, PanelButton::ZoomReset); },
+        {"optical zoom reset", 0, [](MainWindow &w) { click(w, Command::ZoomReset); },
          [](MainWindow &w) { indicationsOf(w)->osdZoomIn(); }},
-        {"auto focus", 0, [](MainWindow &w) { click(w, PanelButton::AutoFocus); },
+        {"auto focus", 0, [](MainWindow &w) { click(w, Command::AutoFocus); },
          [](MainWindow &w) { indicationsOf(w)->osdAutoFocus(); }},
-        {"darker", 0, [](MainWindow &w) { click(w, PanelButton::BrightnessDown); },
+        {"darker", 0, [](MainWindow &w) { click(w, Command::BrightnessDown); },
          [](MainWindow &w) { indicationsOf(w)->osdBrightness(); }},
-        {"brighter", 0, [](MainWindow &w) { click(w, PanelButton::BrightnessUp); },
+        {"brighter", 0, [](MainWindow &w) { click(w, Command::BrightnessUp); },
          [](MainWindow &w) { indicationsOf(w)->osdBrightness(); }},
-        {"turn", 0, [](MainWindow &w) { click(w, PanelButton::Rotate); },
+        {"turn", 0, [](MainWindow &w) { click(w, Command::Rotate); },
          [](MainWindow &w) {
              w.currentCanvas()->rotate();
              indicationsOf(w)->osdRotate();
@@ -84,7 +83,7 @@ const std::vector<Case> &cases()
              w.currentCanvas()->rotateRev();
              indicationsOf(w)->osdRotate();
          }},
-        {"freeze", 0, [](MainWindow &w) { click(w, PanelButton::Freeze); },
+        {"freeze", 0, [](MainWindow &w) { click(w, Command::Freeze); },
          [](MainWindow &w) {
              w.currentCanvas()->frozen = true;
              indicationsOf(w)->osdFreeze();
@@ -98,17 +97,17 @@ const std::vector<Case> &cases()
              button.click();
          },
          [](MainWindow &w) { indicationsOf(w)->osdMacro(true); }},
-        {"mask", BOARD, [](MainWindow &w) { choose(w, PanelButton::Mask, 1); },
+        {"mask", BOARD, [](MainWindow &w) { choose(w, Command::Mask, 1); },
          [](MainWindow &w) {
              w.currentCanvas()->maskMode = CanvasModes::MaskRectangle;
              indicationsOf(w)->osdMask();
          }},
-        {"effect", BOARD, [](MainWindow &w) { choose(w, PanelButton::Effect, 1); },
+        {"effect", BOARD, [](MainWindow &w) { choose(w, Command::Effect, 1); },
          [](MainWindow &w) {
              w.currentCanvas()->effectMode = CanvasModes::EffectBW;
              indicationsOf(w)->osdEffect();
          }},
-        {"record", 0, [](MainWindow &w) { click(w, PanelButton::Record); },
+        {"record", 0, [](MainWindow &w) { click(w, Command::Record); },
          [](MainWindow &w) { indicationsOf(w)->osdRecord(); }},
         {"zoom in", BOARD, [](MainWindow &w) { w.zoomInStart(); },
          [](MainWindow &w) {
@@ -120,7 +119,7 @@ const std::vector<Case> &cases()
              w.currentCanvas()->zoomOut();
              indicationsOf(w)->osdZoomOut();
          }},
-        {"zoom reset", BOARD, [](MainWindow &w) { click(w, PanelButton::ZoomReset); },
+        {"zoom reset", BOARD, [](MainWindow &w) { click(w, Command::ZoomReset); },
          [](MainWindow &w) {
              w.currentCanvas()->zoomReset();
              indicationsOf(w)->osdZoomIn();
@@ -175,10 +174,10 @@ void TestWindowIndications::theZoomIndicationGoesWithTheButton()
     MainWindow window;
     window.show();
     const QImage nothing = painted(window);
-    for (const PanelButton which : {PanelButton::ZoomIn, PanelButton::ZoomOut}) {
-        QTest::mousePress(window.panelButton(which), Qt::LeftButton);
+    for (const Command which : {Command::ZoomIn, Command::ZoomOut}) {
+        QTest::mousePress(window.button(which), Qt::LeftButton);
         QVERIFY(painted(window) != nothing);
-        QTest::mouseRelease(window.panelButton(which), Qt::LeftButton);
+        QTest::mouseRelease(window.button(which), Qt::LeftButton);
         QCOMPARE(painted(window), nothing);
     }
 }
@@ -188,9 +187,9 @@ void TestWindowIndications::theClockEndsWithTheRecording()
     MainWindow window;
     window.show();
     const QImage nothing = painted(window);
-    click(window, PanelButton::Record);
+    click(window, Command::Record);
     QVERIFY(painted(window) != nothing);
-    click(window, PanelButton::Record);
+    click(window, Command::Record);
     QCOMPARE(painted(window), nothing);
 }
 

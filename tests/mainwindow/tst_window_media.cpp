@@ -18,7 +18,6 @@
 
 #include <memory>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace

@@ -2,7 +2,7 @@
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ModeRules.h"
+#include "mainwindow/Modes.h"
 #include "widgets/Panel.h"
 
 #include "tests/TestProgram.h"
@@ -10,7 +10,6 @@
 #include <QPointer>
 #include <QSignalSpy>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 /// The four modes and the side panel.
@@ -66,10 +65,16 @@ void TestWindowModes::modesShowTheirPartsAndButtons()
     QCOMPARE(stack(window)->currentIndex(), to);
     QCOMPARE(window.currentCanvas(), stack(window)->widget(to));
     QCOMPARE(shownParts(window), parts[to]);
-    for (int i = 0; i < ButtonTable::PANEL_BUTTON_COUNT; ++i) {
-        const bool expected = ModeRules::enabled(PanelButton(i), to);
-        QCOMPARE(window.panelButton(PanelButton(i))->isEnabled(), expected);
-        QCOMPARE(!window.panelButton(PanelButton(i))->isHidden(), expected);
+    // The modes of the buttons that are not in all of them.
+    const QMap<Command, QList<int>> modes{
+        {Command::Hand, {1, 2, 3}},     {Command::FillBackground, {3}}, {Command::AutoFocus, {0}},
+        {Command::BrightnessDown, {0}}, {Command::BrightnessUp, {0}},   {Command::Freeze, {0}},
+        {Command::Record, {0}},         {Command::Settings, {0}},
+    };
+    for (int i = 0; i <= int(Command::Print); ++i) {
+        const bool expected = modes.value(Command(i), {0, 1, 2, 3}).contains(to);
+        QCOMPARE(window.button(Command(i))->isEnabled(), expected);
+        QCOMPARE(!window.button(Command(i))->isHidden(), expected);
     }
     enter(window, from);
     QCOMPARE(shownParts(window), parts[from]);
@@ -85,48 +90,48 @@ void TestWindowModes::theCurrentModesButtonChangesNothing()
     enter(window, 0);
     QCOMPARE(changed.count(), 0);
     QVERIFY(window.currentToolWindow());
-    QVERIFY(window.panelButton(PanelButton::Hand)->isHidden());
+    QVERIFY(window.button(Command::Hand)->isHidden());
 }
 
 void TestWindowModes::panelFollowsTheCanvasOfTheMode()
 {
     MainWindow window;
-    window.panelButton(PanelButton::Arrow)->click();
+    window.button(Command::Arrow)->click();
     window.currentCanvas()->maskMode = ImageCanvas::MaskTop;
     window.currentCanvas()->effectMode = ImageCanvas::EffectNegative;
-    window.panelButton(PanelButton::Freeze)->click();
+    window.button(Command::Freeze)->click();
     QVERIFY(window.currentCanvas()->frozen);
 
     enter(window, 3);
-    QVERIFY(window.panelButton(PanelButton::Hand)->isChecked());
-    QVERIFY(!window.panelButton(PanelButton::Mask)->isChecked());
-    QVERIFY(!window.panelButton(PanelButton::Freeze)->isChecked());
+    QVERIFY(window.button(Command::Hand)->isChecked());
+    QVERIFY(!window.button(Command::Mask)->isChecked());
+    QVERIFY(!window.button(Command::Freeze)->isChecked());
     const struct {
         ImageCanvas::MouseMode mode;
-        PanelButton button;
-    } tools[] = {{ImageCanvas::Hand, PanelButton::Hand},
-                 {ImageCanvas::Text, PanelButton::Text},
-                 {ImageCanvas::Clip, PanelButton::Clip},
-                 {ImageCanvas::Eraser, PanelButton::Eraser}};
+        Command button;
+    } tools[] = {{ImageCanvas::Hand, Command::Hand},
+                 {ImageCanvas::Text, Command::Text},
+                 {ImageCanvas::Clip, Command::Clip},
+                 {ImageCanvas::Eraser, Command::Eraser}};
     for (const auto &tool : tools) {
-        window.panelButton(tool.button)->click();
+        window.button(tool.button)->click();
         QCOMPARE(window.currentCanvas()->mouseMode(), tool.mode);
         enter(window, 0);
-        QVERIFY(window.panelButton(PanelButton::Arrow)->isChecked());
-        QVERIFY(window.panelButton(PanelButton::Mask)->isChecked());
-        QVERIFY(window.panelButton(PanelButton::Freeze)->isChecked());
+        QVERIFY(window.button(Command::Arrow)->isChecked());
+        QVERIFY(window.button(Command::Mask)->isChecked());
+        QVERIFY(window.button(Command::Freeze)->isChecked());
         enter(window, 3);
-        QVERIFY(window.panelButton(tool.button)->isChecked());
+        QVERIFY(window.button(tool.button)->isChecked());
     }
     // A mode that no tool has checks nothing.
     window.currentCanvas()->setMouseMode(ImageCanvas::MouseMode(12));
     enter(window, 0);
     enter(window, 3);
     for (int i = 0; i < 12; ++i)
-        QVERIFY(!window.panelButton(PanelButton(i))->isChecked());
-    window.panelButton(PanelButton::Line)->click();
-    window.panelButton(PanelButton::Circle)->click();
-    QVERIFY(!window.panelButton(PanelButton::Line)->isChecked());
+        QVERIFY(!window.button(Command(i))->isChecked());
+    window.button(Command::Line)->click();
+    window.button(Command::Circle)->click();
+    QVERIFY(!window.button(Command::Line)->isChecked());
 }
 
 void TestWindowModes::sidePanelOpensAndCloses()

@@ -9,7 +9,6 @@
 
 #include <memory>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -17,7 +16,7 @@ namespace
 
 QTextEdit *openText(const MainWindow &window)
 {
-    window.panelButton(PanelButton::Text)->click();
+    window.button(Command::Text)->click();
     CanvasMouse::click(*window.currentCanvas(), {100, 100});
     auto *editor = window.currentCanvas()->findChild<QTextEdit *>();
     return editor->isVisible() ? editor : nullptr;
@@ -70,7 +69,7 @@ private slots:
         else if (end == 1)
             press(*m_window, Qt::Key_Escape);
         else
-            m_window->panelButton(PanelButton::Line)->click();
+            m_window->button(Command::Line)->click();
         QVERIFY(editor->isHidden());
         press(*m_window, Qt::Key_F11);
         QVERIFY(m_window->isFullScreen());

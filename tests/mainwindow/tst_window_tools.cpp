@@ -1,7 +1,7 @@
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
-#include "mainwindow/ModeRules.h"
+#include "mainwindow/Modes.h"
 
 #include "tests/TestProgram.h"
 
@@ -13,7 +13,6 @@
 #include <QPointer>
 #include <QSignalSpy>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -60,22 +59,22 @@ void TestWindowTools::holdingOpensThePopUpAndItsTool_data()
     QTest::addColumn<QByteArray>("kind");
     // The choices of each row of the pop-up.
     QTest::addColumn<QList<int>>("rows");
-    const auto add = [](PanelButton panelButton, int mode, const char *title, const char *kind,
+    const auto add = [](Command panelButton, int mode, const char *title, const char *kind,
                         const QList<int> &rows) {
         QTest::newRow(title) << int(panelButton) << mode << QString(title) << QByteArray(kind)
                              << rows;
     };
-    add(PanelButton::Line, 2, "Line", "ColorToolWindow", {4, 4});
-    add(PanelButton::Rectangle, 4, "Rectangle", "ColorToolWindow", {4, 4, 5});
-    add(PanelButton::Freehand, 1, "Freehand", "ColorToolWindow", {4, 4});
-    add(PanelButton::Circle, 5, "Circle", "ColorToolWindow", {4, 4, 5});
-    add(PanelButton::Arrow, 3, "Arrow", "ColorToolWindow", {4, 4, 5});
-    add(PanelButton::Triangle, 6, "Triangle", "ColorToolWindow", {4, 4, 5});
-    add(PanelButton::Eraser, 7, "Eraser", "ColorToolWindow", {4});
-    add(PanelButton::Text, 9, "Text", "TextToolWindow", {4});
-    add(PanelButton::FillBackground, 8, "Background Color", "FillBackgroundToolWindow", {4});
-    add(PanelButton::Mask, 8, "Effect", "MaskToolWindow", {4});
-    add(PanelButton::Effect, 8, "Color Effect", "EffectToolWindow", {4});
+    add(Command::Line, 2, "Line", "ColorToolWindow", {4, 4});
+    add(Command::Rectangle, 4, "Rectangle", "ColorToolWindow", {4, 4, 5});
+    add(Command::Freehand, 1, "Freehand", "ColorToolWindow", {4, 4});
+    add(Command::Circle, 5, "Circle", "ColorToolWindow", {4, 4, 5});
+    add(Command::Arrow, 3, "Arrow", "ColorToolWindow", {4, 4, 5});
+    add(Command::Triangle, 6, "Triangle", "ColorToolWindow", {4, 4, 5});
+    add(Command::Eraser, 7, "Eraser", "ColorToolWindow", {4});
+    add(Command::Text, 9, "Text", "TextToolWindow", {4});
+    add(Command::FillBackground, 8, "Background Color", "FillBackgroundToolWindow", {4});
+    add(Command::Mask, 8, "Effect", "MaskToolWindow", {4});
+    add(Command::Effect, 8, "Color Effect", "EffectToolWindow", {4});
 }
 
 void TestWindowTools::holdingOpensThePopUpAndItsTool()
@@ -88,7 +87,7 @@ void TestWindowTools::holdingOpensThePopUpAndItsTool()
     MainWindow window;
     enter(window, 3);
     window.currentCanvas()->setMouseMode(ImageCanvas::Clip);
-    ImageButton *panelButton = window.panelButton(PanelButton(button));
+    ImageButton *panelButton = window.button(Command(button));
     emit panelButton->hold();
     ToolWindow *popup = window.currentToolWindow();
     QVERIFY(popup);
@@ -114,24 +113,24 @@ void TestWindowTools::popUpsCloseByTheirRules()
     window.lineHold();
     QVERIFY(!first);
     QPointer<ToolWindow> popup = window.currentToolWindow();
-    window.panelButton(PanelButton::Line)->click();
+    window.button(Command::Line)->click();
     QCOMPARE(window.currentToolWindow(), popup.data());
     // A window that its own button has closed still belongs to its tool.
     popup->close();
-    window.panelButton(PanelButton::Line)->click();
+    window.button(Command::Line)->click();
     QCOMPARE(window.currentToolWindow(), popup.data());
 
-    for (const auto &row : ButtonTable::panelRows()) {
-        if (!row.clickSlot || row.button == PanelButton::Print ||
-            row.button == PanelButton::Record || row.button == PanelButton::Settings)
+    for (const Commands::Row &row : Commands::rows()) {
+        if (!Commands::inPanel(row.group) || !row.clickSlot || row.command == Command::Print ||
+            row.command == Command::Record || row.command == Command::Settings)
             continue;
-        enter(window, row.button == PanelButton::FillBackground ? 3 : 0);
+        enter(window, row.command == Command::FillBackground ? 3 : 0);
         // The effect's pop-up is no clicked button's own.
         window.effectHold();
         popup = window.currentToolWindow();
         QVERIFY(popup);
-        window.panelButton(row.button)->setEnabled(true);
-        window.panelButton(row.button)->click();
+        window.button(row.command)->setEnabled(true);
+        window.button(row.command)->click();
         QVERIFY2(!popup, row.skin);
         QVERIFY(!window.currentToolWindow());
     }
@@ -157,8 +156,8 @@ void TestWindowTools::onlyOnePopUpIsOpen()
 {
     MainWindow window;
     enter(window, 3);
-    for (const PanelButton each : poppingButtons()) {
-        emit window.panelButton(each)->hold();
+    for (const Command each : poppingButtons()) {
+        emit window.button(each)->hold();
         QCOMPARE(window.findChildren<ToolWindow *>().size(), 1);
     }
     window.About();
@@ -176,14 +175,14 @@ void TestWindowTools::erasingAllClearsTheDrawing()
     enter(window, 3);
     ImageCanvas *board = window.currentCanvas();
     const QImage blank = board->currentImage().copy();
-    window.panelButton(PanelButton::Line)->click();
+    window.button(Command::Line)->click();
     QTest::mousePress(board, Qt::LeftButton, {}, QPoint(200, 300));
     QTest::mouseMove(board, QPoint(400, 350));
     QMouseEvent drag(QEvent::MouseMove, QPointF(400, 350), Qt::LeftButton, Qt::LeftButton, {});
     QCoreApplication::sendEvent(board, &drag);
     QTest::mouseRelease(board, Qt::LeftButton, {}, QPoint(400, 350));
     QTRY_VERIFY(board->currentImage() != blank);
-    window.panelButton(PanelButton::EraseAll)->click();
+    window.button(Command::EraseAll)->click();
     QTRY_COMPARE(board->currentImage(), blank);
 }
 
@@ -207,8 +206,8 @@ void TestWindowTools::everyControlOfAPopUpHasAName()
         for (const QComboBox *each : popup->findChildren<QComboBox *>())
             QVERIFY2(!each->accessibleName().isEmpty(), qPrintable(popup->accessibleName()));
     };
-    for (const PanelButton each : poppingButtons()) {
-        emit window.panelButton(each)->hold();
+    for (const Command each : poppingButtons()) {
+        emit window.button(each)->hold();
         check();
     }
     window.settings();
@@ -222,7 +221,7 @@ void TestWindowTools::theEffectButtonAnswersToHoldingAlone()
     MainWindow window;
     window.lineHold();
     const ToolWindow *popup = window.currentToolWindow();
-    window.panelButton(PanelButton::Effect)->click();
+    window.button(Command::Effect)->click();
     QCOMPARE(window.currentToolWindow(), popup);
     QCOMPARE(window.currentCanvas()->effectMode.load(), ImageCanvas::EffectColor);
 }
@@ -233,8 +232,8 @@ void TestWindowTools::thousandPopUpsLeaveNothingBehind()
     window.show();
     enter(window, 3);
     const auto round = [&window] {
-        for (const PanelButton each : poppingButtons())
-            emit window.panelButton(each)->hold();
+        for (const Command each : poppingButtons())
+            emit window.button(each)->hold();
         window.settings();
         window.About();
         window.currentToolWindow()->close();
@@ -267,7 +266,7 @@ void TestWindowTools::thousandPopUpsLeaveNothingBehind()
 void TestWindowTools::maskButtonBringsTheMaskBack()
 {
     MainWindow window;
-    ImageButton *mask = window.panelButton(PanelButton::Mask);
+    ImageButton *mask = window.button(Command::Mask);
     mask->click();
     QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskCircle);
     window.currentCanvas()->maskMode = ImageCanvas::MaskLeft;
@@ -286,7 +285,7 @@ void TestWindowTools::maskButtonBringsTheMaskBack()
 void TestWindowTools::theMasksPopUpShowsWhatTheReleaseOfAHoldMakes()
 {
     MainWindow window;
-    ImageButton *mask = window.panelButton(PanelButton::Mask);
+    ImageButton *mask = window.button(Command::Mask);
     const auto chosen = [&window] {
         QString names;
         for (const ImageButton *each : window.currentToolWindow()->findChildren<ImageButton *>()) {
@@ -308,10 +307,9 @@ void TestWindowTools::theMasksPopUpShowsWhatTheReleaseOfAHoldMakes()
 void TestWindowTools::aHeldToolIsChecked_data()
 {
     QTest::addColumn<int>("button");
-    for (const PanelButton each :
-         {PanelButton::Line, PanelButton::Rectangle, PanelButton::Circle, PanelButton::Arrow,
-          PanelButton::Triangle, PanelButton::Eraser, PanelButton::Text})
-        QTest::newRow(ButtonTable::panelRows()[std::size_t(each)].toolTip) << int(each);
+    for (const Command each : {Command::Line, Command::Rectangle, Command::Circle, Command::Arrow,
+                               Command::Triangle, Command::Eraser, Command::Text})
+        QTest::newRow(Commands::row(each).text) << int(each);
 }
 
 void TestWindowTools::aHeldToolIsChecked()
@@ -319,7 +317,7 @@ void TestWindowTools::aHeldToolIsChecked()
     QFETCH(int, button);
     MainWindow window;
     window.show();
-    ImageButton *held = window.panelButton(PanelButton(button));
+    ImageButton *held = window.button(Command(button));
     QSignalSpy clicks(held, SIGNAL(clicked()));
     QSignalSpy holds(held, SIGNAL(hold()));
     QTest::mousePress(held, Qt::LeftButton);
@@ -328,8 +326,8 @@ void TestWindowTools::aHeldToolIsChecked()
     QTest::mouseRelease(held, Qt::LeftButton, {}, QPoint(-50, -50));
     QCOMPARE(clicks.count(), 0);
     QVERIFY(held->isChecked());
-    QVERIFY(!window.panelButton(PanelButton::Freehand)->isChecked());
-    QCOMPARE(*ModeRules::toolButton(window.currentCanvas()->mouseMode()), PanelButton(button));
+    QVERIFY(!window.button(Command::Freehand)->isChecked());
+    QCOMPARE(*Commands::ofTool(window.currentCanvas()->mouseMode()), Command(button));
 }
 
 void TestWindowTools::zoomStepsOnOtherCanvases()
@@ -337,8 +335,8 @@ void TestWindowTools::zoomStepsOnOtherCanvases()
     MainWindow window;
     window.show();
     enter(window, 3);
-    ImageButton *in = window.panelButton(PanelButton::ZoomIn);
-    ImageButton *out = window.panelButton(PanelButton::ZoomOut);
+    ImageButton *in = window.button(Command::ZoomIn);
+    ImageButton *out = window.button(Command::ZoomOut);
     QCOMPARE(window.currentCanvas()->zoomScale(), 1.0);
     QTest::mousePress(in, Qt::LeftButton);
     QCOMPARE(window.currentCanvas()->zoomScale(), 2.0);
@@ -348,27 +346,27 @@ void TestWindowTools::zoomStepsOnOtherCanvases()
     QCOMPARE(window.currentCanvas()->zoomScale(), 3.0);
     QTest::mouseClick(out, Qt::LeftButton);
     QCOMPARE(window.currentCanvas()->zoomScale(), 2.0);
-    window.panelButton(PanelButton::ZoomReset)->click();
+    window.button(Command::ZoomReset)->click();
     QCOMPARE(window.currentCanvas()->zoomScale(), 1.0);
 }
 
 void TestWindowTools::rotateFreezeAndMacroReachTheirTargets()
 {
     MainWindow window;
-    window.panelButton(PanelButton::Rotate)->click();
+    window.button(Command::Rotate)->click();
     QCOMPARE(window.currentCanvas()->rotation(), 1);
     QVERIFY(QMetaObject::invokeMethod(&window, "rotateRev"));
     QVERIFY(QMetaObject::invokeMethod(&window, "rotateRev"));
     QCOMPARE(window.currentCanvas()->rotation(), 3);
     QVERIFY(QMetaObject::invokeMethod(&window, "macro"));
-    window.panelButton(PanelButton::Freeze)->click();
+    window.button(Command::Freeze)->click();
     QVERIFY(window.currentCanvas()->frozen);
-    window.panelButton(PanelButton::Freeze)->click();
+    window.button(Command::Freeze)->click();
     QVERIFY(!window.currentCanvas()->frozen);
     // Without a camera the buttons that drive it do no harm.
-    for (const PanelButton each : {PanelButton::AutoFocus, PanelButton::BrightnessDown,
-                                   PanelButton::BrightnessUp, PanelButton::ZoomReset})
-        window.panelButton(each)->click();
+    for (const Command each :
+         {Command::AutoFocus, Command::BrightnessDown, Command::BrightnessUp, Command::ZoomReset})
+        window.button(each)->click();
     window.zoomInStart();
     window.zoomOutStart();
     window.zoomOutStop();

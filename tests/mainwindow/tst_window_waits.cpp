@@ -15,7 +15,6 @@
 #include <memory>
 #include <vector>
 
-using ButtonTable::PanelButton;
 using namespace WindowProbe;
 
 namespace
@@ -85,7 +84,7 @@ private slots:
     {
         m_camera->faults().hangControls = -1;
         Heartbeat heartbeat;
-        m_window->panelButton(PanelButton::BrightnessUp)->click();
+        m_window->button(Command::BrightnessUp)->click();
         QTest::qWait(1200); // as long as the scale is on the screen
         const qint64 longest = heartbeat.longestMs();
         m_camera->faults().hangControls = 0;
@@ -118,7 +117,7 @@ private slots:
     void aRecordingFollowsAControlWithoutAnAnswer()
     {
         m_camera->faults().hangControls = 1;
-        m_window->panelButton(PanelButton::BrightnessDown)->click();
+        m_window->button(Command::BrightnessDown)->click();
         m_window->record();
         QTRY_COMPARE_WITH_TIMEOUT(m_window->currentCanvas()->pictureSize(),
                                   Config::recordingResolution(), PATIENCE_MS);

@@ -3,7 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "mainwindow/MainWindow.h"
-#include "mainwindow/ModeRules.h"
+#include "mainwindow/Modes.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ToolWindow.h"
@@ -17,8 +17,6 @@
 #include <QMouseEvent>
 #include <QTimer>
 
-using ButtonTable::PanelButton;
-
 namespace
 {
 
@@ -30,15 +28,14 @@ constexpr int RECORDED_MS = 3500;
 const char *const MODE_NAMES[] = {"live", "film", "photograph", "drawing-board"};
 
 struct Popup {
-    PanelButton button;
+    Command button;
     const char *name;
 };
-const Popup POPUPS[] = {{PanelButton::Line, "line"},          {PanelButton::Rectangle, "rectangle"},
-                        {PanelButton::Freehand, "freehand"},  {PanelButton::Circle, "circle"},
-                        {PanelButton::Arrow, "arrow"},        {PanelButton::Triangle, "triangle"},
-                        {PanelButton::Eraser, "eraser"},      {PanelButton::Text, "text"},
-                        {PanelButton::Mask, "mask"},          {PanelButton::Effect, "effect"},
-                        {PanelButton::FillBackground, "fill"}};
+const Popup POPUPS[] = {
+    {Command::Line, "line"},     {Command::Rectangle, "rectangle"}, {Command::Freehand, "freehand"},
+    {Command::Circle, "circle"}, {Command::Arrow, "arrow"},         {Command::Triangle, "triangle"},
+    {Command::Eraser, "eraser"}, {Command::Text, "text"},           {Command::Mask, "mask"},
+    {Command::Effect, "effect"}, {Command::FillBackground, "fill"}};
 
 } // namespace
 
@@ -61,7 +58,8 @@ ImageButton *Tour::button(const QString &accessibleName) const
 
 void Tour::enter(int mode)
 {
-    button(MainWindow::tr(ButtonTable::modeRows()[std::size_t(mode)].text))->click();
+    button(MainWindow::tr(Commands::rowsOf(Commands::Group::Modes)[std::size_t(mode)].text))
+        ->click();
 }
 
 void Tour::draw(const QList<QPoint> &way)
@@ -122,35 +120,35 @@ void Tour::prepare()
     ImageCanvas *canvas = m_window->currentCanvas();
     canvas->penWidth = 9;
     canvas->penColor = QColor(255, 0, 0);
-    m_window->panelButton(PanelButton::Circle)->click();
+    m_window->button(Command::Circle)->click();
     draw({QPoint(120, 230), QPoint(330, 330)});
     canvas->penWidth = 6;
     canvas->penColor = QColor(0, 0, 255);
     canvas->fillEnabled = true;
     canvas->fillColor = QColor(0, 0, 255);
-    m_window->panelButton(PanelButton::Arrow)->click();
+    m_window->button(Command::Arrow)->click();
     draw({QPoint(520, 470), QPoint(370, 330)});
 
-    enter(ModeRules::Film);
+    enter(Modes::Film);
     openFilm();
-    enter(ModeRules::Photograph);
+    enter(Modes::Photograph);
     openPhotographs();
-    enter(ModeRules::DrawingBoard);
+    enter(Modes::DrawingBoard);
     canvas = m_window->currentCanvas();
     canvas->penWidth = 6;
-    m_window->panelButton(PanelButton::Triangle)->click();
+    m_window->button(Command::Triangle)->click();
     canvas->penColor = Qt::black;
     draw({QPoint(220, 200), QPoint(220, 380)});
-    m_window->panelButton(PanelButton::Rectangle)->click();
+    m_window->button(Command::Rectangle)->click();
     canvas->penColor = QColor(0, 0, 255);
     canvas->fillEnabled = true;
     canvas->fillColor = QColor(255, 255, 0);
     draw({QPoint(430, 240), QPoint(640, 380)});
-    m_window->panelButton(PanelButton::Freehand)->click();
+    m_window->button(Command::Freehand)->click();
     canvas->penColor = QColor(255, 0, 0);
     draw({QPoint(120, 440), QPoint(180, 430), QPoint(240, 445), QPoint(300, 432), QPoint(360, 446),
           QPoint(420, 430), QPoint(480, 442)});
-    enter(ModeRules::Live);
+    enter(Modes::Live);
 }
 
 void Tour::run(const QString &suffix, bool popups)
@@ -160,18 +158,17 @@ void Tour::run(const QString &suffix, bool popups)
         takePopups(suffix);
     m_window->About();
     m_photographer.take("popup-about-" + suffix);
-    enter(ModeRules::Film);
-    enter(ModeRules::Live);
+    enter(Modes::Film);
+    enter(Modes::Live);
 }
 
 void Tour::takeModes(const QString &suffix)
 {
-    for (const int mode :
-         {ModeRules::Film, ModeRules::Photograph, ModeRules::DrawingBoard, ModeRules::Live}) {
+    for (const int mode : {Modes::Film, Modes::Photograph, Modes::DrawingBoard, Modes::Live}) {
         enter(mode);
-        if (mode == ModeRules::Film)
+        if (mode == Modes::Film)
             button(MainWindow::tr("Volume"))->click();
-        if (mode == ModeRules::Photograph) {
+        if (mode == Modes::Photograph) {
             button(MainWindow::tr("Thumbnails"))->click();
             button(MainWindow::tr("Slideshow interval"))->click();
         }
@@ -185,7 +182,7 @@ void Tour::takePopups(const QString &suffix)
         openPopup(popup.button);
         m_photographer.take(QString("popup-%1-%2").arg(popup.name, suffix));
     }
-    enter(ModeRules::Live);
+    enter(Modes::Live);
     m_window->settings();
     m_photographer.take("popup-settings-" + suffix);
 }
@@ -196,20 +193,20 @@ void Tour::takePopupsAlone()
         openPopup(popup.button);
         m_photographer.takePopup(QString("popup-%1").arg(popup.name));
     }
-    enter(ModeRules::Live);
+    enter(Modes::Live);
     m_window->About();
     m_photographer.takePopup("popup-about");
     m_window->settings();
     m_photographer.takePopup("popup-settings");
-    enter(ModeRules::Film);
-    enter(ModeRules::Live);
+    enter(Modes::Film);
+    enter(Modes::Live);
 }
 
-void Tour::openPopup(PanelButton tool)
+void Tour::openPopup(Command tool)
 {
-    enter(tool == PanelButton::FillBackground ? ModeRules::DrawingBoard : ModeRules::Live);
-    ImageButton *toolButton = m_window->panelButton(tool);
-    if (toolButton->isCheckable() && tool != PanelButton::Mask)
+    enter(tool == Command::FillBackground ? Modes::DrawingBoard : Modes::Live);
+    ImageButton *toolButton = m_window->button(tool);
+    if (toolButton->isCheckable() && tool != Command::Mask)
         toolButton->setChecked(true);
     emit toolButton->hold();
 }
@@ -243,8 +240,8 @@ void Tour::takeBoxes()
         m_window, MainWindow::tr("Error"),
         QCoreApplication::translate("MovieWriter",
                                     "The recording was stopped because the disk is full."));
-    enter(ModeRules::Film);
-    enter(ModeRules::Live);
+    enter(Modes::Film);
+    enter(Modes::Live);
 }
 
 void Tour::takeIndications()
@@ -265,22 +262,22 @@ void Tour::takeIndications()
 
 void Tour::runHighlights()
 {
-    enter(ModeRules::Live);
+    enter(Modes::Live);
     OSDProcessor *indications = m_window->osdProcessors().value(m_window->currentCanvas());
-    m_window->panelButton(PanelButton::Freeze)->click();
+    m_window->button(Command::Freeze)->click();
     indications->osdBrightness();
     indications->osdAutoFocus();
     indications->osdSnapshot();
     m_photographer.take("live-indications");
-    m_window->panelButton(PanelButton::Freeze)->click();
+    m_window->button(Command::Freeze)->click();
     m_window->maskHold();
     for (ImageButton *mask : m_window->currentToolWindow()->findChildren<ImageButton *>()) {
         if (mask->isCheckable() && mask->x() == SECOND_MASK_X)
             mask->click();
     }
-    m_window->panelButton(PanelButton::Record)->click();
+    m_window->button(Command::Record)->click();
     Photographer::wait(RECORDED_MS);
     m_photographer.take("live-recording-masked");
-    m_window->panelButton(PanelButton::Record)->click();
-    m_window->panelButton(PanelButton::Mask)->click();
+    m_window->button(Command::Record)->click();
+    m_window->button(Command::Mask)->click();
 }

@@ -2,7 +2,7 @@
 
 #include "tools/screenshots/Photographer.h"
 
-#include "mainwindow/ButtonTable.h"
+#include "mainwindow/Commands.h"
 
 class ImageButton;
 
@@ -36,7 +36,7 @@ private:
     void takePopupsAlone();
     void takeBoxes();
     void takeIndications();
-    void openPopup(ButtonTable::PanelButton tool);
+    void openPopup(Command tool);
 
     MainWindow *m_window;
     Photographer m_photographer;

@@ -3,34 +3,71 @@
 #include "sources/ICaptureCB.h"
 #include "sources/WindowServices.h"
 #include "sources/photographs/PhotographList.h"
-#include "sources/photographs/PictureReader.h"
+#include "sources/photographs/PicturePreloader.h"
+#include "sources/threads/CallbackGate.h"
 
+#include <optional>
 #include <utility>
 
 PhotographSource::PhotographSource(ICaptureCB *callback, MainWindow *window)
     : QObject(WindowServices::of(window).object())
     , m_callback(callback)
     , m_window(window)
+    , m_gate(std::make_shared<CallbackGate>())
 {
     m_slideshow.setSingleShot(false);
     connect(&m_slideshow, SIGNAL(timeout()), this, SLOT(nextPhotograph()));
 }
 
+PhotographSource::~PhotographSource()
+{
+    m_gate->close();
+}
+
 bool PhotographSource::setDirectory(QDir dir, QString fileName)
 {
-    const QStringList names = PhotographList::list(dir);
-    const int found = names.indexOf(fileName);
+    const std::optional<QStringList> names = m_lister.list(dir);
+    m_folderAnswered = names.has_value();
+    const int found = names ? names->indexOf(fileName) : -1;
     if (found < 0)
         return false;
 
     m_slideshow.stop();
-    m_hasDir = true;
-    m_dir = std::move(dir);
     m_openedFileName = std::move(fileName);
-    m_fileNames = names;
+    open(std::move(dir), *names);
     WindowServices::of(m_window).refreshThumbnails();
     selectPhotograph(found);
     return true;
+}
+
+void PhotographSource::open(QDir dir, const QStringList &names)
+{
+    const bool sameFolder = m_hasDir && dir.absolutePath() == m_dir.absolutePath();
+    m_hasDir = true;
+    m_dir = std::move(dir);
+    m_fileNames = names;
+    // The threads of a folder whose drive is silent are left behind with it.
+    if (sameFolder && m_problem != PictureProblem::NoAnswer)
+        return;
+    m_preloader = std::make_unique<PicturePreloader>([this, gate = m_gate](const QString &path) {
+        gate->pass([this, &path] {
+            QMetaObject::invokeMethod(
+                this, [this, path] { takeLate(path); }, Qt::QueuedConnection);
+        });
+    });
+    const QString folder = m_dir.absolutePath();
+    m_watch = std::make_unique<FolderWatch>(
+        m_dir, [this, folder, gate = m_gate](const FolderWatch::Change &change) {
+            gate->pass([this, &folder, &change] {
+                QMetaObject::invokeMethod(
+                    this,
+                    [this, folder, change] {
+                        if (folder == m_dir.absolutePath())
+                            takeChange(change);
+                    },
+                    Qt::QueuedConnection);
+            });
+        });
 }
 
 int PhotographSource::photographCount() const
@@ -48,11 +85,6 @@ int PhotographSource::playInterval() const
     return m_playIntervalMs;
 }
 
-bool PhotographSource::readable() const
-{
-    return m_readable;
-}
-
 bool PhotographSource::playing() const
 {
     return m_slideshow.isActive();
@@ -62,20 +94,65 @@ QStringList PhotographSource::fileNameList() const
 {
     QStringList paths;
     paths.reserve(m_fileNames.size());
-    for (const QString &name : m_fileNames)
-        paths.append(m_dir.filePath(name));
+    for (int id = 0; id < m_fileNames.size(); ++id)
+        paths.append(pathOf(id));
     return paths;
+}
+
+QString PhotographSource::pathOf(int id) const
+{
+    return m_dir.filePath(m_fileNames.at(id));
 }
 
 void PhotographSource::selectPhotograph(int id)
 {
     if (id < 0 || id >= photographCount())
         return;
+    const bool forward = id >= m_current || playing();
     m_current = id;
-    const QImage picture = PictureReader::read(m_dir.filePath(m_fileNames.at(id)));
-    m_readable = !picture.isNull();
-    m_callback->imageCaptured(picture);
-    emit photographChanged(id);
+    deliver();
+    prepareNeighbours(forward);
+}
+
+void PhotographSource::deliver()
+{
+    {
+        const PicturePreloader::Reading reading = m_preloader->take(pathOf(m_current));
+        m_problem = reading.problem;
+        m_callback->imageCaptured(reading.picture);
+    }
+    emit photographChanged(m_current);
+}
+
+void PhotographSource::prepareNeighbours(bool forward)
+{
+    const int count = photographCount();
+    const int next = PhotographList::wrappedIndex(m_current, count);
+    const int previous = PhotographList::previousIndex(m_current);
+    QStringList paths;
+    for (const int id : {forward ? next : previous, m_current, forward ? previous : next}) {
+        if (!paths.contains(pathOf(id)))
+            paths.append(pathOf(id));
+    }
+    m_preloader->prepare(paths);
+}
+
+void PhotographSource::takeLate(const QString &path)
+{
+    if (m_problem == PictureProblem::NoAnswer && path == pathOf(m_current))
+        deliver();
+}
+
+void PhotographSource::takeChange(const FolderWatch::Change &change)
+{
+    const QString shown = m_fileNames.at(m_current);
+    m_fileNames = PhotographList::merged(m_fileNames, change.names);
+    m_current = m_fileNames.indexOf(shown);
+    WindowServices::of(m_window).refreshThumbnails();
+    if (change.written.contains(shown))
+        deliver();
+    prepareNeighbours(true);
+    emit folderChanged(m_current);
 }
 
 void PhotographSource::pauseCapture()
@@ -85,7 +162,7 @@ void PhotographSource::pauseCapture()
 
 void PhotographSource::resumeCapture()
 {
-    if (m_hasDir && m_dir.exists())
+    if (m_hasDir)
         setDirectory(m_dir, m_openedFileName);
     m_callback->startAutoRefresh();
 }
@@ -94,6 +171,8 @@ void PhotographSource::play()
 {
     m_slideshow.setInterval(m_playIntervalMs);
     m_slideshow.start();
+    if (m_preloader)
+        prepareNeighbours(true);
 }
 
 void PhotographSource::stop()

@@ -1,31 +1,48 @@
 #pragma once
 
+#include "sources/photographs/FolderLister.h"
+#include "sources/photographs/FolderWatch.h"
+#include "sources/photographs/PictureProblem.h"
+
 #include <QDir>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
 
+#include <memory>
+
+class CallbackGate;
 class ICaptureCB;
 class MainWindow;
+class PicturePreloader;
 
 /// A folder of pictures as a source: shows one at a time, steps through them and plays them as a
-/// slideshow. Pictures are loaded and handed over on the GUI thread; a child of the main window.
+/// slideshow. Pictures are handed over on the GUI thread; they are read on others, the neighbours
+/// of the shown one ahead of time. A picture that changes on the disk is delivered anew, and one
+/// that appears in the folder joins the list; one that goes keeps its place. A child of the main
+/// window.
 class PhotographSource : public QObject
 {
     Q_OBJECT
 
 public:
     PhotographSource(ICaptureCB *callback, MainWindow *window);
+    ~PhotographSource() override;
 
     /// Opens `dir` and shows `fileName`, one of its pictures. False, with nothing changed, when
-    /// that is not a picture of the folder.
+    /// that is not a picture of the folder, or when its drive does not answer.
     bool setDirectory(QDir dir, QString fileName);
     [[nodiscard]] int photographCount() const;
     /// Milliseconds between two pictures of the slideshow, from the next play() on.
     void setPlayInterval(int ms);
     [[nodiscard]] int playInterval() const;
-    /// Whether the photograph that was delivered last could be read.
-    [[nodiscard]] bool readable() const;
+    /// Why the photograph that was delivered last is null.
+    [[nodiscard]] PictureProblem problem() const { return m_problem; }
+    [[nodiscard]] bool readable() const { return m_problem == PictureProblem::None; }
+    /// Whether the drive of the folder that was to be opened last answered.
+    [[nodiscard]] bool folderAnswered() const { return m_folderAnswered; }
+    /// The photograph shown last, counted from 0.
+    [[nodiscard]] int current() const { return m_current; }
     /// Whether the slideshow runs.
     [[nodiscard]] bool playing() const;
     /// Full paths, in the order shown.
@@ -46,6 +63,8 @@ public slots:
 signals:
     /// Picture `id`, counted from 0, has been delivered.
     void photographChanged(int id);
+    /// The list has grown or one of its files was written; the photograph shown last is `id` now.
+    void folderChanged(int id);
     /// The slideshow was stopped by stop().
     void playDone();
 
@@ -53,14 +72,30 @@ private slots:
     void nextPhotograph();
 
 private:
+    void open(QDir dir, const QStringList &names);
+    /// Hands the current picture over.
+    void deliver();
+    /// Lets the pictures be read that a step leads to, that in the direction of the last one first.
+    void prepareNeighbours(bool forward);
+    void takeChange(const FolderWatch::Change &change);
+    void takeLate(const QString &path);
+    [[nodiscard]] QString pathOf(int id) const;
+
     int m_playIntervalMs = 1000;
     int m_current = 0;
     QTimer m_slideshow;
     QStringList m_fileNames;
     QDir m_dir;
     bool m_hasDir = false;
-    bool m_readable = false;
+    bool m_folderAnswered = true;
+    PictureProblem m_problem = PictureProblem::None;
     QString m_openedFileName;
     ICaptureCB *m_callback;
     MainWindow *m_window;
+    FolderLister m_lister;
+    /// Passes what the threads below post, until this object goes.
+    std::shared_ptr<CallbackGate> m_gate;
+    /// Of the open folder.
+    std::unique_ptr<PicturePreloader> m_preloader;
+    std::unique_ptr<FolderWatch> m_watch;
 };

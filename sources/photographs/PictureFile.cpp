@@ -46,7 +46,7 @@ PictureFile::PictureFile(const QString &path)
     m_stamp = stampOf(status);
 }
 
-QByteArray PictureFile::content(const Alive &alive)
+QByteArray PictureFile::content(const Progress &progress)
 {
     QByteArray bytes;
     bytes.reserve(int(m_stamp.bytes));
@@ -59,7 +59,7 @@ QByteArray PictureFile::content(const Alive &alive)
             m_problem = PictureProblem::Unreadable;
         if (count <= 0)
             return bytes;
-        if (alive)
-            alive();
+        if (progress)
+            progress(bytes.size());
     }
 }

@@ -29,8 +29,8 @@ struct FileStamp {
 class PictureFile
 {
 public:
-    /// Called again and again while a file is being read, each time with more of it read.
-    using Alive = std::function<void()>;
+    /// Called again and again while a file is being read, with the number of bytes that are there.
+    using Progress = std::function<void(qint64 bytes)>;
 
     /// `path` is one of FileNames.
     explicit PictureFile(const QString &path);
@@ -40,7 +40,7 @@ public:
     [[nodiscard]] FileStamp stamp() const { return m_stamp; }
     [[nodiscard]] QFile &device() { return m_file; }
     /// All bytes of it; problem() says whether the disk failed meanwhile.
-    [[nodiscard]] QByteArray content(const Alive &alive);
+    [[nodiscard]] QByteArray content(const Progress &progress);
 
 private:
     QFile m_file;

@@ -187,7 +187,7 @@ void readOther(QIODevice &device, Reading &reading)
 
 /// Calls `decode` with a device that holds the file, and completes the answer.
 template <typename Decode>
-Reading readWith(PictureFile &file, const PictureFile::Alive &alive, Decode decode)
+Reading readWith(PictureFile &file, const PictureFile::Progress &progress, Decode decode)
 {
     Reading reading;
     reading.stamp = file.stamp();
@@ -198,7 +198,7 @@ Reading readWith(PictureFile &file, const PictureFile::Alive &alive, Decode deco
     const bool jpeg = isJpeg(file.device());
     file.device().seek(0);
     if (file.stamp().bytes <= (jpeg ? PictureReader::MAX_DECODED_BYTES : MAX_CONTENT_BYTES)) {
-        QByteArray content = file.content(alive);
+        QByteArray content = file.content(progress);
         if (file.problem() != PictureProblem::None)
             reading.problem = file.problem();
         QBuffer buffer(&content);
@@ -206,6 +206,8 @@ Reading readWith(PictureFile &file, const PictureFile::Alive &alive, Decode deco
         decode(buffer, jpeg, reading);
     } else if (!jpeg) {
         (void)file.device().read(HEADER_BYTES);
+        if (progress)
+            progress(file.stamp().bytes);
         decode(file.device(), jpeg, reading);
     }
     if (!reading.picture.isNull())
@@ -222,9 +224,9 @@ QSize sizeIn(QIODevice &device, bool jpeg)
 
 } // namespace
 
-Reading PictureReader::readFile(PictureFile &file, const PictureFile::Alive &alive)
+Reading PictureReader::readFile(PictureFile &file, const PictureFile::Progress &progress)
 {
-    return readWith(file, alive, [](QIODevice &device, bool jpeg, Reading &reading) {
+    return readWith(file, progress, [](QIODevice &device, bool jpeg, Reading &reading) {
         if (jpeg)
             reading.picture = wholeJpeg(device);
         else
@@ -233,10 +235,10 @@ Reading PictureReader::readFile(PictureFile &file, const PictureFile::Alive &ali
     });
 }
 
-Reading PictureReader::readFile(const QString &path, const PictureFile::Alive &alive)
+Reading PictureReader::readFile(const QString &path, const PictureFile::Progress &progress)
 {
     PictureFile file(path);
-    return readFile(file, alive);
+    return readFile(file, progress);
 }
 
 Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge)

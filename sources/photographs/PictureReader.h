@@ -34,8 +34,8 @@ struct Reading {
 };
 
 /// The first picture of the file, reduced to MAX_PIXELS at most.
-[[nodiscard]] Reading readFile(const QString &path, const PictureFile::Alive &alive = {});
-[[nodiscard]] Reading readFile(PictureFile &file, const PictureFile::Alive &alive = {});
+[[nodiscard]] Reading readFile(const QString &path, const PictureFile::Progress &progress = {});
+[[nodiscard]] Reading readFile(PictureFile &file, const PictureFile::Progress &progress = {});
 
 /// The picture fitted into `bounds` with its aspect ratio kept; nothing is made larger than it is
 /// unless `enlarge`. A JPEG file is decoded at reduced size, which costs a fraction of the whole

@@ -2,12 +2,16 @@
 #include "sources/PhotographSource.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/FakeMainWindow.h"
+#include "tests/fakes/HangingFolder.h"
 
 #include <QtTest>
 
 #include <QImage>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+
+#include <cstdio>
+#include <optional>
 
 #include <unistd.h>
 
@@ -256,6 +260,89 @@ private slots:
         QCOMPARE(m_source->photographCount(), 3);
     }
 
+    void aPictureThatChangesOnTheDiskIsShownAnew()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QCOMPARE(shownWidth(), 2);
+        // The watch looks from a thread of its own, from some moment on.
+        QTRY_VERIFY((writePicture("b.png", 9), shownWidth() == 9));
+        QVERIFY(QFile::remove(dir().filePath("b.png")));
+        QTRY_VERIFY((writePicture("b.png", 5), shownWidth() == 5));
+    }
+
+    void aNewPictureJoinsTheListAndTheShownOneStays()
+    {
+        fill({"b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QSignalSpy listed(m_source, &PhotographSource::folderChanged);
+        QTRY_VERIFY((writePicture("a.png", 4), m_source->photographCount() == 2));
+        QCOMPARE(m_source->current(), 1);
+        QCOMPARE(listed.last()[0].toInt(), 1);
+        QVERIFY(m_window->thumbnailRefreshes >= 2);
+        QCOMPARE(shownWidth(), 1);
+        m_source->previous();
+        QCOMPARE(shownWidth(), 4);
+    }
+
+    void aPictureThatGoesKeepsItsPlaceInTheList()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        QVERIFY(QFile::remove(dir().filePath("b.png")));
+        QTRY_VERIFY((writePicture("c.png", 4), m_source->photographCount() == 3));
+        m_source->next();
+        QVERIFY(m_receiver.pictures.last().isNull());
+        QVERIFY(m_source->problem() == PictureProblem::Gone);
+    }
+
+    void theWatchOfAFolderLeftBehindTellsNothing()
+    {
+        fill({"a.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        const std::unique_ptr<QTemporaryDir> old = std::move(m_folder);
+        m_folder = std::make_unique<QTemporaryDir>();
+        fill({"a.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        QImage(3, 1, QImage::Format_RGB32).save(old->filePath("z.png"));
+        QTRY_VERIFY((writePicture("b.png", 4), m_source->photographCount() == 2));
+        QVERIFY(!m_source->fileNameList().join(' ').contains("z.png"));
+    }
+
+    void aSilentDriveHoldsNobodyAndItsPictureComesLater()
+    {
+        fill({"a.png", "b.png"});
+        std::optional<HangingFolder> hanging(std::in_place, dir().filePath("b.png"),
+                                             HangingFolder::Opening);
+        QVERIFY(m_source->setDirectory(dir(), "b.png"));
+        QVERIFY(m_receiver.pictures.last().isNull());
+        QVERIFY(m_source->problem() == PictureProblem::NoAnswer);
+        m_source->previous();
+        QCOMPARE(shownWidth(), 1);
+        m_source->next();
+        QVERIFY(m_source->problem() == PictureProblem::NoAnswer);
+        hanging.reset();
+        QTRY_COMPARE(shownWidth(), 2);
+        QVERIFY(m_source->problem() == PictureProblem::None);
+    }
+
+    void aFolderOnASilentDriveIsRefusedAndAnotherOneOpens()
+    {
+        fill({"a.png"});
+        QTemporaryDir other;
+        QImage image(6, 1, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(other.filePath("o.png")));
+        std::optional<HangingFolder> hanging(m_folder->path());
+        QVERIFY(!m_source->setDirectory(dir(), "a.png"));
+        QVERIFY(!m_source->folderAnswered());
+        QVERIFY(m_source->setDirectory(QDir(other.path()), "o.png"));
+        QVERIFY(m_source->folderAnswered());
+        QCOMPARE(shownWidth(), 6);
+        hanging.reset();
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+    }
+
     void aTextFileNamedAsAPictureIsDeliveredAsANullPicture()
     {
         QFile file(dir().filePath("a.jpg"));
@@ -350,6 +437,16 @@ private:
             image.fill(Qt::red);
             QVERIFY(image.save(dir().filePath(names[i])));
         }
+    }
+
+    /// A picture of that width in the place of any other; it is there at once and whole.
+    void writePicture(const QString &name, int width) const
+    {
+        QImage image(width, 1, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(dir().filePath("new.tmp"), "png"));
+        QCOMPARE(rename(qPrintable(dir().filePath("new.tmp")), qPrintable(dir().filePath(name))),
+                 0);
     }
 
     int shownWidth() const { return m_receiver.pictures.last().width(); }

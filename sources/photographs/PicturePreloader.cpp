@@ -1,0 +1,326 @@
+#include "sources/photographs/PicturePreloader.h"
+
+#include "sources/threads/DetachedThreads.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include <pthread.h>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+using Reading = PictureReader::Reading;
+
+/// A drive that sends nothing for so long is not waited for.
+constexpr auto LONGEST_SILENCE = 1000ms;
+/// The same after a drive was silent, until one has answered.
+constexpr auto SILENCE_AGAIN = 100ms;
+constexpr auto LONGEST_WAIT = 3000ms;
+/// Threads in all, those included whose drive does not answer.
+constexpr int MAX_THREADS = 6;
+
+/// With its characters in a memory of its own: the toolkit's counting of references is invisible to
+/// the thread sanitizer.
+QString unshared(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
+
+struct Entry {
+    explicit Entry(const QString &itsPath)
+        : path(unshared(itsPath))
+    {
+    }
+
+    const QString path;
+    /// Null and without a problem until it was read.
+    Reading reading;
+    bool isRead = false;
+    bool isBeingRead = false;
+    /// It is to be looked at before all others.
+    bool isUrgent = false;
+    /// Somebody waits for it, and will take a copy.
+    bool isAwaited = false;
+    /// Nobody waits any more, but wants to be told.
+    bool isLate = false;
+    /// It would not fit into what may be kept beside those that come before it.
+    bool isTooLarge = false;
+    /// How often it was looked at since it is known.
+    int answers = 0;
+    bool isDecoding = false;
+    Clock::time_point lastSign;
+};
+
+qint64 bytesOf(const Entry &entry)
+{
+    return entry.reading.picture.sizeInBytes();
+}
+
+} // namespace
+
+/// What the owner and the threads have in common. A thread holds it until it ends, as its owner may
+/// go before.
+class PicturePreloader::Shared : public std::enable_shared_from_this<Shared>
+{
+public:
+    explicit Shared(Arrived tell)
+        : m_arrived(std::move(tell))
+    {
+    }
+
+    Reading take(const QString &path);
+    void prepare(const QStringList &paths);
+    bool holds(const QString &path);
+    void quit();
+
+private:
+    using EntryPtr = std::shared_ptr<Entry>;
+    using Lock = std::unique_lock<std::mutex>;
+
+    [[nodiscard]] EntryPtr find(const QString &path) const;
+    [[nodiscard]] EntryPtr nextJob() const;
+    [[nodiscard]] bool isWanted(const Entry &entry) const;
+    bool wait(Lock &lock, const EntryPtr &entry, int answers);
+    void wakeThread();
+    void run();
+    void look(Lock &lock, const EntryPtr &entry);
+    void keepWithinBound();
+
+    const Arrived m_arrived;
+    /// Guards all below, and the entries.
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    /// In the order of importance.
+    std::vector<EntryPtr> m_wanted;
+    EntryPtr m_urgent;
+    int m_threads = 0;
+    int m_idleThreads = 0;
+    bool m_readsAhead = false;
+    bool m_wasSilent = false;
+    bool m_quit = false;
+};
+
+Reading PicturePreloader::Shared::take(const QString &path)
+{
+    Lock lock(m_mutex);
+    EntryPtr entry = find(path);
+    if (!entry)
+        entry = std::make_shared<Entry>(path);
+    const int answers = entry->answers;
+    entry->isUrgent = true;
+    entry->isAwaited = true;
+    entry->lastSign = Clock::now();
+    m_urgent = entry;
+    if (!entry->isBeingRead)
+        wakeThread();
+    const bool answered = wait(lock, entry, answers);
+    entry->isAwaited = false;
+    m_wasSilent = !answered;
+    if (answered || entry->isRead)
+        return entry->reading;
+    entry->isLate = true;
+    Reading none;
+    none.problem = PictureProblem::NoAnswer;
+    return none;
+}
+
+/// False when the drive was silent for too long.
+bool PicturePreloader::Shared::wait(Lock &lock, const EntryPtr &entry, int answers)
+{
+    const bool impatient = m_wasSilent || entry->isRead;
+    const auto longestSilence = impatient ? SILENCE_AGAIN : LONGEST_SILENCE;
+    const Clock::time_point end = Clock::now() + LONGEST_WAIT;
+    while (entry->answers == answers) {
+        const auto bound =
+            entry->isDecoding ? end : std::min(end, entry->lastSign + longestSilence);
+        if (Clock::now() >= bound)
+            return false;
+        m_changed.wait_until(lock, bound);
+    }
+    return true;
+}
+
+void PicturePreloader::Shared::prepare(const QStringList &paths)
+{
+    std::vector<EntryPtr> dropped;
+    const Lock lock(m_mutex);
+    std::vector<EntryPtr> wanted;
+    for (const QString &path : paths) {
+        EntryPtr entry = find(path);
+        if (!entry)
+            entry = std::make_shared<Entry>(path);
+        entry->isTooLarge = false;
+        wanted.push_back(std::move(entry));
+    }
+    dropped = std::exchange(m_wanted, std::move(wanted));
+    keepWithinBound();
+    wakeThread();
+}
+
+bool PicturePreloader::Shared::holds(const QString &path)
+{
+    const Lock lock(m_mutex);
+    const EntryPtr entry = find(path);
+    return entry && entry->isRead;
+}
+
+void PicturePreloader::Shared::quit()
+{
+    const Lock lock(m_mutex);
+    m_quit = true;
+    m_changed.notify_all();
+}
+
+PicturePreloader::Shared::EntryPtr PicturePreloader::Shared::find(const QString &path) const
+{
+    if (m_urgent && m_urgent->path == path)
+        return m_urgent;
+    const auto found = std::find_if(m_wanted.begin(), m_wanted.end(),
+                                    [&path](const EntryPtr &entry) { return entry->path == path; });
+    return found == m_wanted.end() ? nullptr : *found;
+}
+
+bool PicturePreloader::Shared::isWanted(const Entry &entry) const
+{
+    return std::any_of(m_wanted.begin(), m_wanted.end(),
+                       [&entry](const EntryPtr &wanted) { return wanted.get() == &entry; });
+}
+
+PicturePreloader::Shared::EntryPtr PicturePreloader::Shared::nextJob() const
+{
+    if (m_urgent && m_urgent->isUrgent && !m_urgent->isBeingRead)
+        return m_urgent;
+    if (m_readsAhead)
+        return nullptr;
+    const auto found = std::find_if(m_wanted.begin(), m_wanted.end(), [](const EntryPtr &entry) {
+        return !entry->isRead && !entry->isBeingRead && !entry->isTooLarge;
+    });
+    return found == m_wanted.end() ? nullptr : *found;
+}
+
+void PicturePreloader::Shared::wakeThread()
+{
+    if (m_idleThreads > 0) {
+        m_changed.notify_all();
+        return;
+    }
+    if (!nextJob() || m_threads >= MAX_THREADS)
+        return;
+    ++m_threads;
+    std::thread([shared = shared_from_this()] {
+        pthread_setname_np(pthread_self(), "PicturePreload");
+        const DetachedThreads::Running detached;
+        shared->run();
+    }).detach();
+}
+
+void PicturePreloader::Shared::run()
+{
+    Lock lock(m_mutex);
+    while (!m_quit) {
+        if (const EntryPtr entry = nextJob()) {
+            look(lock, entry);
+        } else if (m_idleThreads > 0) {
+            break;
+        } else {
+            ++m_idleThreads;
+            m_changed.wait(lock);
+            --m_idleThreads;
+        }
+    }
+    --m_threads;
+}
+
+void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
+{
+    const bool ahead = !entry->isUrgent;
+    m_readsAhead = m_readsAhead || ahead;
+    entry->isBeingRead = true;
+    entry->isDecoding = false;
+    const bool wasRead = entry->isRead;
+    const FileStamp known = entry->reading.stamp;
+    lock.unlock();
+
+    PictureFile file(entry->path);
+    const bool isSame = wasRead && file.problem() == PictureProblem::None && file.stamp() == known;
+    Reading reading;
+    if (!isSame) {
+        reading = PictureReader::readFile(file, [&](qint64 bytes) {
+            const std::lock_guard<std::mutex> sign(m_mutex);
+            entry->lastSign = Clock::now();
+            entry->isDecoding = bytes >= file.stamp().bytes;
+            m_changed.notify_all();
+        });
+    }
+
+    lock.lock();
+    if (!isSame) {
+        std::swap(entry->reading, reading);
+        entry->isRead = true;
+    }
+    entry->isBeingRead = false;
+    entry->isDecoding = false;
+    entry->isUrgent = false;
+    ++entry->answers;
+    m_readsAhead = m_readsAhead && !ahead;
+    keepWithinBound();
+    m_changed.notify_all();
+    if (!std::exchange(entry->isLate, false))
+        return;
+    const QString path = unshared(entry->path);
+    lock.unlock();
+    m_arrived(path);
+    lock.lock();
+}
+
+/// Lets go of the least important pictures. One that somebody waits for he still gets.
+void PicturePreloader::Shared::keepWithinBound()
+{
+    if (m_urgent && !m_urgent->isAwaited && !m_urgent->isLate && !isWanted(*m_urgent))
+        m_urgent.reset();
+    qint64 kept = 0;
+    for (const EntryPtr &entry : m_wanted) {
+        kept += bytesOf(*entry);
+        if (kept <= MAX_KEPT_BYTES || entry->isAwaited || !entry->isRead)
+            continue;
+        kept -= bytesOf(*entry);
+        entry->isTooLarge = true;
+        entry->isRead = false;
+        entry->reading = Reading();
+    }
+}
+
+PicturePreloader::PicturePreloader(Arrived arrived)
+    : m_shared(std::make_shared<Shared>(std::move(arrived)))
+{
+}
+
+PicturePreloader::~PicturePreloader()
+{
+    m_shared->quit();
+}
+
+Reading PicturePreloader::take(const QString &path)
+{
+    return m_shared->take(path);
+}
+
+void PicturePreloader::prepare(const QStringList &paths)
+{
+    m_shared->prepare(paths);
+}
+
+bool PicturePreloader::holds(const QString &path) const
+{
+    return m_shared->holds(path);
+}

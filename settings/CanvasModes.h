@@ -17,6 +17,7 @@ struct CanvasModes {
         Clip,
         Text
     };
+    static constexpr int MOUSE_MODE_COUNT = Text + 1;
 
     /// The colour effect on the picture; EffectColor is none.
     enum EffectMode : int { EffectColor, EffectBW, EffectNegative, EffectMosaic };

@@ -75,17 +75,17 @@ void paintTriangle(QPainter &painter, QPoint from, QPoint to)
 
 } // namespace
 
-const std::array<ShapeTool, 5> ShapeTools::ALL{{
+const std::vector<ShapeTool> ShapeTools::ALL{
     {CanvasModes::Line, false, lineOutline, paintLine, nullptr},
     {CanvasModes::Arrow, true, arrowOutline, paintArrow, nullptr},
     {CanvasModes::Rectangle, true, rectangleOutline, paintRectangle, nullptr},
     {CanvasModes::Circle, true, ellipseOutline, paintEllipse, ellipseOverruns},
     {CanvasModes::Triangle, true, triangleOutline, paintTriangle, nullptr},
-}};
+};
 
 const ShapeTool *ShapeTools::of(CanvasModes::MouseMode mode)
 {
-    const auto *row = std::find_if(ALL.begin(), ALL.end(),
-                                   [mode](const ShapeTool &tool) { return tool.mode == mode; });
-    return row == ALL.end() ? nullptr : row;
+    const auto row = std::find_if(ALL.begin(), ALL.end(),
+                                  [mode](const ShapeTool &tool) { return tool.mode == mode; });
+    return row == ALL.end() ? nullptr : &*row;
 }

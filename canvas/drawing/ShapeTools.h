@@ -7,7 +7,7 @@
 #include <QRect>
 #include <QVector>
 
-#include <array>
+#include <vector>
 
 class QPainter;
 
@@ -30,7 +30,7 @@ struct ShapeTool {
 namespace ShapeTools
 {
 
-extern const std::array<ShapeTool, 5> ALL;
+extern const std::vector<ShapeTool> ALL;
 
 /// The row of a mode; null for a tool of another kind.
 [[nodiscard]] const ShapeTool *of(CanvasModes::MouseMode mode);

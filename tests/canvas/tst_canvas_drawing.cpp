@@ -308,7 +308,7 @@ private slots:
     {
         const auto canvas = canvasOf();
         const QImage clean = shown(*canvas);
-        for (int mode = CanvasModes::Hand; mode <= CanvasModes::Text; ++mode) {
+        for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
             canvas->setMouseMode(static_cast<CanvasModes::MouseMode>(mode));
             CanvasMouse::move(*canvas, {80, 60}, Qt::NoButton);
             CanvasMouse::move(*canvas, {90, 60});
@@ -453,7 +453,7 @@ private slots:
         canvas.resize(FRAME);
         unsigned char pixel = 0;
         canvas.imageCaptured(&pixel, 0, 0, false, false);
-        for (int mode = CanvasModes::Hand; mode <= CanvasModes::Text; ++mode) {
+        for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
             canvas.setMouseMode(static_cast<CanvasModes::MouseMode>(mode));
             CanvasMouse::drag(canvas, {{10, 10}, {90, 60}, {-5, 200}});
         }
@@ -466,7 +466,7 @@ private slots:
     void aCanvasWithoutPixelsTakesEveryTool()
     {
         const auto canvas = canvasOf({0, 0});
-        for (int mode = CanvasModes::Hand; mode <= CanvasModes::Text; ++mode) {
+        for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
             canvas->setMouseMode(static_cast<CanvasModes::MouseMode>(mode));
             CanvasMouse::drag(*canvas, {{0, 0}, {9, 6}});
         }

@@ -76,12 +76,12 @@ void TestButtonTable::eachToolHasOneButton()
         QVERIFY(Commands::ofTool(*row.tool) == row.command);
         atFirst += row.look & Commands::Checked ? 1 : 0;
     }
-    for (int mode = CanvasModes::Hand; mode <= CanvasModes::Text; ++mode)
+    for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode)
         QCOMPARE(buttons.take(mode), 1);
     QVERIFY(buttons.isEmpty());
     QCOMPARE(atFirst, 1);
     QVERIFY(!Commands::ofTool(-1));
-    QVERIFY(!Commands::ofTool(CanvasModes::Text + 1));
+    QVERIFY(!Commands::ofTool(CanvasModes::MOUSE_MODE_COUNT));
 }
 
 void TestButtonTable::eachKeyHasOneCommand()

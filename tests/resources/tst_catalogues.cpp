@@ -271,7 +271,8 @@ private slots:
 
     void everyTextIsTranslatedWithItsPlaceholdersAndAccelerators()
     {
-        QCOMPARE(catalogueFiles().size(), 6);
+        QVERIFY(catalogueFiles().size() >= 6);
+        QCOMPARE(catalogueFiles().size(), languageCount());
         for (const QString &file : catalogueFiles()) {
             for (const Message &message : readCatalogue(file)) {
                 const QByteArray where = (file + ": " + message.key()).toUtf8();
@@ -437,6 +438,17 @@ private slots:
     }
 
 private:
+    /// The rows of the list that the build and the program read.
+    static int languageCount()
+    {
+        QFile list(SOURCE_ROOT "/resources/translations/languages.txt");
+        if (!list.open(QIODevice::ReadOnly))
+            return 0;
+        const QStringList lines = QString::fromUtf8(list.readAll()).split('\n', Qt::SkipEmptyParts);
+        return int(std::count_if(lines.begin(), lines.end(),
+                                 [](const QString &line) { return !line.startsWith('#'); }));
+    }
+
     static QStringList catalogueFiles()
     {
         const QDir folder(SOURCE_ROOT "/resources/translations");

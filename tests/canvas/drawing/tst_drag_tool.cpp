@@ -186,7 +186,7 @@ private slots:
 
     void movesAndReleasesWithoutAPressDoNothing()
     {
-        for (int mode = CanvasModes::Hand; mode <= CanvasModes::Text; ++mode) {
+        for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
             Board board;
             board.view.zoomIn();
             const ViewGeometry view = board.view;
@@ -553,7 +553,7 @@ private slots:
 
     void anEmptyPictureTakesEveryDrag()
     {
-        for (int mode = CanvasModes::Hand; mode <= CanvasModes::Text; ++mode) {
+        for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
             Board board{QSize()};
             board.press(static_cast<Mode>(mode), {0, 0});
             board.move(static_cast<Mode>(mode), {50, 50});

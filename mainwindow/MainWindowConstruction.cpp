@@ -9,6 +9,7 @@
 #include "sources/FilmSource.h"
 #include "sources/LiveSource.h"
 #include "sources/PhotographSource.h"
+#include "sources/camera/CameraKeeper.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
@@ -196,6 +197,7 @@ void MainWindow::createLivePart()
 {
     m_liveSource =
         new LiveSource(createCanvas(), Config::resolution(), Config::recordingResolution(), this);
+    new CameraKeeper(*m_liveSource, m_liveSource);
     m_capture->setSource(m_liveSource);
     m_camera = std::make_unique<CameraActions>(m_deck, &m_popups, m_liveSource);
 }

@@ -48,8 +48,8 @@ public:
     /// finished.
     std::mutex recorderMutex;
     std::unique_ptr<FrameRecorder> recorder;
-    UvcCamera camera;
-    CameraControls controls{camera};
+    std::unique_ptr<UvcCamera> camera = std::make_unique<UvcCamera>();
+    std::unique_ptr<CameraControls> controls = std::make_unique<CameraControls>(*camera);
 };
 
 LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution,
@@ -82,23 +82,23 @@ bool LiveSource::running() const
 
 int LiveSource::ksPropSet(unsigned long property, void *data, unsigned long length)
 {
-    return m_private->controls.write(static_cast<std::uint8_t>(property & 0xFF), data, length);
+    return m_private->controls->write(static_cast<std::uint8_t>(property & 0xFF), data, length);
 }
 
 int LiveSource::ksPropGet(unsigned long property, void *data, unsigned long length)
 {
-    return m_private->controls.read(static_cast<std::uint8_t>(property & 0xFF), data, length);
+    return m_private->controls->read(static_cast<std::uint8_t>(property & 0xFF), data, length);
 }
 
 void LiveSource::initUVCControl()
 {
-    m_private->camera.findExtensionUnit();
+    m_private->camera->findExtensionUnit();
 }
 
 void LiveSource::startCapture()
 {
     // The frame of a running stream is replaced; it must not be written to any more.
-    if (m_private->camera.streaming())
+    if (m_private->camera->streaming())
         tearDownCaptureGraph();
     createCaptureGraph(false);
 }
@@ -181,6 +181,42 @@ bool LiveSource::recordRequested() const
     return m_recording.requested();
 }
 
+CameraLink LiveSource::cameraLink() const
+{
+    CameraLink link;
+    m_private->camera->report(link);
+    link.seen = m_presenceTimer.isValid();
+    link.running = m_running;
+    return link;
+}
+
+const UvcCamera &LiveSource::camera() const
+{
+    return *m_private->camera;
+}
+
+std::unique_ptr<UvcCamera> LiveSource::takeOver(std::unique_ptr<UvcCamera> camera)
+{
+    // The frame thread of one camera is done before that of the other begins.
+    m_private->camera->stopDelivery();
+    std::swap(m_private->camera, camera);
+    m_private->controls = std::make_unique<CameraControls>(*m_private->camera);
+    initUVCControl();
+    restartStream();
+    return camera;
+}
+
+void LiveSource::restartStream()
+{
+    if (!m_streamSize)
+        return;
+    m_private->camera->startStreaming(
+        *m_streamSize, FRAMES_PER_SECOND,
+        [d = m_private.get()](void *rgb, int width, int height, qint64 microseconds) {
+            d->frameArrived(rgb, width, height, microseconds);
+        });
+}
+
 void LiveSource::checkExistance()
 {
     if (m_running)
@@ -189,7 +225,7 @@ void LiveSource::checkExistance()
         openCamera();
         return;
     }
-    const std::optional<bool> found = m_private->camera.find();
+    const std::optional<bool> found = m_private->camera->find();
     if (!found) {
         askAgainSoon();
         return;
@@ -209,7 +245,7 @@ void LiveSource::checkExistance()
 
 void LiveSource::openCamera()
 {
-    const std::optional<int> result = m_private->camera.open();
+    const std::optional<int> result = m_private->camera->open();
     m_opening = !result;
     if (m_opening) {
         askAgainSoon();
@@ -244,16 +280,12 @@ void LiveSource::createCaptureGraph(bool record)
         return;
     if (record)
         m_recording.begin();
-    const QSize size = record ? m_recordingResolution : m_resolution;
-    m_private->camera.startStreaming(
-        size, FRAMES_PER_SECOND,
-        [d = m_private.get()](void *rgb, int width, int height, qint64 microseconds) {
-            d->frameArrived(rgb, width, height, microseconds);
-        });
+    m_streamSize = record ? m_recordingResolution : m_resolution;
+    restartStream();
     if (!record)
         return;
 
-    std::unique_ptr<FrameRecorder> recorder = createRecorder(size);
+    std::unique_ptr<FrameRecorder> recorder = createRecorder(*m_streamSize);
     const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
     m_private->recorder = std::move(recorder);
 }
@@ -262,8 +294,9 @@ void LiveSource::tearDownCaptureGraph()
 {
     // No picture comes any more. The end of the stream itself may take its time, which the movie is
     // not to wait for.
-    m_private->camera.stopDelivery();
-    m_private->camera.stopStreaming();
+    m_private->camera->stopDelivery();
+    m_private->camera->stopStreaming();
+    m_streamSize.reset();
     finishRecording();
 }
 
@@ -292,7 +325,7 @@ std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
                                   Q_ARG(QString, sentence));
     };
     auto writer = MovieWriter::create({m_recording.fileName(), size}, failed);
-    const CameraProfile &camera = m_private->camera.profile();
+    const CameraProfile &camera = m_private->camera->profile();
     auto sound = SoundCapture::create({camera.vendorId, camera.productId});
     return std::make_unique<MovieRecorder>(std::move(writer), std::move(sound), size);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sources/LiveSourceBase.h"
+#include "sources/camera/CameraOwner.h"
 #include "sources/recording/RecordingRequest.h"
 
 #include <QElapsedTimer>
@@ -9,6 +10,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 class FrameRecorder;
 class ICaptureCB;
@@ -22,7 +24,7 @@ class LiveSourcePrivate;
 /// on the camera's frame thread. No operation waits for the camera for longer than a tenth of a
 /// second: what takes longer goes on by itself, a stream that was asked for last in place of
 /// earlier ones.
-class LiveSource : public LiveSourceBase
+class LiveSource : public LiveSourceBase, public CameraOwner
 {
     Q_OBJECT
 
@@ -73,6 +75,11 @@ public:
     /// Whether one has been asked for and not ended, be it begun or not.
     [[nodiscard]] bool recordRequested() const;
 
+    [[nodiscard]] CameraLink cameraLink() const override;
+    [[nodiscard]] const UvcCamera &camera() const override;
+    [[nodiscard]] std::unique_ptr<UvcCamera> takeOver(std::unique_ptr<UvcCamera> camera) override;
+    void restartStream() override;
+
 public slots:
     /// One look at the bus; opens the camera once it has been there for more than two seconds.
     void checkExistance();
@@ -110,6 +117,8 @@ private:
     RecordingRequest m_recording;
     /// Runs while the first picture of a recording is awaited.
     QTimer m_pictureTimer;
+    /// Of the stream that is wanted now, if one is.
+    std::optional<QSize> m_streamSize;
     QSize m_resolution;
     QSize m_recordingResolution;
 };

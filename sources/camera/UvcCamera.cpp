@@ -1,9 +1,11 @@
 #include "sources/camera/UvcCamera.h"
 
 #include "sources/camera/UvcConnection.h"
+#include "sources/recording/CaptureClock.h"
 
 #include <libuvc/libuvc.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -62,8 +64,24 @@ std::optional<int> UvcCamera::open()
     if (!m_opening.valid())
         m_opening = m_worker.post([connection = m_connection] { return connection->open(); });
     const std::optional<int> result = wait(m_opening);
-    m_opened = result && *result >= 0;
+    if (result)
+        noteOpened(*result);
     return result;
+}
+
+int UvcCamera::openWithin(std::chrono::milliseconds bound, const BusCamera &camera)
+{
+    const auto ofThatMake = [&camera](const CameraProfile &row) { return camera.isOf(row); };
+    m_profile = std::find_if(CAMERA_PROFILES.begin(), CAMERA_PROFILES.end(), ofThatMake);
+    if (m_profile == CAMERA_PROFILES.end())
+        m_profile = CAMERA_PROFILES.data();
+    m_opening = m_worker.post(
+        [connection = m_connection, bus = camera.busNumber, address = camera.address] {
+            const int found = connection->find(bus, address);
+            return found < 0 ? found : connection->open();
+        });
+    noteOpened(m_opening.wait(bound).value_or(UVC_ERROR_TIMEOUT));
+    return m_openResult;
 }
 
 void UvcCamera::findExtensionUnit()
@@ -153,11 +171,38 @@ bool UvcCamera::late() const
     return m_late.open();
 }
 
+void UvcCamera::report(CameraLink &link) const
+{
+    const qint64 now = captureMicroseconds();
+    link.openResult = m_openResult;
+    link.profile = m_profile;
+    link.busNumber = m_connection->busNumber();
+    link.address = m_connection->address();
+    link.gone = m_connection->gone();
+    link.streamWanted = streaming();
+    link.streamPending = m_streaming.open();
+    link.streamResult = m_connection->streamResult();
+    if (!m_stream)
+        return;
+    link.size = m_stream->size();
+    link.frames = m_stream->frames();
+    link.lost = m_stream->lost();
+    link.sinceRequestMs = (now - m_requestedUs) / 1000;
+    link.sinceFrameMs = (now - std::max(m_requestedUs, m_stream->lastFrameMicroseconds())) / 1000;
+}
+
+void UvcCamera::noteOpened(int result)
+{
+    m_openResult = result;
+    m_opened = result >= 0;
+}
+
 void UvcCamera::request(std::shared_ptr<UvcStream> stream, int framesPerSecond)
 {
     m_stream = stream;
     if (m_connection->request({std::move(stream), framesPerSecond}))
-        m_worker.post([connection = m_connection] { return connection->stream(); },
-                      BoundedWorker::Place::First);
+        m_streaming = m_worker.post([connection = m_connection] { return connection->stream(); },
+                                    BoundedWorker::Place::First);
+    m_requestedUs = captureMicroseconds();
     m_connection->hurry();
 }

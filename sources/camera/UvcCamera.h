@@ -1,6 +1,7 @@
 #pragma once
 
-#include "sources/camera/CameraProfile.h"
+#include "sources/camera/BusCamera.h"
+#include "sources/camera/CameraLink.h"
 #include "sources/camera/UvcStream.h"
 #include "sources/camera/WaitBudget.h"
 #include "sources/threads/BoundedWorker.h"
@@ -18,6 +19,9 @@ struct ControlRequest;
 /// The camera on the bus, for the GUI thread: whatever touches the bus runs on a worker, in the
 /// order of the calls, but that a stream asked for goes before controls. The caller waits for
 /// answers within a WaitBudget, and asks again later for those that take longer.
+///
+/// It belongs to one thread at a time: one that was opened elsewhere may be handed to the GUI
+/// thread.
 ///
 /// Results are libuvc's codes, negative on failure.
 class UvcCamera
@@ -40,6 +44,9 @@ public:
     /// Opens the camera that was found: the result, or nothing while it is being opened, which the
     /// next call then asks for.
     std::optional<int> open();
+    /// Finds that camera and opens it, for a thread that may wait: the result, UVC_ERROR_TIMEOUT
+    /// when it is not there within the bound.
+    int openWithin(std::chrono::milliseconds bound, const BusCamera &camera);
 
     /// Looks up the extension unit that profile() names.
     void findExtensionUnit();
@@ -65,12 +72,18 @@ public:
     /// What is read is in the control then.
     BoundedWorker::Ticket send(std::vector<std::shared_ptr<ControlRequest>> controls);
 
+    /// Fills in how this camera and its stream stand, but for `seen` and `running`.
+    void report(CameraLink &link) const;
+    /// What lets another thread give the interfaces back while this camera hangs.
+    [[nodiscard]] std::shared_ptr<UvcConnection> connection() const { return m_connection; }
+
     /// Waits as long as the budget allows; not at all while an earlier answer is late.
     std::optional<int> wait(const BoundedWorker::Ticket &ticket);
     /// Whether an answer that was waited for in vain has not come yet.
     [[nodiscard]] bool late() const;
 
 private:
+    void noteOpened(int result);
     void request(std::shared_ptr<UvcStream> stream, int framesPerSecond);
 
     std::shared_ptr<UvcConnection> m_connection;
@@ -79,6 +92,9 @@ private:
     BoundedWorker::Ticket m_search;
     BoundedWorker::Ticket m_opening;
     BoundedWorker::Ticket m_late;
+    BoundedWorker::Ticket m_streaming;
+    qint64 m_requestedUs = 0;
+    int m_openResult = 0;
     const CameraProfile *m_profile = CAMERA_PROFILES.data();
     bool m_opened = false;
     std::uint8_t m_extensionUnit = 0;

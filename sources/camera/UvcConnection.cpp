@@ -1,7 +1,9 @@
 #include "sources/camera/UvcConnection.h"
 
 #include "sources/camera/CameraProfile.h"
+#include "sources/camera/InterfaceSetting.h"
 
+#include <libusb.h>
 #include <libuvc/libuvc.h>
 
 #include <QtGlobal>
@@ -39,18 +41,34 @@ int UvcConnection::find()
         uvc_device_t *device = nullptr;
         if (uvc_find_device(m_context, &device, profile.vendorId, profile.productId, nullptr) < 0)
             continue;
-        m_device.reset(device);
+        keep(device);
         return static_cast<int>(row);
     }
     return UVC_ERROR_NO_DEVICE;
+}
+
+int UvcConnection::find(std::uint8_t busNumber, std::uint8_t address)
+{
+    m_device.reset();
+    uvc_device_t **list = nullptr;
+    if (!m_context || uvc_get_device_list(m_context, &list) < 0)
+        return UVC_ERROR_NO_DEVICE;
+    int found = UVC_ERROR_NO_DEVICE;
+    for (uvc_device_t **device = list; *device; ++device) {
+        if (uvc_get_bus_number(*device) != busNumber || uvc_get_device_address(*device) != address)
+            continue;
+        uvc_ref_device(*device);
+        keep(*device);
+        found = UVC_SUCCESS;
+    }
+    uvc_free_device_list(list, 1);
+    return found;
 }
 
 int UvcConnection::open()
 {
     if (!m_device)
         return UVC_ERROR_NO_DEVICE;
-    m_busNumber = uvc_get_bus_number(m_device.get());
-    m_deviceAddress = uvc_get_device_address(m_device.get());
     uvc_device_handle_t *handle = nullptr;
     const uvc_error_t error = uvc_open(m_device.get(), &handle);
     m_handle = error < 0 ? nullptr : handle;
@@ -66,8 +84,8 @@ int UvcConnection::stream()
         stop();
     }
     if (!m_handle || m_gone)
-        return UVC_ERROR_NO_DEVICE;
-    return request.stream ? start(request) : UVC_SUCCESS;
+        return m_streamResult = UVC_ERROR_NO_DEVICE;
+    return m_streamResult = request.stream ? start(request) : UVC_SUCCESS;
 }
 
 int UvcConnection::control(std::uint8_t unit, ControlRequest &request)
@@ -87,7 +105,7 @@ bool UvcConnection::listed()
     bool found = false;
     for (uvc_device_t **device = list; *device; ++device)
         found = found || (uvc_get_bus_number(*device) == m_busNumber &&
-                          uvc_get_device_address(*device) == m_deviceAddress);
+                          uvc_get_device_address(*device) == m_address);
     uvc_free_device_list(list, 1);
     m_gone = !found;
     return found;
@@ -105,20 +123,43 @@ int UvcConnection::stop()
 
 int UvcConnection::close()
 {
-    if (!m_context || m_gone)
+    // A device that left while the library set its interface cannot be closed, nor its library.
+    if (!m_context || InterfaceSetting::deviceLeftMeanwhile())
         return UVC_ERROR_NO_DEVICE;
     m_device.reset();
-    // uvc_exit() would close the handle too, but reads it after freeing it.
-    if (m_handle)
-        uvc_close(std::exchange(m_handle, nullptr));
+    {
+        const std::lock_guard<std::mutex> lock(m_releaseMutex);
+        const InterfaceSetting::LeftAlone settings;
+        // uvc_exit() would close the handle too, but reads it after freeing it.
+        if (m_handle)
+            uvc_close(std::exchange(m_handle, nullptr));
+    }
     uvc_exit(std::exchange(m_context, nullptr));
     return UVC_SUCCESS;
+}
+
+void UvcConnection::release()
+{
+    constexpr int MAXIMUM_INTERFACES = 32;
+    const std::lock_guard<std::mutex> lock(m_releaseMutex);
+    if (!m_handle)
+        return;
+    // The library remembers which of them it has claimed and refuses the others at once.
+    for (int interface = 0; interface < MAXIMUM_INTERFACES; ++interface)
+        libusb_release_interface(uvc_get_libusb_handle(m_handle), interface);
 }
 
 bool UvcConnection::request(Request request)
 {
     const std::lock_guard<std::mutex> lock(m_requestMutex);
     return !std::exchange(m_request, std::move(request));
+}
+
+void UvcConnection::keep(uvc_device *device)
+{
+    m_device.reset(device);
+    m_busNumber = uvc_get_bus_number(device);
+    m_address = uvc_get_device_address(device);
 }
 
 UvcConnection::Request UvcConnection::takeRequest()

@@ -17,8 +17,8 @@ struct uvc_device_handle;
 /// for the bus without end, so all of them belong to a worker's thread, but for those that say
 /// otherwise. It outlives the camera object while one of them is on its way.
 ///
-/// A camera that has gone is latched: it is left alone from then on, handle and context included,
-/// as closing them can abort the process. A camera that does not answer has not gone.
+/// A camera that has gone is latched: nothing but the end of its stream and close() touches it from
+/// then on. A camera that does not answer has not gone.
 ///
 /// Results are libuvc's codes, negative on failure.
 class UvcConnection
@@ -38,6 +38,8 @@ public:
     int initialise();
     /// Keeps the first camera of CAMERA_PROFILES that the bus lists now: the number of its row.
     int find();
+    /// Keeps the camera that is there.
+    int find(std::uint8_t busNumber, std::uint8_t address);
     /// Opens the camera found last; the library takes the interface over from a kernel driver.
     int open();
     /// Brings the camera from the running stream to the one wanted last.
@@ -48,7 +50,7 @@ public:
     bool listed();
     /// Ends the stream that runs.
     int stop();
-    /// Gives the camera and the library back, unless the camera has gone.
+    /// Gives the camera and the library back, also when the camera has gone.
     int close();
 
     // Any thread --------------------------------------------------------------------------------
@@ -57,6 +59,14 @@ public:
     bool request(Request request);
     /// Others wait for the worker: a control that does not answer is given up soon.
     void hurry() { m_transfer.hurry(); }
+    /// Gives the camera's interfaces back, so that another connection can have them, while a call
+    /// of this one hangs.
+    void release();
+    /// How the stream that was asked for last was begun or ended.
+    [[nodiscard]] int streamResult() const { return m_streamResult; }
+    /// Where the camera is; after find().
+    [[nodiscard]] std::uint8_t busNumber() const { return m_busNumber; }
+    [[nodiscard]] std::uint8_t address() const { return m_address; }
 
     /// Once open() has succeeded, on any thread for as long as close() has not been called.
     [[nodiscard]] uvc_device_handle *handle() const { return m_handle; }
@@ -66,6 +76,7 @@ private:
         void operator()(uvc_device *device) const;
     };
 
+    void keep(uvc_device *device);
     [[nodiscard]] Request takeRequest();
     int start(const Request &request);
     int noteResult(int result);
@@ -73,11 +84,13 @@ private:
     uvc_context *m_context = nullptr;
     std::unique_ptr<uvc_device, Unreference> m_device;
     uvc_device_handle *m_handle = nullptr;
+    std::mutex m_releaseMutex; ///< keeps release() and the closing of the handle apart
     std::uint8_t m_busNumber = 0;
-    std::uint8_t m_deviceAddress = 0;
+    std::uint8_t m_address = 0;
     std::shared_ptr<UvcStream> m_running;
     ControlTransfer m_transfer;
     std::atomic<bool> m_gone{false};
+    std::atomic<int> m_streamResult{0};
 
     std::mutex m_requestMutex; ///< guards the request
     std::optional<Request> m_request;

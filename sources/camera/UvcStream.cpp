@@ -67,15 +67,29 @@ void UvcStream::deliver(uvc_frame *frame, qint64 microseconds)
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_handler || !m_rgb)
         return;
+    countGap(frame->sequence);
     // The conversion writes rows by the JPEG's own size into a frame made for the stream's.
     const QSize size(static_cast<int>(frame->width), static_cast<int>(frame->height));
     const QSize own = jpegFrameSize(frame->data, frame->data_bytes);
-    if (!own.isEmpty() && own != size)
+    if (!own.isEmpty() && own != size) {
+        ++m_lost;
         return;
+    }
     const uvc_error_t result = own.isEmpty() ? UVC_ERROR_OTHER : uvc_mjpeg2rgb(frame, m_rgb);
     if (result < 0) {
         uvc_perror(result, "ERROR");
+        ++m_lost;
         return;
     }
+    ++m_frames;
+    m_lastFrameUs = microseconds;
     m_handler(m_rgb->data, size.width(), size.height(), microseconds);
+}
+
+void UvcStream::countGap(std::uint32_t sequence)
+{
+    // The library numbers what arrives, and keeps the newest one while this thread is busy.
+    if (m_lastSequence)
+        m_lost += static_cast<std::uint32_t>(sequence - *m_lastSequence - 1);
+    m_lastSequence = sequence;
 }

@@ -4,9 +4,11 @@
 #include <QtGlobal>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 struct uvc_frame;
 
@@ -33,6 +35,14 @@ public:
     void close();
     [[nodiscard]] bool closed() const { return m_closing; }
 
+    // Any thread --------------------------------------------------------------------------------
+    /// Pictures that were handed on, and those that were not: the library had a newer one when this
+    /// thread was ready for the next, or it could not be decoded.
+    [[nodiscard]] std::uint64_t frames() const { return m_frames; }
+    [[nodiscard]] std::uint64_t lost() const { return m_lost; }
+    /// captureMicroseconds() of the last one that was handed on; 0 before the first.
+    [[nodiscard]] qint64 lastFrameMicroseconds() const { return m_lastFrameUs; }
+
     /// libuvc's callback; `stream` is the stream.
     static void frameArrived(uvc_frame *frame, void *stream);
 
@@ -41,6 +51,7 @@ public:
 
 private:
     void deliver(uvc_frame *frame, qint64 microseconds);
+    void countGap(std::uint32_t sequence);
 
     const QSize m_size;
     std::atomic<bool> m_closing{false};
@@ -48,4 +59,8 @@ private:
     std::mutex m_mutex;
     uvc_frame *m_rgb = nullptr;
     FrameHandler m_handler;
+    std::optional<std::uint32_t> m_lastSequence; ///< the frame thread's
+    std::atomic<std::uint64_t> m_frames{0};
+    std::atomic<std::uint64_t> m_lost{0};
+    std::atomic<qint64> m_lastFrameUs{0};
 };

@@ -211,10 +211,7 @@ int UsbFs::claim(Handle &handle, UMockdevIoctlData *argument, bool wanted)
         handle.claimed &= ~bit;
         return 0;
     }
-    const bool taken = std::any_of(m_handles.begin(), m_handles.end(), [&](const Handle *other) {
-        return other != &handle && (other->claimed & bit);
-    });
-    if (taken || m_faults.claimBusy)
+    if (heldByAnother(handle, bit) || m_faults.claimBusy)
         return -EBUSY;
     handle.claimed |= bit;
     return 0;
@@ -277,6 +274,8 @@ int UsbFs::submit(Handle &handle, UMockdevIoctlData *argument)
         handle.done.push_back(std::move(urb));
     } else {
         const bool video = urb->isVideo();
+        if (video && heldByAnother(handle, 1u << UsbDescriptors::STREAMING_INTERFACE))
+            return -EBUSY;
         handle.pending.push_back(std::move(urb));
         if (video) {
             m_queue.feed(handle);
@@ -343,6 +342,13 @@ UsbFs::Handle &UsbFs::handleOf(UMockdevIoctlClient *client)
         last->owner->forget(last.get());
     });
     return *handle;
+}
+
+bool UsbFs::heldByAnother(const Handle &handle, unsigned interfaceBit) const
+{
+    return std::any_of(m_handles.begin(), m_handles.end(), [&](const Handle *other) {
+        return other != &handle && (other->claimed & interfaceBit);
+    });
 }
 
 void UsbFs::forget(Handle *handle)

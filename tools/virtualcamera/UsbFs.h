@@ -68,6 +68,7 @@ private:
     [[nodiscard]] int answer(const SetupPacket &setup, std::uint8_t *data);
 
     Handle &handleOf(UMockdevIoctlClient *client);
+    [[nodiscard]] bool heldByAnother(const Handle &handle, unsigned interfaceBit) const;
     void forget(Handle *handle);
     void updateReadiness();
     void stopStream();

@@ -1,0 +1,137 @@
+#include "sources/camera/CameraKeeper.h"
+
+#include "sources/camera/CameraBus.h"
+#include "sources/camera/CameraOwner.h"
+#include "sources/camera/UvcCamera.h"
+#include "sources/camera/UvcConnection.h"
+#include "sources/threads/CallbackGate.h"
+#include "sources/threads/DetachedThreads.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace
+{
+
+constexpr int INTERVAL_MS = 500;
+/// For a camera to be opened. One that works takes a few ten milliseconds.
+constexpr std::chrono::milliseconds OPEN_BOUND{3000};
+
+} // namespace
+
+/// A camera that was opened, or could not be.
+struct CameraKeeper::Opened {
+    std::unique_ptr<UvcCamera> camera;
+    int result = 0;
+};
+
+template <class Call>
+void CameraKeeper::answer(CallbackGate &gate, CameraKeeper *keeper, Call call)
+{
+    gate.pass([&] { QMetaObject::invokeMethod(keeper, std::move(call), Qt::QueuedConnection); });
+}
+
+CameraKeeper::CameraKeeper(CameraOwner &owner, QObject *parent)
+    : QObject(parent)
+    , m_owner(owner)
+    , m_bus(std::make_shared<CameraBus>())
+    , m_gate(std::make_shared<CallbackGate>())
+    , m_worker("CameraKeeper")
+{
+    m_clock.start();
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &CameraKeeper::look);
+    m_timer.start(INTERVAL_MS);
+}
+
+CameraKeeper::~CameraKeeper()
+{
+    m_gate->close();
+}
+
+void CameraKeeper::look()
+{
+    m_timer.start(INTERVAL_MS);
+    if (!m_owner.cameraLink().running) {
+        decide({});
+        return;
+    }
+    if (m_looking || m_opening)
+        return;
+    m_looking = true;
+    m_worker.post([this, bus = m_bus, gate = m_gate] {
+        const DetachedThreads::Running running;
+        answer(*gate, this, [this, listed = bus->cameras()] {
+            m_looking = false;
+            decide(listed);
+        });
+        return 0;
+    });
+}
+
+void CameraKeeper::decide(const BusCameras &listed)
+{
+    const std::int64_t now = m_clock.elapsed();
+    const KeeperRules::Decision decision = m_rules.decide(now, listed, m_owner.cameraLink());
+    if (decision.open)
+        open(*decision.open);
+    else if (decision.restartStream)
+        m_owner.restartStream();
+    if (decision.dueMs)
+        m_timer.start(
+            static_cast<int>(std::clamp<std::int64_t>(*decision.dueMs - now, 1, INTERVAL_MS)));
+    setState(decision.state);
+}
+
+void CameraKeeper::open(const BusCamera &camera)
+{
+    m_opening = true;
+    // A camera in use that hangs, or that has lost its device node, keeps its interfaces otherwise.
+    m_worker.post([this, camera, gate = m_gate, before = m_owner.camera().connection()] {
+        const DetachedThreads::Running running;
+        before->release();
+        auto opened = std::make_shared<Opened>();
+        opened->camera = std::make_unique<UvcCamera>();
+        opened->result = opened->camera->openWithin(OPEN_BOUND, camera);
+        answer(*gate, this, [this, opened] { this->opened(opened); });
+        return 0;
+    });
+}
+
+void CameraKeeper::opened(const std::shared_ptr<Opened> &result)
+{
+    m_opening = false;
+    m_rules.opened(m_clock.elapsed(), result->result);
+    if (result->result < 0)
+        retire(std::move(result->camera));
+    else
+        retire(m_owner.takeOver(std::move(result->camera)));
+    look();
+}
+
+void CameraKeeper::retire(std::unique_ptr<UvcCamera> camera)
+{
+    m_worker.post([last = std::shared_ptr<UvcCamera>(std::move(camera))]() mutable {
+        const DetachedThreads::Running running;
+        last.reset();
+        return 0;
+    });
+}
+
+void CameraKeeper::setState(CameraStatus::State state)
+{
+    const CameraLink link = m_owner.cameraLink();
+    m_frameRate.note(m_clock.elapsed(), link.frames);
+    CameraStatus status;
+    status.state = state;
+    status.size = link.size;
+    if (state == CameraStatus::State::Showing)
+        status.framesPerSecond = std::round(m_frameRate.perSecond() * 10.0) / 10.0;
+    status.framesLost = link.lost;
+    if (status == m_status)
+        return;
+    m_status = status;
+    emit statusChanged();
+}

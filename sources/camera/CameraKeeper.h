@@ -1,0 +1,63 @@
+#pragma once
+
+#include "sources/camera/CameraStatus.h"
+#include "sources/camera/FrameRate.h"
+#include "sources/camera/KeeperRules.h"
+#include "sources/threads/BoundedWorker.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+class CallbackGate;
+class CameraBus;
+class CameraOwner;
+class UvcCamera;
+
+/// Brings the camera back when it was unplugged, could not be opened or fell silent, and says how
+/// it stands. It begins when the program has opened a camera for the first time.
+///
+/// Belongs to the GUI thread. Whatever touches the bus runs on the thread "CameraKeeper", also the
+/// end of a camera that was replaced; the GUI thread waits for none of it. The owner is used until
+/// the keeper is destroyed, and by the destructor no more.
+class CameraKeeper : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CameraKeeper(CameraOwner &owner, QObject *parent = nullptr);
+    ~CameraKeeper() override;
+
+    [[nodiscard]] const CameraStatus &status() const { return m_status; }
+
+signals:
+    void statusChanged();
+
+private:
+    struct Opened;
+
+    void look();
+    void decide(const BusCameras &listed);
+    void open(const BusCamera &camera);
+    void opened(const std::shared_ptr<Opened> &result);
+    void retire(std::unique_ptr<UvcCamera> camera);
+    void setState(CameraStatus::State state);
+    /// Runs `call` on the GUI thread, unless the keeper is gone by then. Any thread.
+    template <class Call>
+    static void answer(CallbackGate &gate, CameraKeeper *keeper, Call call);
+
+    CameraOwner &m_owner;
+    const std::shared_ptr<CameraBus> m_bus;
+    /// What the worker's answers pass.
+    const std::shared_ptr<CallbackGate> m_gate;
+    BoundedWorker m_worker;
+    QTimer m_timer;
+    QElapsedTimer m_clock;
+    KeeperRules m_rules;
+    FrameRate m_frameRate;
+    CameraStatus m_status;
+    bool m_looking = false;
+    bool m_opening = false;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QSize>
+
+#include <cstdint>
+
+/// What the user is told of the camera.
+struct CameraStatus {
+    enum class State {
+        Waiting,      ///< none has been plugged in since the program started
+        Seen,         ///< on the bus, and about to be opened
+        Showing,      ///< pictures come
+        Unplugged,    ///< it was there
+        Busy,         ///< another program has it
+        NoPermission, ///< the user may not open it
+        NotOpened,    ///< it cannot be opened for another reason
+        NoSuchSize,   ///< it does not agree to the size that is wanted
+        Silent,       ///< no picture for two seconds
+    };
+
+    State state = State::Waiting;
+    /// That is wanted, in pixels; and what is shown of it while the state is Showing.
+    QSize size;
+    double framesPerSecond = 0.0;
+    /// Of the stream that runs.
+    std::uint64_t framesLost = 0;
+
+    /// Whether the user is to be told that something is wrong.
+    [[nodiscard]] bool wrong() const { return state != State::Showing && state != State::Seen; }
+
+    bool operator==(const CameraStatus &other) const
+    {
+        return state == other.state && size == other.size &&
+               framesPerSecond == other.framesPerSecond && framesLost == other.framesLost;
+    }
+    bool operator!=(const CameraStatus &other) const { return !(*this == other); }
+};

@@ -1,0 +1,131 @@
+#include "sources/camera/KeeperRules.h"
+
+#include <algorithm>
+
+using State = CameraStatus::State;
+
+namespace
+{
+
+// libuvc's codes; its header stays with those who call it.
+constexpr int ERROR_ACCESS = -3;
+constexpr int ERROR_BUSY = -6;
+constexpr int ERROR_INVALID_MODE = -51;
+
+} // namespace
+
+KeeperRules::Decision KeeperRules::decide(std::int64_t nowMs, const BusCameras &listed,
+                                          const CameraLink &link)
+{
+    if (!link.running) {
+        Decision decision;
+        decision.state = link.seen ? State::Seen : State::Waiting;
+        return decision;
+    }
+    notePresence(nowMs, listed, link);
+    const bool inUse = link.openResult >= 0 && !link.gone && m_candidate &&
+                       m_candidate->isAt(link.busNumber, link.address);
+    return inUse ? withCamera(nowMs, link) : withoutCamera(nowMs);
+}
+
+void KeeperRules::opened(std::int64_t nowMs, int result)
+{
+    m_openResult = result;
+    m_nextOpenMs = nowMs + RETRY_MS;
+    m_nextRestartMs = nowMs + SILENT_RESTART_MS;
+    m_restarts = 0;
+}
+
+State KeeperRules::stateOf(int openResult)
+{
+    switch (openResult) {
+    case ERROR_ACCESS:
+        return State::NoPermission;
+    case ERROR_BUSY:
+        return State::Busy;
+    default:
+        return openResult < 0 ? State::NotOpened : State::Seen;
+    }
+}
+
+void KeeperRules::notePresence(std::int64_t nowMs, const BusCameras &listed, const CameraLink &link)
+{
+    // The one in use before another of its make.
+    auto found = std::find_if(listed.begin(), listed.end(), [&link](const BusCamera &camera) {
+        return camera.isAt(link.busNumber, link.address) && camera.isOf(*link.profile);
+    });
+    if (found == listed.end())
+        found = std::find_if(listed.begin(), listed.end(), [&link](const BusCamera &camera) {
+            return camera.isOf(*link.profile);
+        });
+    if (found == listed.end()) {
+        m_candidate.reset();
+        return;
+    }
+    if (!m_candidate || !m_candidate->isAt(found->busNumber, found->address)) {
+        m_nextOpenMs = nowMs + SETTLE_MS;
+        m_nextRestartMs = 0;
+        m_restarts = 0;
+        // A camera that is in use was opened when it had settled.
+        m_openResult = found->isAt(link.busNumber, link.address) ? link.openResult : 0;
+    }
+    m_candidate = *found;
+}
+
+KeeperRules::Decision KeeperRules::withoutCamera(std::int64_t nowMs) const
+{
+    Decision decision;
+    if (!m_candidate) {
+        decision.state = State::Unplugged;
+        return decision;
+    }
+    decision.state = stateOf(m_openResult);
+    if (nowMs >= m_nextOpenMs)
+        decision.open = m_candidate;
+    else
+        decision.dueMs = m_nextOpenMs;
+    return decision;
+}
+
+KeeperRules::Decision KeeperRules::withCamera(std::int64_t nowMs, const CameraLink &link)
+{
+    if (link.streamPending)
+        return withPendingStream(nowMs, link);
+    if (link.streamWanted && link.streamResult < 0)
+        return withoutPictures(nowMs, link, State::NoSuchSize, RETRY_MS);
+    if (link.streamWanted && link.sinceFrameMs >= SILENT_MS)
+        return withoutPictures(nowMs, link, State::Silent, SILENT_RESTART_MS);
+    Decision decision;
+    decision.state = State::Seen;
+    if (link.frames > 0) {
+        m_restarts = 0;
+        decision.state = State::Showing;
+    }
+    return decision;
+}
+
+KeeperRules::Decision KeeperRules::withPendingStream(std::int64_t nowMs,
+                                                     const CameraLink &link) const
+{
+    Decision decision;
+    decision.state = link.sinceRequestMs >= SILENT_MS ? State::Silent : State::Seen;
+    if (link.sinceRequestMs >= HANG_MS && nowMs >= m_nextOpenMs)
+        decision.open = m_candidate;
+    return decision;
+}
+
+KeeperRules::Decision KeeperRules::withoutPictures(std::int64_t nowMs, const CameraLink &link,
+                                                   State state, std::int64_t intervalMs)
+{
+    Decision decision;
+    decision.state = state;
+    if (link.sinceFrameMs < intervalMs || nowMs < m_nextRestartMs)
+        return decision;
+    m_nextRestartMs = nowMs + intervalMs;
+    // A camera that has no such size is in order otherwise.
+    if (link.streamResult != ERROR_INVALID_MODE && ++m_restarts > RESTARTS)
+        decision.open = m_candidate;
+    else
+        decision.restartStream = true;
+    return decision;
+}

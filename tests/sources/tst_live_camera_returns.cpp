@@ -1,0 +1,385 @@
+#include "tests/sources/LiveRig.h"
+
+#include "sources/camera/CameraKeeper.h"
+#include "sources/camera/CameraParameters.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QSignalSpy>
+
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+
+using State = CameraStatus::State;
+
+namespace
+{
+
+/// From the plug to the picture, as a user may expect it.
+constexpr qint64 RETURN_LIMIT_MS = 3500;
+
+/// A program's live source with its keeper.
+struct KeptRig : LiveRig {
+    CameraKeeper keeper{*source};
+
+    bool waitForState(State state)
+    {
+        return QTest::qWaitFor([this, state] { return keeper.status().state == state; },
+                               PATIENCE_MS);
+    }
+};
+
+/// A short life of a program whose camera comes back. True when it went as it should.
+using Life = bool (*)(VirtualCamera &, KeptRig &);
+
+bool check(bool good, const char *what)
+{
+    if (!good)
+        std::printf("not so: %s\n", what);
+    return good;
+}
+#define CHECK(condition)                                                                           \
+    do {                                                                                           \
+        if (!check(condition, #condition))                                                         \
+            return false;                                                                          \
+    } while (false)
+
+void pull(VirtualCamera &camera)
+{
+    if (qEnvironmentVariableIsSet("CAMERA_LEAVES_DIRTY"))
+        camera.unplugDirty();
+    else
+        camera.unplug();
+}
+
+/// Plugs the camera in and says how long the picture took; negative when it stayed away.
+qint64 plugAndWait(VirtualCamera &camera, KeptRig &rig)
+{
+    QElapsedTimer timer;
+    timer.start();
+    if (!camera.plug() || !rig.waitForFrames(1))
+        return -1;
+    const qint64 elapsedMs = timer.elapsed();
+    std::printf("picture again after %lld ms\n", static_cast<long long>(elapsedMs));
+    return elapsedMs;
+}
+
+bool inTime(qint64 elapsedMs)
+{
+    return elapsedMs >= 0 && elapsedMs <= RETURN_LIMIT_MS;
+}
+
+bool pluggedInAgain(VirtualCamera &camera, KeptRig &rig)
+{
+    const MessageLog log;
+    CHECK(rig.keeper.status().state == State::Waiting);
+    CHECK(camera.plug());
+    CHECK(rig.waitForState(State::Seen));
+    CHECK(rig.waitForState(State::Showing));
+    CHECK(rig.keeper.status().size == LiveRig::PREVIEW);
+    const int found = log.count("DEVICE FOUND");
+    for (int round = 0; round < 3; ++round) {
+        pull(camera);
+        CHECK(rig.waitForState(State::Unplugged));
+        CHECK(rig.source->running());
+        CHECK(inTime(plugAndWait(camera, rig)));
+        CHECK(rig.waitForState(State::Showing));
+        CHECK(rig.source->brightness() > 0);
+    }
+    CHECK(log.count("DEVICE FOUND") == found);
+    return rig.sink.size() == LiveRig::PREVIEW;
+}
+
+/// Too quickly for anybody to have seen it away.
+bool pulledAndPluggedAtOnce(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    pull(camera);
+    return check(inTime(plugAndWait(camera, rig)), "in time");
+}
+
+bool resizedMeanwhile(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    pull(camera);
+    CHECK(rig.waitForState(State::Unplugged));
+    rig.source->setResolution({1920, 1080});
+    CHECK(inTime(plugAndWait(camera, rig)));
+    return check(rig.sink.size() == QSize(1920, 1080), "the size that was chosen meanwhile");
+}
+
+bool stoppedMeanwhile(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    pull(camera);
+    rig.source->stopCapture();
+    CHECK(rig.waitForState(State::Unplugged));
+    CHECK(camera.plug());
+    // Seen: open, and no stream is asked for.
+    CHECK(rig.waitForState(State::Seen));
+    CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().gone == false; },
+                          LiveRig::PATIENCE_MS));
+    CHECK(staysWithoutFrames(rig.sink));
+    rig.source->startCapture();
+    return rig.waitForFrames();
+}
+
+/// What a movie has: the pictures in it, and the seconds of its picture and of its sound.
+struct MovieFacts {
+    int pictures = 0;
+    double pictureSeconds = 0.0;
+    double soundSeconds = 0.0;
+};
+
+MovieFacts probe(const QString &file)
+{
+    QProcess ffprobe;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("LD_PRELOAD");
+    ffprobe.setProcessEnvironment(environment);
+    ffprobe.start("ffprobe",
+                  {"-v", "error", "-count_packets", "-show_entries",
+                   "stream=codec_type,duration,nb_read_packets", "-of", "csv=p=0", file});
+    MovieFacts facts;
+    if (!ffprobe.waitForFinished(LiveRig::PATIENCE_MS))
+        return facts;
+    for (const QString &line : QString(ffprobe.readAllStandardOutput()).split('\n')) {
+        const QStringList fields = line.split(',');
+        if (fields.size() < 3)
+            continue;
+        if (fields[0] == "video") {
+            facts.pictureSeconds = fields[1].toDouble();
+            facts.pictures = fields[2].toInt();
+        } else {
+            facts.soundSeconds = fields[1].toDouble();
+        }
+    }
+    std::printf("%d pictures, %.2f s of pictures, %.2f s of sound\n", facts.pictures,
+                facts.pictureSeconds, facts.soundSeconds);
+    return facts;
+}
+
+/// One movie, whose sound goes on while the camera is away.
+bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    QSignalSpy failures(rig.source.get(), &LiveSource::recordFailed);
+    const QString file = QDir::tempPath() + "/through.mov";
+    QElapsedTimer length;
+    rig.source->startRecord(file);
+    length.start();
+    CHECK(rig.waitForSize(LiveRig::RECORDING));
+    CHECK(rig.waitForFrames(30));
+    pull(camera);
+    CHECK(rig.waitForState(State::Unplugged));
+    CHECK(rig.source->recording());
+    rig.source->setRecordingResolution({1920, 1080}); // for the next one
+    CHECK(inTime(plugAndWait(camera, rig)));
+    CHECK(rig.source->recording());
+    CHECK(rig.waitForFrames(30));
+    CHECK(rig.sink.size() == LiveRig::RECORDING);
+    rig.source->stopRecord();
+    const double seconds = static_cast<double>(length.elapsed()) / 1000.0;
+    CHECK(rig.waitForSize(LiveRig::PREVIEW));
+    const MovieFacts facts = probe(file);
+    CHECK(facts.pictures >= 10); // a machine under load drops some
+    CHECK(facts.soundSeconds > seconds - 1.5);
+    CHECK(facts.pictureSeconds > seconds - 1.5);
+    return check(failures.isEmpty(), "no failure told");
+}
+
+bool busyAtFirst(VirtualCamera &camera, KeptRig &rig)
+{
+    camera.faults().claimBusy = 1;
+    CHECK(camera.plug());
+    CHECK(rig.waitUntilRunning());
+    CHECK(rig.waitForState(State::Busy));
+    CHECK(staysWithoutFrames(rig.sink, 3000)); // longer than between two attempts
+    CHECK(rig.keeper.status().state == State::Busy);
+    camera.faults().claimBusy = 0;
+    CHECK(rig.waitForFrames());
+    return rig.waitForState(State::Showing) && rig.source->brightness() > 0;
+}
+
+/// Obeys the permissions of files from now on, as a user's program does.
+void becomeUser()
+{
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct data[2] = {};
+    syscall(SYS_capget, &header, data);
+    data[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
+    syscall(SYS_capset, &header, data);
+}
+
+bool forbiddenAtFirst(VirtualCamera &camera, KeptRig &rig)
+{
+    camera.faults().denyOpen = 1;
+    CHECK(camera.plug());
+    CHECK(rig.waitUntilRunning());
+    CHECK(rig.waitForState(State::NoPermission));
+    const QDir nodes(camera.root() + "/dev/bus/usb/001");
+    for (const QString &node : nodes.entryList(QDir::System | QDir::Files))
+        CHECK(QFile::setPermissions(nodes.filePath(node), QFile::ReadOwner | QFile::WriteOwner));
+    CHECK(rig.waitForFrames());
+    return rig.waitForState(State::Showing);
+}
+
+bool withoutTheSizeAtFirst(VirtualCamera &camera, KeptRig &rig)
+{
+    camera.faults().stallProbes = -1;
+    CHECK(camera.plug());
+    CHECK(rig.waitForState(State::NoSuchSize));
+    camera.faults().stallProbes = 0;
+    CHECK(rig.waitForFrames());
+    CHECK(rig.waitForState(State::Showing));
+    rig.source->setResolution({800, 600});
+    CHECK(rig.waitForState(State::NoSuchSize));
+    CHECK(rig.keeper.status().size == QSize(800, 600));
+    rig.source->setResolution(LiveRig::PREVIEW);
+    return rig.waitForFrames() && rig.waitForState(State::Showing);
+}
+
+/// The question for a stream is never answered, and no later one on that connection can be.
+bool negotiationHangs(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    camera.faults().hangControls = 1;
+    rig.source->setResolution({1920, 1080});
+    CHECK(rig.waitForState(State::Silent));
+    CHECK(rig.waitForSize({1920, 1080}));
+    return rig.waitForFrames() && rig.waitForState(State::Showing);
+}
+
+bool silentForAWhile(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    camera.faults().silent = 1;
+    CHECK(rig.waitForState(State::Silent));
+    // Its stream is asked for anew meanwhile.
+    CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().frames == 0; },
+                          LiveRig::PATIENCE_MS));
+    camera.faults().silent = 0;
+    return rig.waitForFrames() && rig.waitForState(State::Showing);
+}
+
+/// A control that is not answered is not a camera that has gone.
+bool controlHangs(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    camera.faults().hangControls = 2;
+    unsigned long value = 3;
+    CHECK(rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0);
+    CHECK(rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0);
+    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::PATIENCE_MS));
+    CHECK(rig.waitForFrames());
+    return rig.keeper.status().state == State::Showing;
+}
+
+/// The camera leaves while the keeper is at work on it, and so does the program.
+bool goneAgainWhileItIsOpened(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    pull(camera);
+    CHECK(rig.waitForState(State::Unplugged));
+    for (const int stayMs : {1900, 2000, 2050, 2100, 2200, 2400}) {
+        CHECK(camera.plug());
+        QTest::qWait(stayMs); // around the moment at which it is opened
+        pull(camera);
+    }
+    CHECK(rig.waitForState(State::Unplugged));
+    return inTime(plugAndWait(camera, rig));
+}
+
+struct NamedLife {
+    const char *name;
+    Life life;
+    bool dirtyToo;
+};
+
+const NamedLife LIVES[] = {
+    {"plugged in again", pluggedInAgain, true},
+    {"pulled and plugged at once", pulledAndPluggedAtOnce, true},
+    {"resized meanwhile", resizedMeanwhile, false},
+    {"stopped meanwhile", stoppedMeanwhile, false},
+    {"recorded through the unplug", recordedThroughTheUnplug, true},
+    {"busy at first", busyAtFirst, false},
+    {"forbidden at first", forbiddenAtFirst, false},
+    {"without the size at first", withoutTheSizeAtFirst, false},
+    {"negotiation hangs", negotiationHangs, false},
+    {"silent for a while", silentForAWhile, false},
+    {"control hangs", controlHangs, false},
+    {"gone again while it is opened", goneAgainWhileItIsOpened, true},
+};
+
+/// The child's main().
+int live(const char *name)
+{
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    if (std::strcmp(name, "forbidden at first") == 0)
+        becomeUser();
+    VirtualCamera camera(rigCamera());
+    KeptRig rig;
+    for (const NamedLife &row : LIVES) {
+        if (std::strcmp(row.name, name) == 0)
+            return row.life(camera, rig) ? 0 : 1;
+    }
+    return 1;
+}
+
+} // namespace
+
+/// Every way in which a camera comes back, each in a process of its own, which must end by itself.
+class LiveCameraReturnsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void thePictureIsThereAgain_data()
+    {
+        QTest::addColumn<QString>("life");
+        QTest::addColumn<bool>("dirty");
+        for (const NamedLife &row : LIVES) {
+            QTest::newRow(row.name) << QString(row.name) << false;
+            if (row.dirtyToo)
+                QTest::newRow(qPrintable(QString("%1, dirty").arg(row.name)))
+                    << QString(row.name) << true;
+        }
+    }
+
+    void thePictureIsThereAgain()
+    {
+        QFETCH(QString, life);
+        QFETCH(bool, dirty);
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (dirty)
+            environment.insert("CAMERA_LEAVES_DIRTY", "1");
+        child.setProcessEnvironment(environment);
+        child.setProcessChannelMode(QProcess::MergedChannels);
+        child.start(QCoreApplication::applicationFilePath(), {"--live", life});
+        const bool ended = child.waitForFinished(150000);
+        if (!ended)
+            child.kill();
+        const QByteArray said = child.readAll();
+        QVERIFY2(ended, said.constData());
+        QVERIFY2(child.exitStatus() == QProcess::NormalExit, said.constData());
+        QVERIFY2(child.exitCode() == 0, said.constData());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--live") == 0)
+        return live(argv[2]);
+    LiveCameraReturnsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_live_camera_returns.moc"

@@ -1,7 +1,7 @@
 #include "sources/camera/UvcConnection.h"
 
 #include "sources/camera/CameraProfile.h"
-#include "sources/camera/InterfaceSetting.h"
+#include "sources/camera/LibraryFaults.h"
 
 #include <libusb.h>
 #include <libuvc/libuvc.h>
@@ -124,12 +124,12 @@ int UvcConnection::stop()
 int UvcConnection::close()
 {
     // A device that left while the library set its interface cannot be closed, nor its library.
-    if (!m_context || InterfaceSetting::deviceLeftMeanwhile())
+    if (!m_context || LibraryFaults::deviceLeftInSetting())
         return UVC_ERROR_NO_DEVICE;
     m_device.reset();
     {
         const std::lock_guard<std::mutex> lock(m_releaseMutex);
-        const InterfaceSetting::LeftAlone settings;
+        const LibraryFaults::SettingsLeftAlone settings;
         // uvc_exit() would close the handle too, but reads it after freeing it.
         if (m_handle)
             uvc_close(std::exchange(m_handle, nullptr));
@@ -186,6 +186,7 @@ int UvcConnection::start(const Request &request)
         return UVC_SUCCESS;
     stream->allocate();
     stream->self = stream;
+    const LibraryFaults::RefusalsTold refusals;
     const int started = noteResult(
         uvc_start_streaming(m_handle, &block, &UvcStream::frameArrived, stream.get(), 0));
     if (started < 0)

@@ -296,6 +296,62 @@ bool goneAgainWhileItIsOpened(VirtualCamera &camera, KeptRig &rig)
     return inTime(plugAndWait(camera, rig));
 }
 
+/// What a process holds.
+struct Holding {
+    int descriptors = 0;
+    int threads = 0;
+    long residentKilobytes = 0;
+};
+
+Holding holding()
+{
+    Holding now;
+    now.descriptors =
+        static_cast<int>(QDir("/proc/self/fd").entryList(QDir::Files | QDir::System).size());
+    now.threads = static_cast<int>(
+        QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
+    QFile status("/proc/self/status");
+    if (status.open(QIODevice::ReadOnly)) {
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("VmRSS:"))
+                now.residentKilobytes = line.mid(6).trimmed().split(' ').first().toLong();
+        }
+    }
+    return now;
+}
+
+/// What a return leaves behind: little memory and no thread.
+bool oftenPulledAndPlugged(VirtualCamera &camera, KeptRig &rig)
+{
+    constexpr int ROUNDS = 8;
+    constexpr int DESCRIPTORS_EACH = 2;
+    constexpr long KILOBYTES_EACH = 1024;
+    CHECK(rig.bringUp(camera));
+    for (int round = 0; round < 2; ++round) { // what is made once is there then
+        pull(camera);
+        CHECK(plugAndWait(camera, rig) >= 0);
+    }
+    const Holding before = holding();
+    for (int round = 0; round < ROUNDS; ++round) {
+        pull(camera);
+        CHECK(plugAndWait(camera, rig) >= 0);
+    }
+    Holding after;
+    // The end of the last one but one goes on in the background.
+    const bool bounded = QTest::qWaitFor(
+        [&] {
+            after = holding();
+            return after.descriptors - before.descriptors <= ROUNDS * DESCRIPTORS_EACH &&
+                   after.threads <= before.threads &&
+                   after.residentKilobytes - before.residentKilobytes <= ROUNDS * KILOBYTES_EACH;
+        },
+        LiveRig::PATIENCE_MS);
+    std::printf("%d returns: %+d descriptors, %+d threads, %+ld kB\n", ROUNDS,
+                after.descriptors - before.descriptors, after.threads - before.threads,
+                after.residentKilobytes - before.residentKilobytes);
+    return check(bounded, "bounded");
+}
+
 struct NamedLife {
     const char *name;
     Life life;
@@ -314,6 +370,7 @@ const NamedLife LIVES[] = {
     {"negotiation hangs", negotiationHangs, false},
     {"silent for a while", silentForAWhile, false},
     {"control hangs", controlHangs, false},
+    {"often pulled and plugged", oftenPulledAndPlugged, true},
     {"gone again while it is opened", goneAgainWhileItIsOpened, true},
 };
 

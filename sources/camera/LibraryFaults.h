@@ -1,0 +1,41 @@
+#pragma once
+
+/// Two faults of the USB libraries in cameras that leave. The definitions in LibraryFaults.cpp take
+/// the place of the libraries' own functions for the whole program.
+///
+/// - libusb_set_interface_alt_setting() unlocks a mutex that it has not locked when the device is
+///   gone, and closing the device then aborts the process. For a device that is gone it now answers
+///   LIBUSB_ERROR_NO_DEVICE without that.
+/// - libuvc asks for a transfer of the stream again when it has taken the picture out, and does not
+///   look whether that was refused. Ending the stream then waits for that transfer for ever. A
+///   refused one is now given back to the library as one that the device has dropped.
+namespace LibraryFaults
+{
+
+/// While it lives, interface settings that this thread asks for are left as they are: for closing a
+/// camera whose stream has ended, which has nothing to set any more and may leave meanwhile.
+class SettingsLeftAlone
+{
+public:
+    SettingsLeftAlone();
+    ~SettingsLeftAlone();
+    SettingsLeftAlone(const SettingsLeftAlone &) = delete;
+    SettingsLeftAlone &operator=(const SettingsLeftAlone &) = delete;
+};
+
+/// While it lives, refused transfers that this thread asks for are told by their result alone: for
+/// the start of a stream, which looks at it.
+class RefusalsTold
+{
+public:
+    RefusalsTold();
+    ~RefusalsTold();
+    RefusalsTold(const RefusalsTold &) = delete;
+    RefusalsTold &operator=(const RefusalsTold &) = delete;
+};
+
+/// Whether on this thread a device has left in the middle of setting an interface. The thread's
+/// devices must not be closed then.
+[[nodiscard]] bool deviceLeftInSetting();
+
+} // namespace LibraryFaults

@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
+#include <QTextDocument>
 #include <QThread>
 
 #include <algorithm>
@@ -44,6 +45,8 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     connect(&m_strokeTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
 
     connect(m_text.editor(), &TextEditor::finished, this, &ImageCanvas::endTextEditing);
+    connect(m_text.editor(), &TextEditor::undoAvailable, this, &ImageCanvas::announceHistory);
+    connect(m_text.editor(), &TextEditor::redoAvailable, this, &ImageCanvas::announceHistory);
 
     if (const FramePtr picture = startPicture())
         m_model.take(picture);
@@ -87,6 +90,7 @@ void ImageCanvas::autoRefresh()
 
 void ImageCanvas::refreshWhenIdle()
 {
+    m_model.packHistory();
     if (m_refreshTimer.isActive() || !isVisible() || m_model.msSinceFrame() < SILENT_SOURCE_MS)
         return;
     // Indications come and go by the clock alone, so that there is always a reason to repaint.
@@ -218,12 +222,60 @@ void ImageCanvas::endTextEditing()
         return;
     m_text.close();
     m_model.commitText(m_text.document(), size());
+    announceHistory();
+}
+
+void ImageCanvas::clearPainting()
+{
+    m_model.clearDrawing();
+    announceHistory();
+}
+
+bool ImageCanvas::canUndo() const
+{
+    return m_text.isOpen() ? m_text.document().isUndoAvailable() : m_model.canUndo();
+}
+
+bool ImageCanvas::canRedo() const
+{
+    return m_text.isOpen() ? m_text.document().isRedoAvailable() : m_model.canRedo();
+}
+
+void ImageCanvas::undo()
+{
+    if (m_text.isOpen())
+        m_text.editor()->undo();
+    else if (m_model.undo())
+        requestStroke();
+    announceHistory();
+}
+
+void ImageCanvas::redo()
+{
+    if (m_text.isOpen())
+        m_text.editor()->redo();
+    else if (m_model.redo())
+        requestStroke();
+    announceHistory();
+}
+
+void ImageCanvas::announceHistory()
+{
+    const bool undoable = canUndo();
+    const bool redoable = canRedo();
+    if (undoable == m_canUndo && redoable == m_canRedo)
+        return;
+    m_canUndo = undoable;
+    m_canRedo = redoable;
+    emit historyChanged();
 }
 
 void ImageCanvas::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
-        m_model.press(m_mouseMode, event->localPos().toPoint(), size());
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_model.press(m_mouseMode, event->localPos().toPoint(), size());
+    announceHistory();
 }
 
 void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
@@ -231,11 +283,17 @@ void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
     if (!event->buttons().testFlag(Qt::LeftButton)) {
         // The release went elsewhere, to a dialog that opened under the pointer.
         m_model.release();
+        announceHistory();
         return;
     }
     m_model.move(m_mouseMode, event->localPos().toPoint(), size(),
                  {penColor, penWidth, fillEnabled, fillColor});
-    // A source in motion carries the stroke with its next frame.
+    requestStroke();
+    announceHistory();
+}
+
+void ImageCanvas::requestStroke()
+{
     if (!m_strokeTimer.isActive() && m_model.msSinceFrame() >= REFRESH_INTERVAL_MS)
         m_strokeTimer.start();
 }
@@ -251,6 +309,7 @@ void ImageCanvas::endDrag(QPoint widgetPoint)
     const std::optional<QRect> selection = m_model.release();
     if (!selection)
         return;
+    announceHistory();
     if (m_mouseMode == Clip)
         copyClip(*selection);
     else if (m_mouseMode == Text)
@@ -278,6 +337,7 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
         return;
     m_model.placeText(widgetPoint, size());
     m_text.open(widgetPoint);
+    announceHistory();
 }
 
 // Indications and painting ------------------------------------
@@ -312,6 +372,7 @@ void ImageCanvas::requestRepaint()
 {
     if (QThread::currentThread() == thread()) {
         update();
+        announceHistory();
         return;
     }
     // Widgets may be touched on their own thread only; one request under way is enough.
@@ -324,4 +385,6 @@ void ImageCanvas::updatePosted()
 {
     m_updatePosted = false;
     update();
+    // A frame of another size discards the drawing.
+    announceHistory();
 }

@@ -110,7 +110,7 @@ public:
     /// Any mode but Text commits a text that is being edited.
     void setMouseMode(MouseMode mode);
     [[nodiscard]] MouseMode mouseMode() const { return m_mouseMode; }
-    void clearPainting() { m_model.clearDrawing(); }
+    void clearPainting();
     /// The format acts on the selection of a text that is being edited, or on what is typed next.
     void setTextColor(const QColor &color) { m_text.setColor(color); }
     void setFontFace(const QString &face) { m_text.setFontFace(face); }
@@ -120,6 +120,10 @@ public:
     [[nodiscard]] QString fontFace() const { return m_text.fontFace(); }
     [[nodiscard]] int fontSize() const { return m_text.fontSize(); }
     void setTextFormat() { m_text.applyFormat(); }
+    /// Whether undo() and redo() have something to do. While a text is being edited they are the
+    /// text's, else the drawing's.
+    [[nodiscard]] bool canUndo() const;
+    [[nodiscard]] bool canRedo() const;
     /// Paints the text that is being edited into the drawing, which Escape does too; nothing when
     /// there is none.
     void endTextEditing();
@@ -143,8 +147,16 @@ public:
 public slots:
     /// Shows changes of effect, mask, view or drawing on the standing picture. GUI thread.
     void autoRefresh();
+    /// Takes back the shape that is being dragged, or the last step: a shape, a stroke, a text,
+    /// the erasing of all, or that a picture of another size discarded the drawing; that one comes
+    /// back scaled to the picture. GUI thread.
+    void undo();
+    /// Does again what was taken back last. GUI thread.
+    void redo();
 
 signals:
+    /// canUndo() or canRedo() has changed. GUI thread.
+    void historyChanged();
     /// A clip has been copied to the clipboard.
     void clipDone();
     /// lastSnapshotFailure() has changed. GUI thread.
@@ -164,11 +176,14 @@ private slots:
     void showSnapshotTaken();
     void keepSnapshotFailure(const QString &path, const QString &reason);
     void updatePosted();
+    void announceHistory();
 
 private:
     void save(const CanvasModel::Shot &shot);
     void reportSnapshotFailure(const QString &path, const QString &reason);
     void requestRepaint();
+    /// Shows what was drawn on a standing picture; a source in motion does so with its next frame.
+    void requestStroke();
     void endDrag(QPoint widgetPoint);
     void copyClip(const QRect &selection);
     void openTextEditor(QPoint widgetPoint);
@@ -188,4 +203,7 @@ private:
     QColor m_boardColor = Qt::white;
     MouseMode m_mouseMode = Hand;
     TextAnnotation m_text;
+    /// What historyChanged() has told of last.
+    bool m_canUndo = false;
+    bool m_canRedo = false;
 };

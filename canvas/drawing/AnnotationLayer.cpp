@@ -1,11 +1,10 @@
 #include "canvas/drawing/AnnotationLayer.h"
 
 #include <QPainter>
-#include <QTransform>
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
+#include <utility>
 
 namespace
 {
@@ -23,32 +22,6 @@ QImage transparentImage(QSize size)
     return {
         static_cast<uchar *>(pixels),        size.width(), size.height(), static_cast<int>(stride),
         QImage::Format_ARGB32_Premultiplied, std::free,    pixels};
-}
-
-void clearPart(QImage &image, const QRect &part)
-{
-    const auto bytes = static_cast<std::size_t>(part.width()) * PIXEL_BYTES;
-    for (int y = part.top(); y <= part.bottom(); ++y)
-        std::memset(image.scanLine(y) + static_cast<std::size_t>(part.left()) * PIXEL_BYTES, 0,
-                    bytes);
-}
-
-bool isTransparent(const QImage &image, const QRect &part)
-{
-    for (int y = part.top(); y <= part.bottom(); ++y) {
-        const auto *row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        if (std::any_of(row + part.left(), row + part.right() + 1, [](QRgb p) { return p != 0; }))
-            return false;
-    }
-    return true;
-}
-
-void copyPart(QImage &to, const QImage &from, const QRect &part)
-{
-    const auto bytes = static_cast<std::size_t>(part.width()) * PIXEL_BYTES;
-    const auto left = static_cast<std::size_t>(part.left()) * PIXEL_BYTES;
-    for (int y = part.top(); y <= part.bottom(); ++y)
-        std::memcpy(to.scanLine(y) + left, from.constScanLine(y) + left, bytes);
 }
 
 } // namespace
@@ -84,7 +57,7 @@ void AnnotationLayer::erase(const QRect &part)
     forEachTouched(part, [this, inShape](const QRect &drawn) {
         if (inShape)
             touch(drawn);
-        clearPart(m_image, drawn);
+        LayerPart::clear(m_image, drawn);
     });
     ++m_revision;
 }
@@ -92,7 +65,7 @@ void AnnotationLayer::erase(const QRect &part)
 void AnnotationLayer::trim()
 {
     for (std::size_t tile = 0; tile < m_tiles.size(); ++tile) {
-        if (m_tiles[tile] != 0 && isTransparent(m_image, tileRect(tile)))
+        if (m_tiles[tile] != 0 && LayerPart::isTransparent(m_image, tileRect(tile)))
             m_tiles[tile] = 0;
     }
 }
@@ -106,21 +79,35 @@ void AnnotationLayer::beginShape()
 void AnnotationLayer::restoreShape()
 {
     for (const std::size_t tile : m_changed) {
-        if (m_before[tile] == Before::Saved)
-            copyPart(m_image, m_beforeImage, tileRect(tile));
-        else
-            clearPart(m_image, tileRect(tile));
-        m_tiles[tile] = m_before[tile] == Before::Saved ? 1 : 0;
         m_isChanged[tile] = 0;
+        // What was there before is not known.
+        if (m_savedAt[tile] == NO_MEMORY)
+            continue;
+        const LayerPart &before = m_saved[m_savedAt[tile] - 1];
+        before.copyTo(m_image);
+        m_tiles[tile] = before.isTransparent() ? 0 : 1;
     }
     m_changed.clear();
     ++m_revision;
 }
 
-void AnnotationLayer::endShape()
+std::optional<std::vector<LayerPart>> AnnotationLayer::endShape()
 {
+    std::vector<LayerPart> changed;
+    for (LayerPart &before : m_saved) {
+        const bool isChanged = !before.equals(m_image);
+        if (LayerPart::isTransparent(m_image, before.rect()))
+            m_tiles[tileAt(before.rect().left() / TILE, before.rect().top() / TILE)] = 0;
+        if (isChanged)
+            changed.push_back(std::move(before));
+    }
+    const bool isComplete =
+        std::find(m_savedAt.begin(), m_savedAt.end(), NO_MEMORY) == m_savedAt.end();
     forgetShape();
     m_inShape = false;
+    if (!isComplete)
+        return std::nullopt;
+    return changed;
 }
 
 void AnnotationLayer::reset(QSize size)
@@ -141,24 +128,108 @@ void AnnotationLayer::clear()
 
 void AnnotationLayer::turn(bool clockwise)
 {
-    const std::vector<unsigned char> tiles = m_tiles;
-    std::vector<QRect> parts;
-    for (std::size_t tile = 0; tile < tiles.size(); ++tile) {
-        if (tiles[tile] != 0)
-            parts.push_back(tileRect(tile));
-    }
-    const QSize old = m_size;
+    const QSize before = m_size;
+    const QImage image = std::exchange(m_image, QImage());
+    const std::vector<QRect> parts = drawnTiles();
     m_size.transpose();
-    m_image = m_image.transformed(QTransform().rotate(clockwise ? 90 : 270));
     layOutTiles();
+    if (!parts.empty())
+        makeImage();
     // Edges that are no multiple of a tile move the grid, so whole rectangles are turned.
-    for (const QRect &part : parts)
-        touch(
-            clockwise
-                ? QRect(old.height() - 1 - part.bottom(), part.left(), part.height(), part.width())
-                : QRect(part.top(), old.width() - 1 - part.right(), part.height(), part.width()));
-    forgetShape();
+    for (const QRect &part : parts) {
+        if (m_image.isNull())
+            break;
+        LayerPart::turnInto(m_image, image, part, clockwise);
+        mark(LayerPart::turned(part, clockwise, before));
+    }
     ++m_revision;
+}
+
+bool AnnotationLayer::isBlank() const
+{
+    for (std::size_t tile = 0; tile < m_tiles.size(); ++tile) {
+        if (m_tiles[tile] != 0 && !LayerPart::isTransparent(m_image, tileRect(tile)))
+            return false;
+    }
+    return true;
+}
+
+bool AnnotationLayer::exchange(std::vector<LayerPart> &parts)
+{
+    std::vector<LayerPart> taken;
+    taken.reserve(parts.size());
+    bool isEmpty = true;
+    for (LayerPart &part : parts) {
+        taken.emplace_back(part.rect());
+        if (!part.unpack() || (carriesDrawing(part.rect()) && !taken.back().copyFrom(m_image)))
+            return false;
+        isEmpty = isEmpty && part.isTransparent();
+    }
+    if (!isEmpty)
+        makeImage();
+    if (!isEmpty && m_image.isNull())
+        return false;
+    for (const LayerPart &part : parts) {
+        if (m_image.isNull())
+            break;
+        part.copyTo(m_image);
+        forEachTile(part.rect(), [&](std::size_t tile) {
+            m_tiles[tile] = LayerPart::isTransparent(m_image, tileRect(tile)) ? 0 : 1;
+        });
+    }
+    parts.swap(taken);
+    forgetShape();
+    m_used = true;
+    ++m_revision;
+    return true;
+}
+
+void AnnotationLayer::exchange(AnnotationLayer &other)
+{
+    std::swap(m_size, other.m_size);
+    std::swap(m_image, other.m_image);
+    std::swap(m_columns, other.m_columns);
+    std::swap(m_rows, other.m_rows);
+    std::swap(m_tiles, other.m_tiles);
+    for (AnnotationLayer *layer : {this, &other}) {
+        layer->m_used = !layer->m_image.isNull();
+        layer->forgetShape();
+        ++layer->m_revision;
+    }
+}
+
+bool AnnotationLayer::showScaled(const AnnotationLayer &other)
+{
+    if (other.m_image.isNull() || m_size.isEmpty())
+        return true;
+    const QSize size = other.m_size.scaled(m_size, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    const QImage scaled =
+        other.m_image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    makeImage();
+    if (scaled.isNull() || m_image.isNull())
+        return false;
+    const QRect place({(m_size.width() - size.width()) / 2, (m_size.height() - size.height()) / 2},
+                      size);
+    {
+        QPainter painter(&m_image);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(place.topLeft(), scaled);
+    }
+    mark(place);
+    trim();
+    m_used = true;
+    ++m_revision;
+    return true;
+}
+
+std::vector<QRect> AnnotationLayer::drawnTiles() const
+{
+    std::vector<QRect> drawn;
+    for (std::size_t tile = 0; tile < m_tiles.size(); ++tile) {
+        if (m_tiles[tile] != 0)
+            drawn.push_back(tileRect(tile));
+    }
+    return drawn;
 }
 
 void AnnotationLayer::layOutTiles()
@@ -166,13 +237,13 @@ void AnnotationLayer::layOutTiles()
     m_columns = (m_size.width() + TILE - 1) / TILE;
     m_rows = (m_size.height() + TILE - 1) / TILE;
     m_tiles.assign(static_cast<std::size_t>(m_columns) * static_cast<std::size_t>(m_rows), 0);
-    m_beforeImage = QImage();
     forgetShape();
 }
 
 void AnnotationLayer::forgetShape()
 {
-    m_before.assign(m_tiles.size(), Before::Unchanged);
+    m_saved.clear();
+    m_savedAt.assign(m_tiles.size(), 0);
     m_isChanged.assign(m_tiles.size(), 0);
     m_changed.clear();
 }
@@ -185,16 +256,32 @@ void AnnotationLayer::makeImage()
 
 void AnnotationLayer::touch(const QRect &part)
 {
+    if (m_inShape)
+        forEachTile(part, [this](std::size_t tile) { save(tile); });
+    mark(part);
+}
+
+void AnnotationLayer::mark(const QRect &part)
+{
+    forEachTile(part, [this](std::size_t tile) { m_tiles[tile] = 1; });
+}
+
+bool AnnotationLayer::carriesDrawing(const QRect &part) const
+{
+    bool carries = false;
+    forEachTile(part, [&](std::size_t tile) { carries = carries || m_tiles[tile] != 0; });
+    return carries;
+}
+
+template <typename Visit>
+void AnnotationLayer::forEachTile(const QRect &part, Visit visit) const
+{
     const QRect inside = part & rect();
     if (inside.isEmpty())
         return;
     for (int row = inside.top() / TILE; row <= inside.bottom() / TILE; ++row) {
-        for (int column = inside.left() / TILE; column <= inside.right() / TILE; ++column) {
-            const std::size_t tile = tileAt(column, row);
-            if (m_inShape)
-                save(tile);
-            m_tiles[tile] = 1;
-        }
+        for (int column = inside.left() / TILE; column <= inside.right() / TILE; ++column)
+            visit(tileAt(column, row));
     }
 }
 
@@ -204,18 +291,15 @@ void AnnotationLayer::save(std::size_t tile)
         m_isChanged[tile] = 1;
         m_changed.push_back(tile);
     }
-    if (m_before[tile] != Before::Unchanged)
+    if (m_savedAt[tile] != 0)
         return;
-    if (m_tiles[tile] == 0) {
-        m_before[tile] = Before::Empty;
+    LayerPart before(tileRect(tile));
+    if (m_tiles[tile] != 0 && !before.copyFrom(m_image)) {
+        m_savedAt[tile] = NO_MEMORY;
         return;
     }
-    if (m_beforeImage.isNull())
-        m_beforeImage = transparentImage(m_size);
-    if (m_beforeImage.isNull())
-        return;
-    copyPart(m_beforeImage, m_image, tileRect(tile));
-    m_before[tile] = Before::Saved;
+    m_saved.push_back(std::move(before));
+    m_savedAt[tile] = static_cast<std::uint32_t>(m_saved.size());
 }
 
 QRect AnnotationLayer::tileRect(std::size_t tile) const

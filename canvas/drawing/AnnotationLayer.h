@@ -1,5 +1,6 @@
 #pragma once
 
+#include "canvas/drawing/LayerPart.h"
 #include "canvas/picture/Overlay.h"
 
 #include <QImage>
@@ -9,6 +10,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -21,7 +23,7 @@ class AnnotationLayer : public Overlay
 {
 public:
     /// Edge of a tile in pixels.
-    static constexpr int TILE = 64;
+    static constexpr int TILE = LayerPart::TILE;
 
     /// ARGB32 premultiplied; null as long as nothing was drawn.
     [[nodiscard]] const QImage &image() const override { return m_image; }
@@ -45,7 +47,11 @@ public:
     /// the drawing is replaced as a whole in between, it brings back what replaced it.
     void beginShape();
     void restoreShape();
-    void endShape();
+    /// Returns what the shape has changed, as it was before it; nothing when the memory to keep all
+    /// of it was lacking.
+    std::optional<std::vector<LayerPart>> endShape();
+    /// Whether restoreShape() would bring anything back.
+    [[nodiscard]] bool isShapeDrawn() const { return !m_changed.empty(); }
 
     /// A new empty layer of that size. Whether it counts as used stays as it was.
     void reset(QSize size);
@@ -53,6 +59,19 @@ public:
     void clear();
     /// Turns the drawing by a quarter.
     void turn(bool clockwise);
+
+    /// Whether every pixel is transparent.
+    [[nodiscard]] bool isBlank() const;
+    /// Gives and takes these parts: what they hold is drawn, and they hold what was there. False,
+    /// and nothing changed, without memory. Not between beginShape() and endShape().
+    [[nodiscard]] bool exchange(std::vector<LayerPart> &parts);
+    /// Gives and takes everything but the revision; no pixel is copied.
+    void exchange(AnnotationLayer &other);
+    /// Draws another layer on this empty one, scaled into its size with its aspect kept. False
+    /// without memory.
+    [[nodiscard]] bool showScaled(const AnnotationLayer &other);
+    /// The tiles that carry drawing.
+    [[nodiscard]] std::vector<QRect> drawnTiles() const;
 
     /// Grows with every change, so that a result can tell whether it is still up to date.
     [[nodiscard]] std::uint64_t revision() const { return m_revision; }
@@ -62,15 +81,19 @@ public:
                         const std::function<void(const QRect &)> &visit) const override;
 
 private:
-    /// What is known of a tile of the time before the shape.
-    enum class Before : unsigned char { Unchanged, Empty, Saved };
+    /// A place in m_savedAt: the tile was changed and could not be saved.
+    static constexpr std::uint32_t NO_MEMORY = UINT32_MAX;
 
     void layOutTiles();
     void forgetShape();
     void makeImage();
-    /// Saves the tiles under the part and marks them as drawn on.
+    /// Saves the tiles under the part for the shape and marks them as drawn on.
     void touch(const QRect &part);
+    void mark(const QRect &part);
     void save(std::size_t tile);
+    [[nodiscard]] bool carriesDrawing(const QRect &part) const;
+    template <typename Visit>
+    void forEachTile(const QRect &part, Visit visit) const;
     [[nodiscard]] QRect tileRect(std::size_t tile) const;
     [[nodiscard]] std::size_t tileAt(int column, int row) const
     {
@@ -87,10 +110,10 @@ private:
     std::vector<unsigned char> m_tiles;
 
     bool m_inShape = false;
-    /// The saved tiles at their places; what lies between them is undefined.
-    QImage m_beforeImage;
-    /// Row by row, as m_tiles.
-    std::vector<Before> m_before;
+    /// The tiles that the shape has changed, as they were before it.
+    std::vector<LayerPart> m_saved;
+    /// Row by row, as m_tiles: one more than the place in m_saved; 0 for a tile that is as it was.
+    std::vector<std::uint32_t> m_savedAt;
     /// The tiles that the shape has changed since the last restoreShape().
     std::vector<std::size_t> m_changed;
     /// 1 for each tile in m_changed.

@@ -102,6 +102,13 @@ QRect DragTool::release(AnnotationLayer &layer)
     return selection;
 }
 
+void DragTool::cancel(AnnotationLayer &layer)
+{
+    m_pending.reset();
+    layer.restoreShape();
+    static_cast<void>(release(layer));
+}
+
 QPoint DragTool::layerPoint(QPoint picturePoint, const ViewGeometry &view,
                             const AnnotationLayer &layer)
 {

@@ -41,6 +41,11 @@ public:
     /// Ends the drag and the clip selection. Returns the selection, invalid when there is none.
     QRect release(AnnotationLayer &layer);
 
+    /// Ends the drag and takes back what it has drawn.
+    void cancel(AnnotationLayer &layer);
+    /// Whether drawPending() would draw.
+    [[nodiscard]] bool isPending() const { return m_pending.has_value(); }
+
     [[nodiscard]] bool dragging() const { return m_dragging; }
     /// The clip selection while it is dragged; null at other times.
     [[nodiscard]] QRect clipRectangle() const { return m_clipRectangle; }

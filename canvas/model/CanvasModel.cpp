@@ -21,6 +21,8 @@ void CanvasModel::State::takeInput(const FramePtr &frame, QSize size)
     const QSize taken = frame ? size : QSize(0, 0);
     if (taken == view.frameSize())
         return;
+    if (!view.isEmpty())
+        lastTransformedSize = view.transformedSize();
     view.setFrameSize(taken);
     drawing.resize(view.rotatedSize());
 }
@@ -50,6 +52,8 @@ void CanvasModel::State::publishTo(Published &published) const
     published.shape = part(frame.width()) << 33 | part(frame.height()) << 2 |
                       static_cast<std::uint64_t>(view.rotation());
     published.scale = view.scale();
+    published.canUndo = drawing.canUndo();
+    published.canRedo = drawing.canRedo();
 }
 
 // Frames ------------------------------------------------------
@@ -219,6 +223,7 @@ void CanvasModel::press(CanvasModes::MouseMode mode, QPoint widgetPoint, QSize w
 {
     const Lock lock(m_mutex);
     m_state.drawing.press(mode, m_state.picturePoint(widgetPoint, widgetSize));
+    m_state.publishTo(m_published);
 }
 
 void CanvasModel::move(CanvasModes::MouseMode mode, QPoint widgetPoint, QSize widgetSize,
@@ -226,6 +231,7 @@ void CanvasModel::move(CanvasModes::MouseMode mode, QPoint widgetPoint, QSize wi
 {
     const Lock lock(m_mutex);
     m_state.drawing.move(mode, m_state.picturePoint(widgetPoint, widgetSize), style, m_state.view);
+    m_state.publishTo(m_published);
 }
 
 std::optional<QRect> CanvasModel::release()
@@ -233,7 +239,9 @@ std::optional<QRect> CanvasModel::release()
     const Lock lock(m_mutex);
     if (!m_state.drawing.dragging())
         return std::nullopt;
-    return m_state.drawing.release();
+    const QRect selection = m_state.drawing.release();
+    m_state.publishTo(m_published);
+    return selection;
 }
 
 QRect CanvasModel::clipRectangle() const
@@ -263,6 +271,7 @@ void CanvasModel::clearDrawing()
 {
     const Lock lock(m_mutex);
     m_state.drawing.clear();
+    m_state.publishTo(m_published);
 }
 
 void CanvasModel::placeText(QPoint widgetPoint, QSize widgetSize)
@@ -274,5 +283,32 @@ void CanvasModel::placeText(QPoint widgetPoint, QSize widgetSize)
 void CanvasModel::commitText(QTextDocument &document, QSize widgetSize)
 {
     const Lock lock(m_mutex);
-    m_state.drawing.commitText(document, m_state.view.transformedSize(), widgetSize);
+    const QSize transformed =
+        m_state.view.isEmpty() ? m_state.lastTransformedSize : m_state.view.transformedSize();
+    m_state.drawing.commitText(document, transformed, widgetSize);
+    m_state.publishTo(m_published);
+}
+
+bool CanvasModel::undo()
+{
+    const Lock lock(m_mutex);
+    const bool undone = m_state.drawing.undo();
+    m_state.publishTo(m_published);
+    return undone;
+}
+
+bool CanvasModel::redo()
+{
+    const Lock lock(m_mutex);
+    const bool redone = m_state.drawing.redo();
+    m_state.publishTo(m_published);
+    return redone;
+}
+
+void CanvasModel::packHistory()
+{
+    // It can wait, and a frame cannot.
+    const std::unique_lock<std::mutex> lock(m_mutex, std::try_to_lock);
+    if (lock)
+        m_state.drawing.packHistory(m_clock.elapsed());
 }

@@ -98,14 +98,24 @@ public:
     void clearDrawing();
     /// Notes where the text that is begun now will stand.
     void placeText(QPoint widgetPoint, QSize widgetSize);
-    /// Paints the text there.
+    /// Paints the text there; see Drawing::commitText().
     void commitText(QTextDocument &document, QSize widgetSize);
+    /// See Drawing::undo().
+    bool undo();
+    bool redo();
+    /// Neither waits for the mutex.
+    [[nodiscard]] bool canUndo() const { return m_published.canUndo; }
+    [[nodiscard]] bool canRedo() const { return m_published.canRedo; }
+    /// Packs some of what can be undone; to be called when nothing else is to be done.
+    void packHistory();
 
 private:
     /// Copies for those who must not wait.
     struct Published {
         std::atomic<std::uint64_t> shape{0};
         std::atomic<double> scale{1.0};
+        std::atomic<bool> canUndo{false};
+        std::atomic<bool> canRedo{false};
     };
 
     /// Everything that the mutex guards, and what is done while it is held.
@@ -115,6 +125,8 @@ private:
         Drawing drawing;
         SnapshotClock snapshotClock;
         std::shared_ptr<OutputFolder> armedFolder;
+        /// The size of the last picture that was not empty, in output pixels.
+        QSize lastTransformedSize;
 
         /// Whether the standing frame is kept. The freeze button may be pressed at any moment, so
         /// that a frame asks once.

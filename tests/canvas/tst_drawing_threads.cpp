@@ -67,6 +67,8 @@ void dragAnything(ImageCanvas &canvas, QRandomGenerator &random)
     CanvasMouse::press(canvas, anyPoint(random));
     for (int i = random.bounded(4); i > 0; --i)
         CanvasMouse::move(canvas, anyPoint(random));
+    if (random.bounded(8) == 0)
+        canvas.undo();
     CanvasMouse::release(canvas, anyPoint(random));
     if (canvas.mouseMode() == CanvasModes::Text)
         QTest::keyClicks(canvas.findChild<QTextEdit *>(), "ab");
@@ -74,7 +76,7 @@ void dragAnything(ImageCanvas &canvas, QRandomGenerator &random)
 
 void changeAnything(ImageCanvas &canvas, QRandomGenerator &random)
 {
-    switch (random.bounded(12)) {
+    switch (random.bounded(15)) {
     case 0:
         canvas.rotate();
         break;
@@ -107,6 +109,13 @@ void changeAnything(ImageCanvas &canvas, QRandomGenerator &random)
         break;
     case 10:
         canvas.resize(random.bounded(1, 240), random.bounded(1, 200));
+        break;
+    case 11:
+    case 12:
+        canvas.undo();
+        break;
+    case 13:
+        canvas.redo();
         break;
     default:
         canvas.endTextEditing();

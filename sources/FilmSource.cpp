@@ -58,8 +58,6 @@ public:
     std::atomic<bool> playing{false};
     /// Pictures come from seeks alone.
     std::atomic<bool> stepping{false};
-    /// Counts what makes pictures come again, so that an end from before it is told apart.
-    std::atomic<quint64> action{0};
 
     // Written on the player's thread.
     /// Seconds; 0 when unknown.
@@ -129,7 +127,6 @@ bool FilmSource::setFile(const QString &path)
         m_private->opening = true;
         m_private->player->open(path, filmEvents());
     }
-    ++m_private->action;
     m_private->loaded = true;
     m_private->playing = true;
     m_private->stepping = false;
@@ -144,7 +141,6 @@ void FilmSource::play()
 {
     if (!m_private->loaded)
         return;
-    ++m_private->action;
     m_refreshingAtEnd = false;
     m_stepper.setNormalSpeed();
     m_private->playing = true;
@@ -160,7 +156,6 @@ void FilmSource::pause()
 {
     if (!m_private->loaded)
         return;
-    ++m_private->action;
     m_private->player->pause();
     m_private->displayLink->stop();
     m_private->playing = false;
@@ -173,7 +168,6 @@ void FilmSource::stop()
 {
     if (!m_private->loaded)
         return;
-    ++m_private->action;
     m_private->displayLink->stop();
     m_private->stepping = true;
     m_stepper.setPosition(0);
@@ -307,14 +301,15 @@ void FilmSource::filmOpened(quint64 generation)
         setPosition(m_pendingPercent);
 }
 
-void FilmSource::filmEnded(quint64 generation, quint64 action)
+void FilmSource::filmEnded(quint64 generation)
 {
     if (!m_private->loaded || generation != m_private->generation)
         return;
     m_private->opening = false;
     m_pendingPercent = -1;
-    // Whatever pauses a film has seen to the refresh itself, and may have left the mode since.
-    if (action != m_private->action || !m_private->playing)
+    // Whatever pauses a film has seen to the refresh itself, and may have left the mode since. What
+    // was played or sought since shows pictures again.
+    if (!m_private->player->atEnd() || !m_private->playing)
         return;
     m_refreshingAtEnd = true;
     m_callback->startAutoRefresh();
@@ -350,10 +345,9 @@ FilmPlayer::Events FilmSource::filmEvents()
         QMetaObject::invokeMethod(this, "filmOpened", Qt::QueuedConnection,
                                   Q_ARG(quint64, generation));
     };
-    events.ended = [this, shared, generation] {
-        const quint64 action = shared->action;
+    events.ended = [this, generation] {
         QMetaObject::invokeMethod(this, "filmEnded", Qt::QueuedConnection,
-                                  Q_ARG(quint64, generation), Q_ARG(quint64, action));
+                                  Q_ARG(quint64, generation));
     };
     events.faulty = [this, generation](FilmFault fault) {
         QMetaObject::invokeMethod(this, "filmFaulty", Qt::QueuedConnection,
@@ -374,7 +368,6 @@ void FilmSource::clearFlags()
 
 void FilmSource::leaveEnd()
 {
-    ++m_private->action;
     if (std::exchange(m_refreshingAtEnd, false))
         m_callback->stopAutoRefresh();
 }

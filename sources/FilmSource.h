@@ -77,7 +77,7 @@ signals:
 private slots:
     // Posted by the player's thread.
     void filmOpened(quint64 generation);
-    void filmEnded(quint64 generation, quint64 action);
+    void filmEnded(quint64 generation);
     void filmFaulty(quint64 generation, int fault);
 
 private:

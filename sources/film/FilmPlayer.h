@@ -40,7 +40,8 @@ public:
         /// or shorter. Not called for a film that cannot be opened.
         std::function<void(double seconds)> durationKnown;
         /// No more pictures will come: the end was reached while playing, or the film cannot be
-        /// opened or read any further. Once for each time that this happens.
+        /// opened or read any further. Once for each time that this happens. A play() or seek()
+        /// that comes meanwhile may make it untrue: atEnd() tells.
         std::function<void()> ended;
         /// Something that the user should be told: at the latest five seconds after the sound was
         /// asked for, or ten after the file. `ended` follows when nothing will be shown.
@@ -77,6 +78,8 @@ public:
     /// Seconds from the start of the film; the target while a seek is under way, the length at the
     /// end, 0 without a film.
     [[nodiscard]] virtual double currentTime() const = 0;
+    /// Whether nothing has been opened, played or sought since the last `ended`.
+    [[nodiscard]] virtual bool atEnd() const = 0;
 
     /// 0.0 silent to 1.0 unchanged; kept for the films to come.
     virtual void setVolume(float volume) = 0;

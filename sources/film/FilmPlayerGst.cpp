@@ -61,7 +61,7 @@ public:
 
     void play() override
     {
-        m_state->wishes.play();
+        m_state->wishes.play(currentTime());
         wake();
     }
 
@@ -83,6 +83,8 @@ public:
         const std::shared_ptr<PlaybackThreadGst> engine = this->engine();
         return engine ? engine->currentTime() : 0;
     }
+
+    bool atEnd() const override { return m_state->wishes.atEnd(); }
 
     void setVolume(float volume) override
     {

@@ -77,10 +77,11 @@ void PlaybackEngineGst::meetWishes()
         startSeek(newest);
         return;
     }
-    const std::optional<PlaybackRequests::Motion> motion = m_wishes.takeMotion(m_film.number);
+    const bool ended = m_atEnd || !m_pipeline;
+    const auto motion = m_wishes.takeMotion(m_film.number, ended);
     if (!motion)
         return;
-    if (motion->again && (m_atEnd || !m_pipeline) && m_film.path)
+    if (motion->again && ended && m_film.path)
         startSeek({m_film.number, 0, {}});
     else if (m_pipeline && motion->playing != m_playing)
         setPlaying(motion->playing);

@@ -14,21 +14,26 @@ quint64 PlaybackRequests::setFilm(const std::optional<QString> &path, FilmPlayer
     m_film.events = std::move(events);
     m_film.resumeAt = 0;
     m_motion = {};
+    m_playedAtEnd = false;
+    m_atEnd = false;
     m_place = 0;
     m_length = 0;
     return m_film.number;
 }
 
-void PlaybackRequests::play()
+void PlaybackRequests::play(double seconds)
 {
     const std::lock_guard lock(m_mutex);
     m_motion = {true, true};
+    m_playedAtEnd = m_length > 0 && seconds >= m_length;
+    m_atEnd = false;
 }
 
 void PlaybackRequests::pause()
 {
     const std::lock_guard lock(m_mutex);
     m_motion = {};
+    m_playedAtEnd = false;
 }
 
 void PlaybackRequests::seek(double seconds, FilmPlayer::Completion completion)
@@ -39,6 +44,8 @@ void PlaybackRequests::seek(double seconds, FilmPlayer::Completion completion)
         place = std::min(place, m_length);
     m_seeks.push_back({m_film.number, place, std::move(completion)});
     m_motion.again = false;
+    m_playedAtEnd = false;
+    m_atEnd = false;
     m_place = place;
 }
 
@@ -69,6 +76,12 @@ double PlaybackRequests::answered(double seconds)
     return m_lastTime;
 }
 
+bool PlaybackRequests::atEnd() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_atEnd;
+}
+
 bool PlaybackRequests::finished() const
 {
     const std::lock_guard lock(m_mutex);
@@ -85,6 +98,7 @@ PlaybackRequests::Film PlaybackRequests::renew(bool readable)
     }
     if (!readable)
         m_film.path.reset();
+    m_atEnd = !readable;
     m_film.resumeAt = m_place.value_or(m_lastTime);
     m_place = m_film.resumeAt;
     return m_film;
@@ -125,22 +139,26 @@ PlaybackRequests::takeSeeksIf(const std::function<bool(const Seek &)> &wanted)
     return taken;
 }
 
-std::optional<PlaybackRequests::Motion> PlaybackRequests::takeMotion(quint64 film)
+std::optional<PlaybackRequests::Motion> PlaybackRequests::takeMotion(quint64 film, bool ended)
 {
     const std::lock_guard lock(m_mutex);
     if (m_film.number != film)
         return std::nullopt;
     const Motion motion = m_motion;
-    m_motion.again = false;
+    if (ended || !m_playedAtEnd) {
+        m_motion.again = false;
+        m_playedAtEnd = false;
+    }
     return motion;
 }
 
 bool PlaybackRequests::ended(quint64 film)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_film.number != film || !m_seeks.empty())
+    if (m_film.number != film || !m_seeks.empty() || m_playedAtEnd)
         return false;
     m_motion.again = false;
+    m_atEnd = true;
     return true;
 }
 
@@ -156,6 +174,9 @@ bool PlaybackRequests::setLength(quint64 film, double seconds)
     const std::lock_guard lock(m_mutex);
     if (m_film.number != film)
         return false;
+    // What seemed to be the end was none.
+    if (seconds > m_length)
+        m_playedAtEnd = false;
     m_length = seconds;
     return true;
 }

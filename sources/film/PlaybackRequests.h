@@ -29,7 +29,8 @@ public:
 
     struct Motion {
         bool playing = false;
-        /// play() was called since the last look: a film that has ended begins again.
+        /// play() was called since the last look: a film that has ended begins again. Stays until
+        /// the player's end when the film was at its last position already.
         bool again = false;
     };
 
@@ -37,7 +38,8 @@ public:
 
     /// Returns the film's number.
     quint64 setFilm(const std::optional<QString> &path, FilmPlayer::Events events);
-    void play();
+    /// `seconds`: where the film is.
+    void play(double seconds);
     void pause();
     /// `seconds` is limited to the film's length, as far as that is known.
     void seek(double seconds, FilmPlayer::Completion completion);
@@ -48,6 +50,8 @@ public:
     [[nodiscard]] std::optional<double> place() const;
     /// What the pipeline answered; below 0 it could not, and its last answer is returned.
     double answered(double seconds);
+    /// As FilmPlayer tells it.
+    [[nodiscard]] bool atEnd() const;
 
     // The player's part.
 
@@ -63,10 +67,11 @@ public:
     [[nodiscard]] std::deque<Seek> takeSeeks(quint64 film);
     /// The seeks in all films before.
     [[nodiscard]] std::deque<Seek> takeSeeksBefore(quint64 film);
-    /// None when there is another film by now.
-    [[nodiscard]] std::optional<Motion> takeMotion(quint64 film);
-    /// That film has ended, so that an earlier play() does not begin it again. False when there is
-    /// another film or a seek by now: then the end means nothing any more.
+    /// None when there is another film by now. `ended`: whether that film has ended.
+    [[nodiscard]] std::optional<Motion> takeMotion(quint64 film, bool ended);
+    /// That film has ended, so that a play() from before its last position does not begin it again.
+    /// False when there is another film, a seek or a play() from the last position by now: then the
+    /// end means nothing any more.
     [[nodiscard]] bool ended(quint64 film);
 
     /// Where that film is until it plays on; none: the pipeline knows. A newer wish has precedence.
@@ -82,6 +87,9 @@ private:
     mutable std::mutex m_mutex;
     Film m_film;
     Motion m_motion;
+    /// play() was called at the film's last position, before the player's end.
+    bool m_playedAtEnd = false;
+    bool m_atEnd = false;
     float m_volume = 1;
     std::deque<Seek> m_seeks;
     bool m_finished = false;

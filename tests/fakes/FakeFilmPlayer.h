@@ -19,11 +19,15 @@ struct FakeFilm {
         length = seconds;
         events.durationKnown(seconds);
     }
-    void ends() { events.ended(); }
+    void ends()
+    {
+        atEnd = true;
+        events.ended();
+    }
     void fails(FilmFault fault)
     {
         events.faulty(fault);
-        events.ended();
+        ends();
     }
 
     /// Completes the oldest seek that waits.
@@ -41,6 +45,7 @@ struct FakeFilm {
     QString path;
     FilmPlayer::Events events;
     bool playing = false;
+    bool atEnd = false;
     double time = 0;
     double length = 0;
     float volume = 1;
@@ -76,6 +81,7 @@ public:
         m_film.path = path;
         m_film.events = std::move(events);
         m_film.playing = false;
+        m_film.atEnd = false;
         m_film.time = 0;
         m_film.length = 0;
     }
@@ -91,6 +97,7 @@ public:
     {
         m_film.calls.append("play");
         m_film.playing = true;
+        m_film.atEnd = false;
     }
 
     void pause() override
@@ -103,6 +110,7 @@ public:
     {
         m_film.calls.append("seek");
         m_film.seeks.append(seconds);
+        m_film.atEnd = false;
         m_film.time = std::max(0.0, seconds);
         if (m_film.length > 0)
             m_film.time = std::min(m_film.time, m_film.length);
@@ -112,6 +120,7 @@ public:
     }
 
     double currentTime() const override { return m_film.time; }
+    bool atEnd() const override { return m_film.atEnd; }
 
     void setVolume(float volume) override
     {

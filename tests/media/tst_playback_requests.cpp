@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace
@@ -18,6 +19,8 @@ QVector<double> placesOf(const std::deque<PlaybackRequests::Seek> &seeks)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(PlaybackRequests &, quint64)>)
 
 class PlaybackRequestsTest : public QObject
 {
@@ -42,11 +45,11 @@ private slots:
     void anotherFilmBeginsPausedAtItsStart()
     {
         const quint64 first = m_wishes->setFilm(QString("a"), {});
-        m_wishes->play();
+        m_wishes->play(0);
         m_wishes->seek(7, {});
         const quint64 second = m_wishes->setFilm(QString("b"), {});
-        QVERIFY(!m_wishes->takeMotion(first));
-        const auto motion = m_wishes->takeMotion(second);
+        QVERIFY(!m_wishes->takeMotion(first, false));
+        const auto motion = m_wishes->takeMotion(second, false);
         QVERIFY(motion && !motion->playing && !motion->again);
         QCOMPARE(m_wishes->place().value_or(-1), 0.0);
     }
@@ -54,29 +57,89 @@ private slots:
     void playBeginsAgainOnce()
     {
         const quint64 film = m_wishes->setFilm(QString("a"), {});
-        m_wishes->play();
-        QVERIFY(m_wishes->takeMotion(film)->again);
-        QVERIFY(!m_wishes->takeMotion(film)->again);
-        QVERIFY(m_wishes->takeMotion(film)->playing);
+        m_wishes->play(0);
+        QVERIFY(m_wishes->takeMotion(film, false)->again);
+        QVERIFY(!m_wishes->takeMotion(film, false)->again);
+        QVERIFY(m_wishes->takeMotion(film, false)->playing);
+    }
+
+    void playAtTheLastPositionWaitsForTheEnd()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        QVERIFY(m_wishes->setLength(film, 20));
+        m_wishes->play(20);
+        // The player looks before it knows of the end.
+        QVERIFY(m_wishes->takeMotion(film, false)->again);
+        QVERIFY(!m_wishes->ended(film));
+        QVERIFY(!m_wishes->atEnd());
+        QVERIFY(m_wishes->takeMotion(film, true)->again);
+        QVERIFY(!m_wishes->takeMotion(film, true)->again);
+        QVERIFY(m_wishes->ended(film));
+    }
+
+    void playAtTheLastPositionIsTakenBack_data()
+    {
+        using Step = std::function<void(PlaybackRequests &, quint64 film)>;
+        QTest::addColumn<Step>("by");
+        QTest::newRow("a pause") << Step([](auto &requests, quint64) { requests.pause(); });
+        QTest::newRow("a seek") << Step([](auto &requests, quint64 film) {
+            requests.seek(1, {});
+            (void)requests.takeSeeks(film);
+        });
+        QTest::newRow("a longer film") << Step([](auto &requests, quint64 film) {
+            QVERIFY(requests.setLength(film, 30));
+            (void)requests.takeMotion(film, false);
+        });
+    }
+
+    void playAtTheLastPositionIsTakenBack()
+    {
+        QFETCH(std::function<void(PlaybackRequests &, quint64)>, by);
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        QVERIFY(m_wishes->setLength(film, 20));
+        m_wishes->play(20);
+        by(*m_wishes, film);
+        QVERIFY(m_wishes->ended(film));
+        QVERIFY(!m_wishes->takeMotion(film, true)->again);
+    }
+
+    void anEndIsOneUntilSomethingIsAskedFor()
+    {
+        const quint64 film = m_wishes->setFilm(QString("a"), {});
+        QVERIFY(!m_wishes->atEnd());
+        QVERIFY(m_wishes->ended(film));
+        QVERIFY(m_wishes->atEnd());
+        m_wishes->pause();
+        QVERIFY(m_wishes->atEnd());
+        m_wishes->play(0);
+        QVERIFY(!m_wishes->atEnd());
+        QVERIFY(m_wishes->ended(film));
+        m_wishes->seek(1, {});
+        QVERIFY(!m_wishes->atEnd());
+        // A file that does not answer is given up: nothing more will come.
+        (void)m_wishes->renew(false);
+        QVERIFY(m_wishes->atEnd());
+        m_wishes->setFilm(QString("b"), {});
+        QVERIFY(!m_wishes->atEnd());
     }
 
     void pauseAndSeekTakeBackBeginningAgain()
     {
         const quint64 film = m_wishes->setFilm(QString("a"), {});
-        m_wishes->play();
+        m_wishes->play(0);
         m_wishes->seek(1, {});
-        const auto sought = m_wishes->takeMotion(film);
+        const auto sought = m_wishes->takeMotion(film, false);
         QVERIFY(sought->playing && !sought->again);
-        m_wishes->play();
+        m_wishes->play(0);
         m_wishes->pause();
-        const auto paused = m_wishes->takeMotion(film);
+        const auto paused = m_wishes->takeMotion(film, false);
         QVERIFY(!paused->playing && !paused->again);
     }
 
     void aRenewedFilmKeepsWhatWasWished()
     {
         const quint64 film = m_wishes->setFilm(QString("a"), {});
-        m_wishes->play();
+        m_wishes->play(0);
         m_wishes->setPlace(film, std::nullopt);
         QCOMPARE(m_wishes->answered(12), 12.0);
         m_wishes->seek(7, {});
@@ -85,13 +148,13 @@ private slots:
         QCOMPARE(again.path, std::optional<QString>("a"));
         QCOMPARE(again.resumeAt, 7.0);
         // Whoever works on the film before works for nobody.
-        QVERIFY(!m_wishes->takeMotion(film));
+        QVERIFY(!m_wishes->takeMotion(film, false));
         QVERIFY(!m_wishes->setLength(film, 9));
         QVERIFY(!m_wishes->ended(film));
         QVERIFY(m_wishes->takeSeeks(film).empty());
         QVERIFY(m_wishes->takeSeeksBefore(film).empty());
         QCOMPARE(placesOf(m_wishes->takeSeeks(again.number)), QVector<double>{7});
-        QVERIFY(m_wishes->takeMotion(again.number)->playing);
+        QVERIFY(m_wishes->takeMotion(again.number, false)->playing);
         QVERIFY(!m_wishes->renew(false).path);
         QCOMPARE(m_wishes->otherFilm(0)->number, film + 2);
     }
@@ -146,9 +209,9 @@ private slots:
     void anEndCountsUnlessSomethingNewerIsWanted()
     {
         const quint64 film = m_wishes->setFilm(QString("a"), {});
-        m_wishes->play();
+        m_wishes->play(0);
         QVERIFY(m_wishes->ended(film));
-        const auto motion = m_wishes->takeMotion(film);
+        const auto motion = m_wishes->takeMotion(film, false);
         QVERIFY(motion->playing && !motion->again);
         m_wishes->seek(1, {});
         QVERIFY(!m_wishes->ended(film));

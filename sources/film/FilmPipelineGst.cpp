@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <gst/app/gstappsink.h>
 #include <utility>
 
@@ -12,6 +13,28 @@ namespace
 // Flags of playbin: picture, sound, volume in software where the sound sink has none, and
 // deinterlacing. No subtitles and no colour controls.
 constexpr int playFlags = 0x1 | 0x2 | 0x10 | 0x200;
+
+// The end of a film that is not left out; its sound may be longer than its pictures.
+constexpr GstClockTimeDiff endKept = 500 * GST_MSECOND;
+
+/// When the stream of that pad ends, in running time; 0 when unknown.
+GstClockTimeDiff endOf(GstPad *pad)
+{
+    gint64 length = 0;
+    GstEvent *event = gst_pad_get_sticky_event(pad, GST_EVENT_SEGMENT, 0);
+    if (!event || !gst_pad_peer_query_duration(pad, GST_FORMAT_TIME, &length)) {
+        g_clear_pointer(&event, gst_event_unref);
+        return 0;
+    }
+    const GstSegment *segment = nullptr;
+    gst_event_parse_segment(event, &segment);
+    const guint64 position = gst_segment_position_from_stream_time(segment, GST_FORMAT_TIME,
+                                                                   static_cast<guint64>(length));
+    const guint64 end =
+        gst_segment_to_running_time(segment, GST_FORMAT_TIME, std::min(position, segment->stop));
+    gst_event_unref(event);
+    return GST_CLOCK_TIME_IS_VALID(end) ? static_cast<GstClockTimeDiff>(end) : 0;
+}
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
 {
@@ -102,6 +125,7 @@ GstElement *FilmPipelineGst::buildVideoSink()
     gst_element_link_many(convert, upright, sink, nullptr);
     GstPad *flushed = gst_element_get_static_pad(sink, "sink");
     gst_pad_add_probe(flushed, GST_PAD_PROBE_TYPE_EVENT_FLUSH, onFlush, this, nullptr);
+    gst_pad_add_probe(flushed, GST_PAD_PROBE_TYPE_EVENT_UPSTREAM, onQos, this, nullptr);
     gst_object_unref(flushed);
     GstPad *entry = gst_element_get_static_pad(convert, "sink");
     gst_element_add_pad(bin, gst_ghost_pad_new("sink", entry));
@@ -132,6 +156,28 @@ GstPadProbeReturn FilmPipelineGst::onFlush(GstPad *, GstPadProbeInfo *info, gpoi
     auto *self = static_cast<FilmPipelineGst *>(pipeline);
     if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_FLUSH_STOP)
         self->m_pictures.clear(self->m_film);
+    return GST_PAD_PROBE_OK;
+}
+
+/// The decoder leaves out what is late, but not the end of the film, whose last picture stands.
+GstPadProbeReturn FilmPipelineGst::onQos(GstPad *pad, GstPadProbeInfo *info, gpointer)
+{
+    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (GST_EVENT_TYPE(event) != GST_EVENT_QOS)
+        return GST_PAD_PROBE_OK;
+    GstQOSType type = GST_QOS_TYPE_UNDERFLOW;
+    gdouble proportion = 1;
+    GstClockTimeDiff late = 0;
+    GstClockTime timestamp = 0;
+    gst_event_parse_qos(event, &type, &proportion, &late, &timestamp);
+    const GstClockTimeDiff end = late > 0 ? endOf(pad) : 0;
+    // Elements leave out what is twice as far ahead as the last picture was late.
+    const auto left = std::max<GstClockTimeDiff>(
+        0, (end - endKept - static_cast<GstClockTimeDiff>(timestamp)) / 2);
+    if (end > 0 && late > left) {
+        GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_qos(type, proportion, left, timestamp);
+        gst_event_unref(event);
+    }
     return GST_PAD_PROBE_OK;
 }
 

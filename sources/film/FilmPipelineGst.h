@@ -48,6 +48,7 @@ private:
     static GstFlowReturn onPreroll(GstAppSink *sink, gpointer pipeline);
     static GstFlowReturn onSample(GstAppSink *sink, gpointer pipeline);
     static GstPadProbeReturn onFlush(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
+    static GstPadProbeReturn onQos(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
     GstFlowReturn keep(GstSample *sample);
 
     const quint64 m_film;

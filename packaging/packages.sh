@@ -16,7 +16,7 @@ RUN_PACKAGES="
 # What the tests drive it with.
 TEST_PACKAGES="
     libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
-    clang clang-format libclang-rt-dev e2fsprogs cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg"
+    clang clang-format libclang-rt-dev e2fsprogs mpv cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg"
 
 # What the benchmarks measure beside it.
 BENCHMARK_PACKAGES="

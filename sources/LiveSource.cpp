@@ -5,9 +5,11 @@
 #include "sources/camera/UvcCamera.h"
 #include "sources/recording/FrameRecorder.h"
 #include "sources/recording/MovieRecorder.h"
+#include "sources/threads/CallbackGate.h"
 
 #include <QtGlobal>
 
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -50,6 +52,8 @@ public:
     std::unique_ptr<FrameRecorder> recorder;
     std::unique_ptr<UvcCamera> camera = std::make_unique<UvcCamera>();
     std::unique_ptr<CameraControls> controls = std::make_unique<CameraControls>(*camera);
+    /// What a movie tells, which may be completed in the background after the source has gone.
+    const std::shared_ptr<CallbackGate> failures = std::make_shared<CallbackGate>();
 };
 
 LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution,
@@ -73,6 +77,7 @@ LiveSource::~LiveSource()
 {
     if (m_running)
         tearDownCaptureGraph();
+    m_private->failures->close();
 }
 
 bool LiveSource::running() const
@@ -320,9 +325,11 @@ std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
 {
     // What a recording reports after the next one has begun belongs to neither.
     const int number = m_recording.number();
-    auto failed = [this, number](const QString &sentence) {
-        QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection, Q_ARG(int, number),
-                                  Q_ARG(QString, sentence));
+    auto failed = [this, number, gate = m_private->failures](const QString &sentence) {
+        gate->pass([&] {
+            QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection,
+                                      Q_ARG(int, number), Q_ARG(QString, sentence));
+        });
     };
     auto writer = MovieWriter::create({m_recording.fileName(), size}, failed);
     const CameraProfile &camera = m_private->camera->profile();

@@ -56,9 +56,6 @@ std::unique_ptr<FilmPipelineGst>
 FilmPipelineGst::create(const QString &path, bool silent, quint64 film, FrameQueueGst &pictures,
                         const std::function<void(GstMessage *)> &onMessage)
 {
-    // A pipe or a device could block for ever.
-    if (!QFileInfo(path).isFile())
-        return nullptr;
     std::unique_ptr<FilmPipelineGst> pipeline(new FilmPipelineGst(film, pictures, onMessage));
     return pipeline->build(path, silent) ? std::move(pipeline) : nullptr;
 }
@@ -225,6 +222,26 @@ bool FilmPipelineGst::hasSound() const
     gint streams = 0;
     g_object_get(m_playbin.get(), "n-audio", &streams, nullptr);
     return streams > 0;
+}
+
+bool FilmPipelineGst::anyTaskRuns() const
+{
+    bool running = false;
+    GstIterator *elements = gst_bin_iterate_recurse(GST_BIN(m_playbin.get()));
+    const auto look = [](const GValue *element, gpointer found) {
+        gst_element_foreach_pad(
+            GST_ELEMENT(g_value_get_object(element)),
+            [](GstElement *, GstPad *pad, gpointer any) -> gboolean {
+                if (gst_pad_get_task_state(pad) == GST_TASK_STARTED)
+                    *static_cast<bool *>(any) = true;
+                return TRUE;
+            },
+            found);
+    };
+    while (gst_iterator_foreach(elements, look, &running) == GST_ITERATOR_RESYNC)
+        gst_iterator_resync(elements);
+    gst_iterator_free(elements);
+    return running;
 }
 
 bool FilmPipelineGst::isFromSound(GstMessage *message) const

@@ -17,7 +17,7 @@ class FilmPipelineGst
 public:
     enum class Result { Failed, Done, Later };
 
-    /// Null when it is no regular file or an element is missing. Messages go to `onMessage`, which
+    /// Null when an element is missing. Messages go to `onMessage`, which
     /// outlives the pipeline, on the thread-default context.
     [[nodiscard]] static std::unique_ptr<FilmPipelineGst>
     create(const QString &path, bool silent, quint64 film, FrameQueueGst &pictures,
@@ -35,6 +35,8 @@ public:
     [[nodiscard]] double duration() const;
     /// Whether there is sound that can be decoded; known once it is open.
     [[nodiscard]] bool hasSound() const;
+    /// Whether anything is still read, decoded or waited with.
+    [[nodiscard]] bool anyTaskRuns() const;
     [[nodiscard]] bool isFromSound(GstMessage *message) const;
     [[nodiscard]] bool isFromPipeline(GstMessage *message) const;
     [[nodiscard]] GstElement *element() const { return m_playbin.get(); }

@@ -43,8 +43,9 @@ public:
         /// opened or read any further. Once for each time that this happens. A play() or seek()
         /// that comes meanwhile may make it untrue: atEnd() tells.
         std::function<void()> ended;
-        /// Something that the user should be told: at the latest five seconds after the sound was
-        /// asked for, or ten after the file. `ended` follows when nothing will be shown.
+        /// Something that the user should be told: at the latest five seconds after the sound or
+        /// the disk was asked for, or ten when it answers and still nothing comes of it. `ended`
+        /// follows when nothing will be shown.
         std::function<void(FilmFault fault)> faulty;
     };
 

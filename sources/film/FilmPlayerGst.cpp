@@ -19,6 +19,8 @@ namespace
 /// A call that lasts longer does not return: a healthy one takes a few milliseconds, loading code
 /// from a slow disk some hundred. The user is told within five seconds.
 constexpr std::chrono::seconds hangBound(3);
+/// For a disk that has not answered when another film is chosen.
+constexpr std::chrono::milliseconds leaveBound(300);
 /// For the end of the program; a healthy film is closed in a tenth of that.
 constexpr std::chrono::seconds endBound(1);
 
@@ -109,7 +111,13 @@ private:
     void setFilm(const std::optional<QString> &path, Events events)
     {
         m_state->pictures.expect(m_state->wishes.setFilm(path, std::move(events)));
-        wake();
+        const std::shared_ptr<PlaybackThreadGst> current = engine();
+        if (!current)
+            return;
+        // The disk of the film before is none of this one's business.
+        if (current->asksDisk())
+            current->hurry(leaveBound);
+        current->wake();
     }
 
     void wake()
@@ -130,20 +138,21 @@ private:
     /// False when the player goes.
     bool replace(const std::shared_ptr<PlaybackThreadGst> &hanging)
     {
-        const bool sound = !hanging->silent();
+        const bool sound = !hanging->silent() && !hanging->asksDisk();
         PlaybackRequests::Film film;
         {
             const std::lock_guard lock(m_mutex);
             if (m_finished)
                 return false;
             // Without its sound, a film gets a second chance.
-            film = m_state->wishes.renew(sound);
+            film = m_state->wishes.renew(sound ? std::nullopt
+                                               : std::optional<quint64>(hanging->film()));
             m_state->pictures.expect(film.number);
             hanging->leave();
             m_engine =
                 PlaybackThreadGst::start(m_state, sound ? hanging : hanging->hangingOnSound());
         }
-        if (!sound)
+        if (!film.path)
             m_state->gate.pass([&film] { giveUp(film.events); });
         return true;
     }

@@ -1,5 +1,7 @@
 #include "sources/film/PlaybackEngineGst.h"
 
+#include "sources/film/FilmFile.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,9 +11,10 @@ namespace
 using Result = FilmPipelineGst::Result;
 
 // Far more than a healthy file needs; what takes longer is given up, so that every seek completes.
-constexpr guint patienceMs = 10000;
+constexpr std::chrono::seconds workTimeout(10);
 // For what has already failed, until the message that says why.
-constexpr guint failureMs = 500;
+constexpr std::chrono::milliseconds failureTimeout(500);
+constexpr guint checkIntervalMs = 200;
 // Not a place: where the film is, the pipeline knows.
 constexpr std::nullopt_t unknownPlace = std::nullopt;
 
@@ -123,6 +126,7 @@ void PlaybackEngineGst::takeFilm(PlaybackRequests::Film film)
     closePipeline();
     complete(m_wishes.takeSeeksBefore(film.number), false);
     m_film = std::move(film);
+    m_filmNumber = m_film.number;
     m_duration = 0;
     m_silent = !m_around.soundAnswers();
     m_wasOpen = false;
@@ -141,10 +145,17 @@ void PlaybackEngineGst::openPipeline(double at)
     m_resumeAt = at;
     m_atEnd = false;
     m_decoderMissing = false;
+    m_asksDisk = true;
+    const bool readable = FilmFile::isReadable(*m_film.path);
+    m_asksDisk = false;
+    if (!readable) {
+        breakOff(FilmFault::Unreadable);
+        return;
+    }
     m_pipeline =
         FilmPipelineGst::create(*m_film.path, m_silent, m_film.number, m_pictures, m_onMessage);
     if (!m_pipeline) {
-        breakOff(FilmFault::Unreadable);
+        breakOff(FilmFault::NoFilm);
         return;
     }
     show(m_pipeline->element());
@@ -152,7 +163,7 @@ void PlaybackEngineGst::openPipeline(double at)
     m_pipeline->setVolume(static_cast<double>(m_volume));
     // A failure comes as a message, too, which tells whose it is.
     const Result result = m_pipeline->setState(GST_STATE_PAUSED);
-    begin(Work::Opening, result == Result::Failed ? failureMs : patienceMs);
+    begin(Work::Opening, result == Result::Failed ? failureTimeout : workTimeout);
 }
 
 void PlaybackEngineGst::closePipeline()
@@ -182,7 +193,7 @@ void PlaybackEngineGst::sendSeek(double seconds, bool exact)
     if (m_pipeline->seek(seconds, exact) == Result::Failed)
         finishSeek(false);
     else
-        begin(Work::Seeking, patienceMs);
+        begin(Work::Seeking, workTimeout);
 }
 
 void PlaybackEngineGst::finishSeek(bool reached)
@@ -212,36 +223,55 @@ void PlaybackEngineGst::setPlaying(bool playing)
     if (playing)
         m_wishes.setPlace(m_film.number, unknownPlace);
     if (result == Result::Later)
-        begin(Work::ChangingState, patienceMs);
+        begin(Work::ChangingState, workTimeout);
 }
 
-void PlaybackEngineGst::begin(Work work, guint withinMs)
+void PlaybackEngineGst::begin(Work work, std::chrono::milliseconds within)
 {
     endWork();
     m_work = work;
-    m_impatience.reset(g_timeout_source_new(withinMs));
-    g_source_set_callback(m_impatience.get(), onTimeout, this, nullptr);
-    g_source_attach(m_impatience.get(), m_context);
+    m_workEnds = std::chrono::steady_clock::now() + within;
+    m_stoodStill = false;
+    m_check.reset(g_timeout_source_new(checkIntervalMs));
+    g_source_set_callback(m_check.get(), onCheck, this, nullptr);
+    g_source_attach(m_check.get(), m_context);
 }
 
 void PlaybackEngineGst::endWork()
 {
     m_work = Work::None;
-    if (m_impatience)
-        g_source_destroy(m_impatience.get());
-    m_impatience.reset();
+    if (m_check)
+        g_source_destroy(m_check.get());
+    m_check.reset();
     wake();
 }
 
-gboolean PlaybackEngineGst::onTimeout(gpointer projector)
+gboolean PlaybackEngineGst::onCheck(gpointer engine)
 {
-    auto *self = static_cast<PlaybackEngineGst *>(projector);
+    auto *self = static_cast<PlaybackEngineGst *>(engine);
     const CallWatch::Call call(self->m_around.watch);
-    if (self->m_work == Work::ChangingState)
-        self->endWork();
-    else
-        self->breakOff(FilmFault::NotAnswering);
-    return G_SOURCE_REMOVE;
+    self->checkWork();
+    return G_SOURCE_CONTINUE;
+}
+
+void PlaybackEngineGst::checkWork()
+{
+    const bool late = std::chrono::steady_clock::now() >= m_workEnds;
+    if (m_work == Work::Opening && standsStill())
+        breakOff(m_decoderMissing ? FilmFault::DecoderMissing : FilmFault::NoFilm);
+    else if (late && m_work == Work::ChangingState)
+        endWork();
+    else if (late)
+        breakOff(FilmFault::NotAnswering);
+}
+
+/// While a pipeline is put together the media library swallows an error that comes at the wrong
+/// moment; what is seen of it is that nothing runs any more. Twice, as a message may be on its way.
+bool PlaybackEngineGst::standsStill()
+{
+    const bool stoodStill = m_stoodStill;
+    m_stoodStill = !m_pipeline->anyTaskRuns();
+    return stoodStill && m_stoodStill;
 }
 
 void PlaybackEngineGst::handle(GstMessage *message)
@@ -254,7 +284,7 @@ void PlaybackEngineGst::handle(GstMessage *message)
     case GST_MESSAGE_EOS:
         // One that is older than the seek under way is none; yet a seek into nothing may answer so.
         if (m_work == Work::Seeking)
-            begin(Work::Seeking, failureMs);
+            begin(Work::Seeking, failureTimeout);
         else
             end();
         break;

@@ -7,6 +7,7 @@
 #include "sources/threads/CallbackGate.h"
 
 #include <atomic>
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -43,6 +44,10 @@ public:
     [[nodiscard]] double currentTime() const;
     /// Whether the present film plays without sound. Any thread.
     [[nodiscard]] bool silent() const { return m_silent; }
+    /// Whether it has asked the disk for the film, and has no answer yet. Any thread.
+    [[nodiscard]] bool asksDisk() const { return m_asksDisk; }
+    /// The number of the film that it works on. Any thread.
+    [[nodiscard]] quint64 film() const { return m_filmNumber; }
 
 private:
     /// What the pipeline is busy with; nothing else is asked of it until it has answered.
@@ -56,7 +61,7 @@ private:
     void sendSeek(double seconds, bool exact);
     void finishSeek(bool reached);
     void setPlaying(bool playing);
-    void begin(Work work, guint withinMs);
+    void begin(Work work, std::chrono::milliseconds within);
     void endWork();
     void workDone();
     void opened();
@@ -71,7 +76,9 @@ private:
     void handleError(GstMessage *message);
     void reportDuration();
     void wake();
-    static gboolean onTimeout(gpointer projector);
+    void checkWork();
+    [[nodiscard]] bool standsStill();
+    static gboolean onCheck(gpointer engine);
 
     const Surroundings m_around;
     PlaybackRequests &m_wishes;
@@ -87,13 +94,18 @@ private:
     std::unique_ptr<FilmPipelineGst> m_pipeline;
     PlaybackRequests::Film m_film;
     Work m_work = Work::None;
-    GstPtr<GSource> m_impatience;
+    /// Looks after the work while there is any.
+    GstPtr<GSource> m_check;
+    std::chrono::steady_clock::time_point m_workEnds;
+    bool m_stoodStill = false;
     std::optional<PlaybackRequests::Seek> m_seek;
     bool m_seekExact = true;
     /// Where a pipeline that replaces another goes on.
     double m_resumeAt = 0;
     double m_duration = 0;
     std::atomic<bool> m_silent{false};
+    std::atomic<bool> m_asksDisk{false};
+    std::atomic<quint64> m_filmNumber{0};
     bool m_decoderMissing = false;
     bool m_wasOpen = false;
     bool m_playing = false;

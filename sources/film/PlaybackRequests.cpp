@@ -88,17 +88,18 @@ bool PlaybackRequests::finished() const
     return m_finished;
 }
 
-PlaybackRequests::Film PlaybackRequests::renew(bool readable)
+PlaybackRequests::Film PlaybackRequests::renew(std::optional<quint64> unreadable)
 {
     const std::lock_guard lock(m_mutex);
+    const bool givenUp = unreadable == m_film.number;
     ++m_film.number;
     for (Seek &seek : m_seeks) {
         if (seek.film + 1 == m_film.number)
             seek.film = m_film.number;
     }
-    if (!readable)
+    if (givenUp)
         m_film.path.reset();
-    m_atEnd = !readable;
+    m_atEnd = givenUp;
     m_film.resumeAt = m_place.value_or(m_lastTime);
     m_place = m_film.resumeAt;
     return m_film;

@@ -56,9 +56,9 @@ public:
     // The player's part.
 
     /// Gives the film another number, so that whoever still works on it works for nobody. Its
-    /// seeks, its motion and its place are kept. Unreadable: the path is taken from it. Returns the
-    /// film.
-    Film renew(bool readable);
+    /// seeks, its motion and its place are kept. If it is the film `unreadable`, its path is taken
+    /// from it. Returns the film.
+    Film renew(std::optional<quint64> unreadable = {});
     [[nodiscard]] bool finished() const;
     /// The film, if it is another than that number.
     [[nodiscard]] std::optional<Film> otherFilm(quint64 than) const;

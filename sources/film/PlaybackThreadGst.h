@@ -36,10 +36,16 @@ public:
     [[nodiscard]] double currentTime() const { return m_projector.currentTime(); }
     /// Whether the present film has no sound.
     [[nodiscard]] bool silent() const { return m_projector.silent(); }
+    /// Whether it has asked the disk for the film, and has no answer yet.
+    [[nodiscard]] bool asksDisk() const { return m_projector.asksDisk(); }
+    /// The number of the film that it works on.
+    [[nodiscard]] quint64 film() const { return m_projector.film(); }
     [[nodiscard]] std::shared_ptr<PlaybackThreadGst> hangingOnSound() const { return m_hanging; }
 
     /// True when the engine hangs, false after finish() or leave().
     [[nodiscard]] bool waitForHang(std::chrono::milliseconds bound);
+    /// A call that is under way counts as hanging after that time, if it has not before.
+    void hurry(std::chrono::milliseconds bound) { m_watch.hurry(bound); }
     /// Ends the engine of a player that goes. What takes longer than `bound` goes on alone.
     void finish(std::chrono::milliseconds bound);
     /// Leaves an engine that hangs to itself; it meets no wish any more.

@@ -2,6 +2,7 @@
 
 #include "sources/gst/GstRuntime.h"
 #include "sources/recording/MovieEncoders.h"
+#include "sources/threads/DetachedThreads.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -34,6 +35,7 @@ MovieJobGst::MovieJobGst(MovieWriter::Settings settings, MovieWriter::FailureHan
 void MovieJobGst::run()
 {
     pthread_setname_np(pthread_self(), "MovieFile");
+    const DetachedThreads::Running running;
     if (open())
         record();
     close();
@@ -50,7 +52,7 @@ void MovieJobGst::end()
     wake();
 }
 
-bool MovieJobGst::waitUntilClosed(std::chrono::seconds timeout)
+bool MovieJobGst::waitUntilClosed(std::chrono::milliseconds timeout)
 {
     std::unique_lock lock(m_mutex);
     return m_changed.wait_for(lock, timeout, [this] { return m_closed; });
@@ -72,12 +74,6 @@ void MovieJobGst::failToWrite()
              : text(QT_TRANSLATE_NOOP(
                    "MovieWriter",
                    "The recording was stopped because the movie file cannot be written.")));
-}
-
-void MovieJobGst::forgetHandler()
-{
-    const std::lock_guard lock(m_handlerMutex);
-    m_failed = nullptr;
 }
 
 bool MovieJobGst::open()

@@ -24,15 +24,12 @@ public:
     /// thread.
     void end();
 
-    bool waitUntilClosed(std::chrono::seconds timeout);
+    bool waitUntilClosed(std::chrono::milliseconds timeout);
 
     /// Tells of a failure once; nothing is recorded any more. Any thread.
     void fail(const QString &sentence);
     /// The same for a movie that cannot be written.
     void failToWrite();
-
-    /// A thread that is left behind reports nothing any more.
-    void forgetHandler();
 
     /// Any thread.
     std::atomic<MovieWriter::Status> status{MovieWriter::Status::Waiting};

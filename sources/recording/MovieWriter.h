@@ -30,8 +30,9 @@ public:
         Failed    ///< nothing is taken any more; what is written stays playable
     };
 
-    /// Called once with one sentence for the user when nothing can be written any more. It must
-    /// not call back into the writer.
+    /// Called once with one sentence for the user when nothing can be written any more, also after
+    /// finish(), when the file is completed in the background. It must not call back into the
+    /// writer, and may outlive it.
     using FailureHandler = std::function<void(const QString &sentence)>;
 
     struct Settings {
@@ -60,8 +61,8 @@ public:
     /// One channel at 44100 samples a second. Holes are filled with silence.
     virtual void appendSound(const std::int16_t *samples, int count, qint64 presentationUs) = 0;
 
-    /// Completes the file, within ten seconds at most; a disk or an encoder that does not answer is
-    /// left to a thread behind. A movie without any picture is removed.
+    /// Completes the file. Waits half a second at most: on a slower disk or encoder the file is
+    /// completed in the background. A movie without any picture is removed.
     virtual void finish() = 0;
 
     /// Whether a picture has been taken into the movie.

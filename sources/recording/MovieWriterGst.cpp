@@ -18,9 +18,9 @@ constexpr size_t SOUND_PRIMING = 1024;
 /// A camera that falls silent leaves its last picture standing; it is repeated this often.
 constexpr qint64 STANDSTILL_US = 1000000;
 constexpr qint64 REPEAT_BEHIND_US = 300000;
-constexpr std::chrono::seconds FINISH_PATIENCE(10);
-/// There is nothing to lose: only the file is to be taken away.
-constexpr std::chrono::seconds FINISH_PATIENCE_WITHOUT_PICTURES(1);
+/// A healthy disk needs some hundredths of a second. The caller is the window, which must not
+/// stand still for a slow one.
+constexpr std::chrono::milliseconds FINISH_TIMEOUT(500);
 
 class MovieWriterGst : public MovieWriter
 {
@@ -102,14 +102,12 @@ void MovieWriterGst::finish()
            !m_job->status.compare_exchange_weak(writing, Status::Finished)) {
     }
     m_job->end();
-    const bool pictures = m_job->feed.hasPictures();
-    if (m_job->waitUntilClosed(pictures ? FINISH_PATIENCE : FINISH_PATIENCE_WITHOUT_PICTURES)) {
+    if (m_job->waitUntilClosed(FINISH_TIMEOUT)) {
         m_thread.join();
     } else {
-        qDebug("The disk does not answer, the movie is completed in the background.");
+        qDebug("The disk is slow, the movie is completed in the background.");
         m_thread.detach();
     }
-    m_job->forgetHandler();
     if (m_dropped > 0)
         qDebug("%lld pictures of the movie were dropped.", static_cast<long long>(m_dropped));
 }

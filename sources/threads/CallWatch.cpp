@@ -1,5 +1,7 @@
 #include "sources/threads/CallWatch.h"
 
+#include <algorithm>
+
 CallWatch::Call::Call(CallWatch &watch)
     : m_watch(watch)
 {
@@ -12,6 +14,7 @@ CallWatch::Call::~Call()
 {
     const std::lock_guard lock(m_watch.m_mutex);
     m_watch.m_began.reset();
+    m_watch.m_due.reset();
 }
 
 bool CallWatch::waitForHang(std::chrono::milliseconds bound)
@@ -22,12 +25,21 @@ bool CallWatch::waitForHang(std::chrono::milliseconds bound)
             m_changed.wait(lock);
             continue;
         }
-        const Clock::time_point due = *m_began + bound;
+        const Clock::time_point due = std::min(*m_began + bound, m_due.value_or(*m_began + bound));
         if (Clock::now() >= due)
             return true;
         m_changed.wait_until(lock, due);
     }
     return false;
+}
+
+void CallWatch::hurry(std::chrono::milliseconds bound)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_began)
+        return;
+    m_due = Clock::now() + bound;
+    m_changed.notify_all();
 }
 
 void CallWatch::stop()

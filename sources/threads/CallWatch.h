@@ -24,6 +24,8 @@ public:
 
     /// Returns true as soon as a call has lasted `bound`, false after stop().
     [[nodiscard]] bool waitForHang(std::chrono::milliseconds bound);
+    /// The call that is under way, if there is one, may last no longer than `bound` from now.
+    void hurry(std::chrono::milliseconds bound);
     void stop();
 
 private:
@@ -33,5 +35,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::optional<Clock::time_point> m_began;
+    /// The end of the call under way, if it was hurried.
+    std::optional<Clock::time_point> m_due;
     bool m_stopped = false;
 };

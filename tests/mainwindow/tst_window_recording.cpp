@@ -1,6 +1,7 @@
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "canvas/OSDProcessor.h"
 #include "sources/LiveSource.h"
 #include "tests/sources/LiveRig.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -8,6 +9,7 @@
 #include "tests/TestProgram.h"
 
 #include <QMessageBox>
+#include <QPainter>
 #include <QTemporaryDir>
 
 using namespace WindowProbe;
@@ -43,6 +45,7 @@ private slots:
         m_folder = std::make_unique<QTemporaryDir>();
         Config::setRecordPath(m_folder->path());
         m_window = std::make_unique<MainWindow>();
+        m_window->show(); // which gives the canvas its size
     }
     void cleanup()
     {
@@ -109,6 +112,22 @@ private slots:
 private:
     ImageButton *record() const { return button(*m_window, "Record video"); }
 
+    /// Whether the time of a recording is painted over the picture, which has no other indication
+    /// here.
+    bool clockShows() const
+    {
+        const ImageCanvas *canvas = m_window->currentCanvas();
+        QImage painted(canvas->size(), QImage::Format_ARGB32_Premultiplied);
+        painted.fill(Qt::transparent);
+        {
+            QPainter painter(&painted);
+            m_window->osdProcessors().value(m_window->currentCanvas())->postPaint(&painter);
+        }
+        QImage empty(painted.size(), painted.format());
+        empty.fill(Qt::transparent);
+        return painted != empty;
+    }
+
     bool showsRecording() const
     {
         for (const ImageButton *each : m_window->findChildren<ImageButton *>()) {
@@ -116,6 +135,8 @@ private:
                 each->isChecked() != m_window->recording())
                 qFatal("a record button disagrees with the recording");
         }
+        if (clockShows() != m_window->recording())
+            qFatal("the clock disagrees with the recording");
         return m_window->recording();
     }
 

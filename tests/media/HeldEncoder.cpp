@@ -59,9 +59,12 @@ void HeldEncoder::install()
     const GTypeInfo info{
         sizeof(GstElementClass), nullptr, nullptr,    initialiseClass, nullptr, nullptr,
         sizeof(GstElement),      0,       initialise, nullptr};
-    const GType type =
+    static const GType type =
         g_type_register_static(GST_TYPE_ELEMENT, "HeldEncoder", &info, GTypeFlags(0));
     gst_element_register(nullptr, "heldencoder", GST_RANK_NONE, type);
+    const std::lock_guard lock(mutex);
+    tried = false;
+    released = false;
 }
 
 bool HeldEncoder::waitUntilTried()

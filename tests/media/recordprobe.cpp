@@ -6,6 +6,7 @@
 
 #include "sources/recording/CaptureClock.h"
 #include "sources/recording/MovieRecorder.h"
+#include "sources/threads/DetachedThreads.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -155,6 +156,8 @@ int record(const Options &options)
     }
     say("finishing");
     recorder.finish();
+    // A slow disk leaves the rest to the background.
+    (void)DetachedThreads::allEnded(std::chrono::seconds(30));
     if (time(nullptr) < startDate)
         say("date stepped");
     say(QString("finished dropped %1 slowest %2 us")

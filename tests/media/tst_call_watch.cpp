@@ -113,6 +113,32 @@ private slots:
         QVERIFY(endedBeforeClosed);
     }
 
+    void aCallThatIsHurriedHangsEarlier()
+    {
+        CallWatch watch;
+        watch.hurry(0ms); // there is none
+        QSemaphore mayEnd;
+        std::thread caller([&] {
+            const CallWatch::Call call(watch);
+            watch.hurry(1ms);
+            mayEnd.acquire();
+        });
+        const bool hangs = watch.waitForHang(1h);
+        mayEnd.release();
+        caller.join();
+        QVERIFY(hangs);
+        {
+            // The next one has its full time.
+            const CallWatch::Call call(watch);
+            std::thread stopper([&watch] {
+                std::this_thread::sleep_for(50ms); // long enough for a bound that still counts
+                watch.stop();
+            });
+            QVERIFY(!watch.waitForHang(1h));
+            stopper.join();
+        }
+    }
+
     void oneCallMayLeadToAnother()
     {
         CallbackGate gate;

@@ -143,6 +143,22 @@ private slots:
         verifyTheNextFilmPlays();
     }
 
+    /// The media library loses its own error in about every second of these.
+    void aFilmWithoutItsIndexIsNoneEveryTime()
+    {
+        QVERIFY(writeTo(path("cut.mp4"), contentOf(m_film).chopped(3000)));
+        QVector<FilmFault> faults;
+        connect(m_source.get(), &FilmSource::faulty, this,
+                [&faults](FilmFault each) { faults.append(each); });
+        for (int i = 0; i < 12; ++i) {
+            faults.clear();
+            m_source->setFile(path("cut.mp4"));
+            QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+            QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoFilm});
+        }
+        verifyTheNextFilmPlays();
+    }
+
     void aFilmThatBreaksOffPlaysToThereAndSeeksBack()
     {
         TestFilm made;

@@ -1,5 +1,6 @@
 #include "sources/FilmSource.h"
 #include "sources/recording/MovieWriter.h"
+#include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/PictureWall.h"
 #include "tests/media/MovieFile.h"
@@ -44,6 +45,8 @@ bool record(const QString &path, QSize size, const QString &killedPath)
     if (!whole || !QFile::copy(path, killedPath))
         return false;
     writer->finish();
+    if (!DetachedThreads::allEnded(std::chrono::milliseconds(patienceMs)))
+        return false;
     return writer->status() == MovieWriter::Status::Finished;
 }
 

@@ -5,9 +5,13 @@
 
 #include "sources/recording/MovieEncoders.h"
 #include "sources/recording/MovieWriter.h"
+#include "sources/threads/DetachedThreads.h"
 
 #include <QtTest>
 
+#include <QElapsedTimer>
+
+#include <chrono>
 #include <cstdlib>
 #include <mutex>
 #include <thread>
@@ -61,6 +65,17 @@ public:
         } while (writer->droppedPictures() > dropped);
     }
 
+    /// And waits until the file is complete, which a slow disk may leave to the background.
+    void finish()
+    {
+        writer->finish();
+        waitUntilCompleted();
+    }
+    static void waitUntilCompleted()
+    {
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(PATIENCE_MS)));
+    }
+
     QStringList failures() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -90,7 +105,7 @@ private slots:
         for (int n = 0; n < 60; ++n)
             movie.append(n);
         QCOMPARE(movie.writer->status(), MovieWriter::Status::Writing);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(movie.writer->status(), MovieWriter::Status::Finished);
         QCOMPARE(movie.failures(), QStringList());
 
@@ -141,7 +156,7 @@ private slots:
             movie.appendSound(n);
             movie.writer->appendPicture(rgb.data(), timeOf(n));
         }
-        movie.writer->finish();
+        movie.finish();
 
         const int width = size.width() & ~1;
         const int height = size.height() & ~1;
@@ -166,7 +181,7 @@ private slots:
         Movie movie(file, SMALL, {"nosuchencoder", "theoraenc", "openh264enc"});
         for (int n = 0; n < 30; ++n)
             movie.append(n);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(movie.failures(), QStringList());
         QCOMPARE(int(MovieFile(file).pictures().size()), 30);
     }
@@ -177,7 +192,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
         QTRY_COMPARE_WITH_TIMEOUT(int(movie.failures().size()), 1, PATIENCE_MS);
         movie.append(0);
-        movie.writer->finish();
+        movie.finish();
     }
 
     void whatComesBeforeTheEncoderIsThereIsInTheMovie()
@@ -198,7 +213,7 @@ private slots:
         HeldEncoder::release();
         for (int n = held; n < last; ++n)
             movie.append(n);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(movie.failures(), QStringList());
 
         const MovieFile read(file);
@@ -219,13 +234,49 @@ private slots:
                             [](qint16 s) { return std::abs(s - 1000) < 300; }));
     }
 
+    void anEncoderThatHangsDoesNotHoldUpTheEndOfTheMovie_data()
+    {
+        QTest::addColumn<QStringList>("encoders");
+        QTest::addColumn<QStringList>("failures");
+        QTest::newRow("another works") << QStringList{"heldencoder", "x264enc"} << QStringList();
+        QTest::newRow("none works") << QStringList{"heldencoder"}
+                                    << QStringList{"This computer has no encoder for movies."};
+    }
+
+    void anEncoderThatHangsDoesNotHoldUpTheEndOfTheMovie()
+    {
+        QFETCH(QStringList, encoders);
+        QFETCH(QStringList, failures);
+        HeldEncoder::install();
+        const QString file = m_folder.filePath("late.mov");
+        // The size is tried once in a process.
+        Movie movie(file, failures.isEmpty() ? QSize(320, 240) : QSize(322, 240), encoders);
+        QVERIFY(HeldEncoder::waitUntilTried());
+        for (int n = 0; n < 8; ++n) {
+            movie.appendSound(n);
+            movie.appendPicture(n);
+        }
+        QElapsedTimer finishing;
+        finishing.start();
+        movie.writer->finish();
+        QVERIFY2(finishing.elapsed() < 2000, qPrintable(QString::number(finishing.elapsed())));
+        QCOMPARE(movie.failures(), QStringList());
+        // What is left to the background is done all the same, and told.
+        HeldEncoder::release();
+        Movie::waitUntilCompleted();
+        QCOMPARE(movie.failures(), failures);
+        QCOMPARE(QFile::exists(file), failures.isEmpty());
+        if (failures.isEmpty())
+            QCOMPARE(int(MovieFile(file).pictures().size()), 8);
+    }
+
     void aFinishedMovieHoldsNoReserve()
     {
         const QString file = m_folder.filePath("clip.mov");
         Movie movie(file);
         for (int n = 0; n < 150; ++n)
             movie.append(n);
-        movie.writer->finish();
+        movie.finish();
         const qint64 content = MovieFile(file).contentBytes();
         const qint64 size = QFileInfo(file).size();
         QVERIFY(content > 10000);
@@ -259,7 +310,7 @@ private slots:
             movie.appendPicture(n);
             std::this_thread::sleep_until(due += interval);
         }
-        movie.writer->finish();
+        movie.finish();
         const qint64 dropped = movie.writer->droppedPictures() - before;
         QVERIFY(dropped > 0);
         const MovieFile read(file);
@@ -287,7 +338,7 @@ private slots:
         Movie movie(file);
         for (int n = -5; n < 20; ++n)
             movie.append(n);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(MovieFile(file).pictures().first().number, 0);
         QCOMPARE(int(MovieFile(file).pictures().size()), 20);
     }
@@ -300,7 +351,7 @@ private slots:
             movie.append(n);
         for (int n = 30; n < 300; ++n)
             movie.appendSound(n);
-        movie.writer->finish();
+        movie.finish();
         const auto pictures = MovieFile(file).pictures();
         QVERIFY(pictures.size() > 30);
         QCOMPARE(pictures.last().number, 29);
@@ -314,12 +365,14 @@ private slots:
             Movie movie(file);
             QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), PATIENCE_MS);
         }
+        Movie::waitUntilCompleted();
         QVERIFY(!QFile::exists(file));
         {
             Movie movie(file);
             for (int n = 0; n < 30; ++n)
                 movie.appendSound(n);
         }
+        Movie::waitUntilCompleted();
         QVERIFY(!QFile::exists(file));
     }
 
@@ -328,7 +381,7 @@ private slots:
         const QString file = m_folder.filePath("single.mov");
         Movie movie(file);
         movie.append(0);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(MovieFile(file).complaints(), QString());
         QCOMPARE(int(MovieFile(file).pictures().size()), 1);
     }
@@ -349,7 +402,7 @@ private slots:
                                   QStringList("The movie file cannot be created."), PATIENCE_MS);
         QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
         movie.append(0);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
         QVERIFY(QDir(m_folder.path()).exists());
     }
@@ -364,7 +417,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
         QCOMPARE(movie.failures(),
                  QStringList("The recording was stopped because its folder no longer exists."));
-        movie.writer->finish();
+        movie.finish();
     }
 
     void aFolderThatIsRenamedLeavesAWholeMovie()
@@ -375,7 +428,7 @@ private slots:
             movie.append(n);
         QVERIFY(QDir(m_folder.path()).rename("before", "after"));
         QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
-        movie.writer->finish();
+        movie.finish();
         QCOMPARE(int(MovieFile(m_folder.filePath("after/movie.mov")).pictures().size()), 30);
     }
 

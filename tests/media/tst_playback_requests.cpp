@@ -117,7 +117,7 @@ private slots:
         m_wishes->seek(1, {});
         QVERIFY(!m_wishes->atEnd());
         // A file that does not answer is given up: nothing more will come.
-        (void)m_wishes->renew(false);
+        (void)m_wishes->renew(film);
         QVERIFY(m_wishes->atEnd());
         m_wishes->setFilm(QString("b"), {});
         QVERIFY(!m_wishes->atEnd());
@@ -143,7 +143,7 @@ private slots:
         m_wishes->setPlace(film, std::nullopt);
         QCOMPARE(m_wishes->answered(12), 12.0);
         m_wishes->seek(7, {});
-        const PlaybackRequests::Film again = m_wishes->renew(true);
+        const PlaybackRequests::Film again = m_wishes->renew();
         QCOMPARE(again.number, film + 1);
         QCOMPARE(again.path, std::optional<QString>("a"));
         QCOMPARE(again.resumeAt, 7.0);
@@ -155,8 +155,9 @@ private slots:
         QVERIFY(m_wishes->takeSeeksBefore(film).empty());
         QCOMPARE(placesOf(m_wishes->takeSeeks(again.number)), QVector<double>{7});
         QVERIFY(m_wishes->takeMotion(again.number, false)->playing);
-        QVERIFY(!m_wishes->renew(false).path);
-        QCOMPARE(m_wishes->otherFilm(0)->number, film + 2);
+        QVERIFY(m_wishes->renew(film).path.has_value()); // that one is not the newest
+        QVERIFY(!m_wishes->renew(film + 2).path);
+        QCOMPARE(m_wishes->otherFilm(0)->number, film + 3);
     }
 
     void aFilmThatPlayedGoesOnWhereItWas()
@@ -164,7 +165,7 @@ private slots:
         const quint64 film = m_wishes->setFilm(QString("a"), {});
         m_wishes->setPlace(film, std::nullopt);
         QCOMPARE(m_wishes->answered(12), 12.0);
-        QCOMPARE(m_wishes->renew(true).resumeAt, 12.0);
+        QCOMPARE(m_wishes->renew().resumeAt, 12.0);
         m_wishes->setFilm(QString("b"), {});
         QCOMPARE(m_wishes->otherFilm(0)->resumeAt, 0.0);
     }

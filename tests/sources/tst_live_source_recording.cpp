@@ -114,6 +114,33 @@ private slots:
         expectMovie();
     }
 
+    void aControlThatHangsCostsTheMovieNothing_data()
+    {
+        QTest::addColumn<bool>("before");
+        QTest::newRow("when it begins") << true;
+        QTest::newRow("while it is recorded") << false;
+    }
+
+    void aControlThatHangsCostsTheMovieNothing()
+    {
+        QFETCH(bool, before);
+        QVERIFY(m_rig->bringUp(*m_camera));
+        const auto hang = [this] {
+            m_camera->faults().hangControls = 1;
+            m_rig->source->brightnessUp();
+        };
+        if (before)
+            hang();
+        m_rig->source->startRecord(m_file);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        if (!before)
+            hang();
+        QVERIFY(m_rig->waitForFrames(30));
+        QCOMPARE(m_rig->sink.size(), LiveRig::RECORDING);
+        recordFor(FIRST_PICTURE_MS + 500);
+        expectMovie();
+    }
+
     void aSilentCameraFails()
     {
         QVERIFY(m_rig->bringUp(*m_camera));

@@ -1,14 +1,11 @@
 #include "sources/FilmSource.h"
 
+#include "sources/FilmSourcePrivate.h"
 #include "sources/ICaptureCB.h"
-#include "sources/film/DisplayLink.h"
-#include "sources/film/FilmPlayer.h"
 
 #include <QElapsedTimer>
-#include <QImage>
 #include <QTimer>
 
-#include <atomic>
 #include <limits>
 #include <mutex>
 #include <utility>
@@ -19,75 +16,6 @@ namespace
 constexpr int tickMs = 100;
 
 } // namespace
-
-/// What the display link's and the player's threads touch.
-class FilmSourcePrivate
-{
-public:
-    FilmSourcePrivate(ICaptureCB *receiver, std::unique_ptr<FilmPlayer> filmPlayer,
-                      const FilmSource::MakeDisplayLink &makeDisplayLink)
-        : callback(receiver)
-        , player(std::move(filmPlayer))
-        , displayLink(makeDisplayLink([this] { pullFrame(); }))
-    {
-    }
-
-    ~FilmSourcePrivate()
-    {
-        displayLink.reset();
-        {
-            // What comes later finds nothing loaded.
-            const std::lock_guard lock(mutex);
-            loaded = false;
-        }
-        player.reset();
-    }
-
-    /// Shows the picture that is due, if it belongs to the film of that generation.
-    void displayPicture(quint64 ofGeneration)
-    {
-        const std::lock_guard lock(mutex);
-        if (loaded && ofGeneration == generation)
-            showNewPicture();
-    }
-
-    ICaptureCB *const callback;
-
-    // Written on the GUI thread, read on all.
-    std::atomic<bool> loaded{false};
-    std::atomic<bool> playing{false};
-    /// Pictures come from seeks alone.
-    std::atomic<bool> stepping{false};
-
-    // Written on the player's thread.
-    /// Seconds; 0 when unknown.
-    std::atomic<double> duration{0};
-    /// The film is neither open nor given up yet.
-    std::atomic<bool> opening{false};
-
-    /// Guards generation, and is held while a picture is taken from the player and shown and while
-    /// the film is replaced. The GUI thread holds it for a replacement only.
-    std::mutex mutex;
-    /// Counts the films, so that what belongs to one before is told apart. Written on the GUI
-    /// thread, which therefore reads it without the lock.
-    quint64 generation = 0;
-
-    std::unique_ptr<FilmPlayer> player;
-    std::unique_ptr<DisplayLink> displayLink;
-
-private:
-    void pullFrame()
-    {
-        const std::lock_guard lock(mutex);
-        if (loaded && !stepping)
-            showNewPicture();
-    }
-
-    void showNewPicture()
-    {
-        player->showNewPicture([this](const QImage &picture) { callback->imageCaptured(picture); });
-    }
-};
 
 FilmSource::FilmSource(ICaptureCB *callback, QObject *parent)
     : FilmSource(callback, parent, FilmPlayer::create(), DisplayLink::create)
@@ -321,8 +249,11 @@ void FilmSource::filmFaulty(quint64 generation, int fault)
         return;
     const auto told = static_cast<FilmFault>(fault);
     const bool plays = told == FilmFault::NoPicture || told == FilmFault::SoundNotAnswering;
-    if (!plays && m_private->playing)
-        pause();
+    if (!plays) {
+        if (m_private->playing)
+            pause();
+        m_private->showNothing();
+    }
     emit faulty(told);
 }
 

@@ -34,7 +34,7 @@ public:
     ~FilmSource() override;
 
     /// Opens and plays a file; always true. A film that cannot be opened counts as loaded, with the
-    /// duration 0, is paused as soon as that is known, and leaves the picture before it on show.
+    /// duration 0, is paused as soon as that is known, and shows black.
     /// The speed step stays.
     bool setFile(const QString &path);
     void play();

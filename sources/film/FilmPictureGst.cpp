@@ -1,37 +1,78 @@
 #include "sources/film/FilmPictureGst.h"
 
+#include "sources/film/DisplayColours.h"
 #include "sources/film/PlanarToRgb.h"
 
 #include <QImage>
 
+#include <algorithm>
 #include <gst/video/video.h>
 
 namespace
 {
 
-/// The picture in packed RGB: the frame's own memory, or `converted` when the frame is planar.
-QImage packed(const GstVideoFrame &frame, std::vector<uchar> &converted)
+DisplayColours::Primaries primariesOf(const GstVideoColorimetry &colours)
+{
+    switch (colours.primaries) {
+    case GST_VIDEO_COLOR_PRIMARIES_BT2020:
+        return DisplayColours::Primaries::Bt2020;
+    case GST_VIDEO_COLOR_PRIMARIES_BT470BG:
+        return DisplayColours::Primaries::Bt601Lines625;
+    case GST_VIDEO_COLOR_PRIMARIES_SMPTE170M:
+    case GST_VIDEO_COLOR_PRIMARIES_SMPTE240M:
+        return DisplayColours::Primaries::Bt601Lines525;
+    default:
+        return DisplayColours::Primaries::Bt709;
+    }
+}
+
+DisplayColours::Transfer transferOf(const GstVideoColorimetry &colours)
+{
+    if (colours.transfer == GST_VIDEO_TRANSFER_SMPTE2084)
+        return DisplayColours::Transfer::Pq;
+    return colours.transfer == GST_VIDEO_TRANSFER_ARIB_STD_B67 ? DisplayColours::Transfer::Hlg
+                                                               : DisplayColours::Transfer::Usual;
+}
+
+/// Fills rows of `stride` bytes with the frame in packed RGB.
+void unpack(const GstVideoFrame &frame, uchar *rgb, int stride)
 {
     const int width = GST_VIDEO_FRAME_WIDTH(&frame);
-    const int height = GST_VIDEO_FRAME_HEIGHT(&frame);
     const auto row = [&frame](int plane, int line) {
         return static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, plane)) +
                static_cast<std::ptrdiff_t>(line) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, plane);
     };
-    if (GST_VIDEO_FRAME_FORMAT(&frame) == GST_VIDEO_FORMAT_RGB)
-        return {row(0, 0), width, height, GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0),
-                QImage::Format_RGB888};
-
+    const GstVideoFormat format = GST_VIDEO_FRAME_FORMAT(&frame);
     const GstVideoColorimetry &colours = frame.info.colorimetry;
     double kr = 0.299;
     double kb = 0.114;
     gst_video_color_matrix_get_Kr_Kb(colours.matrix, &kr, &kb);
     const PlanarToRgb convert(kr, kb, colours.range == GST_VIDEO_COLOR_RANGE_0_255);
+    for (int y = 0; y < GST_VIDEO_FRAME_HEIGHT(&frame); ++y, rgb += stride) {
+        if (format == GST_VIDEO_FORMAT_RGB)
+            std::copy_n(row(0, y), 3 * width, rgb);
+        else if (format == GST_VIDEO_FORMAT_Y444)
+            convert.rowOfFullColour(row(0, y), row(1, y), row(2, y), rgb, width);
+        else
+            convert.row(row(0, y), row(1, y / 2), row(2, y / 2), rgb, width);
+    }
+}
+
+/// The picture in packed RGB: the frame's own memory, or `converted`.
+QImage packed(const GstVideoFrame &frame, std::vector<uchar> &converted)
+{
+    const int width = GST_VIDEO_FRAME_WIDTH(&frame);
+    const int height = GST_VIDEO_FRAME_HEIGHT(&frame);
+    const DisplayColours display(primariesOf(frame.info.colorimetry),
+                                 transferOf(frame.info.colorimetry));
+    if (GST_VIDEO_FRAME_FORMAT(&frame) == GST_VIDEO_FORMAT_RGB && display.changesNothing())
+        return {static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)), width, height,
+                GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0), QImage::Format_RGB888};
     const int stride = (width * 3 + 3) / 4 * 4;
     converted.resize(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y)
-        convert.row(row(0, y), row(1, y / 2), row(2, y / 2),
-                    converted.data() + static_cast<std::ptrdiff_t>(y) * stride, width);
+    unpack(frame, converted.data(), stride);
+    for (int y = 0; y < height && !display.changesNothing(); ++y)
+        display.row(converted.data() + static_cast<std::ptrdiff_t>(y) * stride, width);
     return {converted.data(), width, height, stride, QImage::Format_RGB888};
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "sources/film/FilmVideoSinkGst.h"
+#include "sources/film/FormatRepairGst.h"
 #include "sources/film/FrameQueueGst.h"
 #include "sources/gst/GstPointers.h"
 
 #include <QString>
 
 #include <functional>
-#include <gst/app/gstappsink.h>
 #include <gst/gst.h>
 #include <memory>
 
@@ -45,17 +46,13 @@ private:
     FilmPipelineGst(quint64 film, FrameQueueGst &pictures,
                     const std::function<void(GstMessage *)> &onMessage);
     [[nodiscard]] bool build(const QString &path, bool silent);
-    [[nodiscard]] GstElement *buildVideoSink();
     void watchBus();
-    static GstFlowReturn onPreroll(GstAppSink *sink, gpointer pipeline);
-    static GstFlowReturn onSample(GstAppSink *sink, gpointer pipeline);
-    static GstPadProbeReturn onFlush(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
-    static GstPadProbeReturn onQos(GstPad *pad, GstPadProbeInfo *info, gpointer pipeline);
-    GstFlowReturn keep(GstSample *sample);
 
     const quint64 m_film;
     FrameQueueGst &m_pictures;
     const std::function<void(GstMessage *)> &m_onMessage;
+    FormatRepairGst m_repair;
+    FilmVideoSinkGst m_videoSink;
     GstPtr<GstElement> m_playbin;
     /// Inside m_playbin, which keeps it alive.
     GstElement *m_audioSink = nullptr;

@@ -51,15 +51,26 @@ void PlanarToRgb::row(const std::uint8_t *y, const std::uint8_t *u, const std::u
 void PlanarToRgb::plainRow(const std::uint8_t *y, const std::uint8_t *u, const std::uint8_t *v,
                            std::uint8_t *rgb, int from, int width) const
 {
-    for (int x = from; x < width; ++x) {
-        // Full-range white is 255 * 128, which still fits the factors' sixteen bits.
-        const int light = product(y[x] - m_black, m_brightness);
-        const int cu = u[x / 2] - 128;
-        const int cv = v[x / 2] - 128;
-        rgb[3 * x] = step(light + product(cv, m_redFromV));
-        rgb[3 * x + 1] = step(light + product(cu, m_greenFromU) + product(cv, m_greenFromV));
-        rgb[3 * x + 2] = step(light + product(cu, m_blueFromU));
-    }
+    for (int x = from; x < width; ++x)
+        pixel(y[x], u[x / 2], v[x / 2], rgb + 3 * x);
+}
+
+void PlanarToRgb::rowOfFullColour(const std::uint8_t *y, const std::uint8_t *u,
+                                  const std::uint8_t *v, std::uint8_t *rgb, int width) const
+{
+    for (int x = 0; x < width; ++x)
+        pixel(y[x], u[x], v[x], rgb + 3 * x);
+}
+
+inline void PlanarToRgb::pixel(int y, int u, int v, std::uint8_t *rgb) const
+{
+    // Full-range white is 255 * 128, which still fits the factors' sixteen bits.
+    const int light = product(y - m_black, m_brightness);
+    const int cu = u - 128;
+    const int cv = v - 128;
+    rgb[0] = step(light + product(cv, m_redFromV));
+    rgb[1] = step(light + product(cu, m_greenFromU) + product(cv, m_greenFromV));
+    rgb[2] = step(light + product(cu, m_blueFromU));
 }
 
 #ifdef HAS_VECTOR_ROW

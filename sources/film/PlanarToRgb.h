@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-/// Turns rows of 8-bit planar pictures, their colours at half the resolution, into packed red,
-/// green, blue. A colour value serves both pixels that share it, without interpolation.
+/// Turns rows of 8-bit planar pictures into packed red, green, blue. A colour value serves both
+/// pixels that share it, without interpolation.
 ///
 /// Fixed-point, within 1 of the exact values; the same on every processor. A value; any thread.
 class PlanarToRgb
@@ -21,7 +21,12 @@ public:
     void plainRow(const std::uint8_t *y, const std::uint8_t *u, const std::uint8_t *v,
                   std::uint8_t *rgb, int from, int width) const;
 
+    /// The same for colours at the full resolution: `u` and `v` have `width` bytes.
+    void rowOfFullColour(const std::uint8_t *y, const std::uint8_t *u, const std::uint8_t *v,
+                         std::uint8_t *rgb, int width) const;
+
 private:
+    void pixel(int y, int u, int v, std::uint8_t *rgb) const;
     int vectorRow(const std::uint8_t *y, const std::uint8_t *u, const std::uint8_t *v,
                   std::uint8_t *rgb, int width) const;
 

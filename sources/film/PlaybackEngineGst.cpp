@@ -1,6 +1,7 @@
 #include "sources/film/PlaybackEngineGst.h"
 
 #include "sources/film/FilmFile.h"
+#include "sources/film/FilmMessagesGst.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,35 +15,10 @@ using Result = FilmPipelineGst::Result;
 constexpr std::chrono::seconds workTimeout(10);
 // For what has already failed, until the message that says why.
 constexpr std::chrono::milliseconds failureTimeout(500);
-constexpr guint checkIntervalMs = 200;
+constexpr std::chrono::milliseconds checkInterval(200);
+constexpr std::chrono::milliseconds lengthInterval(500);
 // Not a place: where the film is, the pipeline knows.
 constexpr std::nullopt_t unknownPlace = std::nullopt;
-
-FilmFault faultOf(GstMessage *message)
-{
-    GError *error = nullptr;
-    gst_message_parse_error(message, &error, nullptr);
-    const bool unreadable = error->domain == GST_RESOURCE_ERROR;
-    g_error_free(error);
-    return unreadable ? FilmFault::Unreadable : FilmFault::NoFilm;
-}
-
-/// Whether the message tells that the decoder of a picture is missing.
-bool isMissingDecoder(GstMessage *message)
-{
-    const GstStructure *structure = gst_message_get_structure(message);
-    if (!structure || !gst_structure_has_name(structure, "missing-plugin") ||
-        g_strcmp0(gst_structure_get_string(structure, "type"), "decoder") != 0)
-        return false;
-    GstCaps *caps = nullptr;
-    gst_structure_get(structure, "detail", GST_TYPE_CAPS, &caps, nullptr);
-    const bool picture =
-        caps && !gst_caps_is_empty(caps) && !gst_caps_is_any(caps) &&
-        g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), "video/");
-    if (caps)
-        gst_caps_unref(caps);
-    return picture;
-}
 
 } // namespace
 
@@ -55,6 +31,8 @@ PlaybackEngineGst::PlaybackEngineGst(Surroundings around, GMainContext *context)
         const CallWatch::Call call(m_around.watch);
         handle(message);
     })
+    , m_workTimer([this] { checkWork(); })
+    , m_lengthTimer([this] { checkLength(); })
 {
 }
 
@@ -169,6 +147,7 @@ void PlaybackEngineGst::openPipeline(double at)
 void PlaybackEngineGst::closePipeline()
 {
     endWork();
+    m_lengthTimer.stop();
     m_playing = false;
     show(nullptr);
     m_pipeline.reset();
@@ -232,30 +211,19 @@ void PlaybackEngineGst::begin(Work work, std::chrono::milliseconds within)
     m_work = work;
     m_workEnds = std::chrono::steady_clock::now() + within;
     m_stoodStill = false;
-    m_check.reset(g_timeout_source_new(checkIntervalMs));
-    g_source_set_callback(m_check.get(), onCheck, this, nullptr);
-    g_source_attach(m_check.get(), m_context);
+    m_workTimer.start(m_context, checkInterval);
 }
 
 void PlaybackEngineGst::endWork()
 {
     m_work = Work::None;
-    if (m_check)
-        g_source_destroy(m_check.get());
-    m_check.reset();
+    m_workTimer.stop();
     wake();
-}
-
-gboolean PlaybackEngineGst::onCheck(gpointer engine)
-{
-    auto *self = static_cast<PlaybackEngineGst *>(engine);
-    const CallWatch::Call call(self->m_around.watch);
-    self->checkWork();
-    return G_SOURCE_CONTINUE;
 }
 
 void PlaybackEngineGst::checkWork()
 {
+    const CallWatch::Call call(m_around.watch);
     const bool late = std::chrono::steady_clock::now() >= m_workEnds;
     if (m_work == Work::Opening && standsStill())
         breakOff(m_decoderMissing ? FilmFault::DecoderMissing : FilmFault::NoFilm);
@@ -342,7 +310,9 @@ void PlaybackEngineGst::opened()
         tell(fault);
     }
     m_wasOpen = true;
+    m_duration = -1;
     reportDuration();
+    m_lengthTimer.start(m_context, lengthInterval);
     if (m_resumeAt > 0)
         sendSeek(m_resumeAt, true);
     else
@@ -363,6 +333,7 @@ void PlaybackEngineGst::handleError(GstMessage *message)
 void PlaybackEngineGst::end()
 {
     m_atEnd = true;
+    reportDuration();
     m_wishes.setPlace(m_film.number, std::max(m_duration, currentTime()));
     tellEnd();
 }
@@ -395,12 +366,20 @@ void PlaybackEngineGst::tell(FilmFault fault)
 
 void PlaybackEngineGst::reportDuration()
 {
-    const double duration = m_pipeline->duration();
-    if (!m_wishes.setLength(m_film.number, duration))
+    // What has been played is there, whatever the file says.
+    const double duration = std::max(m_pipeline->duration(), currentTime());
+    if (duration == m_duration || !m_wishes.setLength(m_film.number, duration))
         return;
     m_duration = duration;
     if (m_film.events.durationKnown)
         m_around.gate.pass([this, duration] { m_film.events.durationKnown(duration); });
+}
+
+void PlaybackEngineGst::checkLength()
+{
+    const CallWatch::Call call(m_around.watch);
+    if (m_playing && m_work == Work::None)
+        reportDuration();
 }
 
 void PlaybackEngineGst::wake()

@@ -2,6 +2,7 @@
 
 #include "sources/film/FilmPipelineGst.h"
 #include "sources/film/FrameQueueGst.h"
+#include "sources/film/LoopTimerGst.h"
 #include "sources/film/PlaybackRequests.h"
 #include "sources/threads/CallWatch.h"
 #include "sources/threads/CallbackGate.h"
@@ -75,10 +76,10 @@ private:
     void handle(GstMessage *message);
     void handleError(GstMessage *message);
     void reportDuration();
+    void checkLength();
     void wake();
     void checkWork();
     [[nodiscard]] bool standsStill();
-    static gboolean onCheck(gpointer engine);
 
     const Surroundings m_around;
     PlaybackRequests &m_wishes;
@@ -95,7 +96,9 @@ private:
     PlaybackRequests::Film m_film;
     Work m_work = Work::None;
     /// Looks after the work while there is any.
-    GstPtr<GSource> m_check;
+    LoopTimerGst m_workTimer;
+    /// Asks for the length while a film is open: some tell it only as they are read.
+    LoopTimerGst m_lengthTimer;
     std::chrono::steady_clock::time_point m_workEnds;
     bool m_stoodStill = false;
     std::optional<PlaybackRequests::Seek> m_seek;

@@ -11,17 +11,18 @@ namespace
 {
 
 // Each in another plugin, whose libraries are read from the disk when it is first used.
-constexpr std::array filmElements{
-    "playbin",      "typefind",       "qtdemux",      "h264parse",     "avdec_h264", "avidemux",
-    "jpegdec",      "mpegaudioparse", "videoconvert", "videoflip",     "appsink",    "deinterlace",
-    "audioconvert", "audioresample",  "volume",       "autoaudiosink", "pulsesink"};
+constexpr std::array filmElements{"playbin",      "typefind",      "qtdemux",      "h264parse",
+                                  "avdec_h264",   "avidemux",      "jpegdec",      "mpegaudioparse",
+                                  "videoconvert", "videoflip",     "videoscale",   "capsfilter",
+                                  "appsink",      "deinterlace",   "audioconvert", "audioresample",
+                                  "volume",       "autoaudiosink", "pulsesink"};
 constexpr std::array movieElements{"appsrc", "x264enc",   "h264parse", "queue",
                                    "qtmux",  "avenc_aac", "aacparse",  "filesink"};
 
 constexpr std::array rehearsals{
     "videotestsrc num-buffers=3 pattern=black ! video/x-raw,format=I420,width=64,height=64"
     " ! x264enc speed-preset=superfast tune=zerolatency ! h264parse ! avdec_h264"
-    " ! videoconvert ! videoflip video-direction=auto ! video/x-raw,format={I420,RGB}"
+    " ! videoscale ! videoconvert ! videoflip video-direction=auto ! video/x-raw,format={I420,RGB}"
     " ! fakesink sync=false",
     "audiotestsrc num-buffers=3 wave=silence ! avenc_aac ! aacparse ! avdec_aac ! audioconvert"
     " ! audioresample ! volume ! fakesink sync=false"};

@@ -25,7 +25,7 @@ bool TestFilm::write(const QString &path) const
 {
     QString picture = QStringLiteral("nullsrc=s=32x8:r=%1:d=%2,format=gray,"
                                      "geq=lum='if(bitand(N,pow(2,floor(X*16/W))),235,16)',"
-                                     "scale=%3:%4:flags=neighbor,format=%5")
+                                     "scale=%3:%4:flags=neighbor,setsar=1,format=%5")
                           .arg(rate)
                           .arg(seconds)
                           .arg(size.width())

@@ -27,6 +27,13 @@ bool writeTo(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+QImage blackPicture()
+{
+    QImage black(320, 240, QImage::Format_RGB888);
+    black.fill(Qt::black);
+    return black;
+}
+
 } // namespace
 
 /// What files and people do to a player, over the real one.
@@ -71,7 +78,7 @@ private slots:
 
     void cleanup() { m_source.reset(); }
 
-    void aFileThatCannotBeOpenedLeavesThePictureAndThePlayer_data()
+    void aFileThatCannotBeOpenedTakesThePictureAwayAndLeavesThePlayer_data()
     {
         QTest::addColumn<QString>("what");
         QTest::addColumn<int>("fault");
@@ -82,7 +89,7 @@ private slots:
         QTest::newRow("codec") << QString("codec") << int(FilmFault::DecoderMissing);
     }
 
-    void aFileThatCannotBeOpenedLeavesThePictureAndThePlayer()
+    void aFileThatCannotBeOpenedTakesThePictureAwayAndLeavesThePlayer()
     {
         QFETCH(QString, what);
         QString bad = path(what + ".mp4");
@@ -129,7 +136,9 @@ private slots:
         QCOMPARE(faults.size(), 1);
         QCOMPARE(int(faults.first()), fault);
         QVERIFY(!m_source->moving());
-        QCOMPARE(m_wall.count(), 0);
+        QCOMPARE(m_wall.count(), 1);
+        QCOMPARE(m_wall.last().size(), QSize(320, 240));
+        QVERIFY(m_wall.last() == blackPicture());
         QCOMPARE(m_source->currentPosition(), 0);
         // Every button still answers.
         m_source->setPosition(50);
@@ -297,7 +306,11 @@ private slots:
         m_source->setFile(path("fragments.mp4"));
         QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        // Now the length is known: two seconds, of which the half is the first.
+        QCOMPARE(m_source->currentPosition(), 100);
+        m_source->pause();
         m_source->setPosition(50);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, patienceMs);
         m_source->stop();
         QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 0, patienceMs);
         verifyTheNextFilmPlays();

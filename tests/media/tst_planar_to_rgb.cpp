@@ -79,6 +79,26 @@ private slots:
         QVERIFY2(worst <= 1, qPrintable(QString::number(worst)));
     }
 
+    void aColourForEachPixelIsThatOfTheHalvedWay()
+    {
+        QRandomGenerator random(8);
+        const PlanarToRgb convert(0.299, 0.114, true);
+        constexpr int width = 99;
+        QVector<quint8> y(width), u(width), v(width);
+        for (QVector<quint8> *plane : {&y, &u, &v}) {
+            for (quint8 &value : *plane)
+                value = quint8(random.bounded(256));
+        }
+        QVector<quint8> full(width * 3 + 1, 77);
+        convert.rowOfFullColour(y.constData(), u.constData(), v.constData(), full.data(), width);
+        for (int x = 0; x < width; ++x) {
+            QVector<quint8> one(3);
+            convert.plainRow(&y[x], &u[x], &v[x], one.data(), 0, 1);
+            QCOMPARE(full.mid(3 * x, 3), one);
+        }
+        QCOMPARE(int(full.last()), 77);
+    }
+
     void everyWidthEqualsThePlainWayAndStaysInItsRow()
     {
         QRandomGenerator random(7);

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+/// Brings pictures that were made for another screen into the colours of this one: BT.709 with 8
+/// bits, as every screen and projector shows it. Colours that this one cannot show become the
+/// nearest that it can; what is brighter than its white is pressed together below it. A value; any
+/// thread.
+class DisplayColours
+{
+public:
+    /// The red, green and blue of the screen that the film was made for.
+    enum class Primaries { Bt709, Bt601Lines625, Bt601Lines525, Bt2020 };
+    /// What a number means: brightness as usual, in nits (PQ), or of the scene (HLG).
+    enum class Transfer { Usual, Pq, Hlg };
+
+    DisplayColours(Primaries primaries, Transfer transfer);
+
+    [[nodiscard]] bool changesNothing() const { return m_changesNothing; }
+    /// `width` pixels of red, green and blue bytes, in place.
+    void row(std::uint8_t *rgb, int width) const;
+
+private:
+    bool m_changesNothing;
+    bool m_bright;
+    /// From a byte to light; 1 is this screen's white.
+    std::array<float, 256> m_light{};
+    /// From the root of light to a byte.
+    std::array<std::uint8_t, 1025> m_bytes{};
+    std::array<float, 9> m_matrix{};
+};

@@ -1,0 +1,33 @@
+#include "sources/film/FilmFormat.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr QSize largest(3840, 2160);
+/// More is no shape of pixels that anybody uses.
+constexpr double mostUneven = 10;
+
+} // namespace
+
+QSize FilmFormat::shownSize(QSize stored, int aspectWidth, int aspectHeight)
+{
+    const double aspect =
+        aspectHeight != 0 ? std::abs(static_cast<double>(aspectWidth) / aspectHeight) : 1;
+    QSize shown = stored;
+    if (aspect > 1 && aspect <= mostUneven)
+        shown.setWidth(static_cast<int>(std::lround(stored.width() * aspect)));
+    else if (aspect < 1 && aspect >= 1 / mostUneven)
+        shown.setHeight(static_cast<int>(std::lround(stored.height() / aspect)));
+    const QSize most = shown.width() < shown.height() ? largest.transposed() : largest;
+    if (shown.width() > most.width() || shown.height() > most.height())
+        shown.scale(most, Qt::KeepAspectRatio);
+    return shown.expandedTo({1, 1});
+}
+
+bool FilmFormat::isHighDefinition(QSize stored)
+{
+    return stored.width() >= 1280 || stored.height() > 576;
+}

@@ -1,0 +1,78 @@
+#include "sources/film/FormatRepairGst.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string_view>
+
+namespace
+{
+
+constexpr std::array parsers{std::string_view("h264parse"), std::string_view("h265parse")};
+
+std::string_view factoryOf(GstElement *element)
+{
+    GstElementFactory *factory = gst_element_get_factory(element);
+    return factory ? gst_plugin_feature_get_name(GST_PLUGIN_FEATURE(factory)) : "";
+}
+
+} // namespace
+
+void FormatRepairGst::watch(GstElement *pipeline)
+{
+    g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(onElement), this);
+}
+
+std::string FormatRepairGst::namedColours() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_namedColours;
+}
+
+/// Any thread of the library.
+void FormatRepairGst::onElement(GstBin *, GstBin *, GstElement *element, gpointer self)
+{
+    const std::string_view factory = factoryOf(element);
+    if (std::find(parsers.begin(), parsers.end(), factory) != parsers.end()) {
+        GstPad *pad = gst_element_get_static_pad(element, "sink");
+        gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onFormat, self, nullptr);
+        gst_object_unref(pad);
+    } else if (factory == "avidemux") {
+        const auto onPad = +[](GstElement *, GstPad *pad, gpointer repair) {
+            gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onFormat, repair, nullptr);
+        };
+        g_signal_connect(element, "pad-added", G_CALLBACK(onPad), self);
+    }
+}
+
+GstPadProbeReturn FormatRepairGst::onFormat(GstPad *, GstPadProbeInfo *info, gpointer self)
+{
+    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS)
+        return GST_PAD_PROBE_OK;
+    GstCaps *caps = nullptr;
+    gst_event_parse_caps(event, &caps);
+    caps = gst_caps_copy(caps);
+    static_cast<FormatRepairGst *>(self)->repair(gst_caps_get_structure(caps, 0));
+    GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_caps(caps);
+    gst_event_unref(event);
+    gst_caps_unref(caps);
+    return GST_PAD_PROBE_OK;
+}
+
+void FormatRepairGst::repair(GstStructure *format)
+{
+    int width = 1;
+    int height = 1;
+    if (gst_structure_get_fraction(format, "pixel-aspect-ratio", &width, &height) &&
+        (width < 0) != (height < 0))
+        gst_structure_set(format, "pixel-aspect-ratio", GST_TYPE_FRACTION, std::abs(width),
+                          std::abs(height), nullptr);
+    if (const char *colours = gst_structure_get_string(format, "colorimetry")) {
+        const std::lock_guard lock(m_mutex);
+        m_namedColours = colours;
+    }
+    const bool coded = !gst_structure_has_name(format, "video/x-raw");
+    if (coded)
+        gst_structure_remove_field(format, "colorimetry");
+}

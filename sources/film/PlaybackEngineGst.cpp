@@ -199,8 +199,12 @@ void PlaybackEngineGst::setPlaying(bool playing)
 {
     m_playing = playing;
     const Result result = m_pipeline->setState(playing ? GST_STATE_PLAYING : GST_STATE_PAUSED);
-    if (playing)
+    if (playing) {
         m_wishes.setPlace(m_film.number, unknownPlace);
+        m_lengthTimer.start(m_context, lengthInterval);
+    } else {
+        m_lengthTimer.stop();
+    }
     if (result == Result::Later)
         begin(Work::ChangingState, workTimeout);
 }
@@ -312,7 +316,6 @@ void PlaybackEngineGst::opened()
     m_wasOpen = true;
     m_duration = -1;
     reportDuration();
-    m_lengthTimer.start(m_context, lengthInterval);
     if (m_resumeAt > 0)
         sendSeek(m_resumeAt, true);
     else

@@ -97,7 +97,7 @@ private:
     Work m_work = Work::None;
     /// Looks after the work while there is any.
     LoopTimerGst m_workTimer;
-    /// Asks for the length while a film is open: some tell it only as they are read.
+    /// Asks for the length while a film plays: some tell it only as they are read.
     LoopTimerGst m_lengthTimer;
     std::chrono::steady_clock::time_point m_workEnds;
     bool m_stoodStill = false;

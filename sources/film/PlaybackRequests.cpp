@@ -6,6 +6,13 @@
 #include <iterator>
 #include <utility>
 
+namespace
+{
+
+constexpr double sameEndSeconds = 0.5;
+
+} // namespace
+
 quint64 PlaybackRequests::setFilm(const std::optional<QString> &path, FilmPlayer::Events events)
 {
     const std::lock_guard lock(m_mutex);
@@ -175,8 +182,8 @@ bool PlaybackRequests::setLength(quint64 film, double seconds)
     const std::lock_guard lock(m_mutex);
     if (m_film.number != film)
         return false;
-    // What seemed to be the end was none.
-    if (seconds > m_length)
+    // What seemed to be the end was none. Sound and pictures seldom end at the same moment.
+    if (seconds > m_length + sameEndSeconds)
         m_playedAtEnd = false;
     m_length = seconds;
     return true;

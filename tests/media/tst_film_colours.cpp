@@ -134,9 +134,10 @@ private slots:
                                full ? "pc" : "tv"};
         };
         for (const auto &[codec, encoder] :
-             {std::pair("H.264", QStringList{"-c:v", "libx264", "-qp", "4"}),
-              std::pair("HEVC",
-                        QStringList{"-c:v", "libx265", "-x265-params", "log-level=error:qp=4"})}) {
+             {std::pair("H.264",
+                        QStringList{"-c:v", "libx264", "-preset", "ultrafast", "-qp", "4"}),
+              std::pair("HEVC", QStringList{"-c:v", "libx265", "-preset", "ultrafast",
+                                            "-x265-params", "log-level=error:qp=4"})}) {
             for (const char *range : {"full", "limited"}) {
                 const QString kind = QString("%1 %2 ").arg(codec, range);
                 QTest::newRow(qPrintable(kind + "unnamed"))

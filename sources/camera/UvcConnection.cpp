@@ -1,7 +1,9 @@
 #include "sources/camera/UvcConnection.h"
 
+#include "diagnostics/TerminalLines.h"
 #include "sources/camera/CameraProfile.h"
 #include "sources/camera/LibraryFaults.h"
+#include "sources/camera/OpenFailure.h"
 
 #include <libusb.h>
 #include <libuvc/libuvc.h>
@@ -73,6 +75,11 @@ int UvcConnection::open()
     const uvc_error_t error = uvc_open(m_device.get(), &handle);
     m_handle = error < 0 ? nullptr : handle;
     return error;
+}
+
+void UvcConnection::tellOpenFailure(int error) const
+{
+    OpenFailure::tell(error, OpenFailure::nodeOf(m_busNumber, m_deviceAddress));
 }
 
 int UvcConnection::stream()
@@ -177,8 +184,14 @@ int UvcConnection::start(const Request &request)
     const int agreed = noteResult(uvc_get_stream_ctrl_format_size(
         m_handle, &block, UVC_FRAME_FORMAT_MJPEG, stream->size().width(), stream->size().height(),
         request.framesPerSecond));
-    if (agreed < 0)
+    if (agreed < 0) {
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
+        if (!m_gone)
+            TerminalLines::tell(TerminalLines::Line::SizeNotOffered,
+                                {QStringLiteral("%1 x %2")
+                                     .arg(stream->size().width())
+                                     .arg(stream->size().height())});
+    }
     const std::uint32_t payload = block.dwMaxPayloadTransferSize;
     if (payload == 0 || payload > MAXIMUM_PAYLOAD)
         return UVC_ERROR_INVALID_MODE;

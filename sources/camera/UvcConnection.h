@@ -42,6 +42,8 @@ public:
     int find(std::uint8_t busNumber, std::uint8_t address);
     /// Opens the camera found last; the library takes the interface over from a kernel driver.
     int open();
+    /// Tells the terminal why open() failed with that code.
+    void tellOpenFailure(int error) const;
     /// Brings the camera from the running stream to the one wanted last.
     int stream();
     /// One control of that unit.

@@ -1,5 +1,9 @@
 #include "sources/film/PlaybackEngineGst.h"
 
+#include "sources/film/FilmFaultLines.h"
+
+#include <gst/pbutils/missing-plugins.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -24,13 +28,13 @@ FilmFault faultOf(GstMessage *message)
     return unreadable ? FilmFault::Unreadable : FilmFault::NoFilm;
 }
 
-/// Whether the message tells that the decoder of a picture is missing.
-bool isMissingDecoder(GstMessage *message)
+/// The decoder of a picture that the message tells to be missing; empty for any other message.
+QString missingDecoder(GstMessage *message)
 {
     const GstStructure *structure = gst_message_get_structure(message);
     if (!structure || !gst_structure_has_name(structure, "missing-plugin") ||
         g_strcmp0(gst_structure_get_string(structure, "type"), "decoder") != 0)
-        return false;
+        return {};
     GstCaps *caps = nullptr;
     gst_structure_get(structure, "detail", GST_TYPE_CAPS, &caps, nullptr);
     const bool picture =
@@ -38,7 +42,11 @@ bool isMissingDecoder(GstMessage *message)
         g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), "video/");
     if (caps)
         gst_caps_unref(caps);
-    return picture;
+    if (!picture)
+        return {};
+    const std::unique_ptr<gchar, decltype(&g_free)> description(
+        gst_missing_plugin_message_get_description(message), &g_free);
+    return QString::fromUtf8(description.get());
 }
 
 } // namespace
@@ -139,7 +147,7 @@ void PlaybackEngineGst::openPipeline(double at)
     closePipeline();
     m_resumeAt = at;
     m_atEnd = false;
-    m_decoderMissing = false;
+    m_missingDecoder.clear();
     m_pipeline =
         FilmPipelineGst::create(*m_film.path, m_silent, m_film.number, m_pictures, m_onMessage);
     if (!m_pipeline) {
@@ -261,7 +269,8 @@ void PlaybackEngineGst::handle(GstMessage *message)
         handleError(message);
         break;
     case GST_MESSAGE_ELEMENT:
-        m_decoderMissing = m_decoderMissing || isMissingDecoder(message);
+        if (m_missingDecoder.isEmpty())
+            m_missingDecoder = missingDecoder(message);
         break;
     case GST_MESSAGE_DURATION_CHANGED:
         if (m_wasOpen)
@@ -303,7 +312,7 @@ void PlaybackEngineGst::opened()
     if (!m_wasOpen && !m_pictures.anySinceClear()) {
         const bool plays = m_pipeline->hasSound();
         const FilmFault without = plays ? FilmFault::NoPicture : FilmFault::NoFilm;
-        const FilmFault fault = m_decoderMissing ? FilmFault::DecoderMissing : without;
+        const FilmFault fault = m_missingDecoder.isEmpty() ? without : FilmFault::DecoderMissing;
         if (!plays) {
             breakOff(fault);
             return;
@@ -321,7 +330,7 @@ void PlaybackEngineGst::opened()
 void PlaybackEngineGst::handleError(GstMessage *message)
 {
     if (m_silent || !m_pipeline->isFromSound(message)) {
-        breakOff(m_decoderMissing ? FilmFault::DecoderMissing : faultOf(message));
+        breakOff(m_missingDecoder.isEmpty() ? faultOf(message) : FilmFault::DecoderMissing);
         return;
     }
     // The sound server is gone or was never there: the pictures go on without it.
@@ -358,6 +367,8 @@ void PlaybackEngineGst::tellEnd()
 void PlaybackEngineGst::tell(FilmFault fault)
 {
     const bool newest = !m_wishes.otherFilm(m_film.number);
+    if (newest)
+        tellFilmFault(fault, *m_film.path, m_missingDecoder);
     if (newest && m_film.events.faulty)
         m_around.gate.pass([this, fault] { m_film.events.faulty(fault); });
 }

@@ -94,7 +94,8 @@ private:
     double m_resumeAt = 0;
     double m_duration = 0;
     std::atomic<bool> m_silent{false};
-    bool m_decoderMissing = false;
+    /// In the media library's words; empty while none is missing.
+    QString m_missingDecoder;
     bool m_wasOpen = false;
     bool m_playing = false;
     bool m_atEnd = false;

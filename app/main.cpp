@@ -84,6 +84,7 @@ int runProgram(int argc, char **argv)
     // The scope of the settings; before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
+    QGuiApplication::setDesktopFileName("document-camera");
     tellWhatIsMissing();
 
     QTranslator translator;

@@ -184,17 +184,13 @@ int UvcConnection::start(const Request &request)
     const int agreed = noteResult(uvc_get_stream_ctrl_format_size(
         m_handle, &block, UVC_FRAME_FORMAT_MJPEG, stream->size().width(), stream->size().height(),
         request.framesPerSecond));
-    if (agreed < 0) {
+    if (agreed < 0)
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
-        if (!m_gone)
-            TerminalLines::tell(TerminalLines::Line::SizeNotOffered,
-                                {QStringLiteral("%1 x %2")
-                                     .arg(stream->size().width())
-                                     .arg(stream->size().height())});
-    }
     const std::uint32_t payload = block.dwMaxPayloadTransferSize;
-    if (payload == 0 || payload > MAXIMUM_PAYLOAD)
+    if (payload == 0 || payload > MAXIMUM_PAYLOAD) {
+        tellSizeNotOffered(stream->size());
         return UVC_ERROR_INVALID_MODE;
+    }
     if (stream->closed())
         return UVC_SUCCESS;
     stream->allocate();
@@ -207,6 +203,13 @@ int UvcConnection::start(const Request &request)
     else
         m_running = stream;
     return started;
+}
+
+void UvcConnection::tellSizeNotOffered(QSize size) const
+{
+    const QString words = QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+    if (!m_gone)
+        TerminalLines::tell(TerminalLines::Line::SizeNotOffered, {words});
 }
 
 int UvcConnection::noteResult(int result)

@@ -81,6 +81,7 @@ private:
     void keep(uvc_device *device);
     [[nodiscard]] Request takeRequest();
     int start(const Request &request);
+    void tellSizeNotOffered(QSize size) const;
     int noteResult(int result);
 
     uvc_context *m_context = nullptr;

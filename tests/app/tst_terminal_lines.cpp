@@ -24,7 +24,8 @@ QString wordsOf(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readAll())
-        .remove(QRegularExpression("^\\.[A-Z]+ ?|[`\\\\]", QRegularExpression::MultilineOption))
+        .remove(QRegularExpression("^\\.[A-Z]+ ?|\\\\f[IR]|[`\\\\]",
+                                   QRegularExpression::MultilineOption))
         .simplified();
 }
 

@@ -111,7 +111,7 @@ private slots:
     {
         SoundServer server(m_folder.path());
         server.pretendAbsent();
-        const auto capture = SoundCapture::create();
+        const auto capture = SoundCapture::create(MicrophoneId{0x04FC, 0x6330});
         capture->start([](const SoundBuffer &) {});
         QTRY_COMPARE_WITH_TIMEOUT(count(TerminalLines::text(Line::NoSoundServer)), 1, PATIENCE_MS);
         capture->stop();

@@ -304,8 +304,8 @@ private slots:
     }
 
     /// A tool tip and the title of its window are the same word. Where the English word has two
-    /// meanings, a language may have two words; the program's name has more room on the desktop than
-    /// in the settings.
+    /// meanings, a language may have two words; the program's name has more room on the desktop
+    /// than in the settings.
     void aTextReadsTheSameInEveryWindow()
     {
         const QStringList twoMeanings{"Recording", "Color", "Document Camera"};

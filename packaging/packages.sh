@@ -26,7 +26,7 @@ DEB_PACKAGES="
 TEST_PACKAGES="
     libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
     clang clang-format libclang-rt-dev e2fsprogs cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg
-    desktop-file-utils appstream mandoc man-db dpkg-dev udev"
+    desktop-file-utils appstream mandoc man-db dpkg-dev udev gstreamer1.0-tools"
 
 # What the benchmarks measure beside it.
 BENCHMARK_PACKAGES="

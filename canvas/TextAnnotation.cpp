@@ -122,7 +122,7 @@ void TextAnnotation::applyFormat()
     cursor.setCharFormat(format);
     m_editor->setTextCursor(cursor);
     // The desktop's own ground may have the colour of the ink.
-    QPalette palette = m_editor->palette();
+    QPalette palette = m_editor->viewport()->palette();
     palette.setColor(QPalette::Base, groundFor(m_color));
-    m_editor->setPalette(palette);
+    m_editor->viewport()->setPalette(palette);
 }

@@ -12,10 +12,9 @@ const std::vector<TerminalLines::Row> &TerminalLines::rows()
         {Line::CameraNotPermitted,
          "No permission to open the camera at %1: install the udev rule 70-document-camera.rules, "
          "or plug the camera in again if it is installed."},
-        {Line::CameraTaken, "The camera is held by %1: close that, then start this program again."},
+        {Line::CameraTaken, "The camera is held by %1: close that, and its picture comes here."},
         {Line::CameraNotOpened,
-         "The camera cannot be opened (%1): unplug it, plug it in again and start this program "
-         "again."},
+         "The camera cannot be opened (%1): unplug it and plug it in again."},
         {Line::SizeNotOffered,
          "The camera does not give pictures of %1: choose another resolution in the settings."},
         {Line::SnapshotNotWritten,

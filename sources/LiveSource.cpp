@@ -255,7 +255,7 @@ void LiveSource::openCamera()
     // every operation on it fails at once.
     if (*result < 0) {
         qDebug("uvc_open() failed.");
-        m_private->camera.tellOpenFailure(*result);
+        m_private->camera->tellOpenFailure(*result);
     }
     m_running = true;
     initUVCControl();

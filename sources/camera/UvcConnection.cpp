@@ -79,7 +79,7 @@ int UvcConnection::open()
 
 void UvcConnection::tellOpenFailure(int error) const
 {
-    OpenFailure::tell(error, OpenFailure::nodeOf(m_busNumber, m_deviceAddress));
+    OpenFailure::tell(error, OpenFailure::nodeOf(m_busNumber, m_address));
 }
 
 int UvcConnection::stream()

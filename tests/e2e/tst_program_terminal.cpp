@@ -160,7 +160,7 @@ private slots:
         holder.kill();
         holder.waitForFinished();
         QVERIFY2(said.contains(name), qPrintable(said));
-        QVERIFY2(said.contains(": close that, then start"), qPrintable(said));
+        QVERIFY2(said.contains(": close that, and its picture"), qPrintable(said));
     }
 
     void aSizeThatTheCameraRefusesIsNamed()

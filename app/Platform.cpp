@@ -1,11 +1,15 @@
 #include "app/Platform.h"
 
+#include "diagnostics/TerminalLines.h"
+
 #include <QCoreApplication>
+#include <QStringList>
 #include <QtGlobal>
 
 #include <algorithm>
 #include <cmath>
 #include <malloc.h>
+#include <qpa/qplatformintegrationfactory_p.h>
 
 namespace
 {
@@ -48,6 +52,50 @@ constexpr double LEAST_SCALE = 0.5;
 /// which are 96.1 dpi. As a part of the scale.
 constexpr double MEASURING_ERROR = 0.01;
 
+/// A scale that the user may choose by the environment; a tenth is a stamp, ten a wall.
+constexpr double LEAST_CHOSEN_SCALE = 0.1;
+constexpr double GREATEST_CHOSEN_SCALE = 10.0;
+
+bool isScale(const QString &text)
+{
+    bool isNumber = false;
+    const double scale = text.toDouble(&isNumber);
+    return isNumber && scale >= LEAST_CHOSEN_SCALE && scale <= GREATEST_CHOSEN_SCALE;
+}
+
+/// "1.5", or "1.5;2" and "DP-1=1.5;DP-2=2" for several screens.
+bool areScales(const QString &text)
+{
+    const QStringList screens = text.split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    return !screens.isEmpty() &&
+           std::all_of(screens.begin(), screens.end(), [](const QString &screen) {
+               return isScale(screen.section(QLatin1Char('='), -1));
+           });
+}
+
+/// "xcb;wayland", each with its own arguments behind a colon: whether any of them is installed.
+bool isPlatform(const QString &text)
+{
+    const QStringList known =
+        QPlatformIntegrationFactory::keys(qEnvironmentVariable("QT_QPA_PLATFORM_PLUGIN_PATH"));
+    const QStringList wanted = text.split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    return std::any_of(wanted.begin(), wanted.end(), [&known](const QString &platform) {
+        return known.contains(platform.section(QLatin1Char(':'), 0, 0), Qt::CaseInsensitive);
+    });
+}
+
+void dropUnless(bool (*makesSense)(const QString &), const char *variable)
+{
+    if (!qEnvironmentVariableIsSet(variable))
+        return;
+    const QString value = qEnvironmentVariable(variable);
+    if (makesSense(value))
+        return;
+    TerminalLines::tell(TerminalLines::Line::VariableIgnored,
+                        {QLatin1String(variable) + QLatin1Char('=') + value});
+    qunsetenv(variable);
+}
+
 double desktopScale(double dpi)
 {
     const bool isSane = dpi >= LEAST_DPI && dpi <= GREATEST_DPI;
@@ -77,6 +125,13 @@ bool scaleIsChosen()
         "QT_ENABLE_HIGHDPI_SCALING", "QT_DEVICE_PIXEL_RATIO"};
     return std::any_of(std::begin(VARIABLES), std::end(VARIABLES),
                        [](const char *variable) { return qEnvironmentVariableIsSet(variable); });
+}
+
+void dropNonsense()
+{
+    dropUnless(isPlatform, "QT_QPA_PLATFORM");
+    dropUnless(isScale, "QT_SCALE_FACTOR");
+    dropUnless(areScales, "QT_SCREEN_SCALE_FACTORS");
 }
 
 void preparePlatform()

@@ -7,6 +7,11 @@
 /// stroke is delivered, which the platform's plug-in would otherwise settle.
 void preparePlatform();
 
+/// Takes settings out of the environment that no platform of the toolkit could follow, and says so:
+/// a platform that is not installed, a scale that is no number of this world. Before the
+/// application object is made.
+void dropNonsense();
+
 /// What the desktop says of its screen before the first window is made.
 struct ScreenOffer {
     /// Dots an inch that the desktop asks programs to draw for; anything that is no number of this

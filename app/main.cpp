@@ -1,6 +1,10 @@
+#include "app/CommandLine.h"
+#include "app/ExitSignals.h"
+#include "app/FatalMessages.h"
 #include "app/LocaleCatalogue.h"
 #include "app/Platform.h"
 #include "app/ScreenScale.h"
+#include "diagnostics/TerminalLines.h"
 #include "mainwindow/MainWindow.h"
 #include "resources/ApplicationIcon.h"
 #include "resources/Skin.h"
@@ -9,10 +13,17 @@
 #include "sources/threads/DetachedThreads.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLocale>
+#include <QRawFont>
+#include <QSettings>
 #include <QTranslator>
 
 #include <chrono>
+#include <cstdio>
+#include <memory>
+
+using TerminalLines::Line;
 
 namespace
 {
@@ -23,16 +34,58 @@ constexpr std::chrono::milliseconds WARM_UP_DELAY(300);
 /// What is left of the two seconds that closing may take, when all else has had its own bound.
 constexpr std::chrono::milliseconds END_BOUND(200);
 
+/// The exit code for a command line that makes no sense.
+constexpr int REFUSED = 2;
+
+std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
+{
+    const FatalMessages fatalMessages;
+    return std::make_unique<QApplication>(argc, argv);
+}
+
+void tellWhatIsMissing()
+{
+    const QSettings settings;
+    // Faults in the file are found when its keys are.
+    (void)settings.allKeys();
+    if (settings.status() != QSettings::NoError || QFileInfo(settings.fileName()).isDir())
+        TerminalLines::tell(Line::SettingsUnreadable, {settings.fileName()});
+    // The toolkit lists families also where there is no file of theirs.
+    if (QRawFont::fromFont(QApplication::font()).fontTable("cmap").isEmpty())
+        TerminalLines::tell(Line::NoFont);
+}
+
+int showWindow()
+{
+    MainWindow window;
+    window.show();
+    const MediaPreloader warmUp(WARM_UP_DELAY);
+    return QApplication::exec();
+}
+
+/// What was set a moment ago has not reached the disk yet.
+void writeSettings()
+{
+    QSettings settings;
+    settings.sync();
+    if (settings.status() == QSettings::AccessError)
+        TerminalLines::tell(Line::SettingsNotWritten, {settings.fileName()});
+}
+
 int runProgram(int argc, char **argv)
 {
     initialiseSkin();
     initialiseTranslations();
+    dropNonsense();
     preparePlatform();
-    QApplication application(argc, argv);
+    const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
+    const ExitSignals exitSignals;
     fitScaleToScreen();
     // The scope of the settings; before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
+    QGuiApplication::setDesktopFileName("document-camera");
+    tellWhatIsMissing();
 
     QTranslator translator;
     // A catalogue that is not there is no error: the interface then shows its English source texts.
@@ -42,15 +95,20 @@ int runProgram(int argc, char **argv)
     QCoreApplication::installTranslator(&translator);
 
     QApplication::setWindowIcon(applicationIcon());
-    MainWindow window;
-    window.show();
-    const MediaPreloader warmUp(WARM_UP_DELAY);
-    return QApplication::exec();
+    const int code = showWindow();
+    writeSettings();
+    return code;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    const CommandLine commandLine = CommandLine::parse({argv + 1, argv + argc});
+    if (commandLine.action != CommandLine::Action::Run) {
+        const bool refused = commandLine.action == CommandLine::Action::Refuse;
+        std::fputs(commandLine.text.c_str(), refused ? stderr : stdout);
+        return refused ? REFUSED : 0;
+    }
     DetachedThreads::exitProcess(runProgram(argc, argv), END_BOUND);
 }

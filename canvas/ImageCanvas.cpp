@@ -4,8 +4,10 @@
 #include "canvas/StartPicture.h"
 #include "canvas/TextEditor.h"
 #include "canvas/model/ShotSaver.h"
+#include "diagnostics/TerminalLines.h"
 
 #include <QClipboard>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -143,6 +145,8 @@ void ImageCanvas::save(const CanvasModel::Shot &shot)
 void ImageCanvas::reportSnapshotFailure(const QString &path, const QString &reason)
 {
     qWarning("%s: %s", qPrintable(path), qPrintable(reason));
+    TerminalLines::tell(TerminalLines::Line::SnapshotNotWritten, {path, reason},
+                        QFileInfo(path).path() + reason);
     QMetaObject::invokeMethod(this, "keepSnapshotFailure", Q_ARG(QString, path),
                               Q_ARG(QString, reason));
 }

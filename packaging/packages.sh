@@ -1,4 +1,5 @@
-# Sourced by ./run and ./test: which Debian packages each needs, and how they come here.
+# Sourced by ./run, ./test and the scripts that make the Debian package: which Debian packages each
+# needs, and how they come here. The only list of them.
 
 # What the program is built from.
 BUILD_PACKAGES="
@@ -7,21 +8,38 @@ BUILD_PACKAGES="
     libuvc-dev libusb-1.0-0-dev libumockdev-dev umockdev libjpeg-dev
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libyuv-dev"
 
-# What it uses while it runs.
+# What it cannot do without while it runs: the plug-ins of the media elements that it names, and a font.
 RUN_PACKAGES="
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
-    gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-pulseaudio gstreamer1.0-alsa
-    fonts-liberation fonts-noto-cjk"
+    gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-alsa
+    fonts-liberation"
+
+# What it is better with: Chinese and Japanese texts, Wayland without an X server, the sound servers.
+RECOMMENDED_PACKAGES="
+    fonts-noto-cjk qtwayland5 gstreamer1.0-pulseaudio"
+
+# What makes the Debian package, and what checks it.
+DEB_PACKAGES="
+    debhelper dpkg-dev fakeroot git lintian"
 
 # What the tests drive it with.
 TEST_PACKAGES="
     libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
-    clang clang-format libclang-rt-dev e2fsprogs mpv cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg"
+    clang clang-format libclang-rt-dev e2fsprogs mpv cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg
+    desktop-file-utils appstream mandoc man-db dpkg-dev udev gstreamer1.0-tools"
 
 # What the benchmarks measure beside it.
 BENCHMARK_PACKAGES="
     gstreamer1.0-tools libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv
     graphicsmagick libvips-tools libgdk-pixbuf2.0-bin"
+
+# missing_packages NAME...: prints those that are not installed.
+missing_packages() {
+    local name
+    for name in $*; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || echo "$name"
+    done
+}
 
 # install_packages NAME...: installs those that are missing, as root or through sudo, and says so.
 install_packages() {
@@ -32,10 +50,8 @@ install_packages() {
         echo "   " $* >&2
         return 1
     fi
-    local missing=() name
-    for name in $*; do
-        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
-    done
+    local missing
+    mapfile -t missing < <(missing_packages $*)
     [ ${#missing[@]} -eq 0 ] && return 0
 
     local as_root=()

@@ -258,8 +258,10 @@ void LiveSource::openCamera()
     }
     // A camera that cannot be opened counts as running all the same: it is not tried again and
     // every operation on it fails at once.
-    if (*result < 0)
+    if (*result < 0) {
         qDebug("uvc_open() failed.");
+        m_private->camera->tellOpenFailure(*result);
+    }
     m_running = true;
     initUVCControl();
     if (m_recording.requested())

@@ -55,6 +55,65 @@
     </message>
 </context>
 <context>
+    <name>DesktopTexts</name>
+    <message>
+        <source>Document Camera</source>
+        <translation>Dokumentenkamera</translation>
+    </message>
+    <message>
+        <source>Document Camera Viewer</source>
+        <translation>Betrachter für Dokumentenkameras</translation>
+    </message>
+    <message>
+        <source>Show, annotate and record the picture of a document camera</source>
+        <translation>Das Bild einer Dokumentenkamera zeigen, beschriften und aufnehmen</translation>
+    </message>
+    <message>
+        <source>camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>visualizer</source>
+        <translation>Visualizer</translation>
+    </message>
+    <message>
+        <source>presentation</source>
+        <translation>Präsentation</translation>
+    </message>
+    <message>
+        <source>classroom</source>
+        <translation>Unterricht</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>Whiteboard</translation>
+    </message>
+    <message>
+        <source>Shows the live picture of a USB document camera for a class and its projector. The speaker draws and writes over it, zooms, rotates, freezes and masks it, takes snapshots, records movies with sound and prints.</source>
+        <translation>Zeigt einer Klasse über den Beamer das Livebild einer USB-Dokumentenkamera. Wer vorträgt, zeichnet und schreibt darüber, vergrößert, dreht, friert ein und deckt ab, speichert Standbilder, nimmt Videos mit Ton auf und druckt.</translation>
+    </message>
+    <message>
+        <source>Three more modes play a film, show a folder of photographs and serve as a drawing board.</source>
+        <translation>Drei weitere Betriebsarten spielen einen Film ab, zeigen einen Ordner mit Fotos und dienen als Zeichentafel.</translation>
+    </message>
+    <message>
+        <source>The live picture, drawn on</source>
+        <translation>Das Livebild mit Zeichnungen</translation>
+    </message>
+    <message>
+        <source>A folder of photographs</source>
+        <translation>Ein Ordner mit Fotos</translation>
+    </message>
+    <message>
+        <source>The drawing board</source>
+        <translation>Die Zeichentafel</translation>
+    </message>
+    <message>
+        <source>The first release.</source>
+        <translation>Die erste Veröffentlichung.</translation>
+    </message>
+</context>
+<context>
     <name>EffectToolWindow</name>
     <message>
         <source>Color</source>

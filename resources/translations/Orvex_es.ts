@@ -55,6 +55,65 @@
     </message>
 </context>
 <context>
+    <name>DesktopTexts</name>
+    <message>
+        <source>Document Camera</source>
+        <translation>Cámara de documentos</translation>
+    </message>
+    <message>
+        <source>Document Camera Viewer</source>
+        <translation>Visor de cámara de documentos</translation>
+    </message>
+    <message>
+        <source>Show, annotate and record the picture of a document camera</source>
+        <translation>Mostrar, anotar y grabar la imagen de una cámara de documentos</translation>
+    </message>
+    <message>
+        <source>camera</source>
+        <translation>cámara</translation>
+    </message>
+    <message>
+        <source>visualizer</source>
+        <translation>visualizador</translation>
+    </message>
+    <message>
+        <source>presentation</source>
+        <translation>presentación</translation>
+    </message>
+    <message>
+        <source>classroom</source>
+        <translation>clase</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>pizarra</translation>
+    </message>
+    <message>
+        <source>Shows the live picture of a USB document camera for a class and its projector. The speaker draws and writes over it, zooms, rotates, freezes and masks it, takes snapshots, records movies with sound and prints.</source>
+        <translation>Muestra a una clase, a través del proyector, la imagen en directo de una cámara de documentos USB. El ponente dibuja y escribe sobre ella, la amplía, la gira, la congela y la tapa, toma instantáneas, graba vídeos con sonido e imprime.</translation>
+    </message>
+    <message>
+        <source>Three more modes play a film, show a folder of photographs and serve as a drawing board.</source>
+        <translation>Otros tres modos reproducen un vídeo, muestran una carpeta de fotografías y sirven de pizarra.</translation>
+    </message>
+    <message>
+        <source>The live picture, drawn on</source>
+        <translation>La imagen en directo, con dibujos</translation>
+    </message>
+    <message>
+        <source>A folder of photographs</source>
+        <translation>Una carpeta de fotografías</translation>
+    </message>
+    <message>
+        <source>The drawing board</source>
+        <translation>La pizarra</translation>
+    </message>
+    <message>
+        <source>The first release.</source>
+        <translation>La primera versión.</translation>
+    </message>
+</context>
+<context>
     <name>EffectToolWindow</name>
     <message>
         <source>Color</source>

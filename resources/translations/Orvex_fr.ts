@@ -55,6 +55,65 @@
     </message>
 </context>
 <context>
+    <name>DesktopTexts</name>
+    <message>
+        <source>Document Camera</source>
+        <translation>Visualiseur</translation>
+    </message>
+    <message>
+        <source>Document Camera Viewer</source>
+        <translation>Affichage pour visualiseur</translation>
+    </message>
+    <message>
+        <source>Show, annotate and record the picture of a document camera</source>
+        <translation>Afficher, annoter et enregistrer l’image d’un visualiseur</translation>
+    </message>
+    <message>
+        <source>camera</source>
+        <translation>caméra</translation>
+    </message>
+    <message>
+        <source>visualizer</source>
+        <translation>visualiseur</translation>
+    </message>
+    <message>
+        <source>presentation</source>
+        <translation>présentation</translation>
+    </message>
+    <message>
+        <source>classroom</source>
+        <translation>classe</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>tableau blanc</translation>
+    </message>
+    <message>
+        <source>Shows the live picture of a USB document camera for a class and its projector. The speaker draws and writes over it, zooms, rotates, freezes and masks it, takes snapshots, records movies with sound and prints.</source>
+        <translation>Montre à une classe, par le projecteur, l’image en direct d’un visualiseur USB. L’intervenant dessine et écrit dessus, zoome, fait pivoter, fige et masque l’image, prend des photos, enregistre des vidéos avec le son et imprime.</translation>
+    </message>
+    <message>
+        <source>Three more modes play a film, show a folder of photographs and serve as a drawing board.</source>
+        <translation>Trois autres modes lisent un film, montrent un dossier de photos et servent de tableau blanc.</translation>
+    </message>
+    <message>
+        <source>The live picture, drawn on</source>
+        <translation>L’image en direct, avec des dessins</translation>
+    </message>
+    <message>
+        <source>A folder of photographs</source>
+        <translation>Un dossier de photos</translation>
+    </message>
+    <message>
+        <source>The drawing board</source>
+        <translation>Le tableau blanc</translation>
+    </message>
+    <message>
+        <source>The first release.</source>
+        <translation>La première version.</translation>
+    </message>
+</context>
+<context>
     <name>EffectToolWindow</name>
     <message>
         <source>Color</source>

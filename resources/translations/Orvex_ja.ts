@@ -55,6 +55,65 @@
     </message>
 </context>
 <context>
+    <name>DesktopTexts</name>
+    <message>
+        <source>Document Camera</source>
+        <translation>書画カメラ</translation>
+    </message>
+    <message>
+        <source>Document Camera Viewer</source>
+        <translation>書画カメラビューアー</translation>
+    </message>
+    <message>
+        <source>Show, annotate and record the picture of a document camera</source>
+        <translation>書画カメラの映像を表示し、書き込み、録画します</translation>
+    </message>
+    <message>
+        <source>camera</source>
+        <translation>カメラ</translation>
+    </message>
+    <message>
+        <source>visualizer</source>
+        <translation>実物投影機</translation>
+    </message>
+    <message>
+        <source>presentation</source>
+        <translation>プレゼンテーション</translation>
+    </message>
+    <message>
+        <source>classroom</source>
+        <translation>授業</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>ホワイトボード</translation>
+    </message>
+    <message>
+        <source>Shows the live picture of a USB document camera for a class and its projector. The speaker draws and writes over it, zooms, rotates, freezes and masks it, takes snapshots, records movies with sound and prints.</source>
+        <translation>USB 書画カメラのライブ映像を、プロジェクターで教室に映します。映像の上に図や文字を書き込み、拡大、回転、静止、マスク、静止画の保存、音声付きの録画、印刷ができます。</translation>
+    </message>
+    <message>
+        <source>Three more modes play a film, show a folder of photographs and serve as a drawing board.</source>
+        <translation>ほかに、動画の再生、フォルダー内の写真の表示、描画ボードの 3 つのモードがあります。</translation>
+    </message>
+    <message>
+        <source>The live picture, drawn on</source>
+        <translation>図を書き込んだライブ映像</translation>
+    </message>
+    <message>
+        <source>A folder of photographs</source>
+        <translation>写真のフォルダー</translation>
+    </message>
+    <message>
+        <source>The drawing board</source>
+        <translation>描画ボード</translation>
+    </message>
+    <message>
+        <source>The first release.</source>
+        <translation>最初のリリース。</translation>
+    </message>
+</context>
+<context>
     <name>EffectToolWindow</name>
     <message>
         <source>Color</source>

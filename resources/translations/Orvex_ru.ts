@@ -55,6 +55,65 @@
     </message>
 </context>
 <context>
+    <name>DesktopTexts</name>
+    <message>
+        <source>Document Camera</source>
+        <translation>Документ-камера</translation>
+    </message>
+    <message>
+        <source>Document Camera Viewer</source>
+        <translation>Просмотр документ-камеры</translation>
+    </message>
+    <message>
+        <source>Show, annotate and record the picture of a document camera</source>
+        <translation>Показ, разметка и запись изображения с документ-камеры</translation>
+    </message>
+    <message>
+        <source>camera</source>
+        <translation>камера</translation>
+    </message>
+    <message>
+        <source>visualizer</source>
+        <translation>визуализатор</translation>
+    </message>
+    <message>
+        <source>presentation</source>
+        <translation>презентация</translation>
+    </message>
+    <message>
+        <source>classroom</source>
+        <translation>урок</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>доска</translation>
+    </message>
+    <message>
+        <source>Shows the live picture of a USB document camera for a class and its projector. The speaker draws and writes over it, zooms, rotates, freezes and masks it, takes snapshots, records movies with sound and prints.</source>
+        <translation>Показывает классу через проектор живое изображение с USB-документ-камеры. Докладчик рисует и пишет поверх него, увеличивает, поворачивает, останавливает и частично закрывает его, делает снимки, записывает видео со звуком и печатает.</translation>
+    </message>
+    <message>
+        <source>Three more modes play a film, show a folder of photographs and serve as a drawing board.</source>
+        <translation>Ещё три режима воспроизводят видео, показывают папку с фотографиями и служат доской для рисования.</translation>
+    </message>
+    <message>
+        <source>The live picture, drawn on</source>
+        <translation>Живое изображение с рисунками</translation>
+    </message>
+    <message>
+        <source>A folder of photographs</source>
+        <translation>Папка с фотографиями</translation>
+    </message>
+    <message>
+        <source>The drawing board</source>
+        <translation>Доска для рисования</translation>
+    </message>
+    <message>
+        <source>The first release.</source>
+        <translation>Первый выпуск.</translation>
+    </message>
+</context>
+<context>
     <name>EffectToolWindow</name>
     <message>
         <source>Color</source>

@@ -55,6 +55,65 @@
     </message>
 </context>
 <context>
+    <name>DesktopTexts</name>
+    <message>
+        <source>Document Camera</source>
+        <translation>實物投影機</translation>
+    </message>
+    <message>
+        <source>Document Camera Viewer</source>
+        <translation>實物投影機檢視器</translation>
+    </message>
+    <message>
+        <source>Show, annotate and record the picture of a document camera</source>
+        <translation>顯示、註記並錄製實物投影機的影像</translation>
+    </message>
+    <message>
+        <source>camera</source>
+        <translation>攝影機</translation>
+    </message>
+    <message>
+        <source>visualizer</source>
+        <translation>投影機</translation>
+    </message>
+    <message>
+        <source>presentation</source>
+        <translation>簡報</translation>
+    </message>
+    <message>
+        <source>classroom</source>
+        <translation>教室</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>白板</translation>
+    </message>
+    <message>
+        <source>Shows the live picture of a USB document camera for a class and its projector. The speaker draws and writes over it, zooms, rotates, freezes and masks it, takes snapshots, records movies with sound and prints.</source>
+        <translation>透過投影機向全班顯示 USB 實物投影機的即時影像。講者可在影像上繪圖與書寫，縮放、旋轉、凍結及遮蔽影像，並可拍照、錄製有聲影片及列印。</translation>
+    </message>
+    <message>
+        <source>Three more modes play a film, show a folder of photographs and serve as a drawing board.</source>
+        <translation>另有三種模式，可播放影片、顯示資料夾中的相片，以及作為畫板使用。</translation>
+    </message>
+    <message>
+        <source>The live picture, drawn on</source>
+        <translation>加上繪圖的即時影像</translation>
+    </message>
+    <message>
+        <source>A folder of photographs</source>
+        <translation>相片資料夾</translation>
+    </message>
+    <message>
+        <source>The drawing board</source>
+        <translation>畫板</translation>
+    </message>
+    <message>
+        <source>The first release.</source>
+        <translation>第一個版本。</translation>
+    </message>
+</context>
+<context>
     <name>EffectToolWindow</name>
     <message>
         <source>Color</source>

@@ -84,6 +84,14 @@ int UvcCamera::openWithin(std::chrono::milliseconds bound, const BusCamera &came
     return m_openResult;
 }
 
+void UvcCamera::tellOpenFailure(int error)
+{
+    m_worker.post([connection = m_connection, error] {
+        connection->tellOpenFailure(error);
+        return UVC_SUCCESS;
+    });
+}
+
 void UvcCamera::findExtensionUnit()
 {
     m_extensionUnit = 0;

@@ -48,6 +48,9 @@ public:
     /// when it is not there within the bound.
     int openWithin(std::chrono::milliseconds bound, const BusCamera &camera);
 
+    /// Tells the terminal why open() failed with that code, from the worker and so a moment later.
+    void tellOpenFailure(int error);
+
     /// Looks up the extension unit that profile() names.
     void findExtensionUnit();
 

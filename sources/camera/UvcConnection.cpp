@@ -1,7 +1,9 @@
 #include "sources/camera/UvcConnection.h"
 
+#include "diagnostics/TerminalLines.h"
 #include "sources/camera/CameraProfile.h"
 #include "sources/camera/LibraryFaults.h"
+#include "sources/camera/OpenFailure.h"
 
 #include <libusb.h>
 #include <libuvc/libuvc.h>
@@ -73,6 +75,11 @@ int UvcConnection::open()
     const uvc_error_t error = uvc_open(m_device.get(), &handle);
     m_handle = error < 0 ? nullptr : handle;
     return error;
+}
+
+void UvcConnection::tellOpenFailure(int error) const
+{
+    OpenFailure::tell(error, OpenFailure::nodeOf(m_busNumber, m_address));
 }
 
 int UvcConnection::stream()
@@ -180,8 +187,10 @@ int UvcConnection::start(const Request &request)
     if (agreed < 0)
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
     const std::uint32_t payload = block.dwMaxPayloadTransferSize;
-    if (payload == 0 || payload > MAXIMUM_PAYLOAD)
+    if (payload == 0 || payload > MAXIMUM_PAYLOAD) {
+        tellSizeNotOffered(stream->size());
         return UVC_ERROR_INVALID_MODE;
+    }
     if (stream->closed())
         return UVC_SUCCESS;
     stream->allocate();
@@ -194,6 +203,13 @@ int UvcConnection::start(const Request &request)
     else
         m_running = stream;
     return started;
+}
+
+void UvcConnection::tellSizeNotOffered(QSize size) const
+{
+    const QString words = QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+    if (!m_gone)
+        TerminalLines::tell(TerminalLines::Line::SizeNotOffered, {words});
 }
 
 int UvcConnection::noteResult(int result)

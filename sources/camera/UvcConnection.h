@@ -42,6 +42,8 @@ public:
     int find(std::uint8_t busNumber, std::uint8_t address);
     /// Opens the camera found last; the library takes the interface over from a kernel driver.
     int open();
+    /// Tells the terminal why open() failed with that code.
+    void tellOpenFailure(int error) const;
     /// Brings the camera from the running stream to the one wanted last.
     int stream();
     /// One control of that unit.
@@ -79,6 +81,7 @@ private:
     void keep(uvc_device *device);
     [[nodiscard]] Request takeRequest();
     int start(const Request &request);
+    void tellSizeNotOffered(QSize size) const;
     int noteResult(int result);
 
     uvc_context *m_context = nullptr;

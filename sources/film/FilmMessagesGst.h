@@ -7,5 +7,6 @@
 /// What an error message tells of the film.
 [[nodiscard]] FilmFault faultOf(GstMessage *message);
 
-/// Whether the message tells that the decoder of a picture is missing.
-[[nodiscard]] bool isMissingDecoder(GstMessage *message);
+/// The decoder of a picture that the message tells to be missing, in the media library's words;
+/// empty for any other message.
+[[nodiscard]] QString missingDecoder(GstMessage *message);

@@ -1,5 +1,6 @@
 #include "sources/film/PlaybackEngineGst.h"
 
+#include "sources/film/FilmFaultLines.h"
 #include "sources/film/FilmFile.h"
 #include "sources/film/FilmMessagesGst.h"
 
@@ -122,7 +123,7 @@ void PlaybackEngineGst::openPipeline(double at)
     closePipeline();
     m_resumeAt = at;
     m_atEnd = false;
-    m_decoderMissing = false;
+    m_missingDecoder.clear();
     m_asksDisk = true;
     const bool readable = FilmFile::isReadable(*m_film.path);
     m_asksDisk = false;
@@ -230,7 +231,7 @@ void PlaybackEngineGst::checkWork()
     const CallWatch::Call call(m_around.watch);
     const bool late = std::chrono::steady_clock::now() >= m_workEnds;
     if (m_work == Work::Opening && standsStill())
-        breakOff(m_decoderMissing ? FilmFault::DecoderMissing : FilmFault::NoFilm);
+        breakOff(m_missingDecoder.isEmpty() ? FilmFault::NoFilm : FilmFault::DecoderMissing);
     else if (late && m_work == Work::ChangingState)
         endWork();
     else if (late)
@@ -264,7 +265,8 @@ void PlaybackEngineGst::handle(GstMessage *message)
         handleError(message);
         break;
     case GST_MESSAGE_ELEMENT:
-        m_decoderMissing = m_decoderMissing || isMissingDecoder(message);
+        if (m_missingDecoder.isEmpty())
+            m_missingDecoder = missingDecoder(message);
         break;
     case GST_MESSAGE_DURATION_CHANGED:
         if (m_wasOpen)
@@ -306,7 +308,7 @@ void PlaybackEngineGst::opened()
     if (!m_wasOpen && !m_pictures.anySinceClear()) {
         const bool plays = m_pipeline->hasSound();
         const FilmFault without = plays ? FilmFault::NoPicture : FilmFault::NoFilm;
-        const FilmFault fault = m_decoderMissing ? FilmFault::DecoderMissing : without;
+        const FilmFault fault = m_missingDecoder.isEmpty() ? without : FilmFault::DecoderMissing;
         if (!plays) {
             breakOff(fault);
             return;
@@ -325,7 +327,7 @@ void PlaybackEngineGst::opened()
 void PlaybackEngineGst::handleError(GstMessage *message)
 {
     if (m_silent || !m_pipeline->isFromSound(message)) {
-        breakOff(m_decoderMissing ? FilmFault::DecoderMissing : faultOf(message));
+        breakOff(m_missingDecoder.isEmpty() ? faultOf(message) : FilmFault::DecoderMissing);
         return;
     }
     // The sound server is gone or was never there: the pictures go on without it.
@@ -363,6 +365,8 @@ void PlaybackEngineGst::tellEnd()
 void PlaybackEngineGst::tell(FilmFault fault)
 {
     const bool newest = !m_wishes.otherFilm(m_film.number);
+    if (newest)
+        tellFilmFault(fault, *m_film.path, m_missingDecoder);
     if (newest && m_film.events.faulty)
         m_around.gate.pass([this, fault] { m_film.events.faulty(fault); });
 }

@@ -109,7 +109,8 @@ private:
     std::atomic<bool> m_silent{false};
     std::atomic<bool> m_asksDisk{false};
     std::atomic<quint64> m_filmNumber{0};
-    bool m_decoderMissing = false;
+    /// In the media library's words; empty while none is missing.
+    QString m_missingDecoder;
     bool m_wasOpen = false;
     bool m_playing = false;
     bool m_atEnd = false;

@@ -1,5 +1,6 @@
 #include "sources/recording/MovieJobGst.h"
 
+#include "diagnostics/TerminalLines.h"
 #include "sources/gst/GstRuntime.h"
 #include "sources/recording/MovieEncoders.h"
 #include "sources/threads/DetachedThreads.h"
@@ -87,6 +88,7 @@ bool MovieJobGst::open()
         m_settings.encoders.isEmpty() ? MovieEncoders::names() : m_settings.encoders,
         m_settings.pictureSize);
     if (encoder.isEmpty()) {
+        TerminalLines::tell(TerminalLines::Line::NoMovieEncoder);
         fail(text(QT_TRANSLATE_NOOP("MovieWriter", "This computer has no encoder for movies.")));
         return false;
     }

@@ -1,3 +1,4 @@
+#include "diagnostics/TerminalLines.h"
 #include "sources/gst/GstPointers.h"
 #include "sources/recording/CaptureClock.h"
 #include "sources/recording/SoundCapture.h"
@@ -163,6 +164,8 @@ private:
             if (!reported && !stopping())
                 qDebug("%s", device ? "The camera's microphone is lost, recording silence."
                                     : "No camera microphone found, recording silence.");
+            if (!reported && !stopping() && !devices.serverAnswered())
+                TerminalLines::tell(TerminalLines::Line::NoSoundServer);
             reported = !device;
             waitForStop(m_interval);
         }

@@ -26,6 +26,8 @@ public:
     /// Asks the sound servers anew and watches them from then on; null when there is no such
     /// microphone, and then nothing is watched.
     [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone(MicrophoneId microphone);
+    /// Whether any sound server answered the last look.
+    [[nodiscard]] bool serverAnswered() const { return m_serverAnswered; }
     /// Whether that microphone has been taken away since the last call.
     [[nodiscard]] bool cameraMicrophoneRemoved(MicrophoneId microphone);
     /// Watches no more.
@@ -39,7 +41,8 @@ private:
 
     SoundDevices();
 
-    /// Guards the providers.
+    /// Guards the two members below.
     std::mutex m_mutex;
     std::vector<Provider> m_providers;
+    bool m_serverAnswered = false;
 };

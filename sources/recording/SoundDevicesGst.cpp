@@ -51,11 +51,13 @@ GstPtr<GstDevice> SoundDevices::findCameraMicrophone(MicrophoneId microphone)
 {
     // A provider does not notice that its server has died, so each look begins anew.
     rest();
+    m_serverAnswered = false;
     GstPtr<GstDevice> found;
     for (Provider &provider : m_providers) {
         provider.started = gst_device_provider_start(provider.object.get());
         if (!provider.started)
             continue;
+        m_serverAnswered = true;
         GList *devices = gst_device_provider_get_devices(provider.object.get());
         for (GList *item = devices; item && !found; item = item->next) {
             if (isCameraMicrophone(microphone, GST_DEVICE(item->data)))

@@ -13,6 +13,7 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <iterator>
 
@@ -97,6 +98,17 @@ void askToClose(xcb_window_t window)
                                         xcb_get_input_focus(display.connection()), nullptr));
 }
 
+bool drive(const QStringList &arguments)
+{
+    QProcess tool;
+    // The tool must not see the camera's file system.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("LD_PRELOAD");
+    tool.setProcessEnvironment(environment);
+    tool.start("xdotool", arguments);
+    return tool.waitForFinished(PATIENCE_MS) && tool.exitCode() == 0;
+}
+
 } // namespace
 
 ProgramUnderTest::ProgramUnderTest()
@@ -112,10 +124,10 @@ ProgramUnderTest::~ProgramUnderTest()
     }
 }
 
-bool ProgramUnderTest::start(const QProcessEnvironment &environment)
+bool ProgramUnderTest::start(const QProcessEnvironment &environment, const QStringList &arguments)
 {
     m_process.setProcessEnvironment(environment);
-    m_process.start(PROGRAM_FILE, QStringList());
+    m_process.start(PROGRAM_FILE, arguments);
     return m_process.waitForStarted(PATIENCE_MS);
 }
 
@@ -132,20 +144,38 @@ WId ProgramUnderTest::waitForWindow()
 
 void ProgramUnderTest::pressKeys(const QString &keys)
 {
-    QProcess tool;
-    // The tool must not see the camera's file system.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("LD_PRELOAD");
-    tool.setProcessEnvironment(environment);
-    tool.start("xdotool", {"windowactivate", "--sync", QString::number(m_window), "key", keys});
-    tool.waitForFinished(PATIENCE_MS);
+    (void)drive({"windowactivate", "--sync", QString::number(m_window), "key", keys});
+}
+
+bool ProgramUnderTest::click(QPoint point)
+{
+    const QString window = QString::number(m_window);
+    return drive({"windowactivate", "--sync", window, "mousemove", "--window", window,
+                  QString::number(point.x()), QString::number(point.y()), "click", "1"});
 }
 
 bool ProgramUnderTest::closeAndWait()
 {
     askToClose(static_cast<xcb_window_t>(m_window));
+    return waitForEnd();
+}
+
+bool ProgramUnderTest::waitForEnd()
+{
     return QTest::qWaitFor([this] { return !running(); }, PATIENCE_MS) &&
            m_process.exitStatus() == QProcess::NormalExit;
+}
+
+void ProgramUnderTest::sendSignal(int number) const
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), number);
+}
+
+bool ProgramUnderTest::waitForOutput(const QByteArray &text)
+{
+    (void)QTest::qWaitFor([this, &text] { return output().contains(text) || !running(); },
+                          PATIENCE_MS);
+    return output().contains(text);
 }
 
 int ProgramUnderTest::exitCode() const

@@ -14,14 +14,23 @@ public:
     ProgramUnderTest(const ProgramUnderTest &) = delete;
     ProgramUnderTest &operator=(const ProgramUnderTest &) = delete;
 
-    bool start(const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
+    bool start(const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment(),
+               const QStringList &arguments = {});
     /// The X11 number of its main window once that is on the screen; 0 if it never comes.
     WId waitForWindow();
     /// Types into the window as the keyboard does; `keys` in xdotool's spelling.
     void pressKeys(const QString &keys);
+    /// Clicks that pixel of the window with the mouse.
+    bool click(QPoint point);
     /// Asks the window to close, as its title bar's button does, and waits for the process: whether
     /// it ended by itself. Its exit code is then exitCode().
     bool closeAndWait();
+    /// Waits for the process, which was told to end: whether it ended by itself and not by a
+    /// signal or a crash.
+    bool waitForEnd();
+    void sendSignal(int number) const;
+    /// Whether it says that before it ends.
+    bool waitForOutput(const QByteArray &text);
     [[nodiscard]] int exitCode() const;
     [[nodiscard]] bool running() const;
     /// The files in its memory, libraries among them, as the system lists them.

@@ -24,6 +24,7 @@ std::atomic<int> *findFault(CameraFaults &faults, const char *name)
         {"claimBusy", &CameraFaults::claimBusy},
         {"denyOpen", &CameraFaults::denyOpen},
         {"withoutExtensionUnit", &CameraFaults::withoutExtensionUnit},
+        {"missingSize", &CameraFaults::missingSize},
     };
     for (const auto &row : TABLE) {
         if (!std::strcmp(row.name, name))

@@ -28,6 +28,7 @@ struct CameraFaults {
     std::atomic<int> claimBusy{0};            ///< switch: claiming an interface answers EBUSY
     std::atomic<int> denyOpen{0};             ///< switch, from the next plug(): node of mode 000
     std::atomic<int> withoutExtensionUnit{0}; ///< switch, from the next plug()
+    std::atomic<int> missingSize{0}; ///< from the next plug(): 1, 2 or 3, the size not offered
 };
 
 /// Whether the next event is affected; uses one up of a positive count.

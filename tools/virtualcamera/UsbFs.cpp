@@ -42,7 +42,7 @@ bool UsbFs::plugIn(const std::string &path, int deviceNumber)
 {
     const std::lock_guard lock(m_mutex);
     m_deviceNumber = deviceNumber;
-    m_function.powerOn(m_faults.withoutExtensionUnit == 0);
+    m_function.powerOn(m_faults.withoutExtensionUnit == 0, m_faults.missingSize);
     stopStream();
     m_plugged = m_node.create(path, m_faults.denyOpen != 0);
     m_dirty = false;

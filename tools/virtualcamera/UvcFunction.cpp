@@ -73,13 +73,13 @@ UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit, Camera
     , m_extensionUnit(extensionUnit)
     , m_faults(faults)
 {
-    powerOn(true);
+    powerOn(true, 0);
 }
 
-void UvcFunction::powerOn(bool withExtensionUnit)
+void UvcFunction::powerOn(bool withExtensionUnit, int missingSize)
 {
     m_hasExtensionUnit = withExtensionUnit;
-    m_descriptors = build(m_settings.isochronous, withExtensionUnit);
+    m_descriptors = build(m_settings.isochronous, withExtensionUnit, missingSize);
     m_probe = m_commit = streamControl(1);
     m_committed.reset();
     m_extensionUnit.powerOn();

@@ -40,7 +40,7 @@ public:
     UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults);
 
     /// Takes the descriptors of a camera with or without the extension unit and resets the stream.
-    void powerOn(bool withExtensionUnit);
+    void powerOn(bool withExtensionUnit, int missingSize);
 
     /// Returns the number of bytes in `data`, or a negative errno. `data` holds setup.length bytes
     /// at least.

@@ -34,9 +34,15 @@ bool ensure(char **arguments)
     const fs::path guard = self.parent_path() / "libdevguard.so";
     if (error || !fs::exists(guard))
         return false;
+    // By its name and not by its path, which would end at a space.
+    const char *folders = std::getenv("LD_LIBRARY_PATH");
+    ::setenv("LD_LIBRARY_PATH",
+             (self.parent_path().string() + (folders ? std::string(":") + folders : "")).c_str(),
+             1);
     std::string libraries = SANITIZER_RUNTIME;
-    for (const std::string &library : {guard.string(), std::string("libumockdev-preload.so.0"),
-                                       std::string(present ? present : "")}) {
+    for (const std::string &library :
+         {guard.filename().string(), std::string("libumockdev-preload.so.0"),
+          std::string(present ? present : "")}) {
         if (!library.empty())
             libraries += (libraries.empty() ? "" : ":") + library;
     }

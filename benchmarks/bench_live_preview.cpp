@@ -1,10 +1,10 @@
 // What the live preview costs, with the camera on the bus (run under virtualcamera-run), all at
 // 1920x1080 and 30 frames a second:
-//   livepreview decode SECONDS    the yardstick: uvc_mjpeg2rgb and nothing else, on frames that the
-//                                 camera has sent before
-//   livepreview receive SECONDS   libuvc taking the frames in, undecoded
-//   livepreview program SECONDS   the whole program, main window with a canvas of 1000 x 670
-//   livepreview latency SECONDS   from a frame's last packet to the painted picture
+//   bench_live_preview decode SECONDS: the yardstick, uvc_mjpeg2rgb alone, on frames that
+//       the camera has sent before
+//   bench_live_preview receive SECONDS: libuvc taking the frames in, undecoded
+//   bench_live_preview program SECONDS: the whole program, main window with a canvas of 1000 x 670
+//   bench_live_preview latency SECONDS: from a frame's last packet to the painted picture
 // Processor time is that of this process per frame; the emulated camera is another process.
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"

@@ -1,4 +1,4 @@
-// film_measure FILM [SECONDS [unprepared]]: plays a film through FilmSource as the window does and
+// bench_film FILM [SECONDS [unprepared]]: plays a film through FilmSource as the window does and
 // prints what it cost: time to the first picture, pictures and processor time while playing,
 // processor time while paused, and time from the slider to its picture. The media library is got
 // ready first, as the program does after its start; "unprepared" leaves that out.
@@ -133,7 +133,7 @@ int main(int argc, char **argv)
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
     if (arguments.size() < 2) {
-        std::fprintf(stderr, "usage: film_measure FILM [SECONDS [unprepared]]\n");
+        std::fprintf(stderr, "usage: bench_film FILM [SECONDS [unprepared]]\n");
         return 2;
     }
     const int playMs = arguments.value(2, "7").toInt() * 1000;

@@ -1,7 +1,7 @@
-// recordload movie SECONDS MOVIE : the live source, the shown canvas and the writer
-// recordload unseen SECONDS MOVIE : the same without a canvas, which is what receiving, decoding to
-//     packed RGB, encoding and muxing cost
-// recordload frames SECONDS FILE : writes what the camera sends, Motion-JPEG, to a file
+// bench_record_load movie SECONDS MOVIE : the live source, the shown canvas and the writer
+// bench_record_load unseen SECONDS MOVIE : the same without a canvas, which is what receiving,
+//     decoding to packed RGB, encoding and muxing cost
+// bench_record_load frames SECONDS FILE: writes what it sends, Motion-JPEG, to a file
 // 1920x1080 at 30 pictures a second, with the camera that is on the bus; see ./recording.
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"

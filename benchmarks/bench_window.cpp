@@ -1,8 +1,8 @@
-// windowbench start RUNS   from process start to the first painted window: a bare program of the
+// bench_window start RUNS   from process start to the first painted window: a bare program of the
 //                          toolkit against the main window, alternating, medians; and the
 //                          processor time of the same, which a busy machine does not stretch
-// windowbench modes RUNS   a mode change, up to the painted window
-// windowbench memory SECONDS   resident memory with the live picture, for use under
+// bench_window modes RUNS   a mode change, up to the painted window
+// bench_window memory SECONDS   resident memory with the live picture, for use under
 // virtualcamera-run
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
@@ -199,7 +199,7 @@ int main(int argc, char **argv)
     if (argc == 3 && qstrcmp(argv[1], "--child") == 0)
         return child(argc, argv, qstrcmp(argv[2], "bare") == 0);
     if (argc != 3 || atoi(argv[2]) < 1) {
-        std::fputs("windowbench start RUNS | modes RUNS | memory SECONDS\n", stderr);
+        std::fputs("bench_window start RUNS | modes RUNS | memory SECONDS\n", stderr);
         return 2;
     }
     const int count = atoi(argv[2]);

@@ -1,10 +1,10 @@
 // How soon a stroke is on the screen, from the mouse event to the end of the painting that shows
 // it, on a canvas of 1000 x 670:
-//   strokelatency still SECONDS          over a standing picture of 1920x1080
-//   strokelatency shape SECONDS          how soon a click is answered after a filled ellipse was
-//                                        dragged over 4000x3000 by a mouse of 740 points a second
-//   strokelatency live SECONDS           over the camera's 1920x1080 at 30 frames a second
-//   strokelatency recording SECONDS FILE   the same while it is recorded
+//   bench_stroke_latency still SECONDS: over a standing picture of 1920x1080
+//   bench_stroke_latency shape SECONDS: how soon a click is answered after a filled ellipse was
+//       dragged over 4000x3000 by a mouse of 740 points a second
+//   bench_stroke_latency live SECONDS: over the camera's 1920x1080 at 30 frames a second
+//   bench_stroke_latency recording SECONDS FILE: the same while it is recorded
 // The last two need the camera on the bus (virtualcamera-run).
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"

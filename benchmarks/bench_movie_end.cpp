@@ -1,5 +1,5 @@
-// movie_end HOURS KILOBYTES_A_SECOND FILE : appends that much to a movie, half a second at a time
-// as a recording does, as fast as the disk takes it. Says what a save and the end cost.
+// bench_movie_end HOURS KILOBYTES_A_SECOND FILE : appends that much to a movie, half a second at a
+// time as a recording does, as fast as the disk takes it. Says what a save and the end cost.
 #include "sources/recording/MovieDiskFile.h"
 #include "sources/recording/QuickTimeFile.h"
 

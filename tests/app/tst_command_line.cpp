@@ -1,0 +1,90 @@
+#include "app/CommandLine.h"
+
+#include "tests/TestProgram.h"
+
+#include <algorithm>
+
+using Action = CommandLine::Action;
+
+class TestCommandLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void decides_data();
+    void decides();
+    void aRefusalIsOneLineThatNamesTheArgument();
+    void namesItsVersion();
+    void helpNamesWhatItTakes();
+};
+
+void TestCommandLine::decides_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("action");
+    const auto row = [](const QStringList &arguments, Action action) {
+        QTest::newRow(qPrintable("'" + arguments.join("' '") + "'")) << arguments << int(action);
+    };
+    row({}, Action::Run);
+    row({"-platform", "offscreen"}, Action::Run);
+    row({"--platform", "offscreen"}, Action::Run);
+    row({"-style=fusion"}, Action::Run);
+    row({"-style", "fusion", "-reverse"}, Action::Run);
+    row({"-display", ":7", "-stylesheet", "file"}, Action::Run);
+    row({"--version"}, Action::Print);
+    row({"--help"}, Action::Print);
+    row({"-platform", "offscreen", "--version"}, Action::Print);
+    row({"--nonsense"}, Action::Refuse);
+    row({"--"}, Action::Refuse);
+    row({"-"}, Action::Refuse);
+    row({""}, Action::Refuse);
+    row({"film.mp4"}, Action::Refuse);
+    row({"-platform"}, Action::Refuse);
+    row({"-platform=offscreen"}, Action::Refuse);
+    row({"-reverse", "stray"}, Action::Refuse);
+    row({"--version=2"}, Action::Refuse);
+}
+
+void TestCommandLine::decides()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, action);
+    std::vector<std::string> words;
+    for (const QString &argument : arguments)
+        words.push_back(argument.toStdString());
+    QCOMPARE(int(CommandLine::parse(words).action), action);
+}
+
+void TestCommandLine::aRefusalIsOneLineThatNamesTheArgument()
+{
+    const std::string text = CommandLine::parse({"--nonsense"}).text;
+    QCOMPARE(std::count(text.begin(), text.end(), '\n'), 1);
+    QCOMPARE(text.back(), '\n');
+    QVERIFY(text.find("'--nonsense'") != std::string::npos);
+}
+
+void TestCommandLine::namesItsVersion()
+{
+    QCOMPARE(CommandLine::parse({"--version"}).text, std::string("Document Camera 1.00\n"));
+}
+
+void TestCommandLine::helpNamesWhatItTakes()
+{
+    // Each option of the help is one that is taken.
+    const QString help = QString::fromStdString(CommandLine::help());
+    int count = 0;
+    for (const QString &line : help.split('\n')) {
+        if (!line.startsWith("  -"))
+            continue;
+        ++count;
+        const QStringList words = line.simplified().split(' ');
+        std::vector<std::string> arguments{words[0].toStdString()};
+        if (words[1] == "NAME")
+            arguments.emplace_back("value");
+        QVERIFY2(CommandLine::parse(arguments).action != Action::Refuse, qPrintable(line));
+    }
+    QCOMPARE(count, 5);
+}
+
+REGISTER_PLAIN_TEST(TestCommandLine)
+#include "tst_command_line.moc"

@@ -1,0 +1,231 @@
+#include "app/Platform.h"
+#include "app/ScreenScale.h"
+#include "resources/Skin.h"
+#include "tests/mainwindow/WindowProbe.h"
+
+#include <QProcess>
+#include <QScreen>
+#include <QtTest>
+
+#include <cstdio>
+#include <cstdlib>
+#include <xcb/xcb.h>
+
+namespace
+{
+
+/// Layout units that a place may lie outside by, as places are rounded at fractional scales.
+constexpr int ROUNDING = 1;
+
+class Desktop
+{
+public:
+    Desktop() { m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data; }
+    ~Desktop() { xcb_disconnect(m_connection); }
+    Desktop(const Desktop &) = delete;
+    Desktop &operator=(const Desktop &) = delete;
+
+    /// Says the dots an inch to every program that starts from now on.
+    void setDpi(const QByteArray &dpi)
+    {
+        const QByteArray resources = "Xft.dpi:\t" + dpi + "\n";
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_screen->root,
+                            XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 8,
+                            quint32(resources.size()), resources.constData());
+        sync();
+    }
+
+    /// A panel at the lower edge, as high as that; it stays for as long as this object.
+    bool addPanel(quint16 height)
+    {
+        const xcb_window_t panel = xcb_generate_id(m_connection);
+        const quint16 width = m_screen->width_in_pixels;
+        const auto top = qint16(m_screen->height_in_pixels - height);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, panel, m_screen->root, 0, top, width,
+                          height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0,
+                          nullptr);
+        const xcb_atom_t dock = atom("_NET_WM_WINDOW_TYPE_DOCK");
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, panel, atom("_NET_WM_WINDOW_TYPE"),
+                            XCB_ATOM_ATOM, 32, 1, &dock);
+        const quint32 strut[12] = {0, 0, 0, height, 0, 0, 0, 0, 0, 0, 0, quint32(width - 1)};
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, panel,
+                            atom("_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL, 32, 12, strut);
+        xcb_map_window(m_connection, panel);
+        sync();
+        const int wanted = m_screen->height_in_pixels - height;
+        return QTest::qWaitFor([&] { return workAreaHeight() == wanted; }, 20000);
+    }
+
+private:
+    xcb_atom_t atom(const QByteArray &name)
+    {
+        xcb_intern_atom_reply_t *reply = xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, 0, quint16(name.size()), name.constData()),
+            nullptr);
+        const xcb_atom_t value = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+        std::free(reply);
+        return value;
+    }
+
+    int workAreaHeight()
+    {
+        xcb_get_property_reply_t *reply =
+            xcb_get_property_reply(m_connection,
+                                   xcb_get_property(m_connection, 0, m_screen->root,
+                                                    atom("_NET_WORKAREA"), XCB_ATOM_CARDINAL, 0, 4),
+                                   nullptr);
+        const int height = reply && reply->value_len == 4
+                               ? int(static_cast<quint32 *>(xcb_get_property_value(reply))[3])
+                               : 0;
+        std::free(reply);
+        return height;
+    }
+
+    void sync()
+    {
+        // The answer comes after all that was sent before.
+        std::free(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    }
+
+    xcb_connection_t *m_connection = xcb_connect(nullptr, nullptr);
+    xcb_screen_t *m_screen = nullptr;
+};
+
+int breaches = 0;
+
+void expectInside(const QRect &area, const QRect &rect, const QString &what)
+{
+    if (area.adjusted(-ROUNDING, -ROUNDING, ROUNDING, ROUNDING).contains(rect))
+        return;
+    ++breaches;
+    std::printf("%s: %d,%d %dx%d is not in %d,%d %dx%d\n", qPrintable(what), rect.x(), rect.y(),
+                rect.width(), rect.height(), area.x(), area.y(), area.width(), area.height());
+}
+
+void expectControlsInside(const MainWindow &window, const QRect &area, const QString &state)
+{
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        if (!widget->isVisible() || widget->window() != &window)
+            continue;
+        expectInside(area, {widget->mapToGlobal({0, 0}), widget->size()},
+                     state + ": " + widget->metaObject()->className() + ' ' +
+                         widget->accessibleName());
+    }
+}
+
+void expectPopupsInside(MainWindow &window, const QRect &area, const QString &state)
+{
+    for (const char *slot : {"lineHold", "rectangleHold", "freehandHold", "circleHold", "arrowHold",
+                             "triangleHold", "eraseHold", "textHold", "fillBackgroundHold",
+                             "maskHold", "effectHold", "settings", "About"}) {
+        QMetaObject::invokeMethod(&window, slot);
+        ToolWindow *popup = window.currentToolWindow();
+        if (!popup || !QTest::qWaitForWindowExposed(popup)) {
+            ++breaches;
+            std::printf("%s: %s opens nothing\n", qPrintable(state), slot);
+            continue;
+        }
+        expectInside(area, popup->frameGeometry(), state + ": " + slot);
+    }
+}
+
+/// The program on this display with that many dots an inch and a panel of that height: prints
+/// whatever lies outside the work area. Its exit code is the number of breaches.
+int lookAround(int argc, char **argv)
+{
+    initialiseSkin();
+    Desktop desktop;
+    desktop.setDpi(argv[2]);
+    const auto panel = quint16(atoi(argv[3]));
+    if (panel > 0 && !desktop.addPanel(panel))
+        return std::printf("the panel does not come\n");
+    preparePlatform();
+    QApplication application(argc, argv);
+    fitScaleToScreen();
+    MainWindow window;
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window) ||
+        !QTest::qWaitFor([&] { return window.frameGeometry() != window.geometry(); }))
+        return std::printf("no window\n");
+    const QRect area = window.screen()->availableGeometry();
+    const QStringList states{"as it opens", "side panel switched", "side panel back"};
+    for (const QString &state : states) {
+        if (state != states.first()) {
+            const int before = window.width();
+            window.expand();
+            (void)QTest::qWaitFor([&] { return window.width() != before; });
+        }
+        expectInside(area, window.frameGeometry(), state + ": window");
+        expectControlsInside(window, area, state);
+    }
+    expectPopupsInside(window, area, "window");
+
+    window.toggleFullScreen();
+    const QRect screen = window.screen()->geometry();
+    if (!QTest::qWaitFor([&] { return window.geometry() == screen; }, 10000))
+        return std::printf("no full screen\n");
+    expectControlsInside(window, screen, "full screen");
+    std::printf("scale %g\n", window.devicePixelRatioF());
+    return breaches;
+}
+
+} // namespace
+
+/// The real window on screens of many sizes, each a display server of its own.
+class WindowScreensTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyControlIsInTheWorkArea_data();
+    void everyControlIsInTheWorkArea();
+};
+
+void WindowScreensTest::everyControlIsInTheWorkArea_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("dpi");
+    QTest::addColumn<QString>("panel");
+    const auto row = [](const char *screen, const char *dpi, const char *panel) {
+        QTest::addRow("%s at %s", screen, dpi) << screen << dpi << panel;
+    };
+    for (const char *dpi : {"96", "120", "144", "192", "0", "10000", "text"})
+        row("1920x1080", dpi, "40");
+    for (const char *screen : {"1366x768", "1280x800", "1280x720", "1024x768"}) {
+        row(screen, "96", "40");
+        row(screen, "120", "40");
+    }
+    for (const char *screen : {"1024x600", "800x600"})
+        row(screen, "96", "0");
+}
+
+void WindowScreensTest::everyControlIsInTheWorkArea()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, dpi);
+    QFETCH(QString, panel);
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "xcb");
+    environment.insert("SCREEN_SIZE", screen);
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral(IN_TEST_HOME),
+                  {"xvfb", QCoreApplication::applicationFilePath(), "--look-around", dpi, panel});
+    QVERIFY(process.waitForFinished(60000));
+    const QByteArray said = process.readAll();
+    QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
+             said.constData());
+    QVERIFY2(said.contains("scale "), said.constData());
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 3 && qstrcmp(argv[1], "--look-around") == 0)
+        return lookAround(argc, argv);
+    QCoreApplication application(argc, argv);
+    WindowScreensTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_window_screens.moc"

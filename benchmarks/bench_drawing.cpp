@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/drawing/AnnotationLayer.h"
 #include "canvas/drawing/DragTool.h"
+#include "canvas/drawing/Drawing.h"
 #include "canvas/picture/ViewGeometry.h"
 
 #include <QApplication>
@@ -108,6 +109,7 @@ void largeShapeMove(benchmark::State &state)
     for (auto _ : state) {
         board.tools.move(mode, {1500 + step % 200, 800 + step % 100}, board.ink, board.layer,
                          board.view);
+        board.tools.drawPending(board.layer);
         ++step;
     }
 }
@@ -121,6 +123,85 @@ BENCHMARK(largeShapeMove)
     ->Args({CanvasModes::Circle, 1})
     ->Args({CanvasModes::Triangle, 0})
     ->Unit(benchmark::kMicrosecond);
+
+/// A drawing of many lines with its history, without a widget and its lock.
+struct Steps {
+    Steps()
+    {
+        view.setFrameSize(PICTURE);
+        drawing.resize(PICTURE);
+        ink.penColor = Qt::red;
+        for (int y = 0; y < PICTURE.height(); y += 20)
+            drag(CanvasModes::Line, {0, y}, {1919, y});
+    }
+
+    void drag(CanvasModes::MouseMode mode, QPoint from, QPoint to)
+    {
+        drawing.press(mode, from);
+        drawing.move(mode, to, ink, view);
+        drawing.release();
+    }
+
+    Drawing drawing;
+    DragTool::ShapeStyle ink;
+    ViewGeometry view;
+};
+
+// shortStroke() as a step that can be taken back: what it changes is kept.
+void shortStrokeAsAStep(benchmark::State &state)
+{
+    Steps steps;
+    int step = 0;
+    for (auto _ : state) {
+        const QPoint from(step * 37 % 1880, step * 53 % 1040);
+        steps.drag(static_cast<CanvasModes::MouseMode>(state.range(0)), from,
+                   from + QPoint(20, 12));
+        ++step;
+    }
+}
+BENCHMARK(shortStrokeAsAStep)
+    ->ArgName("mode")
+    ->DenseRange(CanvasModes::Freehand, CanvasModes::Eraser)
+    ->Unit(benchmark::kMicrosecond);
+
+// Undo and redo, each of them one exchange; packed records are unpacked once.
+void undoAndRedo(benchmark::State &state, QPoint from, QPoint to, bool packed)
+{
+    Steps steps;
+    steps.ink.fillEnabled = true;
+    steps.drag(CanvasModes::Rectangle, from, to);
+    std::int64_t now = 0;
+    for (auto _ : state) {
+        if (packed) {
+            state.PauseTiming();
+            for (int i = 0; i < 200; ++i)
+                steps.drawing.packHistory(now += i == 0 ? 0 : LayerHistory::REST_MS);
+            state.ResumeTiming();
+        }
+        steps.drawing.undo();
+        steps.drawing.redo();
+    }
+}
+BENCHMARK_CAPTURE(undoAndRedo, stroke, QPoint(500, 500), QPoint(520, 512), false)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(undoAndRedo, strokePacked, QPoint(500, 500), QPoint(520, 512), true)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(undoAndRedo, wholeLayer, QPoint(0, 0), QPoint(1919, 1079), false)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(undoAndRedo, wholeLayerPacked, QPoint(0, 0), QPoint(1919, 1079), true)
+    ->Unit(benchmark::kMicrosecond)
+    ->Iterations(50);
+
+// Erasing all and its undo move the layer's handle.
+void eraseAllAndUndo(benchmark::State &state)
+{
+    Steps steps;
+    for (auto _ : state) {
+        steps.drawing.clear();
+        steps.drawing.undo();
+    }
+}
+BENCHMARK(eraseAllAndUndo)->Unit(benchmark::kMicrosecond);
 
 void send(QWidget &widget, QEvent::Type type, QPoint point)
 {

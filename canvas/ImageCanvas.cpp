@@ -95,7 +95,7 @@ void ImageCanvas::refreshWhenIdle()
     m_model.packHistory();
     if (m_refreshTimer.isActive() || !isVisible() || m_model.msSinceFrame() < SILENT_SOURCE_MS)
         return;
-    // Indications come and go by the clock alone, so that there is always a reason to repaint.
+    // Indications appear and disappear with time, so a repaint is needed even without changes.
     autoRefresh();
 }
 
@@ -109,7 +109,7 @@ void ImageCanvas::fillCanvas(const QColor &color)
 
 void ImageCanvas::setDrawingBoardMode(bool on)
 {
-    // The board leaves the bars beside the picture to what lies behind the canvas.
+    // The drawing board shows its parent's background beside the picture, not black bars.
     m_picturePainter.setBarsBlack(!on);
     setAttribute(Qt::WA_OpaquePaintEvent, !on);
 }
@@ -325,7 +325,7 @@ void ImageCanvas::copyClip(const QRect &selection)
     const QImage part = m_model.part(selection);
     if (part.isNull())
         return;
-    // The clipboard tells everybody at once; whoever hears it may ask the canvas.
+    // The clipboard emits its signal at once, and its receivers may call the canvas.
     QGuiApplication::clipboard()->setPixmap(QPixmap::fromImage(part));
     emit clipDone();
 }
@@ -336,7 +336,7 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
         endTextEditing();
         return;
     }
-    // Let go beside the canvas, it was no click, and an editor there could not be seen.
+    // A release outside the canvas is not a click, and an editor there could not be seen.
     if (!rect().contains(widgetPoint))
         return;
     m_model.placeText(widgetPoint, size());
@@ -367,7 +367,7 @@ void ImageCanvas::paintEvent(QPaintEvent *)
 
 void ImageCanvas::hideEvent(QHideEvent *event)
 {
-    // Four canvases share a window and one is seen: only that one needs its screen's worth.
+    // A window has four canvases and shows one; only that one needs a picture in screen pixels.
     m_picturePainter.release();
     QWidget::hideEvent(event);
 }

@@ -23,8 +23,8 @@
 
 class OSDProcessor;
 
-/// The picture on the wall: hands frames to its model, shows, saves and gives back the picture
-/// that is made of them, and lets the speaker draw on it with the mouse.
+/// The widget that shows the picture. It hands frames to its model, paints and saves the picture
+/// that is made from them, writes it back to the caller, and turns mouse events into drawing.
 ///
 /// Frames may come from any thread; what they ask of the widget is posted to the GUI thread, where
 /// everything else is called. The model alone holds the lock.

@@ -46,7 +46,7 @@ TextAnnotation::TextAnnotation(QWidget *canvas)
 {
     m_editor->hide();
     m_editor->setStyleSheet(QStringLiteral("border: none;"));
-    // A press on the editor, its context menu's included, is no press on the canvas.
+    // Presses on the editor and its context menu must not reach the canvas.
     m_editor->setAttribute(Qt::WA_NoMousePropagation);
 }
 

@@ -13,8 +13,8 @@ namespace
 {
 
 // A disk that spins up or a server far away answers sooner.
-constexpr std::chrono::milliseconds STATE_BOUND(500);
-constexpr std::chrono::milliseconds WRITE_BOUND(2000);
+constexpr std::chrono::milliseconds STATE_TIMEOUT(500);
+constexpr std::chrono::milliseconds WRITE_TIMEOUT(2000);
 
 } // namespace
 
@@ -49,7 +49,7 @@ OutputFolder::State OutputFolder::state()
     if (hangs())
         return State::Waiting;
     const std::optional<int> exists = m_worker.call(
-        STATE_BOUND, [path = m_path] { return static_cast<int>(QDir(path).exists()); });
+        STATE_TIMEOUT, [path = m_path] { return static_cast<int>(QDir(path).exists()); });
     m_timedOut = !exists;
     if (m_timedOut)
         return State::TimedOut;
@@ -63,8 +63,8 @@ std::optional<QString> OutputFolder::write(const QString &file, const QByteArray
         *failure = SnapshotFile::write(file, bytes);
         return 0;
     };
-    const bool answered = !hangs() && m_worker.call(WRITE_BOUND, job);
+    const bool answered = !hangs() && m_worker.call(WRITE_TIMEOUT, job);
     m_timedOut = !answered;
-    // What an unanswered call brings is still written to by its thread.
+    // The thread of a call that timed out may still write to `failure`, so it is not read.
     return answered ? *failure : qt_error_string(ETIMEDOUT);
 }

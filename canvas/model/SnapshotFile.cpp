@@ -11,7 +11,7 @@
 namespace
 {
 
-/// A disk that runs full takes a part first, and gives the reason with the rest.
+/// A disk that fills up accepts part of the bytes first and reports the error on the next write.
 bool writeAll(QFile &file, const QByteArray &bytes)
 {
     for (qint64 done = 0; done < bytes.size();) {

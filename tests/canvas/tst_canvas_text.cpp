@@ -34,6 +34,16 @@ std::unique_ptr<ImageCanvas> canvasOf(QSize widget = FRAME, QSize picture = FRAM
     return canvas;
 }
 
+/// A canvas that is not on the screen while its window is not.
+ImageCanvas *addCanvas(QWidget &window)
+{
+    auto *canvas = new ImageCanvas(&window);
+    canvas->resize(FRAME);
+    canvas->imageCaptured(paper());
+    canvas->setMouseMode(CanvasModes::Text);
+    return canvas;
+}
+
 QTextEdit &editorOf(ImageCanvas &canvas)
 {
     return *canvas.findChild<QTextEdit *>();
@@ -192,10 +202,7 @@ private slots:
         QFETCH(int, end);
         QWidget window;
         auto *button = new QPushButton(&window);
-        auto *canvas = new ImageCanvas(&window);
-        canvas->resize(FRAME);
-        canvas->imageCaptured(paper());
-        canvas->setMouseMode(CanvasModes::Text);
+        ImageCanvas *canvas = addCanvas(window);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         CanvasMouse::click(*canvas, {50, 60});
@@ -458,10 +465,7 @@ private slots:
     void typingStaysInTheEditor()
     {
         QWidget window;
-        auto *canvas = new ImageCanvas(&window);
-        canvas->resize(FRAME);
-        canvas->imageCaptured(paper());
-        canvas->setMouseMode(CanvasModes::Text);
+        ImageCanvas *canvas = addCanvas(window);
         CanvasMouse::click(*canvas, {20, 20});
         type(*canvas, "a b");
         QTest::keyClick(&editorOf(*canvas), Qt::Key_Return);
@@ -493,10 +497,7 @@ private slots:
     void aCanvasThatIsNotOnTheScreenCommitsToo()
     {
         QWidget window;
-        auto *canvas = new ImageCanvas(&window);
-        canvas->resize(FRAME);
-        canvas->imageCaptured(paper());
-        canvas->setMouseMode(CanvasModes::Text);
+        ImageCanvas *canvas = addCanvas(window);
         CanvasMouse::click(*canvas, {50, 60});
         type(*canvas, "Hello");
         canvas->hide();

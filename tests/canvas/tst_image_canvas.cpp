@@ -407,6 +407,7 @@ void ImageCanvasTest::refreshTimerRunsOnlyBetweenStartAndStop()
     canvas.stopAutoRefresh();
     const QImage grey = canvas.currentImage();
     canvas.effectMode = ImageCanvas::EffectNegative;
+    // Three intervals of the timer, in which nothing may happen.
     QTest::qWait(150);
     QVERIFY(same(canvas.currentImage(), grey));
 }

@@ -46,6 +46,11 @@ struct Board {
         move(mode, to);
         tools.release(layer);
     }
+    void fill(const QColor &color)
+    {
+        layer.paint({layer.rect()},
+                    [&](QPainter &painter) { painter.fillRect(layer.rect(), color); });
+    }
     void turn(bool clockwise)
     {
         view.turn(clockwise);
@@ -330,8 +335,7 @@ private slots:
     {
         Board board;
         board.ink.penWidth = 3;
-        board.layer.paint({board.layer.rect()},
-                          [](QPainter &painter) { painter.fillRect(0, 0, 400, 400, Qt::black); });
+        board.fill(Qt::black);
         board.press(CanvasModes::Eraser, {100, 100});
         QCOMPARE(board.picture().pixelColor(100, 100).alpha(), 255);
         board.move(CanvasModes::Eraser, {100, 100});
@@ -350,8 +354,7 @@ private slots:
     {
         Board board;
         board.ink.penWidth = 12;
-        board.layer.paint({board.layer.rect()},
-                          [](QPainter &painter) { painter.fillRect(0, 0, 400, 400, Qt::black); });
+        board.fill(Qt::black);
         for (const QPoint corner : {QPoint(0, 0), QPoint(319, 179), QPoint(-500, 90)})
             board.drag(CanvasModes::Eraser, corner, corner);
         QCOMPARE(board.picture().pixel(25, 25), 0U);

@@ -17,6 +17,81 @@
     </message>
 </context>
 <context>
+    <name>CameraPage</name>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>Keine Kamera ist angeschlossen.</translation>
+    </message>
+    <message>
+        <source>Plug the document camera into a USB port. Its picture comes by itself.</source>
+        <translation>Schließen Sie die Dokumentenkamera an einen USB-Anschluss an. Das Bild erscheint von selbst.</translation>
+    </message>
+    <message>
+        <source>The camera is there and about to start.</source>
+        <translation>Die Kamera ist da und startet gleich.</translation>
+    </message>
+    <message>
+        <source>The camera shows %1 x %2 at %3 pictures a second. Lost: %4.</source>
+        <translation>Die Kamera zeigt %1 x %2 mit %3 Bildern pro Sekunde. Verloren: %4.</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged.</source>
+        <translation>Die Kamera wurde abgezogen.</translation>
+    </message>
+    <message>
+        <source>Plug it in again. Its picture comes back by itself.</source>
+        <translation>Schließen Sie sie wieder an. Das Bild kommt von selbst zurück.</translation>
+    </message>
+    <message>
+        <source>Another program uses the camera.</source>
+        <translation>Ein anderes Programm benutzt die Kamera.</translation>
+    </message>
+    <message>
+        <source>Close the other program. The picture then comes by itself.</source>
+        <translation>Schließen Sie das andere Programm. Das Bild erscheint dann von selbst.</translation>
+    </message>
+    <message>
+        <source>You may not open the camera.</source>
+        <translation>Sie dürfen die Kamera nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>Enter these two commands in a terminal. The picture then comes by itself.</source>
+        <translation>Geben Sie diese beiden Befehle in einem Terminal ein. Das Bild erscheint dann von selbst.</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened.</source>
+        <translation>Die Kamera lässt sich nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>Unplug it and plug it in again, into another port if need be.</source>
+        <translation>Ziehen Sie sie ab und schließen Sie sie wieder an, notfalls an einem anderen Anschluss.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2.</source>
+        <translation>Die Kamera liefert keine Bilder mit %1 x %2.</translation>
+    </message>
+    <message>
+        <source>Choose another resolution in the settings.</source>
+        <translation>Wählen Sie in den Einstellungen eine andere Auflösung.</translation>
+    </message>
+    <message>
+        <source>The camera sends no pictures.</source>
+        <translation>Die Kamera sendet keine Bilder.</translation>
+    </message>
+    <message>
+        <source>It is started anew by itself. If that does not help, unplug it and plug it in again.</source>
+        <translation>Sie wird von selbst neu gestartet. Hilft das nicht, ziehen Sie sie ab und schließen Sie sie wieder an.</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Befehle</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceRow</name>
     <message>
         <source>%1: %2</source>

@@ -17,6 +17,81 @@
     </message>
 </context>
 <context>
+    <name>CameraPage</name>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>No hay ninguna cámara conectada.</translation>
+    </message>
+    <message>
+        <source>Plug the document camera into a USB port. Its picture comes by itself.</source>
+        <translation>Conecte la cámara de documentos a un puerto USB. La imagen aparecerá sola.</translation>
+    </message>
+    <message>
+        <source>The camera is there and about to start.</source>
+        <translation>La cámara está conectada y va a iniciarse.</translation>
+    </message>
+    <message>
+        <source>The camera shows %1 x %2 at %3 pictures a second. Lost: %4.</source>
+        <translation>La cámara muestra %1 x %2 a %3 imágenes por segundo. Perdidas: %4.</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged.</source>
+        <translation>Se ha desconectado la cámara.</translation>
+    </message>
+    <message>
+        <source>Plug it in again. Its picture comes back by itself.</source>
+        <translation>Vuelva a conectarla. La imagen volverá sola.</translation>
+    </message>
+    <message>
+        <source>Another program uses the camera.</source>
+        <translation>Otro programa está usando la cámara.</translation>
+    </message>
+    <message>
+        <source>Close the other program. The picture then comes by itself.</source>
+        <translation>Cierre el otro programa. La imagen aparecerá sola.</translation>
+    </message>
+    <message>
+        <source>You may not open the camera.</source>
+        <translation>No tiene permiso para abrir la cámara.</translation>
+    </message>
+    <message>
+        <source>Enter these two commands in a terminal. The picture then comes by itself.</source>
+        <translation>Introduzca estas dos órdenes en un terminal. La imagen aparecerá sola.</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened.</source>
+        <translation>No se puede abrir la cámara.</translation>
+    </message>
+    <message>
+        <source>Unplug it and plug it in again, into another port if need be.</source>
+        <translation>Desconéctela y vuelva a conectarla, si hace falta en otro puerto.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2.</source>
+        <translation>La cámara no ofrece imágenes de %1 x %2.</translation>
+    </message>
+    <message>
+        <source>Choose another resolution in the settings.</source>
+        <translation>Elija otra resolución en los ajustes.</translation>
+    </message>
+    <message>
+        <source>The camera sends no pictures.</source>
+        <translation>La cámara no envía imágenes.</translation>
+    </message>
+    <message>
+        <source>It is started anew by itself. If that does not help, unplug it and plug it in again.</source>
+        <translation>Se reinicia sola. Si no basta, desconéctela y vuelva a conectarla.</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Órdenes</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copiar</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceRow</name>
     <message>
         <source>%1: %2</source>

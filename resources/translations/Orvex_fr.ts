@@ -17,6 +17,81 @@
     </message>
 </context>
 <context>
+    <name>CameraPage</name>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>Aucune caméra n’est branchée.</translation>
+    </message>
+    <message>
+        <source>Plug the document camera into a USB port. Its picture comes by itself.</source>
+        <translation>Branchez la caméra de documents sur un port USB. L’image apparaîtra d’elle-même.</translation>
+    </message>
+    <message>
+        <source>The camera is there and about to start.</source>
+        <translation>La caméra est branchée et va démarrer.</translation>
+    </message>
+    <message>
+        <source>The camera shows %1 x %2 at %3 pictures a second. Lost: %4.</source>
+        <translation>La caméra affiche %1 x %2 à %3 images par seconde. Perdues : %4.</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged.</source>
+        <translation>La caméra a été débranchée.</translation>
+    </message>
+    <message>
+        <source>Plug it in again. Its picture comes back by itself.</source>
+        <translation>Rebranchez-la. L’image reviendra d’elle-même.</translation>
+    </message>
+    <message>
+        <source>Another program uses the camera.</source>
+        <translation>Un autre programme utilise la caméra.</translation>
+    </message>
+    <message>
+        <source>Close the other program. The picture then comes by itself.</source>
+        <translation>Fermez l’autre programme. L’image apparaîtra ensuite d’elle-même.</translation>
+    </message>
+    <message>
+        <source>You may not open the camera.</source>
+        <translation>Vous n’avez pas l’autorisation d’ouvrir la caméra.</translation>
+    </message>
+    <message>
+        <source>Enter these two commands in a terminal. The picture then comes by itself.</source>
+        <translation>Saisissez ces deux commandes dans un terminal. L’image apparaîtra ensuite d’elle-même.</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened.</source>
+        <translation>La caméra ne peut pas être ouverte.</translation>
+    </message>
+    <message>
+        <source>Unplug it and plug it in again, into another port if need be.</source>
+        <translation>Débranchez-la puis rebranchez-la, au besoin sur un autre port.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2.</source>
+        <translation>La caméra ne fournit pas d’images de %1 x %2.</translation>
+    </message>
+    <message>
+        <source>Choose another resolution in the settings.</source>
+        <translation>Choisissez une autre résolution dans les réglages.</translation>
+    </message>
+    <message>
+        <source>The camera sends no pictures.</source>
+        <translation>La caméra n’envoie pas d’images.</translation>
+    </message>
+    <message>
+        <source>It is started anew by itself. If that does not help, unplug it and plug it in again.</source>
+        <translation>Elle est relancée automatiquement. Si cela ne suffit pas, débranchez-la puis rebranchez-la.</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Commandes</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceRow</name>
     <message>
         <source>%1: %2</source>

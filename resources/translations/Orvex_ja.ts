@@ -17,6 +17,81 @@
     </message>
 </context>
 <context>
+    <name>CameraPage</name>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>カメラが接続されていません。</translation>
+    </message>
+    <message>
+        <source>Plug the document camera into a USB port. Its picture comes by itself.</source>
+        <translation>書画カメラを USB ポートに接続してください。映像は自動的に表示されます。</translation>
+    </message>
+    <message>
+        <source>The camera is there and about to start.</source>
+        <translation>カメラを認識しました。まもなく開始します。</translation>
+    </message>
+    <message>
+        <source>The camera shows %1 x %2 at %3 pictures a second. Lost: %4.</source>
+        <translation>カメラの映像は %1 x %2、毎秒 %3 フレームです。欠落：%4。</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged.</source>
+        <translation>カメラの接続が外れました。</translation>
+    </message>
+    <message>
+        <source>Plug it in again. Its picture comes back by itself.</source>
+        <translation>もう一度接続してください。映像は自動的に戻ります。</translation>
+    </message>
+    <message>
+        <source>Another program uses the camera.</source>
+        <translation>別のプログラムがカメラを使用しています。</translation>
+    </message>
+    <message>
+        <source>Close the other program. The picture then comes by itself.</source>
+        <translation>そのプログラムを終了してください。映像は自動的に表示されます。</translation>
+    </message>
+    <message>
+        <source>You may not open the camera.</source>
+        <translation>カメラを開く権限がありません。</translation>
+    </message>
+    <message>
+        <source>Enter these two commands in a terminal. The picture then comes by itself.</source>
+        <translation>端末で次の 2 つのコマンドを実行してください。映像は自動的に表示されます。</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened.</source>
+        <translation>カメラを開けません。</translation>
+    </message>
+    <message>
+        <source>Unplug it and plug it in again, into another port if need be.</source>
+        <translation>いったん外してから接続し直してください。必要に応じて別のポートをお使いください。</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2.</source>
+        <translation>カメラは %1 x %2 の映像に対応していません。</translation>
+    </message>
+    <message>
+        <source>Choose another resolution in the settings.</source>
+        <translation>設定で別の解像度を選んでください。</translation>
+    </message>
+    <message>
+        <source>The camera sends no pictures.</source>
+        <translation>カメラから映像が届きません。</translation>
+    </message>
+    <message>
+        <source>It is started anew by itself. If that does not help, unplug it and plug it in again.</source>
+        <translation>自動的に再起動します。それでも直らない場合は、いったん外してから接続し直してください。</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>コマンド</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceRow</name>
     <message>
         <source>%1: %2</source>

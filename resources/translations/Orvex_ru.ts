@@ -17,6 +17,81 @@
     </message>
 </context>
 <context>
+    <name>CameraPage</name>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>Камера не подключена.</translation>
+    </message>
+    <message>
+        <source>Plug the document camera into a USB port. Its picture comes by itself.</source>
+        <translation>Подключите документ-камеру к порту USB. Изображение появится само.</translation>
+    </message>
+    <message>
+        <source>The camera is there and about to start.</source>
+        <translation>Камера подключена и сейчас запустится.</translation>
+    </message>
+    <message>
+        <source>The camera shows %1 x %2 at %3 pictures a second. Lost: %4.</source>
+        <translation>Камера показывает %1 x %2, кадров в секунду: %3. Потеряно: %4.</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged.</source>
+        <translation>Камера отключена.</translation>
+    </message>
+    <message>
+        <source>Plug it in again. Its picture comes back by itself.</source>
+        <translation>Подключите её снова. Изображение вернётся само.</translation>
+    </message>
+    <message>
+        <source>Another program uses the camera.</source>
+        <translation>Камеру использует другая программа.</translation>
+    </message>
+    <message>
+        <source>Close the other program. The picture then comes by itself.</source>
+        <translation>Закройте другую программу. Изображение появится само.</translation>
+    </message>
+    <message>
+        <source>You may not open the camera.</source>
+        <translation>У вас нет прав на открытие камеры.</translation>
+    </message>
+    <message>
+        <source>Enter these two commands in a terminal. The picture then comes by itself.</source>
+        <translation>Введите эти две команды в терминале. Изображение появится само.</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened.</source>
+        <translation>Не удаётся открыть камеру.</translation>
+    </message>
+    <message>
+        <source>Unplug it and plug it in again, into another port if need be.</source>
+        <translation>Отключите её и подключите снова, при необходимости к другому порту.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2.</source>
+        <translation>Камера не поддерживает изображение %1 x %2.</translation>
+    </message>
+    <message>
+        <source>Choose another resolution in the settings.</source>
+        <translation>Выберите другое разрешение в настройках.</translation>
+    </message>
+    <message>
+        <source>The camera sends no pictures.</source>
+        <translation>Камера не передаёт изображение.</translation>
+    </message>
+    <message>
+        <source>It is started anew by itself. If that does not help, unplug it and plug it in again.</source>
+        <translation>Она перезапускается сама. Если это не помогает, отключите её и подключите снова.</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Команды</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Копировать</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceRow</name>
     <message>
         <source>%1: %2</source>

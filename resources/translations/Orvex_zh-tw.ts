@@ -17,6 +17,81 @@
     </message>
 </context>
 <context>
+    <name>CameraPage</name>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>尚未連接攝影機。</translation>
+    </message>
+    <message>
+        <source>Plug the document camera into a USB port. Its picture comes by itself.</source>
+        <translation>請將實物攝影機接到 USB 連接埠，影像會自動出現。</translation>
+    </message>
+    <message>
+        <source>The camera is there and about to start.</source>
+        <translation>已偵測到攝影機，即將啟動。</translation>
+    </message>
+    <message>
+        <source>The camera shows %1 x %2 at %3 pictures a second. Lost: %4.</source>
+        <translation>攝影機目前顯示 %1 x %2，每秒 %3 格，遺失：%4。</translation>
+    </message>
+    <message>
+        <source>The camera was unplugged.</source>
+        <translation>攝影機已被拔除。</translation>
+    </message>
+    <message>
+        <source>Plug it in again. Its picture comes back by itself.</source>
+        <translation>請重新接上，影像會自動恢復。</translation>
+    </message>
+    <message>
+        <source>Another program uses the camera.</source>
+        <translation>其他程式正在使用攝影機。</translation>
+    </message>
+    <message>
+        <source>Close the other program. The picture then comes by itself.</source>
+        <translation>請關閉該程式，影像隨後會自動出現。</translation>
+    </message>
+    <message>
+        <source>You may not open the camera.</source>
+        <translation>您沒有開啟攝影機的權限。</translation>
+    </message>
+    <message>
+        <source>Enter these two commands in a terminal. The picture then comes by itself.</source>
+        <translation>請在終端機輸入這兩行指令，影像隨後會自動出現。</translation>
+    </message>
+    <message>
+        <source>The camera cannot be opened.</source>
+        <translation>無法開啟攝影機。</translation>
+    </message>
+    <message>
+        <source>Unplug it and plug it in again, into another port if need be.</source>
+        <translation>請拔除後重新接上，必要時改用另一個連接埠。</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2.</source>
+        <translation>攝影機不支援 %1 x %2 的影像。</translation>
+    </message>
+    <message>
+        <source>Choose another resolution in the settings.</source>
+        <translation>請在設定中選擇其他解析度。</translation>
+    </message>
+    <message>
+        <source>The camera sends no pictures.</source>
+        <translation>攝影機沒有傳送影像。</translation>
+    </message>
+    <message>
+        <source>It is started anew by itself. If that does not help, unplug it and plug it in again.</source>
+        <translation>攝影機會自動重新啟動；若仍無效，請拔除後重新接上。</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>指令</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>複製</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceRow</name>
     <message>
         <source>%1: %2</source>

@@ -130,6 +130,8 @@ void CameraKeeper::setState(CameraStatus::State state)
     if (state == CameraStatus::State::Showing)
         status.framesPerSecond = std::round(m_frameRate.perSecond() * 10.0) / 10.0;
     status.framesLost = link.lost;
+    status.vendorId = link.profile->vendorId;
+    status.productId = link.profile->productId;
     if (status == m_status)
         return;
     m_status = status;

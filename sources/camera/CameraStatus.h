@@ -24,6 +24,9 @@ struct CameraStatus {
     double framesPerSecond = 0.0;
     /// Of the stream that runs.
     std::uint64_t framesLost = 0;
+    /// Of the camera in use, or of the one that is waited for.
+    std::uint16_t vendorId = 0;
+    std::uint16_t productId = 0;
 
     /// Whether the user is to be told that something is wrong.
     [[nodiscard]] bool wrong() const { return state != State::Showing && state != State::Seen; }
@@ -31,7 +34,8 @@ struct CameraStatus {
     bool operator==(const CameraStatus &other) const
     {
         return state == other.state && size == other.size &&
-               framesPerSecond == other.framesPerSecond && framesLost == other.framesLost;
+               framesPerSecond == other.framesPerSecond && framesLost == other.framesLost &&
+               vendorId == other.vendorId && productId == other.productId;
     }
     bool operator!=(const CameraStatus &other) const { return !(*this == other); }
 };

@@ -148,11 +148,10 @@ void PhotographSource::takeChange(const FolderWatch::Change &change)
     const QString shown = m_fileNames.at(m_current);
     m_fileNames = PhotographList::merged(m_fileNames, change.names);
     m_current = m_fileNames.indexOf(shown);
-    WindowServices::of(m_window).refreshThumbnails();
+    emit folderChanged(m_current);
     if (change.written.contains(shown))
         deliver();
     prepareNeighbours(true);
-    emit folderChanged(m_current);
 }
 
 void PhotographSource::pauseCapture()

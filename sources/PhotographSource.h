@@ -38,7 +38,6 @@ public:
     [[nodiscard]] int playInterval() const;
     /// Why the photograph that was delivered last is null.
     [[nodiscard]] PictureProblem problem() const { return m_problem; }
-    [[nodiscard]] bool readable() const { return m_problem == PictureProblem::None; }
     /// Whether the drive of the folder that was to be opened last answered.
     [[nodiscard]] bool folderAnswered() const { return m_folderAnswered; }
     /// The photograph shown last, counted from 0.

@@ -28,12 +28,37 @@ namespace
 constexpr int INDEX_POINTS = 15;
 constexpr int INDEX_MARGIN = 2;
 
-/// Why a file that was chosen is not among the photographs of its folder.
-QString sentenceOn(const QString &name)
+QString sentenceOn(PictureProblem problem)
 {
-    if (PhotographList::isPictureName(name))
+    switch (problem) {
+    case PictureProblem::None:
+        break;
+    case PictureProblem::Gone:
+        return QCoreApplication::translate(
+            "MainWindow", "The photograph cannot be shown: the file is no longer there.");
+    case PictureProblem::Unreadable:
         return QCoreApplication::translate(
             "MainWindow", "The photograph cannot be shown: the file cannot be read.");
+    case PictureProblem::Damaged:
+        return QCoreApplication::translate("MainWindow",
+                                           "The photograph cannot be shown: the file is damaged, "
+                                           "too large or not a picture.");
+    case PictureProblem::NoAnswer:
+        return QCoreApplication::translate(
+            "MainWindow", "The photograph cannot be shown yet: its drive does not answer.");
+    }
+    return {};
+}
+
+/// Why a file that was chosen is not among the photographs of its folder.
+QString sentenceOnChosen(const QFileInfo &file, bool folderAnswered)
+{
+    // A drive that is silent is not asked once more.
+    if (!folderAnswered)
+        return sentenceOn(PictureProblem::NoAnswer);
+    const QString name = file.fileName();
+    if (PhotographList::isPictureName(name))
+        return sentenceOn(file.exists() ? PictureProblem::Unreadable : PictureProblem::Gone);
     return QCoreApplication::translate(
                "MainWindow", "\"%1\" is not shown: names of photographs end in .bmp, .jpg, .jpeg, "
                              ".png or .gif, in lower case.")
@@ -109,10 +134,10 @@ void PhotographBar::openDirectory()
     if (file.isEmpty())
         return;
     const QFileInfo info(file);
-    if (info.dir().exists() && m_source->setDirectory(info.dir(), info.fileName()))
+    if (m_source->setDirectory(info.dir(), info.fileName()))
         showPlaying();
-    else if (info.exists())
-        m_message->pass(sentenceOn(info.fileName()));
+    else
+        m_message->pass(sentenceOnChosen(info, m_source->folderAnswered()));
 }
 
 void PhotographBar::previous()
@@ -177,12 +202,7 @@ void PhotographBar::showIndex(int id)
         font.setPointSize(font.pointSize() - 1);
     m_indexLabel->setFont(font);
     m_indexLabel->setText(text);
-    m_message->pass(m_source->readable()
-                        ? QString()
-                        : QCoreApplication::translate(
-                              "MainWindow",
-                              "The photograph cannot be shown: the file is damaged, too "
-                              "large or not a picture."));
+    m_message->pass(sentenceOn(m_source->problem()));
 }
 
 void PhotographBar::showPlaying()

@@ -1,8 +1,10 @@
 #include "mainwindow/bars/ThumbnailLoader.h"
 
 #include "mainwindow/bars/ThumbnailLayout.h"
-#include "sources/photographs/PictureReader.h"
+#include "sources/photographs/ThumbnailStore.h"
 #include "sources/threads/DetachedThreads.h"
+
+#include <utility>
 
 namespace
 {
@@ -22,7 +24,14 @@ QStringList unshared(const QStringList &texts)
 
 ThumbnailLoader::ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
                                  QObject *parent)
+    : ThumbnailLoader(generation, fileNames, pixelRatio, parent, std::make_shared<ThumbnailStore>())
+{
+}
+
+ThumbnailLoader::ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
+                                 QObject *parent, std::shared_ptr<ThumbnailStore> store)
     : QThread(parent)
+    , m_store(std::move(store))
     , m_fileNames(unshared(fileNames))
     , m_pixelRatio(pixelRatio)
     , m_generation(generation)
@@ -64,7 +73,7 @@ void ThumbnailLoader::run()
     const DetachedThreads::Running detached;
     const QSize place(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
     for (int i = 0; i < m_fileNames.size() && !m_stop; ++i) {
-        QImage image = PictureReader::readFitted(m_fileNames.at(i), place * m_pixelRatio);
+        QImage image = m_store->thumbnail(m_fileNames.at(i), place * m_pixelRatio);
         image.setDevicePixelRatio(m_pixelRatio);
         emit thumbnailLoaded(m_generation, i, image);
     }

@@ -5,6 +5,9 @@
 #include <QThread>
 
 #include <atomic>
+#include <memory>
+
+class ThumbnailStore;
 
 /// The thread that reads the pictures of the strip, from left to right. One loader reads one folder
 /// once; the next folder gets a loader of its own, so that nobody waits for a slow disk.
@@ -18,6 +21,9 @@ class ThumbnailLoader : public QThread
 public:
     /// `generation` counts the folders, so that the results of an older one are told apart. A
     /// thumbnail has `pixelRatio` squared times as many pixels as its place in the layout.
+    /// What was made before is taken from `store`, and what is made is kept there.
+    ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio, QObject *parent,
+                    std::shared_ptr<ThumbnailStore> store);
     ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
                     QObject *parent);
     /// The thread has ended by then; an owner that may not wait for that calls retire().
@@ -40,6 +46,7 @@ protected:
 
 private:
     std::atomic<bool> m_stop{false};
+    const std::shared_ptr<ThumbnailStore> m_store;
     const QStringList m_fileNames;
     const qreal m_pixelRatio;
     const int m_generation;

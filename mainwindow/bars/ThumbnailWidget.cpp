@@ -5,6 +5,8 @@
 #include "mainwindow/bars/ThumbnailLoader.h"
 #include "resources/SkinImages.h"
 #include "sources/PhotographSource.h"
+#include "sources/photographs/FileNames.h"
+#include "sources/photographs/ThumbnailStore.h"
 #include "widgets/HorizontalSlider.h"
 
 #include <QFileInfo>
@@ -13,17 +15,28 @@
 
 #include <algorithm>
 
+namespace
+{
+
+/// Buttons that are made at once, and in one idle moment.
+constexpr int MADE_AT_ONCE = 1000;
+constexpr int MADE_IN_A_MOMENT = 100;
+
+} // namespace
+
 ThumbnailWidget::ThumbnailWidget(PhotographSource *source, HorizontalSlider *slider,
                                  QWidget *parent)
     : ImageWidget(SkinImages::load(":/icons/Background/THUMBNIL_BAR.png"), parent)
     , m_source(source)
     , m_slider(slider)
+    , m_store(std::make_shared<ThumbnailStore>())
 {
     // A press beside a button is not a stroke on the photograph below.
     setAttribute(Qt::WA_NoMousePropagation);
-    m_group.setExclusive(true);
+    connect(&m_idle, &QTimer::timeout, this, &ThumbnailWidget::createMoreButtons);
     refresh();
     connect(m_source, SIGNAL(photographChanged(int)), this, SLOT(photographChanged(int)));
+    connect(m_source, &PhotographSource::folderChanged, this, &ThumbnailWidget::folderChanged);
     connect(m_slider, SIGNAL(valueChanged(int)), this, SLOT(viewChanged(int)));
 }
 
@@ -42,15 +55,20 @@ void ThumbnailWidget::refresh()
         m_loader->stop();
     removeButtons();
     m_fileNames = m_source->fileNameList();
+    createButtons();
+    fitView();
+    startLoading();
+}
+
+void ThumbnailWidget::fitView()
+{
     const auto view = ThumbnailLayout::filled(width(), m_fileNames.size());
     m_visibleCount = view.visibleCount;
     m_leftOffset = view.leftOffset;
-    createButtons();
     setThumbnailButtons();
     m_slider->setRange(0, std::max(m_fileNames.size() - m_visibleCount, 0));
     // The slider itself keeps a value that the new range does not have.
     m_slider->setValue(m_firstVisible);
-    startLoading();
 }
 
 void ThumbnailWidget::setThumbnailButtons()
@@ -62,7 +80,8 @@ void ThumbnailWidget::setThumbnailButtons()
         ThumbnailLayout::clampedFirst(m_firstVisible, m_visibleCount, m_buttons.size());
     if (m_visibleCount < 1)
         return;
-    m_shown = m_buttons.mid(m_firstVisible, m_visibleCount);
+    for (int i = 0; i < m_visibleCount; ++i)
+        m_shown.append(buttonAt(m_firstVisible + i));
     for (int i = 0; i < m_shown.size(); ++i) {
         m_shown[i]->move(m_leftOffset + i * ThumbnailLayout::PITCH, ThumbnailLayout::TOP);
         m_shown[i]->show();
@@ -86,7 +105,32 @@ void ThumbnailWidget::photographChanged(int id)
         m_slider->setValue(first);
         scrollTo(first);
     }
-    m_buttons.at(id)->setChecked(true);
+    buttonAt(id)->setChecked(true);
+}
+
+void ThumbnailWidget::folderChanged(int id)
+{
+    const QStringList names = m_source->fileNameList();
+    // Names only join: each old one keeps its button.
+    QList<ThumbnailButton *> buttons;
+    buttons.reserve(names.size());
+    int old = 0;
+    for (const QString &name : names) {
+        const bool isOld = old < m_fileNames.size() && m_fileNames.at(old) == name;
+        buttons.append(isOld ? m_buttons.at(old++) : nullptr);
+    }
+    if (old < m_fileNames.size()) {
+        refresh();
+        photographChanged(id);
+        return;
+    }
+    m_fileNames = names;
+    m_buttons = buttons;
+    m_firstUnmade = 0;
+    m_idle.start();
+    fitView();
+    startLoading();
+    photographChanged(id);
 }
 
 void ThumbnailWidget::paintEvent(QPaintEvent *)
@@ -124,34 +168,60 @@ void ThumbnailWidget::thumbnailLoaded(int generation, int index, const QImage &i
 {
     // A result that was on its way when the folder changed belongs to buttons that are gone.
     if (generation == m_loader->generation() && index < m_buttons.size())
-        m_buttons.at(index)->setImage(image);
+        buttonAt(index)->setImage(image);
 }
 
 void ThumbnailWidget::removeButtons()
 {
+    m_idle.stop();
     m_shown.clear();
-    for (ThumbnailButton *button : qAsConst(m_buttons)) {
-        m_group.removeButton(button);
-        delete button;
-    }
+    // Before its buttons: each of them would have to be searched for in it.
+    m_group = std::make_unique<QButtonGroup>();
+    m_group->setExclusive(true);
+    qDeleteAll(m_buttons);
     m_buttons.clear();
 }
 
 void ThumbnailWidget::createButtons()
 {
     m_buttons.reserve(m_fileNames.size());
-    for (int i = 0; i < m_fileNames.size(); ++i) {
-        auto *button = new ThumbnailButton(this);
-        button->hide();
-        button->setFixedSize(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
-        const QString name = QFileInfo(m_fileNames.at(i)).fileName();
-        button->setAccessibleName(name);
-        button->setToolTip(name);
-        connect(button, SIGNAL(clicked()), this, SLOT(photographSelected()));
-        m_buttons.append(button);
-        // The id that the group would search for among all its others.
-        m_group.addButton(button, -2 - i);
+    for (int i = 0; i < m_fileNames.size(); ++i)
+        m_buttons.append(nullptr);
+    m_firstUnmade = std::min(m_fileNames.size(), MADE_AT_ONCE);
+    for (int i = 0; i < m_firstUnmade; ++i)
+        (void)buttonAt(i);
+    if (m_firstUnmade < m_fileNames.size())
+        m_idle.start();
+}
+
+void ThumbnailWidget::createMoreButtons()
+{
+    for (int made = 0; made < MADE_IN_A_MOMENT && m_firstUnmade < m_buttons.size();
+         ++m_firstUnmade) {
+        if (m_buttons.at(m_firstUnmade))
+            continue;
+        (void)buttonAt(m_firstUnmade);
+        ++made;
     }
+    if (m_firstUnmade >= m_buttons.size())
+        m_idle.stop();
+}
+
+ThumbnailButton *ThumbnailWidget::buttonAt(int id)
+{
+    ThumbnailButton *&place = m_buttons[id];
+    if (place)
+        return place;
+    place = new ThumbnailButton(this);
+    place->hide();
+    place->setFixedSize(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
+    const QString name = FileNames::readable(QFileInfo(m_fileNames.at(id)).fileName());
+    place->setAccessibleName(name);
+    place->setToolTip(name);
+    connect(place, SIGNAL(clicked()), this, SLOT(photographSelected()));
+    // The id that the group would search for among all its others.
+    m_group->addButton(place, -2 - m_made++);
+    return place;
 }
 
 void ThumbnailWidget::startLoading()
@@ -160,7 +230,7 @@ void ThumbnailWidget::startLoading()
     if (m_loader)
         ThumbnailLoader::retire(m_loader);
     m_loadedRatio = devicePixelRatioF();
-    m_loader = new ThumbnailLoader(generation, m_fileNames, m_loadedRatio, this);
+    m_loader = new ThumbnailLoader(generation, m_fileNames, m_loadedRatio, this, m_store);
     connect(m_loader, &ThumbnailLoader::thumbnailLoaded, this, &ThumbnailWidget::thumbnailLoaded,
             Qt::QueuedConnection);
     m_loader->start(QThread::InheritPriority);

@@ -5,11 +5,15 @@
 #include <QButtonGroup>
 #include <QList>
 #include <QStringList>
+#include <QTimer>
+
+#include <memory>
 
 class HorizontalSlider;
 class PhotographSource;
 class ThumbnailButton;
 class ThumbnailLoader;
+class ThumbnailStore;
 
 /// The strip of thumbnails below a photograph: one button a picture of the open folder, of which a
 /// stretch around the current picture is shown. A child of the photograph canvas; GUI thread.
@@ -32,6 +36,9 @@ public slots:
     void photographSelected();
     /// Scrolls just far enough to show picture `id` and marks it.
     void photographChanged(int id);
+    /// Gives the pictures that have joined the folder their buttons, and loads what has changed;
+    /// `id` is the picture shown.
+    void folderChanged(int id);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -45,7 +52,13 @@ private slots:
 
 private:
     void removeButtons();
+    /// Makes the first buttons at once and the others in idle moments, so that a folder opens at
+    /// once however many pictures it has.
     void createButtons();
+    void createMoreButtons();
+    /// The button of picture `id`, made now if it was not yet.
+    ThumbnailButton *buttonAt(int id);
+    void fitView();
     void startLoading();
     void scrollTo(int first);
 
@@ -57,8 +70,16 @@ private:
     /// Of the open folder, its child; null before the first.
     ThumbnailLoader *m_loader = nullptr;
     qreal m_loadedRatio = 0;
-    QButtonGroup m_group;
+    /// Lasts longer than its loaders.
+    std::shared_ptr<ThumbnailStore> m_store;
+    std::unique_ptr<QButtonGroup> m_group;
+    /// One a picture; null for one that is not made yet.
     QList<ThumbnailButton *> m_buttons;
+    /// All before this one are made.
+    int m_firstUnmade = 0;
+    /// How many were made so far, for all folders.
+    int m_made = 0;
+    QTimer m_idle;
     /// The buttons on show, a stretch of m_buttons.
     QList<ThumbnailButton *> m_shown;
     QStringList m_fileNames;

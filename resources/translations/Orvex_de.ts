@@ -485,6 +485,14 @@
         <translation>Der Film läuft ohne Ton: Das Tonsystem antwortet nicht.</translation>
     </message>
     <message>
+        <source>The photograph cannot be shown yet: its drive does not answer.</source>
+        <translation>Das Foto kann noch nicht gezeigt werden: Sein Laufwerk antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is no longer there.</source>
+        <translation>Das Foto kann nicht gezeigt werden: Die Datei ist nicht mehr da.</translation>
+    </message>
+    <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
         <translation>Das Foto kann nicht gezeigt werden: Die Datei ist beschädigt, zu groß oder kein Bild.</translation>
     </message>

@@ -485,6 +485,14 @@
         <translation>El vídeo se reproduce sin sonido: el sistema de sonido no responde.</translation>
     </message>
     <message>
+        <source>The photograph cannot be shown yet: its drive does not answer.</source>
+        <translation>Todavía no se puede mostrar la fotografía: su unidad no responde.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is no longer there.</source>
+        <translation>No se puede mostrar la fotografía: el archivo ya no está.</translation>
+    </message>
+    <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
         <translation>No se puede mostrar la fotografía: el archivo está dañado, es demasiado grande o no es una imagen.</translation>
     </message>

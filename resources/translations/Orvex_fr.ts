@@ -485,6 +485,14 @@
         <translation>Le film est lu sans le son : le système audio ne répond pas.</translation>
     </message>
     <message>
+        <source>The photograph cannot be shown yet: its drive does not answer.</source>
+        <translation>La photo ne peut pas encore être affichée : son lecteur ne répond pas.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is no longer there.</source>
+        <translation>La photo ne peut pas être affichée : le fichier n’existe plus.</translation>
+    </message>
+    <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
         <translation>La photo ne peut pas être affichée : le fichier est endommagé, trop volumineux ou n’est pas une image.</translation>
     </message>

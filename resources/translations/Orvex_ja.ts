@@ -485,6 +485,14 @@
         <translation>音声なしで再生しています。サウンドシステムが応答しません。</translation>
     </message>
     <message>
+        <source>The photograph cannot be shown yet: its drive does not answer.</source>
+        <translation>写真をまだ表示できません。ドライブが応答していません。</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is no longer there.</source>
+        <translation>写真を表示できません。ファイルがなくなっています。</translation>
+    </message>
+    <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
         <translation>写真を表示できません。ファイルが壊れているか、大きすぎるか、画像ではありません。</translation>
     </message>

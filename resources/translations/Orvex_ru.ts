@@ -485,6 +485,14 @@
         <translation>Видео воспроизводится без звука: звуковая система не отвечает.</translation>
     </message>
     <message>
+        <source>The photograph cannot be shown yet: its drive does not answer.</source>
+        <translation>Пока не удаётся показать фотографию: её диск не отвечает.</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is no longer there.</source>
+        <translation>Не удаётся показать фотографию: файла больше нет.</translation>
+    </message>
+    <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
         <translation>Фотография не может быть показана: файл повреждён, слишком велик или не является изображением.</translation>
     </message>

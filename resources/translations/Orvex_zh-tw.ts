@@ -485,6 +485,14 @@
         <translation>影片以無聲播放：音訊系統沒有回應。</translation>
     </message>
     <message>
+        <source>The photograph cannot be shown yet: its drive does not answer.</source>
+        <translation>暫時無法顯示相片：磁碟機沒有回應。</translation>
+    </message>
+    <message>
+        <source>The photograph cannot be shown: the file is no longer there.</source>
+        <translation>無法顯示相片：檔案已不存在。</translation>
+    </message>
+    <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>
         <translation>無法顯示相片：檔案已損毀、過大，或不是圖片。</translation>
     </message>

@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <optional>
 
@@ -380,10 +381,37 @@ private slots:
                         m_folder->filePath(QString("q%1.png").arg(i, 5, 10, QChar('0'))));
         QVERIFY(m_source->setDirectory(QDir(m_folder->path()), "p000.png"));
         m_strip->refresh();
-        QCOMPARE(buttons().size(), 10001);
         m_source->selectPhotograph(9000);
-        QVERIFY(buttons().at(9000)->isChecked());
+        QCOMPARE(shown().last()->toolTip(), QString("q08999.png"));
+        QVERIFY(shown().last()->isChecked());
+        QTRY_COMPARE_WITH_TIMEOUT(m_strip->findChildren<ThumbnailButton *>().size(), 10001, 30000);
         QCOMPARE(shown().last(), buttons().at(9000));
+    }
+
+    void aNewPictureGetsAButtonBetweenTheOthersWhichStay()
+    {
+        open(3);
+        m_source->selectPhotograph(1);
+        QTRY_VERIFY(allLoaded());
+        const QList<ThumbnailButton *> before = buttons();
+        const auto joined = [this] { return buttons().size() == 4; };
+        // The watch looks from a thread of its own, from some moment on.
+        QTRY_VERIFY((writeYellow("p000a.png"), joined()));
+        QCOMPARE(buttons().at(1)->toolTip(), QString("p000a.png"));
+        QCOMPARE(buttons().at(0), before.at(0));
+        QCOMPARE(buttons().at(2), before.at(1));
+        QVERIFY(buttons().at(2)->isChecked());
+        QCOMPARE(shown(), buttons());
+        QTRY_COMPARE(middleOf(1), QColor(Qt::yellow));
+        QCOMPARE(middleOf(3), QColor(Qt::blue));
+    }
+
+    void aPictureThatIsWrittenAnewGetsANewThumbnail()
+    {
+        open(3);
+        QTRY_VERIFY(allLoaded());
+        QCOMPARE(middleOf(1), QColor(Qt::blue));
+        QTRY_COMPARE((writeYellow("p001.png"), middleOf(1)), QColor(Qt::yellow));
     }
 
     void pressesBesideTheButtonsDoNotReachTheCanvas()
@@ -400,6 +428,19 @@ private slots:
     }
 
 private:
+    QColor middleOf(int index) const { return buttons().at(index)->image().pixelColor(28, 20); }
+
+    /// A picture in the place of any other; it is there at once and whole.
+    void writeYellow(const QString &name) const
+    {
+        QImage image(64, 48, QImage::Format_RGB32);
+        image.fill(Qt::yellow);
+        QVERIFY(image.save(m_folder->filePath("new.tmp"), "png"));
+        QCOMPARE(
+            rename(qPrintable(m_folder->filePath("new.tmp")), qPrintable(m_folder->filePath(name))),
+            0);
+    }
+
     void resizeTo(int width) { m_strip->setFixedSize(width, 60); }
 
     /// Opens a folder of that many pictures, the first one chosen.
@@ -426,7 +467,7 @@ private:
     {
         QList<ThumbnailButton *> all = m_strip->findChildren<ThumbnailButton *>();
         std::sort(all.begin(), all.end(), [](ThumbnailButton *one, ThumbnailButton *other) {
-            return one->group()->id(one) > other->group()->id(other);
+            return one->toolTip() < other->toolTip();
         });
         return all;
     }

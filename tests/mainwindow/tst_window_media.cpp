@@ -205,7 +205,6 @@ void TestWindowMedia::aPhotographThatCannotBeShownIsToldOf()
 {
     const QTemporaryDir folder;
     const QString good = pictureFile(folder.path(), "a.png", 0xFFFF0000);
-    const QString loud = pictureFile(folder.path(), "IMG_0001.JPG", 0xFFFF0000);
     const QString bad = folder.filePath("b.png");
     QFile file(bad);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no picture") > 0);
@@ -219,9 +218,14 @@ void TestWindowMedia::aPhotographThatCannotBeShownIsToldOf()
         QVERIFY(!QApplication::activeModalWidget());
     };
     const auto *message = window.currentCanvas()->findChild<CanvasMessage *>();
-    open(loud);
-    QVERIFY(message->isVisible());
-    QVERIFY(message->text().contains("IMG_0001.JPG"));
+    for (const QString name : {"IMG_0001.JPG", "scan.tif", "web.webp"}) {
+        QVERIFY(QFile::exists(folder.filePath(name)) || QFile::copy(good, folder.filePath(name)));
+        open(folder.filePath(name));
+        QVERIFY(message->isVisible());
+        QVERIFY(message->text().contains(name));
+    }
+    open(folder.filePath("gone.png"));
+    QVERIFY(message->text().contains("no longer"));
     open(good);
     QVERIFY(!message->isVisible());
     open(bad);
@@ -231,6 +235,10 @@ void TestWindowMedia::aPhotographThatCannotBeShownIsToldOf()
     QVERIFY(!message->isVisible());
     button(window, "Next photograph")->click();
     QVERIFY(message->isVisible());
+    button(window, "Previous photograph")->click();
+    QVERIFY(QFile::remove(bad));
+    button(window, "Next photograph")->click();
+    QVERIFY(message->text().contains("no longer"));
 }
 
 void TestWindowMedia::aFilmThatCannotBeShownIsToldOf()

@@ -1,0 +1,93 @@
+#include "sources/photographs/ThumbnailStore.h"
+
+#include "sources/photographs/FileNames.h"
+#include "sources/photographs/PictureColours.h"
+#include "sources/photographs/PictureReader.h"
+#include "sources/photographs/ThumbnailCache.h"
+
+namespace
+{
+
+constexpr QSize SHARED_SIZE(ThumbnailCache::SIDE, ThumbnailCache::SIDE);
+
+/// Whether thumbnails of that size can be made from those of the desktop's cache.
+bool fitsShared(QSize bounds)
+{
+    return bounds.width() <= SHARED_SIZE.width() && bounds.height() <= SHARED_SIZE.height();
+}
+
+QImage fitted(const QImage &image, QSize bounds)
+{
+    const QSize size = image.size().scaled(bounds, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+} // namespace
+
+QImage ThumbnailStore::thumbnail(const QString &path, QSize bounds)
+{
+    PictureFile file(path);
+    if (file.problem() != PictureProblem::None)
+        return {};
+    const std::string key = FileNames::encode(path).toStdString();
+    const FileStamp stamp = file.stamp();
+    QImage image = kept(key, stamp, bounds);
+    if (!image.isNull())
+        return image;
+    image = make(path, file, bounds);
+    if (!image.isNull())
+        keep(key, {stamp, bounds, image});
+    return image;
+}
+
+int ThumbnailStore::decoded() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_decoded;
+}
+
+QImage ThumbnailStore::kept(const std::string &key, const FileStamp &stamp, QSize bounds) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_kept.find(key);
+    const bool isSame =
+        found != m_kept.end() && found->second.stamp == stamp && found->second.bounds == bounds;
+    return isSame ? found->second.image : QImage();
+}
+
+void ThumbnailStore::keep(const std::string &key, const Kept &made)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_bytes + made.image.sizeInBytes() > MAX_BYTES) {
+        m_kept.clear();
+        m_bytes = 0;
+    }
+    Kept &place = m_kept[key];
+    m_bytes += made.image.sizeInBytes() - place.image.sizeInBytes();
+    place = made;
+}
+
+QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds)
+{
+    const bool shares = fitsShared(bounds);
+    if (shares) {
+        const QImage shared = ThumbnailCache::read(path, file.stamp());
+        if (!shared.isNull())
+            return fitted(PictureColours::prepared(shared, {}), bounds);
+    }
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        ++m_decoded;
+    }
+    const PictureReader::Reading whole =
+        PictureReader::readFileFitted(file, shares ? SHARED_SIZE : bounds, !shares);
+    if (whole.picture.isNull())
+        return {};
+    // Others want to see through what is transparent, and a picture that is small needs no
+    // thumbnail. One that was being written meanwhile has no lasting content yet.
+    const bool isSmall = whole.wholeSize.width() <= SHARED_SIZE.width() &&
+                         whole.wholeSize.height() <= SHARED_SIZE.height();
+    if (shares && !isSmall && !whole.isTransparent && PictureFile(path).stamp() == file.stamp())
+        ThumbnailCache::write(path, file.stamp(), whole.picture);
+    return fitted(whole.picture, bounds);
+}

@@ -486,11 +486,11 @@
     </message>
     <message>
         <source>The photograph cannot be shown yet: its drive does not answer.</source>
-        <translation>La photo ne peut pas encore être affichée : son lecteur ne répond pas.</translation>
+        <translation>La photo ne peut pas encore être affichée : son lecteur ne répond pas.</translation>
     </message>
     <message>
         <source>The photograph cannot be shown: the file is no longer there.</source>
-        <translation>La photo ne peut pas être affichée : le fichier n’existe plus.</translation>
+        <translation>La photo ne peut pas être affichée : le fichier n’existe plus.</translation>
     </message>
     <message>
         <source>The photograph cannot be shown: the file is damaged, too large or not a picture.</source>

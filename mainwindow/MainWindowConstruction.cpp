@@ -10,6 +10,7 @@
 #include "sources/LiveSource.h"
 #include "sources/PhotographSource.h"
 #include "sources/camera/CameraKeeper.h"
+#include "sources/threads/ExitDeadline.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
@@ -18,6 +19,8 @@
 #include <QButtonGroup>
 #include <QLabel>
 
+#include <chrono>
+
 using namespace Modes;
 
 namespace
@@ -25,6 +28,9 @@ namespace
 
 constexpr QSize MINIMUM_SIZE(800, 768);
 constexpr QSize LIVE_BOX_SIZE(60, 37);
+/// What the sources have of the two seconds that closing may take; thumbnails, and threads that are
+/// left behind, come after them.
+constexpr std::chrono::milliseconds END_BOUND(1500);
 
 } // namespace
 
@@ -54,6 +60,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    const ExitDeadline end(END_BOUND);
     if (m_capture->recording())
         m_liveSource->stopRecord();
     // Before any canvas; what still asks for the camera then finds none.

@@ -3,6 +3,7 @@
 #include "canvas/model/SnapshotFile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QHash>
 
 #include <cerrno>
@@ -54,6 +55,19 @@ OutputFolder::State OutputFolder::state()
     if (m_timedOut)
         return State::TimedOut;
     return *exists != 0 ? State::Exists : State::Missing;
+}
+
+void OutputFolder::remove(const QString &file)
+{
+    if (hangs())
+        return;
+    const auto givenUp = std::make_shared<std::atomic<bool>>(false);
+    m_timedOut = !m_worker.call(STATE_BOUND, [givenUp, file] {
+        if (QFile::exists(file) && !*givenUp)
+            QFile::remove(file);
+        return 0;
+    });
+    *givenUp = m_timedOut.load();
 }
 
 std::optional<QString> OutputFolder::write(const QString &file, const QByteArray &bytes)

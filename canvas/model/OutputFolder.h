@@ -38,6 +38,10 @@ public:
     /// returned in the system's words.
     [[nodiscard]] std::optional<QString> write(const QString &file, const QByteArray &bytes);
 
+    /// Removes a file of the folder; within half a second. A removal that was given up before the
+    /// folder answered is not made up for later, when the name may be another file's.
+    void remove(const QString &file);
+
 private:
     /// Whether a call that was given up is still on its way.
     [[nodiscard]] bool hangs() const;

@@ -12,7 +12,6 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QMessageBox>
 
 #include <limits>
@@ -89,7 +88,7 @@ void CaptureActions::startRecording()
     }
     const QString name = QDateTime::currentDateTime().toString("yyyy-MM-dd_hh-mm-ss") + ".mov";
     const QString path = QDir(folder).filePath(name);
-    QFile::remove(path);
+    OutputFolder::of(folder)->remove(path);
     if (!m_source->running())
         qDebug("recording without a camera");
     m_source->requestRecord(path);

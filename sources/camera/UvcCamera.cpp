@@ -2,6 +2,7 @@
 
 #include "sources/camera/UvcConnection.h"
 #include "sources/recording/CaptureClock.h"
+#include "sources/threads/ExitDeadline.h"
 
 #include <libuvc/libuvc.h>
 
@@ -35,14 +36,15 @@ UvcCamera::~UvcCamera()
     stopDelivery();
     m_worker.clear();
     m_connection->hurry();
-    const auto listed = m_worker.call(LAST_ANSWER_BOUND,
+    const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_BOUND),
                                       [connection = m_connection] { return connection->listed(); });
     if (!listed)
         return;
-    m_worker.call(*listed ? CLOSE_BOUND : STOP_GONE_BOUND, [connection = m_connection] {
-        connection->stop();
-        return connection->close();
-    });
+    m_worker.call(ExitDeadline::capped(*listed ? CLOSE_BOUND : STOP_GONE_BOUND),
+                  [connection = m_connection] {
+                      connection->stop();
+                      return connection->close();
+                  });
 }
 
 std::optional<bool> UvcCamera::find()

@@ -2,6 +2,7 @@
 
 #include "sources/gst/GstRuntime.h"
 #include "sources/threads/DetachedThreads.h"
+#include "sources/threads/ExitDeadline.h"
 
 #include <pthread.h>
 #include <utility>
@@ -47,7 +48,7 @@ void PlaybackThreadGst::finish(std::chrono::milliseconds bound)
     bool ended = false;
     {
         std::unique_lock lock(m_mutex);
-        ended = m_changed.wait_for(lock, bound, [this] { return m_ended; });
+        ended = m_changed.wait_for(lock, ExitDeadline::capped(bound), [this] { return m_ended; });
     }
     if (ended)
         m_thread.join();

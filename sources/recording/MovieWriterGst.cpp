@@ -3,6 +3,7 @@
 #include "sources/recording/MovieJobGst.h"
 #include "sources/recording/SoundCapture.h"
 #include "sources/recording/SoundTimeline.h"
+#include "sources/threads/ExitDeadline.h"
 
 #include <QDebug>
 
@@ -102,7 +103,7 @@ void MovieWriterGst::finish()
            !m_job->status.compare_exchange_weak(writing, Status::Finished)) {
     }
     m_job->end();
-    if (m_job->waitUntilClosed(FINISH_TIMEOUT)) {
+    if (m_job->waitUntilClosed(ExitDeadline::capped(FINISH_TIMEOUT))) {
         m_thread.join();
     } else {
         qDebug("The disk is slow, the movie is completed in the background.");

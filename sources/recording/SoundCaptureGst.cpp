@@ -4,6 +4,7 @@
 #include "sources/recording/SoundCapture.h"
 #include "sources/recording/SoundDevices.h"
 #include "sources/recording/SoundPump.h"
+#include "sources/threads/ExitDeadline.h"
 
 #include <QDebug>
 
@@ -146,7 +147,8 @@ public:
         std::unique_lock<std::mutex> lock(m_mutex);
         m_stopping = true;
         m_changed.notify_all();
-        if (!m_changed.wait_for(lock, STOP_PATIENCE, [this] { return m_finished; }))
+        if (!m_changed.wait_for(lock, ExitDeadline::capped(STOP_PATIENCE),
+                                [this] { return m_finished; }))
             qDebug("The sound server does not answer, going on without it.");
     }
 

@@ -3,31 +3,45 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <atomic>
+#include <climits>
 #include <condition_variable>
 #include <cstdarg>
 #include <cstring>
 #include <mutex>
+#include <string>
 
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
 
+/// Whether there is one. Libraries make these calls before this file's objects are constructed.
+std::atomic<bool> active{false};
 /// Guards all the others.
 std::mutex mutex;
 std::condition_variable back;
 QByteArray folder;
-bool hangsAll = false;
+HangingFolder::Calls hanging = HangingFolder::Everything;
 int waitingCalls = 0;
 
-void waitForServer(const char *path, bool opening)
+/// `kind` is what the call does.
+void waitForServer(const char *path, HangingFolder::Calls kind)
 {
+    if (!active)
+        return;
     std::unique_lock<std::mutex> lock(mutex);
+    const auto isMeant = [kind] {
+        return hanging == kind || hanging == HangingFolder::EverythingAndRemoving ||
+               (hanging == HangingFolder::Everything &&
+                kind != HangingFolder::EverythingAndRemoving);
+    };
     const auto hangs = [&] {
-        return !folder.isEmpty() && (opening || hangsAll) && path != nullptr &&
+        return !folder.isEmpty() && isMeant() && path != nullptr &&
                std::strncmp(path, folder.constData(), std::size_t(folder.size())) == 0;
     };
     if (!hangs())
@@ -55,12 +69,14 @@ HangingFolder::HangingFolder(const QString &path, Calls calls)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     folder = QFile::encodeName(path);
-    hangsAll = calls == Everything;
+    hanging = calls;
+    active = true;
 }
 
 HangingFolder::~HangingFolder()
 {
     const std::lock_guard<std::mutex> lock(mutex);
+    active = false;
     folder.clear();
     back.notify_all();
 }
@@ -71,20 +87,21 @@ int HangingFolder::waiting() const
     return waitingCalls;
 }
 
-// The calls that the toolkit and the program ask for a folder and open a file with.
+// The calls that the toolkit and the program ask for a folder, open and remove a file, and bring a
+// movie to the disk with.
 extern "C" {
 
 int statx(int directory, const char *path, int flags, unsigned int mask, struct statx *result)
 {
     static const auto next = nextOf(&statx, "statx");
-    waitForServer(path, false);
+    waitForServer(path, HangingFolder::Everything);
     return next(directory, path, flags, mask, result);
 }
 
 DIR *opendir(const char *path)
 {
     static const auto next = nextOf(&opendir, "opendir");
-    waitForServer(path, false);
+    waitForServer(path, HangingFolder::Everything);
     return next(path);
 }
 
@@ -95,7 +112,7 @@ int open(const char *path, int flags, ...)
     const mode_t mode = modeOf(flags, arguments);
     va_end(arguments);
     static const auto next = nextOf(&open, "open");
-    waitForServer(path, true);
+    waitForServer(path, HangingFolder::Opening);
     return next(path, flags, mode);
 }
 
@@ -106,7 +123,31 @@ int open64(const char *path, int flags, ...)
     const mode_t mode = modeOf(flags, arguments);
     va_end(arguments);
     static const auto next = nextOf(&open64, "open64");
-    waitForServer(path, true);
+    waitForServer(path, HangingFolder::Opening);
     return next(path, flags, mode);
+}
+
+int access(const char *path, int mode)
+{
+    static const auto next = nextOf(&access, "access");
+    waitForServer(path, HangingFolder::EverythingAndRemoving);
+    return next(path, mode);
+}
+
+int unlink(const char *path)
+{
+    static const auto next = nextOf(&unlink, "unlink");
+    waitForServer(path, HangingFolder::EverythingAndRemoving);
+    return next(path);
+}
+
+int fdatasync(int descriptor)
+{
+    static const auto next = nextOf(&fdatasync, "fdatasync");
+    char path[PATH_MAX] = {};
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    if (readlink(link.c_str(), path, sizeof path - 1) > 0)
+        waitForServer(path, HangingFolder::Syncing);
+    return next(descriptor);
 }
 }

@@ -8,7 +8,14 @@
 class HangingFolder
 {
 public:
-    enum Calls { Everything, Opening };
+    enum Calls {
+        Everything,
+        /// Looking for a file and removing it too.
+        EverythingAndRemoving,
+        Opening,
+        /// What is written is not brought to the disk.
+        Syncing
+    };
 
     explicit HangingFolder(const QString &path, Calls calls = Everything);
     /// The server is back: every call that waits goes on.

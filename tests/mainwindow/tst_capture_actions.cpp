@@ -4,6 +4,7 @@
 #include "sources/LiveSource.h"
 
 #include "tests/TestProgram.h"
+#include "tests/fakes/HangingFolder.h"
 #include "tests/mainwindow/HelperScene.h"
 
 #include <QDir>
@@ -45,6 +46,7 @@ private slots:
     void theButtonShowsTheSeriesOfTheCurrentCanvas();
     void theSourceAloneKnowsOfTheRecording();
     void withoutASourceNothingIsRecorded();
+    void aShareThatHangsDoesNotHoldTheStart();
 };
 
 void TestCaptureActions::aSingleSnapshotIsWritten()
@@ -103,6 +105,19 @@ void TestCaptureActions::withoutASourceNothingIsRecorded()
     QVERIFY(!scene.actions.recording());
     scene.actions.stopRecording();
     QVERIFY(!scene.actions.recording());
+}
+
+void TestCaptureActions::aShareThatHangsDoesNotHoldTheStart()
+{
+    CaptureScene scene;
+    {
+        const HangingFolder share(scene.folder.path(), HangingFolder::EverythingAndRemoving);
+        scene.actions.startRecording();
+        QVERIFY(scene.actions.recording());
+        // Nothing more is asked of a share that is known to hang.
+        QCOMPARE(share.waiting(), 1);
+    }
+    scene.actions.stopRecording();
 }
 
 REGISTER_TEST(TestCaptureActions)

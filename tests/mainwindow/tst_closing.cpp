@@ -5,6 +5,7 @@
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "sources/threads/DetachedThreads.h"
+#include "tests/fakes/HangingFolder.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QDir>
@@ -28,6 +29,8 @@ namespace
 constexpr int PATIENCE_MS = 60000;
 /// What "at once" may take beside the compilers of a busy machine.
 constexpr int CLOSING_MS = 10000;
+/// Two seconds, and as much again for the compilers; a hung disk alone was waited for ten seconds.
+constexpr int HUNG_CLOSING_MS = 6000;
 
 /// Brings a window into a state of which it is then closed.
 using Arrange = void (*)(MainWindow &window, VirtualCamera &camera);
@@ -50,6 +53,24 @@ void recording(MainWindow &window, VirtualCamera &)
     waitForCamera(window);
     window.button(Command::Record)->click();
     QTest::qWait(1000);
+}
+
+/// The movie that is being written stands on a share that has stopped answering.
+void recordingOntoAHungShare(MainWindow &window, VirtualCamera &)
+{
+    const QString folder = QDir::tempPath();
+    Config::setRecordPath(folder);
+    waitForCamera(window);
+    window.button(Command::Record)->click();
+    const auto recorded = [&folder] {
+        const QFileInfoList movies = QDir(folder).entryInfoList({"*.mov"}, QDir::Files);
+        return !movies.isEmpty() && movies.first().size() > 50000;
+    };
+    if (!QTest::qWaitFor(recorded, PATIENCE_MS))
+        qFatal("nothing is recorded");
+    static HangingFolder share(folder, HangingFolder::Syncing);
+    if (!QTest::qWaitFor([] { return share.waiting() > 0; }, PATIENCE_MS))
+        qFatal("the share is not used");
 }
 
 void unplugged(MainWindow &window, VirtualCamera &camera)
@@ -173,6 +194,7 @@ const QMap<QString, Arrange> &states()
         {"nothing", nothing},
         {"streaming", streaming},
         {"recording", recording},
+        {"recording onto a hung share", recordingOntoAHungShare},
         {"unplugged", unplugged},
         {"unplugged while recording", unpluggedWhileRecording},
         {"opening", opening},
@@ -280,7 +302,8 @@ void TestClosing::closingEndsTheProcess()
     }
     QElapsedTimer clock;
     clock.start();
-    QVERIFY2(child.waitForFinished(CLOSING_MS), output.constData());
+    const int bound = state.contains("hung") ? HUNG_CLOSING_MS : CLOSING_MS;
+    QVERIFY2(child.waitForFinished(bound), output.constData());
     output += child.readAll();
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QVERIFY2(child.exitCode() == 0, output.constData());

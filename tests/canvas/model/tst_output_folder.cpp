@@ -109,6 +109,33 @@ private slots:
         QCOMPARE(QFileInfo(folder.filePath("a")).size(), 1);
     }
 
+    void removesAFile()
+    {
+        QTemporaryDir folder;
+        const auto output = OutputFolder::of(folder.path());
+        QVERIFY(!output->write(folder.filePath("a"), "x"));
+        output->remove(folder.filePath("a"));
+        QVERIFY(!QFile::exists(folder.filePath("a")));
+        output->remove(folder.filePath("a"));
+    }
+
+    void aRemovalThatWasGivenUpIsNotMadeUpFor()
+    {
+        QTemporaryDir folder;
+        const auto output = OutputFolder::of(folder.path());
+        QVERIFY(!output->write(folder.filePath("a"), "x"));
+        {
+            const HangingFolder hanging(folder.path(), HangingFolder::EverythingAndRemoving);
+            output->remove(folder.filePath("a"));
+            QCOMPARE(hanging.waiting(), 1);
+            QCOMPARE(output->state(), State::Waiting);
+            output->remove(folder.filePath("a"));
+            QCOMPARE(hanging.waiting(), 1);
+        }
+        QTRY_COMPARE(output->state(), State::Exists);
+        QVERIFY(QFile::exists(folder.filePath("a")));
+    }
+
     void manyThreadsMayAskAndWrite()
     {
         QTemporaryDir folder;

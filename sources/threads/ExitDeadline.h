@@ -1,0 +1,18 @@
+#pragma once
+
+#include <chrono>
+
+/// The time that the program's end may take in all. While one of these lives, the waits at the end
+/// share it: each still has its own bound, but none goes on past the deadline. Any thread; one at a
+/// time.
+class ExitDeadline
+{
+public:
+    explicit ExitDeadline(std::chrono::milliseconds time);
+    ~ExitDeadline();
+    ExitDeadline(const ExitDeadline &) = delete;
+    ExitDeadline &operator=(const ExitDeadline &) = delete;
+
+    /// How long a wait with that bound may still be: the bound itself while the program goes on.
+    [[nodiscard]] static std::chrono::milliseconds capped(std::chrono::milliseconds bound);
+};

@@ -25,34 +25,34 @@ std::vector<Row> notingRows()
     return {
         Row(C::Line, N, "ICON_LINE", QT_TRANSLATE_NOOP("MainWindow", "Line"))
             .clicks(SLOT(line())).draws(CanvasModes::Line)
-            .holds(SLOT(lineHold()), PopUp::Line, QT_TRANSLATE_NOOP("QObject", "Line")),
+            .holds(SLOT(lineHold()), PopUp::Line, QT_TRANSLATE_NOOP("QObject", "Line")).on({Qt::Key_L}),
         Row(C::Rectangle, N, "ICON_RETANGLE", QT_TRANSLATE_NOOP("MainWindow", "Rectangle"))
             .clicks(SLOT(rectangle())).draws(CanvasModes::Rectangle)
-            .holds(SLOT(rectangleHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Rectangle")),
+            .holds(SLOT(rectangleHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Rectangle")).on({Qt::Key_R}),
         Row(C::Freehand, N, "ICON_FREEHAND", QT_TRANSLATE_NOOP("MainWindow", "Freehand"))
             .clicks(SLOT(freehand())).draws(CanvasModes::Freehand).looks(Checked)
-            .holds(SLOT(freehandHold()), PopUp::Line, QT_TRANSLATE_NOOP("QObject", "Freehand")),
+            .holds(SLOT(freehandHold()), PopUp::Line, QT_TRANSLATE_NOOP("QObject", "Freehand")).on({Qt::Key_F}),
         Row(C::Circle, N, "ICON_CIRCLE", QT_TRANSLATE_NOOP("MainWindow", "Circle"))
             .clicks(SLOT(circle())).draws(CanvasModes::Circle)
-            .holds(SLOT(circleHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Circle")),
+            .holds(SLOT(circleHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Circle")).on({Qt::Key_C}),
         Row(C::Arrow, N, "ICON_ARROW", QT_TRANSLATE_NOOP("MainWindow", "Arrow"))
             .clicks(SLOT(arrow())).draws(CanvasModes::Arrow)
-            .holds(SLOT(arrowHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Arrow")),
+            .holds(SLOT(arrowHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Arrow")).on({Qt::Key_A}),
         Row(C::Triangle, N, "ICON_TRIANGLE", QT_TRANSLATE_NOOP("MainWindow", "Triangle"))
             .clicks(SLOT(triangle())).draws(CanvasModes::Triangle)
-            .holds(SLOT(triangleHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Triangle")),
+            .holds(SLOT(triangleHold()), PopUp::Shape, QT_TRANSLATE_NOOP("QObject", "Triangle")).on({Qt::Key_T}),
         Row(C::Eraser, N, "ICON_ERASE", QT_TRANSLATE_NOOP("MainWindow", "Eraser"))
             .clicks(SLOT(erase())).draws(CanvasModes::Eraser)
-            .holds(SLOT(eraseHold()), PopUp::Width, QT_TRANSLATE_NOOP("QObject", "Eraser")),
+            .holds(SLOT(eraseHold()), PopUp::Width, QT_TRANSLATE_NOOP("QObject", "Eraser")).on({Qt::Key_E}),
         Row(C::Text, N, "ICON_TEXT", QT_TRANSLATE_NOOP("MainWindow", "Text"))
             .clicks(SLOT(text())).draws(CanvasModes::Text)
-            .holds(SLOT(textHold()), PopUp::Text),
+            .holds(SLOT(textHold()), PopUp::Text).on({Qt::Key_X}),
         Row(C::EraseAll, N, "ICON_ERASE_ALL", QT_TRANSLATE_NOOP("MainWindow", "Erase all"))
-            .clicks(SLOT(eraseAll())),
+            .clicks(SLOT(eraseAll())).on({Qt::CTRL | Qt::Key_Delete}),
         Row(C::Clip, N, "ICON_COPY", QT_TRANSLATE_NOOP("MainWindow", "Clip image"))
-            .clicks(SLOT(clip())).draws(CanvasModes::Clip),
+            .clicks(SLOT(clip())).draws(CanvasModes::Clip).on({Qt::SHIFT | Qt::Key_X}),
         Row(C::Hand, N, "ICON_HAND", QT_TRANSLATE_NOOP("MainWindow", "Hand"))
-            .clicks(SLOT(hand())).draws(CanvasModes::Hand).in(FILM | PHOTOGRAPH | BOARD),
+            .clicks(SLOT(hand())).draws(CanvasModes::Hand).in(FILM | PHOTOGRAPH | BOARD).on({Qt::Key_H}),
         Row(C::FillBackground, N, "ICON_FILL", QT_TRANSLATE_NOOP("MainWindow", "Fill background"))
             .clicks(SLOT(fillBackground())).looks(InToolGroup | NeverChecked).in(BOARD)
             .holds(SLOT(fillBackgroundHold()), PopUp::FillBackground),
@@ -66,7 +66,7 @@ std::vector<Row> panelRows()
     constexpr Group R = Group::Recording;
     return {
         Row(C::Mask, V, "ICON_MASK_CIRCLE", QT_TRANSLATE_NOOP("MainWindow", "Mask"))
-            .clicks(SLOT(mask())).looks(Checkable).holds(SLOT(maskHold()), PopUp::Mask),
+            .clicks(SLOT(mask())).looks(Checkable).holds(SLOT(maskHold()), PopUp::Mask).on({Qt::Key_M}),
         Row(C::Effect, V, "ICON_EFFECT_COLOR", QT_TRANSLATE_NOOP("MainWindow", "Effect"))
             .holds(SLOT(effectHold()), PopUp::Effect),
         Row(C::ZoomOut, A, "ICON_ZOOM_OUT", QT_TRANSLATE_NOOP("MainWindow", "Zoom out"))
@@ -78,17 +78,17 @@ std::vector<Row> panelRows()
         Row(C::ZoomReset, A, "ICON_ZOOM_RESET", QT_TRANSLATE_NOOP("MainWindow", "Reset zoom"))
             .clicks(SLOT(zoomReset())),
         Row(C::AutoFocus, A, "ICON_AUTOFOCUS", QT_TRANSLATE_NOOP("MainWindow", "Auto focus"))
-            .clicks(SLOT(autoFocus())).in(LIVE),
+            .clicks(SLOT(autoFocus())).in(LIVE).on({Qt::CTRL | Qt::Key_F}),
         Row(C::BrightnessDown, A, "ICON_BRIGHTNESS_REDUCE", QT_TRANSLATE_NOOP("MainWindow", "Brightness down"))
-            .clicks(SLOT(brightnessDown())).in(LIVE),
+            .clicks(SLOT(brightnessDown())).in(LIVE).on({Qt::CTRL | Qt::Key_Down}),
         Row(C::BrightnessUp, A, "ICON_BRIGHTNESS_INCREASE", QT_TRANSLATE_NOOP("MainWindow", "Brightness up"))
-            .clicks(SLOT(brightnessUp())).in(LIVE),
+            .clicks(SLOT(brightnessUp())).in(LIVE).on({Qt::CTRL | Qt::Key_Up}),
         Row(C::Rotate, A, "ICON_ROTATE", QT_TRANSLATE_NOOP("MainWindow", "Rotate"))
-            .clicks(SLOT(rotate())),
+            .clicks(SLOT(rotate())).on({Qt::Key_O}),
         Row(C::Freeze, A, "ICON_FREEZE", QT_TRANSLATE_NOOP("MainWindow", "Freeze"))
             .clicks(SLOT(freeze())).looks(Checkable).in(LIVE).on({Qt::Key_Space}),
         Row(C::Record, R, "ICON_RECORDING", QT_TRANSLATE_NOOP("MainWindow", "Record video"))
-            .clicks(SLOT(record())).looks(Checkable).in(LIVE),
+            .clicks(SLOT(record())).looks(Checkable).in(LIVE).on({Qt::CTRL | Qt::Key_R}),
         Row(C::Snapshot, R, "ICON_CAPTURE", QT_TRANSLATE_NOOP("MainWindow", "Take snapshot"))
             .clicks(SLOT(snapshot())).on({Qt::CTRL | Qt::Key_S}),
         Row(C::Settings, R, "ICON_SETTING", QT_TRANSLATE_NOOP("MainWindow", "Settings"))
@@ -103,13 +103,13 @@ std::vector<Row> modeRows()
     constexpr Group M = Group::Modes;
     return {
         Row(C::LiveMode, M, "MAIN_BUTTON", QT_TRANSLATE_NOOP("MainWindow", "Live"))
-            .clicks(SLOT(switchMode())).looks(Checkable | Checked),
+            .clicks(SLOT(switchMode())).looks(Checkable | Checked).on({Qt::CTRL | Qt::Key_1}),
         Row(C::FilmMode, M, "MAIN_BUTTON", QT_TRANSLATE_NOOP("MainWindow", "Film"))
-            .clicks(SLOT(switchMode())).looks(Checkable),
+            .clicks(SLOT(switchMode())).looks(Checkable).on({Qt::CTRL | Qt::Key_2}),
         Row(C::PhotographMode, M, "MAIN_BUTTON", QT_TRANSLATE_NOOP("MainWindow", "Photograph"))
-            .clicks(SLOT(switchMode())).looks(Checkable),
+            .clicks(SLOT(switchMode())).looks(Checkable).on({Qt::CTRL | Qt::Key_3}),
         Row(C::DrawingBoardMode, M, "MAIN_BUTTON_LONG", QT_TRANSLATE_NOOP("MainWindow", "Drawing Board"))
-            .clicks(SLOT(switchMode())).looks(Checkable),
+            .clicks(SLOT(switchMode())).looks(Checkable).on({Qt::CTRL | Qt::Key_4}),
     };
 }
 
@@ -156,7 +156,20 @@ std::vector<Row> edgeRows()
         Row(C::About, E, "AboutButton", QT_TRANSLATE_NOOP("MainWindow", "About"))
             .clicks(SLOT(About())).opens(PopUp::About),
         Row(C::SidePanel, E, "BUTTON_SIDE_CLOSE", QT_TRANSLATE_NOOP("MainWindow", "Side panel"))
-            .clicks(SLOT(expand())),
+            .clicks(SLOT(expand())).on({Qt::Key_F9}),
+    };
+}
+
+std::vector<Row> cardRows()
+{
+    constexpr Group K = Group::Card;
+    return {
+        Row(C::Undo, K, "ICON_UNDO", QT_TRANSLATE_NOOP("MainWindow", "Undo"))
+            .clicks(SLOT(undo())).on({Qt::CTRL | Qt::Key_Z}),
+        Row(C::Redo, K, "ICON_REDO", QT_TRANSLATE_NOOP("MainWindow", "Redo"))
+            .clicks(SLOT(redo())).on({Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}),
+        Row(C::More, K, "ICON_MORE", QT_TRANSLATE_NOOP("MainWindow", "More"))
+            .clicks(SLOT(more())).opens(PopUp::More),
     };
 }
 
@@ -164,12 +177,30 @@ std::vector<Row> keyRows()
 {
     constexpr Group K = Group::Keys;
     return {
-        Row(C::PlayOrPauseFilm, K, nullptr, nullptr)
+        Row(C::PlayOrPauseFilm, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Play or pause"))
             .clicks(SLOT(filmPlayOrPause())).in(FILM).on({Qt::Key_Space}),
-        Row(C::FullScreen, K, nullptr, nullptr)
+        Row(C::FullScreen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Full screen"))
             .clicks(SLOT(toggleFullScreen())).on({Qt::Key_F11}),
-        Row(C::Leave, K, nullptr, nullptr)
+        Row(C::Leave, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Close the pop-up or leave the full screen"))
             .clicks(SLOT(leave())).on({Qt::Key_Escape}),
+        Row(C::Help, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "All keys"))
+            .clicks(SLOT(showKeys())).on({Qt::Key_F1}),
+        Row(C::NextMask, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Next mask"))
+            .clicks(SLOT(nextMask())).on({Qt::SHIFT | Qt::Key_M}),
+        Row(C::NextEffect, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Next effect"))
+            .clicks(SLOT(nextEffect())).on({Qt::Key_V}),
+        Row(C::BlackPen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Black pen"))
+            .clicks(SLOT(blackPen())).on({Qt::Key_1}),
+        Row(C::RedPen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Red pen"))
+            .clicks(SLOT(redPen())).on({Qt::Key_2}),
+        Row(C::YellowPen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Yellow pen"))
+            .clicks(SLOT(yellowPen())).on({Qt::Key_3}),
+        Row(C::BluePen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Blue pen"))
+            .clicks(SLOT(bluePen())).on({Qt::Key_4}),
+        Row(C::ThinnerPen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Thinner pen"))
+            .clicks(SLOT(thinnerPen())).on({Qt::Key_Q}),
+        Row(C::ThickerPen, K, nullptr, QT_TRANSLATE_NOOP("MainWindow", "Thicker pen"))
+            .clicks(SLOT(thickerPen())).on({Qt::Key_W}),
     };
 }
 

@@ -13,6 +13,7 @@ namespace Commands
 [[nodiscard]] std::vector<Row> modeRows();
 [[nodiscard]] std::vector<Row> barRows();
 [[nodiscard]] std::vector<Row> edgeRows();
+[[nodiscard]] std::vector<Row> cardRows();
 [[nodiscard]] std::vector<Row> keyRows();
 
 } // namespace Commands

@@ -73,7 +73,7 @@ const std::vector<Row> &rows()
 {
     static const std::vector<Row> all = [] {
         std::vector<Row> table;
-        for (auto part : {notingRows, panelRows, modeRows, barRows, edgeRows, keyRows}) {
+        for (auto part : {notingRows, panelRows, modeRows, barRows, edgeRows, cardRows, keyRows}) {
             for (Row &each : part())
                 table.push_back(std::move(each));
         }

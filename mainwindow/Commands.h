@@ -62,10 +62,23 @@ enum class Command {
     // At the window's edge
     About,
     SidePanel,
+    // The card, "More" last
+    Undo,
+    Redo,
+    More,
     // On keys alone
     PlayOrPauseFilm,
     FullScreen,
-    Leave
+    Leave,
+    Help,
+    NextMask,
+    NextEffect,
+    BlackPen,
+    RedPen,
+    YellowPen,
+    BluePen,
+    ThinnerPen,
+    ThickerPen
 };
 
 /// The one table of commands: a row says where the button of a command stands and how it looks,
@@ -86,6 +99,7 @@ enum class Group {
     FilmBar,
     PhotographBar,
     Edge,
+    Card,
     /// Without a button.
     Keys
 };
@@ -105,7 +119,8 @@ enum class PopUp {
     Mask,
     Effect,
     Settings,
-    About
+    About,
+    More
 };
 
 /// What a button is beyond one that is pressed; combined bit by bit.
@@ -150,7 +165,7 @@ struct Row {
     Group group;
     /// Null without a button.
     const char *skin;
-    /// The button's tip, or its caption, and what a screen reader says.
+    /// The button's tip, or its caption, what a screen reader says, and what the list of keys says.
     const char *text;
     const char *clickSlot = nullptr;
     const char *holdSlot = nullptr;

@@ -6,6 +6,8 @@
 #include "mainwindow/WindowLayout.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/actions/PicturePrinter.h"
+#include "mainwindow/bars/CommandCard.h"
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
@@ -106,6 +108,7 @@ void MainWindow::switchMode()
     applyMode();
     m_tools->showCanvasState();
     m_capture->showSeries();
+    showHistory();
     m_popups.closeAny();
     m_panel->finishAdjusting();
     emit modeChanged();
@@ -230,6 +233,7 @@ void MainWindow::reposition()
     m_deck->setGeometry(at.stack);
     m_liveBox->move(at.liveBox);
     m_recordTimeLabel->move(at.recordTimeLabel);
+    m_card->place(at);
     m_filmBar->place(at);
     m_photographBar->place(at);
 }
@@ -282,6 +286,48 @@ void MainWindow::settings()
 void MainWindow::About()
 {
     m_popups.open(Commands::row(Command::About), button(Command::About));
+}
+
+void MainWindow::more()
+{
+    openMore();
+}
+
+void MainWindow::showKeys()
+{
+    openMore();
+    static_cast<MoreToolWindow *>(m_popups.current())->showPage(Pages::Id::Keys);
+    m_popups.current()->takeFocus();
+}
+
+void MainWindow::openMore()
+{
+    ImageButton *moreButton = button(Command::More);
+    m_popups.open(Commands::row(Command::More), moreButton);
+    const auto *popup = static_cast<MoreToolWindow *>(m_popups.current());
+    // What the mark points at is read there.
+    const auto unmark = [moreButton](Pages::Id id) {
+        if (id == Pages::Id::Recording)
+            moreButton->setMarked(false);
+    };
+    connect(popup, &MoreToolWindow::pageShown, moreButton, unmark);
+    unmark(popup->page());
+}
+
+void MainWindow::undo()
+{
+    currentCanvas()->undo();
+}
+
+void MainWindow::redo()
+{
+    currentCanvas()->redo();
+}
+
+void MainWindow::showHistory()
+{
+    button(Command::Undo)->setGray(!currentCanvas()->canUndo());
+    button(Command::Redo)->setGray(!currentCanvas()->canRedo());
 }
 
 // Commands ----------------------------------------------------------------------------------------

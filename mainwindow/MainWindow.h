@@ -19,6 +19,7 @@
 
 #include <memory>
 
+class CommandCard;
 class FilmSource;
 class ImageButton;
 class ImageCanvas;
@@ -70,6 +71,13 @@ public slots:
     void toggleFullScreen();
     /// Leaves what lies on top: a pop-up that is to be seen, else the full screen.
     void leave();
+    /// The pop-up with the pages, and the same on the page of the keys.
+    void more();
+    void showKeys();
+
+    // The drawing of the current canvas
+    void undo();
+    void redo();
 
     // Drawing tools; the Hold slots open the tool's pop-up window.
     void line() { m_tools->select(Command::Line); }
@@ -95,6 +103,14 @@ public slots:
     void fillBackgroundHold() { m_tools->showOptions(Command::FillBackground); }
     void mask() { m_tools->toggleMask(); }
     void maskHold() { m_tools->showOptions(Command::Mask); }
+    void nextMask() { m_tools->nextMask(); }
+    void nextEffect() { m_tools->nextEffect(); }
+    void blackPen() { m_tools->setPenColor(0); }
+    void redPen() { m_tools->setPenColor(1); }
+    void yellowPen() { m_tools->setPenColor(2); }
+    void bluePen() { m_tools->setPenColor(3); }
+    void thinnerPen() { m_tools->changePenWidth(-1); }
+    void thickerPen() { m_tools->changePenWidth(1); }
     void effectHold() { m_tools->showOptions(Command::Effect); }
 
     // Camera and view
@@ -169,9 +185,15 @@ private:
                                    QButtonGroup *group);
     /// What a tool's button does that has no slot of its own.
     void connectTool(const Commands::Row &row, ImageButton *button);
+    /// Opens the pop-up of a button for a user who does not hold the mouse on it.
+    void connectOptions(const Commands::Row &row, ImageButton *toolButton);
     void connectCommands();
     ImageCanvas *createCanvas();
+    void createCard();
     void createKeyBindings();
+    void openMore();
+    /// Whether there is something to undo and to redo on the current canvas.
+    void showHistory();
     void perform(Command command);
     /// Calls one of this window's slots, coded by SLOT().
     void call(const char *slot);
@@ -197,6 +219,7 @@ private:
     std::unique_ptr<CameraActions> m_camera;
     std::unique_ptr<CaptureActions> m_capture;
     KeyBindings *m_keys = nullptr;
+    CommandCard *m_card = nullptr;
     Panel *m_panel = nullptr;
     QWidget *m_liveBox = nullptr;
     QLabel *m_recordTimeLabel = nullptr;

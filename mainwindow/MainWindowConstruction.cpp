@@ -4,6 +4,7 @@
 #include "canvas/OSDProcessor.h"
 #include "mainwindow/Modes.h"
 #include "mainwindow/actions/KeyBindings.h"
+#include "mainwindow/bars/CommandCard.h"
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
 #include "sources/FilmSource.h"
@@ -14,6 +15,7 @@
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
+#include "widgets/ToolWindow.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -55,6 +57,7 @@ MainWindow::MainWindow(QWidget *parent)
     createFilmPart();
     createPhotographPart();
     createDrawingBoard();
+    createCard();
     start();
 }
 
@@ -170,15 +173,28 @@ void MainWindow::connectTool(const Commands::Row &row, ImageButton *toolButton)
         connect(toolButton, &ImageButton::hold, this, [=] { m_tools->showOptions(command); });
 }
 
+void MainWindow::connectOptions(const Commands::Row &row, ImageButton *toolButton)
+{
+    const char *slot = row.holdSlot;
+    toolButton->setHasOptions(true);
+    connect(toolButton, &ImageButton::optionsWanted, this, [this, slot] {
+        call(slot);
+        if (m_popups.current())
+            m_popups.current()->takeFocus();
+    });
+}
+
 void MainWindow::connectCommands()
 {
     for (const Commands::Row &row : Commands::rows()) {
-        const ImageButton *each = button(row.command);
+        ImageButton *each = button(row.command);
         if (!each)
             continue;
         // The panel's are connected where they are made.
         if (row.clickSlot && !Commands::inPanel(row.group))
             connect(each, SIGNAL(clicked()), this, row.clickSlot);
+        if (row.holdSlot)
+            connectOptions(row, each);
         if (row.startSlot) {
             connect(each, SIGNAL(pressed()), this, row.startSlot);
             connect(each, SIGNAL(released()), this, row.stopSlot);
@@ -251,11 +267,25 @@ void MainWindow::start()
     m_deck->setMode(Live);
     currentCanvas()->setMouseMode(ImageCanvas::Freehand);
     connectCommands();
+    showHistory();
     m_sidePanelOpen = false;
     setBuilt();
     expand();
     qApp->installEventFilter(this);
     createKeyBindings();
+}
+
+void MainWindow::createCard()
+{
+    m_card = new CommandCard(&m_buttons, this);
+    m_popups.setMore({m_deck, m_liveSource}, m_card);
+    ImageButton *moreButton = button(Command::More);
+    for (int mode = 0; mode < Modes::COUNT; ++mode) {
+        const ImageCanvas *canvas = m_deck->canvas(mode);
+        connect(canvas, &ImageCanvas::historyChanged, this, &MainWindow::showHistory);
+        connect(canvas, &ImageCanvas::snapshotFailed, moreButton,
+                [moreButton] { moreButton->setMarked(true); });
+    }
 }
 
 void MainWindow::createKeyBindings()

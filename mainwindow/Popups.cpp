@@ -1,5 +1,7 @@
 #include "mainwindow/Popups.h"
 
+#include "mainwindow/bars/CommandCard.h"
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "widgets/AboutToolWindow.h"
 #include "widgets/ColorToolWindow.h"
 #include "widgets/EffectToolWindow.h"
@@ -9,6 +11,8 @@
 #include "widgets/TextToolWindow.h"
 
 #include <QCoreApplication>
+
+#include <memory>
 
 using Commands::PopUp;
 
@@ -47,6 +51,23 @@ void Popups::open(const Commands::Row &row, ImageButton *button)
         m_current->show();
 }
 
+void Popups::with(Command command, ImageButton *button,
+                  const std::function<void(ToolWindow *)> &use)
+{
+    if (m_current && m_current->toolButton() == button) {
+        use(m_current);
+        return;
+    }
+    const std::unique_ptr<ToolWindow> passing(make(Commands::row(command), button));
+    use(passing.get());
+}
+
+void Popups::setMore(const Pages::Context &pages, const CommandCard *card)
+{
+    m_pages = pages;
+    m_card = card;
+}
+
 ToolWindow *Popups::make(const Commands::Row &row, ImageButton *button) const
 {
     const auto caption = [](const char *text) {
@@ -77,6 +98,9 @@ ToolWindow *Popups::make(const Commands::Row &row, ImageButton *button) const
         return new SettingsToolWindow(button, m_window);
     case PopUp::About:
         return new AboutToolWindow(button, m_window, m_aboutBackground);
+    case PopUp::More:
+        return new MoreToolWindow(button, m_window, m_pages,
+                                  m_card ? m_card->hidden() : std::vector<ImageButton *>());
     case PopUp::None:
         break;
     }

@@ -1,10 +1,14 @@
 #pragma once
 
 #include "mainwindow/Commands.h"
+#include "mainwindow/pages/Pages.h"
 
 #include <QImage>
 #include <QPointer>
 
+#include <functional>
+
+class CommandCard;
 class ImageButton;
 class MainWindow;
 class ToolWindow;
@@ -29,12 +33,21 @@ public:
     /// Replaces the open pop-up by that of a command, made beside the button after the old one has
     /// gone. A command without a pop-up closes the open one.
     void open(const Commands::Row &row, ImageButton *button);
+    /// Lets `use` work with the pop-up of a command: with the open one, if it is that, otherwise
+    /// with one that is not shown.
+    void with(Command command, ImageButton *button, const std::function<void(ToolWindow *)> &use);
+
+    /// What the pop-up "More" tells of, and the card whose hidden buttons it offers; before it is
+    /// opened.
+    void setMore(const Pages::Context &pages, const CommandCard *card);
 
 private:
     [[nodiscard]] ToolWindow *make(const Commands::Row &row, ImageButton *button) const;
 
     MainWindow *m_window;
     const QImage m_aboutBackground;
+    Pages::Context m_pages;
+    const CommandCard *m_card = nullptr;
     /// The main window owns it as a child and may delete it first.
     QPointer<ToolWindow> m_current;
 };

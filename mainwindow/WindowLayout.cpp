@@ -25,6 +25,8 @@ WindowLayout WindowLayout::of(const Sizes &sizes)
     const QPoint belowStack(at.stack.x(), at.stack.y() + at.stack.height());
     const QSize belowStackSize(at.stack.width() + 2, 10);
     at.filmBar = centred(sizes.filmBar);
+    at.card = QPoint(130, h - 60);
+    at.cardRoom = at.filmBar.x() - at.card.x();
     at.volumeSlider = at.filmBar + QPoint(sizes.filmBar.width(),
                                           sizes.filmBar.height() - sizes.volumeSlider.height());
     at.filmPosition = QRect(belowStack, belowStackSize);

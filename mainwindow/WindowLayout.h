@@ -32,6 +32,9 @@ struct WindowLayout {
     QRect stack;
     QPoint liveBox;
     QPoint recordTimeLabel;
+    QPoint card;
+    /// What the card may take before it meets the widest bar.
+    int cardRoom = 0;
     QPoint filmBar;
     QPoint volumeSlider;
     QRect filmPosition;

@@ -10,8 +10,6 @@
 namespace
 {
 
-/// The four widths are the multiples of this one, in pixels.
-constexpr int WIDTH_STEP = 3;
 constexpr int BUTTON_X = 152;
 constexpr int PITCH = 33;
 /// The fill button that switches filling off, after the four colours.
@@ -25,9 +23,9 @@ QImage background(int rows)
 std::vector<ChoiceRow::Choice> widthChoices()
 {
     std::vector<ChoiceRow::Choice> choices;
-    for (int i = 1; i <= 4; ++i) {
+    for (int i = 1; i <= ColorToolWindow::WIDTHS; ++i) {
         choices.push_back({QStringLiteral("ICON_LINE_WIDTH_%1").arg(i),
-                           ColorToolWindow::tr("%1 pixels").arg(i * WIDTH_STEP)});
+                           ColorToolWindow::tr("%1 pixels").arg(i * ColorToolWindow::WIDTH_STEP)});
     }
     return choices;
 }
@@ -77,7 +75,8 @@ void ColorToolWindow::modeChanged()
     if (!m_canvas)
         return;
     const int width = m_canvas->penWidth;
-    const bool known = width % WIDTH_STEP == 0 && width >= WIDTH_STEP && width <= 4 * WIDTH_STEP;
+    const bool known =
+        width % WIDTH_STEP == 0 && width >= WIDTH_STEP && width <= WIDTHS * WIDTH_STEP;
     m_widthRow->check(known ? width / WIDTH_STEP - 1 : 0);
     if (m_colorRow)
         m_colorRow->check(DrawingColors::indexOf(DrawingColors::PEN, m_canvas->penColor, 0));

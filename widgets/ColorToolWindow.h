@@ -17,6 +17,10 @@ class ColorToolWindow : public ToolWindow
 public:
     /// An empty colour label leaves out the colour row and the fill row, an empty fill label the
     /// fill row. The labels come translated.
+    /// The widths are the multiples of the first one, in pixels.
+    static constexpr int WIDTH_STEP = 3;
+    static constexpr int WIDTHS = 4;
+
     ColorToolWindow(ImageButton *toolButton, MainWindow *mainWindow, const QString &title,
                     const QString &widthLabel, const QString &colorLabel, const QString &fillLabel);
 

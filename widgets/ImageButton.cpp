@@ -1,6 +1,7 @@
 #include "widgets/ImageButton.h"
 
 #include "resources/SkinImages.h"
+#include "widgets/WidgetAccessibles.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -12,6 +13,8 @@ constexpr int holdMs = 500;
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
 constexpr QRgb ringColour = 0xffffffff;
 constexpr QRgb innerRingColour = 0xff15181b;
+// Amber: red is for recording alone.
+constexpr QRgb markColour = 0xffffc83d;
 
 bool isKeyReason(Qt::FocusReason reason)
 {
@@ -23,6 +26,20 @@ bool isKeyReason(Qt::FocusReason reason)
 bool isPassing(Qt::FocusReason reason)
 {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+}
+
+bool asksForOptions(const QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Menu:
+        return event->modifiers() == Qt::NoModifier;
+    case Qt::Key_F10:
+        return event->modifiers() == Qt::ShiftModifier;
+    case Qt::Key_Down:
+        return (event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier;
+    default:
+        return false;
+    }
 }
 
 QImage loadState(const QString &state, const QString &name)
@@ -41,6 +58,7 @@ ImageButton::ImageButton(const QString &name, QWidget *parent, int x, int y)
     // A coarse timer may fire a twentieth of its time too early.
     m_holdTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_holdTimer, &QTimer::timeout, this, &ImageButton::hold);
+    WidgetAccessibles::install();
     setImage(name);
     move(x, y);
 }
@@ -55,6 +73,7 @@ ImageButton::ImageButton(const QString &name, const QString &toolTip, QWidget *p
 
 void ImageButton::setImage(const QString &name)
 {
+    m_skin = name;
     m_normalImage = loadState("Normal", name);
     m_clickImage = loadState("Click", name);
     if (m_clickImage.isNull())
@@ -74,6 +93,23 @@ void ImageButton::setTextColor(const QColor &color)
 void ImageButton::setGray(bool gray)
 {
     m_gray = gray;
+    update();
+}
+
+void ImageButton::setHasOptions(bool has)
+{
+    m_hasOptions = has;
+}
+
+void ImageButton::askForOptions()
+{
+    if (!m_gray)
+        emit optionsWanted();
+}
+
+void ImageButton::setMarked(bool marked)
+{
+    m_marked = marked;
     update();
 }
 
@@ -116,6 +152,8 @@ void ImageButton::paintEvent(QPaintEvent *)
     painter.drawImage(QPoint(0, 0), image);
     if (!text().isEmpty())
         paintCaption(painter);
+    if (m_marked)
+        paintMark(painter);
     paintFocusRing(painter);
 }
 
@@ -158,7 +196,19 @@ void ImageButton::keyPressEvent(QKeyEvent *event)
         event->ignore();
         return;
     }
+    if (m_hasOptions && asksForOptions(event)) {
+        askForOptions();
+        return;
+    }
     TabFocusButton::keyPressEvent(event);
+}
+
+void ImageButton::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (!m_hasOptions || event->reason() != QContextMenuEvent::Mouse)
+        event->ignore();
+    else
+        askForOptions();
 }
 
 void ImageButton::focusInEvent(QFocusEvent *event)
@@ -185,6 +235,16 @@ void ImageButton::paintCaption(QPainter &painter)
     const int x = (width() - metrics.horizontalAdvance(text())) / 2;
     const int y = (height() + metrics.height()) / 2 - 3;
     painter.drawText(x, y, text());
+}
+
+void ImageButton::paintMark(QPainter &painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QColor(innerRingColour));
+    painter.setBrush(QColor(markColour));
+    painter.drawEllipse(QRectF(width() - 9.5, 1.5, 7, 7));
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setBrush(Qt::NoBrush);
 }
 
 void ImageButton::paintFocusRing(QPainter &painter)

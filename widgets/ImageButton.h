@@ -17,17 +17,27 @@ class ImageButton : public TabFocusButton
 
 public:
     ImageButton(const QString &name, QWidget *parent, int x, int y);
-    /// Ignores `parent`: the button comes into the world without one, for a Panel to adopt. The
-    /// tool tip is its accessible name as well.
+    /// Ignores `parent`: a Panel adopts the button later. The tool tip is its accessible name as
+    /// well.
     ImageButton(const QString &name, const QString &toolTip, QWidget *parent, int x, int y);
 
     /// Loads the three images and takes the size of the normal one; a name without images gives an
     /// empty button. A gray look painted earlier stays.
     void setImage(const QString &name);
+    [[nodiscard]] QString skin() const { return m_skin; }
     /// For the caption; an invalid colour paints black. Does not repaint.
     void setTextColor(const QColor &color);
     /// A gray button shows inverted colours and no caption, and ignores mouse and keys.
     void setGray(bool gray);
+    [[nodiscard]] bool isGray() const { return m_gray; }
+    /// Whether the right button of the mouse and the keys for it ask for options; without, they do
+    /// nothing.
+    void setHasOptions(bool has);
+    [[nodiscard]] bool hasOptions() const { return m_hasOptions; }
+    void askForOptions();
+    /// A dot at the upper right corner: there is something to be read behind the button.
+    void setMarked(bool marked);
+    [[nodiscard]] bool isMarked() const { return m_marked; }
 
     /// A 32-bit copy of the image. If the source was 32-bit without premultiplied alpha the copy
     /// shares its pixels and both turn gray; any other source stays as it is and the copy keeps its
@@ -36,6 +46,8 @@ public:
 
 signals:
     void hold();
+    /// By the right button of the mouse, Menu, Shift+F10, Alt+Down or a screen reader.
+    void optionsWanted();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -44,18 +56,23 @@ protected:
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
     void paintCaption(QPainter &painter);
+    void paintMark(QPainter &painter);
     void paintFocusRing(QPainter &painter);
 
     bool m_hovered = false;
     /// The focus came by a key. Kept while another window or a menu has it for a time.
     bool m_focusedByKey = false;
     bool m_gray = false;
+    bool m_hasOptions = false;
+    bool m_marked = false;
     QColor m_textColor;
+    QString m_skin;
     QImage m_normalImage;
     QImage m_overImage;
     QImage m_clickImage;

@@ -1,12 +1,16 @@
 #include "widgets/ToolWindow.h"
 
+#include "widgets/FocusGrid.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 
+#include <QAbstractButton>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
+
+#include <utility>
 
 ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidget *parent,
                        const QString &title)
@@ -87,10 +91,46 @@ void ToolWindow::showEvent(QShowEvent *event)
     FramelessWindow::showEvent(event);
 }
 
+void ToolWindow::hideEvent(QHideEvent *event)
+{
+    FramelessWindow::hideEvent(event);
+    if (!std::exchange(m_givesFocusBack, false) || !m_toolButton)
+        return;
+    m_toolButton->window()->activateWindow();
+    m_toolButton->setFocus(Qt::ShortcutFocusReason);
+}
+
 void ToolWindow::keyPressEvent(QKeyEvent *event)
 {
+    const Qt::KeyboardModifiers held = event->modifiers() & ~Qt::KeypadModifier;
     if (event->key() == Qt::Key_Escape)
         close();
+    else if (FocusGrid::isArrow(event->key()) && held == Qt::NoModifier)
+        moveFocus(event->key());
     else
         FramelessWindow::keyPressEvent(event);
+}
+
+void ToolWindow::takeFocus()
+{
+    activateWindow();
+    m_givesFocusBack = true;
+    QWidget *first = nullptr;
+    for (QWidget *each : FocusGrid::stops(this)) {
+        const auto *button = qobject_cast<const QAbstractButton *>(each);
+        if (button && button->isChecked()) {
+            first = each;
+            break;
+        }
+        if (!first && each != m_closeButton)
+            first = each;
+    }
+    if (first)
+        first->setFocus(Qt::ShortcutFocusReason);
+}
+
+void ToolWindow::moveFocus(int key)
+{
+    if (QWidget *next = FocusGrid::next(this, focusWidget(), key))
+        next->setFocus(Qt::ShortcutFocusReason);
 }

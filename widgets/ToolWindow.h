@@ -23,6 +23,10 @@ public:
     /// area.
     void alignToToolButton();
 
+    /// Gives the focus to the chosen button, or to the first that takes it; when the window closes,
+    /// its tool button gets the focus. For pop-ups that a key opened.
+    void takeFocus();
+
     /// Watches the parent for moves and resizes and the button for moves; filters nothing.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -36,9 +40,14 @@ protected:
 
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    /// Moves the focus to the nearest widget in the direction of an arrow key.
+    void moveFocus(int key);
+
+    bool m_givesFocusBack = false;
     ImageButton *m_toolButton;
     ImageButton *m_closeButton;
 };

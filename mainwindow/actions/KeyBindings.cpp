@@ -3,9 +3,11 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/Popups.h"
+#include "widgets/FocusGrid.h"
 #include "widgets/ToolWindow.h"
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -24,11 +26,6 @@ bool takesText(const QWidget *widget)
     return qobject_cast<const QTextEdit *>(widget) || qobject_cast<const QLineEdit *>(widget) ||
            qobject_cast<const QComboBox *>(widget) ||
            qobject_cast<const QAbstractSpinBox *>(widget);
-}
-
-bool isArrow(int key)
-{
-    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
 }
 
 bool isPage(int key)
@@ -88,14 +85,19 @@ bool KeyBindings::focusNeeds(QWidget *focus, int key) const
 {
     if (qobject_cast<QTextEdit *>(focus))
         return true;
+    if (qobject_cast<QAbstractScrollArea *>(focus))
+        return FocusGrid::isArrow(key) || isPage(key);
     // Pages are turned whatever field or slider was used last.
     if (isPage(key))
         return false;
     if (takesText(focus))
         return true;
     if (qobject_cast<QAbstractSlider *>(focus))
-        return isArrow(key);
-    return qobject_cast<QAbstractButton *>(focus) && isPressKey(key);
+        return FocusGrid::isArrow(key);
+    if (!qobject_cast<QAbstractButton *>(focus))
+        return false;
+    // In a pop-up arrows move among the buttons.
+    return isPressKey(key) || (focus->window() != m_window && FocusGrid::isArrow(key));
 }
 
 bool KeyBindings::keepsFromText(QWidget *receiver, int key) const

@@ -5,10 +5,15 @@
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/CommandButtons.h"
 #include "mainwindow/Popups.h"
+#include "widgets/ColorToolWindow.h"
+#include "widgets/DrawingColors.h"
+#include "widgets/EffectToolWindow.h"
 #include "widgets/ImageButton.h"
 #include "widgets/MaskToolWindow.h"
 
 #include <QButtonGroup>
+
+#include <algorithm>
 
 namespace
 {
@@ -73,6 +78,43 @@ void ToolActions::toggleMask()
     }
     // A hold opens the pop-up before its release, which is a click, changes the mask.
     if (auto *popup = qobject_cast<MaskToolWindow *>(m_popups->current()))
+        popup->modeChanged();
+}
+
+void ToolActions::nextMask()
+{
+    m_popups->closeUnlessOwnedBy(m_buttons->of(Command::Mask));
+    if (m_deck->current()->maskMode != CanvasModes::MaskNone)
+        m_rememberedMask = m_deck->current()->maskMode;
+    m_popups->with(Command::Mask, m_buttons->of(Command::Mask),
+                   [](ToolWindow *popup) { static_cast<MaskToolWindow *>(popup)->nextMask(); });
+}
+
+void ToolActions::nextEffect()
+{
+    m_popups->closeUnlessOwnedBy(m_buttons->of(Command::Effect));
+    m_popups->with(Command::Effect, m_buttons->of(Command::Effect),
+                   [](ToolWindow *popup) { static_cast<EffectToolWindow *>(popup)->nextEffect(); });
+}
+
+void ToolActions::setPenColor(int index)
+{
+    m_deck->current()->penColor = DrawingColors::colorAt(DrawingColors::PEN, index);
+    refreshPopup();
+}
+
+void ToolActions::changePenWidth(int places)
+{
+    ImageCanvas *canvas = m_deck->current();
+    const int width = canvas->penWidth + places * ColorToolWindow::WIDTH_STEP;
+    canvas->penWidth = std::clamp(width, ColorToolWindow::WIDTH_STEP,
+                                  ColorToolWindow::WIDTHS * ColorToolWindow::WIDTH_STEP);
+    refreshPopup();
+}
+
+void ToolActions::refreshPopup()
+{
+    if (auto *popup = qobject_cast<ColorToolWindow *>(m_popups->current()))
         popup->modeChanged();
 }
 

@@ -21,11 +21,20 @@ public:
     void eraseAll();
     /// Brings the remembered mask back or takes the mask away, as the mask button is checked.
     void toggleMask();
+    // Round the tables of their pop-ups.
+    void nextMask();
+    void nextEffect();
+    /// One of the pop-up's colours of lines, by its place.
+    void setPenColor(int index);
+    /// So many places further in the pop-up's row of widths, as far as that goes.
+    void changePenWidth(int places);
 
     /// Brings the buttons in line with what the current canvas is set to.
     void showCanvasState();
 
 private:
+    /// Shows in an open pop-up what has changed without it.
+    void refreshPopup();
     void checkTool();
 
     CanvasDeck *m_deck;

@@ -504,6 +504,121 @@
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
         <translation>„%1“ wird nicht gezeigt: Namen von Fotos enden auf .bmp, .jpg, .jpeg, .png oder .gif, in Kleinbuchstaben.</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>Abspielen oder anhalten</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Vollbild</translation>
+    </message>
+    <message>
+        <source>Close the pop-up or leave the full screen</source>
+        <translation>Fenster schließen oder Vollbild verlassen</translation>
+    </message>
+    <message>
+        <source>All keys</source>
+        <translation>Alle Tasten</translation>
+    </message>
+    <message>
+        <source>Next mask</source>
+        <translation>Nächste Maske</translation>
+    </message>
+    <message>
+        <source>Next effect</source>
+        <translation>Nächster Effekt</translation>
+    </message>
+    <message>
+        <source>Black pen</source>
+        <translation>Schwarzer Stift</translation>
+    </message>
+    <message>
+        <source>Red pen</source>
+        <translation>Roter Stift</translation>
+    </message>
+    <message>
+        <source>Yellow pen</source>
+        <translation>Gelber Stift</translation>
+    </message>
+    <message>
+        <source>Blue pen</source>
+        <translation>Blauer Stift</translation>
+    </message>
+    <message>
+        <source>Thinner pen</source>
+        <translation>Dünnerer Stift</translation>
+    </message>
+    <message>
+        <source>Thicker pen</source>
+        <translation>Dickerer Stift</translation>
+    </message>
+</context>
+<context>
+    <name>MoreToolWindow</name>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Kamera</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Aufnahme</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>verbunden</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>Videos</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>läuft</translation>
+    </message>
+    <message>
+        <source>not running</source>
+        <translation>läuft nicht</translation>
+    </message>
+    <message>
+        <source>Movies in</source>
+        <translation>Videoordner</translation>
+    </message>
+    <message>
+        <source>Snapshots in</source>
+        <translation>Fotoordner</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>Nicht gespeichert</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

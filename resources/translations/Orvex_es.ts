@@ -504,6 +504,121 @@
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
         <translation>«%1» no se muestra: los nombres de las fotografías terminan en .bmp, .jpg, .jpeg, .png o .gif, en minúsculas.</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Deshacer</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Rehacer</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Más</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>Reproducir o pausar</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Pantalla completa</translation>
+    </message>
+    <message>
+        <source>Close the pop-up or leave the full screen</source>
+        <translation>Cerrar la ventana o salir de la pantalla completa</translation>
+    </message>
+    <message>
+        <source>All keys</source>
+        <translation>Todas las teclas</translation>
+    </message>
+    <message>
+        <source>Next mask</source>
+        <translation>Máscara siguiente</translation>
+    </message>
+    <message>
+        <source>Next effect</source>
+        <translation>Efecto siguiente</translation>
+    </message>
+    <message>
+        <source>Black pen</source>
+        <translation>Lápiz negro</translation>
+    </message>
+    <message>
+        <source>Red pen</source>
+        <translation>Lápiz rojo</translation>
+    </message>
+    <message>
+        <source>Yellow pen</source>
+        <translation>Lápiz amarillo</translation>
+    </message>
+    <message>
+        <source>Blue pen</source>
+        <translation>Lápiz azul</translation>
+    </message>
+    <message>
+        <source>Thinner pen</source>
+        <translation>Lápiz más fino</translation>
+    </message>
+    <message>
+        <source>Thicker pen</source>
+        <translation>Lápiz más grueso</translation>
+    </message>
+</context>
+<context>
+    <name>MoreToolWindow</name>
+    <message>
+        <source>More</source>
+        <translation>Más</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Cámara</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Grabación</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Teclas</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>conectada</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>no conectada</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Imagen</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>Vídeos</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>en curso</translation>
+    </message>
+    <message>
+        <source>not running</source>
+        <translation>detenida</translation>
+    </message>
+    <message>
+        <source>Movies in</source>
+        <translation>Vídeos en</translation>
+    </message>
+    <message>
+        <source>Snapshots in</source>
+        <translation>Instantáneas en</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>No guardado</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -504,6 +504,121 @@
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
         <translation>« %1 » n’est pas affiché : le nom d’une photo se termine par .bmp, .jpg, .jpeg, .png ou .gif, en minuscules.</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Rétablir</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Plus</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>Lire ou suspendre</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Plein écran</translation>
+    </message>
+    <message>
+        <source>Close the pop-up or leave the full screen</source>
+        <translation>Fermer la fenêtre ou quitter le plein écran</translation>
+    </message>
+    <message>
+        <source>All keys</source>
+        <translation>Toutes les touches</translation>
+    </message>
+    <message>
+        <source>Next mask</source>
+        <translation>Masque suivant</translation>
+    </message>
+    <message>
+        <source>Next effect</source>
+        <translation>Effet suivant</translation>
+    </message>
+    <message>
+        <source>Black pen</source>
+        <translation>Crayon noir</translation>
+    </message>
+    <message>
+        <source>Red pen</source>
+        <translation>Crayon rouge</translation>
+    </message>
+    <message>
+        <source>Yellow pen</source>
+        <translation>Crayon jaune</translation>
+    </message>
+    <message>
+        <source>Blue pen</source>
+        <translation>Crayon bleu</translation>
+    </message>
+    <message>
+        <source>Thinner pen</source>
+        <translation>Crayon plus fin</translation>
+    </message>
+    <message>
+        <source>Thicker pen</source>
+        <translation>Crayon plus épais</translation>
+    </message>
+</context>
+<context>
+    <name>MoreToolWindow</name>
+    <message>
+        <source>More</source>
+        <translation>Plus</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Caméra</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Enregistrement</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Touches</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>connectée</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>non connectée</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Image</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>Vidéos</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>en cours</translation>
+    </message>
+    <message>
+        <source>not running</source>
+        <translation>arrêté</translation>
+    </message>
+    <message>
+        <source>Movies in</source>
+        <translation>Vidéos dans</translation>
+    </message>
+    <message>
+        <source>Snapshots in</source>
+        <translation>Instantanés dans</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>Non enregistré</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

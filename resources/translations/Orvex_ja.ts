@@ -504,6 +504,121 @@
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
         <translation>「%1」は表示されません。写真のファイル名は小文字の .bmp、.jpg、.jpeg、.png、.gif で終わる必要があります。</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>やり直す</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>その他</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>再生または一時停止</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>全画面表示</translation>
+    </message>
+    <message>
+        <source>Close the pop-up or leave the full screen</source>
+        <translation>ウィンドウを閉じる、または全画面表示を終了</translation>
+    </message>
+    <message>
+        <source>All keys</source>
+        <translation>すべてのキー</translation>
+    </message>
+    <message>
+        <source>Next mask</source>
+        <translation>次のマスク</translation>
+    </message>
+    <message>
+        <source>Next effect</source>
+        <translation>次の効果</translation>
+    </message>
+    <message>
+        <source>Black pen</source>
+        <translation>黒いペン</translation>
+    </message>
+    <message>
+        <source>Red pen</source>
+        <translation>赤いペン</translation>
+    </message>
+    <message>
+        <source>Yellow pen</source>
+        <translation>黄色いペン</translation>
+    </message>
+    <message>
+        <source>Blue pen</source>
+        <translation>青いペン</translation>
+    </message>
+    <message>
+        <source>Thinner pen</source>
+        <translation>ペンを細く</translation>
+    </message>
+    <message>
+        <source>Thicker pen</source>
+        <translation>ペンを太く</translation>
+    </message>
+</context>
+<context>
+    <name>MoreToolWindow</name>
+    <message>
+        <source>More</source>
+        <translation>その他</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>カメラ</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>録画</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>キー</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>接続済み</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>未接続</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>画面</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>動画</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>録画中</translation>
+    </message>
+    <message>
+        <source>not running</source>
+        <translation>停止中</translation>
+    </message>
+    <message>
+        <source>Movies in</source>
+        <translation>動画の保存先</translation>
+    </message>
+    <message>
+        <source>Snapshots in</source>
+        <translation>静止画の保存先</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>保存できません</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -504,6 +504,121 @@
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
         <translation>«%1» не показывается: имена фотографий оканчиваются на .bmp, .jpg, .jpeg, .png или .gif строчными буквами.</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Отменить</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Вернуть</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>Ещё</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>Воспроизвести или приостановить</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Весь экран</translation>
+    </message>
+    <message>
+        <source>Close the pop-up or leave the full screen</source>
+        <translation>Закрыть окно или выйти из полноэкранного режима</translation>
+    </message>
+    <message>
+        <source>All keys</source>
+        <translation>Все клавиши</translation>
+    </message>
+    <message>
+        <source>Next mask</source>
+        <translation>Следующая маска</translation>
+    </message>
+    <message>
+        <source>Next effect</source>
+        <translation>Следующий эффект</translation>
+    </message>
+    <message>
+        <source>Black pen</source>
+        <translation>Чёрное перо</translation>
+    </message>
+    <message>
+        <source>Red pen</source>
+        <translation>Красное перо</translation>
+    </message>
+    <message>
+        <source>Yellow pen</source>
+        <translation>Жёлтое перо</translation>
+    </message>
+    <message>
+        <source>Blue pen</source>
+        <translation>Синее перо</translation>
+    </message>
+    <message>
+        <source>Thinner pen</source>
+        <translation>Тоньше перо</translation>
+    </message>
+    <message>
+        <source>Thicker pen</source>
+        <translation>Толще перо</translation>
+    </message>
+</context>
+<context>
+    <name>MoreToolWindow</name>
+    <message>
+        <source>More</source>
+        <translation>Ещё</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>Камера</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Клавиши</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>подключена</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>не подключена</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Изображение</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>Видео</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>идёт</translation>
+    </message>
+    <message>
+        <source>not running</source>
+        <translation>не идёт</translation>
+    </message>
+    <message>
+        <source>Movies in</source>
+        <translation>Папка видео</translation>
+    </message>
+    <message>
+        <source>Snapshots in</source>
+        <translation>Папка снимков</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>Не сохранено</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -504,6 +504,121 @@
         <source>&quot;%1&quot; is not shown: names of photographs end in .bmp, .jpg, .jpeg, .png or .gif, in lower case.</source>
         <translation>無法顯示「%1」：相片的檔名須以小寫的 .bmp、.jpg、.jpeg、.png 或 .gif 結尾。</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>復原</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>More</source>
+        <translation>更多</translation>
+    </message>
+    <message>
+        <source>Play or pause</source>
+        <translation>播放或暫停</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>全螢幕</translation>
+    </message>
+    <message>
+        <source>Close the pop-up or leave the full screen</source>
+        <translation>關閉視窗或離開全螢幕</translation>
+    </message>
+    <message>
+        <source>All keys</source>
+        <translation>所有按鍵</translation>
+    </message>
+    <message>
+        <source>Next mask</source>
+        <translation>下一個遮罩</translation>
+    </message>
+    <message>
+        <source>Next effect</source>
+        <translation>下一個效果</translation>
+    </message>
+    <message>
+        <source>Black pen</source>
+        <translation>黑色畫筆</translation>
+    </message>
+    <message>
+        <source>Red pen</source>
+        <translation>紅色畫筆</translation>
+    </message>
+    <message>
+        <source>Yellow pen</source>
+        <translation>黃色畫筆</translation>
+    </message>
+    <message>
+        <source>Blue pen</source>
+        <translation>藍色畫筆</translation>
+    </message>
+    <message>
+        <source>Thinner pen</source>
+        <translation>較細的畫筆</translation>
+    </message>
+    <message>
+        <source>Thicker pen</source>
+        <translation>較粗的畫筆</translation>
+    </message>
+</context>
+<context>
+    <name>MoreToolWindow</name>
+    <message>
+        <source>More</source>
+        <translation>更多</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>攝影機</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>錄影</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>按鍵</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>已連接</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>未連接</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>畫面</translation>
+    </message>
+    <message>
+        <source>Movies</source>
+        <translation>錄影</translation>
+    </message>
+    <message>
+        <source>running</source>
+        <translation>進行中</translation>
+    </message>
+    <message>
+        <source>not running</source>
+        <translation>未進行</translation>
+    </message>
+    <message>
+        <source>Movies in</source>
+        <translation>錄影儲存至</translation>
+    </message>
+    <message>
+        <source>Snapshots in</source>
+        <translation>快照儲存至</translation>
+    </message>
+    <message>
+        <source>Not saved</source>
+        <translation>未儲存</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -32,7 +32,7 @@ void TestButtonTable::rowsStandAtTheirCommand()
     QVERIFY(!Commands::rows().empty());
     for (std::size_t i = 0; i < Commands::rows().size(); ++i)
         QCOMPARE(std::size_t(Commands::rows()[i].command), i);
-    QCOMPARE(std::size_t(Command::Leave), Commands::rows().size() - 1);
+    QCOMPARE(std::size_t(Command::ThickerPen), Commands::rows().size() - 1);
 }
 
 void TestButtonTable::groupsAreWholeAndNamed()
@@ -80,6 +80,7 @@ void TestButtonTable::eachToolHasOneButton()
         QCOMPARE(buttons.take(mode), 1);
     QVERIFY(buttons.isEmpty());
     QCOMPARE(atFirst, 1);
+    QVERIFY(Commands::rowsOf(Group::Card).back().command == Command::More);
     QVERIFY(!Commands::ofTool(-1));
     QVERIFY(!Commands::ofTool(CanvasModes::MOUSE_MODE_COUNT));
 }
@@ -133,8 +134,8 @@ void TestButtonTable::eachButtonHasASkinAndAText()
 {
     for (const Row &row : Commands::rows()) {
         QCOMPARE(row.skin != nullptr, row.group != Group::Keys);
-        if (row.skin)
-            QVERIFY2(row.text && *row.text, row.skin);
+        // The list of keys says it of those without a button.
+        QVERIFY(row.text && *row.text);
     }
 }
 

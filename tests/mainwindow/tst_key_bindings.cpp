@@ -7,6 +7,7 @@
 #include "tests/TestProgram.h"
 
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QTest>
 
@@ -99,6 +100,53 @@ void TestKeyBindings::keysHaveTheirCommands_data()
     add("escape", Qt::Key_Escape, 0, all(C::Leave));
     add("ctrl s", Qt::Key_S, control, all(C::Snapshot));
     add("ctrl p", Qt::Key_P, control, all(C::Print));
+    const auto live = [&](Key command) { return QVector<Key>{command, none, none, none}; };
+    const struct {
+        int key;
+        int modifiers;
+        Command command;
+    } everywhere[] = {
+        {Qt::Key_F, 0, C::Freehand},
+        {Qt::Key_L, 0, C::Line},
+        {Qt::Key_R, 0, C::Rectangle},
+        {Qt::Key_C, 0, C::Circle},
+        {Qt::Key_A, 0, C::Arrow},
+        {Qt::Key_T, 0, C::Triangle},
+        {Qt::Key_E, 0, C::Eraser},
+        {Qt::Key_X, 0, C::Text},
+        {Qt::Key_X, shift, C::Clip},
+        {Qt::Key_1, 0, C::BlackPen},
+        {Qt::Key_2, 0, C::RedPen},
+        {Qt::Key_3, 0, C::YellowPen},
+        {Qt::Key_4, 0, C::BluePen},
+        {Qt::Key_Q, 0, C::ThinnerPen},
+        {Qt::Key_W, 0, C::ThickerPen},
+        {Qt::Key_Delete, control, C::EraseAll},
+        {Qt::Key_M, 0, C::Mask},
+        {Qt::Key_M, shift, C::NextMask},
+        {Qt::Key_V, 0, C::NextEffect},
+        {Qt::Key_O, 0, C::Rotate},
+        {Qt::Key_1, control, C::LiveMode},
+        {Qt::Key_2, control, C::FilmMode},
+        {Qt::Key_3, control, C::PhotographMode},
+        {Qt::Key_4, control, C::DrawingBoardMode},
+        {Qt::Key_F9, 0, C::SidePanel},
+        {Qt::Key_F1, 0, C::Help},
+        {Qt::Key_Z, control, C::Undo},
+        {Qt::Key_Z, control | shift, C::Redo},
+        {Qt::Key_Y, control, C::Redo},
+    };
+    for (const auto &each : everywhere)
+        add(qPrintable(QKeySequence(each.key | each.modifiers).toString()), each.key,
+            each.modifiers, all(each.command));
+    add("hand", Qt::Key_H, 0, {none, C::Hand, C::Hand, C::Hand});
+    add("ctrl f", Qt::Key_F, control, live(C::AutoFocus));
+    add("ctrl up", Qt::Key_Up, control, live(C::BrightnessUp));
+    add("ctrl down", Qt::Key_Down, control, live(C::BrightnessDown));
+    add("ctrl r", Qt::Key_R, control, live(C::Record));
+    add("z", Qt::Key_Z, 0, all(none));
+    add("shift f", Qt::Key_F, shift, all(none));
+    add("delete", Qt::Key_Delete, 0, all(none));
     add("ctrl shift s", Qt::Key_S, control | shift, all(none));
     add("ctrl shift p", Qt::Key_P, control | shift, all(none));
     add("alt space", Qt::Key_Space, Qt::AltModifier, all(none));

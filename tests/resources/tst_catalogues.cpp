@@ -84,6 +84,10 @@ const Place PLACES[] = {
     {"MainWindow/Film", 11, 0, 97},
     {"MainWindow/Photograph", 11, 0, 97},
     {"MainWindow/Drawing Board", 11, 0, 152},
+    // The tabs of the pages, alike.
+    {"MoreToolWindow/Camera", 10, 0, 97},
+    {"MoreToolWindow/Recording", 10, 0, 97},
+    {"MoreToolWindow/Keys", 10, 0, 97},
     // Group titles stand in the middle of 130, the sign of the fold on the right.
     {"MainWindow/Noting", 10, 0, 86},
     {"MainWindow/Assisting", 10, 0, 86},

@@ -1,0 +1,70 @@
+#include "mainwindow/bars/CommandCard.h"
+
+#include "mainwindow/CommandButtons.h"
+#include "mainwindow/WindowLayout.h"
+#include "mainwindow/bars/CardLayout.h"
+#include "resources/SkinImages.h"
+#include "widgets/ImageButton.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+
+namespace
+{
+
+constexpr int FIRST_X = 3;
+constexpr int TOP = 5;
+/// The corners of the ground, which are not stretched.
+constexpr int CORNER = 8;
+
+} // namespace
+
+CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
+    : QWidget(window)
+    , m_ground(SkinImages::load(":/icons/Background/CARD_BK.png"))
+{
+    for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Card)) {
+        auto *button = new ImageButton(row.skin, this, FIRST_X, TOP);
+        const QString name = QCoreApplication::translate("MainWindow", row.text);
+        button->setAccessibleName(name);
+        button->setToolTip(name);
+        buttons->add(row.command, button);
+        m_buttons.push_back(button);
+    }
+    setFixedHeight(SkinImages::layoutSize(m_ground).height());
+}
+
+void CommandCard::place(const WindowLayout &at)
+{
+    const int count = CardLayout::shown(int(m_buttons.size()), at.cardRoom);
+    m_hidden.clear();
+    int x = FIRST_X;
+    for (std::size_t i = 0; i < m_buttons.size(); ++i) {
+        const bool isLast = i + 1 == m_buttons.size();
+        const bool fits = isLast || int(i) < count - 1;
+        m_buttons[i]->setVisible(fits);
+        if (!fits) {
+            m_hidden.push_back(m_buttons[i]);
+            continue;
+        }
+        m_buttons[i]->move(x, TOP);
+        x += CardLayout::PITCH;
+    }
+    setFixedWidth(CardLayout::widthOf(count));
+    move(at.card);
+}
+
+void CommandCard::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    SkinImages::smoothAtFractions(&painter);
+    const qreal ratio = m_ground.devicePixelRatioF();
+    const QSize ground = SkinImages::layoutSize(m_ground);
+    const auto piece = [&](const QRectF &target, qreal left, qreal width) {
+        painter.drawImage(target, m_ground,
+                          QRectF(left * ratio, 0, width * ratio, ground.height() * ratio));
+    };
+    piece(QRectF(0, 0, CORNER, height()), 0, CORNER);
+    piece(QRectF(CORNER, 0, width() - 2 * CORNER, height()), CORNER, ground.width() - 2 * CORNER);
+    piece(QRectF(width() - CORNER, 0, CORNER, height()), ground.width() - CORNER, CORNER);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "mainwindow/Commands.h"
+
+#include <QImage>
+#include <QWidget>
+
+#include <vector>
+
+class CommandButtons;
+class ImageButton;
+struct WindowLayout;
+
+/// The card at the lower left of the window, in every mode: undo, redo, and "More", whose pop-up
+/// holds what does not fit. Its buttons are added to the window's, which connects them. GUI thread.
+class CommandCard : public QWidget
+{
+    Q_OBJECT
+
+public:
+    CommandCard(CommandButtons *buttons, QWidget *window);
+
+    /// Takes its place, and shows as many buttons as fit.
+    void place(const WindowLayout &at);
+    /// The buttons that did not fit, in their order.
+    [[nodiscard]] const std::vector<ImageButton *> &hidden() const { return m_hidden; }
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    const QImage m_ground;
+    /// In their order, "More" last.
+    std::vector<ImageButton *> m_buttons;
+    std::vector<ImageButton *> m_hidden;
+};

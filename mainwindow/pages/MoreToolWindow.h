@@ -1,0 +1,43 @@
+#pragma once
+
+#include "mainwindow/pages/Pages.h"
+#include "widgets/ToolWindow.h"
+
+#include <vector>
+
+class MainWindow;
+class QButtonGroup;
+class QScrollArea;
+
+/// The pop-up "More": what did not fit on the card, and pages to be read. It opens on the page that
+/// was chosen last.
+class MoreToolWindow : public ToolWindow
+{
+    Q_OBJECT
+
+public:
+    /// `hidden` are the buttons of the card that did not fit: each is offered here, and pressed
+    /// there.
+    MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow, const Pages::Context &context,
+                   const std::vector<ImageButton *> &hidden);
+
+    /// Builds that page with what is known now.
+    void showPage(Pages::Id id);
+    [[nodiscard]] Pages::Id page() const;
+
+signals:
+    void pageShown(Pages::Id id);
+
+private slots:
+    /// By its tab: the next time this pop-up opens on it.
+    void choosePage(int index);
+
+private:
+    /// Returns the first free y below.
+    int addHidden(const std::vector<ImageButton *> &hidden, int y);
+    int addTabs(int y);
+
+    const Pages::Context m_context;
+    QButtonGroup *m_tabs;
+    QScrollArea *m_area;
+};

@@ -1,0 +1,29 @@
+#include "mainwindow/pages/Pages.h"
+
+#include <QLabel>
+#include <QtGlobal>
+
+const std::vector<Pages::Page> &Pages::all()
+{
+    static const std::vector<Page> pages{
+        {Id::Camera, QT_TRANSLATE_NOOP("MoreToolWindow", "Camera"), makeCameraPage},
+        {Id::Recording, QT_TRANSLATE_NOOP("MoreToolWindow", "Recording"), makeRecordingPage},
+        {Id::Keys, QT_TRANSLATE_NOOP("MoreToolWindow", "Keys"), makeKeysPage},
+    };
+    return pages;
+}
+
+QWidget *Pages::makeTable(const std::vector<Line> &lines, QWidget *parent)
+{
+    QString rows;
+    for (const Line &line : lines) {
+        rows += QStringLiteral("<tr><td style='padding: 2px 16px 2px 0'>%1</td>"
+                               "<td style='padding: 2px 0'>%2</td></tr>")
+                    .arg(line.what.toHtmlEscaped(), line.how.toHtmlEscaped());
+    }
+    auto *table = new QLabel("<table>" + rows + "</table>", parent);
+    table->setTextFormat(Qt::RichText);
+    table->setWordWrap(true);
+    table->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    return table;
+}

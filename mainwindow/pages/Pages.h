@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+class CanvasDeck;
+class LiveSource;
+class QWidget;
+
+/// The pages of the pop-up "More". To add one is to add a row.
+namespace Pages
+{
+
+enum class Id { Camera, Recording, Keys };
+
+/// What pages tell of; both outlive the pop-up.
+struct Context {
+    const CanvasDeck *deck = nullptr;
+    const LiveSource *camera = nullptr;
+};
+
+struct Page {
+    Id id;
+    /// A marked source text of the pop-up.
+    const char *title;
+    /// Builds the page with what is known now.
+    QWidget *(*make)(const Context &context, QWidget *parent);
+};
+
+[[nodiscard]] const std::vector<Page> &all();
+
+// The makers
+[[nodiscard]] QWidget *makeCameraPage(const Context &context, QWidget *parent);
+[[nodiscard]] QWidget *makeRecordingPage(const Context &context, QWidget *parent);
+[[nodiscard]] QWidget *makeKeysPage(const Context &context, QWidget *parent);
+
+/// A page of two columns: what, and how it is.
+struct Line {
+    QString what;
+    QString how;
+};
+[[nodiscard]] QWidget *makeTable(const std::vector<Line> &lines, QWidget *parent);
+
+} // namespace Pages

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QVariant>
+
+/// What the user has chosen beyond the settings: a store of its own, whose file does not exist
+/// until the first choice. A file that cannot be read or written gives the defaults and one debug
+/// line. GUI thread.
+namespace Preferences
+{
+
+/// The number under that key; `otherwise` when there is none or it is outside the range.
+[[nodiscard]] int number(const QString &key, int otherwise, int least, int most);
+/// Written at once. A number that is stored already writes nothing.
+void setNumber(const QString &key, int value);
+
+/// Where the file is, whether or not it exists.
+[[nodiscard]] QString fileName();
+
+} // namespace Preferences

@@ -1,0 +1,138 @@
+#include "mainwindow/bars/CardLayout.h"
+#include "mainwindow/bars/CommandCard.h"
+#include "mainwindow/pages/MoreToolWindow.h"
+
+#include "mainwindow/WindowLayout.h"
+
+#include "tests/TestProgram.h"
+#include "tests/mainwindow/HelperScene.h"
+
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTest>
+
+/// The card at the lower left and the pop-up that its last button opens.
+class TestCard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void asManyStandOnItAsFit_data();
+    void asManyStandOnItAsFit();
+    void itFitsBesideTheBarsInEveryWindow();
+    void itsButtonsStandInARowAndJoinTheOthers();
+    void aHiddenButtonIsOfferedInThePopUp();
+    void thePagesTellOfKeysAndFailures();
+};
+
+void TestCard::asManyStandOnItAsFit_data()
+{
+    QTest::addColumn<int>("commands");
+    QTest::addColumn<int>("room");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("three of three") << 3 << 108 << 3;
+    QTest::newRow("room for more") << 3 << 253 << 3;
+    QTest::newRow("nine, seven fit") << 9 << 253 << 7;
+    QTest::newRow("a pixel too little") << 9 << 251 << 6;
+    QTest::newRow("never fewer than three") << 9 << 20 << 3;
+}
+
+void TestCard::asManyStandOnItAsFit()
+{
+    QFETCH(int, commands);
+    QFETCH(int, room);
+    QFETCH(int, shown);
+    QCOMPARE(CardLayout::shown(commands, room), shown);
+}
+
+void TestCard::itFitsBesideTheBarsInEveryWindow()
+{
+    for (int width = 800; width < 2000; ++width) {
+        for (const bool open : {false, true}) {
+            const WindowLayout at = WindowLayout::of(
+                {{width, 768}, open, {60, 37}, {0, 0}, {310, 37}, {30, 120}, {270, 37}});
+            // The About button ends at 124.
+            QVERIFY(at.card.x() > 124);
+            const int end = at.card.x() + CardLayout::widthOf(CardLayout::shown(100, at.cardRoom));
+            QVERIFY2(end <= at.filmBar.x(), qPrintable(QString::number(width)));
+            QVERIFY(end <= at.photographBar.x());
+            QVERIFY(end <= at.liveBox.x());
+        }
+    }
+}
+
+void TestCard::itsButtonsStandInARowAndJoinTheOthers()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    WindowLayout at;
+    at.card = QPoint(130, 708);
+    at.cardRoom = 115;
+    card.place(at);
+    QCOMPARE(card.geometry(), QRect(130, 708, 108, 37));
+    int x = 3;
+    for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Card)) {
+        const ImageButton *button = scene.buttons.of(row.command);
+        QVERIFY(button);
+        QCOMPARE(button->geometry(), QRect(x, 5, 30, 27));
+        QCOMPARE(button->toolTip(), QString(row.text));
+        x += 36;
+    }
+    QVERIFY(card.hidden().empty());
+}
+
+void TestCard::aHiddenButtonIsOfferedInThePopUp()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    ImageButton *undo = scene.buttons.of(Command::Undo);
+    MoreToolWindow popup(undo, nullptr, {&scene.deck, nullptr}, {undo});
+    QSignalSpy clicks(undo, SIGNAL(clicked()));
+    for (ImageButton *each : popup.findChildren<ImageButton *>()) {
+        if (each->accessibleName() == "Undo")
+            each->click();
+    }
+    QCOMPARE(clicks.count(), 1);
+}
+
+void TestCard::thePagesTellOfKeysAndFailures()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    scene.popups.setMore({&scene.deck, nullptr}, &card);
+    auto *popup = qobject_cast<MoreToolWindow *>(scene.open(Command::More));
+    QVERIFY(popup);
+    const auto text = [popup] {
+        QString all;
+        for (const QLabel *label : popup->findChildren<QLabel *>())
+            all += label->text();
+        return all;
+    };
+    QSignalSpy shown(popup, &MoreToolWindow::pageShown);
+    popup->showPage(Pages::Id::Keys);
+    QCOMPARE(shown.count(), 1);
+    for (const Commands::Row &row : Commands::rows()) {
+        if (!row.keys.empty())
+            QVERIFY2(text().contains(QString(row.text)), row.text);
+    }
+    QVERIFY(text().contains("Ctrl+Shift+Z"));
+    popup->showPage(Pages::Id::Recording);
+    QVERIFY(popup->page() == Pages::Id::Recording);
+    QVERIFY(!text().contains("Not saved"));
+    // A folder that takes no files, not even from root.
+    ImageCanvas *canvas = scene.deck.current();
+    QSignalSpy failed(canvas, SIGNAL(snapshotFailed(QString, QString)));
+    canvas->snapshotFolder = "/proc";
+    canvas->snapshot();
+    QImage picture(8, 6, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QTRY_VERIFY([&] {
+        canvas->imageCaptured(picture);
+        return failed.count() > 0;
+    }());
+    popup->showPage(Pages::Id::Recording);
+    QVERIFY2(text().contains("Not saved"), qPrintable(text()));
+}
+
+REGISTER_TEST(TestCard)
+#include "tst_card.moc"

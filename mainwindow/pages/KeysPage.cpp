@@ -6,14 +6,21 @@
 #include <QKeySequence>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace
 {
 
 QString keysOf(const Commands::Row &row)
 {
     QStringList names;
-    for (const int key : row.keys)
+    for (const int key : row.keys) {
+        // A sign is one key, above another sign or not.
+        const int plain = key & ~int(Qt::ShiftModifier);
+        if (key != plain && std::count(row.keys.begin(), row.keys.end(), plain))
+            continue;
         names << QKeySequence(key).toString(QKeySequence::NativeText);
+    }
     return names.join(QStringLiteral(", "));
 }
 

@@ -33,7 +33,10 @@ MoreToolWindow::MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
     , m_area(new QScrollArea(this))
 {
     setStyleSheet("QLabel { font-family: Arial; font-size: 14px; color: white; }"
-                  "QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; }");
+                  "QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; }"
+                  "QScrollBar:vertical { background: #2B3036; width: 10px; }"
+                  "QScrollBar::handle:vertical { background: #7C8794; min-height: 24px; }"
+                  "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }");
     int y = addHidden(hidden, FIRST_Y);
     y = addTabs(y);
     m_area->setFrameShape(QFrame::NoFrame);

@@ -62,7 +62,7 @@ void OutputFolder::remove(const QString &file)
     if (hangs())
         return;
     const auto givenUp = std::make_shared<std::atomic<bool>>(false);
-    m_timedOut = !m_worker.call(STATE_BOUND, [givenUp, file] {
+    m_timedOut = !m_worker.call(STATE_TIMEOUT, [givenUp, file] {
         if (QFile::exists(file) && !*givenUp)
             QFile::remove(file);
         return 0;

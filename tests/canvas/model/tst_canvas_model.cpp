@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <QDir>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTextDocument>
 
@@ -220,6 +221,44 @@ private slots:
         }
         stop = true;
         frames.join();
+    }
+
+    void stepsAreTakenBackWhileFramesOfChangingSizesArrive()
+    {
+        Canvas canvas;
+        std::atomic<bool> stop{false};
+        std::thread frames([&] {
+            std::vector<uchar> pixels(64 * 48 * 3);
+            const std::vector<QSize> sizes{{64, 48}, {48, 64}, {31, 17}, {1, 1}, {0, 0}};
+            for (std::size_t i = 0; !stop; ++i)
+                (void)canvas.model.take(pixels.data(), sizes[i / 9 % sizes.size()], false, false);
+        });
+        QRandomGenerator random(11);
+        const auto anywhere = [&random] {
+            return QPoint(random.bounded(-9, 80), random.bounded(-9, 80));
+        };
+        for (int i = 0; i < 20000; ++i) {
+            canvas.drag(static_cast<CanvasModes::MouseMode>(random.bounded(9)), anywhere(),
+                        anywhere());
+            const int next = random.bounded(8);
+            if (next < 3)
+                (void)canvas.model.undo();
+            if (next != 0)
+                (void)canvas.model.release();
+            if (next == 4)
+                (void)canvas.model.redo();
+            if (next == 5)
+                canvas.model.turn(i % 2 == 0);
+            if (next == 6)
+                canvas.model.clearDrawing();
+            canvas.model.packHistory();
+        }
+        stop = true;
+        frames.join();
+        while (canvas.model.canUndo())
+            QVERIFY(canvas.model.undo());
+        (void)canvas.model.take(plain(Qt::white));
+        QCOMPARE(canvas.picture(), plain(Qt::white));
     }
 
     void anEmptyFrameLeavesNothing()

@@ -141,7 +141,9 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
         // A click on a group's title hides its buttons, a second one shows them again.
         const bool isTitle = each->text() == "Noting" || each->text() == "Assisting" ||
                              each->text() == "Adjustment" || each->text() == "Recording";
-        if (!each->isVisible() || switchesMode || togglesPanel)
+        // There is nothing to take back, so both are gray.
+        const bool isHistory = each->accessibleName() == "Undo" || each->accessibleName() == "Redo";
+        if (!each->isVisible() || switchesMode || togglesPanel || isHistory)
             continue;
         // A pop-up lies over the button beside its own.
         if (m_window->currentToolWindow())
@@ -152,7 +154,8 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
             QVERIFY(clicked(each));
         ++answered;
     }
-    const int expected[] = {24 + 4 + 1 + 1, 19 + 4 + 1 + 7, 19 + 4 + 1 + 6, 20 + 4 + 1};
+    // The panel, its titles, About, More, and the mode's own.
+    const int expected[] = {24 + 4 + 2 + 1, 19 + 4 + 2 + 7, 19 + 4 + 2 + 6, 20 + 4 + 2};
     QCOMPARE(answered, expected[mode]);
     QCOMPARE(m_window->currentMode(), mode);
 }

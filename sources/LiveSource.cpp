@@ -256,8 +256,8 @@ void LiveSource::openCamera()
         askAgainSoon();
         return;
     }
-    // A camera that cannot be opened counts as running all the same: it is not tried again and
-    // every operation on it fails at once.
+    // A camera that cannot be opened counts as running all the same: every operation on it fails at
+    // once, until the keeper hands over one that could be opened.
     if (*result < 0) {
         qDebug("uvc_open() failed.");
         m_private->camera->tellOpenFailure(*result);

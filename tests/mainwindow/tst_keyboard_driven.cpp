@@ -112,10 +112,11 @@ void TestKeyboardDriven::theAboutPopUpStandsByItsButtonAfterAResize()
 
 void TestKeyboardDriven::aHeldPageKeyStopsWhenItIsLetGo()
 {
-    // Photographs of 24 megapixels take longer to read than the time between two repeats.
+    // Photographs of 24 megapixels take longer to read than the time between two repeats, and of so
+    // many only the next ones have been read ahead.
     QImage image(6000, 4000, QImage::Format_RGB32);
-    for (int i = 0; i < 3; ++i) {
-        image.fill(QColor(40 * i, 90, 200));
+    for (int i = 0; i < 10; ++i) {
+        image.fill(QColor(20 * i, 90, 200));
         QVERIFY(image.save(m_folder.filePath(QString("%1.jpg").arg(i))));
     }
     QVERIFY(enterMode(*m_window, 2));

@@ -276,7 +276,10 @@ FilmPlayer::Events FilmSource::filmEvents()
         QMetaObject::invokeMethod(this, "filmOpened", Qt::QueuedConnection,
                                   Q_ARG(quint64, generation));
     };
-    events.ended = [this, generation] {
+    events.ended = [this, shared, generation] {
+        // The screen may not have asked for the last pictures yet, and whoever hears of the end may
+        // stop it from asking.
+        shared->displayPicturesLeft(generation);
         QMetaObject::invokeMethod(this, "filmEnded", Qt::QueuedConnection,
                                   Q_ARG(quint64, generation));
     };

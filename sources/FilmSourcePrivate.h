@@ -43,6 +43,14 @@ public:
             showNewPicture();
     }
 
+    /// Shows all that is due of the film of that generation.
+    void displayPicturesLeft(quint64 ofGeneration)
+    {
+        const std::lock_guard lock(mutex);
+        while (loaded && ofGeneration == generation && !stepping && showNewPicture()) {
+        }
+    }
+
     ICaptureCB *const callback;
 
     // Written on the GUI thread, read on all.
@@ -84,9 +92,9 @@ private:
             showNewPicture();
     }
 
-    void showNewPicture()
+    bool showNewPicture()
     {
-        player->showNewPicture([this](const QImage &picture) {
+        return player->showNewPicture([this](const QImage &picture) {
             m_shown = picture.size();
             callback->imageCaptured(picture);
         });

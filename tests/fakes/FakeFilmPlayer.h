@@ -35,7 +35,7 @@ struct FakeFilm {
     {
         const FilmPlayer::Completion completion = std::move(waiting.front());
         waiting.pop_front();
-        pictureWaits = pictureWaits || reached;
+        picturesDue += reached ? 1 : 0;
         completion(reached);
     }
 
@@ -53,7 +53,7 @@ struct FakeFilm {
     /// Seeks complete when the test says so, not at once.
     bool holdSeeks = false;
     std::deque<FilmPlayer::Completion> waiting;
-    bool pictureWaits = false;
+    int picturesDue = 0;
     /// Told when the player is destroyed.
     bool gone = false;
 };
@@ -130,8 +130,9 @@ public:
 
     bool showNewPicture(const std::function<void(const QImage &)> &show) override
     {
-        if (!std::exchange(m_film.pictureWaits, false))
+        if (m_film.picturesDue == 0)
             return false;
+        --m_film.picturesDue;
         QImage picture(4, 4, QImage::Format_RGB888);
         picture.fill(Qt::green);
         show(picture);

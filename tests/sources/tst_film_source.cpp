@@ -226,7 +226,7 @@ private slots:
         const int before = bench.wall.count();
         bench.refresh.tick();
         QCOMPARE(bench.wall.count(), before);
-        bench.film.pictureWaits = true;
+        bench.film.picturesDue = 1;
         bench.refresh.tick();
         bench.refresh.tick();
         QCOMPARE(bench.wall.count(), before + 1);
@@ -238,7 +238,7 @@ private slots:
         Bench bench(61);
         bench.source.forward();
         const int before = bench.wall.count();
-        bench.film.pictureWaits = true;
+        bench.film.picturesDue = 1;
         bench.refresh.tick();
         QCOMPARE(bench.wall.count(), before);
         bench.film.holdSeeks = true;
@@ -253,7 +253,7 @@ private slots:
         Bench bench;
         bench.source.setFile("/films/a.mp4");
         bench.source.pause();
-        bench.film.pictureWaits = true;
+        bench.film.picturesDue = 1;
         bench.film.opened(61);
         QCOMPARE(bench.wall.count(), 1);
     }
@@ -546,6 +546,16 @@ private slots:
         QCOMPARE(bench.source.currentPosition(), 100);
     }
 
+    void theLastPicturesShowBeforeTheEndIsTold()
+    {
+        Bench bench(61);
+        bench.film.picturesDue = 2;
+        bench.film.ends();
+        QCOMPARE(bench.wall.count(), 2);
+        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QTRY_VERIFY(bench.wall.refreshing());
+    }
+
     void seekingBackFromTheEndStopsTheRefresh()
     {
         Bench bench(61);
@@ -592,7 +602,7 @@ private slots:
         QCOMPARE(bench.film.takeCalls(), QStringList{"close"});
         QVERIFY(!bench.timer()->isActive());
         QVERIFY(!bench.refresh.running);
-        bench.film.pictureWaits = true;
+        bench.film.picturesDue = 1;
         const int before = bench.wall.count();
         bench.refresh.tick();
         QCOMPARE(bench.wall.count(), before);
@@ -629,7 +639,7 @@ private slots:
             source.setFile("/films/a.mp4");
             film.opened(61);
             film.holdSeeks = true;
-            film.pictureWaits = true;
+            film.picturesDue = 1;
             source.setPosition(10);
         }
         QVERIFY(film.gone);

@@ -92,17 +92,20 @@ void weighRows(const std::uint8_t *first, std::ptrdiff_t stride, const std::int1
                int rows, std::int16_t *sums, std::size_t bytes)
 {
     constexpr std::size_t block = 64;
+    const bool few = rows <= FrameKernels::FEW_ROWS;
+    const int shareShift = few ? ROW_SHIFT : 0;
+    const int sumShift = few ? 0 : ROW_SHIFT;
+    const int bias = few ? rows / 2 : 1 << (ROW_SHIFT - 1);
     for (std::size_t begin = 0; begin < bytes; begin += block) {
         const std::size_t count = std::min(block, bytes - begin);
         std::array<std::int32_t, block> total{};
         const std::uint8_t *in = first + begin;
         for (int row = 0; row < rows; ++row, in += stride) {
             for (std::size_t i = 0; i < count; ++i)
-                total[i] += in[i] * weights[row];
+                total[i] += in[i] * weights[row] >> shareShift;
         }
         for (std::size_t i = 0; i < count; ++i)
-            sums[begin + i] =
-                static_cast<std::int16_t>((total[i] + (1 << (ROW_SHIFT - 1))) >> ROW_SHIFT);
+            sums[begin + i] = static_cast<std::int16_t>((total[i] + bias) >> sumShift);
     }
 }
 

@@ -7,6 +7,8 @@
 /// for wide registers. Both give the same bytes. Sources may be read up to 32 bytes past their
 /// end; destinations are written exactly. Any thread.
 struct FrameKernels {
+    static constexpr int FEW_ROWS = 3;
+
     /// Sixteen bytes of a scaled row: which source bytes they are, 255 for a zero.
     struct ScaledChunk {
         std::uint32_t sourceOffset = 0;
@@ -44,7 +46,9 @@ struct FrameKernels {
     void (*gatherRgb32)(const std::uint8_t *source, const std::int32_t *offsets, std::size_t pixels,
                         std::uint32_t *destination);
     /// Mixes rows, each `stride` bytes after the other, byte by byte. The weights add up to 2^14,
-    /// and the sums are 128 times the mixed bytes, rounded.
+    /// and the sums are 128 times the mixed bytes. They are rounded where there are more than
+    /// FEW_ROWS rows. Of fewer, as a live picture is mixed from, each row's share is rounded down
+    /// before half a unit a row is added: registers then hold twice as many.
     void (*weighRows)(const std::uint8_t *first, std::ptrdiff_t stride, const std::int16_t *weights,
                       int rows, std::int16_t *sums, std::size_t bytes);
     /// Mixes the pixels of such a row, red, green, blue or the four bytes of ARGB32, into opaque

@@ -5,35 +5,16 @@
 
 #if defined(__x86_64__) && defined(__GNUC__)
 
-#include <immintrin.h>
-
-#include <cstring>
-
-#define WIDE __attribute__((target("avx2,fma")))
+#include "canvas/picture/Avx2Registers.h"
+#include "canvas/picture/FrameKernelsAvx2Mixing.h"
 
 namespace
 {
 
-WIDE inline __m128i load128(const std::uint8_t *from)
-{
-    return _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
-}
-
-WIDE inline __m256i load256(const void *from)
-{
-    return _mm256_loadu_si256(static_cast<const __m256i *>(from));
-}
-
-WIDE inline void store256(void *to, __m256i value)
-{
-    _mm256_storeu_si256(static_cast<__m256i *>(to), value);
-}
-
-/// Both halves of a register from two places.
-WIDE inline __m256i loadPair(const std::uint8_t *low, const std::uint8_t *high)
-{
-    return _mm256_inserti128_si256(_mm256_castsi128_si256(load128(low)), load128(high), 1);
-}
+using Avx2::load128;
+using Avx2::load256;
+using Avx2::loadPair;
+using Avx2::store256;
 
 /// The grey of 8 pixels, 4 in the first 12 bytes of each half, as 32-bit numbers.
 ///
@@ -211,137 +192,6 @@ WIDE void gatherRgb32(const std::uint8_t *source, const std::int32_t *offsets, s
     FrameKernels::portable().gatherRgb32(source, offsets + done, pixels - done, destination + done);
 }
 
-/// Two rows of 32 bytes times their weights, added to what each lane of four 32-bit numbers holds.
-struct WeighedBytes {
-    __m256i quarters[4];
-};
-
-WIDE inline void addWeighed(WeighedBytes &total, __m256i a, __m256i b, __m256i weights)
-{
-    const __m256i zero = _mm256_setzero_si256();
-    const __m256i low = _mm256_unpacklo_epi8(a, b);
-    const __m256i high = _mm256_unpackhi_epi8(a, b);
-    const auto add = [&](__m256i & sum, __m256i pairs) __attribute__((target("avx2,fma")))
-    {
-        sum = _mm256_add_epi32(sum, _mm256_madd_epi16(pairs, weights));
-    };
-    add(total.quarters[0], _mm256_unpacklo_epi8(low, zero));
-    add(total.quarters[1], _mm256_unpackhi_epi8(low, zero));
-    add(total.quarters[2], _mm256_unpacklo_epi8(high, zero));
-    add(total.quarters[3], _mm256_unpackhi_epi8(high, zero));
-}
-
-/// Two weights that lie side by side, in every 32 bits of a register.
-WIDE inline __m256i pairOfWeights(const std::int16_t *weights)
-{
-    std::int32_t both = 0;
-    std::memcpy(&both, weights, sizeof(both));
-    return _mm256_set1_epi32(both);
-}
-
-WIDE void weighRows(const std::uint8_t *first, std::ptrdiff_t stride, const std::int16_t *weights,
-                    int rows, std::int16_t *sums, std::size_t bytes)
-{
-    const __m256i half = _mm256_set1_epi32(64);
-    std::size_t done = 0;
-    for (; done + 32 <= bytes; done += 32) {
-        WeighedBytes total{{half, half, half, half}};
-        const std::uint8_t *in = first + done;
-        int row = 0;
-        for (; row + 2 <= rows; row += 2, in += 2 * stride)
-            addWeighed(total, load256(in), load256(in + stride), pairOfWeights(weights + row));
-        if (row < rows)
-            addWeighed(total, load256(in), _mm256_setzero_si256(), _mm256_set1_epi32(weights[row]));
-        for (__m256i &quarter : total.quarters)
-            quarter = _mm256_srai_epi32(quarter, 7);
-        const __m256i outer = _mm256_packs_epi32(total.quarters[0], total.quarters[1]);
-        const __m256i inner = _mm256_packs_epi32(total.quarters[2], total.quarters[3]);
-        store256(sums + done, _mm256_permute2x128_si256(outer, inner, 0x20));
-        store256(sums + done + 16, _mm256_permute2x128_si256(outer, inner, 0x31));
-    }
-    FrameKernels::portable().weighRows(first + done, stride, weights, rows, sums + done,
-                                       bytes - done);
-}
-
-/// Two pixels, one in each half, as 32-bit numbers in the order blue, green, red, 0.
-template <int pixelBytes>
-WIDE inline __m256i weighTwoPixels(const std::int16_t *first, const std::int16_t *second,
-                                   const std::int16_t *weights, int pairs)
-{
-    constexpr std::ptrdiff_t step = 2 * pixelBytes;
-    // The values of two neighbours side by side, blue first.
-    const __m256i channels =
-        pixelBytes == 3
-            ? _mm256_setr_epi8(4, 5, 10, 11, 2, 3, 8, 9, 0, 1, 6, 7, -1, -1, -1, -1, //
-                               4, 5, 10, 11, 2, 3, 8, 9, 0, 1, 6, 7, -1, -1, -1, -1)
-            : _mm256_setr_epi8(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, -1, -1, -1, -1, //
-                               0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, -1, -1, -1, -1);
-    const __m256i spread = _mm256_setr_epi32(0, 0, 0, 0, 1, 1, 1, 1);
-    __m256i total = _mm256_set1_epi32(1 << 20);
-    for (int pair = 0; pair < pairs; ++pair) {
-        const __m256i values =
-            loadPair(reinterpret_cast<const std::uint8_t *>(first + pair * step),
-                     reinterpret_cast<const std::uint8_t *>(second + pair * step));
-        const __m256i both = _mm256_castsi128_si256(
-            _mm_loadl_epi64(reinterpret_cast<const __m128i *>(weights + std::ptrdiff_t{4} * pair)));
-        total =
-            _mm256_add_epi32(total, _mm256_madd_epi16(_mm256_shuffle_epi8(values, channels),
-                                                      _mm256_permutevar8x32_epi32(both, spread)));
-    }
-    return _mm256_srai_epi32(total, 21);
-}
-
-/// With a number of pairs that the compiler knows, or any with 0.
-template <int pixelBytes, int knownPairs>
-WIDE void weighColumnsOf(const std::int16_t *sums, const FrameKernels::WeightedColumns &columns,
-                         std::uint32_t *destination)
-{
-    const int pairs = knownPairs == 0 ? columns.pairs : knownPairs;
-    const __m128i opaque = _mm_set1_epi32(static_cast<int>(0xff000000U));
-    const std::size_t perTwo = 4 * static_cast<std::size_t>(pairs);
-    const std::int16_t *weights = columns.weights;
-    std::size_t done = 0;
-    for (; done + 4 <= columns.pixels; done += 4, weights += 2 * perTwo) {
-        const std::int32_t *at = columns.offsets + done;
-        const __m256i left = weighTwoPixels<pixelBytes>(sums + at[0], sums + at[1], weights, pairs);
-        const __m256i right =
-            weighTwoPixels<pixelBytes>(sums + at[2], sums + at[3], weights + perTwo, pairs);
-        const __m256i words = _mm256_packs_epi32(left, right);
-        const __m256i bytes = _mm256_packus_epi16(words, words);
-        const __m128i pixels =
-            _mm_unpacklo_epi32(_mm256_castsi256_si128(bytes), _mm256_extracti128_si256(bytes, 1));
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(destination + done),
-                         _mm_or_si128(pixels, opaque));
-    }
-    const FrameKernels::WeightedColumns rest{columns.offsets + done, weights, pairs,
-                                             columns.pixels - done};
-    FrameKernels::portable().weighColumns(sums, pixelBytes, rest, destination + done);
-}
-
-template <int pixelBytes>
-WIDE void weighColumnsOf(const std::int16_t *sums, const FrameKernels::WeightedColumns &columns,
-                         std::uint32_t *destination)
-{
-    // Up to a factor of three a live picture is scaled, where the time counts.
-    switch (columns.pairs) {
-    case 1:
-        return weighColumnsOf<pixelBytes, 1>(sums, columns, destination);
-    case 2:
-        return weighColumnsOf<pixelBytes, 2>(sums, columns, destination);
-    default:
-        return weighColumnsOf<pixelBytes, 0>(sums, columns, destination);
-    }
-}
-
-WIDE void weighColumns(const std::int16_t *sums, int pixelBytes,
-                       const FrameKernels::WeightedColumns &columns, std::uint32_t *destination)
-{
-    if (pixelBytes == 3)
-        weighColumnsOf<3>(sums, columns, destination);
-    else
-        weighColumnsOf<4>(sums, columns, destination);
-}
-
 WIDE void blend(const std::uint32_t *layer, std::uint8_t *destination, std::size_t pixels)
 {
     std::size_t done = 0;
@@ -357,9 +207,15 @@ WIDE void blend(const std::uint32_t *layer, std::uint8_t *destination, std::size
 
 const FrameKernels *FrameKernels::avx2()
 {
-    static const FrameKernels kernels{::grey,      ::invert,       ::turnTile,
-                                      ::sumRows,   ::scaleRow,     ::gatherRgb32,
-                                      ::weighRows, ::weighColumns, ::blend};
+    static const FrameKernels kernels{::grey,
+                                      ::invert,
+                                      ::turnTile,
+                                      ::sumRows,
+                                      ::scaleRow,
+                                      ::gatherRgb32,
+                                      FrameKernelsAvx2::weighRows,
+                                      FrameKernelsAvx2::weighColumns,
+                                      ::blend};
     static const bool available =
         __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("fma") != 0;
     return available ? &kernels : nullptr;

@@ -168,11 +168,15 @@ private slots:
                 const std::vector<std::int16_t> weights = weightsOf(rows, 3);
                 std::vector<std::int16_t> expected(bytes + 1, 77);
                 for (std::size_t i = 0; i < bytes; ++i) {
-                    double sum = 0;
-                    for (int row = 0; row < rows; ++row)
-                        sum += double(source[static_cast<std::size_t>(row * stride) + i]) *
-                               weights[static_cast<std::size_t>(row)];
-                    expected[i] = static_cast<std::int16_t>(std::floor(sum / 128 + 0.5));
+                    const bool few = rows <= FrameKernels::FEW_ROWS;
+                    double sum = few ? 0 : 0.5;
+                    for (int row = 0; row < rows; ++row) {
+                        const double share =
+                            double(source[static_cast<std::size_t>(row * stride) + i]) *
+                            weights[static_cast<std::size_t>(row)] / 128;
+                        sum += few ? std::floor(share) : share;
+                    }
+                    expected[i] = static_cast<std::int16_t>(std::floor(sum) + (few ? rows / 2 : 0));
                 }
                 for (const FrameKernels *kernels : allKernels()) {
                     std::vector<std::int16_t> sums(bytes + 1, 77);

@@ -26,6 +26,18 @@ QImage transparentImage(QSize size)
 
 } // namespace
 
+template <typename Visit>
+void AnnotationLayer::forEachTile(const QRect &part, Visit visit) const
+{
+    const QRect inside = part & rect();
+    if (inside.isEmpty())
+        return;
+    for (int row = inside.top() / TILE; row <= inside.bottom() / TILE; ++row) {
+        for (int column = inside.left() / TILE; column <= inside.right() / TILE; ++column)
+            visit(tileAt(column, row));
+    }
+}
+
 void AnnotationLayer::setUsed()
 {
     m_used = true;
@@ -88,6 +100,16 @@ void AnnotationLayer::restoreShape()
         m_tiles[tile] = before.isTransparent() ? 0 : 1;
     }
     m_changed.clear();
+    ++m_revision;
+}
+
+void AnnotationLayer::restore(const QRect &part)
+{
+    forEachTile(part, [&](std::size_t tile) {
+        const std::uint32_t place = m_savedAt[tile];
+        if (place != 0 && place != NO_MEMORY)
+            m_saved[place - 1].copyTo(m_image, part);
+    });
     ++m_revision;
 }
 
@@ -242,6 +264,7 @@ void AnnotationLayer::layOutTiles()
 
 void AnnotationLayer::forgetShape()
 {
+    ++m_shapeBase;
     m_saved.clear();
     m_savedAt.assign(m_tiles.size(), 0);
     m_isChanged.assign(m_tiles.size(), 0);
@@ -271,18 +294,6 @@ bool AnnotationLayer::carriesDrawing(const QRect &part) const
     bool carries = false;
     forEachTile(part, [&](std::size_t tile) { carries = carries || m_tiles[tile] != 0; });
     return carries;
-}
-
-template <typename Visit>
-void AnnotationLayer::forEachTile(const QRect &part, Visit visit) const
-{
-    const QRect inside = part & rect();
-    if (inside.isEmpty())
-        return;
-    for (int row = inside.top() / TILE; row <= inside.bottom() / TILE; ++row) {
-        for (int column = inside.left() / TILE; column <= inside.right() / TILE; ++column)
-            visit(tileAt(column, row));
-    }
 }
 
 void AnnotationLayer::save(std::size_t tile)

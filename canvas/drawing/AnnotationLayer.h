@@ -47,6 +47,8 @@ public:
     /// the drawing is replaced as a whole in between, it brings back what replaced it.
     void beginShape();
     void restoreShape();
+    /// The same for a part alone.
+    void restore(const QRect &part);
     /// Returns what the shape has changed, as it was before it; nothing when the memory to keep all
     /// of it was lacking.
     std::optional<std::vector<LayerPart>> endShape();
@@ -72,6 +74,8 @@ public:
     [[nodiscard]] bool showScaled(const AnnotationLayer &other);
     /// The tiles that carry drawing.
     [[nodiscard]] std::vector<QRect> drawnTiles() const;
+    /// Grows whenever what restoreShape() brings back is another drawing.
+    [[nodiscard]] std::uint64_t shapeBase() const { return m_shapeBase; }
 
     /// Grows with every change, so that a result can tell whether it is still up to date.
     [[nodiscard]] std::uint64_t revision() const { return m_revision; }
@@ -119,5 +123,6 @@ private:
     /// 1 for each tile in m_changed.
     std::vector<unsigned char> m_isChanged;
 
+    std::uint64_t m_shapeBase = 0;
     std::uint64_t m_revision = 0;
 };

@@ -6,28 +6,12 @@
 #include "canvas/picture/ViewGeometry.h"
 
 #include <QPainter>
-#include <QPen>
 
 #include <algorithm>
 #include <limits>
 
 namespace
 {
-
-QPen penOf(const DragTool::ShapeStyle &style)
-{
-    QPen pen(style.penColor);
-    // A width of 0 would make the line hold its width at every zoom; the default is wanted.
-    if (style.penWidth > 0)
-        pen.setWidth(style.penWidth);
-    return pen;
-}
-
-/// How far from its line a pen paints, square caps and rounding included.
-double reachOf(const QPen &pen)
-{
-    return pen.widthF() + 2.0;
-}
 
 /// An offset after the picture was pulled along; two points may be farther apart than an int holds.
 int pulled(int offset, int from, int to)
@@ -45,6 +29,8 @@ void DragTool::press(CanvasModes::MouseMode mode, QPoint picturePoint, Annotatio
     m_dragging = true;
     m_pressPoint = picturePoint;
     m_clipRectangle = QRect();
+    m_freehand.clear();
+    m_isMixed = false;
     layer.beginShape();
     if (mode == CanvasModes::Freehand || ShapeTools::of(mode))
         layer.setUsed();
@@ -67,10 +53,11 @@ void DragTool::move(CanvasModes::MouseMode mode, QPoint picturePoint, const Shap
         pan(picturePoint, view);
         break;
     case CanvasModes::Freehand:
-        draw({ShapeTools::of(CanvasModes::Line), stroke, style}, layer);
+        drawFreehand(stroke, style, layer);
         m_pressPoint = picturePoint;
         break;
     case CanvasModes::Eraser:
+        m_isMixed = true;
         layer.erase(AnnotationShapes::eraserSquare(stroke.to, style.penWidth));
         break;
     case CanvasModes::Clip:
@@ -88,6 +75,7 @@ void DragTool::drawPending(AnnotationLayer &layer)
         return;
     const Shape shape = *m_pending;
     m_pending.reset();
+    m_isMixed = true;
     layer.restoreShape();
     draw(shape, layer);
 }
@@ -126,16 +114,37 @@ void DragTool::pan(QPoint picturePoint, ViewGeometry &view)
 void DragTool::draw(const Shape &shape, AnnotationLayer &layer)
 {
     const auto &[from, to] = shape.stroke;
-    const QPen pen = penOf(shape.style);
+    const Ink ink(shape.style.penColor, shape.style.penWidth);
     const bool filled = shape.tool->fillable && shape.style.fillEnabled;
     QVector<QRect> parts = AnnotationShapes::coveredParts(
-        shape.tool->outline(from, to), reachOf(pen), filled, layer.size(), AnnotationLayer::TILE);
-    if (shape.tool->overruns && pen.width() <= 1)
+        shape.tool->outline(from, to), ink.reach(), filled, layer.size(), AnnotationLayer::TILE);
+    if (shape.tool->overruns && ink.pen().width() <= 1)
         parts += shape.tool->overruns(from, to);
     layer.paint(parts, [&](QPainter &painter) {
-        painter.setPen(pen);
+        ink.applyTo(painter);
         if (filled)
             painter.setBrush(shape.style.fillColor);
         shape.tool->paint(painter, from, to);
+    });
+}
+
+void DragTool::drawFreehand(const Stroke &piece, const ShapeStyle &style, AnnotationLayer &layer)
+{
+    if (m_isMixed) {
+        draw({ShapeTools::of(CanvasModes::Line), piece, style}, layer);
+        return;
+    }
+    if (m_freehandBase != layer.shapeBase()) {
+        m_freehand.clear();
+        m_freehandBase = layer.shapeBase();
+    }
+    const Ink ink(style.penColor, style.penWidth);
+    const QRect part = m_freehand.add(piece.from, piece.to, ink) & layer.rect();
+    if (part.isEmpty())
+        return;
+    layer.restore(part);
+    layer.paint({part}, [&](QPainter &painter) {
+        painter.setClipRect(part);
+        m_freehand.paint(painter, part);
     });
 }

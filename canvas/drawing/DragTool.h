@@ -1,11 +1,13 @@
 #pragma once
 
+#include "canvas/drawing/Ink.h"
 #include "settings/CanvasModes.h"
 
 #include <QColor>
 #include <QPoint>
 #include <QRect>
 
+#include <cstdint>
 #include <optional>
 
 class AnnotationLayer;
@@ -68,11 +70,17 @@ private:
 
     void pan(QPoint picturePoint, ViewGeometry &view);
     static void draw(const Shape &shape, AnnotationLayer &layer);
+    void drawFreehand(const Stroke &piece, const ShapeStyle &style, AnnotationLayer &layer);
 
     bool m_dragging = false;
     /// Where the drag began; with the hand and freehand, where it last was.
     QPoint m_pressPoint;
     /// Moved to, but not drawn yet.
     std::optional<Shape> m_pending;
+    /// The freehand stroke since the press, or since the drawing was turned or replaced under it.
+    FreehandStroke m_freehand;
+    std::uint64_t m_freehandBase = 0;
+    /// Another tool has drawn in this drag: what it did would be lost if the stroke were redrawn.
+    bool m_isMixed = false;
     QRect m_clipRectangle;
 };

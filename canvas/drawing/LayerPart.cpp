@@ -126,6 +126,20 @@ void LayerPart::copyTo(QImage &layer) const
         std::memcpy(rowOf(layer, m_rect, y), row(y), rowBytes());
 }
 
+void LayerPart::copyTo(QImage &layer, const QRect &rect) const
+{
+    const QRect common = m_rect & rect;
+    if (common.isEmpty())
+        return;
+    if (isTransparent()) {
+        clear(layer, common);
+        return;
+    }
+    const auto bytes = static_cast<std::size_t>(common.width()) * sizeof(std::uint32_t);
+    for (int y = common.top(); y <= common.bottom(); ++y)
+        std::memcpy(rowOf(layer, common, y), row(y) + (common.left() - m_rect.left()), bytes);
+}
+
 bool LayerPart::equals(const QImage &layer) const
 {
     if (isTransparent())

@@ -39,6 +39,8 @@ public:
 
     // For parts that are not packed.
     void copyTo(QImage &layer) const;
+    /// Only what lies in that rectangle, too.
+    void copyTo(QImage &layer, const QRect &rect) const;
     [[nodiscard]] bool equals(const QImage &layer) const;
 
     // Parts of any layer.

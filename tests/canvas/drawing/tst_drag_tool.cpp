@@ -1,6 +1,7 @@
 #include "canvas/drawing/AnnotationLayer.h"
 #include "canvas/drawing/AnnotationShapes.h"
 #include "canvas/drawing/DragTool.h"
+#include "canvas/drawing/Ink.h"
 #include "canvas/picture/ViewGeometry.h"
 #include "tests/TestProgram.h"
 
@@ -86,9 +87,7 @@ QImage painted(const DragTool::ShapeStyle &ink, const std::function<void(QPainte
 {
     QImage picture = Board::emptyPicture(FRAME);
     QPainter painter(&picture);
-    QPen pen(ink.penColor);
-    pen.setWidth(ink.penWidth);
-    painter.setPen(pen);
+    Ink(ink.penColor, ink.penWidth).applyTo(painter);
     if (ink.fillEnabled)
         painter.setBrush(QBrush(ink.fillColor));
     draw(painter);
@@ -324,9 +323,7 @@ private slots:
         for (const QPoint point : {QPoint(100, 10), QPoint(100, 100), QPoint(10, 100)})
             board.move(CanvasModes::Freehand, point);
         const QImage expected = painted(board.ink, [](QPainter &painter) {
-            painter.drawLine(10, 10, 100, 10);
-            painter.drawLine(100, 10, 100, 100);
-            painter.drawLine(100, 100, 10, 100);
+            painter.drawPolyline(QPolygon({{10, 10}, {100, 10}, {100, 100}, {10, 100}}));
         });
         QCOMPARE(board.picture(), expected);
     }

@@ -3,6 +3,7 @@
 #include "canvas/OSDProcessor.h"
 #include "canvas/StartPicture.h"
 #include "canvas/TextEditor.h"
+#include "canvas/ToolPointer.h"
 #include "canvas/model/ShotSaver.h"
 #include "diagnostics/TerminalLines.h"
 
@@ -50,6 +51,7 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     connect(m_text.editor(), &TextEditor::undoAvailable, this, &ImageCanvas::announceHistory);
     connect(m_text.editor(), &TextEditor::redoAvailable, this, &ImageCanvas::announceHistory);
 
+    new ToolPointer(this);
     if (const FramePtr picture = startPicture())
         m_model.take(picture);
 }

@@ -48,6 +48,8 @@ public:
     void setDrawingBoardMode(bool on);
     /// A copy of the picture as shown, saved and printed; null before the first one.
     [[nodiscard]] QImage currentImage() const;
+    /// Whether there is the start picture only: no frame has come and nobody has drawn.
+    [[nodiscard]] bool isUntouched() const { return m_model.isUntouched(); }
     [[nodiscard]] QSize pictureSize() const { return m_model.pictureSize(); }
 
     // Snapshots ---------------------------------------------------------------------------------

@@ -8,7 +8,6 @@
 #include <QTextDocument>
 
 #include <algorithm>
-#include <cmath>
 
 namespace
 {
@@ -19,24 +18,6 @@ constexpr int LARGEST_EDGE = 300;
 /// Between the editor and the canvas edge, one more than is left free.
 constexpr int EDGE_MARGIN = 5;
 
-/// Relative luminance of a colour, 0 to 1, as the contrast of texts is defined.
-double luminance(const QColor &color)
-{
-    const auto linear = [](double value) {
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-/// White or black, whichever the ink reads better on; white for the luminance in between, at which
-/// both contrasts are the same.
-QColor groundFor(const QColor &ink)
-{
-    constexpr double EQUAL_CONTRAST = 0.1791;
-    return luminance(ink) > EQUAL_CONTRAST ? Qt::black : Qt::white;
-}
-
 } // namespace
 
 TextAnnotation::TextAnnotation(QWidget *canvas)
@@ -46,6 +27,11 @@ TextAnnotation::TextAnnotation(QWidget *canvas)
 {
     m_editor->hide();
     m_editor->setStyleSheet(QStringLiteral("border: none;"));
+    QPalette palette = m_editor->palette();
+    palette.setColor(QPalette::Base, Qt::transparent);
+    palette.setColor(QPalette::Highlight, QColor(0x0074E6));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    m_editor->setPalette(palette);
     // Presses on the editor and its context menu must not reach the canvas.
     m_editor->setAttribute(Qt::WA_NoMousePropagation);
 }
@@ -121,8 +107,4 @@ void TextAnnotation::applyFormat()
     format.setForeground(QBrush(m_color));
     cursor.setCharFormat(format);
     m_editor->setTextCursor(cursor);
-    // The desktop's own ground may have the colour of the ink.
-    QPalette palette = m_editor->viewport()->palette();
-    palette.setColor(QPalette::Base, groundFor(m_color));
-    m_editor->viewport()->setPalette(palette);
 }

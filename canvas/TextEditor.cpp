@@ -1,6 +1,69 @@
 #include "canvas/TextEditor.h"
 
+#include <QGlyphRun>
 #include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRawFont>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
+
+#include <cmath>
+
+namespace
+{
+
+const QColor OUTLINE(0x0074E6);
+/// Half of it is seen on each ground; a single pixel is lost on a projector.
+constexpr int CARET_WIDTH = 4;
+/// How far the halo reaches out of a letter.
+constexpr double HALO = 2.5;
+
+/// Relative luminance of a colour, 0 to 1, as the contrast of texts is defined.
+double luminance(const QColor &color)
+{
+    const auto linear = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+/// White or black, whichever the ink reads better on: at least 4.5:1 for every ink.
+QColor haloFor(const QColor &ink)
+{
+    // At this luminance both contrasts are the same.
+    constexpr double EQUAL_CONTRAST = 0.1791;
+    return luminance(ink) > EQUAL_CONTRAST ? Qt::black : Qt::white;
+}
+
+/// The letters of a fragment, in the coordinates of the document.
+QPainterPath lettersOf(const QTextBlock &block, const QTextFragment &fragment)
+{
+    QPainterPath letters;
+    letters.setFillRule(Qt::WindingFill);
+    const QPointF corner = block.layout()->position();
+    const QList<QGlyphRun> runs =
+        block.layout()->glyphRuns(fragment.position() - block.position(), fragment.length());
+    for (const QGlyphRun &run : runs) {
+        const QVector<quint32> glyphs = run.glyphIndexes();
+        const QVector<QPointF> places = run.positions();
+        for (int i = 0; i < glyphs.size(); ++i)
+            letters.addPath(run.rawFont().pathForGlyph(glyphs[i]).translated(corner + places[i]));
+    }
+    return letters;
+}
+
+} // namespace
+
+TextEditor::TextEditor(QWidget *parent)
+    : QTextEdit(parent)
+{
+    viewport()->setAutoFillBackground(false);
+    setCursorWidth(CARET_WIDTH);
+    connect(this, &QTextEdit::textChanged, this, [this] { m_halo = QPixmap(); });
+}
 
 void TextEditor::keyPressEvent(QKeyEvent *event)
 {
@@ -10,4 +73,62 @@ void TextEditor::keyPressEvent(QKeyEvent *event)
         return;
     }
     QTextEdit::keyPressEvent(event);
+}
+
+void TextEditor::paintEvent(QPaintEvent *event)
+{
+    {
+        QPainter painter(viewport());
+        // The editor is painted with every frame of the picture under it.
+        if (m_halo.isNull())
+            m_halo = paintedHalo();
+        painter.drawPixmap(0, 0, m_halo);
+        paintCaretGround(painter);
+    }
+    QTextEdit::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setPen(QPen(OUTLINE, 1.0, Qt::DashLine));
+    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+}
+
+void TextEditor::resizeEvent(QResizeEvent *event)
+{
+    m_halo = QPixmap();
+    QTextEdit::resizeEvent(event);
+}
+
+void TextEditor::scrollContentsBy(int dx, int dy)
+{
+    m_halo = QPixmap();
+    QTextEdit::scrollContentsBy(dx, dy);
+}
+
+QPixmap TextEditor::paintedHalo() const
+{
+    QPixmap halo(viewport()->size() * devicePixelRatioF());
+    halo.setDevicePixelRatio(devicePixelRatioF());
+    halo.fill(Qt::transparent);
+    QPainter painter(&halo);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QColor ink = it.fragment().charFormat().foreground().color();
+            painter.strokePath(
+                lettersOf(block, it.fragment()),
+                QPen(haloFor(ink), 2.0 * HALO, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        }
+    }
+    return halo;
+}
+
+// The toolkit's caret inverts what is under it, which on gray is gray again.
+void TextEditor::paintCaretGround(QPainter &painter) const
+{
+    if (!hasFocus())
+        return;
+    const QRect caret = cursorRect();
+    const QRect left(caret.topLeft(), QSize(caret.width() / 2, caret.height()));
+    painter.fillRect(caret, Qt::black);
+    painter.fillRect(left, Qt::white);
 }

@@ -69,6 +69,7 @@ CanvasModel::Shot CanvasModel::take(const QImage &image)
     const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
     const Lock lock(m_mutex);
     m_lastFrameMs = m_clock.elapsed();
+    m_untouched = false;
     if (!m_state.holdsInput(m_settings)) {
         m_state.takeInput(m_state.picture.copyOf(rgb), image.size());
         m_state.publishTo(m_published);
@@ -80,6 +81,7 @@ CanvasModel::Shot CanvasModel::take(void *pixels, QSize size, bool mirror, bool 
 {
     const Lock lock(m_mutex);
     m_lastFrameMs = m_clock.elapsed();
+    m_untouched = false;
     if (rgb32)
         FrameSteps::makeOpaque(pixels, size);
     FramePtr frame;
@@ -222,6 +224,8 @@ void CanvasModel::turn(bool clockwise)
 void CanvasModel::press(CanvasModes::MouseMode mode, QPoint widgetPoint, QSize widgetSize)
 {
     const Lock lock(m_mutex);
+    if (mode != CanvasModes::Hand && mode != CanvasModes::Clip)
+        m_untouched = false;
     m_state.drawing.press(mode, m_state.picturePoint(widgetPoint, widgetSize));
     m_state.publishTo(m_published);
 }
@@ -277,6 +281,7 @@ void CanvasModel::clearDrawing()
 void CanvasModel::placeText(QPoint widgetPoint, QSize widgetSize)
 {
     const Lock lock(m_mutex);
+    m_untouched = false;
     m_state.drawing.placeText(m_state.picturePoint(widgetPoint, widgetSize), m_state.view);
 }
 

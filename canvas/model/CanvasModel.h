@@ -59,6 +59,8 @@ public:
     [[nodiscard]] Shown shown() const;
     /// (0, 0) when there is no picture.
     [[nodiscard]] QSize pictureSize() const;
+    /// Whether a source has delivered nothing yet and nobody has drawn.
+    [[nodiscard]] bool isUntouched() const { return m_untouched; }
     [[nodiscard]] std::int64_t msSinceFrame() const { return m_clock.elapsed() - m_lastFrameMs; }
 
     // Snapshots
@@ -141,6 +143,7 @@ private:
     const PictureSettings &m_settings;
     QElapsedTimer m_clock; ///< Started once by the constructor.
     std::atomic<std::int64_t> m_lastFrameMs{0};
+    std::atomic<bool> m_untouched{true};
     Published m_published;
 
     /// Guards m_state. Never held while a file is written, a widget is touched or the indications

@@ -1,6 +1,8 @@
 #include "canvas/ImageCanvas.h"
 #include "tests/TestProgram.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QTextCursor>
 #include <QTextEdit>
 
 #include <cmath>
@@ -33,6 +35,41 @@ QPalette desktop(const QColor &ground, const QColor &ink)
     return palette;
 }
 
+/// The letters alone, as large as the editor.
+QImage lettersOf(const QTextEdit &editor)
+{
+    QImage image(editor.size(), QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    editor.document()->drawContents(&painter);
+    return image;
+}
+
+/// The pixels beside a letter that no letter covers.
+QVector<QPoint> pixelsAround(const QImage &letters)
+{
+    QVector<QPoint> around;
+    const auto isInk = [&](int x, int y) {
+        return letters.valid(x, y) && qAlpha(letters.pixel(x, y)) > 0;
+    };
+    for (int y = 1; y < letters.height(); ++y) {
+        for (int x = 1; x < letters.width(); ++x) {
+            const bool beside =
+                isInk(x - 1, y) || isInk(x + 1, y) || isInk(x, y - 1) || isInk(x, y + 1);
+            if (!isInk(x, y) && beside)
+                around.append({x, y});
+        }
+    }
+    return around;
+}
+
+void fill(ImageCanvas &canvas, const QColor &color)
+{
+    QImage picture(640, 480, QImage::Format_RGB888);
+    picture.fill(color);
+    canvas.imageCaptured(picture);
+}
+
 } // namespace
 
 /// The text that is being typed onto the picture, under the palettes that desktops have.
@@ -41,40 +78,114 @@ class TextContrastTest : public QObject
     Q_OBJECT
 
 private slots:
-    void theTextBeingTypedCanBeRead_data()
-    {
-        QTest::addColumn<QPalette>("palette");
-        QTest::addColumn<QColor>("ink");
-        const QPalette palettes[] = {desktop(Qt::white, Qt::black), desktop(0x202326, Qt::white),
-                                     desktop(Qt::black, Qt::yellow), desktop(0x7F7F7F, Qt::white)};
-        const char *names[] = {"light", "dark", "yellow on black", "grey"};
-        for (int i = 0; i < 4; ++i) {
-            for (const Qt::GlobalColor ink : {Qt::black, Qt::white, Qt::yellow, Qt::red, Qt::blue})
-                QTest::addRow("%s, %s", qPrintable(QColor(ink).name()), names[i])
-                    << palettes[i] << QColor(ink);
-        }
-    }
-
-    void theTextBeingTypedCanBeRead()
-    {
-        QFETCH(QPalette, palette);
-        QFETCH(QColor, ink);
-        QApplication::setPalette(palette);
-        ImageCanvas canvas;
-        canvas.resize(640, 480);
-        canvas.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
-        canvas.setTextColor(ink);
-        canvas.setMouseMode(ImageCanvas::Text);
-        QTest::mouseClick(&canvas, Qt::LeftButton, {}, {100, 100});
-        const auto *editor = canvas.findChild<QTextEdit *>();
-        QVERIFY(editor && editor->isVisible());
-        const QColor ground = canvas.grab().toImage().pixelColor(110, 380);
-        QVERIFY2(contrast(ground, ink) >= 4.5, qPrintable(ground.name()));
-    }
-
-    void cleanupTestCase() { QApplication::setPalette(QPalette()); }
+    void theTextBeingTypedCanBeRead_data();
+    void theTextBeingTypedCanBeRead();
+    void eachInkOfALineCanBeRead();
+    void theCaretIsSeenOnEveryPicture_data();
+    void theCaretIsSeenOnEveryPicture();
+    void cleanup() { QApplication::setPalette(QPalette()); }
 };
+
+void TextContrastTest::theTextBeingTypedCanBeRead_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::addColumn<QColor>("ink");
+    const QPalette palettes[] = {desktop(Qt::white, Qt::black), desktop(0x202326, Qt::white),
+                                 desktop(Qt::black, Qt::yellow), desktop(0x7F7F7F, Qt::white)};
+    const char *names[] = {"light", "dark", "yellow on black", "grey"};
+    for (int i = 0; i < 4; ++i) {
+        for (const Qt::GlobalColor ink : {Qt::black, Qt::white, Qt::yellow, Qt::red, Qt::blue})
+            QTest::addRow("%s, %s", qPrintable(QColor(ink).name()), names[i])
+                << palettes[i] << QColor(ink);
+    }
+}
+
+void TextContrastTest::theTextBeingTypedCanBeRead()
+{
+    QFETCH(QPalette, palette);
+    QFETCH(QColor, ink);
+    QApplication::setPalette(palette);
+    ImageCanvas canvas;
+    canvas.resize(640, 480);
+    canvas.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+    canvas.setTextColor(ink);
+    canvas.setMouseMode(ImageCanvas::Text);
+    QTest::mouseClick(&canvas, Qt::LeftButton, {}, {100, 100});
+    auto *editor = canvas.findChild<QTextEdit *>();
+    QVERIFY(editor && editor->isVisible());
+    QTest::keyClicks(editor, "Math");
+    // The caret would lie over what is looked at.
+    editor->clearFocus();
+    const QVector<QPoint> around = pixelsAround(lettersOf(*editor));
+    QVERIFY(around.size() > 100);
+    // Nothing is worse than a picture in the colour of the ink.
+    for (const QColor &ground : {ink, QColor(Qt::white), QColor(Qt::black), QColor(Qt::gray)}) {
+        fill(canvas, ground);
+        const QImage shown = canvas.grab(editor->geometry()).toImage();
+        for (const QPoint &pixel : around)
+            QVERIFY2(contrast(shown.pixelColor(pixel), ink) >= 4.5,
+                     qPrintable(
+                         QString("%1 %2 on %3").arg(pixel.x()).arg(pixel.y()).arg(ground.name())));
+        // The picture is seen right beside.
+        QCOMPARE(shown.pixelColor(200, 20), ground);
+    }
+}
+
+void TextContrastTest::eachInkOfALineCanBeRead()
+{
+    ImageCanvas canvas;
+    canvas.resize(640, 480);
+    canvas.show();
+    fill(canvas, Qt::gray);
+    canvas.setMouseMode(ImageCanvas::Text);
+    QTest::mouseClick(&canvas, Qt::LeftButton, {}, {100, 100});
+    auto *editor = canvas.findChild<QTextEdit *>();
+    canvas.setTextColor(Qt::white);
+    QTest::keyClicks(editor, "M");
+    canvas.setTextColor(Qt::black);
+    QTest::keyClicks(editor, "   M");
+    editor->clearFocus();
+    const QImage letters = lettersOf(*editor);
+    const QImage shown = canvas.grab(editor->geometry()).toImage();
+    int whites = 0;
+    int blacks = 0;
+    for (const QPoint &pixel : pixelsAround(letters)) {
+        const QColor color = shown.pixelColor(pixel);
+        whites += color == QColor(Qt::white) ? 1 : 0;
+        blacks += color == QColor(Qt::black) ? 1 : 0;
+    }
+    QVERIFY2(whites > 30 && blacks > 30, qPrintable(QString("%1 %2").arg(whites).arg(blacks)));
+}
+
+void TextContrastTest::theCaretIsSeenOnEveryPicture_data()
+{
+    QTest::addColumn<QColor>("ground");
+    for (const Qt::GlobalColor ground : {Qt::black, Qt::white, Qt::gray, Qt::darkGray})
+        QTest::addRow("%s", qPrintable(QColor(ground).name())) << QColor(ground);
+    QTest::newRow("halfway") << QColor(0x7F7F7F);
+}
+
+void TextContrastTest::theCaretIsSeenOnEveryPicture()
+{
+    QFETCH(QColor, ground);
+    ImageCanvas canvas;
+    canvas.resize(640, 480);
+    canvas.show();
+    QApplication::setActiveWindow(&canvas);
+    QVERIFY(QTest::qWaitForWindowActive(&canvas));
+    fill(canvas, ground);
+    canvas.setMouseMode(ImageCanvas::Text);
+    QTest::mouseClick(&canvas, Qt::LeftButton, {}, {100, 100});
+    auto *editor = canvas.findChild<QTextEdit *>();
+    QTRY_VERIFY(editor->hasFocus());
+    const QRect caret = editor->cursorRect();
+    const QImage shown = canvas.grab(editor->geometry()).toImage();
+    double best = 1.0;
+    for (int x = caret.left(); x <= caret.right(); ++x)
+        best = std::max(best, contrast(shown.pixelColor(x, caret.center().y()), ground));
+    QVERIFY2(best >= 4.5, qPrintable(QString::number(best)));
+}
 
 REGISTER_TEST(TextContrastTest)
 #include "tst_text_contrast.moc"

@@ -1,0 +1,133 @@
+#include "canvas/ToolCursor.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace
+{
+
+/// Smaller rings are lost on a projector.
+constexpr double LEAST_RING = 9.0;
+/// Larger pictures of a pointer are refused by some screens.
+constexpr double LARGEST = 200.0;
+constexpr double CROSS_ARM = 10.0;
+constexpr double CORNER = 8.0;
+
+/// A square picture with its hot spot in the middle, in which `draw` finds the origin there.
+QCursor drawn(double side, double ratio, const std::function<void(QPainter &)> &draw)
+{
+    // An odd number of pixels has a middle one.
+    const int edge = 2 * static_cast<int>(std::ceil(side / 2.0)) + 1;
+    QPixmap picture(QSize(edge, edge) * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(edge / 2.0, edge / 2.0);
+    draw(painter);
+    painter.end();
+    return QCursor(picture, edge / 2, edge / 2);
+}
+
+/// Black inside white: one of the two is seen on every picture.
+void drawTwice(QPainter &painter, const std::function<void()> &draw, Qt::PenStyle style)
+{
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Qt::white, 3.0, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    draw();
+    painter.setPen(QPen(Qt::black, 1.0, style, Qt::FlatCap, Qt::MiterJoin));
+    draw();
+}
+
+QCursor ring(double diameter, const QColor &color, double ratio)
+{
+    const double outer = std::clamp(diameter, LEAST_RING, LARGEST);
+    return drawn(outer + 4.0, ratio, [&](QPainter &painter) {
+        const auto circle = [&painter](double radius, const QColor &line, double width) {
+            painter.setPen(QPen(line, width));
+            painter.drawEllipse(QPointF(0, 0), radius, radius);
+        };
+        painter.setBrush(Qt::NoBrush);
+        const double radius = outer / 2.0;
+        circle(radius + 0.5, Qt::black, 1.0);
+        circle(radius - 1.0, color, 2.0);
+        circle(radius - 2.5, Qt::white, 1.0);
+    });
+}
+
+QCursor cross(double ratio)
+{
+    return drawn(2.0 * CROSS_ARM + 4.0, ratio, [](QPainter &painter) {
+        drawTwice(
+            painter,
+            [&painter] {
+                painter.drawLine(QPointF(-CROSS_ARM, 0), QPointF(CROSS_ARM, 0));
+                painter.drawLine(QPointF(0, -CROSS_ARM), QPointF(0, CROSS_ARM));
+            },
+            Qt::SolidLine);
+    });
+}
+
+QCursor eraser(double side, double ratio)
+{
+    // Whole pixels to either side of the middle one: the hairline is then sharp.
+    const double edge = 2.0 * std::round((std::clamp(side, 5.0, LARGEST) - 1.0) / 2.0);
+    return drawn(edge + 4.0, ratio, [&](QPainter &painter) {
+        drawTwice(
+            painter,
+            [&painter, edge] { painter.drawRect(QRectF(-edge / 2.0, -edge / 2.0, edge, edge)); },
+            Qt::SolidLine);
+    });
+}
+
+QCursor clip(double ratio)
+{
+    return drawn(2.0 * (CROSS_ARM + CORNER) + 4.0, ratio, [](QPainter &painter) {
+        drawTwice(
+            painter,
+            [&painter] {
+                painter.drawLine(QPointF(-CROSS_ARM, 0), QPointF(CROSS_ARM, 0));
+                painter.drawLine(QPointF(0, -CROSS_ARM), QPointF(0, CROSS_ARM));
+            },
+            Qt::SolidLine);
+        drawTwice(
+            painter,
+            [&painter] {
+                const double far = CROSS_ARM + CORNER;
+                painter.drawLine(QPointF(5, far), QPointF(far, far));
+                painter.drawLine(QPointF(far, 5), QPointF(far, far));
+            },
+            Qt::DotLine);
+    });
+}
+
+} // namespace
+
+bool ToolCursor::operator==(const ToolCursor &other) const
+{
+    return tool == other.tool && penColor == other.penColor && penWidth == other.penWidth &&
+           eraserSide == other.eraserSide && dragging == other.dragging &&
+           pixelRatio == other.pixelRatio;
+}
+
+QCursor ToolCursor::cursor() const
+{
+    switch (tool) {
+    case CanvasModes::Hand:
+        return dragging ? Qt::ClosedHandCursor : Qt::OpenHandCursor;
+    case CanvasModes::Freehand:
+        return ring(penWidth, penColor, pixelRatio);
+    case CanvasModes::Eraser:
+        return eraser(eraserSide, pixelRatio);
+    case CanvasModes::Clip:
+        return clip(pixelRatio);
+    case CanvasModes::Text:
+        return Qt::IBeamCursor;
+    default:
+        return cross(pixelRatio);
+    }
+}

@@ -1,0 +1,165 @@
+#include "canvas/ImageCanvas.h"
+#include "canvas/ToolCursor.h"
+#include "tests/TestProgram.h"
+
+#include <QBitmap>
+#include <QTest>
+#include <QTextEdit>
+
+namespace
+{
+
+QSize visibleSize(const QCursor &cursor)
+{
+    const QImage image = cursor.pixmap().toImage().convertToFormat(QImage::Format_ARGB32);
+    QRect visible;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qAlpha(image.pixel(x, y)) > 127)
+                visible |= QRect(x, y, 1, 1);
+        }
+    }
+    return visible.size();
+}
+
+ToolCursor pen(double width, const QColor &color = Qt::red)
+{
+    ToolCursor cursor;
+    cursor.tool = CanvasModes::Freehand;
+    cursor.penWidth = width;
+    cursor.penColor = color;
+    return cursor;
+}
+
+void enter(ImageCanvas &canvas)
+{
+    QEvent event(QEvent::Enter);
+    QCoreApplication::sendEvent(&canvas, &event);
+}
+
+} // namespace
+
+class TestToolCursor : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void thePenIsARingOfItsWidthAndColour();
+    void theEraserIsASquareOfItsSize();
+    void everyToolIsSeenOnBlackAndOnWhite();
+    void handsOpenAndClose();
+    void theCanvasShowsItsToolWithTheZoom();
+    void writtenTextLiesOnThePicture();
+};
+
+void TestToolCursor::thePenIsARingOfItsWidthAndColour()
+{
+    QVERIFY(std::abs(visibleSize(pen(40.0).cursor()).width() - 41) <= 1);
+    QVERIFY(visibleSize(pen(3.0).cursor()).width() >= 9);
+    const QImage ring = pen(40.0).cursor().pixmap().toImage();
+    const QPoint middle(ring.width() / 2, ring.height() / 2);
+    QCOMPARE(qAlpha(ring.pixel(middle)), 0);
+    // On the ring, a pixel inside its edge.
+    QCOMPARE(QColor(ring.pixel(middle.x() + 19, middle.y())), QColor(Qt::red));
+    QCOMPARE(pen(40.0).cursor().hotSpot(), middle);
+}
+
+void TestToolCursor::theEraserIsASquareOfItsSize()
+{
+    ToolCursor cursor;
+    cursor.tool = CanvasModes::Eraser;
+    cursor.eraserSide = 51.0;
+    QVERIFY(std::abs(visibleSize(cursor.cursor()).width() - 53) <= 1);
+    cursor.eraserSide = 27.0;
+    QVERIFY(std::abs(visibleSize(cursor.cursor()).height() - 29) <= 1);
+}
+
+void TestToolCursor::everyToolIsSeenOnBlackAndOnWhite()
+{
+    for (const CanvasModes::MouseMode tool :
+         {CanvasModes::Freehand, CanvasModes::Line, CanvasModes::Eraser, CanvasModes::Clip}) {
+        for (const QColor &color : {QColor(Qt::black), QColor(Qt::white)}) {
+            ToolCursor cursor = pen(6.0, color);
+            cursor.tool = tool;
+            cursor.eraserSide = 15.0;
+            const QImage image = cursor.cursor().pixmap().toImage();
+            int dark = 0;
+            int light = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    const QColor pixel = image.pixelColor(x, y);
+                    dark += pixel.alpha() > 127 && pixel.lightness() < 64 ? 1 : 0;
+                    light += pixel.alpha() > 127 && pixel.lightness() > 191 ? 1 : 0;
+                }
+            }
+            QVERIFY2(dark >= 8 && light >= 8, qPrintable(QString::number(tool)));
+        }
+    }
+}
+
+void TestToolCursor::handsOpenAndClose()
+{
+    ToolCursor cursor;
+    QCOMPARE(cursor.cursor().shape(), Qt::OpenHandCursor);
+    cursor.dragging = true;
+    QCOMPARE(cursor.cursor().shape(), Qt::ClosedHandCursor);
+    cursor.tool = CanvasModes::Text;
+    QCOMPARE(cursor.cursor().shape(), Qt::IBeamCursor);
+}
+
+void TestToolCursor::theCanvasShowsItsToolWithTheZoom()
+{
+    ImageCanvas canvas;
+    canvas.resize(400, 300);
+    QImage picture(400, 300, QImage::Format_RGB888);
+    picture.fill(Qt::white);
+    canvas.imageCaptured(picture);
+    canvas.setMouseMode(CanvasModes::Freehand);
+    canvas.penWidth = 12;
+    enter(canvas);
+    const int whole = visibleSize(canvas.cursor()).width();
+    QVERIFY(std::abs(whole - 13) <= 1);
+    canvas.zoomIn();
+    // Each painting brings the pointer in line.
+    (void)canvas.grab();
+    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 25) <= 1);
+    canvas.zoomReset();
+    canvas.penWidth = 30;
+    (void)canvas.grab();
+    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 31) <= 1);
+    canvas.setMouseMode(CanvasModes::Hand);
+    (void)canvas.grab();
+    QCOMPARE(canvas.cursor().shape(), Qt::OpenHandCursor);
+    QTest::mousePress(&canvas, Qt::LeftButton, {}, {100, 100});
+    QCOMPARE(canvas.cursor().shape(), Qt::ClosedHandCursor);
+    QTest::mouseRelease(&canvas, Qt::LeftButton, {}, {100, 100});
+    QCOMPARE(canvas.cursor().shape(), Qt::OpenHandCursor);
+}
+
+void TestToolCursor::writtenTextLiesOnThePicture()
+{
+    QPalette dark(Qt::black);
+    dark.setColor(QPalette::Base, Qt::black);
+    QApplication::setPalette(dark);
+    ImageCanvas canvas;
+    canvas.resize(400, 300);
+    QImage picture(400, 300, QImage::Format_RGB888);
+    picture.fill(Qt::yellow);
+    canvas.imageCaptured(picture);
+    canvas.setMouseMode(CanvasModes::Text);
+    canvas.show();
+    QTest::mouseClick(&canvas, Qt::LeftButton, {}, {50, 50});
+    const auto *editor = canvas.findChild<QTextEdit *>();
+    QVERIFY(editor->isVisible());
+    const QImage shown = canvas.grab().toImage();
+    QApplication::setPalette(QPalette());
+    QCOMPARE(shown.pixelColor(editor->geometry().center()), QColor(Qt::yellow));
+    int outline = 0;
+    for (int x = editor->x(); x <= editor->geometry().right(); ++x)
+        outline += shown.pixelColor(x, editor->y()) == QColor(0x0074E6) ? 1 : 0;
+    QVERIFY2(outline > editor->width() / 3 && outline < editor->width(),
+             qPrintable(QString::number(outline)));
+}
+
+REGISTER_TEST(TestToolCursor)
+#include "tst_tool_cursor.moc"

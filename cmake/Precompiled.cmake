@@ -37,4 +37,5 @@ if(PRECOMPILED_HEADERS)
     precompiled_layer(test LIBS Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Test
         HEADERS ${standard_headers} ${gui_headers} <QApplication> <QLabel> <QMouseEvent>
             <QProcess> <QPushButton> <QSignalSpy> <QTemporaryDir> <QWidget> <QtTest>)
+    target_compile_options(precompiled_test PRIVATE ${TEST_CODE_OPTIONS})
 endif()

@@ -24,14 +24,30 @@ DEB_PACKAGES="
 
 # What the tests drive it with.
 TEST_PACKAGES="
-    lld libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
+    lld libxcb1-dev qemu-user xserver-xorg-core xserver-xorg-video-dummy x11-xserver-utils
+    weston xvfb xauth x11-utils xdotool openbox imagemagick
     clang clang-format libclang-rt-dev e2fsprogs mpv cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg
-    desktop-file-utils appstream mandoc man-db dpkg-dev udev gstreamer1.0-tools"
+    desktop-file-utils appstream mandoc man-db dpkg-dev git udev umockdev gstreamer1.0-tools"
+
+# What ./test tidy reads the sources with.
+TIDY_PACKAGES="
+    clang-tidy"
 
 # What the benchmarks measure beside it.
 BENCHMARK_PACKAGES="
     gstreamer1.0-tools libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv
     graphicsmagick libvips-tools libgdk-pixbuf2.0-bin"
+
+# check_folder FOLDER: fails, saying so in one line, where nothing can be built. Search paths for libraries
+# and lists of files are separated by these characters, and no quotes help.
+check_folder() {
+    case $1 in
+    *[:\;]*)
+        echo "The path of this folder holds ':' or ';', with which nothing can be built: $1" >&2
+        return 1
+        ;;
+    esac
+}
 
 # missing_packages NAME...: prints those that are not installed.
 missing_packages() {

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 
 #include "canvas/OSDProcessor.h"
+#include "canvas/PictureTap.h"
 #include "canvas/StartPicture.h"
 #include "canvas/TextEditor.h"
 #include "canvas/ToolPointer.h"
@@ -50,6 +51,7 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     connect(m_text.editor(), &TextEditor::finished, this, &ImageCanvas::endTextEditing);
     connect(m_text.editor(), &TextEditor::undoAvailable, this, &ImageCanvas::announceHistory);
     connect(m_text.editor(), &TextEditor::redoAvailable, this, &ImageCanvas::announceHistory);
+    connect(m_text.editor(), &TextEditor::textChanged, this, &ImageCanvas::typedTextChanged);
 
     new ToolPointer(this);
     if (const FramePtr picture = startPicture())
@@ -229,6 +231,7 @@ void ImageCanvas::endTextEditing()
     m_text.close();
     m_model.commitText(m_text.document(), size());
     announceHistory();
+    emit typedTextChanged();
 }
 
 void ImageCanvas::clearPainting()
@@ -346,6 +349,30 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
     announceHistory();
 }
 
+// Elsewhere ---------------------------------------------------
+
+void ImageCanvas::setPictureTap(PictureTap *tap)
+{
+    {
+        const std::lock_guard lock(m_tapMutex);
+        m_tap = tap;
+    }
+    tellTap();
+}
+
+void ImageCanvas::tellTap()
+{
+    const std::lock_guard lock(m_tapMutex);
+    if (m_tap)
+        m_tap->pictureShown(m_model.shown());
+}
+
+QRect ImageCanvas::picturePlace() const
+{
+    const ViewGeometry::Fit fitted = ViewGeometry::fit(m_model.pictureSize(), size());
+    return {fitted.margin, fitted.size};
+}
+
 // Indications and painting ------------------------------------
 
 void ImageCanvas::setOsdProcessor(OSDProcessor *processor)
@@ -376,6 +403,7 @@ void ImageCanvas::hideEvent(QHideEvent *event)
 
 void ImageCanvas::requestRepaint()
 {
+    tellTap();
     if (QThread::currentThread() == thread()) {
         update();
         announceHistory();

@@ -19,9 +19,11 @@
 
 #include <atomic>
 #include <limits>
+#include <mutex>
 #include <optional>
 
 class OSDProcessor;
+class PictureTap;
 
 /// The widget that shows the picture. It hands frames to its model, paints and saves the picture
 /// that is made from them, writes it back to the caller, and turns mouse events into drawing.
@@ -130,6 +132,17 @@ public:
     /// there is none.
     void endTextEditing();
 
+    /// Paints the text that is being edited, in this widget's coordinates and without its caret;
+    /// nothing when there is none.
+    void paintTypedText(QPainter *painter) const { m_text.paint(painter); }
+
+    // Elsewhere ---------------------------------------------------------------------------------
+    /// Hands `tap` the picture now and after every change; null for nobody. When this returns, the
+    /// tap before is not called any more.
+    void setPictureTap(PictureTap *tap);
+    /// Where in this widget the picture stands.
+    [[nodiscard]] QRect picturePlace() const;
+
     // Indications -------------------------------------------------------------------------------
     void setOsdProcessor(OSDProcessor *processor);
 
@@ -161,6 +174,8 @@ signals:
     void historyChanged();
     /// A clip has been copied to the clipboard.
     void clipDone();
+    /// The text that is being edited has changed, or has become part of the drawing.
+    void typedTextChanged();
     /// lastSnapshotFailure() has changed. GUI thread.
     void snapshotFailed(const QString &path, const QString &reason);
 
@@ -184,6 +199,7 @@ private:
     void save(const CanvasModel::Shot &shot);
     void reportSnapshotFailure(const QString &path, const QString &reason);
     void requestRepaint();
+    void tellTap();
     /// Shows what was drawn on a standing picture; a source in motion does so with its next frame.
     void requestStroke();
     void endDrag(QPoint widgetPoint);
@@ -193,6 +209,9 @@ private:
     CanvasModel m_model{*this};
     /// Written by any thread.
     std::atomic<bool> m_updatePosted{false};
+    /// Guards m_tap, also while it is called.
+    std::mutex m_tapMutex;
+    PictureTap *m_tap = nullptr;
 
     // GUI thread only.
     QPointer<OSDProcessor> m_osd;

@@ -3,6 +3,9 @@
 #include "canvas/TextEditor.h"
 #include "canvas/drawing/TextPainter.h"
 
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QScrollBar>
 #include <QTextCharFormat>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -68,6 +71,20 @@ void TextAnnotation::close()
     // An editor that was never on the screen has not laid its document out.
     if (m_editor->document()->textWidth() <= 0.0)
         m_editor->document()->setTextWidth(m_editor->width());
+}
+
+void TextAnnotation::paint(QPainter *painter) const
+{
+    if (!isOpen())
+        return;
+    painter->save();
+    painter->setClipRect(m_editor->geometry(), Qt::IntersectClip);
+    painter->translate(m_editor->pos() - QPoint(m_editor->horizontalScrollBar()->value(),
+                                                m_editor->verticalScrollBar()->value()));
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette.setColor(QPalette::Text, m_color);
+    document().documentLayout()->draw(painter, context);
+    painter->restore();
 }
 
 void TextAnnotation::keepInside()

@@ -4,6 +4,7 @@
 #include <QPoint>
 #include <QString>
 
+class QPainter;
 class QTextDocument;
 class QWidget;
 class TextEditor;
@@ -27,6 +28,8 @@ public:
     [[nodiscard]] bool isOpen() const;
     /// Hides the editor and leaves the keyboard focus to the window. The text stays.
     void close();
+    /// Paints an open text where it stands on the canvas, without its caret and selection.
+    void paint(QPainter *painter) const;
     /// Moves an open editor back into a canvas that has become smaller.
     void keepInside();
 

@@ -168,6 +168,12 @@ std::vector<Row> cardRows()
             .clicks(SLOT(undo())).on({Qt::CTRL | Qt::Key_Z}),
         Row(C::Redo, K, "ICON_REDO", QT_TRANSLATE_NOOP("MainWindow", "Redo"))
             .clicks(SLOT(redo())).on({Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}),
+        Row(C::Present, K, "ICON_PRESENT", QT_TRANSLATE_NOOP("MainWindow", "Presentation"))
+            .clicks(SLOT(present())).looks(Checkable).on({Qt::Key_F5}),
+        Row(C::HoldPresentation, K, "ICON_PRESENT_HOLD", QT_TRANSLATE_NOOP("MainWindow", "Hold the presentation"))
+            .clicks(SLOT(holdPresentation())).looks(Checkable).on({Qt::SHIFT | Qt::Key_F5}),
+        Row(C::BlankPresentation, K, "ICON_PRESENT_BLANK", QT_TRANSLATE_NOOP("MainWindow", "Black presentation"))
+            .clicks(SLOT(blankPresentation())).looks(Checkable).on({Qt::Key_B, Qt::Key_Period}),
         Row(C::More, K, "ICON_MORE", QT_TRANSLATE_NOOP("MainWindow", "More"))
             .clicks(SLOT(more())).opens(PopUp::More),
     };

@@ -65,6 +65,9 @@ enum class Command {
     // The card, "More" last
     Undo,
     Redo,
+    Present,
+    HoldPresentation,
+    BlankPresentation,
     More,
     // On keys alone
     PlayOrPauseFilm,

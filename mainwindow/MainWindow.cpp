@@ -8,6 +8,7 @@
 #include "mainwindow/actions/PicturePrinter.h"
 #include "mainwindow/bars/CommandCard.h"
 #include "mainwindow/pages/MoreToolWindow.h"
+#include "mainwindow/presentation/Presentation.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
@@ -216,6 +217,8 @@ void MainWindow::leave()
         m_popups.current()->close();
     else if (isFullScreen())
         toggleFullScreen();
+    else
+        m_presentation->close();
 }
 
 void MainWindow::reposition()
@@ -328,6 +331,32 @@ void MainWindow::showHistory()
 {
     button(Command::Undo)->setGray(!currentCanvas()->canUndo());
     button(Command::Redo)->setGray(!currentCanvas()->canRedo());
+}
+
+void MainWindow::present()
+{
+    m_presentation->toggle();
+}
+
+void MainWindow::holdPresentation()
+{
+    m_presentation->toggleHold();
+}
+
+void MainWindow::blankPresentation()
+{
+    m_presentation->toggleBlank();
+}
+
+void MainWindow::showPresentation()
+{
+    button(Command::Present)->setChecked(m_presentation->isOpen());
+    button(Command::HoldPresentation)->setChecked(m_presentation->isHeld());
+    button(Command::BlankPresentation)->setChecked(m_presentation->isBlank());
+    button(Command::HoldPresentation)->setGray(!m_presentation->isOpen());
+    button(Command::BlankPresentation)->setGray(!m_presentation->isOpen());
+    // What is on has to be seen on the card.
+    reposition();
 }
 
 // Commands ----------------------------------------------------------------------------------------

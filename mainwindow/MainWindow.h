@@ -28,6 +28,7 @@ class LiveSource;
 class OSDProcessor;
 class Panel;
 class PhotographSource;
+class Presentation;
 class QButtonGroup;
 class QLabel;
 class ThumbnailWidget;
@@ -57,6 +58,8 @@ public:
     /// Null for a command that has no button.
     [[nodiscard]] ImageButton *button(Command command) const;
 
+    [[nodiscard]] Presentation *presentation() const { return m_presentation.get(); }
+
     /// Stops a running recording with its buttons and its clock; nothing otherwise.
     void stopRecording();
 
@@ -69,7 +72,8 @@ public slots:
     void switchMode();
     void expand();
     void toggleFullScreen();
-    /// Leaves what lies on top: a pop-up that is to be seen, else the full screen.
+    /// Leaves what lies on top: a pop-up that is to be seen, else the full screen, else the
+    /// presentation.
     void leave();
     /// The pop-up with the pages, and the same on the page of the keys.
     void more();
@@ -78,6 +82,11 @@ public slots:
     // The drawing of the current canvas
     void undo();
     void redo();
+
+    // The window for the class
+    void present();
+    void holdPresentation();
+    void blankPresentation();
 
     // Drawing tools; the Hold slots open the tool's pop-up window.
     void line() { m_tools->select(Command::Line); }
@@ -189,11 +198,14 @@ private:
     void connectOptions(const Commands::Row &row, ImageButton *toolButton);
     void connectCommands();
     ImageCanvas *createCanvas();
+    void createPresentation();
     void createCard();
     void createKeyBindings();
     void openMore();
     /// Whether there is something to undo and to redo on the current canvas.
     void showHistory();
+    /// Whether the presentation is open, holds its picture or is blank.
+    void showPresentation();
     void perform(Command command);
     /// Calls one of this window's slots, coded by SLOT().
     void call(const char *slot);
@@ -218,6 +230,7 @@ private:
     std::unique_ptr<ToolActions> m_tools;
     std::unique_ptr<CameraActions> m_camera;
     std::unique_ptr<CaptureActions> m_capture;
+    std::unique_ptr<Presentation> m_presentation;
     KeyBindings *m_keys = nullptr;
     CommandCard *m_card = nullptr;
     Panel *m_panel = nullptr;

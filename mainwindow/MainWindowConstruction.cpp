@@ -5,6 +5,7 @@
 #include "mainwindow/Modes.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/CommandCard.h"
+#include "mainwindow/presentation/Presentation.h"
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
 #include "sources/FilmSource.h"
@@ -57,6 +58,7 @@ MainWindow::MainWindow(QWidget *parent)
     createFilmPart();
     createPhotographPart();
     createDrawingBoard();
+    createPresentation();
     createCard();
     start();
 }
@@ -273,12 +275,19 @@ void MainWindow::start()
     expand();
     qApp->installEventFilter(this);
     createKeyBindings();
+    showPresentation();
+}
+
+void MainWindow::createPresentation()
+{
+    m_presentation = std::make_unique<Presentation>(m_deck, this);
+    connect(m_presentation.get(), &Presentation::changed, this, &MainWindow::showPresentation);
 }
 
 void MainWindow::createCard()
 {
     m_card = new CommandCard(&m_buttons, this);
-    m_popups.setMore({m_deck, m_liveSource}, m_card);
+    m_popups.setMore({m_deck, m_liveSource, m_presentation.get()}, m_card);
     ImageButton *moreButton = button(Command::More);
     for (int mode = 0; mode < Modes::COUNT; ++mode) {
         const ImageCanvas *canvas = m_deck->canvas(mode);
@@ -291,6 +300,7 @@ void MainWindow::createCard()
 void MainWindow::createKeyBindings()
 {
     m_keys = new KeyBindings(this, m_deck, &m_popups);
+    m_keys->setLeavable([this] { return m_presentation->isOpen(); });
     connect(m_keys, &KeyBindings::given, this, &MainWindow::perform);
     connect(m_keys, &KeyBindings::started, this,
             [this](Command command) { call(Commands::row(command).startSlot); });

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QSettings>
+#include <QVariant>
 
 namespace
 {
@@ -30,29 +31,50 @@ bool usable(const QSettings &settings)
     return settings.status() == QSettings::NoError && (!file.exists() || file.isFile());
 }
 
-} // namespace
-
-int Preferences::number(const QString &key, int otherwise, int least, int most)
+/// Invalid when there is none.
+QVariant stored(const QString &key)
 {
     const QSettings settings = store();
-    if (!usable(settings)) {
-        sayThatItFails(settings);
-        return otherwise;
-    }
-    bool isNumber = false;
-    const int stored = settings.value(key).toInt(&isNumber);
-    return isNumber && stored >= least && stored <= most ? stored : otherwise;
+    if (usable(settings))
+        return settings.value(key);
+    sayThatItFails(settings);
+    return {};
 }
 
-void Preferences::setNumber(const QString &key, int value)
+void keep(const QString &key, const QVariant &value)
 {
     QSettings settings = store();
-    if (settings.value(key) == QVariant(value))
+    if (settings.value(key) == value)
         return;
     settings.setValue(key, value);
     settings.sync();
     if (!usable(settings))
         sayThatItFails(settings);
+}
+
+} // namespace
+
+int Preferences::number(const QString &key, int otherwise, int least, int most)
+{
+    bool isNumber = false;
+    const int number = stored(key).toInt(&isNumber);
+    return isNumber && number >= least && number <= most ? number : otherwise;
+}
+
+void Preferences::setNumber(const QString &key, int value)
+{
+    keep(key, value);
+}
+
+QString Preferences::text(const QString &key)
+{
+    return stored(key).toString();
+}
+
+void Preferences::setText(const QString &key, const QString &value)
+{
+    if (!value.isEmpty() || stored(key).isValid())
+        keep(key, value);
 }
 
 QString Preferences::fileName()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QVariant>
+#include <QString>
 
 /// What the user has chosen beyond the settings: a store of its own, whose file does not exist
 /// until the first choice. A file that cannot be read or written gives the defaults and one debug
@@ -12,6 +12,11 @@ namespace Preferences
 [[nodiscard]] int number(const QString &key, int otherwise, int least, int most);
 /// Written at once. A number that is stored already writes nothing.
 void setNumber(const QString &key, int value);
+
+/// The text under that key, empty when there is none.
+[[nodiscard]] QString text(const QString &key);
+/// Written at once, unless it is stored already.
+void setText(const QString &key, const QString &value);
 
 /// Where the file is, whether or not it exists.
 [[nodiscard]] QString fileName();

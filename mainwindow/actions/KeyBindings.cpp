@@ -151,7 +151,7 @@ bool KeyBindings::press(QWidget *receiver, QKeyEvent *event)
 
 bool KeyBindings::canLeave() const
 {
-    return m_popups->shown() || m_window->isFullScreen();
+    return m_popups->shown() || m_window->isFullScreen() || (m_leavable && m_leavable());
 }
 
 void KeyBindings::startHolding(Command command, const QKeyEvent *event)

@@ -5,7 +5,9 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 class CanvasDeck;
 class Popups;
@@ -23,6 +25,10 @@ class KeyBindings : public QObject
 public:
     /// The keys of `window` and of the pop-ups that are its children.
     KeyBindings(QWidget *window, const CanvasDeck *deck, const Popups *popups);
+
+    /// Asked whether the key for leaving has something to leave beside a pop-up and the full
+    /// screen.
+    void setLeavable(std::function<bool()> leavable) { m_leavable = std::move(leavable); }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -64,6 +70,7 @@ private:
     QWidget *m_window;
     const CanvasDeck *m_deck;
     const Popups *m_popups;
+    std::function<bool()> m_leavable;
     std::optional<HeldKey> m_heldKey;
     /// Runs out as soon as the step to another photograph is shown and all keys that came meanwhile
     /// are looked at.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 /// Which buttons of the card at the lower left stand on it, by the room that it has.
 namespace CardLayout
@@ -15,6 +17,25 @@ constexpr int LEAST_PLACES = 3;
 [[nodiscard]] constexpr int shown(int commands, int room)
 {
     return std::min(commands, std::max(room / PITCH, LEAST_PLACES));
+}
+
+/// Which of the commands those are: "More", the checked ones, as their state has to be seen, and
+/// the first of the others. `checked` is by command, "More" last; `room` in pixels.
+[[nodiscard]] inline std::vector<bool> chosen(const std::vector<bool> &checked, int room)
+{
+    const std::size_t last = checked.size() - 1;
+    int free = shown(int(checked.size()), room) - 1;
+    std::vector<bool> result(checked.size(), false);
+    result[last] = true;
+    for (const bool wanted : {true, false}) {
+        for (std::size_t i = 0; i < last && free > 0; ++i) {
+            if (checked[i] != wanted)
+                continue;
+            result[i] = true;
+            --free;
+        }
+    }
+    return result;
 }
 
 [[nodiscard]] constexpr int widthOf(int buttons)

@@ -28,6 +28,7 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
         const QString name = QCoreApplication::translate("MainWindow", row.text);
         button->setAccessibleName(name);
         button->setToolTip(name);
+        button->setCheckable((row.look & Commands::Checkable) != 0);
         buttons->add(row.command, button);
         m_buttons.push_back(button);
     }
@@ -36,19 +37,22 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
 
 void CommandCard::place(const WindowLayout &at)
 {
-    const int count = CardLayout::shown(int(m_buttons.size()), at.cardRoom);
+    std::vector<bool> checked;
+    for (const ImageButton *button : m_buttons)
+        checked.push_back(button->isChecked());
+    const std::vector<bool> fits = CardLayout::chosen(checked, at.cardRoom);
     m_hidden.clear();
     int x = FIRST_X;
+    int count = 0;
     for (std::size_t i = 0; i < m_buttons.size(); ++i) {
-        const bool isLast = i + 1 == m_buttons.size();
-        const bool fits = isLast || int(i) < count - 1;
-        m_buttons[i]->setVisible(fits);
-        if (!fits) {
+        m_buttons[i]->setVisible(fits[i]);
+        if (!fits[i]) {
             m_hidden.push_back(m_buttons[i]);
             continue;
         }
         m_buttons[i]->move(x, TOP);
         x += CardLayout::PITCH;
+        ++count;
     }
     setFixedWidth(CardLayout::widthOf(count));
     move(at.card);

@@ -80,6 +80,8 @@ int MoreToolWindow::addHidden(const std::vector<ImageButton *> &hidden, int y)
         auto *button = new ImageButton(original->skin(), this, x, y);
         button->setAccessibleName(original->accessibleName());
         button->setToolTip(original->toolTip());
+        button->setCheckable(original->isCheckable());
+        button->setChecked(original->isChecked());
         button->setGray(original->isGray());
         connect(button, &ImageButton::clicked, original, &ImageButton::click);
         x += HIDDEN_PITCH;

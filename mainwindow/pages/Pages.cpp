@@ -8,6 +8,8 @@ const std::vector<Pages::Page> &Pages::all()
     static const std::vector<Page> pages{
         {Id::Camera, QT_TRANSLATE_NOOP("MoreToolWindow", "Camera"), makeCameraPage},
         {Id::Recording, QT_TRANSLATE_NOOP("MoreToolWindow", "Recording"), makeRecordingPage},
+        {Id::Presentation, QT_TRANSLATE_NOOP("MoreToolWindow", "Presentation"),
+         makePresentationPage},
         {Id::Keys, QT_TRANSLATE_NOOP("MoreToolWindow", "Keys"), makeKeysPage},
     };
     return pages;

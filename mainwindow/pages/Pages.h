@@ -6,18 +6,20 @@
 
 class CanvasDeck;
 class LiveSource;
+class Presentation;
 class QWidget;
 
 /// The pages of the pop-up "More". To add one is to add a row.
 namespace Pages
 {
 
-enum class Id { Camera, Recording, Keys };
+enum class Id { Camera, Recording, Presentation, Keys };
 
-/// What pages tell of; both outlive the pop-up.
+/// What pages tell of; all outlive the pop-up.
 struct Context {
     const CanvasDeck *deck = nullptr;
     const LiveSource *camera = nullptr;
+    ::Presentation *presentation = nullptr;
 };
 
 struct Page {
@@ -33,6 +35,7 @@ struct Page {
 // The makers
 [[nodiscard]] QWidget *makeCameraPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makeRecordingPage(const Context &context, QWidget *parent);
+[[nodiscard]] QWidget *makePresentationPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makeKeysPage(const Context &context, QWidget *parent);
 
 /// A page of two columns: what, and how it is.

@@ -19,6 +19,8 @@ class TestCard : public QObject
 private slots:
     void asManyStandOnItAsFit_data();
     void asManyStandOnItAsFit();
+    void whatIsCheckedStandsOnIt_data();
+    void whatIsCheckedStandsOnIt();
     void itFitsBesideTheBarsInEveryWindow();
     void itsButtonsStandInARowAndJoinTheOthers();
     void aHiddenButtonIsOfferedInThePopUp();
@@ -45,6 +47,36 @@ void TestCard::asManyStandOnItAsFit()
     QCOMPARE(CardLayout::shown(commands, room), shown);
 }
 
+void TestCard::whatIsCheckedStandsOnIt_data()
+{
+    // A letter a command, large when it is checked; "More" is m.
+    QTest::addColumn<QByteArray>("commands");
+    QTest::addColumn<int>("places");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("the first ones") << QByteArray("abcdem") << 3 << QByteArray("abm");
+    QTest::newRow("a checked one") << QByteArray("abcDem") << 3 << QByteArray("aDm");
+    QTest::newRow("two checked ones") << QByteArray("abCDem") << 3 << QByteArray("CDm");
+    QTest::newRow("more than fit") << QByteArray("abCDEm") << 3 << QByteArray("CDm");
+    QTest::newRow("all fit") << QByteArray("abCDEm") << 6 << QByteArray("abCDEm");
+}
+
+void TestCard::whatIsCheckedStandsOnIt()
+{
+    QFETCH(QByteArray, commands);
+    QFETCH(int, places);
+    QFETCH(QByteArray, shown);
+    std::vector<bool> checked;
+    for (const char command : commands)
+        checked.push_back(command < 'a');
+    const std::vector<bool> fits = CardLayout::chosen(checked, places * CardLayout::PITCH);
+    QByteArray found;
+    for (int i = 0; i < commands.size(); ++i) {
+        if (fits[std::size_t(i)])
+            found += commands[i];
+    }
+    QCOMPARE(found, shown);
+}
+
 void TestCard::itFitsBesideTheBarsInEveryWindow()
 {
     for (int width = 800; width < 2000; ++width) {
@@ -67,9 +99,10 @@ void TestCard::itsButtonsStandInARowAndJoinTheOthers()
     CommandCard card(&scene.buttons, &scene.parent);
     WindowLayout at;
     at.card = QPoint(130, 708);
-    at.cardRoom = 115;
+    const auto commands = int(Commands::rowsOf(Commands::Group::Card).size());
+    at.cardRoom = 36 * commands + 7;
     card.place(at);
-    QCOMPARE(card.geometry(), QRect(130, 708, 108, 37));
+    QCOMPARE(card.geometry(), QRect(130, 708, 36 * commands, 37));
     int x = 3;
     for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Card)) {
         const ImageButton *button = scene.buttons.of(row.command);
@@ -79,6 +112,11 @@ void TestCard::itsButtonsStandInARowAndJoinTheOthers()
         x += 36;
     }
     QVERIFY(card.hidden().empty());
+    at.cardRoom = 115;
+    card.place(at);
+    QCOMPARE(card.geometry(), QRect(130, 708, 108, 37));
+    QCOMPARE(int(card.hidden().size()), commands - 3);
+    QCOMPARE(scene.buttons.of(Command::More)->geometry(), QRect(75, 5, 30, 27));
 }
 
 void TestCard::aHiddenButtonIsOfferedInThePopUp()

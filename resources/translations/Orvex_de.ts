@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>Dickerer Stift</translation>
     </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Präsentation</translation>
+    </message>
+    <message>
+        <source>Hold the presentation</source>
+        <translation>Präsentation anhalten</translation>
+    </message>
+    <message>
+        <source>Black presentation</source>
+        <translation>Präsentation schwarz</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -618,6 +630,26 @@
     <message>
         <source>Not saved</source>
         <translation>Nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Präsentation</translation>
+    </message>
+    <message>
+        <source>The first free one</source>
+        <translation>Der erste freie</translation>
+    </message>
+    <message>
+        <source>Screen for the class</source>
+        <translation>Bildschirm für die Klasse</translation>
+    </message>
+    <message>
+        <source>Open it when the program starts</source>
+        <translation>Beim Programmstart öffnen</translation>
+    </message>
+    <message>
+        <source>Show where the pointer is</source>
+        <translation>Zeiger anzeigen</translation>
     </message>
 </context>
 <context>
@@ -854,6 +886,13 @@
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>PresentationView</name>
+    <message>
+        <source>Presentation</source>
+        <translation>Präsentation</translation>
     </message>
 </context>
 </TS>

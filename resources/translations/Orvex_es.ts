@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>Lápiz más grueso</translation>
     </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Presentación</translation>
+    </message>
+    <message>
+        <source>Hold the presentation</source>
+        <translation>Congelar la presentación</translation>
+    </message>
+    <message>
+        <source>Black presentation</source>
+        <translation>Presentación en negro</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -618,6 +630,26 @@
     <message>
         <source>Not saved</source>
         <translation>No guardado</translation>
+    </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Presentación</translation>
+    </message>
+    <message>
+        <source>The first free one</source>
+        <translation>La primera libre</translation>
+    </message>
+    <message>
+        <source>Screen for the class</source>
+        <translation>Pantalla para la clase</translation>
+    </message>
+    <message>
+        <source>Open it when the program starts</source>
+        <translation>Abrir al iniciar el programa</translation>
+    </message>
+    <message>
+        <source>Show where the pointer is</source>
+        <translation>Mostrar el puntero</translation>
     </message>
 </context>
 <context>
@@ -854,6 +886,13 @@
     <message>
         <source>Close</source>
         <translation>Cerrar</translation>
+    </message>
+</context>
+<context>
+    <name>PresentationView</name>
+    <message>
+        <source>Presentation</source>
+        <translation>Presentación</translation>
     </message>
 </context>
 </TS>

@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>Crayon plus épais</translation>
     </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Présentation</translation>
+    </message>
+    <message>
+        <source>Hold the presentation</source>
+        <translation>Figer la présentation</translation>
+    </message>
+    <message>
+        <source>Black presentation</source>
+        <translation>Présentation noire</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -618,6 +630,26 @@
     <message>
         <source>Not saved</source>
         <translation>Non enregistré</translation>
+    </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Présentation</translation>
+    </message>
+    <message>
+        <source>The first free one</source>
+        <translation>Le premier libre</translation>
+    </message>
+    <message>
+        <source>Screen for the class</source>
+        <translation>Écran pour la classe</translation>
+    </message>
+    <message>
+        <source>Open it when the program starts</source>
+        <translation>Ouvrir au démarrage du programme</translation>
+    </message>
+    <message>
+        <source>Show where the pointer is</source>
+        <translation>Montrer le pointeur</translation>
     </message>
 </context>
 <context>
@@ -854,6 +886,13 @@
     <message>
         <source>Close</source>
         <translation>Fermer</translation>
+    </message>
+</context>
+<context>
+    <name>PresentationView</name>
+    <message>
+        <source>Presentation</source>
+        <translation>Présentation</translation>
     </message>
 </context>
 </TS>

@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>ペンを太く</translation>
     </message>
+    <message>
+        <source>Presentation</source>
+        <translation>発表画面</translation>
+    </message>
+    <message>
+        <source>Hold the presentation</source>
+        <translation>発表画面を静止</translation>
+    </message>
+    <message>
+        <source>Black presentation</source>
+        <translation>発表画面を黒くする</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -618,6 +630,26 @@
     <message>
         <source>Not saved</source>
         <translation>保存できません</translation>
+    </message>
+    <message>
+        <source>Presentation</source>
+        <translation>発表画面</translation>
+    </message>
+    <message>
+        <source>The first free one</source>
+        <translation>空いている最初の画面</translation>
+    </message>
+    <message>
+        <source>Screen for the class</source>
+        <translation>クラス用の画面</translation>
+    </message>
+    <message>
+        <source>Open it when the program starts</source>
+        <translation>起動時に開く</translation>
+    </message>
+    <message>
+        <source>Show where the pointer is</source>
+        <translation>ポインターの位置を表示</translation>
     </message>
 </context>
 <context>
@@ -854,6 +886,13 @@
     <message>
         <source>Close</source>
         <translation>閉じる</translation>
+    </message>
+</context>
+<context>
+    <name>PresentationView</name>
+    <message>
+        <source>Presentation</source>
+        <translation>発表画面</translation>
     </message>
 </context>
 </TS>

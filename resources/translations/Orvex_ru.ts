@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>Толще перо</translation>
     </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Презентация</translation>
+    </message>
+    <message>
+        <source>Hold the presentation</source>
+        <translation>Остановить кадр презентации</translation>
+    </message>
+    <message>
+        <source>Black presentation</source>
+        <translation>Чёрный экран презентации</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -618,6 +630,26 @@
     <message>
         <source>Not saved</source>
         <translation>Не сохранено</translation>
+    </message>
+    <message>
+        <source>Presentation</source>
+        <translation>Презентация</translation>
+    </message>
+    <message>
+        <source>The first free one</source>
+        <translation>Первый свободный</translation>
+    </message>
+    <message>
+        <source>Screen for the class</source>
+        <translation>Экран для класса</translation>
+    </message>
+    <message>
+        <source>Open it when the program starts</source>
+        <translation>Открывать при запуске программы</translation>
+    </message>
+    <message>
+        <source>Show where the pointer is</source>
+        <translation>Показывать указатель</translation>
     </message>
 </context>
 <context>
@@ -854,6 +886,13 @@
     <message>
         <source>Close</source>
         <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>PresentationView</name>
+    <message>
+        <source>Presentation</source>
+        <translation>Презентация</translation>
     </message>
 </context>
 </TS>

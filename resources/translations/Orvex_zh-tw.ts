@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>較粗的畫筆</translation>
     </message>
+    <message>
+        <source>Presentation</source>
+        <translation>簡報</translation>
+    </message>
+    <message>
+        <source>Hold the presentation</source>
+        <translation>凍結簡報畫面</translation>
+    </message>
+    <message>
+        <source>Black presentation</source>
+        <translation>簡報黑畫面</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -618,6 +630,26 @@
     <message>
         <source>Not saved</source>
         <translation>未儲存</translation>
+    </message>
+    <message>
+        <source>Presentation</source>
+        <translation>簡報</translation>
+    </message>
+    <message>
+        <source>The first free one</source>
+        <translation>第一個可用的螢幕</translation>
+    </message>
+    <message>
+        <source>Screen for the class</source>
+        <translation>給全班看的螢幕</translation>
+    </message>
+    <message>
+        <source>Open it when the program starts</source>
+        <translation>程式啟動時開啟</translation>
+    </message>
+    <message>
+        <source>Show where the pointer is</source>
+        <translation>顯示指標位置</translation>
     </message>
 </context>
 <context>
@@ -854,6 +886,13 @@
     <message>
         <source>Close</source>
         <translation>關閉</translation>
+    </message>
+</context>
+<context>
+    <name>PresentationView</name>
+    <message>
+        <source>Presentation</source>
+        <translation>簡報</translation>
     </message>
 </context>
 </TS>

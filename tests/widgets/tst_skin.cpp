@@ -81,7 +81,8 @@ QStringList barButtons()
                         {"OPEN", "PLAY", "PAUSE", "STOP", "BACKWARD", "FORWARD", "VOLUME"}) +
            withSuffixes("ICON_PHOTO_",
                         {"OPEN", "BACKWARD", "SLIDE", "FORWARD", "THUMBNIL", "TIME"}) +
-           QStringList{"ICON_LIVE_RECORDING", "ICON_UNDO", "ICON_REDO", "ICON_MORE"};
+           QStringList{"ICON_LIVE_RECORDING", "ICON_UNDO",          "ICON_REDO", "ICON_PRESENT",
+                       "ICON_PRESENT_HOLD",   "ICON_PRESENT_BLANK", "ICON_MORE"};
 }
 
 QStringList choiceButtons()

@@ -1,7 +1,6 @@
 #include "canvas/ImageCanvas.h"
 
 #include "canvas/OSDProcessor.h"
-#include "canvas/PictureTap.h"
 #include "canvas/StartPicture.h"
 #include "canvas/TextEditor.h"
 #include "canvas/ToolPointer.h"
@@ -349,30 +348,6 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
     announceHistory();
 }
 
-// Elsewhere ---------------------------------------------------
-
-void ImageCanvas::setPictureTap(PictureTap *tap)
-{
-    {
-        const std::lock_guard lock(m_tapMutex);
-        m_tap = tap;
-    }
-    tellTap();
-}
-
-void ImageCanvas::tellTap()
-{
-    const std::lock_guard lock(m_tapMutex);
-    if (m_tap)
-        m_tap->pictureShown(m_model.shown());
-}
-
-QRect ImageCanvas::picturePlace() const
-{
-    const ViewGeometry::Fit fitted = ViewGeometry::fit(m_model.pictureSize(), size());
-    return {fitted.margin, fitted.size};
-}
-
 // Indications and painting ------------------------------------
 
 void ImageCanvas::setOsdProcessor(OSDProcessor *processor)
@@ -403,7 +378,7 @@ void ImageCanvas::hideEvent(QHideEvent *event)
 
 void ImageCanvas::requestRepaint()
 {
-    tellTap();
+    m_tap.tell(m_model);
     if (QThread::currentThread() == thread()) {
         update();
         announceHistory();

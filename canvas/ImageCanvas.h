@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/PicturePainter.h"
+#include "canvas/PictureTap.h"
 #include "canvas/TextAnnotation.h"
 #include "canvas/model/CanvasModel.h"
 #include "canvas/model/PictureSettings.h"
@@ -19,11 +20,9 @@
 
 #include <atomic>
 #include <limits>
-#include <mutex>
 #include <optional>
 
 class OSDProcessor;
-class PictureTap;
 
 /// The widget that shows the picture. It hands frames to its model, paints and saves the picture
 /// that is made from them, writes it back to the caller, and turns mouse events into drawing.
@@ -139,9 +138,13 @@ public:
     // Elsewhere ---------------------------------------------------------------------------------
     /// Hands `tap` the picture now and after every change; null for nobody. When this returns, the
     /// tap before is not called any more.
-    void setPictureTap(PictureTap *tap);
+    void setPictureTap(PictureTap *tap) { m_tap.set(tap, m_model); }
     /// Where in this widget the picture stands.
-    [[nodiscard]] QRect picturePlace() const;
+    [[nodiscard]] QRect picturePlace() const
+    {
+        const ViewGeometry::Fit fitted = ViewGeometry::fit(pictureSize(), size());
+        return {fitted.margin, fitted.size};
+    }
 
     // Indications -------------------------------------------------------------------------------
     void setOsdProcessor(OSDProcessor *processor);
@@ -199,7 +202,6 @@ private:
     void save(const CanvasModel::Shot &shot);
     void reportSnapshotFailure(const QString &path, const QString &reason);
     void requestRepaint();
-    void tellTap();
     /// Shows what was drawn on a standing picture; a source in motion does so with its next frame.
     void requestStroke();
     void endDrag(QPoint widgetPoint);
@@ -209,9 +211,7 @@ private:
     CanvasModel m_model{*this};
     /// Written by any thread.
     std::atomic<bool> m_updatePosted{false};
-    /// Guards m_tap, also while it is called.
-    std::mutex m_tapMutex;
-    PictureTap *m_tap = nullptr;
+    PictureTapSlot m_tap;
 
     // GUI thread only.
     QPointer<OSDProcessor> m_osd;

@@ -135,16 +135,20 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
     dismisser.start(50);
 
     int answered = 0;
+    QStringList gray;
     for (ImageButton *each : m_window->findChildren<ImageButton *>()) {
         const bool switchesMode = modes().contains(each->accessibleName());
         const bool togglesPanel = each->accessibleName() == "Side panel";
         // A click on a group's title hides its buttons, a second one shows them again.
         const bool isTitle = each->text() == "Noting" || each->text() == "Assisting" ||
                              each->text() == "Adjustment" || each->text() == "Recording";
-        // There is nothing to take back, so both are gray.
-        const bool isHistory = each->accessibleName() == "Undo" || each->accessibleName() == "Redo";
-        if (!each->isVisible() || switchesMode || togglesPanel || isHistory)
+        if (!each->isVisible() || switchesMode || togglesPanel)
             continue;
+        // There is nothing to take back, and no presentation to be held or to be made black.
+        if (each->isGray()) {
+            gray << each->accessibleName();
+            continue;
+        }
         // A pop-up lies over the button beside its own.
         if (m_window->currentToolWindow())
             m_window->currentToolWindow()->close();
@@ -152,11 +156,15 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
         QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), PATIENCE_MS);
         if (isTitle)
             QVERIFY(clicked(each));
+        // The presentation's window may lie over the others.
+        if (each == m_window->button(Command::Present))
+            m_window->present();
         ++answered;
     }
-    // The panel, its titles, About, More, and the mode's own.
-    const int expected[] = {24 + 4 + 2 + 1, 19 + 4 + 2 + 7, 19 + 4 + 2 + 6, 20 + 4 + 2};
+    // The panel, its titles, About, Presentation, More, and the mode's own.
+    const int expected[] = {24 + 4 + 3 + 1, 19 + 4 + 3 + 7, 19 + 4 + 3 + 6, 20 + 4 + 3};
     QCOMPARE(answered, expected[mode]);
+    QCOMPARE(gray, QStringList({"Undo", "Redo", "Hold the presentation", "Black presentation"}));
     QCOMPARE(m_window->currentMode(), mode);
 }
 

@@ -218,7 +218,7 @@ void TestSkin::everyImageIsNamedByTheProgram()
         QVERIFY2(known.contains(file), qPrintable(file));
         ++count;
     }
-    QCOMPARE(skinNames().size(), 80);
+    QCOMPARE(skinNames().size(), 83);
     QCOMPARE(count, known.size() - drawnOnce().size());
 }
 

@@ -1,18 +1,16 @@
 #include "mainwindow/presentation/Presentation.h"
-#include "mainwindow/presentation/PresentationView.h"
 
 #include "canvas/ImageCanvas.h"
 #include "settings/Preferences.h"
 #include "tests/TestProgram.h"
 #include "tests/canvas/CanvasMouse.h"
-#include "tests/mainwindow/WindowProbe.h"
+#include "tests/mainwindow/PresentationProbe.h"
 
 #include <QFileInfo>
 #include <QHoverEvent>
 #include <QPainter>
 #include <QTextEdit>
 
-#include <memory>
 #include <thread>
 
 using namespace WindowProbe;
@@ -40,25 +38,14 @@ QImage shown(QWidget &view)
 } // namespace
 
 /// The window for the class, beside a main window without a second screen.
-class TestPresentation : public QObject
+class TestPresentation : public PresentationProbe
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        beOnOneself();
-        QCoreApplication::setOrganizationName("Quillmark");
-        QCoreApplication::setApplicationName("Document Camera");
-    }
+    void initTestCase() { nameTheProgram(); }
 
-    void init()
-    {
-        usualSettings();
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    }
+    void init() { showWindow(); }
 
     void cleanup()
     {
@@ -340,15 +327,6 @@ private:
         QVERIFY(view() && view()->isVisible());
     }
 
-    static PresentationView *view()
-    {
-        for (QWidget *each : QApplication::topLevelWidgets()) {
-            if (auto *found = qobject_cast<PresentationView *>(each))
-                return found;
-        }
-        return nullptr;
-    }
-
     Presentation &presentation() { return *m_window->presentation(); }
 
     static QRect redArea(const QImage &image)
@@ -363,8 +341,6 @@ private:
         }
         return area;
     }
-
-    std::unique_ptr<MainWindow> m_window;
 };
 
 REGISTER_TEST(TestPresentation)

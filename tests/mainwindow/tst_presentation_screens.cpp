@@ -1,16 +1,13 @@
 #include "mainwindow/presentation/Presentation.h"
-#include "mainwindow/presentation/PresentationView.h"
 
 #include "canvas/ImageCanvas.h"
 #include "settings/Preferences.h"
 #include "tests/TestProgram.h"
-#include "tests/mainwindow/WindowProbe.h"
+#include "tests/mainwindow/PresentationProbe.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QScreen>
-
-#include <memory>
 
 using namespace WindowProbe;
 
@@ -52,17 +49,12 @@ QImage onScreen(const QScreen &screen)
 } // namespace
 
 /// The window for the class on screens that are plugged and pulled under it.
-class TestPresentationScreens : public QObject
+class TestPresentationScreens : public PresentationProbe
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        beOnOneself();
-        QCoreApplication::setOrganizationName("Quillmark");
-        QCoreApplication::setApplicationName("Document Camera");
-    }
+    void initTestCase() { nameTheProgram(); }
 
     void init()
     {
@@ -151,18 +143,6 @@ private slots:
         QTRY_COMPARE(view()->geometry(), QRect(QPoint(0, 1024), CLASS_SCREEN));
         QCOMPARE(Presentation::screen(), QString("DUMMY2"));
     }
-
-private:
-    static PresentationView *view()
-    {
-        for (QWidget *each : QApplication::topLevelWidgets()) {
-            if (auto *found = qobject_cast<PresentationView *>(each))
-                return found;
-        }
-        return nullptr;
-    }
-
-    std::unique_ptr<MainWindow> m_window;
 };
 
 REGISTER_TEST(TestPresentationScreens)

@@ -24,7 +24,7 @@ DEB_PACKAGES="
 
 # What the tests drive it with.
 TEST_PACKAGES="
-    libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick
+    libxcb1-dev xvfb xauth x11-utils xdotool openbox imagemagick python3
     clang clang-format libclang-rt-dev e2fsprogs mpv cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg
     desktop-file-utils appstream mandoc man-db dpkg-dev udev gstreamer1.0-tools"
 

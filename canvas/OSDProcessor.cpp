@@ -92,6 +92,7 @@ void OSDProcessor::osdBrightness()
     m_brightnessImages.maximumEnd = osdImage("BRIGHTNESS_BK_MAX");
     m_brightnessImages.marker = osdImage("BRIGHTNESS_BAR");
     m_brightnessImages.centreMarker = osdImage("BRIGHTNESS_BAR_CENTER");
+    emit indicated(tr("Brightness"));
 }
 
 void OSDProcessor::setBrightnessMode(bool on)
@@ -106,6 +107,7 @@ void OSDProcessor::osdZoomIn()
     m_zoomTimer = m_clock();
     m_zoomImage = osdImage("ZOOM_IN");
     m_zoomText = IndicationTexts::zoomStep(m_canvas != nullptr ? m_canvas->zoomScale() : 1.0);
+    emit indicated(tr("Zoom") + QLatin1Char(' ') + m_zoomText);
 }
 
 void OSDProcessor::osdZoomOut()
@@ -113,12 +115,14 @@ void OSDProcessor::osdZoomOut()
     m_zoomTimer = m_clock();
     m_zoomImage = osdImage("ZOOM_OUT");
     m_zoomText = IndicationTexts::zoomStep(m_canvas != nullptr ? m_canvas->zoomScale() : 1.0);
+    emit indicated(tr("Zoom") + QLatin1Char(' ') + m_zoomText);
 }
 
 void OSDProcessor::osdOpticalZoomOn()
 {
     m_zoomText.clear();
     m_opticalZoomOn = true;
+    emit indicated(tr("Zoom"));
 }
 
 void OSDProcessor::osdOpticalZoomOff()
@@ -142,6 +146,8 @@ void OSDProcessor::osdAutoFocus()
 void OSDProcessor::osdFreeze()
 {
     m_freezeImage = osdImage("FREEZE");
+    const bool isFrozen = m_canvas != nullptr && m_canvas->frozen;
+    emit indicated(isFrozen ? tr("The picture is frozen.") : tr("The picture moves again."));
 }
 
 void OSDProcessor::osdMacro(bool on)
@@ -154,10 +160,13 @@ void OSDProcessor::osdRecord()
 {
     m_recordTimer = m_clock();
     m_recordImage = osdImage("TIME");
+    emit indicated(tr("Recording has begun."));
 }
 
 void OSDProcessor::stopOsdRecord()
 {
+    if (m_recordTimer)
+        emit indicated(tr("Recording has ended."));
     m_recordTimer.reset();
 }
 
@@ -165,6 +174,7 @@ void OSDProcessor::osdSnapshot()
 {
     m_snapshotTimer = m_clock();
     m_snapshotImage = osdImage("SNAPSHOT");
+    emit indicated(tr("Snapshot taken."));
 }
 
 void OSDProcessor::postPaint(QPainter *painter)

@@ -58,6 +58,10 @@ public:
     /// Replaces the clock, for tests; set it before the first osd call.
     void setClock(Clock clock);
 
+signals:
+    /// What has just been indicated, in the user's language; once for each, however long it shows.
+    void indicated(const QString &text);
+
 private:
     /// The moment it was started; empty while it does not run.
     using Timer = std::optional<qint64>;

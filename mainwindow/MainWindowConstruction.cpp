@@ -2,6 +2,7 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
+#include "mainwindow/Announcer.h"
 #include "mainwindow/Modes.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/CommandCard.h"
@@ -267,6 +268,7 @@ void MainWindow::createDrawingBoard()
 void MainWindow::start()
 {
     m_deck->setMode(Live);
+    new Announcer(m_deck, this);
     currentCanvas()->setMouseMode(ImageCanvas::Freehand);
     connectCommands();
     showHistory();

@@ -26,15 +26,18 @@ PhotographSource::~PhotographSource()
 
 bool PhotographSource::setDirectory(QDir dir, QString fileName)
 {
-    const std::optional<QStringList> names = m_lister.list(dir);
-    m_folderAnswered = names.has_value();
-    const int found = names ? names->indexOf(fileName) : -1;
+    const std::optional<FolderLister::Listing> listing = m_lister.list(dir, fileName);
+    const int found = listing ? listing->names.indexOf(fileName) : -1;
+    m_refusal = !listing            ? PictureProblem::NoAnswer
+                : !listing->hasFile ? PictureProblem::Gone
+                : found < 0         ? PictureProblem::Unreadable
+                                    : PictureProblem::None;
     if (found < 0)
         return false;
 
     m_slideshow.stop();
     m_openedFileName = std::move(fileName);
-    open(std::move(dir), *names);
+    open(std::move(dir), listing->names);
     WindowServices::of(m_window).refreshThumbnails();
     selectPhotograph(found);
     return true;

@@ -29,8 +29,8 @@ public:
     PhotographSource(ICaptureCB *callback, MainWindow *window);
     ~PhotographSource() override;
 
-    /// Opens `dir` and shows `fileName`, one of its pictures. False, with nothing changed, when
-    /// that is not a picture of the folder, or when its drive does not answer.
+    /// Opens `dir` and shows `fileName`, one of its pictures. False, with nothing changed but
+    /// refusal(), when that is not a picture of the folder, or when its drive does not answer.
     bool setDirectory(QDir dir, QString fileName);
     [[nodiscard]] int photographCount() const;
     /// Milliseconds between two pictures of the slideshow, from the next play() on.
@@ -38,8 +38,9 @@ public:
     [[nodiscard]] int playInterval() const;
     /// Why the photograph that was delivered last is null.
     [[nodiscard]] PictureProblem problem() const { return m_problem; }
-    /// Whether the drive of the folder that was to be opened last answered.
-    [[nodiscard]] bool folderAnswered() const { return m_folderAnswered; }
+    /// Why the folder that was to be opened last was not: NoAnswer, Gone for a file that is not
+    /// there, Unreadable for one that is there and no picture that may be read. None when it was.
+    [[nodiscard]] PictureProblem refusal() const { return m_refusal; }
     /// The photograph shown last, counted from 0.
     [[nodiscard]] int current() const { return m_current; }
     /// Whether the slideshow runs.
@@ -86,7 +87,7 @@ private:
     QStringList m_fileNames;
     QDir m_dir;
     bool m_hasDir = false;
-    bool m_folderAnswered = true;
+    PictureProblem m_refusal = PictureProblem::None;
     PictureProblem m_problem = PictureProblem::None;
     QString m_openedFileName;
     ICaptureCB *m_callback;

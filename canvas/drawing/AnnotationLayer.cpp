@@ -113,23 +113,20 @@ void AnnotationLayer::restore(const QRect &part)
     ++m_revision;
 }
 
-std::optional<std::vector<LayerPart>> AnnotationLayer::endShape()
+AnnotationLayer::Shape AnnotationLayer::endShape()
 {
-    std::vector<LayerPart> changed;
+    Shape shape;
     for (LayerPart &before : m_saved) {
         const bool isChanged = !before.equals(m_image);
         if (LayerPart::isTransparent(m_image, before.rect()))
             m_tiles[tileAt(before.rect().left() / TILE, before.rect().top() / TILE)] = 0;
         if (isChanged)
-            changed.push_back(std::move(before));
+            shape.changed.push_back(std::move(before));
     }
-    const bool isComplete =
-        std::find(m_savedAt.begin(), m_savedAt.end(), NO_MEMORY) == m_savedAt.end();
+    shape.isComplete = std::find(m_savedAt.begin(), m_savedAt.end(), NO_MEMORY) == m_savedAt.end();
     forgetShape();
     m_inShape = false;
-    if (!isComplete)
-        return std::nullopt;
-    return changed;
+    return shape;
 }
 
 void AnnotationLayer::reset(QSize size)

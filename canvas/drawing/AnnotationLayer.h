@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <vector>
 
 class QPainter;
@@ -49,9 +48,13 @@ public:
     void restoreShape();
     /// The same for a part alone.
     void restore(const QRect &part);
-    /// Returns what the shape has changed, as it was before it; nothing when the memory to keep all
-    /// of it was lacking.
-    std::optional<std::vector<LayerPart>> endShape();
+    struct Shape {
+        /// What the shape has changed, as it was before it.
+        std::vector<LayerPart> changed;
+        /// Whether there was memory for all of that.
+        bool isComplete = true;
+    };
+    Shape endShape();
     /// Whether restoreShape() would bring anything back.
     [[nodiscard]] bool isShapeDrawn() const { return !m_changed.empty(); }
 

@@ -3,7 +3,6 @@
 #include "canvas/drawing/TextPainter.h"
 #include "canvas/picture/ViewGeometry.h"
 
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -29,23 +28,26 @@ AnnotationLayer &Drawing::drawnLayer()
 
 void Drawing::endStep()
 {
-    std::optional<std::vector<LayerPart>> changed = drawnLayer().endShape();
+    AnnotationLayer::Shape shape = drawnLayer().endShape();
     if (m_tool.dragging())
         m_layer.beginShape();
-    if (!changed) {
-        // Without this step those before it would bring back what it drew over.
+    if (!shape.isComplete && m_original) {
+        // The steps before belong to a drawing of another size, which this one has been drawn over.
         m_history.clear();
         m_original.reset();
         return;
     }
-    if (changed->empty())
+    if (shape.changed.empty())
         return;
     if (m_original) {
         // From here on the drawing is what the layer shows.
         m_history.add({std::move(*m_original), m_turns}, LayerHistory::Kind::BeforeStep);
         m_original.reset();
     }
-    m_history.add({std::move(*changed), m_turns});
+    // Each record exchanges the very pixels of its parts, so that steps which lie below what could
+    // not be kept take it away and bring it back with their own.
+    m_history.add({std::move(shape.changed), m_turns},
+                  shape.isComplete ? LayerHistory::Kind::Step : LayerHistory::Kind::AfterStep);
 }
 
 void Drawing::discard(QSize size)

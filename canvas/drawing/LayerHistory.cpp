@@ -15,12 +15,14 @@ constexpr std::size_t TILES_AT_ONCE = 64;
 void LayerHistory::add(LayerRecord record, Kind kind)
 {
     forgetUndone();
+    if (kind == Kind::AfterStep && !canUndo())
+        return;
     m_bytes += record.bytes();
     m_entries.push_back({std::move(record), kind});
     m_done = m_entries.size();
-    if (kind != Kind::Step)
+    if (kind == Kind::BeforeStep)
         return;
-    ++m_steps;
+    m_steps += kind == Kind::Step ? 1 : 0;
     m_stepsDone = m_steps;
     keepBounds();
 }
@@ -69,6 +71,10 @@ bool LayerHistory::redo(const Exchange &exchange)
         if (!exchangeAt(m_done, exchange))
             return false;
         ++m_done;
+    }
+    for (; m_done < m_entries.size() && m_entries[m_done].kind == Kind::AfterStep; ++m_done) {
+        if (!exchangeAt(m_done, exchange))
+            return false;
     }
     ++m_stepsDone;
     keepBounds();

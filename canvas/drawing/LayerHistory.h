@@ -18,8 +18,10 @@ public:
     /// Records are packed when they have rested for this long.
     static constexpr std::int64_t REST_MS = 2000;
 
-    /// What a record belongs to: a step of the user, or a change that comes with the step after it.
-    enum class Kind { Step, BeforeStep };
+    /// What a record belongs to: a step of the user, a change that comes with the step after it, or
+    /// what there was memory for of a change that is no step: it goes and comes with the step
+    /// before.
+    enum class Kind { Step, BeforeStep, AfterStep };
 
     /// Adds what has just been done. What had been taken back cannot be done again any more.
     void add(LayerRecord record, Kind kind = Kind::Step);

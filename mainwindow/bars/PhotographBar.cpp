@@ -51,14 +51,10 @@ QString sentenceOn(PictureProblem problem)
 }
 
 /// Why a file that was chosen is not among the photographs of its folder.
-QString sentenceOnChosen(const QFileInfo &file, bool folderAnswered)
+QString sentenceOnChosen(const QString &name, PictureProblem refusal)
 {
-    // A drive that is silent is not asked once more.
-    if (!folderAnswered)
-        return sentenceOn(PictureProblem::NoAnswer);
-    const QString name = file.fileName();
-    if (PhotographList::isPictureName(name))
-        return sentenceOn(file.exists() ? PictureProblem::Unreadable : PictureProblem::Gone);
+    if (refusal == PictureProblem::NoAnswer || PhotographList::isPictureName(name))
+        return sentenceOn(refusal);
     return QCoreApplication::translate(
                "MainWindow", "\"%1\" is not shown: names of photographs end in .bmp, .jpg, .jpeg, "
                              ".png or .gif, in lower case.")
@@ -137,7 +133,7 @@ void PhotographBar::openDirectory()
     if (m_source->setDirectory(info.dir(), info.fileName()))
         showPlaying();
     else
-        m_message->pass(sentenceOnChosen(info, m_source->folderAnswered()));
+        m_message->pass(sentenceOnChosen(info.fileName(), m_source->refusal()));
 }
 
 void PhotographBar::previous()

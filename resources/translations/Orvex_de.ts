@@ -708,6 +708,34 @@
         <source>Best fit</source>
         <translation>Gesamt</translation>
     </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Helligkeit</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>The picture is frozen.</source>
+        <translation>Das Bild ist eingefroren.</translation>
+    </message>
+    <message>
+        <source>The picture moves again.</source>
+        <translation>Das Bild bewegt sich wieder.</translation>
+    </message>
+    <message>
+        <source>Recording has begun.</source>
+        <translation>Die Aufnahme läuft.</translation>
+    </message>
+    <message>
+        <source>Recording has ended.</source>
+        <translation>Die Aufnahme ist beendet.</translation>
+    </message>
+    <message>
+        <source>Snapshot taken.</source>
+        <translation>Foto aufgenommen.</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

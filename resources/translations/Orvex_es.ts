@@ -708,6 +708,34 @@
         <source>Best fit</source>
         <translation>Ajustado</translation>
     </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Brillo</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>The picture is frozen.</source>
+        <translation>La imagen está congelada.</translation>
+    </message>
+    <message>
+        <source>The picture moves again.</source>
+        <translation>La imagen vuelve a moverse.</translation>
+    </message>
+    <message>
+        <source>Recording has begun.</source>
+        <translation>La grabación ha comenzado.</translation>
+    </message>
+    <message>
+        <source>Recording has ended.</source>
+        <translation>La grabación ha terminado.</translation>
+    </message>
+    <message>
+        <source>Snapshot taken.</source>
+        <translation>Instantánea tomada.</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

@@ -708,6 +708,34 @@
         <source>Best fit</source>
         <translation>Ajusté</translation>
     </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Luminosité</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>The picture is frozen.</source>
+        <translation>L’image est figée.</translation>
+    </message>
+    <message>
+        <source>The picture moves again.</source>
+        <translation>L’image bouge de nouveau.</translation>
+    </message>
+    <message>
+        <source>Recording has begun.</source>
+        <translation>L’enregistrement a commencé.</translation>
+    </message>
+    <message>
+        <source>Recording has ended.</source>
+        <translation>L’enregistrement est terminé.</translation>
+    </message>
+    <message>
+        <source>Snapshot taken.</source>
+        <translation>Instantané pris.</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

@@ -708,6 +708,34 @@
         <source>Best fit</source>
         <translation>全体</translation>
     </message>
+    <message>
+        <source>Brightness</source>
+        <translation>明るさ</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>ズーム</translation>
+    </message>
+    <message>
+        <source>The picture is frozen.</source>
+        <translation>映像を静止しました。</translation>
+    </message>
+    <message>
+        <source>The picture moves again.</source>
+        <translation>映像の静止を解除しました。</translation>
+    </message>
+    <message>
+        <source>Recording has begun.</source>
+        <translation>録画を開始しました。</translation>
+    </message>
+    <message>
+        <source>Recording has ended.</source>
+        <translation>録画を終了しました。</translation>
+    </message>
+    <message>
+        <source>Snapshot taken.</source>
+        <translation>静止画を撮影しました。</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

@@ -708,6 +708,34 @@
         <source>Best fit</source>
         <translation>Вписано</translation>
     </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Яркость</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Масштаб</translation>
+    </message>
+    <message>
+        <source>The picture is frozen.</source>
+        <translation>Изображение остановлено.</translation>
+    </message>
+    <message>
+        <source>The picture moves again.</source>
+        <translation>Изображение снова движется.</translation>
+    </message>
+    <message>
+        <source>Recording has begun.</source>
+        <translation>Запись началась.</translation>
+    </message>
+    <message>
+        <source>Recording has ended.</source>
+        <translation>Запись завершена.</translation>
+    </message>
+    <message>
+        <source>Snapshot taken.</source>
+        <translation>Снимок сделан.</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

@@ -708,6 +708,34 @@
         <source>Best fit</source>
         <translation>全圖</translation>
     </message>
+    <message>
+        <source>Brightness</source>
+        <translation>亮度</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>縮放</translation>
+    </message>
+    <message>
+        <source>The picture is frozen.</source>
+        <translation>畫面已凍結。</translation>
+    </message>
+    <message>
+        <source>The picture moves again.</source>
+        <translation>畫面已恢復。</translation>
+    </message>
+    <message>
+        <source>Recording has begun.</source>
+        <translation>錄影已開始。</translation>
+    </message>
+    <message>
+        <source>Recording has ended.</source>
+        <translation>錄影已結束。</translation>
+    </message>
+    <message>
+        <source>Snapshot taken.</source>
+        <translation>已拍攝快照。</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>

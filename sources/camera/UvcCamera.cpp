@@ -2,6 +2,7 @@
 
 #include "sources/camera/UvcConnection.h"
 #include "sources/recording/CaptureClock.h"
+#include "sources/threads/DetachedThreads.h"
 #include "sources/threads/ExitDeadline.h"
 
 #include <libuvc/libuvc.h>
@@ -38,13 +39,18 @@ UvcCamera::~UvcCamera()
     m_connection->hurry();
     const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_BOUND),
                                       [connection = m_connection] { return connection->listed(); });
-    if (!listed)
-        return;
-    m_worker.call(ExitDeadline::capped(*listed ? CLOSE_BOUND : STOP_GONE_BOUND),
-                  [connection = m_connection] {
-                      connection->stop();
-                      return connection->close();
-                  });
+    // Also behind a call that was waited for in vain: otherwise the camera's interfaces would stay
+    // taken for as long as the process runs.
+    const auto running = std::make_shared<DetachedThreads::Running>();
+    const BoundedWorker::Ticket closing = m_worker.post(
+        [connection = m_connection, running] {
+            (void)connection->listed();
+            connection->stop();
+            return connection->close();
+        },
+        BoundedWorker::Place::Final);
+    if (listed)
+        (void)closing.wait(ExitDeadline::capped(*listed ? CLOSE_BOUND : STOP_GONE_BOUND));
 }
 
 std::optional<bool> UvcCamera::find()

@@ -30,7 +30,8 @@ public:
     using FrameHandler = UvcStream::FrameHandler;
 
     UvcCamera();
-    /// Gives the camera back. One that does not answer is left behind after half a second.
+    /// Gives the camera back. One that does not answer is waited for no longer than half a second,
+    /// and given back when it has answered.
     ~UvcCamera();
     UvcCamera(const UvcCamera &) = delete;
     UvcCamera &operator=(const UvcCamera &) = delete;

@@ -4,6 +4,8 @@
 #include "sources/threads/BoundedWorker.h"
 #include "sources/threads/DetachedThreads.h"
 
+#include <QFileInfo>
+
 using namespace std::chrono_literals;
 
 namespace
@@ -12,27 +14,36 @@ namespace
 constexpr auto BOUND = 2000ms;
 constexpr auto BOUND_AGAIN = 100ms;
 
+/// With its characters in a memory of its own: the toolkit's counting of references is invisible to
+/// the thread sanitizer.
+QString unshared(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
+
 } // namespace
 
 FolderLister::FolderLister() = default;
 
 FolderLister::~FolderLister() = default;
 
-std::optional<QStringList> FolderLister::list(const QDir &folder)
+std::optional<FolderLister::Listing> FolderLister::list(const QDir &folder, const QString &file)
 {
     const QString path = folder.absolutePath();
     if (!m_worker)
         m_worker = std::make_unique<BoundedWorker>("FolderLister");
-    const auto names = std::make_shared<QStringList>();
+    const auto listing = std::make_shared<Listing>();
     // The call's own copy of the folder keeps what it remembers of it to itself.
-    const auto job = [names, own = QString(path.constData(), path.size())] {
+    const auto job = [listing, own = unshared(path), name = unshared(file)] {
         const DetachedThreads::Running detached;
-        *names = PhotographList::list(QDir(own));
+        listing->names = PhotographList::list(QDir(own));
+        listing->hasFile =
+            listing->names.contains(name) || QFileInfo::exists(QDir(own).filePath(name));
         return 0;
     };
     if (m_worker->call(path == m_silentFolder ? BOUND_AGAIN : BOUND, job)) {
         m_silentFolder.clear();
-        return *names;
+        return *listing;
     }
     // Another folder may lie on a drive that answers.
     m_worker.reset();

@@ -16,9 +16,16 @@ public:
     FolderLister();
     ~FolderLister();
 
-    /// As PhotographList::list(); nothing when the drive did not answer within two seconds, or
-    /// within a tenth of one when it did not the last time.
-    [[nodiscard]] std::optional<QStringList> list(const QDir &folder);
+    struct Listing {
+        /// As PhotographList::list().
+        QStringList names;
+        /// Whether the file that was asked for is there, as a photograph or otherwise.
+        bool hasFile = false;
+    };
+
+    /// The folder, and whether `file` is in it; nothing when the drive did not answer within two
+    /// seconds, or within a tenth of one when it did not the last time.
+    [[nodiscard]] std::optional<Listing> list(const QDir &folder, const QString &file);
 
 private:
     std::unique_ptr<BoundedWorker> m_worker;

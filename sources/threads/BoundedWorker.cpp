@@ -14,6 +14,7 @@ struct BoundedWorker::Entry {
     enum class State { Queued, Begun, Ended, Dropped };
 
     Job job;
+    bool isFinal = false;
     State state = State::Queued;
     int result = 0;
 };
@@ -31,13 +32,31 @@ struct BoundedWorker::Shared {
         return entry.state == Entry::State::Ended ? std::optional<int>(entry.result) : std::nullopt;
     }
 
-    /// With the mutex held; what the dropped jobs own is to be destroyed without it.
+    /// All but the final jobs, with the mutex held; what they own is to be destroyed without it.
     [[nodiscard]] std::deque<std::shared_ptr<Entry>> takeQueue()
     {
-        for (const std::shared_ptr<Entry> &entry : queue)
-            entry->state = Entry::State::Dropped;
+        std::deque<std::shared_ptr<Entry>> dropped;
+        std::deque<std::shared_ptr<Entry>> kept;
+        for (const std::shared_ptr<Entry> &entry : queue) {
+            (entry->isFinal ? kept : dropped).push_back(entry);
+            if (!entry->isFinal)
+                entry->state = Entry::State::Dropped;
+        }
+        queue = std::move(kept);
         changed.notify_all();
-        return std::exchange(queue, {});
+        return dropped;
+    }
+
+    /// With the mutex held.
+    void enqueue(const std::shared_ptr<Entry> &entry, Place place)
+    {
+        const auto firstFinal = std::find_if(queue.begin(), queue.end(),
+                                             [](const auto &other) { return other->isFinal; });
+        entry->isFinal = place == Place::Final;
+        queue.insert(place == Place::First  ? queue.begin()
+                     : place == Place::Last ? firstFinal
+                                            : queue.end(),
+                     entry);
     }
 };
 
@@ -103,10 +122,7 @@ BoundedWorker::Ticket BoundedWorker::post(Job job, Place place)
     auto entry = std::make_shared<Entry>();
     entry->job = std::move(job);
     const std::lock_guard<std::mutex> lock(m_shared->mutex);
-    if (place == Place::First)
-        m_shared->queue.push_front(entry);
-    else
-        m_shared->queue.push_back(entry);
+    m_shared->enqueue(entry, place);
     m_shared->changed.notify_all();
     return Ticket(m_shared, std::move(entry));
 }
@@ -138,7 +154,7 @@ void BoundedWorker::work(const std::shared_ptr<Shared> &shared)
     std::unique_lock<std::mutex> lock(shared->mutex);
     for (;;) {
         shared->changed.wait(lock, [&shared] { return !shared->queue.empty() || shared->quit; });
-        if (shared->quit)
+        if (shared->queue.empty())
             return;
         const std::shared_ptr<Entry> entry = shared->queue.front();
         shared->queue.pop_front();

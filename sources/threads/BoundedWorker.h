@@ -18,7 +18,9 @@ private:
 
 public:
     using Job = std::function<int()>;
-    enum class Place { Last, First };
+    /// Where a job stands in the queue. One that is Final stands behind all others, and is done
+    /// even when the worker has gone: it gives back what the jobs before it have taken.
+    enum class Place { Last, First, Final };
 
     /// A posted job, in the hands of the thread that posted it.
     class Ticket
@@ -46,7 +48,8 @@ public:
 
     /// `threadName`: at most 15 characters.
     explicit BoundedWorker(const char *threadName);
-    /// Never waits: a job that is on its way is left to itself, the others are never begun.
+    /// Never waits: a job that is on its way is left to itself, the final ones follow it, and the
+    /// others are never begun.
     ~BoundedWorker();
     BoundedWorker(const BoundedWorker &) = delete;
     BoundedWorker &operator=(const BoundedWorker &) = delete;
@@ -54,14 +57,14 @@ public:
     /// Whether a job is on its way or queued.
     [[nodiscard]] bool busy() const;
 
-    /// Queues a job, behind all others or before those that have not begun.
+    /// Queues a job at that place among those that have not begun.
     Ticket post(Job job, Place place = Place::Last);
 
     /// The job's result, or nothing when an earlier job did not make room or the job itself did not
     /// end in time. A job that has not begun by then is never begun.
     std::optional<int> call(std::chrono::milliseconds bound, Job job);
 
-    /// Drops the jobs that have not begun.
+    /// Drops the jobs that have not begun, but for final ones.
     void clear();
 
 private:

@@ -172,6 +172,11 @@ void TestCommandKeys::undoAndRedoAreGrayWithoutAnything()
     QTRY_VERIFY(undo->isGray() && !redo->isGray());
     press(Qt::Key_Y, Qt::ControlModifier);
     QTRY_VERIFY(canvas->currentImage() != empty);
+    for (int i = 0; i < 1000; ++i)
+        press(Qt::Key_Z, Qt::ControlModifier);
+    QTRY_COMPARE(canvas->currentImage(), empty);
+    press(Qt::Key_Y, Qt::ControlModifier);
+    QTRY_VERIFY(canvas->currentImage() != empty);
     // Each canvas has its own.
     enter(*m_window, 0);
     QVERIFY(undo->isGray() && redo->isGray());

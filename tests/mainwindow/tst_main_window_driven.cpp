@@ -22,7 +22,8 @@ using namespace DrivenWindow;
 using namespace WindowProbe;
 
 /// Drives the whole window as a teacher does, with the mouse and the keyboard of a real display
-/// server, a window manager and the emulated camera.
+/// server, a window manager and the emulated camera. One window serves test after test, as a
+/// teacher's does, until one has left it changed.
 class TestMainWindowDriven : public QObject
 {
     Q_OBJECT
@@ -50,7 +51,7 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
     std::unique_ptr<MainWindow> m_window;
     std::vector<ExtensionTransfer> m_transfers;
-    /// Of one test: what it saves.
+    /// Of one window: what it saves.
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
@@ -63,6 +64,11 @@ void TestMainWindowDriven::initTestCase()
 
 void TestMainWindowDriven::init()
 {
+    if (m_window) {
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get(), PATIENCE_MS));
+        return;
+    }
     m_folder = std::make_unique<QTemporaryDir>();
     Config::setSnapshotPath(m_folder->path());
     Config::setRecordPath(m_folder->path());
@@ -73,20 +79,26 @@ void TestMainWindowDriven::init()
 
 void TestMainWindowDriven::cleanup()
 {
+    if (!QTest::currentTestFailed())
+        return;
+    // A button that is still down would swallow the presses of the tests that follow.
+    Pointer::release();
     m_window.reset();
 }
 
 void TestMainWindowDriven::cleanupTestCase()
 {
+    m_window.reset();
     m_camera.reset();
 }
 
 bool TestMainWindowDriven::liveRuns() const
 {
+    // The camera itself may still stream to a window of before.
+    const auto *source = m_window->findChild<LiveSource *>();
     return QTest::qWaitFor(
-        [this] {
-            const CameraStatistics camera = m_camera->statistics();
-            return camera.streaming && camera.deliveries.size() > 2 &&
+        [this, source] {
+            return source->cameraLink().frames > 2 &&
                    m_window->currentCanvas()->pictureSize() == QSize(1280, 720);
         },
         PATIENCE_MS);
@@ -132,7 +144,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
         if (dialog && dialog->isVisible())
             dialog->reject();
     });
-    dismisser.start(50);
+    dismisser.start(10);
 
     int answered = 0;
     QStringList gray;
@@ -166,6 +178,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
     QCOMPARE(answered, expected[mode]);
     QCOMPARE(gray, QStringList({"Undo", "Redo", "Hold the presentation", "Black presentation"}));
     QCOMPARE(m_window->currentMode(), mode);
+    m_window.reset();
 }
 
 void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
@@ -208,6 +221,9 @@ void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
     Pointer::run({"windowsize", id, "1200", "900"});
     QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(1200, 900), PATIENCE_MS);
     QTRY_VERIFY_WITH_TIMEOUT(beside(), PATIENCE_MS);
+    popup->close();
+    Pointer::run({"windowsize", id, "938", "768"});
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), PATIENCE_MS);
 }
 
 void TestMainWindowDriven::sidePanelKeepsTheRightEdge()

@@ -5,6 +5,7 @@
 
 #include "tests/TestProgram.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QPushButton>
 
@@ -45,6 +46,29 @@ void choose(const MainWindow &window, Command tool, int place)
             choices << button;
     }
     choices[place]->click();
+}
+
+/// What screen readers were told to say at once.
+QStringList &alerts()
+{
+    static QStringList heard;
+    return heard;
+}
+
+void hear(QAccessibleEvent *event)
+{
+    const auto *widget = qobject_cast<QWidget *>(event->object());
+    if (event->type() == QAccessible::Alert && widget)
+        alerts() << widget->accessibleName();
+}
+
+/// What they hear while something is done.
+template <typename Deed>
+QStringList heardWhile(Deed deed)
+{
+    alerts().clear();
+    deed();
+    return alerts();
 }
 
 /// What is done to a window, by its buttons or behind their backs.
@@ -142,6 +166,7 @@ private slots:
     void actionsShowTheirIndications();
     void theZoomIndicationGoesWithTheButton();
     void theClockEndsWithTheRecording();
+    void screenReadersHearEachIndicationOnce();
 };
 
 void TestWindowIndications::actionsShowTheirIndications_data()
@@ -191,6 +216,40 @@ void TestWindowIndications::theClockEndsWithTheRecording()
     QVERIFY(painted(window) != nothing);
     click(window, Command::Record);
     QCOMPARE(painted(window), nothing);
+}
+
+void TestWindowIndications::screenReadersHearEachIndicationOnce()
+{
+    QAccessible::setActive(true);
+    const auto before = QAccessible::installUpdateHandler(hear);
+    MainWindow window;
+    window.show();
+    const auto clicked = [&window](Command command) {
+        return heardWhile([&] { click(window, command); });
+    };
+    QCOMPARE(clicked(Command::Freeze), QStringList("The picture is frozen."));
+    QCOMPARE(clicked(Command::Freeze), QStringList("The picture moves again."));
+    QCOMPARE(clicked(Command::BrightnessUp), QStringList("Brightness"));
+    QCOMPARE(clicked(Command::BrightnessDown), QStringList("Brightness"));
+    QCOMPARE(heardWhile([&window] {
+                 window.zoomInStart();
+                 (void)painted(window);
+                 window.zoomInStop();
+             }),
+             QStringList("Zoom"));
+    QCOMPARE(clicked(Command::DrawingBoardMode), QStringList("Drawing Board"));
+    QCOMPARE(heardWhile([&window] { window.zoomInStart(); }), QStringList("Zoom 2x"));
+    QCOMPARE(heardWhile([&window] { window.zoomOutStart(); }), QStringList("Zoom 1x"));
+    QCOMPARE(heardWhile([&window] {
+                 click(window, Command::Snapshot);
+                 QTRY_VERIFY(!alerts().isEmpty());
+             }),
+             QStringList("Snapshot taken."));
+    QCOMPARE(clicked(Command::LiveMode), QStringList("Live"));
+    QCOMPARE(clicked(Command::Record), QStringList("Recording has begun."));
+    QCOMPARE(clicked(Command::Record), QStringList("Recording has ended."));
+    QAccessible::installUpdateHandler(before);
+    QAccessible::setActive(false);
 }
 
 REGISTER_TEST(TestWindowIndications)

@@ -10,6 +10,7 @@
 
 #include <QMessageBox>
 #include <QPainter>
+#include <QProcess>
 #include <QTemporaryDir>
 
 using namespace WindowProbe;
@@ -19,6 +20,37 @@ namespace
 
 constexpr int PATIENCE_MS = 60000;
 constexpr char NO_PICTURE[] = "Nothing was recorded because no picture came from the camera.";
+/// A colour that the camera's sheet does not have.
+constexpr QRgb INK = 0xFFFF00FF;
+
+/// Of each picture of a movie whether there is ink on it, runs of the same answer as one.
+QVector<bool> inkOf(const QString &movie)
+{
+    constexpr int WIDTH = 320;
+    constexpr int HEIGHT = 180;
+    QProcess reader;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("LD_PRELOAD");
+    reader.setProcessEnvironment(environment);
+    reader.start("ffmpeg", {"-v", "error", "-i", movie, "-an", "-vf",
+                            QString("scale=%1:%2").arg(WIDTH).arg(HEIGHT), "-pix_fmt", "rgb24",
+                            "-f", "rawvideo", "-"});
+    if (!reader.waitForFinished(PATIENCE_MS) || reader.exitCode() != 0)
+        return {};
+    const QByteArray pictures = reader.readAllStandardOutput();
+    QVector<bool> answers;
+    for (int start = 0; start + WIDTH * HEIGHT * 3 <= pictures.size();
+         start += WIDTH * HEIGHT * 3) {
+        const auto *pixels = reinterpret_cast<const uchar *>(pictures.constData()) + start;
+        int inked = 0;
+        for (int i = 0; i < WIDTH * HEIGHT * 3; i += 3)
+            inked += pixels[i] > 170 && pixels[i + 1] < 100 && pixels[i + 2] > 170 ? 1 : 0;
+        const bool isInked = inked > 50;
+        if (answers.isEmpty() || answers.last() != isInked)
+            answers.append(isInked);
+    }
+    return answers;
+}
 
 } // namespace
 
@@ -69,6 +101,35 @@ private slots:
         QVERIFY(!showsRecording());
         QCOMPARE(movies().size(), 1);
         QVERIFY(movieBytes() > 50000);
+    }
+
+    void whatIsTakenBackLeavesTheMovie()
+    {
+        bringUp();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        const auto recordSomeMore = [this] {
+            const qint64 before = movieBytes();
+            QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > before + 50000, PATIENCE_MS);
+        };
+        record()->click();
+        recordSomeMore();
+        ImageCanvas *canvas = m_window->currentCanvas();
+        canvas->setMouseMode(ImageCanvas::Line);
+        canvas->penColor = QColor(INK);
+        canvas->penWidth = 12;
+        QTest::mousePress(canvas, Qt::LeftButton, {}, QPoint(200, 250));
+        QMouseEvent move(QEvent::MouseMove, QPoint(500, 400), Qt::NoButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(canvas, &move);
+        QTest::mouseRelease(canvas, Qt::LeftButton, {}, QPoint(500, 400));
+        recordSomeMore();
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+        recordSomeMore();
+        record()->click();
+        QCOMPARE(movies().size(), 1);
+        // On a slow disk the movie is completed in the background.
+        const QString movie = m_folder->filePath(movies().first());
+        QTRY_COMPARE_WITH_TIMEOUT(inkOf(movie), QVector<bool>({false, true, false}), PATIENCE_MS);
     }
 
     void aCameraThatWasPulledIsSaid()

@@ -65,6 +65,66 @@ private slots:
         end.wait();
     }
 
+    void aFinalJobIsDoneAfterItsWorkerHasGone()
+    {
+        std::promise<void> release;
+        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+        auto order = std::make_shared<std::vector<int>>();
+        auto finished = std::make_shared<std::promise<void>>();
+        std::future<void> end = finished->get_future();
+        const auto note = [order](int number) {
+            return [order, number] {
+                order->push_back(number);
+                return number;
+            };
+        };
+        {
+            BoundedWorker worker("Test");
+            worker.post([blocker] {
+                blocker->wait();
+                return 0;
+            });
+            worker.post(
+                [finished, order] {
+                    order->push_back(3);
+                    finished->set_value();
+                    return 3;
+                },
+                BoundedWorker::Place::Final);
+            worker.post(note(1));
+            worker.clear();
+            worker.post(note(2));
+            worker.post(note(4), BoundedWorker::Place::First);
+        }
+        release.set_value();
+        QCOMPARE(end.wait_for(seconds(20)), std::future_status::ready);
+        QCOMPARE(*order, std::vector<int>({3}));
+    }
+
+    void aFinalJobStandsBehindAllOthers()
+    {
+        std::promise<void> release;
+        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+        BoundedWorker worker("Test");
+        worker.post([blocker] {
+            blocker->wait();
+            return 0;
+        });
+        std::vector<int> order;
+        const auto note = [&order](int number) {
+            return [&order, number] {
+                order.push_back(number);
+                return number;
+            };
+        };
+        const BoundedWorker::Ticket last = worker.post(note(3), BoundedWorker::Place::Final);
+        worker.post(note(2));
+        worker.post(note(1), BoundedWorker::Place::First);
+        release.set_value();
+        QCOMPARE(last.wait(seconds(20)).value_or(0), 3);
+        QCOMPARE(order, std::vector<int>({1, 2, 3}));
+    }
+
     void aWorkerThatWasBusyServesAgain()
     {
         std::promise<void> release;

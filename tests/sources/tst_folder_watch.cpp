@@ -139,14 +139,15 @@ private slots:
     {
         FolderLister lister;
         QTemporaryDir other;
-        QCOMPARE(lister.list(QDir(m_folder->path())).value_or(QStringList()).first(),
-                 QString("a.jpg"));
+        const auto listing = lister.list(QDir(m_folder->path()), "a.jpg");
+        QVERIFY(listing && listing->hasFile);
+        QCOMPARE(listing->names.first(), QString("a.jpg"));
         std::optional<HangingFolder> hanging(m_folder->path());
-        QVERIFY(!lister.list(QDir(m_folder->path())));
-        QVERIFY(lister.list(QDir(other.path())));
-        QVERIFY(!lister.list(QDir(m_folder->path())));
+        QVERIFY(!lister.list(QDir(m_folder->path()), {}));
+        QVERIFY(lister.list(QDir(other.path()), {}));
+        QVERIFY(!lister.list(QDir(m_folder->path()), {}));
         hanging.reset();
-        QVERIFY(lister.list(QDir(m_folder->path())));
+        QVERIFY(lister.list(QDir(m_folder->path()), {}));
     }
 
 private:

@@ -40,8 +40,7 @@ public:
     /// succeeds while it is plugged in.
     bool plug();
     void unplug();
-    /// As unplug(), but a good payload still completes around it and resubmitted transfers are
-    /// refused, as happens on a busy bus.
+    /// As unplug(), but good payloads still complete around it, as happens on a busy bus.
     void unplugDirty();
     [[nodiscard]] bool plugged() const;
 

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+class CameraKeeper;
 class CanvasDeck;
 class LiveSource;
 class QWidget;
@@ -14,9 +15,10 @@ namespace Pages
 
 enum class Id { Camera, Recording, Keys };
 
-/// What pages tell of; both outlive the pop-up.
+/// What pages tell of; it outlives the pop-up.
 struct Context {
     const CanvasDeck *deck = nullptr;
+    const CameraKeeper *keeper = nullptr;
     const LiveSource *camera = nullptr;
 };
 

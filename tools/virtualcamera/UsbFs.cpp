@@ -99,6 +99,7 @@ void UsbFs::report(CameraStatistics &statistics) const
     statistics.openHandles = static_cast<int>(m_handles.size());
     statistics.streamWidth = m_current.size.width;
     statistics.streamHeight = m_current.size.height;
+    statistics.streamInterval = m_current.interval;
     statistics.plugged = m_plugged;
     statistics.streaming = m_streaming;
     statistics.deliveries.assign(m_queue.deliveries().begin(), m_queue.deliveries().end());
@@ -317,9 +318,9 @@ int UsbFs::reap(Handle &handle, UMockdevIoctlData *argument)
 int UsbFs::answer(const SetupPacket &setup, std::uint8_t *data)
 {
     const int result = m_function.control(setup, data);
-    if (const auto size = m_function.takeCommit()) {
+    if (const auto commit = m_function.takeCommit()) {
         stopStream();
-        m_current = {*size, m_current.number + 1};
+        m_current = {commit->size, m_current.number + 1, commit->interval};
         m_streaming = true;
         m_changed.notify_all();
     }

@@ -41,6 +41,7 @@ public:
     struct Stream {
         UsbDescriptors::StreamSize size{0, 0};
         unsigned number = 0;
+        std::uint32_t interval = UsbDescriptors::FRAME_INTERVAL; ///< in units of 100 ns
     };
     /// Blocks the streamer until a stream runs; nothing after shutDown().
     [[nodiscard]] std::optional<Stream> waitForStream();

@@ -18,6 +18,9 @@ struct VirtualCameraConfig {
     QString serial = QStringLiteral("EDC0001");
     QString banner = QStringLiteral("Emulated camera"); ///< printed on the sheet
     int framesPerSecond = 30;
+    /// In units of 100 ns, as listed for every size, the first being the default. Pictures come at
+    /// framesPerSecond whichever is chosen.
+    std::vector<std::uint32_t> intervals{333333};
     int jpegQuality = 85;
 };
 

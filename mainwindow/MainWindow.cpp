@@ -10,6 +10,7 @@
 #include "mainwindow/pages/MoreToolWindow.h"
 #include "mainwindow/presentation/Presentation.h"
 #include "sources/LiveSource.h"
+#include "sources/camera/CameraKeeper.h"
 #include "widgets/ImageButton.h"
 #include "widgets/Panel.h"
 #include "widgets/ToolWindow.h"
@@ -305,16 +306,21 @@ void MainWindow::showKeys()
 
 void MainWindow::openMore()
 {
-    ImageButton *moreButton = button(Command::More);
-    m_popups.open(Commands::row(Command::More), moreButton);
-    const auto *popup = static_cast<MoreToolWindow *>(m_popups.current());
-    // What the mark points at is read there.
-    const auto unmark = [moreButton](Pages::Id id) {
-        if (id == Pages::Id::Recording)
-            moreButton->setMarked(false);
+    m_popups.open(Commands::row(Command::More), button(Command::More));
+    auto *popup = static_cast<MoreToolWindow *>(m_popups.current());
+    const auto markPages = [this, popup] {
+        popup->setMarked(Pages::Id::Camera, m_keeper->status().wrong());
+        popup->setMarked(Pages::Id::Recording, m_card->failureUnread());
     };
-    connect(popup, &MoreToolWindow::pageShown, moreButton, unmark);
-    unmark(popup->page());
+    // A failure is read there.
+    const auto read = [this, markPages](Pages::Id id) {
+        if (id == Pages::Id::Recording)
+            m_card->setFailureUnread(false);
+        markPages();
+    };
+    connect(m_keeper, &CameraKeeper::statusChanged, popup, markPages);
+    connect(popup, &MoreToolWindow::pageShown, m_card, read);
+    read(popup->page());
 }
 
 void MainWindow::undo()

@@ -19,6 +19,7 @@
 
 #include <memory>
 
+class CameraKeeper;
 class CommandCard;
 class FilmSource;
 class ImageButton;
@@ -237,6 +238,7 @@ private:
     QWidget *m_liveBox = nullptr;
     QLabel *m_recordTimeLabel = nullptr;
     LiveSource *m_liveSource = nullptr;
+    CameraKeeper *m_keeper = nullptr;
     FilmSource *m_filmSource = nullptr;
     FilmBar *m_filmBar = nullptr;
     PhotographSource *m_photographSource = nullptr;

@@ -223,7 +223,7 @@ void MainWindow::createLivePart()
 {
     m_liveSource =
         new LiveSource(createCanvas(), Config::resolution(), Config::recordingResolution(), this);
-    new CameraKeeper(*m_liveSource, m_liveSource);
+    m_keeper = new CameraKeeper(*m_liveSource, m_liveSource);
     m_capture->setSource(m_liveSource);
     m_camera = std::make_unique<CameraActions>(m_deck, &m_popups, m_liveSource);
 }
@@ -289,13 +289,15 @@ void MainWindow::createPresentation()
 void MainWindow::createCard()
 {
     m_card = new CommandCard(&m_buttons, this);
-    m_popups.setMore({m_deck, m_liveSource, m_presentation.get()}, m_card);
-    ImageButton *moreButton = button(Command::More);
+    m_popups.setMore({m_deck, m_keeper, m_liveSource, m_presentation.get()}, m_card);
+    const auto showCamera = [this] { m_card->setCameraWrong(m_keeper->status().wrong()); };
+    connect(m_keeper, &CameraKeeper::statusChanged, m_card, showCamera);
+    showCamera();
     for (int mode = 0; mode < Modes::COUNT; ++mode) {
         const ImageCanvas *canvas = m_deck->canvas(mode);
         connect(canvas, &ImageCanvas::historyChanged, this, &MainWindow::showHistory);
-        connect(canvas, &ImageCanvas::snapshotFailed, moreButton,
-                [moreButton] { moreButton->setMarked(true); });
+        connect(canvas, &ImageCanvas::snapshotFailed, m_card,
+                [this] { m_card->setFailureUnread(true); });
     }
 }
 

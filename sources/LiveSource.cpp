@@ -205,7 +205,8 @@ std::unique_ptr<UvcCamera> LiveSource::takeOver(std::unique_ptr<UvcCamera> camer
     // The frame thread of one camera is done before that of the other begins.
     m_private->camera->stopDelivery();
     std::swap(m_private->camera, camera);
-    m_private->controls = std::make_unique<CameraControls>(*m_private->camera);
+    m_private->controls =
+        std::make_unique<CameraControls>(*m_private->camera, *m_private->controls);
     initUVCControl();
     restartStream();
     return camera;

@@ -58,6 +58,23 @@ void CommandCard::place(const WindowLayout &at)
     move(at.card);
 }
 
+void CommandCard::setCameraWrong(bool wrong)
+{
+    m_cameraWrong = wrong;
+    showMark();
+}
+
+void CommandCard::setFailureUnread(bool unread)
+{
+    m_failureUnread = unread;
+    showMark();
+}
+
+void CommandCard::showMark()
+{
+    m_buttons.back()->setMarked(m_cameraWrong || m_failureUnread);
+}
+
 void CommandCard::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);

@@ -22,6 +22,10 @@ public:
 
     /// Takes its place, and shows as many buttons as fit.
     void place(const WindowLayout &at);
+    // What the pages behind "More" tell of is marked on it.
+    void setCameraWrong(bool wrong);
+    void setFailureUnread(bool unread);
+    [[nodiscard]] bool failureUnread() const { return m_failureUnread; }
     /// The buttons that did not fit, in their order.
     [[nodiscard]] const std::vector<ImageButton *> &hidden() const { return m_hidden; }
 
@@ -29,6 +33,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showMark();
+
+    bool m_cameraWrong = false;
+    bool m_failureUnread = false;
     const QImage m_ground;
     /// In their order, "More" last.
     std::vector<ImageButton *> m_buttons;

@@ -8,6 +8,8 @@
 #include <QButtonGroup>
 #include <QScrollArea>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -50,16 +52,13 @@ MoreToolWindow::MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
 
 void MoreToolWindow::showPage(Pages::Id id)
 {
-    for (std::size_t i = 0; i < Pages::all().size(); ++i) {
-        const Pages::Page &row = Pages::all()[i];
-        if (row.id != id)
-            continue;
-        m_tabs->button(int(i))->setChecked(true);
-        QWidget *made = row.make(m_context, m_area);
-        made->setAccessibleName(tr(row.title));
-        m_area->setWidget(made);
-        emit pageShown(id);
-    }
+    const int index = indexOf(id);
+    const Pages::Page &row = Pages::all()[std::size_t(index)];
+    m_tabs->button(index)->setChecked(true);
+    QWidget *made = row.make(m_context, m_area);
+    made->setAccessibleName(tr(row.title));
+    m_area->setWidget(made);
+    emit pageShown(id);
 }
 
 Pages::Id MoreToolWindow::page() const
@@ -67,10 +66,23 @@ Pages::Id MoreToolWindow::page() const
     return Pages::all()[std::size_t(m_tabs->checkedId())].id;
 }
 
+void MoreToolWindow::setMarked(Pages::Id id, bool marked)
+{
+    static_cast<ImageButton *>(m_tabs->button(indexOf(id)))->setMarked(marked);
+}
+
 void MoreToolWindow::choosePage(int index)
 {
     Preferences::setNumber(PAGE_KEY, index);
     showPage(Pages::all()[std::size_t(index)].id);
+}
+
+int MoreToolWindow::indexOf(Pages::Id id)
+{
+    const std::vector<Pages::Page> &pages = Pages::all();
+    const auto found = std::find_if(pages.begin(), pages.end(),
+                                    [id](const Pages::Page &page) { return page.id == id; });
+    return int(found - pages.begin());
 }
 
 int MoreToolWindow::addHidden(const std::vector<ImageButton *> &hidden, int y)

@@ -24,6 +24,8 @@ public:
     /// Builds that page with what is known now.
     void showPage(Pages::Id id);
     [[nodiscard]] Pages::Id page() const;
+    /// Whether there is something to be read on that page, as on the tool button.
+    void setMarked(Pages::Id id, bool marked);
 
 signals:
     void pageShown(Pages::Id id);
@@ -33,6 +35,7 @@ private slots:
     void choosePage(int index);
 
 private:
+    [[nodiscard]] static int indexOf(Pages::Id id);
     /// Returns the first free y below.
     int addHidden(const std::vector<ImageButton *> &hidden, int y);
     int addTabs(int y);

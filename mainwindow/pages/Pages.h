@@ -4,6 +4,7 @@
 
 #include <vector>
 
+class CameraKeeper;
 class CanvasDeck;
 class LiveSource;
 class Presentation;
@@ -18,6 +19,7 @@ enum class Id { Camera, Recording, Presentation, Keys };
 /// What pages tell of; all outlive the pop-up.
 struct Context {
     const CanvasDeck *deck = nullptr;
+    const CameraKeeper *keeper = nullptr;
     const LiveSource *camera = nullptr;
     ::Presentation *presentation = nullptr;
 };

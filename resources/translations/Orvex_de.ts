@@ -596,22 +596,6 @@
         <translation>Tasten</translation>
     </message>
     <message>
-        <source>connected</source>
-        <translation>verbunden</translation>
-    </message>
-    <message>
-        <source>not connected</source>
-        <translation>nicht verbunden</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>Bild</translation>
-    </message>
-    <message>
-        <source>Movies</source>
-        <translation>Videos</translation>
-    </message>
-    <message>
         <source>running</source>
         <translation>läuft</translation>
     </message>

@@ -596,22 +596,6 @@
         <translation>Teclas</translation>
     </message>
     <message>
-        <source>connected</source>
-        <translation>conectada</translation>
-    </message>
-    <message>
-        <source>not connected</source>
-        <translation>no conectada</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>Imagen</translation>
-    </message>
-    <message>
-        <source>Movies</source>
-        <translation>Vídeos</translation>
-    </message>
-    <message>
         <source>running</source>
         <translation>en curso</translation>
     </message>

@@ -596,22 +596,6 @@
         <translation>Touches</translation>
     </message>
     <message>
-        <source>connected</source>
-        <translation>connectée</translation>
-    </message>
-    <message>
-        <source>not connected</source>
-        <translation>non connectée</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>Image</translation>
-    </message>
-    <message>
-        <source>Movies</source>
-        <translation>Vidéos</translation>
-    </message>
-    <message>
         <source>running</source>
         <translation>en cours</translation>
     </message>

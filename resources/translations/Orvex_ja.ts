@@ -596,22 +596,6 @@
         <translation>キー</translation>
     </message>
     <message>
-        <source>connected</source>
-        <translation>接続済み</translation>
-    </message>
-    <message>
-        <source>not connected</source>
-        <translation>未接続</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>画面</translation>
-    </message>
-    <message>
-        <source>Movies</source>
-        <translation>動画</translation>
-    </message>
-    <message>
         <source>running</source>
         <translation>録画中</translation>
     </message>

@@ -596,22 +596,6 @@
         <translation>Клавиши</translation>
     </message>
     <message>
-        <source>connected</source>
-        <translation>подключена</translation>
-    </message>
-    <message>
-        <source>not connected</source>
-        <translation>не подключена</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>Изображение</translation>
-    </message>
-    <message>
-        <source>Movies</source>
-        <translation>Видео</translation>
-    </message>
-    <message>
         <source>running</source>
         <translation>идёт</translation>
     </message>

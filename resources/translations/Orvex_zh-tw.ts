@@ -596,22 +596,6 @@
         <translation>按鍵</translation>
     </message>
     <message>
-        <source>connected</source>
-        <translation>已連接</translation>
-    </message>
-    <message>
-        <source>not connected</source>
-        <translation>未連接</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>畫面</translation>
-    </message>
-    <message>
-        <source>Movies</source>
-        <translation>錄影</translation>
-    </message>
-    <message>
         <source>running</source>
         <translation>進行中</translation>
     </message>

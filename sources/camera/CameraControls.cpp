@@ -15,6 +15,15 @@ CameraControls::CameraControls(UvcCamera &camera)
 {
 }
 
+CameraControls::CameraControls(UvcCamera &camera, const CameraControls &before)
+    : m_camera(camera)
+    , m_parameter(before.m_parameter)
+    , m_number(before.m_number ? numberControl(m_parameter) : nullptr)
+{
+    for (const auto &[place, value] : before.m_values)
+        m_values[place].known = value.known;
+}
+
 int CameraControls::write(std::uint8_t selector, const void *data, std::size_t length)
 {
     if (const int error = m_camera.controlError())
@@ -46,11 +55,16 @@ int CameraControls::read(std::uint8_t selector, void *data, std::size_t length)
     return lastKnown(value, data, length);
 }
 
+CameraControls::Control CameraControls::numberControl(const Bytes &number)
+{
+    return std::make_shared<ControlRequest>(
+        ControlRequest{false, static_cast<std::uint8_t>(CameraParameter::ID_SELECTOR), number});
+}
+
 int CameraControls::selectParameter(const Bytes &number)
 {
     m_parameter = number;
-    m_number = std::make_shared<ControlRequest>(
-        ControlRequest{false, static_cast<std::uint8_t>(CameraParameter::ID_SELECTOR), number});
+    m_number = numberControl(number);
     if (m_camera.late())
         return UVC_ERROR_TIMEOUT; // goes with its value
     return m_camera.wait(m_camera.send({m_number})).value_or(UVC_ERROR_TIMEOUT);

@@ -22,6 +22,9 @@ class CameraControls
 {
 public:
     explicit CameraControls(UvcCamera &camera);
+    /// For a camera that takes the place of the one before: what is not known of it yet is what was
+    /// known of that one.
+    CameraControls(UvcCamera &camera, const CameraControls &before);
 
     /// Writes / reads `length` bytes: the bytes transferred, or an error of libuvc, which is
     /// UVC_ERROR_TIMEOUT for what is still on its way. `data` is written by a successful read only.
@@ -42,6 +45,7 @@ private:
         LateRead late;
     };
 
+    [[nodiscard]] static Control numberControl(const Bytes &number);
     int selectParameter(const Bytes &number);
     [[nodiscard]] std::vector<Control> withParameter(Control control) const;
     int takeAnswer(Value &value, int result, const Bytes &answer, void *data, std::size_t length);

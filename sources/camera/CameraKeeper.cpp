@@ -43,7 +43,7 @@ CameraKeeper::CameraKeeper(CameraOwner &owner, QObject *parent)
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &CameraKeeper::look);
-    m_timer.start(INTERVAL_MS);
+    look();
 }
 
 CameraKeeper::~CameraKeeper()

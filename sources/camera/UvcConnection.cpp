@@ -4,6 +4,7 @@
 #include "sources/camera/CameraProfile.h"
 #include "sources/camera/LibraryFaults.h"
 #include "sources/camera/OpenFailure.h"
+#include "sources/camera/StreamNegotiation.h"
 
 #include <libusb.h>
 #include <libuvc/libuvc.h>
@@ -181,14 +182,18 @@ int UvcConnection::start(const Request &request)
     if (stream->closed()) // another one is wanted by now
         return UVC_SUCCESS;
     uvc_stream_ctrl_t block{};
-    const int agreed = noteResult(uvc_get_stream_ctrl_format_size(
-        m_handle, &block, UVC_FRAME_FORMAT_MJPEG, stream->size().width(), stream->size().height(),
-        request.framesPerSecond));
-    if (agreed < 0)
+    const int agreed =
+        noteResult(negotiateStream(m_handle, stream->size(), request.framesPerSecond, block));
+    // The keeper asks again and again; it is said once.
+    const bool said = m_refusedSize == stream->size();
+    if (agreed < 0 && !said)
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
+    m_refusedSize.reset();
     const std::uint32_t payload = block.dwMaxPayloadTransferSize;
     if (payload == 0 || payload > MAXIMUM_PAYLOAD) {
-        tellSizeNotOffered(stream->size());
+        if (!said)
+            tellSizeNotOffered(stream->size());
+        m_refusedSize = stream->size();
         return UVC_ERROR_INVALID_MODE;
     }
     if (stream->closed())

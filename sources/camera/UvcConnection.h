@@ -91,6 +91,8 @@ private:
     std::uint8_t m_busNumber = 0;
     std::uint8_t m_address = 0;
     std::shared_ptr<UvcStream> m_running;
+    /// That the camera did not agree to when it was asked last.
+    std::optional<QSize> m_refusedSize;
     ControlTransfer m_transfer;
     std::atomic<bool> m_gone{false};
     std::atomic<int> m_streamResult{0};

@@ -25,6 +25,7 @@ private slots:
     void itsButtonsStandInARowAndJoinTheOthers();
     void aHiddenButtonIsOfferedInThePopUp();
     void thePagesTellOfKeysAndFailures();
+    void theMarkIsOfTheCameraOrOfAFailure();
 };
 
 void TestCard::asManyStandOnItAsFit_data()
@@ -124,7 +125,7 @@ void TestCard::aHiddenButtonIsOfferedInThePopUp()
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
     ImageButton *undo = scene.buttons.of(Command::Undo);
-    MoreToolWindow popup(undo, nullptr, {&scene.deck, nullptr}, {undo});
+    MoreToolWindow popup(undo, nullptr, {&scene.deck, nullptr, nullptr}, {undo});
     QSignalSpy clicks(undo, SIGNAL(clicked()));
     for (ImageButton *each : popup.findChildren<ImageButton *>()) {
         if (each->accessibleName() == "Undo")
@@ -137,7 +138,7 @@ void TestCard::thePagesTellOfKeysAndFailures()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
-    scene.popups.setMore({&scene.deck, nullptr}, &card);
+    scene.popups.setMore({&scene.deck, nullptr, nullptr}, &card);
     auto *popup = qobject_cast<MoreToolWindow *>(scene.open(Command::More));
     QVERIFY(popup);
     const auto text = [popup] {
@@ -170,6 +171,22 @@ void TestCard::thePagesTellOfKeysAndFailures()
     }());
     popup->showPage(Pages::Id::Recording);
     QVERIFY2(text().contains("Not saved"), qPrintable(text()));
+}
+
+void TestCard::theMarkIsOfTheCameraOrOfAFailure()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    const ImageButton *more = scene.buttons.of(Command::More);
+    QVERIFY(!more->isMarked());
+    card.setCameraWrong(true);
+    card.setFailureUnread(true);
+    card.setFailureUnread(false);
+    QVERIFY(more->isMarked());
+    card.setCameraWrong(false);
+    QVERIFY(!more->isMarked());
+    card.setFailureUnread(true);
+    QVERIFY(more->isMarked());
 }
 
 REGISTER_TEST(TestCard)

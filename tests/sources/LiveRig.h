@@ -59,6 +59,18 @@ inline VirtualCameraConfig rigCamera()
     return config;
 }
 
+/// The variable of the environment that makes pull() a dirty one.
+inline const QString DIRTY = QStringLiteral("CAMERA_LEAVES_DIRTY=1");
+
+/// Pulls the camera out in the way that the environment chooses.
+inline void pull(VirtualCamera &camera)
+{
+    if (qEnvironmentVariableIsSet("CAMERA_LEAVES_DIRTY"))
+        camera.unplugDirty();
+    else
+        camera.unplug();
+}
+
 /// A live source with something to give its frames to.
 struct LiveRig {
     static constexpr QSize PREVIEW{1024, 768};

@@ -1,9 +1,8 @@
+#include "tests/SideBySide.h"
 #include "tests/sources/LiveRig.h"
 
 #include "sources/camera/CameraParameters.h"
 #include "tools/virtualcamera/SheetCounter.h"
-
-#include "tests/TestProgram.h"
 
 #include <QElapsedTimer>
 
@@ -280,5 +279,5 @@ private:
     std::vector<ExtensionTransfer> m_transfers;
 };
 
-REGISTER_TEST(LiveSourceTest)
+REGISTER_TEST_SIDE_BY_SIDE(LiveSourceTest)
 #include "tst_live_source.moc"

@@ -1,8 +1,7 @@
+#include "tests/SideBySide.h"
 #include "tests/sources/LiveRig.h"
 
 #include "sources/camera/CameraParameters.h"
-
-#include "tests/TestProgram.h"
 
 #include <linux/capability.h>
 #include <sys/syscall.h>
@@ -131,15 +130,16 @@ private slots:
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->faults().stallControls = -1;
         unsigned long value = 77;
-        QCOMPARE(rig.source->ksPropSet(VALUE_SELECTOR, &value, sizeof value), -9);
-        QCOMPARE(rig.source->ksPropGet(VALUE_SELECTOR, &value, sizeof value), -9);
+        // On a busy machine the answer may come after the call, and then with a later one.
+        QTRY_COMPARE(rig.source->ksPropSet(VALUE_SELECTOR, &value, sizeof value), -9);
+        QTRY_COMPARE(rig.source->ksPropGet(VALUE_SELECTOR, &value, sizeof value), -9);
         QCOMPARE(value, 77UL);
         QCOMPARE(rig.source->brightness(), 0);
         QCOMPARE(rig.source->brightnessMax(), 15);
         rig.source->autoFocus();
         QVERIFY(rig.waitForFrames());
         m_camera->faults().stallControls = 0;
-        QVERIFY(rig.source->brightness() > 0);
+        QTRY_VERIFY(rig.source->brightness() > 0);
     }
 
     void stalledProbesLeaveNoPictureUntilTheNextStart()
@@ -231,5 +231,5 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
 };
 
-REGISTER_TEST(LiveSourceFaultsTest)
+REGISTER_TEST_SIDE_BY_SIDE(LiveSourceFaultsTest)
 #include "tst_live_source_faults.moc"

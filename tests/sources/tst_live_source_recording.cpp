@@ -1,6 +1,5 @@
+#include "tests/SideBySide.h"
 #include "tests/sources/LiveRig.h"
-
-#include "tests/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -245,5 +244,5 @@ private:
     std::unique_ptr<QSignalSpy> m_failures;
 };
 
-REGISTER_TEST(LiveSourceRecordingTest)
+REGISTER_TEST_SIDE_BY_SIDE(LiveSourceRecordingTest)
 #include "tst_live_source_recording.moc"

@@ -1,10 +1,11 @@
+#include "tests/SideBySide.h"
 #include "tests/sources/LiveRig.h"
 
 #include "sources/camera/CameraParameters.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QProcess>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstring>
@@ -15,6 +16,8 @@ namespace
 // What the bounded waits of one teardown and one restart add up to at most, with room for a loaded
 // machine.
 constexpr qint64 TEARDOWN_LIMIT_MS = 10000;
+/// Of lives that mostly wait, on the two processors of a small machine.
+constexpr int LIVES_AT_ONCE = 8;
 
 /// A short life of a program that uses the camera. True when it went as it should; it then leaves
 /// through main(), as a real program does.
@@ -24,14 +27,6 @@ bool letTimePass(int milliseconds)
 {
     QTest::qWait(milliseconds); // long enough for the library to have seen the camera leave
     return true;
-}
-
-void pull(VirtualCamera &camera)
-{
-    if (qEnvironmentVariableIsSet("CAMERA_LEAVES_DIRTY"))
-        camera.unplugDirty();
-    else
-        camera.unplug();
 }
 
 bool deadControlsFailFast(LiveRig &rig)
@@ -102,7 +97,8 @@ bool recordedAcrossTheUnplug(VirtualCamera &camera, LiveRig &rig)
 {
     if (!rig.bringUp(camera))
         return false;
-    rig.source->startRecord(QDir::tempPath() + "/across.mov");
+    const QTemporaryDir folder;
+    rig.source->startRecord(folder.filePath("across.mov"));
     if (!rig.waitForSize(LiveRig::RECORDING))
         return false;
     pull(camera);
@@ -193,37 +189,38 @@ class LiveSourceUnplugTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        std::vector<SideBySide::Run> runs;
+        for (const NamedLife &row : LIVES) {
+            runs.push_back({row.name, {"--live", row.name}, {}});
+            if (row.dirtyToo)
+                runs.push_back({dirtyName(row), {"--live", row.name}, {DIRTY}});
+        }
+        m_runs.start(std::move(runs), LIVES_AT_ONCE);
+    }
+
     void everyPartingEndsWell_data()
     {
         QTest::addColumn<QString>("life");
-        QTest::addColumn<bool>("dirty");
         for (const NamedLife &row : LIVES) {
-            QTest::newRow(row.name) << QString(row.name) << false;
+            QTest::newRow(row.name) << QString(row.name);
             if (row.dirtyToo)
-                QTest::newRow(qPrintable(QString("%1, dirty").arg(row.name)))
-                    << QString(row.name) << true;
+                QTest::newRow(qPrintable(dirtyName(row))) << dirtyName(row);
         }
     }
 
     void everyPartingEndsWell()
     {
         QFETCH(QString, life);
-        QFETCH(bool, dirty);
-        QProcess child;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        if (dirty)
-            environment.insert("CAMERA_LEAVES_DIRTY", "1");
-        child.setProcessEnvironment(environment);
-        child.setProcessChannelMode(QProcess::MergedChannels);
-        child.start(QCoreApplication::applicationFilePath(), {"--live", life});
-        const bool ended = child.waitForFinished(90000);
-        if (!ended)
-            child.kill();
-        const QByteArray said = child.readAll();
-        QVERIFY2(ended, said.constData());
-        QVERIFY2(child.exitStatus() == QProcess::NormalExit, said.constData());
-        QVERIFY2(child.exitCode() == 0, said.constData());
+        const QString fault = m_runs.fault(life);
+        QVERIFY2(fault.isEmpty(), qPrintable(fault));
     }
+
+private:
+    static QString dirtyName(const NamedLife &row) { return QString("%1, dirty").arg(row.name); }
+
+    SideBySide m_runs;
 };
 
 int main(int argc, char **argv)

@@ -1,9 +1,10 @@
+#include "tests/SideBySide.h"
 #include "tests/sources/LiveRig.h"
 
 #include "sources/camera/CameraParameters.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <mutex>
@@ -39,33 +40,6 @@ qint64 elapsedMs(Operation operation)
         QVERIFY2(took < AT_ONCE_MS, qPrintable(QString(#operation " took %1 ms").arg(took)));      \
     } while (false)
 
-/// Runs the calling test function in a process of its own: it leaves a thread in the library, which
-/// then finds no other camera.
-#define RUNS_ALONE()                                                                               \
-    do {                                                                                           \
-        if (!qEnvironmentVariableIsSet("RUNS_ALONE")) {                                            \
-            m_camera.reset();                                                                      \
-            runAlone(QTest::currentTestFunction());                                                \
-            return;                                                                                \
-        }                                                                                          \
-    } while (false)
-
-void runAlone(const char *function)
-{
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("RUNS_ALONE", "1");
-    child.setProcessEnvironment(environment);
-    child.setProcessChannelMode(QProcess::MergedChannels);
-    child.start(QCoreApplication::applicationFilePath(), {function});
-    const bool ended = child.waitForFinished(90000);
-    if (!ended)
-        child.kill();
-    const QByteArray said = child.readAll();
-    QVERIFY2(ended, said.constData());
-    QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, said.constData());
-}
-
 } // namespace
 
 struct uvc_context;
@@ -81,6 +55,7 @@ extern "C" int uvc_get_device_list(uvc_context *context, uvc_device ***list)
 }
 
 /// A camera that does not answer in time holds nobody, and is the same as before when it answers.
+/// Some of this leaves a thread in the library, which then finds no other camera in the process.
 class LiveSourceWaitsTest : public QObject
 {
     Q_OBJECT
@@ -115,12 +90,13 @@ private slots:
     void aCameraThatOnceDidNotAnswerIsStillThere()
     {
         QFETCH(bool, record);
+        const QTemporaryDir folder;
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->faults().hangControls = 1;
         rig.source->brightnessUp();
         if (record)
-            rig.source->startRecord(QDir::tempPath() + "/still-there.mov");
+            rig.source->startRecord(folder.filePath("still-there.mov"));
         else
             RETURNS_AT_ONCE(rig.source->setResolution(LiveRig::RECORDING));
         QVERIFY(rig.waitForSize(LiveRig::RECORDING));
@@ -188,7 +164,6 @@ private slots:
 
     void aControlOfACameraThatWasPulledAndIsBackHoldsNobody()
     {
-        RUNS_ALONE();
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->unplug();
@@ -227,7 +202,6 @@ private slots:
 
     void aRestartThatIsNotAnsweredHoldsNobody()
     {
-        RUNS_ALONE();
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->faults().hangControls = -1; // the negotiation of the size, too
@@ -245,5 +219,5 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
 };
 
-QTEST_MAIN(LiveSourceWaitsTest)
+REGISTER_TEST_SIDE_BY_SIDE(LiveSourceWaitsTest)
 #include "tst_live_source_waits.moc"

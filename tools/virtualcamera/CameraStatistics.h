@@ -33,6 +33,7 @@ struct CameraStatistics {
     int openHandles = 0;
     int streamWidth = 0; ///< of the last commit, 0 before the first
     int streamHeight = 0;
+    std::uint32_t streamInterval = 0; ///< between two frames, in units of 100 ns
     bool plugged = false;
     bool streaming = false;                ///< committed and not yet stopped
     std::uint32_t lastFrame = 0;           ///< number of the newest frame on the bus

@@ -60,7 +60,7 @@ Bytes videoControl(bool extensionUnit)
 }
 
 /// A tiny size stands in the place of the missing one, 1 the first; 0 for none.
-Bytes videoStreaming(int missingSize)
+Bytes videoStreaming(int missingSize, const std::vector<std::uint32_t> &intervals)
 {
     Bytes b;
     b.u8(14).bytes({0x24, 1, 1}).u16(0).bytes({VIDEO_ENDPOINT, 0, 3, 0, 0, 0, 1, 0});
@@ -69,10 +69,12 @@ Bytes videoStreaming(int missingSize)
     unsigned index = 1;
     for (const StreamSize &size : STREAM_SIZES) {
         const bool missing = missingSize == static_cast<int>(index);
-        b.u8(30).bytes({0x24, 7}).u8(index++).u8(0);
+        b.u8(26 + 4 * static_cast<unsigned>(intervals.size())).bytes({0x24, 7}).u8(index++).u8(0);
         b.u16(missing ? 160 : size.width).u16(missing ? 120 : size.height);
-        b.u32(bitRate).u32(bitRate).u32(MAXIMUM_FRAME).u32(FRAME_INTERVAL);
-        b.u8(1).u32(FRAME_INTERVAL);
+        b.u32(bitRate).u32(bitRate).u32(MAXIMUM_FRAME).u32(intervals.front());
+        b.u8(static_cast<unsigned>(intervals.size()));
+        for (const std::uint32_t interval : intervals)
+            b.u32(interval);
     }
     b.u8(6).bytes({0x24, 0x0D, 1, 1, 4});
     b.patch16(4, b.data.size());
@@ -81,10 +83,11 @@ Bytes videoStreaming(int missingSize)
 
 /// Bulk has its endpoint in the only setting; isochronous has none in setting 0 and one, two and
 /// three transactions a microframe in the settings 1 to 3.
-void appendStreamingInterface(Bytes &b, bool isochronous, int missingSize)
+void appendStreamingInterface(Bytes &b, bool isochronous, int missingSize,
+                              const std::vector<std::uint32_t> &intervals)
 {
     b.u8(9).bytes({4, STREAMING_INTERFACE, 0, isochronous ? 0u : 1u, 14, 2, 0, 0});
-    b.append(videoStreaming(missingSize));
+    b.append(videoStreaming(missingSize, intervals));
     if (!isochronous) {
         b.u8(7).bytes({5, VIDEO_ENDPOINT, 2}).u16(512).u8(0);
         return;
@@ -97,7 +100,8 @@ void appendStreamingInterface(Bytes &b, bool isochronous, int missingSize)
 
 } // namespace
 
-std::vector<std::uint8_t> build(bool isochronous, bool extensionUnit, int missingSize)
+std::vector<std::uint8_t> build(bool isochronous, bool extensionUnit, int missingSize,
+                                const std::vector<std::uint32_t> &intervals)
 {
     Bytes b;
     b.u8(DEVICE_DESCRIPTOR_SIZE).u8(1).u16(0x0200).bytes({0xEF, 2, 1, 64});
@@ -108,7 +112,7 @@ std::vector<std::uint8_t> build(bool isochronous, bool extensionUnit, int missin
     b.append(videoControl(extensionUnit));
     b.u8(7).bytes({5, STATUS_ENDPOINT, 3}).u16(16).u8(8);
     b.u8(5).bytes({0x25, 3}).u16(16);
-    appendStreamingInterface(b, isochronous, missingSize);
+    appendStreamingInterface(b, isochronous, missingSize, intervals);
     b.patch16(DEVICE_DESCRIPTOR_SIZE + 2, b.data.size() - DEVICE_DESCRIPTOR_SIZE);
     return b.data;
 }

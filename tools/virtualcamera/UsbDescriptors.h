@@ -34,8 +34,10 @@ constexpr std::array<StreamSize, 3> STREAM_SIZES{{{1024, 768}, {1280, 720}, {192
 constexpr std::size_t DEVICE_DESCRIPTOR_SIZE = 18;
 
 /// The device descriptor and, behind it, the one configuration with all its interfaces.
-[[nodiscard]] std::vector<std::uint8_t> build(bool isochronous, bool extensionUnit,
-                                              int missingSize = 0);
+/// `intervals`: the frame intervals that every size has, the first being the default.
+[[nodiscard]] std::vector<std::uint8_t>
+build(bool isochronous, bool extensionUnit, int missingSize = 0,
+      const std::vector<std::uint32_t> &intervals = {FRAME_INTERVAL});
 
 /// A string descriptor of at most 126 Latin-1 characters.
 [[nodiscard]] std::vector<std::uint8_t> buildString(const char *text);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
+#include <cstring>
 #include <sys/ioctl.h>
 
 namespace
@@ -17,10 +19,10 @@ T *structureIn(const IoctlData &data)
 }
 
 /// What a program may still do with a device that is gone.
-bool worksUnplugged(unsigned long request, bool dirty)
+bool worksUnplugged(unsigned long request)
 {
     return request == USBDEVFS_REAPURB || request == USBDEVFS_REAPURBNDELAY ||
-           request == USBDEVFS_DISCARDURB || (request == USBDEVFS_SUBMITURB && !dirty);
+           request == USBDEVFS_DISCARDURB;
 }
 
 } // namespace
@@ -29,6 +31,8 @@ bool worksUnplugged(unsigned long request, bool dirty)
 struct UsbFs::Handle : UrbQueue {
     std::shared_ptr<UsbFs> owner;
     unsigned claimed = 0; ///< interfaces as bits
+    /// Its camera was pulled out. It stays so when one is plugged in again: that is another device.
+    bool gone = false;
 };
 
 UsbFs::UsbFs(UvcFunction &function, CameraFaults &faults)
@@ -45,7 +49,6 @@ bool UsbFs::plugIn(const std::string &path, int deviceNumber)
     m_function.powerOn(m_faults.withoutExtensionUnit == 0, m_faults.missingSize);
     stopStream();
     m_plugged = m_node.create(path, m_faults.denyOpen != 0);
-    m_dirty = false;
     return m_plugged;
 }
 
@@ -53,10 +56,10 @@ void UsbFs::pullOut(bool dirty)
 {
     const std::lock_guard lock(m_mutex);
     m_plugged = false;
-    m_dirty = dirty;
     const Payload last = m_queue.next();
     stopStream();
     for (Handle *handle : m_handles) {
+        handle->gone = true;
         handle->claimed = 0;
         if (Urb *video = dirty ? handle->firstVideo() : nullptr) {
             video->addPayload(last);
@@ -96,6 +99,7 @@ void UsbFs::report(CameraStatistics &statistics) const
     statistics.openHandles = static_cast<int>(m_handles.size());
     statistics.streamWidth = m_current.size.width;
     statistics.streamHeight = m_current.size.height;
+    statistics.streamInterval = m_current.interval;
     statistics.plugged = m_plugged;
     statistics.streaming = m_streaming;
     statistics.deliveries.assign(m_queue.deliveries().begin(), m_queue.deliveries().end());
@@ -109,7 +113,7 @@ void UsbFs::handleIoctl(UMockdevIoctlClient *client)
         const std::lock_guard lock(m_mutex);
         ++m_ioctls;
         Handle &handle = handleOf(client);
-        if (m_plugged || worksUnplugged(request, m_dirty))
+        if (!handle.gone || worksUnplugged(request))
             result = perform(handle, request, umockdev_ioctl_client_get_arg(client));
     }
     umockdev_ioctl_client_complete(client, result < 0 ? -1 : result, result < 0 ? -result : 0);
@@ -251,13 +255,7 @@ int UsbFs::submit(Handle &handle, UMockdevIoctlData *argument)
     std::unique_ptr<Urb> urb = Urb::submitted(argument);
     if (!urb)
         return -EFAULT;
-    if (!m_plugged) {
-        // A resubmitted payload transfer still comes back, or its owner would lose count of it.
-        if (!urb->isVideo())
-            return -ENODEV;
-        urb->fail(ESHUTDOWN);
-        handle.done.push_back(std::move(urb));
-    } else if (urb->request()->type == USBDEVFS_URB_TYPE_CONTROL) {
+    if (urb->request()->type == USBDEVFS_URB_TYPE_CONTROL) {
         constexpr int SETUP_SIZE = 8;
         const int length = urb->request()->buffer_length;
         const IoctlData buffer = resolve(urb->data(), offsetof(usbdevfs_urb, buffer),
@@ -304,7 +302,7 @@ int UsbFs::reap(Handle &handle, UMockdevIoctlData *argument)
 {
     if (handle.done.empty()) {
         updateReadiness();
-        return m_plugged ? -EAGAIN : -ENODEV;
+        return handle.gone ? -ENODEV : -EAGAIN;
     }
     const std::unique_ptr<Urb> urb = std::move(handle.done.front());
     handle.done.pop_front();
@@ -320,9 +318,9 @@ int UsbFs::reap(Handle &handle, UMockdevIoctlData *argument)
 int UsbFs::answer(const SetupPacket &setup, std::uint8_t *data)
 {
     const int result = m_function.control(setup, data);
-    if (const auto size = m_function.takeCommit()) {
+    if (const auto commit = m_function.takeCommit()) {
         stopStream();
-        m_current = {*size, m_current.number + 1};
+        m_current = {commit->size, m_current.number + 1, commit->interval};
         m_streaming = true;
         m_changed.notify_all();
     }
@@ -336,12 +334,23 @@ UsbFs::Handle &UsbFs::handleOf(UMockdevIoctlClient *client)
         return *static_cast<Handle *>(known);
     auto *handle = new Handle; // owned by the client object
     handle->owner = shared_from_this();
+    handle->gone = !m_plugged || !isCurrentNode(client);
     m_handles.push_back(handle);
     g_object_set_data_full(G_OBJECT(client), HANDLE_KEY, handle, [](gpointer gone) {
         const std::unique_ptr<Handle> last(static_cast<Handle *>(gone));
         last->owner->forget(last.get());
     });
     return *handle;
+}
+
+/// Whether the program opened the device that is plugged in now, and not one before.
+bool UsbFs::isCurrentNode(UMockdevIoctlClient *client) const
+{
+    char name[16];
+    std::snprintf(name, sizeof name, "/%03d", m_deviceNumber);
+    const std::string node = umockdev_ioctl_client_get_devnode(client);
+    return node.size() > std::strlen(name) &&
+           node.compare(node.size() - std::strlen(name), std::string::npos, name) == 0;
 }
 
 bool UsbFs::heldByAnother(const Handle &handle, unsigned interfaceBit) const
@@ -362,8 +371,9 @@ void UsbFs::forget(Handle *handle)
 
 void UsbFs::updateReadiness()
 {
-    m_node.setReady(std::any_of(m_handles.begin(), m_handles.end(),
-                                [](const Handle *handle) { return !handle->done.empty(); }));
+    m_node.setReady(std::any_of(m_handles.begin(), m_handles.end(), [](const Handle *handle) {
+        return !handle->gone && !handle->done.empty();
+    }));
 }
 
 void UsbFs::stopStream()
@@ -374,10 +384,11 @@ void UsbFs::stopStream()
 
 bool UsbFs::streamRuns() const
 {
+    const auto isVideo = [](const auto &urb) { return urb->isVideo(); };
     return m_plugged && m_streaming &&
-           std::any_of(m_handles.begin(), m_handles.end(), [](const Handle *handle) {
-               return handle->firstVideo() ||
-                      std::any_of(handle->done.begin(), handle->done.end(),
-                                  [](const auto &urb) { return urb->isVideo(); });
+           std::any_of(m_handles.begin(), m_handles.end(), [&isVideo](const Handle *handle) {
+               return !handle->gone &&
+                      (handle->firstVideo() ||
+                       std::any_of(handle->done.begin(), handle->done.end(), isVideo));
            });
 }

@@ -28,8 +28,8 @@ public:
 
     /// Puts a powered-on camera at the node `path`.
     [[nodiscard]] bool plugIn(const std::string &path, int deviceNumber);
-    /// Ends every transfer as an unplug does. With `dirty`, one good payload still completes and
-    /// transfers submitted afterwards are refused at once, as happens on a busy bus.
+    /// Ends every transfer as an unplug does, and refuses new ones of those who have the node open,
+    /// for ever. With `dirty`, payloads that came before still complete, and one more.
     void pullOut(bool dirty);
     [[nodiscard]] bool plugged() const;
     [[nodiscard]] std::vector<std::uint8_t> descriptors() const;
@@ -41,6 +41,7 @@ public:
     struct Stream {
         UsbDescriptors::StreamSize size{0, 0};
         unsigned number = 0;
+        std::uint32_t interval = UsbDescriptors::FRAME_INTERVAL; ///< in units of 100 ns
     };
     /// Blocks the streamer until a stream runs; nothing after shutDown().
     [[nodiscard]] std::optional<Stream> waitForStream();
@@ -68,6 +69,7 @@ private:
     [[nodiscard]] int answer(const SetupPacket &setup, std::uint8_t *data);
 
     Handle &handleOf(UMockdevIoctlClient *client);
+    [[nodiscard]] bool isCurrentNode(UMockdevIoctlClient *client) const;
     [[nodiscard]] bool heldByAnother(const Handle &handle, unsigned interfaceBit) const;
     void forget(Handle *handle);
     void updateReadiness();
@@ -86,6 +88,5 @@ private:
     int m_deviceNumber = 0;
     bool m_plugged = false;
     bool m_streaming = false;
-    bool m_dirty = false;
     bool m_shutDown = false;
 };

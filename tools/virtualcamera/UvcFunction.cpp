@@ -58,6 +58,14 @@ void put32(std::uint8_t *target, std::uint32_t value)
         target[i] = static_cast<std::uint8_t>(value >> 8 * i);
 }
 
+std::uint32_t get32(const std::uint8_t *source)
+{
+    std::uint32_t value = 0;
+    for (unsigned i = 0; i < 4; ++i)
+        value |= static_cast<std::uint32_t>(source[i]) << 8 * i;
+    return value;
+}
+
 } // namespace
 
 SetupPacket SetupPacket::parse(const std::uint8_t *bytes)
@@ -79,8 +87,9 @@ UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit, Camera
 void UvcFunction::powerOn(bool withExtensionUnit, int missingSize)
 {
     m_hasExtensionUnit = withExtensionUnit;
-    m_descriptors = build(m_settings.isochronous, withExtensionUnit, missingSize);
-    m_probe = m_commit = streamControl(1);
+    m_descriptors =
+        build(m_settings.isochronous, withExtensionUnit, missingSize, m_settings.intervals);
+    m_probe = m_commit = streamControl(1, m_settings.intervals.front());
     m_committed.reset();
     m_extensionUnit.powerOn();
 }
@@ -95,7 +104,7 @@ int UvcFunction::control(const SetupPacket &setup, std::uint8_t *data)
     return result;
 }
 
-std::optional<StreamSize> UvcFunction::takeCommit()
+std::optional<UvcFunction::Commit> UvcFunction::takeCommit()
 {
     return std::exchange(m_committed, std::nullopt);
 }
@@ -179,13 +188,18 @@ int UvcFunction::streaming(const SetupPacket &setup, std::uint8_t *data)
     StreamControl &current = selector == PROBE_CONTROL ? m_probe : m_commit;
     switch (setup.request) {
     case SET_CUR: {
-        if (setup.length < 4)
+        if (setup.length < 8)
             return -EPIPE;
         const bool known = data[2] == 1 && data[3] >= 1 && data[3] <= STREAM_SIZES.size();
         const unsigned frameIndex = known ? data[3] : 1;
-        current = streamControl(frameIndex);
+        // A camera answers with a rate of its own where it lacks the one that is asked for.
+        const auto &intervals = m_settings.intervals;
+        const bool listed =
+            std::find(intervals.begin(), intervals.end(), get32(data + 4)) != intervals.end();
+        const std::uint32_t interval = listed ? get32(data + 4) : intervals.front();
+        current = streamControl(frameIndex, interval);
         if (selector == COMMIT_CONTROL)
-            m_committed = STREAM_SIZES[frameIndex - 1];
+            m_committed = Commit{STREAM_SIZES[frameIndex - 1], interval};
         return setup.length;
     }
     case GET_CUR:
@@ -193,7 +207,8 @@ int UvcFunction::streaming(const SetupPacket &setup, std::uint8_t *data)
     case GET_MIN:
     case GET_MAX:
     case GET_DEF:
-        return reply(setup, data, streamControl(1).data(), current.size());
+        return reply(setup, data, streamControl(1, m_settings.intervals.front()).data(),
+                     current.size());
     case GET_LEN:
         return replyLength(setup, data, static_cast<std::uint8_t>(current.size()));
     case GET_INFO:
@@ -238,13 +253,14 @@ int UvcFunction::extension(const SetupPacket &setup, std::uint8_t *data)
 }
 
 /// The answer of the camera to a wish for that frame size: the layout of UVC 1.1.
-UvcFunction::StreamControl UvcFunction::streamControl(unsigned frameIndex) const
+UvcFunction::StreamControl UvcFunction::streamControl(unsigned frameIndex,
+                                                      std::uint32_t interval) const
 {
     StreamControl block{};
     block[0] = 1; // the frame interval is kept
     block[2] = 1; // format index
     block[3] = static_cast<std::uint8_t>(frameIndex);
-    put32(&block[4], FRAME_INTERVAL);
+    put32(&block[4], interval);
     put32(&block[18], MAXIMUM_FRAME);
     put32(&block[22], m_settings.isochronous ? ISOCHRONOUS_PACKET : m_settings.maximumPayload);
     put32(&block[26], CLOCK_FREQUENCY);

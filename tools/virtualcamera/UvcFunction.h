@@ -35,6 +35,7 @@ public:
         std::string manufacturer;
         std::string product;
         std::string serial;
+        std::vector<std::uint32_t> intervals{UsbDescriptors::FRAME_INTERVAL};
     };
 
     UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults);
@@ -46,8 +47,12 @@ public:
     /// at least.
     [[nodiscard]] int control(const SetupPacket &setup, std::uint8_t *data);
 
-    /// The size of the stream committed since the last call, if any.
-    [[nodiscard]] std::optional<UsbDescriptors::StreamSize> takeCommit();
+    /// The size and the frame interval of the stream committed since the last call, if any.
+    struct Commit {
+        UsbDescriptors::StreamSize size{0, 0};
+        std::uint32_t interval = 0;
+    };
+    [[nodiscard]] std::optional<Commit> takeCommit();
     [[nodiscard]] const std::vector<std::uint8_t> &descriptors() const { return m_descriptors; }
     [[nodiscard]] const Settings &settings() const { return m_settings; }
     /// Adds the counts of control transfers.
@@ -61,7 +66,7 @@ private:
     [[nodiscard]] int descriptor(const SetupPacket &setup, std::uint8_t *data) const;
     [[nodiscard]] int streaming(const SetupPacket &setup, std::uint8_t *data);
     [[nodiscard]] int extension(const SetupPacket &setup, std::uint8_t *data);
-    [[nodiscard]] StreamControl streamControl(unsigned frameIndex) const;
+    [[nodiscard]] StreamControl streamControl(unsigned frameIndex, std::uint32_t interval) const;
 
     Settings m_settings;
     ExtensionUnit &m_extensionUnit;
@@ -70,7 +75,7 @@ private:
     bool m_hasExtensionUnit = true;
     StreamControl m_probe{};
     StreamControl m_commit{};
-    std::optional<UsbDescriptors::StreamSize> m_committed;
+    std::optional<Commit> m_committed;
     std::uint64_t m_controlTransfers = 0;
     std::uint64_t m_classTransfers = 0;
     std::uint64_t m_stalledTransfers = 0;

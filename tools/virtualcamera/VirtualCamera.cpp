@@ -25,7 +25,7 @@ struct VirtualCamera::Parts {
     explicit Parts(const VirtualCameraConfig &config)
         : names{MANUFACTURER, PRODUCT, config.serial.toStdString()}
         , function({isochronous(config), config.maximumPayload, names.manufacturer, names.product,
-                    names.serial},
+                    names.serial, config.intervals},
                    extensionUnit, faults)
         , usbFs(std::make_shared<UsbFs>(function, faults))
         , streamer({isochronous(config), config.maximumPayload, config.framesPerSecond,

@@ -18,6 +18,9 @@ struct VirtualCameraConfig {
     QString serial = QStringLiteral("EDC0001");
     QString banner = QStringLiteral("Emulated camera"); ///< printed on the sheet
     int framesPerSecond = 30;
+    /// In units of 100 ns, as listed for every size, the first being the default. Pictures come at
+    /// framesPerSecond whichever is chosen.
+    std::vector<std::uint32_t> intervals{333333};
     int jpegQuality = 85;
 };
 
@@ -40,8 +43,7 @@ public:
     /// succeeds while it is plugged in.
     bool plug();
     void unplug();
-    /// As unplug(), but a good payload still completes around it and resubmitted transfers are
-    /// refused, as happens on a busy bus.
+    /// As unplug(), but good payloads still complete around it, as happens on a busy bus.
     void unplugDirty();
     [[nodiscard]] bool plugged() const;
 

@@ -1,0 +1,110 @@
+#include "tests/TestProgram.h"
+#include "tests/mainwindow/WindowProbe.h"
+
+#include "canvas/ImageCanvas.h"
+#include "tools/virtualcamera/VirtualCamera.h"
+#include "widgets/CameraPage.h"
+
+#include <QSignalSpy>
+
+using namespace WindowProbe;
+
+namespace
+{
+
+constexpr int PATIENCE_MS = 30000;
+
+} // namespace
+
+/// What the pop-up "More" and its button tell of the camera and of pictures that were not saved,
+/// while a camera comes and goes.
+class WindowCameraPageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        beOnOneself();
+        usualSettings();
+        m_camera = std::make_unique<VirtualCamera>();
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        m_more = m_window->button(Command::More);
+    }
+    void cleanupTestCase()
+    {
+        m_window.reset();
+        m_camera.reset();
+    }
+
+    void thePageFollowsTheCamera()
+    {
+        QVERIFY(m_more->isMarked());
+        openCameraPage();
+        QCOMPARE(sentence(), QString("No camera is plugged in."));
+        QVERIFY(tab("Camera")->isMarked());
+
+        QVERIFY(m_camera->plug());
+        QVERIFY(comes("The camera shows 1280 x 720"));
+        QVERIFY(!m_more->isMarked());
+        QVERIFY(!tab("Camera")->isMarked());
+
+        m_camera->unplug();
+        QVERIFY(comes("The camera was unplugged."));
+        QVERIFY(m_more->isMarked());
+        QVERIFY(tab("Camera")->isMarked());
+
+        QVERIFY(m_camera->plug());
+        QVERIFY(comes("The camera shows 1280 x 720"));
+        QVERIFY(!m_more->isMarked());
+    }
+
+    void aPictureThatWasNotSavedIsMarkedUntilItIsRead()
+    {
+        QVERIFY(m_window->currentToolWindow());
+        m_window->currentToolWindow()->close();
+        ImageCanvas *canvas = m_window->currentCanvas();
+        QSignalSpy failures(canvas, SIGNAL(snapshotFailed(QString, QString)));
+        canvas->snapshotFolder = "/proc"; // takes no files, not even from root
+        canvas->snapshot();
+        QVERIFY(failures.count() > 0 || failures.wait(PATIENCE_MS));
+        QVERIFY(m_more->isMarked());
+        openCameraPage();
+        QVERIFY(m_more->isMarked());
+        QVERIFY(tab("Recording")->isMarked());
+        tab("Recording")->click();
+        QVERIFY(!tab("Recording")->isMarked());
+        QVERIFY(!m_more->isMarked());
+    }
+
+private:
+    void openCameraPage()
+    {
+        m_more->click();
+        tab("Camera")->click();
+    }
+
+    ImageButton *tab(const QString &name) const
+    {
+        return button(*m_window->currentToolWindow(), name);
+    }
+
+    QString sentence() const
+    {
+        const auto *page = m_window->currentToolWindow()->findChild<CameraPage *>();
+        return page ? page->sentence() : QString();
+    }
+
+    bool comes(const QString &beginning) const
+    {
+        return QTest::qWaitFor([&] { return sentence().startsWith(beginning); }, PATIENCE_MS);
+    }
+
+    std::unique_ptr<VirtualCamera> m_camera;
+    std::unique_ptr<MainWindow> m_window;
+    ImageButton *m_more = nullptr;
+};
+
+REGISTER_TEST(WindowCameraPageTest)
+#include "tst_window_camera_page.moc"

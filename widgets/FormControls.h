@@ -5,8 +5,8 @@
 class QLabel;
 class QWidget;
 
-/// The look of combo boxes and line edits in the pop-up windows: light fields on the dark ground,
-/// like the push buttons beside them, whatever theme the desktop has.
+/// The look of combo boxes and line edits in the pop-up windows: flat and dark as the ground,
+/// whatever theme the desktop has.
 namespace FormControls
 {
 

@@ -3,13 +3,19 @@
 #include "resources/SkinImages.h"
 #include "widgets/WidgetAccessibles.h"
 
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 namespace
 {
 
 constexpr int holdMs = 500;
+/// Between a tip and what it must not cover.
+constexpr int tipDistance = 4;
+/// The toolkit puts a tip this far right of and below the point that it is given.
+constexpr QPoint tipOffset(2, 16);
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
 constexpr QRgb ringColour = 0xffffffff;
 constexpr QRgb innerRingColour = 0xff15181b;
@@ -85,6 +91,19 @@ void ImageButton::setImage(const QString &name)
     update();
 }
 
+void ImageButton::setKey(const QKeySequence &key)
+{
+    m_key = key;
+}
+
+QString ImageButton::tip() const
+{
+    const QString name = toolTip().isEmpty() && text().isEmpty() ? accessibleName() : toolTip();
+    if (name.isEmpty() || m_key.isEmpty())
+        return name;
+    return QStringLiteral("%1 (%2)").arg(name, m_key.toString(QKeySequence::NativeText));
+}
+
 void ImageButton::setTextColor(const QColor &color)
 {
     m_textColor = color;
@@ -131,6 +150,33 @@ QImage ImageButton::convertToGrayScale(const QImage &image)
         }
     }
     return result;
+}
+
+bool ImageButton::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return TabFocusButton::event(event);
+    const QString text = tip();
+    if (text.isEmpty())
+        event->ignore();
+    else
+        QToolTip::showText(tipPosition(), text, this, rect());
+    return true;
+}
+
+// Beside what the button stands in, where its neighbours are: right of an upright strip, below a
+// level one.
+QPoint ImageButton::tipPosition() const
+{
+    const QWidget *holder = parentWidget() && !isWindow() ? parentWidget() : this;
+    if (holder != this && holder->isWindow() && !holder->windowFlags().testFlag(Qt::Tool))
+        holder = this;
+    const QPoint here = mapTo(holder->window(), QPoint(0, 0));
+    const QPoint corner = holder->mapTo(holder->window(), QPoint(0, 0));
+    const QPoint place = holder->height() > holder->width()
+                             ? QPoint(corner.x() + holder->width() + tipDistance, here.y())
+                             : QPoint(here.x(), corner.y() + holder->height() + tipDistance);
+    return holder->window()->mapToGlobal(place) - tipOffset;
 }
 
 void ImageButton::paintEvent(QPaintEvent *)

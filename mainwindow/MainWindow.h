@@ -190,6 +190,7 @@ private:
     void connectCommands();
     ImageCanvas *createCanvas();
     void createCard();
+    void createEmptyScreens();
     void createKeyBindings();
     void openMore();
     /// Whether there is something to undo and to redo on the current canvas.

@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>Crayon plus épais</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>Connectez le visualiseur</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>Ouvrez un film</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>Ouvrez une photo d’un dossier</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -564,6 +564,18 @@
         <source>Thicker pen</source>
         <translation>ペンを太く</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>書画カメラを接続してください</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>動画を開いてください</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>フォルダーの写真を開いてください</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -6,6 +6,7 @@
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QToolTip>
 
 namespace
@@ -16,6 +17,8 @@ constexpr int holdMs = 500;
 constexpr int tipDistance = 4;
 /// The toolkit puts a tip this far right of and below the point that it is given.
 constexpr QPoint tipOffset(2, 16);
+/// Above and below the letters of a tip, together.
+constexpr int tipMargins = 8;
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
 constexpr QRgb ringColour = 0xffffffff;
 constexpr QRgb innerRingColour = 0xff15181b;
@@ -98,9 +101,13 @@ void ImageButton::setKey(const QKeySequence &key)
 
 QString ImageButton::tip() const
 {
-    const QString name = toolTip().isEmpty() && text().isEmpty() ? accessibleName() : toolTip();
-    if (name.isEmpty() || m_key.isEmpty())
-        return name;
+    QString name = toolTip();
+    for (const QString &other : {accessibleName(), text()}) {
+        if (name.isEmpty())
+            name = other;
+    }
+    if (m_key.isEmpty())
+        return name == text() ? QString() : name;
     return QStringLiteral("%1 (%2)").arg(name, m_key.toString(QKeySequence::NativeText));
 }
 
@@ -165,18 +172,21 @@ bool ImageButton::event(QEvent *event)
 }
 
 // Beside what the button stands in, where its neighbours are: right of an upright strip, below a
-// level one.
+// level one, and above it where the screen ends, as the toolkit would push the tip back over it.
 QPoint ImageButton::tipPosition() const
 {
     const QWidget *holder = parentWidget() && !isWindow() ? parentWidget() : this;
     if (holder != this && holder->isWindow() && !holder->windowFlags().testFlag(Qt::Tool))
         holder = this;
-    const QPoint here = mapTo(holder->window(), QPoint(0, 0));
-    const QPoint corner = holder->mapTo(holder->window(), QPoint(0, 0));
-    const QPoint place = holder->height() > holder->width()
-                             ? QPoint(corner.x() + holder->width() + tipDistance, here.y())
-                             : QPoint(here.x(), corner.y() + holder->height() + tipDistance);
-    return holder->window()->mapToGlobal(place) - tipOffset;
+    const QPoint here = mapToGlobal(QPoint(0, 0));
+    const QRect held(holder->mapToGlobal(QPoint(0, 0)), holder->size());
+    if (held.height() > held.width())
+        return QPoint(held.right() + 1 + tipDistance, here.y()) - tipOffset;
+    const int height = QFontMetrics(QToolTip::font()).height() + tipMargins;
+    int y = held.bottom() + 1 + tipDistance;
+    if (y + height > screen()->geometry().bottom())
+        y = held.top() - tipDistance - height;
+    return QPoint(here.x(), y) - tipOffset;
 }
 
 void ImageButton::paintEvent(QPaintEvent *)

@@ -28,8 +28,8 @@ public:
     [[nodiscard]] QString skin() const { return m_skin; }
     /// The key that does the same, which the tip names; none when it is empty.
     void setKey(const QKeySequence &key);
-    /// What the tip says: the tool tip, without one the accessible name of a button that has no
-    /// caption, and the key in brackets.
+    /// What the tip says: the tool tip or else the name, and the key in brackets; nothing when it
+    /// would repeat the caption alone.
     [[nodiscard]] QString tip() const;
     /// For the caption; an invalid colour paints black. Does not repaint.
     void setTextColor(const QColor &color);

@@ -7,6 +7,7 @@
 #include "tests/TestProgram.h"
 
 #include <QPushButton>
+#include <QScreen>
 
 using namespace WindowProbe;
 
@@ -24,7 +25,8 @@ private slots:
     void nothingOfItIsInThePicture();
     void aRecordingIsSeenOnTheTabAndInTheTitle();
     void aPressOnTheCanvasClosesThePopUp();
-    void aTipOfThePanelCoversNoTool();
+    void aTipCoversNoNeighbour_data();
+    void aTipCoversNoNeighbour();
 };
 
 void TestWindowSigns::anEmptyModeSaysWhatToDo_data()
@@ -128,11 +130,24 @@ void TestWindowSigns::aPressOnTheCanvasClosesThePopUp()
     QVERIFY(canvas->currentImage() != start);
 }
 
-void TestWindowSigns::aTipOfThePanelCoversNoTool()
+void TestWindowSigns::aTipCoversNoNeighbour_data()
 {
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("panel") << 0 << "Line";
+    QTest::newRow("bar") << 1 << "Play";
+}
+
+void TestWindowSigns::aTipCoversNoNeighbour()
+{
+    QFETCH(int, mode);
+    QFETCH(QString, name);
     MainWindow window;
     window.show();
-    ImageButton *tool = button(window, "Line");
+    // A bar then stands at the very edge, as in a window that fills the screen.
+    window.move(0, window.screen()->geometry().bottom() + 1 - window.height());
+    enter(window, mode);
+    ImageButton *tool = button(window, name);
     QHelpEvent event(QEvent::ToolTip, tool->rect().center(),
                      tool->mapToGlobal(tool->rect().center()));
     QCoreApplication::sendEvent(tool, &event);
@@ -142,8 +157,8 @@ void TestWindowSigns::aTipOfThePanelCoversNoTool()
     const QWidgetList all = QApplication::topLevelWidgets();
     const auto tip = std::find_if(all.begin(), all.end(), isTip);
     QVERIFY(tip != all.end());
-    const QWidget *panel = tool->parentWidget();
-    const QRect covered(panel->mapToGlobal(QPoint(0, 0)), panel->size());
+    const QWidget *holder = tool->parentWidget();
+    const QRect covered(holder->mapToGlobal(QPoint(0, 0)), holder->size());
     QVERIFY(!(*tip)->geometry().intersects(covered));
     (*tip)->hide();
 }

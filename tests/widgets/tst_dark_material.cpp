@@ -126,8 +126,10 @@ void TestDarkMaterial::aTipNamesTheKey()
     named.setAccessibleName("Take snapshot");
     QCOMPARE(named.tip(), QString("Take snapshot"));
     // A caption says it already.
-    named.setText("Snapshot");
+    named.setText("Take snapshot");
     QCOMPARE(named.tip(), QString());
+    named.setKey(Qt::CTRL + Qt::Key_S);
+    QCOMPARE(named.tip(), QString("Take snapshot (Ctrl+S)"));
 }
 
 REGISTER_TEST(TestDarkMaterial)

@@ -1,5 +1,6 @@
 #include "widgets/FormControls.h"
 
+#include "resources/FittedFont.h"
 #include "resources/SkinStyle.h"
 
 #include <QAbstractItemView>
@@ -7,6 +8,8 @@
 #include <QLabel>
 #include <QPalette>
 #include <QToolTip>
+
+#include <algorithm>
 
 namespace
 {
@@ -34,6 +37,17 @@ void FormControls::applyLook(QWidget *field, int height)
     field->setStyleSheet(FIELD_SHEET);
     field->setFont(font());
     field->setFixedHeight(height);
+}
+
+void FormControls::fitFont(QWidget *widget, const QStringList &texts, int width)
+{
+    const QFontMetrics metrics(widget->font());
+    const auto widest = std::max_element(
+        texts.begin(), texts.end(), [&metrics](const QString &one, const QString &other) {
+            return metrics.horizontalAdvance(one) < metrics.horizontalAdvance(other);
+        });
+    if (widest != texts.end())
+        widget->setFont(FittedFont::within(widget->font(), *widest, width));
 }
 
 void FormControls::dressToolTips()

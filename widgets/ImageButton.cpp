@@ -1,5 +1,6 @@
 #include "widgets/ImageButton.h"
 
+#include "resources/FittedFont.h"
 #include "resources/SkinImages.h"
 #include "widgets/WidgetAccessibles.h"
 
@@ -19,6 +20,8 @@ constexpr int tipDistance = 4;
 constexpr QPoint tipOffset(2, 16);
 /// Above and below the letters of a tip, together.
 constexpr int tipMargins = 8;
+/// Left and right of a caption that had to be narrowed, in pixels.
+constexpr int captionMargin = 3;
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
 constexpr QRgb ringColour = 0xffffffff;
 constexpr QRgb innerRingColour = 0xff15181b;
@@ -286,6 +289,8 @@ void ImageButton::focusOutEvent(QFocusEvent *event)
 void ImageButton::paintCaption(QPainter &painter)
 {
     painter.setFont(font());
+    if (painter.fontMetrics().horizontalAdvance(text()) > width())
+        painter.setFont(FittedFont::within(font(), text(), width() - 2 * captionMargin));
     painter.setPen(m_textColor);
     const QFontMetrics metrics = painter.fontMetrics();
     const int x = (width() - metrics.horizontalAdvance(text())) / 2;

@@ -44,6 +44,9 @@ constexpr int LABEL_X = 16;
 constexpr int LABEL_WIDTH = 122;
 constexpr int FIELD_X = 142;
 constexpr int FIELD_WIDTH = 132;
+/// Frame, padding and margins of a field; those and the sign of a box.
+constexpr int FIELD_MARGINS = 14;
+constexpr int BOX_MARGINS = 28;
 constexpr int BUTTON_X = 278;
 constexpr int OK_X = 196;
 
@@ -164,6 +167,8 @@ void SettingsToolWindow::addLabel(const QString &text, int row)
 {
     auto *label = new QLabel(text, this);
     label->setGeometry(LABEL_X, ROW_Y[std::size_t(row)], LABEL_WIDTH, ROW_HEIGHT);
+    label->ensurePolished();
+    FormControls::fitFont(label, {text}, LABEL_WIDTH);
 }
 
 void SettingsToolWindow::addField(const QString &label, const QString &text, int row)
@@ -172,6 +177,7 @@ void SettingsToolWindow::addField(const QString &label, const QString &text, int
     field->setReadOnly(true);
     field->setToolTip(text);
     placeField(field, label, row);
+    FormControls::fitFont(field, {text}, FIELD_WIDTH - FIELD_MARGINS);
 }
 
 FolderField *SettingsToolWindow::addFolder(const QString &label, const QString &path, int row,
@@ -201,6 +207,7 @@ QComboBox *SettingsToolWindow::addBox(const QString &label, const QStringList &e
     box->addItems(entries);
     box->setCurrentIndex(index);
     placeField(box, label, row);
+    FormControls::fitFont(box, entries, FIELD_WIDTH - BOX_MARGINS);
     return box;
 }
 

@@ -8,6 +8,7 @@
 #include "mainwindow/MainWindow.h"
 #include "resources/ApplicationIcon.h"
 #include "resources/Skin.h"
+#include "resources/SkinStyle.h"
 #include "resources/translations/Translations.h"
 #include "sources/gst/MediaPreloader.h"
 #include "sources/threads/DetachedThreads.h"
@@ -94,6 +95,7 @@ int runProgram(int argc, char **argv)
                           QStringLiteral(""), QStringLiteral(""));
     QCoreApplication::installTranslator(&translator);
 
+    SkinStyle::install();
     QApplication::setWindowIcon(applicationIcon());
     const int code = showWindow();
     writeSettings();

@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/osd/EffectNames.h"
 #include "canvas/osd/IndicationTexts.h"
+#include "resources/FittedFont.h"
 #include "resources/SkinImages.h"
 #include "sources/LiveSource.h"
 #include "sources/WindowServices.h"
@@ -207,9 +208,9 @@ void OSDProcessor::paintImageText(QPainter *painter, int x, int y, const QImage 
 {
     painter->drawImage(QPointF(x, y), image);
     painter->setPen(Qt::white);
-    painter->setFont(QFont("Arial", 11));
-    const QFontMetrics metrics = painter->fontMetrics();
     const int room = widthOf(image) - ICON_AREA;
+    painter->setFont(FittedFont::within(QFont("Arial", 11), text, room));
+    const QFontMetrics metrics = painter->fontMetrics();
     painter->drawText(x + ICON_AREA + (room - metrics.horizontalAdvance(text)) / 2,
                       y + (heightOf(image) + metrics.height()) / 2, text);
 }

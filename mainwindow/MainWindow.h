@@ -201,6 +201,7 @@ private:
     ImageCanvas *createCanvas();
     void createPresentation();
     void createCard();
+    void createEmptyScreens();
     void createKeyBindings();
     void openMore();
     /// Whether there is something to undo and to redo on the current canvas.

@@ -3,7 +3,10 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "mainwindow/Announcer.h"
+#include "mainwindow/EmptyScreen.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/PopupCloser.h"
+#include "mainwindow/RecordingSign.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/CommandCard.h"
 #include "mainwindow/presentation/Presentation.h"
@@ -60,6 +63,7 @@ MainWindow::MainWindow(QWidget *parent)
     createPhotographPart();
     createDrawingBoard();
     createPresentation();
+    createEmptyScreens();
     createCard();
     start();
 }
@@ -193,6 +197,8 @@ void MainWindow::connectCommands()
         ImageButton *each = button(row.command);
         if (!each)
             continue;
+        if (!row.keys.empty())
+            each->setKey(row.keys.front());
         // The panel's are connected where they are made.
         if (row.clickSlot && !Commands::inPanel(row.group))
             connect(each, SIGNAL(clicked()), this, row.clickSlot);
@@ -216,6 +222,7 @@ ImageCanvas *MainWindow::createCanvas()
 {
     auto *canvas = new ImageCanvas(this);
     m_deck->add(canvas, new OSDProcessor(this, canvas));
+    new PopupCloser(&m_popups, canvas);
     return canvas;
 }
 
@@ -238,6 +245,7 @@ void MainWindow::createLiveBox()
     liveRecordButton->setToolTip(tr("Record video"));
     connect(liveRecordButton, SIGNAL(clicked()), this, SLOT(record()));
     m_capture->setLiveRecordButton(liveRecordButton);
+    m_capture->setRecordingSign(new RecordingSign(button(Command::LiveMode)));
     // The running time is painted over the picture; the label keeps its place at the lower right.
     m_recordTimeLabel = new QLabel(this);
     m_recordTimeLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -263,6 +271,19 @@ void MainWindow::createDrawingBoard()
     ImageCanvas *canvas = createCanvas();
     canvas->setDrawingBoardMode(true);
     canvas->fillCanvas(Qt::white);
+}
+
+void MainWindow::createEmptyScreens()
+{
+    // A camera that is there shows its picture two to three seconds after the start.
+    constexpr std::chrono::seconds CAMERA_DELAY(5);
+    const auto pictogram = [](const char *name) {
+        return QImage(QStringLiteral(":/icons/Background/%1@2x.png").arg(name));
+    };
+    new EmptyScreen(m_deck->canvas(Live), {}, tr("Connect the document camera"), CAMERA_DELAY);
+    new EmptyScreen(m_deck->canvas(Film), pictogram("EMPTY_FILM"), tr("Open a film"));
+    new EmptyScreen(m_deck->canvas(Photograph), pictogram("EMPTY_PHOTOGRAPH"),
+                    tr("Open a picture of a folder"));
 }
 
 void MainWindow::start()

@@ -6,6 +6,14 @@
 #include <QButtonGroup>
 #include <QLabel>
 
+namespace
+{
+
+/// Between a row's caption and the button after it, in pixels.
+constexpr int CAPTION_GAP = 3;
+
+} // namespace
+
 ChoiceRow::ChoiceRow(QWidget *window, const QString &caption, const std::vector<Choice> &choices,
                      const Place &place, const char *slot)
     : QObject(window)
@@ -14,6 +22,9 @@ ChoiceRow::ChoiceRow(QWidget *window, const QString &caption, const std::vector<
     if (!caption.isEmpty()) {
         auto *label = new QLabel(caption, window);
         label->move(place.label);
+        label->ensurePolished();
+        const int end = place.captionEnd > 0 ? place.captionEnd : place.firstButton.x();
+        FormControls::fitFont(label, {caption}, end - place.label.x() - CAPTION_GAP);
         FormControls::keepLineHeight(label);
     }
     int x = place.firstButton.x();

@@ -23,6 +23,8 @@ public:
         QPoint firstButton;
         /// Distance between the left edges of two buttons.
         int pitch;
+        /// Where the caption has to end; 0 for before the first button.
+        int captionEnd = 0;
     };
     struct Choice {
         QString skin;

@@ -14,6 +14,8 @@ constexpr int BUTTON_X = 152;
 constexpr int PITCH = 33;
 /// The fill button that switches filling off, after the four colours.
 constexpr int NO_FILL = 4;
+/// It stands alone, left of the row.
+constexpr int NO_FILL_X = 119;
 
 QImage background(int rows)
 {
@@ -61,9 +63,10 @@ ColorToolWindow::ColorToolWindow(ImageButton *toolButton, MainWindow *mainWindow
     if (hasFillRow) {
         std::vector<ChoiceRow::Choice> choices = colorChoices("ICON_FILL_COLOR_%1");
         choices.push_back({"ICON_FILL_COLOR_NONE", tr("No fill")});
-        m_fillRow = new ChoiceRow(this, fillLabel, choices, {{8, 68}, {BUTTON_X, 67}, PITCH},
-                                  SLOT(fillColorChanged()));
-        m_fillRow->button(NO_FILL)->move(119, 67);
+        m_fillRow =
+            new ChoiceRow(this, fillLabel, choices, {{8, 68}, {BUTTON_X, 67}, PITCH, NO_FILL_X},
+                          SLOT(fillColorChanged()));
+        m_fillRow->button(NO_FILL)->move(NO_FILL_X, 67);
     }
     modeChanged();
     WindowServices::of(mainWindow).notifyOfMode(this);

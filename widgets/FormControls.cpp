@@ -1,38 +1,53 @@
 #include "widgets/FormControls.h"
 
+#include "resources/FittedFont.h"
+#include "resources/SkinStyle.h"
+
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QPalette>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace
 {
 
-QPalette lightPalette()
-{
-    const QColor face(0xE8EAED);
-    const QColor ink(0x15181B);
-    QPalette palette(face, face);
-    palette.setColor(QPalette::Base, face);
-    palette.setColor(QPalette::AlternateBase, face);
-    for (const QPalette::ColorRole role :
-         {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        palette.setColor(role, ink);
-    palette.setColor(QPalette::Highlight, QColor(0x0074E6));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
+// Drawn flat; the styles of desktops have slopes and shadows of their own.
+const char FIELD_SHEET[] =
+    "QComboBox, QLineEdit { background: #22262B; color: #D6DAE0; border: 1px solid #4A525C;"
+    " border-radius: 2px; padding: 0px 4px; selection-background-color: #0074E6;"
+    " selection-color: white; }"
+    "QComboBox:hover, QLineEdit:hover { border-color: #7C8794; }"
+    "QComboBox:focus, QLineEdit:focus { border-color: #3D9BFF; }"
+    "QComboBox QLineEdit { border: none; padding: 0px; }"
+    "QComboBox::drop-down { border: none; width: 18px; }"
+    "QComboBox::down-arrow { image: url(:/icons/combo_arrow.png); width: 10px; height: 6px; }"
+    "QComboBox QAbstractItemView { background: #22262B; color: #D6DAE0;"
+    " border: 1px solid #4A525C; selection-background-color: #0074E6; selection-color: white; }";
 
 } // namespace
 
 void FormControls::applyLook(QWidget *field, int height)
 {
-    field->setPalette(lightPalette());
+    field->setPalette(SkinStyle::darkPalette());
     if (auto *box = qobject_cast<QComboBox *>(field))
-        box->view()->setPalette(lightPalette());
+        box->view()->setPalette(SkinStyle::darkPalette());
+    field->setStyleSheet(FIELD_SHEET);
     field->setFont(font());
     field->setFixedHeight(height);
+}
+
+void FormControls::fitFont(QWidget *widget, const QStringList &texts, int width)
+{
+    const QFontMetrics metrics(widget->font());
+    const auto widest = std::max_element(
+        texts.begin(), texts.end(), [&metrics](const QString &one, const QString &other) {
+            return metrics.horizontalAdvance(one) < metrics.horizontalAdvance(other);
+        });
+    if (widest != texts.end())
+        widget->setFont(FittedFont::within(widget->font(), *widest, width));
 }
 
 void FormControls::dressToolTips()
@@ -45,6 +60,7 @@ void FormControls::dressToolTips()
     for (const QPalette::ColorRole role : {QPalette::ToolTipText, QPalette::WindowText})
         palette.setColor(role, Qt::white);
     QToolTip::setPalette(palette);
+    QToolTip::setFont(font());
 }
 
 QFont FormControls::font()

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QFont>
+#include <QStringList>
 
 class QLabel;
 class QWidget;
 
-/// The look of combo boxes and line edits in the pop-up windows: light fields on the dark ground,
-/// like the push buttons beside them, whatever theme the desktop has.
+/// The look of combo boxes and line edits in the pop-up windows: flat and dark as the ground,
+/// whatever theme the desktop has.
 namespace FormControls
 {
 
@@ -15,6 +16,10 @@ constexpr int FIELD_HEIGHT = 22;
 
 /// Gives a combo box or a line edit its colours and its height.
 void applyLook(QWidget *field, int height = FIELD_HEIGHT);
+
+/// Makes the letters of a field or a label narrower where the widest of these texts would be cut
+/// off in `width` pixels.
+void fitFont(QWidget *widget, const QStringList &texts, int width);
 
 /// The font of the fields, for the push buttons beside them too.
 [[nodiscard]] QFont font();

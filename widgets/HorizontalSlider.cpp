@@ -20,6 +20,7 @@ HorizontalSlider::HorizontalSlider(const QImage &handle, QWidget *parent)
     , m_background(SkinImages::load(":/icons/Background/FILM_SCROLL_BACKGROUND.png"))
     , m_handle(handle)
 {
+    setCursor(Qt::PointingHandCursor);
 }
 
 void HorizontalSlider::setRange(int minimum, int maximum)

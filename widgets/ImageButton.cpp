@@ -1,15 +1,27 @@
 #include "widgets/ImageButton.h"
 
+#include "resources/FittedFont.h"
 #include "resources/SkinImages.h"
 #include "widgets/WidgetAccessibles.h"
 
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
+#include <QToolTip>
 
 namespace
 {
 
 constexpr int holdMs = 500;
+/// Between a tip and what it must not cover.
+constexpr int tipDistance = 4;
+/// The toolkit puts a tip this far right of and below the point that it is given.
+constexpr QPoint tipOffset(2, 16);
+/// Above and below the letters of a tip, together.
+constexpr int tipMargins = 8;
+/// Left and right of a caption that had to be narrowed, in pixels.
+constexpr int captionMargin = 3;
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
 constexpr QRgb ringColour = 0xffffffff;
 constexpr QRgb innerRingColour = 0xff15181b;
@@ -85,6 +97,23 @@ void ImageButton::setImage(const QString &name)
     update();
 }
 
+void ImageButton::setKey(const QKeySequence &key)
+{
+    m_key = key;
+}
+
+QString ImageButton::tip() const
+{
+    QString name = toolTip();
+    for (const QString &other : {accessibleName(), text()}) {
+        if (name.isEmpty())
+            name = other;
+    }
+    if (m_key.isEmpty())
+        return name == text() ? QString() : name;
+    return QStringLiteral("%1 (%2)").arg(name, m_key.toString(QKeySequence::NativeText));
+}
+
 void ImageButton::setTextColor(const QColor &color)
 {
     m_textColor = color;
@@ -131,6 +160,36 @@ QImage ImageButton::convertToGrayScale(const QImage &image)
         }
     }
     return result;
+}
+
+bool ImageButton::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return TabFocusButton::event(event);
+    const QString text = tip();
+    if (text.isEmpty())
+        event->ignore();
+    else
+        QToolTip::showText(tipPosition(), text, this, rect());
+    return true;
+}
+
+// Beside what the button stands in, where its neighbours are: right of an upright strip, below a
+// level one, and above it where the screen ends, as the toolkit would push the tip back over it.
+QPoint ImageButton::tipPosition() const
+{
+    const QWidget *holder = parentWidget() && !isWindow() ? parentWidget() : this;
+    if (holder != this && holder->isWindow() && !holder->windowFlags().testFlag(Qt::Tool))
+        holder = this;
+    const QPoint here = mapToGlobal(QPoint(0, 0));
+    const QRect held(holder->mapToGlobal(QPoint(0, 0)), holder->size());
+    if (held.height() > held.width())
+        return QPoint(held.right() + 1 + tipDistance, here.y()) - tipOffset;
+    const int height = QFontMetrics(QToolTip::font()).height() + tipMargins;
+    int y = held.bottom() + 1 + tipDistance;
+    if (y + height > screen()->geometry().bottom())
+        y = held.top() - tipDistance - height;
+    return QPoint(here.x(), y) - tipOffset;
 }
 
 void ImageButton::paintEvent(QPaintEvent *)
@@ -230,6 +289,8 @@ void ImageButton::focusOutEvent(QFocusEvent *event)
 void ImageButton::paintCaption(QPainter &painter)
 {
     painter.setFont(font());
+    if (painter.fontMetrics().horizontalAdvance(text()) > width())
+        painter.setFont(FittedFont::within(font(), text(), width() - 2 * captionMargin));
     painter.setPen(m_textColor);
     const QFontMetrics metrics = painter.fontMetrics();
     const int x = (width() - metrics.horizontalAdvance(text())) / 2;

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <QKeySequence>
 #include <QTimer>
 
 /// A push button painted from the three images of a skin name, as large as its normal image. Held
@@ -25,6 +26,11 @@ public:
     /// empty button. A gray look painted earlier stays.
     void setImage(const QString &name);
     [[nodiscard]] QString skin() const { return m_skin; }
+    /// The key that does the same, which the tip names; none when it is empty.
+    void setKey(const QKeySequence &key);
+    /// What the tip says: the tool tip or else the name, and the key in brackets; nothing when it
+    /// would repeat the caption alone.
+    [[nodiscard]] QString tip() const;
     /// For the caption; an invalid colour paints black. Does not repaint.
     void setTextColor(const QColor &color);
     /// A gray button shows inverted colours and no caption, and ignores mouse and keys.
@@ -50,6 +56,7 @@ signals:
     void optionsWanted();
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -61,6 +68,7 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
+    [[nodiscard]] QPoint tipPosition() const;
     void paintCaption(QPainter &painter);
     void paintMark(QPainter &painter);
     void paintFocusRing(QPainter &painter);
@@ -71,6 +79,7 @@ private:
     bool m_gray = false;
     bool m_hasOptions = false;
     bool m_marked = false;
+    QKeySequence m_key;
     QColor m_textColor;
     QString m_skin;
     QImage m_normalImage;

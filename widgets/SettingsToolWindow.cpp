@@ -4,6 +4,7 @@
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "sources/WindowServices.h"
+#include "widgets/FolderField.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 #include "widgets/IntervalTable.h"
@@ -43,6 +44,9 @@ constexpr int LABEL_X = 16;
 constexpr int LABEL_WIDTH = 122;
 constexpr int FIELD_X = 142;
 constexpr int FIELD_WIDTH = 132;
+/// Frame, padding and margins of a field; those and the sign of a box.
+constexpr int FIELD_MARGINS = 14;
+constexpr int BOX_MARGINS = 28;
 constexpr int BUTTON_X = 278;
 constexpr int OK_X = 196;
 
@@ -96,10 +100,12 @@ SettingsToolWindow::SettingsToolWindow(ImageButton *toolButton, MainWindow *main
                           captureEntry(Config::snapshotMode()), Capture);
     m_timeBox = addBox(tr("Time"), intervalNames(),
                        IntervalTable::indexOf(Config::snapshotInterval()), Time);
-    m_snapshotPath = addField(tr("Save as"), Config::snapshotPath(), SaveAs);
+    m_snapshotPath =
+        addFolder(tr("Save as"), Config::snapshotPath(), SaveAs, SLOT(snapshotFileBrowse()));
     addButton(tr("Browse"), tr("Browse for the snapshot folder"), {BUTTON_X, ROW_Y[SaveAs]},
               SLOT(snapshotFileBrowse()));
-    m_recordPath = addField(tr("RecordingSave"), Config::recordPath(), RecordingSave);
+    m_recordPath = addFolder(tr("RecordingSave"), Config::recordPath(), RecordingSave,
+                             SLOT(recordFileBrowse()));
     addButton(tr("Browse"), tr("Browse for the recording folder"), {BUTTON_X, ROW_Y[RecordingSave]},
               SLOT(recordFileBrowse()));
     addButton(tr("OK"), tr("OK"), {OK_X, ROW_Y[Buttons]}, SLOT(settingsOk()));
@@ -161,34 +167,47 @@ void SettingsToolWindow::addLabel(const QString &text, int row)
 {
     auto *label = new QLabel(text, this);
     label->setGeometry(LABEL_X, ROW_Y[std::size_t(row)], LABEL_WIDTH, ROW_HEIGHT);
+    label->ensurePolished();
+    FormControls::fitFont(label, {text}, LABEL_WIDTH);
 }
 
-QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &text, int row)
+void SettingsToolWindow::addField(const QString &label, const QString &text, int row)
 {
-    addLabel(label, row);
     auto *field = new QLineEdit(text, this);
     field->setReadOnly(true);
+    field->setToolTip(text);
+    placeField(field, label, row);
+    FormControls::fitFont(field, {text}, FIELD_WIDTH - FIELD_MARGINS);
+}
+
+FolderField *SettingsToolWindow::addFolder(const QString &label, const QString &path, int row,
+                                           const char *slot)
+{
+    auto *field = new FolderField(path, this);
+    // The tip has the path whole.
+    field->setToolTip(path);
+    placeField(field, label, row);
+    connect(field, SIGNAL(browseWanted()), this, slot);
+    return field;
+}
+
+void SettingsToolWindow::placeField(QWidget *field, const QString &label, int row)
+{
+    addLabel(label, row);
     field->setAccessibleName(label);
     FormControls::applyLook(field, ROW_HEIGHT);
     field->setFixedWidth(FIELD_WIDTH);
     field->move(FIELD_X, ROW_Y[std::size_t(row)]);
-    // The end of a long path tells more than its beginning; the tip has it whole.
-    field->end(false);
-    field->setToolTip(text);
-    return field;
 }
 
 QComboBox *SettingsToolWindow::addBox(const QString &label, const QStringList &entries, int index,
                                       int row)
 {
-    addLabel(label, row);
     auto *box = new QComboBox(this);
     box->addItems(entries);
     box->setCurrentIndex(index);
-    box->setAccessibleName(label);
-    FormControls::applyLook(box, ROW_HEIGHT);
-    box->setFixedWidth(FIELD_WIDTH);
-    box->move(FIELD_X, ROW_Y[std::size_t(row)]);
+    placeField(box, label, row);
+    FormControls::fitFont(box, entries, FIELD_WIDTH - BOX_MARGINS);
     return box;
 }
 
@@ -205,9 +224,9 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
     connect(button, SIGNAL(clicked()), this, slot);
 }
 
-void SettingsToolWindow::browse(QLineEdit *field, const QString &caption)
+void SettingsToolWindow::browse(FolderField *field, const QString &caption)
 {
-    const QPointer<QLineEdit> guarded(field);
+    const QPointer<FolderField> guarded(field);
     const QString folder = QFileDialog::getExistingDirectory(
         WindowServices::of(m_mainWindow).widget(), caption, field->text());
     if (!guarded || folder.isEmpty())

@@ -2,9 +2,9 @@
 
 #include "widgets/ToolWindow.h"
 
+class FolderField;
 class MainWindow;
 class QComboBox;
-class QLineEdit;
 
 /// The pop-up that edits resolutions, snapshot mode and interval, and the two folders. Nothing is
 /// stored or applied before OK.
@@ -25,17 +25,19 @@ public slots:
 
 private:
     void addLabel(const QString &text, int row);
-    QLineEdit *addField(const QString &label, const QString &text, int row);
+    void addField(const QString &label, const QString &text, int row);
+    FolderField *addFolder(const QString &label, const QString &path, int row, const char *slot);
+    void placeField(QWidget *field, const QString &label, int row);
     QComboBox *addBox(const QString &label, const QStringList &entries, int index, int row);
     void addButton(const QString &caption, const QString &accessibleName, QPoint position,
                    const char *slot);
-    void browse(QLineEdit *field, const QString &caption);
+    void browse(FolderField *field, const QString &caption);
 
     MainWindow *m_mainWindow;
     QComboBox *m_resolutionBox = nullptr;
     QComboBox *m_recordingBox = nullptr;
     QComboBox *m_captureBox = nullptr;
     QComboBox *m_timeBox = nullptr;
-    QLineEdit *m_snapshotPath = nullptr;
-    QLineEdit *m_recordPath = nullptr;
+    FolderField *m_snapshotPath = nullptr;
+    FolderField *m_recordPath = nullptr;
 };

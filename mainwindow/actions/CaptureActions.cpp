@@ -5,6 +5,7 @@
 #include "canvas/model/OutputFolder.h"
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/CommandButtons.h"
+#include "mainwindow/RecordingSign.h"
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
@@ -31,6 +32,11 @@ void CaptureActions::setSource(LiveSource *source)
 void CaptureActions::setLiveRecordButton(ImageButton *button)
 {
     m_liveRecordButton = button;
+}
+
+void CaptureActions::setRecordingSign(RecordingSign *sign)
+{
+    m_recordingSign = sign;
 }
 
 void CaptureActions::snapshot()
@@ -140,4 +146,8 @@ void CaptureActions::showRecording(bool on)
 {
     m_buttons->of(Command::Record)->setChecked(on);
     m_liveRecordButton->setChecked(on);
+    if (on)
+        m_recordingSign->start();
+    else
+        m_recordingSign->stop();
 }

@@ -6,6 +6,7 @@ class CanvasDeck;
 class CommandButtons;
 class ImageButton;
 class LiveSource;
+class RecordingSign;
 class QWidget;
 
 /// Snapshots and recordings: folders and modes from the settings, the buttons that show what runs.
@@ -21,6 +22,8 @@ public:
 
     /// The second record button, beside the panel's.
     void setLiveRecordButton(ImageButton *button);
+    /// What says in every mode that a recording runs.
+    void setRecordingSign(RecordingSign *sign);
 
     /// One picture, or the start or end of a series, as the settings say.
     void snapshot();
@@ -46,6 +49,7 @@ private:
     QWidget *m_window;
     LiveSource *m_source = nullptr;
     ImageButton *m_liveRecordButton = nullptr;
+    RecordingSign *m_recordingSign = nullptr;
     /// Whether the user knows that the latest recording failed, which may be after its end.
     bool m_failureTold = true;
 };

@@ -576,6 +576,18 @@
         <source>Black presentation</source>
         <translation>Präsentation schwarz</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>Dokumentenkamera anschließen</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>Einen Film öffnen</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>Ein Foto aus einem Ordner öffnen</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -576,6 +576,18 @@
         <source>Black presentation</source>
         <translation>Presentación en negro</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>Conecte la cámara de documentos</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>Abra un vídeo</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>Abra una fotografía de una carpeta</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

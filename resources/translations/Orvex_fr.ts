@@ -576,6 +576,18 @@
         <source>Black presentation</source>
         <translation>Présentation noire</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>Connectez le visualiseur</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>Ouvrez un film</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>Ouvrez une photo d’un dossier</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -576,6 +576,18 @@
         <source>Black presentation</source>
         <translation>発表画面を黒くする</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>書画カメラを接続してください</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>動画を開いてください</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>フォルダーの写真を開いてください</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

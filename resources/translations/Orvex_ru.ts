@@ -576,6 +576,18 @@
         <source>Black presentation</source>
         <translation>Чёрный экран презентации</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>Подключите документ-камеру</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>Откройте видео</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>Откройте фотографию из папки</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

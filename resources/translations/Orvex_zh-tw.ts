@@ -576,6 +576,18 @@
         <source>Black presentation</source>
         <translation>簡報黑畫面</translation>
     </message>
+    <message>
+        <source>Connect the document camera</source>
+        <translation>請連接實物投影機</translation>
+    </message>
+    <message>
+        <source>Open a film</source>
+        <translation>請開啟影片</translation>
+    </message>
+    <message>
+        <source>Open a picture of a folder</source>
+        <translation>請開啟資料夾中的相片</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

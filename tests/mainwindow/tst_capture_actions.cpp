@@ -1,5 +1,6 @@
 #include "mainwindow/actions/CaptureActions.h"
 
+#include "mainwindow/RecordingSign.h"
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 
@@ -21,6 +22,7 @@ struct CaptureScene : HelperScene {
     {
         liveRecordButton.setCheckable(true);
         actions.setLiveRecordButton(&liveRecordButton);
+        actions.setRecordingSign(&recordingSign);
         actions.setSource(&source);
         Config::setSnapshotPath(folder.path());
         Config::setRecordPath(folder.path());
@@ -31,6 +33,7 @@ struct CaptureScene : HelperScene {
     QTemporaryDir folder;
     LiveSource source;
     ImageButton liveRecordButton;
+    RecordingSign recordingSign{&liveRecordButton};
     CaptureActions actions{&deck, &buttons, &parent};
 };
 

@@ -44,10 +44,9 @@ void TestToolsDriven::everyLineChoiceShowsInThePicture()
 {
     QVERIFY(clicked(m_window->button(Command::Line)));
     const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
-    ToolWindow *popup = hold(*m_window, Command::Line);
-    QVERIFY(popup);
-    // Out of the way of the board: the pop-up stays open while lines are drawn.
     for (int i = 0; i < 4; ++i) {
+        ToolWindow *popup = hold(*m_window, Command::Line);
+        QVERIFY(popup);
         QVERIFY(clicked(row(popup, 20)[i]));
         QVERIFY(clicked(row(popup, 43)[i]));
         const int y = 350 + 40 * i;
@@ -61,7 +60,8 @@ void TestToolsDriven::everyLineChoiceShowsInThePicture()
             thickness += near(picture.pixel(onCanvas(*m_window, 350, y + dy)), colors[i]) ? 1 : 0;
         QVERIFY2(qAbs(thickness - 3 * (i + 1) * shrink) <= 2.0,
                  qPrintable(QString("%1: %2").arg(i).arg(thickness)));
-        QCOMPARE(m_window->currentToolWindow(), popup);
+        // The first press on the board has closed the pop-up.
+        QVERIFY(m_window->currentToolWindow() == nullptr);
     }
 }
 
@@ -77,11 +77,11 @@ void TestToolsDriven::everyShapeIsFilledAsChosen_data()
 void TestToolsDriven::everyShapeIsFilledAsChosen()
 {
     QFETCH(int, tool);
-    ToolWindow *popup = hold(*m_window, Command(tool));
-    QVERIFY(popup);
-    QVERIFY(popup->height() > 80);
     const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
     for (const int i : {4, 3, 2, 1, 0}) {
+        ToolWindow *popup = hold(*m_window, Command(tool));
+        QVERIFY(popup);
+        QVERIFY(popup->height() > 80);
         QVERIFY(clicked(row(popup, 67)[i]));
         // Its own place for each, below the pop-up; the middle of the way lies inside every shape.
         const int x = 100 + 120 * i;

@@ -3,6 +3,7 @@
 //   gallery --widgets [--save FILE]
 //   gallery --contact-sheet FILE --table TABLE
 
+#include "resources/SkinStyle.h"
 #include "tools/gallery/ContactSheet.h"
 #include "tools/gallery/DemoWindow.h"
 #include "tools/gallery/WidgetPage.h"
@@ -55,6 +56,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
+    SkinStyle::install();
     QCommandLineParser parser;
     parser.addHelpOption();
     parser.addOptions({{"contact-sheet", "Write every image in every state.", "file"},

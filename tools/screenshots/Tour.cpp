@@ -12,10 +12,13 @@
 #include <QComboBox>
 #include <QCursor>
 #include <QFileDialog>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QTextEdit>
 #include <QTimer>
+#include <QToolTip>
 
 namespace
 {
@@ -130,8 +133,10 @@ void Tour::prepare()
     draw({QPoint(520, 470), QPoint(370, 330)});
 
     enter(Modes::Film);
+    m_photographer.take("film-empty");
     openFilm();
     enter(Modes::Photograph);
+    m_photographer.take("photograph-empty");
     openPhotographs();
     enter(Modes::DrawingBoard);
     canvas = m_window->currentCanvas();
@@ -260,8 +265,30 @@ void Tour::takeIndications()
     }
 }
 
+void Tour::takeTyping()
+{
+    enter(Modes::Live);
+    ImageCanvas *canvas = m_window->currentCanvas();
+    m_window->button(Command::Text)->click();
+    draw({QPoint(300, 250)});
+    canvas->setTextColor(QColor(255, 255, 0));
+    canvas->setFontSize(36);
+    auto *editor = canvas->findChild<QTextEdit *>();
+    editor->insertPlainText("Text");
+    m_photographer.take("live-typing");
+    editor->clear();
+    canvas->endTextEditing();
+    ImageButton *tool = m_window->button(Command::Circle);
+    QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), tool->mapToGlobal(QPoint(1, 1)));
+    QCoreApplication::sendEvent(tool, &event);
+    m_photographer.take("live-tip");
+    QToolTip::hideText();
+    tool->click();
+}
+
 void Tour::runHighlights()
 {
+    takeTyping();
     enter(Modes::Live);
     OSDProcessor *indications = m_window->osdProcessors().value(m_window->currentCanvas());
     m_window->button(Command::Freeze)->click();

@@ -36,6 +36,8 @@ private:
     void takePopupsAlone();
     void takeBoxes();
     void takeIndications();
+    /// A text that is being typed, and a tip.
+    void takeTyping();
     void openPopup(Command tool);
 
     MainWindow *m_window;

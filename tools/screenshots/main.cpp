@@ -4,6 +4,7 @@
 #include "app/Platform.h"
 #include "app/ScreenScale.h"
 #include "mainwindow/MainWindow.h"
+#include "resources/SkinStyle.h"
 #include "resources/translations/Translations.h"
 
 #include <QApplication>
@@ -39,6 +40,7 @@ int main(int argc, char **argv)
     if (!translator.load(catalogueForLocale(QLocale::system().name()), ":/translations"))
         qDebug("in English");
     QCoreApplication::installTranslator(&translator);
+    SkinStyle::install();
 
     QWidget desktop;
     desktop.setAttribute(Qt::WA_X11NetWmWindowTypeDesktop);

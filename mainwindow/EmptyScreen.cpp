@@ -1,0 +1,102 @@
+#include "mainwindow/EmptyScreen.h"
+
+#include "canvas/ImageCanvas.h"
+#include "canvas/picture/ViewGeometry.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace
+{
+
+// As parts of the start picture's height: where its drawing ends, the middle of the pictogram, its
+// height, and the middle of the line under it and under the start picture's own drawing.
+constexpr double DRAWING_END = 0.85;
+constexpr double PICTOGRAM_MIDDLE = 0.38;
+constexpr double PICTOGRAM_HEIGHT = 0.24;
+constexpr double LINE_MIDDLE = 0.64;
+constexpr double LINE_UNDER_DRAWING = 0.90;
+
+constexpr int LEAST_TEXT_HEIGHT = 18;
+constexpr int MOST_TEXT_HEIGHT = 60;
+/// Lines of text that the height of a canvas would hold.
+constexpr int LINES_OF_CANVAS = 22;
+
+} // namespace
+
+EmptyScreen::EmptyScreen(ImageCanvas *canvas, const QImage &pictogram, const QString &line,
+                         std::chrono::milliseconds delay)
+    : QWidget(canvas)
+    , m_canvas(canvas)
+    , m_pictogram(pictogram)
+    , m_line(line)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(line);
+    hide();
+    // Under a text that is written and under messages.
+    lower();
+    canvas->installEventFilter(this);
+    if (delay.count() > 0)
+        QTimer::singleShot(delay, this, &EmptyScreen::appear);
+    else
+        appear();
+}
+
+bool EmptyScreen::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_canvas && event->type() == QEvent::Resize)
+        setGeometry(m_canvas->rect());
+    return false;
+}
+
+void EmptyScreen::paintEvent(QPaintEvent *)
+{
+    // It is painted whenever the canvas under it is.
+    if (!m_canvas->isUntouched()) {
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+        return;
+    }
+    const QRect place = picturePlace();
+    const auto heightOf = [&place](double part) { return qRound(place.height() * part); };
+    QPainter painter(this);
+    double lineMiddle = LINE_UNDER_DRAWING;
+    if (!m_pictogram.isNull()) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.fillRect(QRect(place.topLeft(), QSize(place.width(), heightOf(DRAWING_END))) &
+                             rect().adjusted(2, 2, -2, -2),
+                         Qt::black);
+        QRectF pictogram(QPointF(0, 0), QSizeF(m_pictogram.size())
+                                            .scaled(place.width(), heightOf(PICTOGRAM_HEIGHT),
+                                                    Qt::KeepAspectRatio));
+        pictogram.moveCenter(
+            QPointF(place.left() + place.width() / 2.0, place.top() + heightOf(PICTOGRAM_MIDDLE)));
+        painter.drawImage(pictogram, m_pictogram);
+        lineMiddle = LINE_MIDDLE;
+    }
+    QFont font(QStringLiteral("Arial"));
+    font.setPixelSize(std::clamp(height() / LINES_OF_CANVAS, LEAST_TEXT_HEIGHT, MOST_TEXT_HEIGHT));
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    const int room = 3 * font.pixelSize();
+    painter.drawText(QRect(0, place.top() + heightOf(lineMiddle) - room / 2, width(), room),
+                     Qt::AlignCenter | Qt::TextWordWrap, m_line);
+}
+
+QRect EmptyScreen::picturePlace() const
+{
+    const ViewGeometry::Fit fit = ViewGeometry::fit(m_canvas->pictureSize(), m_canvas->size());
+    return {fit.margin, fit.size};
+}
+
+void EmptyScreen::appear()
+{
+    if (!m_canvas->isUntouched())
+        return;
+    setGeometry(m_canvas->rect());
+    show();
+}

@@ -1,0 +1,67 @@
+#include "mainwindow/RecordingSign.h"
+
+#include "canvas/osd/IndicationTexts.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+
+namespace
+{
+
+constexpr int SIDE = 12;
+constexpr int LEFT = 8;
+/// Often enough that no second is left out.
+constexpr int INTERVAL_MS = 250;
+constexpr QRgb RED = 0xFFD3261B;
+
+} // namespace
+
+RecordingSign::RecordingSign(QWidget *tab)
+    : QWidget(tab)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    // The face of a tab starts a row lower than its image.
+    setGeometry(LEFT, (tab->height() - SIDE) / 2 + 1, SIDE, SIDE);
+    setAccessibleName(QCoreApplication::translate("MainWindow", "Recording"));
+    hide();
+    m_timer.setInterval(INTERVAL_MS);
+    connect(&m_timer, &QTimer::timeout, this, &RecordingSign::showTime);
+}
+
+void RecordingSign::start()
+{
+    if (m_timer.isActive())
+        return;
+    m_ownTitle = window()->windowTitle();
+    m_clock.start();
+    m_timer.start();
+    show();
+    showTime();
+}
+
+void RecordingSign::stop()
+{
+    if (!m_timer.isActive())
+        return;
+    m_timer.stop();
+    hide();
+    window()->setWindowTitle(m_ownTitle);
+}
+
+void RecordingSign::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    // The ring keeps the dot apart from the tab's blue.
+    painter.setPen(QPen(Qt::white, 1.5));
+    painter.setBrush(QColor(RED));
+    painter.drawEllipse(QRectF(rect()).adjusted(1.0, 1.0, -1.0, -1.0));
+}
+
+void RecordingSign::showTime()
+{
+    const QString name = m_ownTitle.isEmpty() ? QCoreApplication::applicationName() : m_ownTitle;
+    window()->setWindowTitle(QStringLiteral("\u25CF %1 \u2013 %2")
+                                 .arg(IndicationTexts::recordTime(m_clock.elapsed()), name));
+}

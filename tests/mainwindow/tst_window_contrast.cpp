@@ -1,0 +1,163 @@
+#include "resources/SkinStyle.h"
+#include "tests/mainwindow/WindowProbe.h"
+#include "tests/widgets/Contrast.h"
+
+#include "tests/TestProgram.h"
+
+#include <QComboBox>
+#include <QHash>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+using namespace WindowProbe;
+
+namespace
+{
+
+/// What letters and small signs need.
+constexpr double LEAST = 4.5;
+/// Fewer pixels of a colour are no letter.
+constexpr int LEAST_PIXELS = 3;
+
+/// How far the most different colour stands apart from the most frequent one.
+double contrastIn(const QImage &image)
+{
+    QHash<QRgb, int> count;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            ++count[image.pixel(x, y)];
+    }
+    const auto fewer = [](int one, int other) { return one < other; };
+    const auto face = std::max_element(count.cbegin(), count.cend(), fewer);
+    double best = 1.0;
+    for (auto it = count.cbegin(); it != count.cend(); ++it) {
+        if (it.value() >= LEAST_PIXELS)
+            best = std::max(best, Contrast::of(QColor(face.key()), QColor(it.key())));
+    }
+    return best;
+}
+
+/// The widget as it is seen, on the ground of its window, less an edge.
+QImage seen(const QWidget &widget)
+{
+    QWidget *window = widget.window();
+    const QRect place(widget.mapTo(window, QPoint(0, 0)), widget.size());
+    return window->grab(place.adjusted(3, 3, -3, -3))
+        .toImage()
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+/// The texts of a window that cannot be read, with their contrast.
+QStringList unreadable(const QWidget &window)
+{
+    QStringList found;
+    const auto look = [&found](const QWidget &widget, const QString &text) {
+        const double contrast = contrastIn(seen(widget));
+        if (contrast < LEAST)
+            found << QString("%1: %2").arg(text).arg(contrast);
+    };
+    for (const QLabel *label : window.findChildren<QLabel *>()) {
+        if (label->isVisible() && !label->text().isEmpty())
+            look(*label, label->text());
+    }
+    for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
+        if (button->isVisible() && !button->text().isEmpty())
+            look(*button, button->text());
+    }
+    for (const QComboBox *box : window.findChildren<QComboBox *>()) {
+        if (box->isVisible())
+            look(*box, box->currentText());
+    }
+    for (const QLineEdit *field : window.findChildren<QLineEdit *>()) {
+        if (field->isVisible() && !field->text().isEmpty())
+            look(*field, field->text());
+    }
+    return found;
+}
+
+} // namespace
+
+/// Whether every text of the window, its pop-ups and its boxes can be read, measured on the
+/// pictures of them, whatever colours the desktop has.
+class TestWindowContrast : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { usualSettings(); }
+    void everyTextCanBeRead_data();
+    void everyTextCanBeRead();
+    void everyTextOfABoxCanBeRead();
+    void captionsCanBeReadInEveryState();
+    void cleanup() { QApplication::setPalette(QPalette()); }
+};
+
+void TestWindowContrast::everyTextCanBeRead_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("no theme") << SkinStyle::darkPalette();
+    QTest::newRow("light") << QPalette(QColor(0xEFEFEF));
+    QPalette yellow(Qt::black);
+    for (const QPalette::ColorRole role :
+         {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        yellow.setColor(role, Qt::yellow);
+    QTest::newRow("yellow on black") << yellow;
+}
+
+void TestWindowContrast::everyTextCanBeRead()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    MainWindow window;
+    window.show();
+    for (int mode = 0; mode < modes().size(); ++mode) {
+        enter(window, mode);
+        QCOMPARE(unreadable(window), QStringList());
+    }
+    for (const Command tool : poppingButtons()) {
+        enter(window, tool == Command::FillBackground ? 3 : 0);
+        emit window.button(tool)->hold();
+        QVERIFY(window.currentToolWindow());
+        QCOMPARE(unreadable(*window.currentToolWindow()), QStringList());
+    }
+    enter(window, 0);
+    window.settings();
+    QCOMPARE(unreadable(*window.currentToolWindow()), QStringList());
+    window.About();
+    QCOMPARE(unreadable(*window.currentToolWindow()), QStringList());
+}
+
+void TestWindowContrast::everyTextOfABoxCanBeRead()
+{
+    QApplication::setPalette(SkinStyle::darkPalette());
+    QMessageBox box(QMessageBox::Question, "Question", "Continue?",
+                    QMessageBox::Yes | QMessageBox::No);
+    box.show();
+    QCOMPARE(unreadable(box), QStringList());
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.show();
+    QCOMPARE(unreadable(dialog), QStringList());
+}
+
+void TestWindowContrast::captionsCanBeReadInEveryState()
+{
+    MainWindow window;
+    window.show();
+    window.About();
+    for (ImageButton *each : window.findChildren<ImageButton *>() +
+                                 window.currentToolWindow()->findChildren<ImageButton *>()) {
+        if (!each->isVisible() || each->text().isEmpty())
+            continue;
+        QEvent enterEvent(QEvent::Enter);
+        QCoreApplication::sendEvent(each, &enterEvent);
+        QVERIFY2(contrastIn(seen(*each)) >= LEAST, qPrintable(each->text()));
+        each->setDown(true);
+        QVERIFY2(contrastIn(seen(*each)) >= LEAST, qPrintable(each->text()));
+        each->setDown(false);
+    }
+}
+
+REGISTER_TEST(TestWindowContrast)
+#include "tst_window_contrast.moc"

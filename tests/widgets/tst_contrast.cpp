@@ -1,0 +1,169 @@
+#include "resources/Skin.h"
+#include "tests/TestProgram.h"
+#include "tests/widgets/Contrast.h"
+#include "tools/skinrender/SkinTable.h"
+
+#include <QHash>
+#include <QPainter>
+#include <QTest>
+
+namespace
+{
+
+/// For letters and small signs, and for signs of 24 pixels and more.
+constexpr double SMALL = 4.5;
+constexpr double LARGE = 3.0;
+/// Of the copy at twice the size; fewer pixels of a colour are no sign.
+constexpr int LEAST_PIXELS = 12;
+
+QImage onGround(const QString &path, const QColor &ground)
+{
+    QImage image(":/icons/" + path + "@2x.png");
+    // Its name makes the reader say that it has two pixels in one.
+    image.setDevicePixelRatio(1.0);
+    QImage result(image.size(), QImage::Format_RGB32);
+    result.fill(ground);
+    QPainter painter(&result);
+    painter.drawImage(0, 0, image);
+    return result;
+}
+
+struct Colours {
+    /// The most frequent one.
+    QColor face;
+    /// The one that stands apart from it most.
+    double bestContrast = 1.0;
+};
+
+Colours coloursOf(const QImage &image)
+{
+    QHash<QRgb, int> count;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            ++count[image.pixel(x, y)];
+    }
+    Colours colours;
+    int most = 0;
+    for (auto it = count.cbegin(); it != count.cend(); ++it) {
+        if (it.value() > most) {
+            most = it.value();
+            colours.face = QColor(it.key());
+        }
+    }
+    for (auto it = count.cbegin(); it != count.cend(); ++it) {
+        if (it.value() >= LEAST_PIXELS)
+            colours.bestContrast =
+                std::max(colours.bestContrast, Contrast::of(colours.face, QColor(it.key())));
+    }
+    return colours;
+}
+
+QList<QColor> groundsOf(const SkinImage &image)
+{
+    if (image.ground == "picture")
+        return {Qt::white, Qt::black};
+    // The pill of an indication over white paper; over anything else it is darker.
+    if (image.ground == "pill")
+        return {QColor(77, 77, 77)};
+    if (image.ground == "popup")
+        return {QColor(0x15181B)};
+    return {image.ground == "frame" ? QColor(0x22262B) : QColor(0x2B3036)};
+}
+
+QList<SkinImage> table()
+{
+    QString error;
+    return SkinTable::readTable(TEST_SOURCE_DIR "/../../resources/skin/skin.ini", &error);
+}
+
+} // namespace
+
+/// Whether what the skin shows can be told from its ground, measured on the pictures themselves.
+class TestContrast : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initialiseSkin(); }
+    void everySignStandsOut_data();
+    void everySignStandsOut();
+    void captionsCanBeRead();
+    void stripsAndTabsStandOut();
+};
+
+void TestContrast::everySignStandsOut_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QColor>("ground");
+    QTest::addColumn<double>("least");
+    for (const SkinImage &image : table()) {
+        const bool isCaptioned =
+            image.name.startsWith("MAIN_BUTTON") || image.name == "POPUP_BUTTON";
+        if (!image.twice || isCaptioned || image.section.startsWith("Background"))
+            continue;
+        // The colours of ink are what they are, and areas rather than signs.
+        const bool isSample = image.name.contains("_COLOR_") && image.ground == "popup";
+        const bool isLarge = image.size.height() >= 40 && image.size.width() >= 40;
+        const double least = isLarge || isSample ? LARGE : SMALL;
+        for (const QString &target : image.targets()) {
+            for (const QColor &ground : groundsOf(image)) {
+                const QString path = target.chopped(4);
+                QTest::newRow(qPrintable(path + " on " + ground.name())) << path << ground << least;
+            }
+        }
+    }
+}
+
+void TestContrast::everySignStandsOut()
+{
+    QFETCH(QString, path);
+    QFETCH(QColor, ground);
+    QFETCH(double, least);
+    const QImage image = onGround(path, ground);
+    QVERIFY(!image.isNull());
+    double best = coloursOf(image).bestContrast;
+    // The marker of a scale is all sign.
+    best = std::max(best, Contrast::of(coloursOf(image).face, ground));
+    QVERIFY2(best >= least, qPrintable(QString::number(best)));
+}
+
+void TestContrast::captionsCanBeRead()
+{
+    for (const char *state : {"Normal/", "Over/", "Click/"}) {
+        for (const char *name : {"MAIN_BUTTON", "MAIN_BUTTON_LONG", "TOOL_TITLE_OPEN"}) {
+            const QColor face = coloursOf(onGround(QString(state) + name, 0x22262B)).face;
+            QVERIFY2(Contrast::of(face, Qt::white) >= SMALL, name);
+        }
+        const QColor push = coloursOf(onGround(QString(state) + "POPUP_BUTTON", 0x15181B)).face;
+        QVERIFY(Contrast::of(push, Qt::black) >= SMALL);
+    }
+    // What the style sheets of the pop-ups make gray, and the pill of the record time.
+    QVERIFY(Contrast::of(Qt::gray, QColor(0x15181B)) >= SMALL);
+    const QColor pill = coloursOf(onGround("OSD/OSD_TIME", Qt::white)).face;
+    QVERIFY(Contrast::of(pill, Qt::red) >= SMALL);
+    for (const char *name : {"OSD/OSD_ZOOM_IN", "OSD/OSD_COLOR_COLOR", "OSD/OSD_ROTATE"}) {
+        const QColor ground = coloursOf(onGround(name, Qt::white)).face;
+        QVERIFY2(Contrast::of(ground, Qt::white) >= SMALL, name);
+    }
+}
+
+void TestContrast::stripsAndTabsStandOut()
+{
+    const QImage strip = onGround("Background/FILM_SCROLL_BACKGROUND", 0x22262B);
+    const QColor ground = strip.pixelColor(32, 18);
+    const QColor groove = strip.pixelColor(32, 5);
+    QVERIFY(Contrast::of(groove, ground) >= LARGE);
+    for (const char *name : {"FILM_SCROLL_BAR", "PHOTO_SCROLL_BAR"}) {
+        const QImage handle = onGround(QString("Background/") + name, ground);
+        QVERIFY(Contrast::of(handle.pixelColor(handle.rect().center()), groove) >= LARGE);
+    }
+    // The middle of a tab's upper edge, between the frame above it and its face.
+    const QImage tab = onGround("Normal/MAIN_BUTTON", 0x22262B);
+    double edge = 0.0;
+    for (int y = 0; y < 8; ++y)
+        edge = std::max(edge, Contrast::of(tab.pixelColor(105, y), 0x22262B));
+    QVERIFY2(edge >= 2.5, qPrintable(QString::number(edge)));
+}
+
+REGISTER_TEST(TestContrast)
+#include "tst_contrast.moc"

@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/PulledScreens.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/CommandCard.h"
 #include "resources/SkinImages.h"
@@ -58,6 +59,7 @@ MainWindow::MainWindow(QWidget *parent)
     createPhotographPart();
     createDrawingBoard();
     createCard();
+    PulledScreens::bringBack(this);
     start();
 }
 

@@ -245,7 +245,7 @@ bool ProgramUnderTest::waitForWindowManager()
         QWidget probe;
         probe.show();
         const qint64 pid = QCoreApplication::applicationPid();
-        if (QTest::qWaitFor([pid] { return managedWindow(pid) != 0; }, 2000))
+        if (QTest::qWaitFor([pid] { return !managedWindows(pid).isEmpty(); }, 2000))
             return true;
     }
     return false;

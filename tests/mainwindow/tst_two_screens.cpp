@@ -63,9 +63,11 @@ private slots:
     {
         moveTo(1500);
         xrandr({"--output", "DUMMY1", "--off"});
+        xrandr({"--delmode", "DUMMY1", "1280x1024"});
         QTRY_COMPARE(QGuiApplication::screens().size(), 1);
         const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
         QTRY_COMPARE(area.united(m_window->frameGeometry()), area);
+        xrandr({"--addmode", "DUMMY1", "1280x1024"});
         xrandr({"--output", "DUMMY1", "--mode", "1280x1024", "--right-of", "DUMMY0"});
         QTRY_COMPARE(QGuiApplication::screens().size(), 2);
     }

@@ -82,6 +82,8 @@ int runProgram(int argc, char **argv)
     const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     const ExitSignals exitSignals;
     fitScaleToScreen();
+    // Every language of the program runs that way, and its layout is not made to be mirrored.
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     // The scope of the settings; before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");

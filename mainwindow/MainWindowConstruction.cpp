@@ -6,6 +6,7 @@
 #include "mainwindow/EmptyScreen.h"
 #include "mainwindow/Modes.h"
 #include "mainwindow/PopupCloser.h"
+#include "mainwindow/PulledScreens.h"
 #include "mainwindow/RecordingSign.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/CommandCard.h"
@@ -65,6 +66,7 @@ MainWindow::MainWindow(QWidget *parent)
     createPresentation();
     createEmptyScreens();
     createCard();
+    PulledScreens::bringBack(this);
     start();
 }
 

@@ -2,8 +2,11 @@
 
 #include "tests/TestProgram.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 using TerminalLines::Line;
 
@@ -49,6 +52,8 @@ private slots:
     void saysACauseOnce();
     void documentsExplainEveryLine_data();
     void documentsExplainEveryLine();
+    void everyEntryExplainsALine();
+    void everyLineHasATestThatProducesIt();
 };
 
 void TestTerminalLines::everyLineHasARowOfItsOwn()
@@ -95,6 +100,51 @@ void TestTerminalLines::documentsExplainEveryLine()
     QVERIFY(!words.isEmpty());
     for (const TerminalLines::Row &row : TerminalLines::rows())
         QVERIFY2(patternOf(row.text).match(words).hasMatch(), row.text);
+}
+
+void TestTerminalLines::everyEntryExplainsALine()
+{
+    QFile file(QStringLiteral(SOURCE_ROOT "/README.md"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString chapter = QString::fromUtf8(file.readAll()).section("## Troubleshooting", 1);
+    QRegularExpressionMatchIterator entries =
+        QRegularExpression("^- `([^`]+)`", QRegularExpression::MultilineOption)
+            .globalMatch(chapter);
+    std::size_t count = 0;
+    while (entries.hasNext()) {
+        const QString entry = entries.next().captured(1).simplified();
+        const auto &rows = TerminalLines::rows();
+        QVERIFY2(std::any_of(rows.begin(), rows.end(),
+                             [&entry](const TerminalLines::Row &row) {
+                                 return patternOf(row.text).match(entry).hasMatch();
+                             }),
+                 qPrintable(entry));
+        ++count;
+    }
+    QCOMPARE(count, TerminalLines::rows().size());
+}
+
+void TestTerminalLines::everyLineHasATestThatProducesIt()
+{
+    QString tests;
+    QDirIterator files(QStringLiteral(SOURCE_ROOT "/tests"), {"tst_*.cpp"}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (files.fileName() != QLatin1String("tst_terminal_lines.cpp") &&
+            file.open(QIODevice::ReadOnly))
+            tests += QString::fromUtf8(file.readAll());
+    }
+    QFile table(QStringLiteral(SOURCE_ROOT "/diagnostics/TerminalLines.cpp"));
+    QVERIFY(table.open(QIODevice::ReadOnly));
+    QRegularExpressionMatchIterator names =
+        QRegularExpression("\\{(Line::\\w+),").globalMatch(QString::fromUtf8(table.readAll()));
+    std::size_t count = 0;
+    for (; names.hasNext(); ++count) {
+        const QString name = names.next().captured(1);
+        QVERIFY2(QRegularExpression(name + "\\b").match(tests).hasMatch(), qPrintable(name));
+    }
+    QCOMPARE(count, TerminalLines::rows().size());
 }
 
 REGISTER_PLAIN_TEST(TestTerminalLines)

@@ -70,15 +70,27 @@ private:
     xcb_connection_t *m_connection = xcb_connect(nullptr, nullptr);
 };
 
-/// The first window of that process that the window manager looks after; 0 while there is none.
-xcb_window_t managedWindow(qint64 pid)
+/// The windows of that process that the window manager looks after, the main window first.
+QVector<xcb_window_t> managedWindows(qint64 pid)
 {
     const Display display;
+    QVector<xcb_window_t> windows;
     for (const xcb_window_t window : display.property(display.root(), "_NET_CLIENT_LIST")) {
         if (display.property(window, "_NET_WM_PID").value(0) == pid)
-            return window;
+            windows.append(window);
     }
-    return 0;
+    return windows;
+}
+
+/// In pixels; empty for a window that is gone.
+QSize sizeOf(xcb_window_t window)
+{
+    const Display display;
+    xcb_get_geometry_reply_t *reply = xcb_get_geometry_reply(
+        display.connection(), xcb_get_geometry(display.connection(), window), nullptr);
+    const QSize size = reply ? QSize(reply->width, reply->height) : QSize();
+    std::free(reply);
+    return size;
 }
 
 /// Tells the window manager what its close button would: _NET_CLOSE_WINDOW at the root window.
@@ -124,10 +136,12 @@ ProgramUnderTest::~ProgramUnderTest()
     }
 }
 
-bool ProgramUnderTest::start(const QProcessEnvironment &environment, const QStringList &arguments)
+bool ProgramUnderTest::start(const QProcessEnvironment &environment, const QStringList &arguments,
+                             const QStringList &before)
 {
+    const QStringList command = before + QStringList{PROGRAM_FILE} + arguments;
     m_process.setProcessEnvironment(environment);
-    m_process.start(PROGRAM_FILE, arguments);
+    m_process.start(command.first(), command.mid(1));
     return m_process.waitForStarted(PATIENCE_MS);
 }
 
@@ -135,7 +149,7 @@ WId ProgramUnderTest::waitForWindow()
 {
     const bool settled = QTest::qWaitFor(
         [this] {
-            m_window = managedWindow(m_process.processId());
+            m_window = managedWindows(m_process.processId()).value(0);
             return m_window != 0 || !running();
         },
         PATIENCE_MS);
@@ -152,6 +166,24 @@ bool ProgramUnderTest::click(QPoint point)
     const QString window = QString::number(m_window);
     return drive({"windowactivate", "--sync", window, "mousemove", "--window", window,
                   QString::number(point.x()), QString::number(point.y()), "click", "1"});
+}
+
+bool ProgramUnderTest::acceptSettings()
+{
+    constexpr QPoint SETTINGS_BUTTON(72, 663);
+    // From the middle of the pop-up's lower edge.
+    constexpr QPoint OK_BUTTON(48, -24);
+    if (!click(SETTINGS_BUTTON))
+        return false;
+    const auto windows = [this] { return managedWindows(m_process.processId()); };
+    if (!QTest::qWaitFor([&windows] { return windows().size() == 2; }, PATIENCE_MS))
+        return false;
+    const xcb_window_t popup = windows().last();
+    const QSize size = sizeOf(popup);
+    return drive({"mousemove", "--window", QString::number(popup),
+                  QString::number(size.width() / 2 + OK_BUTTON.x()),
+                  QString::number(size.height() + OK_BUTTON.y()), "click", "1"}) &&
+           QTest::qWaitFor([&windows] { return windows().size() < 2; }, PATIENCE_MS);
 }
 
 bool ProgramUnderTest::closeAndWait()
@@ -176,6 +208,11 @@ bool ProgramUnderTest::waitForOutput(const QByteArray &text)
     (void)QTest::qWaitFor([this, &text] { return output().contains(text) || !running(); },
                           PATIENCE_MS);
     return output().contains(text);
+}
+
+qint64 ProgramUnderTest::processId() const
+{
+    return m_process.processId();
 }
 
 int ProgramUnderTest::exitCode() const
@@ -208,7 +245,7 @@ bool ProgramUnderTest::waitForWindowManager()
         QWidget probe;
         probe.show();
         const qint64 pid = QCoreApplication::applicationPid();
-        if (QTest::qWaitFor([pid] { return managedWindow(pid) != 0; }, 2000))
+        if (QTest::qWaitFor([pid] { return !managedWindows(pid).isEmpty(); }, 2000))
             return true;
     }
     return false;

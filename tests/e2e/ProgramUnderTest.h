@@ -14,14 +14,17 @@ public:
     ProgramUnderTest(const ProgramUnderTest &) = delete;
     ProgramUnderTest &operator=(const ProgramUnderTest &) = delete;
 
+    /// `before` is a command that replaces itself by the program, whose name it is given last.
     bool start(const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment(),
-               const QStringList &arguments = {});
+               const QStringList &arguments = {}, const QStringList &before = {});
     /// The X11 number of its main window once that is on the screen; 0 if it never comes.
     WId waitForWindow();
     /// Types into the window as the keyboard does; `keys` in xdotool's spelling.
     void pressKeys(const QString &keys);
     /// Clicks that pixel of the window with the mouse.
     bool click(QPoint point);
+    /// Presses OK in the settings, opened by their button.
+    bool acceptSettings();
     /// Asks the window to close, as its title bar's button does, and waits for the process: whether
     /// it ended by itself. Its exit code is then exitCode().
     bool closeAndWait();
@@ -32,6 +35,7 @@ public:
     /// Whether it says that before it ends.
     bool waitForOutput(const QByteArray &text);
     [[nodiscard]] int exitCode() const;
+    [[nodiscard]] qint64 processId() const;
     [[nodiscard]] bool running() const;
     /// The files in its memory, libraries among them, as the system lists them.
     [[nodiscard]] QByteArray mappedFiles() const;

@@ -28,10 +28,10 @@ using TerminalLines::Line;
 namespace
 {
 
-/// The window is painted by then, and the camera is given two seconds before it is opened.
+/// By then the window is painted, and the camera is not opened before two seconds have passed.
 constexpr std::chrono::milliseconds WARM_UP_DELAY(300);
 
-/// What is left of the two seconds that closing may take, when all else has had its own bound.
+/// The part of the two seconds for closing that is left when every other step took all of its own.
 constexpr std::chrono::milliseconds END_BOUND(200);
 
 /// The exit code for a command line that makes no sense.
@@ -46,11 +46,11 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 void tellWhatIsMissing()
 {
     const QSettings settings;
-    // Faults in the file are found when its keys are.
+    // A fault in the file is only found when its keys are read.
     (void)settings.allKeys();
     if (settings.status() != QSettings::NoError || QFileInfo(settings.fileName()).isDir())
         TerminalLines::tell(Line::SettingsUnreadable, {settings.fileName()});
-    // The toolkit lists families also where there is no file of theirs.
+    // The toolkit lists font families even where no font file is installed.
     if (QRawFont::fromFont(QApplication::font()).fontTable("cmap").isEmpty())
         TerminalLines::tell(Line::NoFont);
 }
@@ -63,7 +63,7 @@ int showWindow()
     return QApplication::exec();
 }
 
-/// What was set a moment ago has not reached the disk yet.
+/// Settings that were changed a moment ago are not on the disk yet.
 void writeSettings()
 {
     QSettings settings;
@@ -81,7 +81,7 @@ int runProgram(int argc, char **argv)
     const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     const ExitSignals exitSignals;
     fitScaleToScreen();
-    // The scope of the settings; before anything reads them.
+    // The names under which the settings are stored; set before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
     QGuiApplication::setDesktopFileName("document-camera");

@@ -127,7 +127,7 @@ bool scaleIsChosen()
                        [](const char *variable) { return qEnvironmentVariableIsSet(variable); });
 }
 
-void dropNonsense()
+void dropUnusableSettings()
 {
     dropUnless(isPlatform, "QT_QPA_PLATFORM");
     dropUnless(isScale, "QT_SCALE_FACTOR");

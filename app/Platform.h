@@ -11,7 +11,7 @@ void preparePlatform();
 /// Removes settings from the environment that no platform of the toolkit can follow, and says so: a
 /// platform that is not installed, a scale that is not a usable number. Call it before the
 /// application object is made.
-void dropNonsense();
+void dropUnusableSettings();
 
 /// What the desktop says of its screen before the first window is made.
 struct ScreenOffer {

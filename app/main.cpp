@@ -76,7 +76,7 @@ int runProgram(int argc, char **argv)
 {
     initialiseSkin();
     initialiseTranslations();
-    dropNonsense();
+    dropUnusableSettings();
     preparePlatform();
     const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     const ExitSignals exitSignals;

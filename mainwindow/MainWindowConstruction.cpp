@@ -43,7 +43,7 @@ MainWindow::MainWindow(QWidget *parent)
         setParent(parent, windowFlags());
     setMinimumSize(MINIMUM_SIZE);
     resize(MINIMUM_SIZE);
-    FormControls::dressToolTips();
+    FormControls::applyLookToToolTips();
     m_deck = new CanvasDeck(this);
     m_tools = std::make_unique<ToolActions>(m_deck, &m_popups, &m_buttons);
     m_capture = std::make_unique<CaptureActions>(m_deck, &m_buttons, this);

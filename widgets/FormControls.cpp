@@ -35,7 +35,7 @@ void FormControls::applyLook(QWidget *field, int height)
     field->setFixedHeight(height);
 }
 
-void FormControls::dressToolTips()
+void FormControls::applyLookToToolTips()
 {
     const QColor ground(0x15181B);
     QPalette palette = QToolTip::palette();

@@ -21,7 +21,7 @@ void applyLook(QWidget *field, int height = FIELD_HEIGHT);
 
 /// Gives the tips of the whole program dark ground and light letters. The style sheets of the
 /// pop-ups, white letters for one, reach the tips of their buttons too and need that ground.
-void dressToolTips();
+void applyLookToToolTips();
 
 /// Gives a label the height of its own font's line. A script that the font lacks comes from a
 /// taller one, and the label would hang down from its row; this way it is centred on it.

@@ -24,14 +24,14 @@ constexpr std::chrono::milliseconds leaveBound(300);
 /// For the end of the program; a healthy film is closed in a tenth of that.
 constexpr std::chrono::seconds endBound(1);
 
-/// The callers leave their wishes, and an engine meets them. Another thread, "FilmWatch", sees when
-/// it hangs, and puts another engine in its place.
+/// The callers leave their requests, and an engine carries them out. Another thread, "FilmWatch",
+/// sees when it hangs, and puts another engine in its place.
 class FilmPlayerGst : public FilmPlayer
 {
 public:
     ~FilmPlayerGst() override
     {
-        m_state->wishes.finish();
+        m_state->requests.finish();
         {
             const std::lock_guard lock(m_mutex);
             m_finished = true;
@@ -63,20 +63,20 @@ public:
 
     void play() override
     {
-        m_state->wishes.play(currentTime());
+        m_state->requests.play(currentTime());
         wake();
     }
 
     void pause() override
     {
-        m_state->wishes.pause();
+        m_state->requests.pause();
         wake();
     }
 
     void seek(double seconds, Completion completion) override
     {
         prepare();
-        m_state->wishes.seek(seconds, std::move(completion));
+        m_state->requests.seek(seconds, std::move(completion));
         wake();
     }
 
@@ -86,11 +86,11 @@ public:
         return engine ? engine->currentTime() : 0;
     }
 
-    bool atEnd() const override { return m_state->wishes.atEnd(); }
+    bool atEnd() const override { return m_state->requests.atEnd(); }
 
     void setVolume(float volume) override
     {
-        m_state->wishes.setVolume(volume);
+        m_state->requests.setVolume(volume);
         wake();
     }
 
@@ -110,7 +110,7 @@ private:
 
     void setFilm(const std::optional<QString> &path, Events events)
     {
-        m_state->pictures.expect(m_state->wishes.setFilm(path, std::move(events)));
+        m_state->pictures.expect(m_state->requests.setFilm(path, std::move(events)));
         const std::shared_ptr<PlaybackThreadGst> current = engine();
         if (!current)
             return;
@@ -145,8 +145,8 @@ private:
             if (m_finished)
                 return false;
             // Without its sound, a film gets a second chance.
-            film = m_state->wishes.renew(sound ? std::nullopt
-                                               : std::optional<quint64>(hanging->film()));
+            film = m_state->requests.renew(sound ? std::nullopt
+                                                 : std::optional<quint64>(hanging->film()));
             m_state->pictures.expect(film.number);
             hanging->leave();
             m_engine =

@@ -74,7 +74,8 @@ public:
     /// end means nothing any more.
     [[nodiscard]] bool ended(quint64 film);
 
-    /// Where that film is until it plays on; none: the pipeline knows. A newer wish has precedence.
+    /// Where that film is until it plays on; nothing when the pipeline knows. A newer request has
+    /// precedence.
     void setPlace(quint64 film, std::optional<double> seconds);
     /// False when there is another film by now.
     [[nodiscard]] bool setLength(quint64 film, double seconds);

@@ -137,8 +137,8 @@ Reading PicturePreloader::Shared::take(const QString &path)
 /// False when the drive was silent for too long.
 bool PicturePreloader::Shared::wait(Lock &lock, const EntryPtr &entry, int answers)
 {
-    const bool impatient = m_wasSilent || entry->isRead;
-    const auto longestSilence = impatient ? SILENCE_AGAIN : LONGEST_SILENCE;
+    const bool waitsBriefly = m_wasSilent || entry->isRead;
+    const auto longestSilence = waitsBriefly ? SILENCE_AGAIN : LONGEST_SILENCE;
     const Clock::time_point end = Clock::now() + LONGEST_WAIT;
     while (entry->answers == answers) {
         const auto bound =

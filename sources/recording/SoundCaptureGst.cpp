@@ -21,7 +21,7 @@ namespace
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds STOP_PATIENCE{1000};
+constexpr milliseconds STOP_TIMEOUT{1000};
 /// How often a thread asks whether an earlier one has let go of the list of devices.
 constexpr milliseconds TURN_INTERVAL{100};
 constexpr GstClockTime PULL_TIMEOUT = 100 * GST_MSECOND;
@@ -147,7 +147,7 @@ public:
         std::unique_lock<std::mutex> lock(m_mutex);
         m_stopping = true;
         m_changed.notify_all();
-        if (!m_changed.wait_for(lock, ExitDeadline::capped(STOP_PATIENCE),
+        if (!m_changed.wait_for(lock, ExitDeadline::capped(STOP_TIMEOUT),
                                 [this] { return m_finished; }))
             qDebug("The sound server does not answer, going on without it.");
     }

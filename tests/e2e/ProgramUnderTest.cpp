@@ -20,7 +20,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 
 /// A connection to the X server for as long as it lives.
 class Display
@@ -106,7 +106,7 @@ bool drive(const QStringList &arguments)
     environment.remove("LD_PRELOAD");
     tool.setProcessEnvironment(environment);
     tool.start("xdotool", arguments);
-    return tool.waitForFinished(PATIENCE_MS) && tool.exitCode() == 0;
+    return tool.waitForFinished(TIMEOUT_MS) && tool.exitCode() == 0;
 }
 
 } // namespace
@@ -128,7 +128,7 @@ bool ProgramUnderTest::start(const QProcessEnvironment &environment, const QStri
 {
     m_process.setProcessEnvironment(environment);
     m_process.start(PROGRAM_FILE, arguments);
-    return m_process.waitForStarted(PATIENCE_MS);
+    return m_process.waitForStarted(TIMEOUT_MS);
 }
 
 WId ProgramUnderTest::waitForWindow()
@@ -138,7 +138,7 @@ WId ProgramUnderTest::waitForWindow()
             m_window = managedWindow(m_process.processId());
             return m_window != 0 || !running();
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
     return settled ? m_window : 0;
 }
 
@@ -162,7 +162,7 @@ bool ProgramUnderTest::closeAndWait()
 
 bool ProgramUnderTest::waitForEnd()
 {
-    return QTest::qWaitFor([this] { return !running(); }, PATIENCE_MS) &&
+    return QTest::qWaitFor([this] { return !running(); }, TIMEOUT_MS) &&
            m_process.exitStatus() == QProcess::NormalExit;
 }
 
@@ -174,7 +174,7 @@ void ProgramUnderTest::sendSignal(int number) const
 bool ProgramUnderTest::waitForOutput(const QByteArray &text)
 {
     (void)QTest::qWaitFor([this, &text] { return output().contains(text) || !running(); },
-                          PATIENCE_MS);
+                          TIMEOUT_MS);
     return output().contains(text);
 }
 
@@ -204,7 +204,7 @@ bool ProgramUnderTest::waitForWindowManager()
 {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < PATIENCE_MS) {
+    while (timer.elapsed() < TIMEOUT_MS) {
         QWidget probe;
         probe.show();
         const qint64 pid = QCoreApplication::applicationPid();

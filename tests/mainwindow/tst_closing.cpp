@@ -26,7 +26,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 /// What "at once" may take beside the compilers of a busy machine.
 constexpr int CLOSING_MS = 10000;
 /// Two seconds, and as much again for the compilers; a hung disk alone was waited for ten seconds.
@@ -37,7 +37,7 @@ using Arrange = void (*)(MainWindow &window, VirtualCamera &camera);
 
 void waitForCamera(const MainWindow &window)
 {
-    if (!QTest::qWaitFor([&] { return window.liveSource()->running(); }, PATIENCE_MS))
+    if (!QTest::qWaitFor([&] { return window.liveSource()->running(); }, TIMEOUT_MS))
         qFatal("the camera does not come");
 }
 
@@ -66,10 +66,10 @@ void recordingOntoAHungShare(MainWindow &window, VirtualCamera &)
         const QFileInfoList movies = QDir(folder).entryInfoList({"*.mov"}, QDir::Files);
         return !movies.isEmpty() && movies.first().size() > 50000;
     };
-    if (!QTest::qWaitFor(recorded, PATIENCE_MS))
+    if (!QTest::qWaitFor(recorded, TIMEOUT_MS))
         qFatal("nothing is recorded");
     static HangingFolder share(folder, HangingFolder::Syncing);
-    if (!QTest::qWaitFor([] { return share.waiting() > 0; }, PATIENCE_MS))
+    if (!QTest::qWaitFor([] { return share.waiting() > 0; }, TIMEOUT_MS))
         qFatal("the share is not used");
 }
 
@@ -103,7 +103,7 @@ void playing(MainWindow &window, VirtualCamera &camera)
     const QSize before = window.currentCanvas()->pictureSize();
     opening(window, camera);
     if (!QTest::qWaitFor([&] { return window.currentCanvas()->pictureSize() != before; },
-                         PATIENCE_MS))
+                         TIMEOUT_MS))
         qFatal("the film does not play");
 }
 
@@ -297,7 +297,7 @@ void TestClosing::closingEndsTheProcess()
     child.start(QCoreApplication::applicationFilePath(), {"--close", state});
     QByteArray output;
     while (!output.contains("closing\n")) {
-        QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+        QVERIFY2(child.waitForReadyRead(TIMEOUT_MS), output.constData());
         output += child.readAll();
     }
     QElapsedTimer clock;
@@ -322,7 +322,7 @@ void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
     child.setProcessEnvironment(environment);
     QSignalSpy finished(&child, SIGNAL(finished(int, QProcess::ExitStatus)));
     child.start(QCoreApplication::applicationFilePath(), {"--close", "nothing"});
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PATIENCE_MS / 2);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, TIMEOUT_MS / 2);
     QCOMPARE(child.exitCode(), 0);
     QVERIFY(!server.wasAsked());
 }
@@ -343,7 +343,7 @@ void TestClosing::aHangingSoundServerDoesNotHoldUpTheEnd()
     child.start(QCoreApplication::applicationFilePath(), {"--close", "playing"});
     QByteArray output;
     while (!output.contains("closing\n")) {
-        QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+        QVERIFY2(child.waitForReadyRead(TIMEOUT_MS), output.constData());
         output += child.readAll();
     }
     QVERIFY(server.wasAsked());

@@ -89,7 +89,7 @@ bool TestMainWindowDriven::liveRuns() const
             return camera.streaming && camera.deliveries.size() > 2 &&
                    m_window->currentCanvas()->pictureSize() == QSize(1280, 720);
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
 }
 
 bool TestMainWindowDriven::wrote(std::uint64_t id, std::uint64_t value)
@@ -108,7 +108,7 @@ bool TestMainWindowDriven::wrote(std::uint64_t id, std::uint64_t value)
             }
             return false;
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
 }
 
 void TestMainWindowDriven::everyButtonAnswersInEveryMode_data()
@@ -149,7 +149,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
         if (m_window->currentToolWindow())
             m_window->currentToolWindow()->close();
         QVERIFY2(clicked(each), qPrintable(each->accessibleName() + each->text()));
-        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), TIMEOUT_MS);
         if (isTitle)
             QVERIFY(clicked(each));
         ++answered;
@@ -193,26 +193,26 @@ void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
     for (const QPoint place : {QPoint(40, 60), QPoint(300, 150), QPoint(0, 0)}) {
         const QPoint before = m_window->pos();
         Pointer::run({"windowmove", id, QString::number(place.x()), QString::number(place.y())});
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->pos() != before, PATIENCE_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(beside(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->pos() != before, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(beside(), TIMEOUT_MS);
         QVERIFY(popup->isVisible());
     }
     Pointer::run({"windowsize", id, "1200", "900"});
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(1200, 900), PATIENCE_MS);
-    QTRY_VERIFY_WITH_TIMEOUT(beside(), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(1200, 900), TIMEOUT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(beside(), TIMEOUT_MS);
 }
 
 void TestMainWindowDriven::sidePanelKeepsTheRightEdge()
 {
     m_window->move(400, 100);
-    QTRY_VERIFY_WITH_TIMEOUT(qAbs(m_window->x() - 400) < 20, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(qAbs(m_window->x() - 400) < 20, TIMEOUT_MS);
     const int right = m_window->geometry().right();
     ImageButton *side = button(*m_window, "Side panel");
     QVERIFY(hold(*m_window, Command::Line));
     for (const bool open : {false, true, false, true}) {
         QVERIFY(clicked(side));
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), open ? 938 : 800, PATIENCE_MS);
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), open ? 938 : 800, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, TIMEOUT_MS);
         QCOMPARE(m_window->findChild<Panel *>()->isVisible(), open);
         QVERIFY(!m_window->currentToolWindow());
     }
@@ -221,14 +221,14 @@ void TestMainWindowDriven::sidePanelKeepsTheRightEdge()
 void TestMainWindowDriven::maximisedWindowKeepsItsSize()
 {
     m_window->showMaximized();
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->isMaximized() && m_window->width() > 1900, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->isMaximized() && m_window->width() > 1900, TIMEOUT_MS);
     // The new place is told after the new size, and the pointer needs both.
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->geometry().right() < 1920, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->geometry().right() < 1920, TIMEOUT_MS);
     const QSize size = m_window->size();
     QCOMPARE(stack(*m_window)->geometry(), QRect(174, 25, size.width() - 193, size.height() - 100));
     QVERIFY(clicked(button(*m_window, "Side panel")));
     QTRY_COMPARE_WITH_TIMEOUT(stack(*m_window)->geometry(),
-                              QRect(36, 25, size.width() - 55, size.height() - 100), PATIENCE_MS);
+                              QRect(36, 25, size.width() - 55, size.height() - 100), TIMEOUT_MS);
     QCOMPARE(m_window->size(), size);
     QVERIFY(clicked(button(*m_window, "Side panel")));
     QVERIFY(hold(*m_window, Command::Text));
@@ -236,7 +236,7 @@ void TestMainWindowDriven::maximisedWindowKeepsItsSize()
         QVERIFY(enterMode(*m_window, mode));
     QVERIFY(!m_window->currentToolWindow());
     m_window->showNormal();
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), TIMEOUT_MS);
 }
 
 void TestMainWindowDriven::buttonsSteerTheCamera()
@@ -320,21 +320,21 @@ void TestMainWindowDriven::keysServeThePresenter()
     m_transfers.clear();
     (void)m_camera->takeExtensionTransfers();
     Pointer::key("space");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->currentCanvas()->frozen, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->currentCanvas()->frozen, TIMEOUT_MS);
     QVERIFY(m_window->button(Command::Freeze)->isChecked());
     Pointer::key("space");
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->currentCanvas()->frozen, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->currentCanvas()->frozen, TIMEOUT_MS);
     Pointer::key("KP_Subtract");
     QVERIFY(wrote(ZOOM_OUT_KEY, 1));
     QVERIFY(wrote(ZOOM_OUT_KEY, 0));
 
     Pointer::key("ctrl+s");
-    QTRY_COMPARE_WITH_TIMEOUT(QDir(m_folder->path()).entryList({"*.jpg"}).size(), 1, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(QDir(m_folder->path()).entryList({"*.jpg"}).size(), 1, TIMEOUT_MS);
 
     Pointer::key("F11");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, TIMEOUT_MS);
     Pointer::key("Escape");
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isFullScreen() && m_window->height() == 768, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isFullScreen() && m_window->height() == 768, TIMEOUT_MS);
     Pointer::key("Escape");
 
     for (int i = 0; i < 3; ++i) {
@@ -354,7 +354,7 @@ void TestMainWindowDriven::keysServeThePresenter()
     const int count = QDir(m_folder->path()).entryList({"*.jpg", "*.png"}).size();
     const auto reads = [&](int id) {
         const QString text = QString("%1/%2").arg(id).arg(count);
-        return QTest::qWaitFor([&] { return index->text() == text; }, PATIENCE_MS);
+        return QTest::qWaitFor([&] { return index->text() == text; }, TIMEOUT_MS);
     };
     QVERIFY(reads(1));
     const struct {

@@ -19,7 +19,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 /// Of the pictures that are made of a page.
 constexpr int DOTS_PER_INCH = 72;
 
@@ -101,7 +101,7 @@ void TestPrinting::initTestCase()
     QVERIFY(m_server.waitForStarted());
     QByteArray output;
     QTRY_VERIFY_WITH_TIMEOUT((output += m_server.readAllStandardOutput()).contains("ready"),
-                             PATIENCE_MS);
+                             TIMEOUT_MS);
     QCOMPARE(QPrinterInfo::availablePrinterNames(), QStringList{"TestPDF"});
 }
 
@@ -127,7 +127,7 @@ QImage TestPrinting::nextPage()
             }
             return !job.isEmpty();
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
     if (!came)
         return {};
     m_seen << job;

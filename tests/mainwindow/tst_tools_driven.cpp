@@ -137,19 +137,19 @@ void TestToolsDriven::textIsWrittenAsChosen()
         Pointer::click(onCanvas(*m_window, at.x(), at.y()));
         auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
         QVERIFY(editor);
-        QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), TIMEOUT_MS);
         Pointer::type("MM");
-        QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("MM"), PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("MM"), TIMEOUT_MS);
         Pointer::click(onCanvas(*m_window, 700, 60));
-        QTRY_VERIFY_WITH_TIMEOUT(!editor->isVisible(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!editor->isVisible(), TIMEOUT_MS);
         const QRect area(at, QSize(140, 90));
-        QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 20, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 20, TIMEOUT_MS);
         if (i == 1)
             smaller = area;
         // Both are counted now, as the letters of the editor may stay on the screen for a moment.
         if (i == 3)
             QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 2 * inked(smaller, colors[1]),
-                                     PATIENCE_MS);
+                                     TIMEOUT_MS);
     }
 }
 
@@ -209,10 +209,10 @@ void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
     QVERIFY(clicked(m_window->button(Command::Text)));
     Pointer::click(onCanvas(*m_window, 200, 350));
     auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
-    QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), TIMEOUT_MS);
     for (const char *name : {"a", "space", "plus", "minus", "Next", "F11", "ctrl+s", "ctrl+p", "b"})
         Pointer::key(name);
-    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-b"), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-b"), TIMEOUT_MS);
     QVERIFY(!m_window->isFullScreen());
     QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
     // Choosing a colour in the pop-up does not take the keys away.
@@ -220,11 +220,11 @@ void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
     QVERIFY(popup);
     QVERIFY(clicked(row(popup, 43)[1]));
     Pointer::type("c +");
-    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-bc +"), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-bc +"), TIMEOUT_MS);
     QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
     // Escape alone is not the text's: it ends it.
     Pointer::key("Escape");
-    QTRY_VERIFY_WITH_TIMEOUT(editor->isHidden(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(editor->isHidden(), TIMEOUT_MS);
 }
 
 REGISTER_TEST(TestToolsDriven)

@@ -17,7 +17,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 30000;
+constexpr int TIMEOUT_MS = 30000;
 /// A fifth of a second a percent; seeking goes to whole seconds.
 constexpr int SECONDS = 20;
 
@@ -76,12 +76,12 @@ void TestWindowFilm::init()
     chooseFile(m_window.get(), m_folder.filePath("film.mp4"));
     click("Open film");
     QTRY_COMPARE_WITH_TIMEOUT(m_window->currentCanvas()->pictureSize(), QSize(320, 240),
-                              PATIENCE_MS);
+                              TIMEOUT_MS);
 }
 
 bool TestWindowFilm::comesTo(int from, int to) const
 {
-    return QTest::qWaitFor([=] { return position() >= from && position() <= to; }, PATIENCE_MS);
+    return QTest::qWaitFor([=] { return position() >= from && position() <= to; }, TIMEOUT_MS);
 }
 
 /// With the mouse: what the film writes into its slider seeks nothing.
@@ -93,9 +93,9 @@ void TestWindowFilm::dragTo(int percent) const
 
 void TestWindowFilm::theSliderFollowsTheFilm()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > 5, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > 5, TIMEOUT_MS);
     const int then = m_slider->value();
-    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > then, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > then, TIMEOUT_MS);
 }
 
 void TestWindowFilm::theSliderSeeks()
@@ -114,7 +114,7 @@ void TestWindowFilm::stopReturnsToTheStart()
     QVERIFY(comesTo(45, 55));
     click("Stop");
     QVERIFY(comesTo(0, 0));
-    QTRY_COMPARE_WITH_TIMEOUT(m_slider->value(), 0, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_slider->value(), 0, TIMEOUT_MS);
     click("Play");
     QVERIFY(comesTo(3, 40));
 }
@@ -164,7 +164,7 @@ void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays()
     for (int i = 0; i < 5; ++i)
         button(*m_window, faster)->click();
     QVERIFY(m_film->moving());
-    QTRY_VERIFY_WITH_TIMEOUT(!m_film->moving(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_film->moving(), TIMEOUT_MS);
     QCOMPARE(position(), 0);
     m_window->filmPlayOrPause();
     QVERIFY(m_film->moving());

@@ -21,7 +21,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 
 /// A disk of its own under a folder, read-only or of that size, for as long as it lives.
 class Disk
@@ -134,7 +134,7 @@ QString TestWindowFolders::messageAfter(const std::function<void()> &action)
         box->accept();
     });
     action();
-    if (!QTest::qWaitFor([&text] { return !text.isEmpty(); }, PATIENCE_MS) || title != "Error")
+    if (!QTest::qWaitFor([&text] { return !text.isEmpty(); }, TIMEOUT_MS) || title != "Error")
         return {};
     return text;
 }
@@ -188,14 +188,14 @@ void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing()
     ImageButton *button = m_window->button(Command::Snapshot);
     button->click();
     // The picture has been tried when the indication is shown, which a good one gets too.
-    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, TIMEOUT_MS);
     QCOMPARE(filesIn(refusing), QStringList());
     QVERIFY(!button->isCheckable());
     QVERIFY(!QApplication::activeModalWidget());
     // Nothing hangs on it: the next picture goes to another folder.
     Config::setSnapshotPath(good);
     button->click();
-    QTRY_COMPARE_WITH_TIMEOUT(filesIn(good).size(), 1, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(filesIn(good).size(), 1, TIMEOUT_MS);
 }
 
 void TestWindowFolders::aSeriesOutlivesAFullDisk()
@@ -212,12 +212,12 @@ void TestWindowFolders::aSeriesOutlivesAFullDisk()
     const QImage before = board->grab().toImage();
     ImageButton *button = m_window->button(Command::Snapshot);
     button->click();
-    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, TIMEOUT_MS);
     QVERIFY(board->seriesArmed());
     QCOMPARE(filesIn(folder), QStringList());
     // The disk is taken away and the folder has room again.
     disk.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), TIMEOUT_MS);
     QVERIFY(button->isChecked());
     button->click();
     QVERIFY(!button->isChecked());
@@ -243,7 +243,7 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
     const Disk disk(folder, size, readOnly);
     if (!disk.mounted())
         QSKIP("this system lets nobody mount a disk");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
     Config::setRecordPath(folder);
     for (ImageButton *record : recordButtons()) {
         QCOMPARE(messageAfter([record] { record->click(); }), sentence);
@@ -257,18 +257,18 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
     enter(*m_window, 1);
     enter(*m_window, 0);
     QCOMPARE(m_window->currentMode(), 0);
-    QVERIFY(clock.elapsed() < PATIENCE_MS / 4);
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+    QVERIFY(clock.elapsed() < TIMEOUT_MS / 4);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
 }
 
 void TestWindowFolders::aRecordingSaysThatItsFolderIsGone()
 {
     const QString folder = m_folder->filePath("passing");
     QVERIFY(QDir().mkpath(folder));
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
     Config::setRecordPath(folder);
     m_window->button(Command::Record)->click();
-    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), TIMEOUT_MS);
     QCOMPARE(messageAfter([&] { QVERIFY(QDir(folder).removeRecursively()); }),
              QString("The recording was stopped because its folder no longer exists."));
     QVERIFY(!m_window->recording());

@@ -17,7 +17,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 constexpr char NO_PICTURE[] = "Nothing was recorded because no picture came from the camera.";
 
 } // namespace
@@ -57,13 +57,13 @@ private slots:
     {
         const MessageLog log;
         QVERIFY(m_camera->plug());
-        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, PATIENCE_MS));
+        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, TIMEOUT_MS));
         QVERIFY(!m_window->liveSource()->running());
         record()->click();
         QVERIFY(showsRecording());
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
         // No less than a recorded second: sooner or later the file shows it.
-        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, TIMEOUT_MS);
         QVERIFY(showsRecording());
         record()->click();
         QVERIFY(!showsRecording());
@@ -75,7 +75,7 @@ private slots:
     {
         bringUp();
         m_camera->unplug();
-        QTRY_VERIFY_WITH_TIMEOUT(standsStill(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(standsStill(), TIMEOUT_MS);
         expectComplaint([this] { record()->click(); });
     }
 
@@ -103,7 +103,7 @@ private slots:
         expectComplaint([this] { record()->click(); });
         m_camera->faults().silent = 0;
         record()->click();
-        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, TIMEOUT_MS);
         record()->click();
         QCOMPARE(movies().size(), 1);
     }
@@ -142,8 +142,8 @@ private:
     void bringUp()
     {
         QVERIFY(m_camera->plug());
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(!standsStill(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!standsStill(), TIMEOUT_MS);
     }
 
     /// Whether no picture comes for as long as several would.
@@ -170,7 +170,7 @@ private:
             box->accept();
         });
         action();
-        QTRY_COMPARE_WITH_TIMEOUT(said, QStringList({"Error", NO_PICTURE}), PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(said, QStringList({"Error", NO_PICTURE}), TIMEOUT_MS);
         QTRY_VERIFY(!m_window->recording());
         QVERIFY(!showsRecording());
         QTRY_COMPARE(movies(), QStringList());

@@ -63,7 +63,7 @@ inline VirtualCameraConfig rigCamera()
 struct LiveRig {
     static constexpr QSize PREVIEW{1024, 768};
     static constexpr QSize RECORDING{1280, 720};
-    static constexpr int PATIENCE_MS = 30000;
+    static constexpr int TIMEOUT_MS = 30000;
 
     FrameSink sink;
     std::unique_ptr<LiveSource> source =
@@ -71,18 +71,18 @@ struct LiveRig {
 
     bool waitUntilRunning()
     {
-        return QTest::qWaitFor([this] { return source->running(); }, PATIENCE_MS);
+        return QTest::qWaitFor([this] { return source->running(); }, TIMEOUT_MS);
     }
 
     bool waitForFrames(int more = 3)
     {
         const int wanted = sink.count() + more;
-        return QTest::qWaitFor([this, wanted] { return sink.count() >= wanted; }, PATIENCE_MS);
+        return QTest::qWaitFor([this, wanted] { return sink.count() >= wanted; }, TIMEOUT_MS);
     }
 
     bool waitForSize(QSize size)
     {
-        return QTest::qWaitFor([this, size] { return sink.size() == size; }, PATIENCE_MS);
+        return QTest::qWaitFor([this, size] { return sink.size() == size; }, TIMEOUT_MS);
     }
 
     /// Plugged in, opened and streaming.

@@ -31,7 +31,7 @@ struct KeptRig : LiveRig {
     bool waitForState(State state)
     {
         return QTest::qWaitFor([this, state] { return keeper.status().state == state; },
-                               PATIENCE_MS);
+                               TIMEOUT_MS);
     }
 };
 
@@ -124,7 +124,7 @@ bool stoppedMeanwhile(VirtualCamera &camera, KeptRig &rig)
     // Seen: open, and no stream is asked for.
     CHECK(rig.waitForState(State::Seen));
     CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().gone == false; },
-                          LiveRig::PATIENCE_MS));
+                          LiveRig::TIMEOUT_MS));
     CHECK(staysWithoutFrames(rig.sink));
     rig.source->startCapture();
     return rig.waitForFrames();
@@ -147,7 +147,7 @@ MovieFacts probe(const QString &file)
                   {"-v", "error", "-count_packets", "-show_entries",
                    "stream=codec_type,duration,nb_read_packets", "-of", "csv=p=0", file});
     MovieFacts facts;
-    if (!ffprobe.waitForFinished(LiveRig::PATIENCE_MS))
+    if (!ffprobe.waitForFinished(LiveRig::TIMEOUT_MS))
         return facts;
     for (const QString &line : QString(ffprobe.readAllStandardOutput()).split('\n')) {
         const QStringList fields = line.split(',');
@@ -263,7 +263,7 @@ bool silentForAWhile(VirtualCamera &camera, KeptRig &rig)
     CHECK(rig.waitForState(State::Silent));
     // Its stream is asked for anew meanwhile.
     CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().frames == 0; },
-                          LiveRig::PATIENCE_MS));
+                          LiveRig::TIMEOUT_MS));
     camera.faults().silent = 0;
     return rig.waitForFrames() && rig.waitForState(State::Showing);
 }
@@ -276,7 +276,7 @@ bool controlHangs(VirtualCamera &camera, KeptRig &rig)
     unsigned long value = 3;
     CHECK(rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0);
     CHECK(rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0);
-    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::PATIENCE_MS));
+    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::TIMEOUT_MS));
     CHECK(rig.waitForFrames());
     return rig.keeper.status().state == State::Showing;
 }

@@ -237,7 +237,7 @@ int UvcFunction::extension(const SetupPacket &setup, std::uint8_t *data)
     }
 }
 
-/// The answer of the camera to a wish for that frame size: the layout of UVC 1.1.
+/// The answer of the camera to a request for that frame size: the layout of UVC 1.1.
 UvcFunction::StreamControl UvcFunction::streamControl(unsigned frameIndex) const
 {
     StreamControl block{};

@@ -21,13 +21,13 @@ public:
     /// What was written last, also after close().
     [[nodiscard]] QTextDocument &document() const;
 
-    /// Shows an empty editor with the keyboard focus.
+    /// Shows an empty editor that has the keyboard focus.
     void open(QPoint widgetPoint);
-    /// Also when the canvas itself is not on the screen.
+    /// Whether the editor is open, also while the canvas itself is not on the screen.
     [[nodiscard]] bool isOpen() const;
-    /// Hides the editor and leaves the keyboard focus to the window. The text stays.
+    /// Hides the editor and gives the keyboard focus to the window. The text stays.
     void close();
-    /// Moves an open editor back into a canvas that has become smaller.
+    /// Moves an open editor back into a canvas that has shrunk.
     void keepInside();
 
     /// Each acts on the selection, or else on what is typed next. A size below 1 point is ignored.

@@ -82,7 +82,7 @@ void MainWindow::changeEvent(QEvent *event)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     StyleWindow::resizeEvent(event);
-    // The move that belongs to the resize is told after it.
+    // The move that belongs to the resize is reported after it.
     if (m_missedWidening != 0 && !isMaximized() && !isFullScreen())
         QMetaObject::invokeMethod(this, &MainWindow::catchUpWidening, Qt::QueuedConnection);
 }
@@ -165,7 +165,7 @@ void MainWindow::applyMode()
 
 void MainWindow::expand()
 {
-    // There is no mode 5; a mode without a side panel would be tested here.
+    // There is no mode 5; it stands for a mode without a side panel.
     constexpr int NO_PANEL_MODE = 5;
     if (currentMode() == NO_PANEL_MODE && !m_sidePanelOpen)
         return;
@@ -194,7 +194,7 @@ void MainWindow::widen(int step)
 {
     const int before = width();
     resize(before + step, height());
-    // The right edge stays put, also where the minimum size took a part of the step.
+    // The right edge stays in place, also where the minimum size reduced the step.
     if (isVisible())
         move(pos() - QPoint(width() - before, 0));
 }
@@ -242,7 +242,7 @@ void MainWindow::reposition()
 
 void MainWindow::macro()
 {
-    // No button of this window switches the macro mode; a checkable one may be connected.
+    // No button of this window switches the macro mode, but a checkable one may be connected.
     const auto *macroButton = qobject_cast<QAbstractButton *>(sender());
     m_camera->setMacro(macroButton && macroButton->isChecked());
 }
@@ -305,7 +305,7 @@ void MainWindow::openMore()
     ImageButton *moreButton = button(Command::More);
     m_popups.open(Commands::row(Command::More), moreButton);
     const auto *popup = static_cast<MoreToolWindow *>(m_popups.current());
-    // What the mark points at is read there.
+    // The user reads there what the mark points to.
     const auto unmark = [moreButton](Pages::Id id) {
         if (id == Pages::Id::Recording)
             moreButton->setMarked(false);
@@ -342,7 +342,7 @@ void MainWindow::perform(Command command)
 
 void MainWindow::call(const char *slot)
 {
-    // A digit, the name and its brackets.
+    // Skips the digit before the name and the brackets after it.
     const QByteArray coded(slot);
     QMetaObject::invokeMethod(this, coded.mid(1, coded.indexOf('(') - 1).constData());
 }

@@ -30,8 +30,8 @@ namespace
 
 constexpr QSize MINIMUM_SIZE(800, 768);
 constexpr QSize LIVE_BOX_SIZE(60, 37);
-/// What the sources have of the two seconds that closing may take; thumbnails, and threads that are
-/// left behind, come after them.
+/// The part of the two seconds for closing that belongs to the sources; thumbnails and threads that
+/// are left behind come after them.
 constexpr std::chrono::milliseconds END_BOUND(1500);
 
 } // namespace
@@ -66,7 +66,7 @@ MainWindow::~MainWindow()
     const ExitDeadline end(END_BOUND);
     if (m_capture->recording())
         m_liveSource->stopRecord();
-    // Before any canvas; what still asks for the camera then finds none.
+    // Reset before any canvas is destroyed: what still asks for the camera then finds none.
     LiveSource *live = m_liveSource;
     m_liveSource = nullptr;
     m_capture->setSource(nullptr);
@@ -134,7 +134,7 @@ void MainWindow::createPanel()
         if (row.look & NeverChecked)
             made->setCheckable(false);
         made->setChecked((row.look & Checked) != 0);
-        // A button of other modes waits for them.
+        // A button that does not belong to Live mode is hidden until its mode is entered.
         if (!Modes::contains(row.modes, Live)) {
             made->hide();
             made->setEnabled(false);
@@ -190,7 +190,7 @@ void MainWindow::connectCommands()
         ImageButton *each = button(row.command);
         if (!each)
             continue;
-        // The panel's are connected where they are made.
+        // The side panel connects its own buttons where it makes them.
         if (row.clickSlot && !Commands::inPanel(row.group))
             connect(each, SIGNAL(clicked()), this, row.clickSlot);
         if (row.holdSlot)

@@ -12,7 +12,7 @@ namespace
 
 constexpr int BUTTON_X = 152;
 constexpr int PITCH = 33;
-/// The fill button that switches filling off, after the four colours.
+/// The fill button that turns filling off, after the four colours.
 constexpr int NO_FILL = 4;
 
 QImage background(int rows)

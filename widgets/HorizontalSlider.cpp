@@ -10,7 +10,7 @@
 namespace
 {
 
-// Kept free at either end of the strip.
+// The width that stays free at either end of the strip.
 constexpr int margin = 6;
 
 } // namespace
@@ -41,7 +41,7 @@ void HorizontalSlider::setValue(int value)
 
 double HorizontalSlider::strip() const
 {
-    // Real numbers throughout: a range may be empty or as wide as an int can say.
+    // Real numbers are needed because a range may be empty or span every int.
     const double steps = double(m_maximum) - double(m_minimum) + 1.0;
     return (width() - 2 * margin) / qMax(1.0, steps);
 }

@@ -10,10 +10,10 @@ namespace
 {
 
 constexpr int holdMs = 500;
-// Light for the dark faces and dark for the light ones: one of the two always stands out.
+// Light on the dark faces and dark on the light ones: one of the two is always visible.
 constexpr QRgb ringColour = 0xffffffff;
 constexpr QRgb innerRingColour = 0xff15181b;
-// Amber: red is for recording alone.
+// Amber, because red is reserved for recording.
 constexpr QRgb markColour = 0xffffc83d;
 
 bool isKeyReason(Qt::FocusReason reason)
@@ -22,7 +22,7 @@ bool isKeyReason(Qt::FocusReason reason)
            reason == Qt::ShortcutFocusReason;
 }
 
-// The focus goes or comes back without the user having chosen another widget of this window.
+// Whether the focus changes without the user having chosen another widget of this window.
 bool isPassing(Qt::FocusReason reason)
 {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
@@ -120,7 +120,7 @@ QImage ImageButton::convertToGrayScale(const QImage &image)
     if (result.isNull() || result.constBits() != image.constBits())
         return result;
     for (int y = 0; y < image.height(); ++y) {
-        // Both images turn gray through their one buffer, so it must not be detached here.
+        // Both images share this buffer and turn gray together, so it must not be detached here.
         auto *pixel = reinterpret_cast<QRgb *>(const_cast<uchar *>(image.constScanLine(y)));
         for (int x = 0; x < image.width(); ++x, ++pixel) {
             const QRgb gray =

@@ -12,7 +12,7 @@ namespace
 
 std::vector<ChoiceRow::Choice> choices()
 {
-    // What stays visible.
+    // Each names the part that stays visible.
     const QString names[] = {MaskToolWindow::tr("Circle"), MaskToolWindow::tr("Rectangle"),
                              MaskToolWindow::tr("Right half"), MaskToolWindow::tr("Lower half")};
     std::vector<ChoiceRow::Choice> list;

@@ -66,7 +66,7 @@ void Panel::finishAdjusting()
 {
     for (ImageButton *button : qAsConst(m_buttons))
         button->setVisible(button->isEnabled());
-    // A group that shows members again says so, however it was left.
+    // A group that shows buttons again says so, whatever its state was.
     for (int group = 0; group < m_groups.size(); ++group) {
         const QList<ImageButton *> tools = members(group);
         const bool shown = std::any_of(tools.begin(), tools.end(),
@@ -86,7 +86,7 @@ void Panel::toggleGroup()
     for (ImageButton *tool : members(group)) {
         if (!tool->isEnabled())
             continue;
-        // Not isVisible(), which says no for every button of a panel that is not on show itself.
+        // Not isVisible(), which is false for every button of a hidden panel.
         shown = tool->isHidden();
         tool->setVisible(shown);
     }

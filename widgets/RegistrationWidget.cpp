@@ -23,7 +23,7 @@ void RegistrationWidget::createEditors()
     for (int slot = 0; slot < SLOTS; ++slot) {
         auto *nameEdit = new QLineEdit(this);
         auto *contentEdit = new QTextEdit(this);
-        // What is stored is plain text; formatting pasted along would be lost without a word.
+        // Only plain text is stored; pasted formatting would be lost without a warning.
         contentEdit->setAcceptRichText(false);
         grid->addWidget(nameEdit, (slot / 2) * 2, slot % 2);
         grid->addWidget(contentEdit, (slot / 2) * 2 + 1, slot % 2);

@@ -35,7 +35,7 @@ constexpr std::array<const char *, 2> captureNames{
 constexpr std::array<CanvasModes::SnapshotMode, 2> captureModes{CanvasModes::Single,
                                                                 CanvasModes::Continuous};
 
-// Rows of the form; their places are drawn into the background between its dividing lines.
+// Rows of the form; the background has its dividing lines between them.
 enum Row { Source, Resolution, Recording, Capture, Time, SaveAs, RecordingSave, Buttons };
 constexpr std::array<int, 8> ROW_Y{30, 60, 90, 128, 158, 196, 226, 270};
 constexpr int ROW_HEIGHT = 24;
@@ -89,7 +89,7 @@ SettingsToolWindow::SettingsToolWindow(ImageButton *toolButton, MainWindow *main
                              resolutionEntry(Config::resolutionIndex()), Resolution);
     m_recordingBox = addBox(tr("Recording"), resolutions,
                             resolutionEntry(Config::recordingResolutionIndex()), Recording);
-    // After the initial value: a stored one is no new choice to ask about.
+    // Connected after the stored value is shown, which is not a new choice to ask about.
     connect(m_recordingBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(recordingResolutionChanged(int)));
     m_captureBox = addBox(tr("Capture"), translated(captureNames),
@@ -144,7 +144,7 @@ void SettingsToolWindow::settingsOk()
     const QSize previous = Config::resolution();
     if (m_resolutionBox->currentIndex() >= 0)
         Config::setResolutionIndex(m_resolutionBox->currentIndex());
-    // A new preview size restarts the stream, which would cut a running movie short unsaid.
+    // A new preview size restarts the stream, which would cut off a running recording silently.
     if (Config::resolution() != previous)
         WindowServices::of(m_mainWindow).stopRecording();
     if (live)
@@ -172,7 +172,7 @@ QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &tex
     FormControls::applyLook(field, ROW_HEIGHT);
     field->setFixedWidth(FIELD_WIDTH);
     field->move(FIELD_X, ROW_Y[std::size_t(row)]);
-    // The end of a long path tells more than its beginning; the tip has it whole.
+    // The end of a long path says more than its beginning; the tip shows all of it.
     field->end(false);
     field->setToolTip(text);
     return field;
@@ -199,7 +199,7 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
     button->setFont(FormControls::font());
     button->setText(caption);
     button->setAccessibleName(accessibleName);
-    // Where the caption says it all, a tip would only say it again.
+    // A tip that repeats the caption says nothing new.
     if (accessibleName != caption)
         button->setToolTip(accessibleName);
     connect(button, SIGNAL(clicked()), this, slot);

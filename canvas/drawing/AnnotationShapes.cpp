@@ -89,8 +89,8 @@ QPolygonF AnnotationShapes::arrow(QPoint tail, QPoint tip)
 
 QPolygon AnnotationShapes::triangle(QPoint apex, QPoint baseCentre)
 {
-    // std::round goes away from zero at a half for both signs, so that mirrored drags give
-    // mirrored triangles.
+    // std::round rounds halves away from zero for both signs, so that mirrored drags give mirrored
+    // triangles.
     const QPoint way = baseCentre - apex;
     const QPoint half(static_cast<int>(std::round(-way.y() / std::sqrt(3.0))),
                       static_cast<int>(std::round(way.x() / std::sqrt(3.0))));

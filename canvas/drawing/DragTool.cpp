@@ -13,7 +13,7 @@
 namespace
 {
 
-/// An offset after the picture was pulled along; two points may be farther apart than an int holds.
+/// The offset after the picture was dragged along. The distance of two points may overflow an int.
 int pulled(int offset, int from, int to)
 {
     const qint64 corner = qint64(offset) - (qint64(to) - from);

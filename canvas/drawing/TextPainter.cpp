@@ -56,6 +56,6 @@ void TextPainter::paint(QTextDocument &document, AnnotationLayer &layer, const T
                     painter.setTransform(place);
                     document.drawContents(&painter);
                 });
-    // The letters cover far less than they might have.
+    // Only the tiles under the letters carry drawing, which are fewer than were touched.
     layer.trim();
 }

@@ -11,7 +11,8 @@ constexpr std::size_t LARGEST_SHELF = 4;
 
 } // namespace
 
-/// What lies ready to be used again. A change of size empties it, as mixed sizes only cost memory.
+/// The memory that is ready to be used again. A change of size empties it, because mixed sizes only
+/// cost memory.
 struct FramePool::Shelf {
     std::mutex lock; ///< Guards all members.
     std::vector<std::unique_ptr<Frame>> spare;

@@ -20,7 +20,7 @@ class CommandCard : public QWidget
 public:
     CommandCard(CommandButtons *buttons, QWidget *window);
 
-    /// Takes its place, and shows as many buttons as fit.
+    /// Moves the card to its place and shows as many buttons as fit.
     void place(const WindowLayout &at);
     /// The buttons that did not fit, in their order.
     [[nodiscard]] const std::vector<ImageButton *> &hidden() const { return m_hidden; }

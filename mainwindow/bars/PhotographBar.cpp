@@ -53,7 +53,7 @@ QString sentenceOn(PictureProblem problem)
 /// Why a file that was chosen is not among the photographs of its folder.
 QString sentenceOnChosen(const QFileInfo &file, bool folderAnswered)
 {
-    // A drive that is silent is not asked once more.
+    // A drive that did not answer is not asked again.
     if (!folderAnswered)
         return sentenceOn(PictureProblem::NoAnswer);
     const QString name = file.fileName();
@@ -130,7 +130,7 @@ void PhotographBar::openDirectory()
 {
     m_popups->closeAny();
     const QString file = QFileDialog::getOpenFileName(m_window, QString(), Config::snapshotPath());
-    // The folder of an empty answer would be the current one.
+    // An empty answer would mean the current folder.
     if (file.isEmpty())
         return;
     const QFileInfo info(file);
@@ -182,7 +182,7 @@ void PhotographBar::showInterval()
     const bool shown = m_intervalButton->isChecked();
     m_interval->setVisible(shown);
     m_intervalLabel->setVisible(shown);
-    // In a narrow window the slider reaches under the index.
+    // In a narrow window the slider extends below the index.
     m_indexLabel->raise();
     m_intervalLabel->raise();
 }
@@ -224,7 +224,7 @@ void PhotographBar::createInterval()
 {
     m_interval = new Slider(Qt::Horizontal, m_window);
     m_interval->setTickPosition(QSlider::TicksBelow);
-    // The height ends above the numbers.
+    // The slider's height ends above the numbers.
     m_interval->setFixedSize(160, 20);
     m_interval->setPageStep(1);
     m_interval->setRange(0, int(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);

@@ -14,7 +14,7 @@ namespace Pages
 
 enum class Id { Camera, Recording, Keys };
 
-/// What pages tell of; both outlive the pop-up.
+/// What the pages report on; both objects outlive the pop-up.
 struct Context {
     const CanvasDeck *deck = nullptr;
     const LiveSource *camera = nullptr;
@@ -24,7 +24,7 @@ struct Page {
     Id id;
     /// A marked source text of the pop-up.
     const char *title;
-    /// Builds the page with what is known now.
+    /// Builds the page with the current information.
     QWidget *(*make)(const Context &context, QWidget *parent);
 };
 
@@ -35,7 +35,7 @@ struct Page {
 [[nodiscard]] QWidget *makeRecordingPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makeKeysPage(const Context &context, QWidget *parent);
 
-/// A page of two columns: what, and how it is.
+/// A row of a page with two columns: a name and its value.
 struct Line {
     QString what;
     QString how;

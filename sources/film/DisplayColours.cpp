@@ -9,12 +9,12 @@ namespace
 using Matrix = std::array<double, 9>;
 using Place = std::array<double, 2>;
 
-// BT.1886, the light of a screen.
+// BT.1886, the transfer function of a screen.
 constexpr double screenGamma = 2.4;
-// What BT.2408 calls the white of a page, and the brightest that HLG and most PQ films hold.
+// The white of a page in BT.2408, and the brightest value in HLG and most PQ films.
 constexpr double whiteNits = 203;
 constexpr double peakNits = 1000;
-/// From here on light is pressed together.
+/// Light above this value is compressed.
 constexpr float knee = 0.6F;
 
 Matrix inverse(const Matrix &m)
@@ -98,7 +98,7 @@ double lightOf(double value, DisplayColours::Transfer transfer)
     return std::pow(value, screenGamma);
 }
 
-/// Light of any strength below 1; what is below the knee stays.
+/// Maps light of any strength below 1; light below the knee does not change.
 float pressed(float light)
 {
     constexpr float peak = (static_cast<float>(peakNits / whiteNits) - knee) / (1 - knee);

@@ -7,7 +7,7 @@ namespace
 {
 
 constexpr QSize largest(3840, 2160);
-/// More is no shape of pixels that anybody uses.
+/// No real film has pixels more uneven than this.
 constexpr double mostUneven = 10;
 
 } // namespace

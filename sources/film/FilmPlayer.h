@@ -44,7 +44,7 @@ public:
         /// that comes meanwhile may make it untrue: atEnd() tells.
         std::function<void()> ended;
         /// Something that the user should be told: at the latest five seconds after the sound or
-        /// the disk was asked for, or ten when it answers and still nothing comes of it. `ended`
+        /// the disk was asked for, or ten when it answers but the film still does not show. `ended`
         /// follows when nothing will be shown.
         std::function<void(FilmFault fault)> faulty;
     };

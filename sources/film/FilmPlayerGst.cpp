@@ -114,7 +114,7 @@ private:
         const std::shared_ptr<PlaybackThreadGst> current = engine();
         if (!current)
             return;
-        // The disk of the film before is none of this one's business.
+        // A new film must not wait long for the disk of the previous one.
         if (current->asksDisk())
             current->hurry(leaveBound);
         current->wake();
@@ -135,7 +135,7 @@ private:
         }
     }
 
-    /// False when the player goes.
+    /// False when the player is being destroyed.
     bool replace(const std::shared_ptr<PlaybackThreadGst> &hanging)
     {
         const bool sound = !hanging->silent() && !hanging->asksDisk();
@@ -144,7 +144,7 @@ private:
             const std::lock_guard lock(m_mutex);
             if (m_finished)
                 return false;
-            // Without its sound, a film gets a second chance.
+            // A film whose sound hangs is tried again without its sound.
             film = m_state->requests.renew(sound ? std::nullopt
                                                  : std::optional<quint64>(hanging->film()));
             m_state->pictures.expect(film.number);

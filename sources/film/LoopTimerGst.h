@@ -6,7 +6,7 @@
 #include <functional>
 #include <gst/gst.h>
 
-/// Calls a function again and again on the thread that runs a main context. Belongs to that thread.
+/// Calls a function repeatedly on the thread that runs a main context. Belongs to that thread.
 class LoopTimerGst
 {
 public:

@@ -18,7 +18,7 @@ constexpr std::chrono::seconds workTimeout(10);
 constexpr std::chrono::milliseconds failureTimeout(500);
 constexpr std::chrono::milliseconds checkInterval(200);
 constexpr std::chrono::milliseconds lengthInterval(500);
-// Not a place: where the film is, the pipeline knows.
+// The pipeline knows the place.
 constexpr std::nullopt_t unknownPlace = std::nullopt;
 
 } // namespace
@@ -75,7 +75,7 @@ void PlaybackEngineGst::finish()
     closePipeline();
     complete(m_requests.takeSeeksBefore(m_film.number), false);
     complete(m_requests.takeSeeks(m_film.number), false);
-    // Of a film that was never taken.
+    // These seeks belong to a film that was never opened.
     if (const std::optional<PlaybackRequests::Film> newest = m_requests.otherFilm(m_film.number))
         complete(m_requests.takeSeeks(newest->number), false);
 }
@@ -110,7 +110,7 @@ void PlaybackEngineGst::takeFilm(PlaybackRequests::Film film)
     m_silent = !m_around.soundAnswers();
     m_wasOpen = false;
     m_atEnd = false;
-    // There is another film by now if the closing has taken long.
+    // Another film may have been chosen while the closing took long.
     if (!m_film.path || m_requests.otherFilm(m_film.number))
         return;
     if (m_silent)
@@ -140,7 +140,7 @@ void PlaybackEngineGst::openPipeline(double at)
     show(m_pipeline->element());
     m_requests.setPlace(m_film.number, at);
     m_pipeline->setVolume(static_cast<double>(m_volume));
-    // A failure comes as a message, too, which tells whose it is.
+    // A failure is also reported by a message, which names the element.
     const Result result = m_pipeline->setState(GST_STATE_PAUSED);
     begin(Work::Opening, result == Result::Failed ? failureTimeout : workTimeout);
 }
@@ -238,8 +238,8 @@ void PlaybackEngineGst::checkWork()
         breakOff(FilmFault::NotAnswering);
 }
 
-/// While a pipeline is put together the media library swallows an error that comes at the wrong
-/// moment; what is seen of it is that nothing runs any more. Twice, as a message may be on its way.
+/// While a pipeline is put together the media library loses an error that comes at the wrong
+/// moment; then nothing runs any more. Must be seen twice, as a message may be on its way.
 bool PlaybackEngineGst::standsStill()
 {
     const bool stoodStill = m_stoodStill;
@@ -373,7 +373,7 @@ void PlaybackEngineGst::tell(FilmFault fault)
 
 void PlaybackEngineGst::reportDuration()
 {
-    // What has been played is there, whatever the file says.
+    // What has been played exists, whatever the file says.
     const double duration = std::max(m_pipeline->duration(), currentTime());
     if (duration == m_duration || !m_requests.setLength(m_film.number, duration))
         return;

@@ -95,9 +95,9 @@ private:
     std::unique_ptr<FilmPipelineGst> m_pipeline;
     PlaybackRequests::Film m_film;
     Work m_work = Work::None;
-    /// Looks after the work while there is any.
+    /// Checks the work while there is any.
     LoopTimerGst m_workTimer;
-    /// Asks for the length while a film plays: some tell it only as they are read.
+    /// Asks for the length while a film plays: some formats only reveal it as they are read.
     LoopTimerGst m_lengthTimer;
     std::chrono::steady_clock::time_point m_workEnds;
     bool m_stoodStill = false;

@@ -11,7 +11,7 @@
 namespace
 {
 
-/// For the end of the program.
+/// How long the end of the program waits for the thread.
 constexpr std::chrono::milliseconds endBound(300);
 
 } // namespace

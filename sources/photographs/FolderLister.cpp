@@ -24,7 +24,7 @@ std::optional<QStringList> FolderLister::list(const QDir &folder)
     if (!m_worker)
         m_worker = std::make_unique<BoundedWorker>("FolderLister");
     const auto names = std::make_shared<QStringList>();
-    // The call's own copy of the folder keeps what it remembers of it to itself.
+    // The call has a copy of the folder of its own, so that what that caches stays with it.
     const auto job = [names, own = QString(path.constData(), path.size())] {
         const DetachedThreads::Running detached;
         *names = PhotographList::list(QDir(own));

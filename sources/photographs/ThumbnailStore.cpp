@@ -83,8 +83,8 @@ QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds
         PictureReader::readFileFitted(file, shares ? SHARED_SIZE : bounds, !shares);
     if (whole.picture.isNull())
         return {};
-    // Others want to see through what is transparent, and a picture that is small needs no
-    // thumbnail. One that was being written meanwhile has no lasting content yet.
+    // Other programs want to keep transparency, and a small picture needs no thumbnail. A file that
+    // was being written meanwhile has no lasting content yet.
     const bool isSmall = whole.wholeSize.width() <= SHARED_SIZE.width() &&
                          whole.wholeSize.height() <= SHARED_SIZE.height();
     if (shares && !isSmall && !whole.isTransparent && PictureFile(path).stamp() == file.stamp())

@@ -15,7 +15,7 @@ constexpr int SILENCE_SAMPLES = static_cast<int>(SILENCE_US * SoundCapture::SAMP
 constexpr qint64 FIRST_SOUND_US = 500000;
 /// How late the sound of a source may come before silence takes its place.
 constexpr qint64 STALL_US = 700000;
-/// How far a piece may reach into the one before it by the scatter of its time alone.
+/// How far a piece may reach into the one before it because its stamp scatters.
 constexpr qint64 JITTER_US = 20000;
 
 qint64 durationUs(size_t samples)

@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class TestApplicationIcon : public QObject
+class ApplicationIconTest : public QObject
 {
     Q_OBJECT
 
@@ -13,7 +13,7 @@ private slots:
     void everySizeIsDrawnForItself();
 };
 
-void TestApplicationIcon::everySizeIsDrawnForItself_data()
+void ApplicationIconTest::everySizeIsDrawnForItself_data()
 {
     QTest::addColumn<int>("size");
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
@@ -21,7 +21,7 @@ void TestApplicationIcon::everySizeIsDrawnForItself_data()
 }
 
 // An icon that lacks a size answers with a larger one, shrunk, or a smaller one as it is.
-void TestApplicationIcon::everySizeIsDrawnForItself()
+void ApplicationIconTest::everySizeIsDrawnForItself()
 {
     QFETCH(int, size);
     const QIcon icon = applicationIcon();
@@ -42,5 +42,5 @@ void TestApplicationIcon::everySizeIsDrawnForItself()
     QVERIFY2(ground * 4 > size * size, qPrintable(QString::number(ground)));
 }
 
-REGISTER_TEST(TestApplicationIcon)
+REGISTER_TEST(ApplicationIconTest)
 #include "tst_application_icon.moc"

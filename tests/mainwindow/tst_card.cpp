@@ -12,7 +12,7 @@
 #include <QTest>
 
 /// The card at the lower left and the pop-up that its last button opens.
-class TestCard : public QObject
+class CardTest : public QObject
 {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ private slots:
     void thePagesTellOfKeysAndFailures();
 };
 
-void TestCard::asManyStandOnItAsFit_data()
+void CardTest::asManyStandOnItAsFit_data()
 {
     QTest::addColumn<int>("commands");
     QTest::addColumn<int>("room");
@@ -37,7 +37,7 @@ void TestCard::asManyStandOnItAsFit_data()
     QTest::newRow("never fewer than three") << 9 << 20 << 3;
 }
 
-void TestCard::asManyStandOnItAsFit()
+void CardTest::asManyStandOnItAsFit()
 {
     QFETCH(int, commands);
     QFETCH(int, room);
@@ -45,7 +45,7 @@ void TestCard::asManyStandOnItAsFit()
     QCOMPARE(CardLayout::shown(commands, room), shown);
 }
 
-void TestCard::itFitsBesideTheBarsInEveryWindow()
+void CardTest::itFitsBesideTheBarsInEveryWindow()
 {
     for (int width = 800; width < 2000; ++width) {
         for (const bool open : {false, true}) {
@@ -61,7 +61,7 @@ void TestCard::itFitsBesideTheBarsInEveryWindow()
     }
 }
 
-void TestCard::itsButtonsStandInARowAndJoinTheOthers()
+void CardTest::itsButtonsStandInARowAndJoinTheOthers()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -81,7 +81,7 @@ void TestCard::itsButtonsStandInARowAndJoinTheOthers()
     QVERIFY(card.hidden().empty());
 }
 
-void TestCard::aHiddenButtonIsOfferedInThePopUp()
+void CardTest::aHiddenButtonIsOfferedInThePopUp()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -95,7 +95,7 @@ void TestCard::aHiddenButtonIsOfferedInThePopUp()
     QCOMPARE(clicks.count(), 1);
 }
 
-void TestCard::thePagesTellOfKeysAndFailures()
+void CardTest::thePagesTellOfKeysAndFailures()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -134,5 +134,5 @@ void TestCard::thePagesTellOfKeysAndFailures()
     QVERIFY2(text().contains("Not saved"), qPrintable(text()));
 }
 
-REGISTER_TEST(TestCard)
+REGISTER_TEST(CardTest)
 #include "tst_card.moc"

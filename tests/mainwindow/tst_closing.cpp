@@ -266,7 +266,7 @@ private:
 } // namespace
 
 /// Closes the window in every state; each time in a process of its own, whose end counts.
-class TestClosing : public QObject
+class ClosingTest : public QObject
 {
     Q_OBJECT
 
@@ -277,14 +277,14 @@ private slots:
     void aHangingSoundServerDoesNotHoldUpTheEnd();
 };
 
-void TestClosing::closingEndsTheProcess_data()
+void ClosingTest::closingEndsTheProcess_data()
 {
     QTest::addColumn<QString>("state");
     for (const QString &state : states().keys())
         QTest::newRow(qPrintable(state)) << state;
 }
 
-void TestClosing::closingEndsTheProcess()
+void ClosingTest::closingEndsTheProcess()
 {
     QFETCH(QString, state);
     const QTemporaryDir folder;
@@ -310,7 +310,7 @@ void TestClosing::closingEndsTheProcess()
     qInfo("%lld ms", clock.elapsed());
 }
 
-void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
+void ClosingTest::aHangingPrintServerDoesNotHoldUpTheStart()
 {
     const QTemporaryDir folder;
     const QByteArray path = QFile::encodeName(folder.filePath("cups.sock"));
@@ -327,7 +327,7 @@ void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
     QVERIFY(!server.wasAsked());
 }
 
-void TestClosing::aHangingSoundServerDoesNotHoldUpTheEnd()
+void ClosingTest::aHangingSoundServerDoesNotHoldUpTheEnd()
 {
     const QTemporaryDir folder;
     const QByteArray path = QFile::encodeName(folder.filePath("pulse.sock"));
@@ -361,7 +361,7 @@ int main(int argc, char **argv)
         DetachedThreads::exitProcess(runAndClose(argc, argv, QString::fromLocal8Bit(argv[2])),
                                      std::chrono::milliseconds(200));
     QCoreApplication application(argc, argv);
-    TestClosing test;
+    ClosingTest test;
     return QTest::qExec(&test, argc, argv);
 }
 

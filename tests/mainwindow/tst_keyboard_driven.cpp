@@ -38,7 +38,7 @@ public:
 } // namespace
 
 /// What only a real keyboard, its repeats and a window manager show.
-class TestKeyboardDriven : public QObject
+class KeyboardDrivenTest : public QObject
 {
     Q_OBJECT
 
@@ -56,14 +56,14 @@ private:
     QTemporaryDir m_folder;
 };
 
-void TestKeyboardDriven::init()
+void KeyboardDrivenTest::init()
 {
     usualSettings();
     m_window = open();
     QVERIFY(m_window);
 }
 
-void TestKeyboardDriven::aDragInFullScreenLeavesEscapeAlive()
+void KeyboardDrivenTest::aDragInFullScreenLeavesEscapeAlive()
 {
     Pointer::key("F11");
     QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, TIMEOUT_MS);
@@ -74,7 +74,7 @@ void TestKeyboardDriven::aDragInFullScreenLeavesEscapeAlive()
     QVERIFY(!m_window->isFullScreen());
 }
 
-void TestKeyboardDriven::thePanelKeepsItsWidthAcrossFullScreen()
+void KeyboardDrivenTest::thePanelKeepsItsWidthAcrossFullScreen()
 {
     ImageButton *side = button(*m_window, "Side panel");
     const int right = m_window->geometry().right();
@@ -95,7 +95,7 @@ void TestKeyboardDriven::thePanelKeepsItsWidthAcrossFullScreen()
     QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, TIMEOUT_MS);
 }
 
-void TestKeyboardDriven::theAboutPopUpStandsByItsButtonAfterAResize()
+void KeyboardDrivenTest::theAboutPopUpStandsByItsButtonAfterAResize()
 {
     ImageButton *about = button(*m_window, "About");
     m_window->move(300, 40);
@@ -110,7 +110,7 @@ void TestKeyboardDriven::theAboutPopUpStandsByItsButtonAfterAResize()
     }
 }
 
-void TestKeyboardDriven::aHeldPageKeyStopsWhenItIsLetGo()
+void KeyboardDrivenTest::aHeldPageKeyStopsWhenItIsLetGo()
 {
     // Photographs of 24 megapixels take longer to read than the time between two repeats, and of so
     // many only the next ones have been read ahead.
@@ -133,5 +133,5 @@ void TestKeyboardDriven::aHeldPageKeyStopsWhenItIsLetGo()
              qPrintable(QString("%1 of %2").arg(steps.count()).arg(presses.repeats)));
 }
 
-REGISTER_TEST(TestKeyboardDriven)
+REGISTER_TEST(KeyboardDrivenTest)
 #include "tst_keyboard_driven.moc"

@@ -23,7 +23,7 @@ using namespace WindowProbe;
 
 /// Drives the whole window as a teacher does, with the mouse and the keyboard of a real display
 /// server, a window manager and the emulated camera.
-class TestMainWindowDriven : public QObject
+class MainWindowDrivenTest : public QObject
 {
     Q_OBJECT
 
@@ -54,14 +54,14 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void TestMainWindowDriven::initTestCase()
+void MainWindowDrivenTest::initTestCase()
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     m_camera = std::make_unique<VirtualCamera>();
     QVERIFY(m_camera->plug());
 }
 
-void TestMainWindowDriven::init()
+void MainWindowDrivenTest::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     Config::setSnapshotPath(m_folder->path());
@@ -71,17 +71,17 @@ void TestMainWindowDriven::init()
     QVERIFY(m_window);
 }
 
-void TestMainWindowDriven::cleanup()
+void MainWindowDrivenTest::cleanup()
 {
     m_window.reset();
 }
 
-void TestMainWindowDriven::cleanupTestCase()
+void MainWindowDrivenTest::cleanupTestCase()
 {
     m_camera.reset();
 }
 
-bool TestMainWindowDriven::liveRuns() const
+bool MainWindowDrivenTest::liveRuns() const
 {
     return QTest::qWaitFor(
         [this] {
@@ -92,7 +92,7 @@ bool TestMainWindowDriven::liveRuns() const
         TIMEOUT_MS);
 }
 
-bool TestMainWindowDriven::wrote(std::uint64_t id, std::uint64_t value)
+bool MainWindowDrivenTest::wrote(std::uint64_t id, std::uint64_t value)
 {
     return QTest::qWaitFor(
         [&] {
@@ -111,14 +111,14 @@ bool TestMainWindowDriven::wrote(std::uint64_t id, std::uint64_t value)
         TIMEOUT_MS);
 }
 
-void TestMainWindowDriven::everyButtonAnswersInEveryMode_data()
+void MainWindowDrivenTest::everyButtonAnswersInEveryMode_data()
 {
     QTest::addColumn<int>("mode");
     for (int mode = 0; mode < 4; ++mode)
         QTest::newRow(qPrintable(modes()[mode])) << mode;
 }
 
-void TestMainWindowDriven::everyButtonAnswersInEveryMode()
+void MainWindowDrivenTest::everyButtonAnswersInEveryMode()
 {
     QFETCH(int, mode);
     if (mode != 0)
@@ -160,7 +160,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
     QCOMPARE(m_window->currentMode(), mode);
 }
 
-void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
+void MainWindowDrivenTest::holdingInEveryModeOpensEveryPopUp()
 {
     for (int mode = 0; mode < 4; ++mode) {
         if (mode != 0)
@@ -180,7 +180,7 @@ void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
     QVERIFY(!m_window->currentToolWindow());
 }
 
-void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
+void MainWindowDrivenTest::popUpFollowsTheMovedAndResizedWindow()
 {
     ToolWindow *popup = hold(*m_window, Command::Circle);
     QVERIFY(popup);
@@ -202,7 +202,7 @@ void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
     QTRY_VERIFY_WITH_TIMEOUT(beside(), TIMEOUT_MS);
 }
 
-void TestMainWindowDriven::sidePanelKeepsTheRightEdge()
+void MainWindowDrivenTest::sidePanelKeepsTheRightEdge()
 {
     m_window->move(400, 100);
     QTRY_VERIFY_WITH_TIMEOUT(qAbs(m_window->x() - 400) < 20, TIMEOUT_MS);
@@ -218,7 +218,7 @@ void TestMainWindowDriven::sidePanelKeepsTheRightEdge()
     }
 }
 
-void TestMainWindowDriven::maximisedWindowKeepsItsSize()
+void MainWindowDrivenTest::maximisedWindowKeepsItsSize()
 {
     m_window->showMaximized();
     QTRY_VERIFY_WITH_TIMEOUT(m_window->isMaximized() && m_window->width() > 1900, TIMEOUT_MS);
@@ -239,7 +239,7 @@ void TestMainWindowDriven::maximisedWindowKeepsItsSize()
     QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), TIMEOUT_MS);
 }
 
-void TestMainWindowDriven::buttonsSteerTheCamera()
+void MainWindowDrivenTest::buttonsSteerTheCamera()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -266,7 +266,7 @@ void TestMainWindowDriven::buttonsSteerTheCamera()
     QVERIFY(wrote(OPTICAL_ZOOM_POSITION, 0));
 }
 
-void TestMainWindowDriven::aZoomHeldOverAModeChangeIsReleased()
+void MainWindowDrivenTest::aZoomHeldOverAModeChangeIsReleased()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -290,7 +290,7 @@ void TestMainWindowDriven::aZoomHeldOverAModeChangeIsReleased()
     Pointer::keyUp("plus");
 }
 
-void TestMainWindowDriven::aZoomEndsWithItsKey()
+void MainWindowDrivenTest::aZoomEndsWithItsKey()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -313,7 +313,7 @@ void TestMainWindowDriven::aZoomEndsWithItsKey()
     QVERIFY(wrote(ZOOM_OUT_KEY, 0));
 }
 
-void TestMainWindowDriven::keysServeThePresenter()
+void MainWindowDrivenTest::keysServeThePresenter()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -367,5 +367,5 @@ void TestMainWindowDriven::keysServeThePresenter()
     }
 }
 
-REGISTER_TEST(TestMainWindowDriven)
+REGISTER_TEST(MainWindowDrivenTest)
 #include "tst_main_window_driven.moc"

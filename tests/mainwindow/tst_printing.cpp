@@ -70,7 +70,7 @@ int quarterAt(const QImage &page, QPoint point)
 } // namespace
 
 /// Prints through a print server of its own to a printer that keeps the pages as files.
-class TestPrinting : public QObject
+class PrintingTest : public QObject
 {
     Q_OBJECT
 
@@ -92,7 +92,7 @@ private:
     QStringList m_seen;
 };
 
-void TestPrinting::initTestCase()
+void PrintingTest::initTestCase()
 {
     const QString folder = m_folder.filePath("server");
     qputenv("CUPS_SERVER", QFile::encodeName(folder + "/cups.sock"));
@@ -105,18 +105,18 @@ void TestPrinting::initTestCase()
     QCOMPARE(QPrinterInfo::availablePrinterNames(), QStringList{"TestPDF"});
 }
 
-void TestPrinting::cleanupTestCase()
+void PrintingTest::cleanupTestCase()
 {
     m_server.terminate();
     QVERIFY(m_server.waitForFinished());
 }
 
-QStringList TestPrinting::jobs() const
+QStringList PrintingTest::jobs() const
 {
     return QDir(m_folder.filePath("server/jobs")).entryList({"*.pdf"}, QDir::Files);
 }
 
-QImage TestPrinting::nextPage()
+QImage PrintingTest::nextPage()
 {
     QString job;
     const bool came = QTest::qWaitFor(
@@ -142,7 +142,7 @@ QImage TestPrinting::nextPage()
     return page;
 }
 
-void TestPrinting::pagesHoldThePictureFittedAndCentred_data()
+void PrintingTest::pagesHoldThePictureFittedAndCentred_data()
 {
     QTest::addColumn<QSize>("picture");
     QTest::addColumn<bool>("landscape");
@@ -159,7 +159,7 @@ void TestPrinting::pagesHoldThePictureFittedAndCentred_data()
         << QSize(600, 900) << true << int(TopLeft) << int(TopRight);
 }
 
-void TestPrinting::pagesHoldThePictureFittedAndCentred()
+void PrintingTest::pagesHoldThePictureFittedAndCentred()
 {
     QFETCH(QSize, picture);
     QFETCH(bool, landscape);
@@ -200,7 +200,7 @@ void TestPrinting::pagesHoldThePictureFittedAndCentred()
     QCOMPARE(quarterAt(page, box.topRight() + QPoint(-20, 20)), topRight);
 }
 
-void TestPrinting::aDismissedDialogPrintsNothing()
+void PrintingTest::aDismissedDialogPrintsNothing()
 {
     MainWindow window;
     window.show();
@@ -216,7 +216,7 @@ void TestPrinting::aDismissedDialogPrintsNothing()
     QCOMPARE(jobs().size(), before);
 }
 
-void TestPrinting::anEmptyPicturePrintsNothing()
+void PrintingTest::anEmptyPicturePrintsNothing()
 {
     MainWindow window;
     window.show();
@@ -241,5 +241,5 @@ void TestPrinting::anEmptyPicturePrintsNothing()
     QCOMPARE(jobs().size(), before + 1);
 }
 
-REGISTER_TEST(TestPrinting)
+REGISTER_TEST(PrintingTest)
 #include "tst_printing.moc"

@@ -24,7 +24,7 @@ constexpr int SECONDS = 20;
 } // namespace
 
 /// The bar under a film drives the film, and the film its slider.
-class TestWindowFilm : public QObject
+class WindowFilmTest : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private:
     HorizontalSlider *m_slider = nullptr;
 };
 
-void TestWindowFilm::initTestCase()
+void WindowFilmTest::initTestCase()
 {
     beOnOneself();
     usualSettings();
@@ -65,7 +65,7 @@ void TestWindowFilm::initTestCase()
              0);
 }
 
-void TestWindowFilm::init()
+void WindowFilmTest::init()
 {
     m_window = std::make_unique<MainWindow>();
     m_window->show();
@@ -79,26 +79,26 @@ void TestWindowFilm::init()
                               TIMEOUT_MS);
 }
 
-bool TestWindowFilm::comesTo(int from, int to) const
+bool WindowFilmTest::comesTo(int from, int to) const
 {
     return QTest::qWaitFor([=] { return position() >= from && position() <= to; }, TIMEOUT_MS);
 }
 
 /// With the mouse: what the film writes into its slider seeks nothing.
-void TestWindowFilm::dragTo(int percent) const
+void WindowFilmTest::dragTo(int percent) const
 {
     const QPoint place(m_slider->width() * percent / 100, m_slider->height() / 2);
     QTest::mouseClick(m_slider, Qt::LeftButton, {}, place);
 }
 
-void TestWindowFilm::theSliderFollowsTheFilm()
+void WindowFilmTest::theSliderFollowsTheFilm()
 {
     QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > 5, TIMEOUT_MS);
     const int then = m_slider->value();
     QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > then, TIMEOUT_MS);
 }
 
-void TestWindowFilm::theSliderSeeks()
+void WindowFilmTest::theSliderSeeks()
 {
     click("Pause");
     dragTo(50);
@@ -107,7 +107,7 @@ void TestWindowFilm::theSliderSeeks()
     QVERIFY(comesTo(15, 25));
 }
 
-void TestWindowFilm::stopReturnsToTheStart()
+void WindowFilmTest::stopReturnsToTheStart()
 {
     click("Pause");
     dragTo(50);
@@ -119,7 +119,7 @@ void TestWindowFilm::stopReturnsToTheStart()
     QVERIFY(comesTo(3, 40));
 }
 
-void TestWindowFilm::backwardRewindsAndFasterWinds()
+void WindowFilmTest::backwardRewindsAndFasterWinds()
 {
     dragTo(60);
     QVERIFY(comesTo(55, 70));
@@ -130,7 +130,7 @@ void TestWindowFilm::backwardRewindsAndFasterWinds()
     QVERIFY(comesTo(60, 100));
 }
 
-void TestWindowFilm::oneKeyPlaysAndPauses()
+void WindowFilmTest::oneKeyPlaysAndPauses()
 {
     m_window->filmPlayOrPause();
     dragTo(30);
@@ -143,7 +143,7 @@ void TestWindowFilm::oneKeyPlaysAndPauses()
     QVERIFY(comesTo(there + 3, 100));
 }
 
-void TestWindowFilm::atTheEndTheKeyPlaysOn()
+void WindowFilmTest::atTheEndTheKeyPlaysOn()
 {
     dragTo(95);
     QVERIFY(comesTo(100, 100));
@@ -151,14 +151,14 @@ void TestWindowFilm::atTheEndTheKeyPlaysOn()
     QVERIFY(comesTo(1, 80));
 }
 
-void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays_data()
+void WindowFilmTest::afterAWindBeyondAnEndOneKeyPlays_data()
 {
     QTest::addColumn<QString>("faster");
     QTest::newRow("beyond the start") << "Slower or backward";
     QTest::newRow("beyond the end") << "Faster";
 }
 
-void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays()
+void WindowFilmTest::afterAWindBeyondAnEndOneKeyPlays()
 {
     QFETCH(QString, faster);
     for (int i = 0; i < 5; ++i)
@@ -171,7 +171,7 @@ void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays()
     QVERIFY(comesTo(3, 100));
 }
 
-void TestWindowFilm::theVolumeReachesTheSource()
+void WindowFilmTest::theVolumeReachesTheSource()
 {
     auto *volume = m_window->findChildren<Slider *>()[0];
     QCOMPARE(volume->minimum(), 1);
@@ -180,5 +180,5 @@ void TestWindowFilm::theVolumeReachesTheSource()
     QVERIFY(QObject::disconnect(volume, SIGNAL(valueChanged(int)), m_film, SLOT(setVolume(int))));
 }
 
-REGISTER_TEST(TestWindowFilm)
+REGISTER_TEST(WindowFilmTest)
 #include "tst_window_film.moc"

@@ -71,7 +71,7 @@ QStringList filesIn(const QString &folder)
 } // namespace
 
 /// What the window does when the folders of snapshots and recordings refuse.
-class TestWindowFolders : public QObject
+class WindowFoldersTest : public QObject
 {
     Q_OBJECT
 
@@ -98,14 +98,14 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-void TestWindowFolders::initTestCase()
+void WindowFoldersTest::initTestCase()
 {
     beOnOneself();
     m_camera = std::make_unique<VirtualCamera>();
     QVERIFY(m_camera->plug());
 }
 
-void TestWindowFolders::init()
+void WindowFoldersTest::init()
 {
     usualSettings();
     m_folder = std::make_unique<QTemporaryDir>();
@@ -113,18 +113,18 @@ void TestWindowFolders::init()
     m_window->show();
 }
 
-void TestWindowFolders::cleanup()
+void WindowFoldersTest::cleanup()
 {
     m_window.reset();
     m_folder.reset();
 }
 
-void TestWindowFolders::cleanupTestCase()
+void WindowFoldersTest::cleanupTestCase()
 {
     m_camera.reset();
 }
 
-QString TestWindowFolders::messageAfter(const std::function<void()> &action)
+QString WindowFoldersTest::messageAfter(const std::function<void()> &action)
 {
     QString title;
     QString text;
@@ -139,7 +139,7 @@ QString TestWindowFolders::messageAfter(const std::function<void()> &action)
     return text;
 }
 
-QList<ImageButton *> TestWindowFolders::recordButtons() const
+QList<ImageButton *> WindowFoldersTest::recordButtons() const
 {
     QList<ImageButton *> buttons;
     for (ImageButton *each : m_window->findChildren<ImageButton *>()) {
@@ -149,7 +149,7 @@ QList<ImageButton *> TestWindowFolders::recordButtons() const
     return buttons;
 }
 
-void TestWindowFolders::aFileIsNoFolder()
+void WindowFoldersTest::aFileIsNoFolder()
 {
     QFile file(m_folder->filePath("plain"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -163,7 +163,7 @@ void TestWindowFolders::aFileIsNoFolder()
     QVERIFY(!m_window->recording());
 }
 
-void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing_data()
+void WindowFoldersTest::aSnapshotThatCannotBeWrittenLeavesNothing_data()
 {
     QTest::addColumn<QByteArray>("size");
     QTest::addColumn<bool>("readOnly");
@@ -171,7 +171,7 @@ void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing_data()
     QTest::newRow("full") << QByteArray("4k") << false;
 }
 
-void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing()
+void WindowFoldersTest::aSnapshotThatCannotBeWrittenLeavesNothing()
 {
     QFETCH(QByteArray, size);
     QFETCH(bool, readOnly);
@@ -198,7 +198,7 @@ void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing()
     QTRY_COMPARE_WITH_TIMEOUT(filesIn(good).size(), 1, TIMEOUT_MS);
 }
 
-void TestWindowFolders::aSeriesOutlivesAFullDisk()
+void WindowFoldersTest::aSeriesOutlivesAFullDisk()
 {
     const QString folder = m_folder->filePath("series");
     auto disk = std::make_unique<Disk>(folder, "4k", false);
@@ -224,7 +224,7 @@ void TestWindowFolders::aSeriesOutlivesAFullDisk()
     QVERIFY(!board->seriesArmed());
 }
 
-void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo_data()
+void WindowFoldersTest::aRecordingThatCannotBeWrittenSaysSo_data()
 {
     QTest::addColumn<QByteArray>("size");
     QTest::addColumn<bool>("readOnly");
@@ -234,7 +234,7 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo_data()
                           << "The recording was stopped because the disk is full.";
 }
 
-void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
+void WindowFoldersTest::aRecordingThatCannotBeWrittenSaysSo()
 {
     QFETCH(QByteArray, size);
     QFETCH(bool, readOnly);
@@ -261,7 +261,7 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
     QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
 }
 
-void TestWindowFolders::aRecordingSaysThatItsFolderIsGone()
+void WindowFoldersTest::aRecordingSaysThatItsFolderIsGone()
 {
     const QString folder = m_folder->filePath("passing");
     QVERIFY(QDir().mkpath(folder));
@@ -280,7 +280,7 @@ int main(int argc, char **argv)
     // Before any thread: a process with threads keeps the mounts it has.
     becomeMounter();
     QApplication application(argc, argv);
-    TestWindowFolders test;
+    WindowFoldersTest test;
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -131,7 +131,7 @@ const std::vector<Case> &cases()
 } // namespace
 
 /// Every action shows its own indication on the canvas of the mode.
-class TestWindowIndications : public QObject
+class WindowIndicationsTest : public QObject
 {
     Q_OBJECT
 
@@ -144,14 +144,14 @@ private slots:
     void theClockEndsWithTheRecording();
 };
 
-void TestWindowIndications::actionsShowTheirIndications_data()
+void WindowIndicationsTest::actionsShowTheirIndications_data()
 {
     QTest::addColumn<int>("index");
     for (std::size_t i = 0; i < cases().size(); ++i)
         QTest::newRow(cases()[i].name) << int(i);
 }
 
-void TestWindowIndications::actionsShowTheirIndications()
+void WindowIndicationsTest::actionsShowTheirIndications()
 {
     QFETCH(int, index);
     const Case &each = cases()[std::size_t(index)];
@@ -169,7 +169,7 @@ void TestWindowIndications::actionsShowTheirIndications()
     QCOMPARE(painted(window), painted(reference));
 }
 
-void TestWindowIndications::theZoomIndicationGoesWithTheButton()
+void WindowIndicationsTest::theZoomIndicationGoesWithTheButton()
 {
     MainWindow window;
     window.show();
@@ -182,7 +182,7 @@ void TestWindowIndications::theZoomIndicationGoesWithTheButton()
     }
 }
 
-void TestWindowIndications::theClockEndsWithTheRecording()
+void WindowIndicationsTest::theClockEndsWithTheRecording()
 {
     MainWindow window;
     window.show();
@@ -193,5 +193,5 @@ void TestWindowIndications::theClockEndsWithTheRecording()
     QCOMPARE(painted(window), nothing);
 }
 
-REGISTER_TEST(TestWindowIndications)
+REGISTER_TEST(WindowIndicationsTest)
 #include "tst_window_indications.moc"

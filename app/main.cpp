@@ -32,7 +32,7 @@ namespace
 constexpr std::chrono::milliseconds WARM_UP_DELAY(300);
 
 /// The part of the two seconds for closing that is left when every other step took all of its own.
-constexpr std::chrono::milliseconds END_BOUND(200);
+constexpr std::chrono::milliseconds END_TIMEOUT(200);
 
 /// The exit code for a command line that makes no sense.
 constexpr int REFUSED = 2;
@@ -110,5 +110,5 @@ int main(int argc, char **argv)
         std::fputs(commandLine.text.c_str(), refused ? stderr : stdout);
         return refused ? REFUSED : 0;
     }
-    DetachedThreads::exitProcess(runProgram(argc, argv), END_BOUND);
+    DetachedThreads::exitProcess(runProgram(argc, argv), END_TIMEOUT);
 }

@@ -272,8 +272,8 @@ void OSDProcessor::paintOpticalZoom(QPainter *painter)
     if (lens != 0.0) {
         painter->drawImage(QPointF(width - 250, height - 50), m_zoomImage);
         // A wrong answer of the camera must not draw beyond the widget's edge.
-        const auto bar =
-            static_cast<int>(std::min(lens * OPTICAL_BAR_WIDTH, double(OPTICAL_BAR_FROM_RIGHT)));
+        const auto bar = static_cast<int>(
+            std::min(lens * OPTICAL_BAR_WIDTH, static_cast<double>(OPTICAL_BAR_FROM_RIGHT)));
         painter->fillRect(width - OPTICAL_BAR_FROM_RIGHT, height - 40, bar, 18,
                           QColor(OPTICAL_BAR_COLOR));
     }
@@ -353,7 +353,7 @@ bool OSDProcessor::begin(QPainter *painter, const Timer &timer, qint64 limitMs) 
     const bool fades =
         leftMs < FADE_MS &&
         m_canvas->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, m_canvas) > 0;
-    painter->setOpacity(fades ? double(leftMs) / FADE_MS : 1.0);
+    painter->setOpacity(fades ? static_cast<double>(leftMs) / FADE_MS : 1.0);
     return true;
 }
 

@@ -95,7 +95,7 @@ void MainWindow::switchMode()
     int mode = before;
     for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Modes)) {
         if (button(row.command)->isChecked()) {
-            mode = int(row.command) - int(Command::LiveMode);
+            mode = static_cast<int>(row.command) - static_cast<int>(Command::LiveMode);
             break;
         }
     }

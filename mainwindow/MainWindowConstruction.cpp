@@ -32,7 +32,7 @@ constexpr QSize MINIMUM_SIZE(800, 768);
 constexpr QSize LIVE_BOX_SIZE(60, 37);
 /// The part of the two seconds for closing that belongs to the sources; thumbnails and threads that
 /// are left behind come after them.
-constexpr std::chrono::milliseconds END_BOUND(1500);
+constexpr std::chrono::milliseconds END_TIMEOUT(1500);
 
 } // namespace
 
@@ -63,7 +63,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    const ExitDeadline end(END_BOUND);
+    const ExitDeadline end(END_TIMEOUT);
     if (m_capture->recording())
         m_liveSource->stopRecord();
     // Reset before any canvas is destroyed: what still asks for the camera then finds none.
@@ -122,8 +122,8 @@ void MainWindow::createPanel()
     for (const Row &row : rows()) {
         if (!inPanel(row.group))
             continue;
-        if (int(row.group) != group) {
-            group = int(row.group);
+        if (static_cast<int>(row.group) != group) {
+            group = static_cast<int>(row.group);
             m_panel->addGroup(tr(titleOf(row.group)));
         }
         ImageButton *made = createPanelButton(row.skin, tr(row.text), row.clickSlot, row.holdSlot,

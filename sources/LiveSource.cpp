@@ -39,7 +39,7 @@ public:
     void frameArrived(void *rgb, int width, int height, qint64 microseconds)
     {
         callback->imageCaptured(rgb, width, height, false, false);
-        const std::lock_guard<std::mutex> lock(recorderMutex);
+        const std::lock_guard lock(recorderMutex);
         if (recorder)
             recorder->pictureCaptured(rgb, width, height, microseconds);
     }
@@ -294,7 +294,7 @@ void LiveSource::createCaptureGraph(bool record)
         return;
 
     std::unique_ptr<FrameRecorder> recorder = createRecorder(*m_streamSize);
-    const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
+    const std::lock_guard lock(m_private->recorderMutex);
     m_private->recorder = std::move(recorder);
 }
 
@@ -314,7 +314,7 @@ void LiveSource::finishRecording()
     m_recording.end();
     std::unique_ptr<FrameRecorder> recorder;
     {
-        const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
+        const std::lock_guard lock(m_private->recorderMutex);
         recorder = std::move(m_private->recorder);
     }
     if (!recorder)

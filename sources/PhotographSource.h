@@ -52,7 +52,7 @@ public slots:
     /// delivered as a null picture.
     void selectPhotograph(int id);
     void pauseCapture();
-    /// Reads the folder anew and returns to the picture that it was opened with.
+    /// Reads the folder again and returns to the picture that it was opened with.
     void resumeCapture();
     void play();
     void stop();

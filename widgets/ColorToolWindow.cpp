@@ -49,7 +49,7 @@ ColorToolWindow::ColorToolWindow(ImageButton *toolButton, MainWindow *mainWindow
 {
     const bool hasColorRow = !colorLabel.isEmpty();
     const bool hasFillRow = hasColorRow && !fillLabel.isEmpty();
-    setBackground(background(1 + int(hasColorRow) + int(hasFillRow)));
+    setBackground(background(1 + static_cast<int>(hasColorRow) + static_cast<int>(hasFillRow)));
     setStyleSheet("font-family: Arial; font-size: 15px; color: white;");
 
     m_widthRow = new ChoiceRow(this, widthLabel, widthChoices(), {{8, 22}, {BUTTON_X, 20}, PITCH},

@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int dragStripHeight = 26;
+constexpr int DRAG_STRIP_HEIGHT = 26;
 
 } // namespace
 
@@ -62,7 +62,7 @@ void FramelessWindow::paintEvent(QPaintEvent *)
 void FramelessWindow::mousePressEvent(QMouseEvent *event)
 {
     const QPoint local = event->localPos().toPoint();
-    if (!movable() || event->button() != Qt::LeftButton || local.y() >= dragStripHeight) {
+    if (!movable() || event->button() != Qt::LeftButton || local.y() >= DRAG_STRIP_HEIGHT) {
         QWidget::mousePressEvent(event);
         return;
     }

@@ -9,12 +9,12 @@
 namespace
 {
 
-constexpr int holdMs = 500;
+constexpr int HOLD_MS = 500;
 // Light on the dark faces and dark on the light ones: one of the two is always visible.
-constexpr QRgb ringColour = 0xffffffff;
-constexpr QRgb innerRingColour = 0xff15181b;
+constexpr QRgb RING_COLOUR = 0xffffffff;
+constexpr QRgb INNER_RING_COLOUR = 0xff15181b;
 // Amber, because red is reserved for recording.
-constexpr QRgb markColour = 0xffffc83d;
+constexpr QRgb MARK_COLOUR = 0xffffc83d;
 
 bool isKeyReason(Qt::FocusReason reason)
 {
@@ -54,7 +54,7 @@ ImageButton::ImageButton(const QString &name, QWidget *parent, int x, int y)
 {
     setFlat(true);
     m_holdTimer.setSingleShot(true);
-    m_holdTimer.setInterval(holdMs);
+    m_holdTimer.setInterval(HOLD_MS);
     // A coarse timer may fire a twentieth of its time too early.
     m_holdTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_holdTimer, &QTimer::timeout, this, &ImageButton::hold);
@@ -240,8 +240,8 @@ void ImageButton::paintCaption(QPainter &painter)
 void ImageButton::paintMark(QPainter &painter)
 {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor(innerRingColour));
-    painter.setBrush(QColor(markColour));
+    painter.setPen(QColor(INNER_RING_COLOUR));
+    painter.setBrush(QColor(MARK_COLOUR));
     painter.drawEllipse(QRectF(width() - 9.5, 1.5, 7, 7));
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
@@ -251,8 +251,8 @@ void ImageButton::paintFocusRing(QPainter &painter)
 {
     if (!m_focusedByKey || !hasFocus())
         return;
-    painter.setPen(QColor(ringColour));
+    painter.setPen(QColor(RING_COLOUR));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    painter.setPen(QColor(innerRingColour));
+    painter.setPen(QColor(INNER_RING_COLOUR));
     painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }

@@ -11,8 +11,8 @@
 namespace
 {
 
-constexpr char openSkin[] = "TOOL_TITLE_OPEN";
-constexpr char closedSkin[] = "TOOL_TITLE_CLOSE";
+constexpr char OPEN_SKIN[] = "TOOL_TITLE_OPEN";
+constexpr char CLOSED_SKIN[] = "TOOL_TITLE_CLOSE";
 
 } // namespace
 
@@ -31,7 +31,7 @@ Panel::Panel(QWidget *parent)
 
 void Panel::addGroup(const QString &title)
 {
-    auto *button = new ImageButton(openSkin, this, 0, 0);
+    auto *button = new ImageButton(OPEN_SKIN, this, 0, 0);
     connect(button, &ImageButton::clicked, this, &Panel::toggleGroup);
     button->setText(title);
     button->setFont(QFont("Arial", 10));
@@ -72,7 +72,7 @@ void Panel::finishAdjusting()
         const bool shown = std::any_of(tools.begin(), tools.end(),
                                        [](const ImageButton *tool) { return !tool->isHidden(); });
         if (shown)
-            m_buttons[m_groups[group]]->setImage(openSkin);
+            m_buttons[m_groups[group]]->setImage(OPEN_SKIN);
     }
 }
 
@@ -90,7 +90,7 @@ void Panel::toggleGroup()
         shown = tool->isHidden();
         tool->setVisible(shown);
     }
-    title->setImage(shown ? openSkin : closedSkin);
+    title->setImage(shown ? OPEN_SKIN : CLOSED_SKIN);
 }
 
 void Panel::paintEvent(QPaintEvent *)

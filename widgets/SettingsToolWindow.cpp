@@ -32,8 +32,8 @@ constexpr std::array<const char *, 2> captureNames{
     QT_TRANSLATE_NOOP("SettingsToolWindow", "Single"),
     QT_TRANSLATE_NOOP("SettingsToolWindow", "Continuous"),
 };
-constexpr std::array<CanvasModes::SnapshotMode, 2> captureModes{CanvasModes::Single,
-                                                                CanvasModes::Continuous};
+constexpr std::array<CanvasModes::SnapshotMode, 2> CAPTURE_MODES{CanvasModes::Single,
+                                                                 CanvasModes::Continuous};
 
 // Rows of the form; the background has its dividing lines between them.
 enum Row { Source, Resolution, Recording, Capture, Time, SaveAs, RecordingSave, Buttons };
@@ -133,10 +133,11 @@ void SettingsToolWindow::settingsOk()
 {
     const int capture = m_captureBox->currentIndex();
     if (capture >= 0)
-        Config::setSnapshotMode(captureModes[std::size_t(capture)]);
+        Config::setSnapshotMode(CAPTURE_MODES[static_cast<std::size_t>(capture)]);
     const int time = m_timeBox->currentIndex();
     if (time >= 0)
-        Config::setSnapshotInterval(IntervalTable::intervals()[std::size_t(time)].seconds);
+        Config::setSnapshotInterval(
+            IntervalTable::intervals()[static_cast<std::size_t>(time)].seconds);
     Config::setSnapshotPath(m_snapshotPath->text());
     Config::setRecordPath(m_recordPath->text());
 
@@ -160,7 +161,7 @@ void SettingsToolWindow::settingsOk()
 void SettingsToolWindow::addLabel(const QString &text, int row)
 {
     auto *label = new QLabel(text, this);
-    label->setGeometry(LABEL_X, ROW_Y[std::size_t(row)], LABEL_WIDTH, ROW_HEIGHT);
+    label->setGeometry(LABEL_X, ROW_Y[static_cast<std::size_t>(row)], LABEL_WIDTH, ROW_HEIGHT);
 }
 
 QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &text, int row)
@@ -171,7 +172,7 @@ QLineEdit *SettingsToolWindow::addField(const QString &label, const QString &tex
     field->setAccessibleName(label);
     FormControls::applyLook(field, ROW_HEIGHT);
     field->setFixedWidth(FIELD_WIDTH);
-    field->move(FIELD_X, ROW_Y[std::size_t(row)]);
+    field->move(FIELD_X, ROW_Y[static_cast<std::size_t>(row)]);
     // The end of a long path says more than its beginning; the tip shows all of it.
     field->end(false);
     field->setToolTip(text);
@@ -188,7 +189,7 @@ QComboBox *SettingsToolWindow::addBox(const QString &label, const QStringList &e
     box->setAccessibleName(label);
     FormControls::applyLook(box, ROW_HEIGHT);
     box->setFixedWidth(FIELD_WIDTH);
-    box->move(FIELD_X, ROW_Y[std::size_t(row)]);
+    box->move(FIELD_X, ROW_Y[static_cast<std::size_t>(row)]);
     return box;
 }
 

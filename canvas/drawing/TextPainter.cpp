@@ -45,8 +45,9 @@ void TextPainter::paint(QTextDocument &document, AnnotationLayer &layer, const T
     layer.setUsed();
     if (canvasSize.isEmpty() || document.isEmpty())
         return;
-    const double scale = std::min(double(transformedSize.height()) / canvasSize.height(),
-                                  double(transformedSize.width()) / canvasSize.width());
+    const double scale =
+        std::min(static_cast<double>(transformedSize.height()) / canvasSize.height(),
+                 static_cast<double>(transformedSize.width()) / canvasSize.width());
     const QRectF lines = QTransform::fromScale(scale, scale).mapRect(linesOf(document));
     const QPoint corner = anchor.point(lines, layer.size());
     QTransform place = QTransform::fromTranslate(corner.x(), corner.y());

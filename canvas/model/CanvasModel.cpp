@@ -313,7 +313,7 @@ bool CanvasModel::redo()
 void CanvasModel::packHistory()
 {
     // Packing can wait, a frame cannot.
-    const std::unique_lock<std::mutex> lock(m_mutex, std::try_to_lock);
+    const std::unique_lock lock(m_mutex, std::try_to_lock);
     if (lock)
         m_state.drawing.packHistory(m_clock.elapsed());
 }

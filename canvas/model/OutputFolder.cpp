@@ -23,7 +23,7 @@ std::shared_ptr<OutputFolder> OutputFolder::of(const QString &path)
 {
     static std::mutex mutex;
     static QHash<QString, std::shared_ptr<OutputFolder>> folders;
-    const std::lock_guard<std::mutex> locker(mutex);
+    const std::lock_guard locker(mutex);
     // A folder that nobody uses is only kept in the list while it hangs.
     for (auto folder = folders.begin(); folder != folders.end();) {
         const bool idle = folder->use_count() == 1 && !(*folder)->m_worker.busy();

@@ -36,12 +36,12 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
 
 void CommandCard::place(const WindowLayout &at)
 {
-    const int count = CardLayout::shown(int(m_buttons.size()), at.cardRoom);
+    const int count = CardLayout::shown(static_cast<int>(m_buttons.size()), at.cardRoom);
     m_hidden.clear();
     int x = FIRST_X;
     for (std::size_t i = 0; i < m_buttons.size(); ++i) {
         const bool isLast = i + 1 == m_buttons.size();
-        const bool fits = isLast || int(i) < count - 1;
+        const bool fits = isLast || static_cast<int>(i) < count - 1;
         m_buttons[i]->setVisible(fits);
         if (!fits) {
             m_hidden.push_back(m_buttons[i]);

@@ -189,8 +189,9 @@ void PhotographBar::showInterval()
 
 void PhotographBar::setInterval(int place)
 {
-    if (place >= 0 && place < int(PHOTOGRAPH_PLAY_INTERVALS.size()))
-        m_source->setPlayInterval(PHOTOGRAPH_PLAY_INTERVALS[std::size_t(place)] * 1000);
+    if (place >= 0 && place < static_cast<int>(PHOTOGRAPH_PLAY_INTERVALS.size()))
+        m_source->setPlayInterval(PHOTOGRAPH_PLAY_INTERVALS[static_cast<std::size_t>(place)] *
+                                  1000);
 }
 
 void PhotographBar::showIndex(int id)
@@ -227,7 +228,7 @@ void PhotographBar::createInterval()
     // The slider's height ends above the numbers.
     m_interval->setFixedSize(160, 20);
     m_interval->setPageStep(1);
-    m_interval->setRange(0, int(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
+    m_interval->setRange(0, static_cast<int>(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
     m_interval->setValue(0);
     m_interval->setAccessibleName(QCoreApplication::translate("MainWindow", "Slideshow interval"));
     connect(m_interval, &Slider::valueChanged, this, &PhotographBar::intervalMoved);

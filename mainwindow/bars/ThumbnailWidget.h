@@ -25,7 +25,7 @@ public:
     ThumbnailWidget(PhotographSource *source, HorizontalSlider *slider, QWidget *parent);
     ~ThumbnailWidget() override;
 
-    /// Makes the buttons anew for the source's current folder and starts loading their pictures.
+    /// Makes the buttons again for the source's current folder and starts loading their pictures.
     /// Does not wait for a picture of the previous folder.
     void refresh();
     /// Shows the visible stretch of buttons and hides the others.

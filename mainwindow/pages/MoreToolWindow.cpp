@@ -44,8 +44,8 @@ MoreToolWindow::MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_area->setGeometry(MARGIN, y, width() - 2 * MARGIN, height() - y - MARGIN);
     connect(m_tabs, &QButtonGroup::idClicked, this, &MoreToolWindow::choosePage);
-    const int last = int(Pages::all().size()) - 1;
-    showPage(Pages::all()[std::size_t(Preferences::number(PAGE_KEY, 0, 0, last))].id);
+    const int last = static_cast<int>(Pages::all().size()) - 1;
+    showPage(Pages::all()[static_cast<std::size_t>(Preferences::number(PAGE_KEY, 0, 0, last))].id);
 }
 
 void MoreToolWindow::showPage(Pages::Id id)
@@ -54,7 +54,7 @@ void MoreToolWindow::showPage(Pages::Id id)
         const Pages::Page &row = Pages::all()[i];
         if (row.id != id)
             continue;
-        m_tabs->button(int(i))->setChecked(true);
+        m_tabs->button(static_cast<int>(i))->setChecked(true);
         QWidget *made = row.make(m_context, m_area);
         made->setAccessibleName(tr(row.title));
         m_area->setWidget(made);
@@ -64,13 +64,13 @@ void MoreToolWindow::showPage(Pages::Id id)
 
 Pages::Id MoreToolWindow::page() const
 {
-    return Pages::all()[std::size_t(m_tabs->checkedId())].id;
+    return Pages::all()[static_cast<std::size_t>(m_tabs->checkedId())].id;
 }
 
 void MoreToolWindow::choosePage(int index)
 {
     Preferences::setNumber(PAGE_KEY, index);
-    showPage(Pages::all()[std::size_t(index)].id);
+    showPage(Pages::all()[static_cast<std::size_t>(index)].id);
 }
 
 int MoreToolWindow::addHidden(const std::vector<ImageButton *> &hidden, int y)

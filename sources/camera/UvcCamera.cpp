@@ -17,10 +17,10 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 // Of the end of a camera. One that works is through with each within a few ten milliseconds.
-constexpr milliseconds LAST_ANSWER_BOUND{500};
-constexpr milliseconds CLOSE_BOUND{1000};
+constexpr milliseconds LAST_ANSWER_TIMEOUT{500};
+constexpr milliseconds CLOSE_TIMEOUT{1000};
 // After an unplug libuvc may wait for transfers that never come back.
-constexpr milliseconds STOP_GONE_BOUND{300};
+constexpr milliseconds STOP_GONE_TIMEOUT{300};
 
 } // namespace
 
@@ -36,11 +36,11 @@ UvcCamera::~UvcCamera()
     stopDelivery();
     m_worker.clear();
     m_connection->hurry();
-    const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_BOUND),
+    const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_TIMEOUT),
                                       [connection = m_connection] { return connection->listed(); });
     if (!listed)
         return;
-    m_worker.call(ExitDeadline::capped(*listed ? CLOSE_BOUND : STOP_GONE_BOUND),
+    m_worker.call(ExitDeadline::capped(*listed ? CLOSE_TIMEOUT : STOP_GONE_TIMEOUT),
                   [connection = m_connection] {
                       connection->stop();
                       return connection->close();

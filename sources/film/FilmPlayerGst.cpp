@@ -18,11 +18,11 @@ namespace
 
 /// A call that lasts longer does not return: a healthy one takes a few milliseconds, loading code
 /// from a slow disk some hundred. The user is told within five seconds.
-constexpr std::chrono::seconds hangBound(3);
+constexpr std::chrono::seconds HANG_TIMEOUT(3);
 /// For a disk that has not answered when another film is chosen.
-constexpr std::chrono::milliseconds leaveBound(300);
+constexpr std::chrono::milliseconds LEAVE_TIMEOUT(300);
 /// For the end of the program; a healthy film is closed in a tenth of that.
-constexpr std::chrono::seconds endBound(1);
+constexpr std::chrono::seconds END_TIMEOUT(1);
 
 /// The callers leave their requests, and an engine carries them out. Another thread, "FilmWatch",
 /// sees when it hangs, and puts another engine in its place.
@@ -38,7 +38,7 @@ public:
         }
         // From here on nobody replaces the engine.
         if (m_engine)
-            m_engine->finish(endBound);
+            m_engine->finish(END_TIMEOUT);
         if (m_watch.joinable())
             m_watch.join();
         m_state->gate.close();
@@ -116,7 +116,7 @@ private:
             return;
         // A new film must not wait long for the disk of the previous one.
         if (current->asksDisk())
-            current->hurry(leaveBound);
+            current->hurry(LEAVE_TIMEOUT);
         current->wake();
     }
 
@@ -130,7 +130,7 @@ private:
     {
         pthread_setname_np(pthread_self(), "FilmWatch");
         while (const std::shared_ptr<PlaybackThreadGst> current = engine()) {
-            if (!current->waitForHang(hangBound) || !replace(current))
+            if (!current->waitForHang(HANG_TIMEOUT) || !replace(current))
                 return;
         }
     }

@@ -9,7 +9,7 @@ namespace
 {
 
 // The last part of a film that is never left out; its sound may be longer than its pictures.
-constexpr GstClockTimeDiff endKept = 500 * GST_MSECOND;
+constexpr GstClockTimeDiff END_KEPT = 500 * GST_MSECOND;
 
 /// When the stream of that pad ends, in running time; 0 when unknown.
 GstClockTimeDiff endOf(GstPad *pad)
@@ -215,7 +215,7 @@ GstPadProbeReturn FilmVideoSinkGst::onQos(GstPad *pad, GstPadProbeInfo *info, gp
     const GstClockTimeDiff end = late > 0 ? endOf(pad) : 0;
     // Elements leave out what is twice as far ahead as the last picture was late.
     const auto left = std::max<GstClockTimeDiff>(
-        0, (end - endKept - static_cast<GstClockTimeDiff>(timestamp)) / 2);
+        0, (end - END_KEPT - static_cast<GstClockTimeDiff>(timestamp)) / 2);
     if (end > 0 && late > left) {
         GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_qos(type, proportion, left, timestamp);
         gst_event_unref(event);

@@ -15,7 +15,7 @@ public:
     LoopTimerGst(const LoopTimerGst &) = delete;
     LoopTimerGst &operator=(const LoopTimerGst &) = delete;
 
-    /// Begins anew.
+    /// Begins again.
     void start(GMainContext *context, std::chrono::milliseconds interval);
     /// May be called from the function.
     void stop();

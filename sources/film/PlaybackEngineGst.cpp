@@ -13,13 +13,13 @@ namespace
 using Result = FilmPipelineGst::Result;
 
 // Far more than a healthy file needs; what takes longer is given up, so that every seek completes.
-constexpr std::chrono::seconds workTimeout(10);
+constexpr std::chrono::seconds WORK_TIMEOUT(10);
 // For what has already failed, until the message that says why.
-constexpr std::chrono::milliseconds failureTimeout(500);
-constexpr std::chrono::milliseconds checkInterval(200);
-constexpr std::chrono::milliseconds lengthInterval(500);
+constexpr std::chrono::milliseconds FAILURE_TIMEOUT(500);
+constexpr std::chrono::milliseconds CHECK_INTERVAL(200);
+constexpr std::chrono::milliseconds LENGTH_INTERVAL(500);
 // The pipeline knows the place.
-constexpr std::nullopt_t unknownPlace = std::nullopt;
+constexpr std::nullopt_t UNKNOWN_PLACE = std::nullopt;
 
 } // namespace
 
@@ -142,7 +142,7 @@ void PlaybackEngineGst::openPipeline(double at)
     m_pipeline->setVolume(static_cast<double>(m_volume));
     // A failure is also reported by a message, which names the element.
     const Result result = m_pipeline->setState(GST_STATE_PAUSED);
-    begin(Work::Opening, result == Result::Failed ? failureTimeout : workTimeout);
+    begin(Work::Opening, result == Result::Failed ? FAILURE_TIMEOUT : WORK_TIMEOUT);
 }
 
 void PlaybackEngineGst::closePipeline()
@@ -173,7 +173,7 @@ void PlaybackEngineGst::sendSeek(double seconds, bool exact)
     if (m_pipeline->seek(seconds, exact) == Result::Failed)
         finishSeek(false);
     else
-        begin(Work::Seeking, workTimeout);
+        begin(Work::Seeking, WORK_TIMEOUT);
 }
 
 void PlaybackEngineGst::finishSeek(bool reached)
@@ -182,7 +182,7 @@ void PlaybackEngineGst::finishSeek(bool reached)
     std::optional<PlaybackRequests::Seek> seek;
     seek.swap(m_seek);
     if (m_playing || !reached)
-        m_requests.setPlace(m_film.number, unknownPlace);
+        m_requests.setPlace(m_film.number, UNKNOWN_PLACE);
     if (seek)
         complete({*seek}, reached);
     wake();
@@ -201,13 +201,13 @@ void PlaybackEngineGst::setPlaying(bool playing)
     m_playing = playing;
     const Result result = m_pipeline->setState(playing ? GST_STATE_PLAYING : GST_STATE_PAUSED);
     if (playing) {
-        m_requests.setPlace(m_film.number, unknownPlace);
-        m_lengthTimer.start(m_context, lengthInterval);
+        m_requests.setPlace(m_film.number, UNKNOWN_PLACE);
+        m_lengthTimer.start(m_context, LENGTH_INTERVAL);
     } else {
         m_lengthTimer.stop();
     }
     if (result == Result::Later)
-        begin(Work::ChangingState, workTimeout);
+        begin(Work::ChangingState, WORK_TIMEOUT);
 }
 
 void PlaybackEngineGst::begin(Work work, std::chrono::milliseconds within)
@@ -216,7 +216,7 @@ void PlaybackEngineGst::begin(Work work, std::chrono::milliseconds within)
     m_work = work;
     m_workEnds = std::chrono::steady_clock::now() + within;
     m_stoodStill = false;
-    m_workTimer.start(m_context, checkInterval);
+    m_workTimer.start(m_context, CHECK_INTERVAL);
 }
 
 void PlaybackEngineGst::endWork()
@@ -257,7 +257,7 @@ void PlaybackEngineGst::handle(GstMessage *message)
     case GST_MESSAGE_EOS:
         // One that is older than the seek under way is none; yet a seek into nothing may answer so.
         if (m_work == Work::Seeking)
-            begin(Work::Seeking, failureTimeout);
+            begin(Work::Seeking, FAILURE_TIMEOUT);
         else
             end();
         break;

@@ -9,8 +9,8 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr auto BOUND = 2000ms;
-constexpr auto BOUND_AGAIN = 100ms;
+constexpr auto TIMEOUT = 2000ms;
+constexpr auto TIMEOUT_AGAIN = 100ms;
 
 } // namespace
 
@@ -30,7 +30,7 @@ std::optional<QStringList> FolderLister::list(const QDir &folder)
         *names = PhotographList::list(QDir(own));
         return 0;
     };
-    if (m_worker->call(path == m_silentFolder ? BOUND_AGAIN : BOUND, job)) {
+    if (m_worker->call(path == m_silentFolder ? TIMEOUT_AGAIN : TIMEOUT, job)) {
         m_silentFolder.clear();
         return *names;
     }

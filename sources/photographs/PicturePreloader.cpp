@@ -256,7 +256,7 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     Reading reading;
     if (!isSame) {
         reading = PictureReader::readFile(file, [&](qint64 bytes) {
-            const std::lock_guard<std::mutex> sign(m_mutex);
+            const std::lock_guard sign(m_mutex);
             entry->lastSign = Clock::now();
             entry->isDecoding = bytes >= file.stamp().bytes;
             m_changed.notify_all();

@@ -23,7 +23,7 @@ public:
     /// server without end, so take it with try_lock().
     std::mutex &mutex() { return m_mutex; }
 
-    /// Asks the sound servers anew and watches them from then on; null when there is no such
+    /// Asks the sound servers again and watches them from then on; null when there is no such
     /// microphone, and then nothing is watched.
     [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone(MicrophoneId microphone);
     /// Whether any sound server answered the last look.

@@ -49,7 +49,7 @@ SoundDevices::SoundDevices()
 
 GstPtr<GstDevice> SoundDevices::findCameraMicrophone(MicrophoneId microphone)
 {
-    // A provider does not notice that its server has died, so each look begins anew.
+    // A provider does not notice that its server has died, so each look begins again.
     rest();
     m_serverAnswered = false;
     GstPtr<GstDevice> found;

@@ -20,7 +20,8 @@ void ApplicationIconTest::everySizeIsDrawnForItself_data()
         QTest::addRow("%d", size) << size;
 }
 
-// An icon that lacks a size answers with a larger one, shrunk, or a smaller one as it is.
+// An icon that lacks a size is shown with a larger one, scaled down, or with a smaller one as it
+// is.
 void ApplicationIconTest::everySizeIsDrawnForItself()
 {
     QFETCH(int, size);

@@ -14,7 +14,7 @@
 namespace
 {
 
-/// Says the dots an inch to every program that starts from now on, as a desktop does.
+/// Tells every program that starts from now on the dots an inch, as a desktop does.
 void setDesktopDpi(const QByteArray &dpi)
 {
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);

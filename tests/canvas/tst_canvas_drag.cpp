@@ -145,7 +145,7 @@ private slots:
             CanvasMouse::move(*canvas, {40, 90});
             CanvasMouse::move(*canvas, {60, 80});
             CanvasMouse::release(*canvas, {60, 80});
-            // The thick ring of the time before a replacement has not come back.
+            // The thick ring from before a replacement has not come back.
             if (event == 0 || event == 4)
                 QVERIFY2(redPixels(shown(*canvas)) < ring / 2, tool.name);
             if (event == 3) {

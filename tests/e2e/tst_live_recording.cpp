@@ -172,7 +172,7 @@ private slots:
         recordSeconds(1.0);
     }
 
-    // The last: it takes the camera away.
+    // This test is the last one, as it takes the camera away.
     void aCameraThatIsPulledLeavesAWholeMovie()
     {
         m_source->startRecord(m_file);

@@ -286,13 +286,13 @@ void PresenterKeysTest::aZoomEndsWithItsKeyWhateverItsSign()
     QCOMPARE(released.count(), 0);
     send(QEvent::KeyRelease, Qt::Key_Equal, 21);
     QCOMPARE(released.count(), 1);
-    // Another key of the same sign is none of its business.
+    // The release of another key with the same sign does not count.
     send(QEvent::KeyPress, Qt::Key_Plus, 21);
     send(QEvent::KeyRelease, Qt::Key_Plus, 86);
     QCOMPARE(released.count(), 1);
     send(QEvent::KeyRelease, Qt::Key_Plus, 21);
     QCOMPARE(released.count(), 2);
-    // Where no scan code is told, the sign has to do.
+    // Where no scan code is reported, the sign has to be enough.
     send(QEvent::KeyPress, Qt::Key_Plus, 0);
     send(QEvent::KeyRelease, Qt::Key_Plus, 0);
     QCOMPARE(released.count(), 3);

@@ -195,7 +195,7 @@ void WindowCaptureTest::aRecordingReplacesTheFileOfItsSecond()
         QFile file(folder.filePath(now.addSecs(i).toString("yyyy-MM-dd_hh-mm-ss") + ".mov"));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    // Without a camera nothing takes the place of the one that goes.
+    // Without a camera no button takes the place of the one that is hidden.
     const MainWindow window;
     window.button(Command::Record)->click();
     QVERIFY(window.recording());

@@ -136,7 +136,7 @@ void WindowFilmTest::oneKeyPlaysAndPauses()
     dragTo(30);
     QVERIFY(comesTo(25, 35));
     const int there = position();
-    // It stands: a twentieth of its way would show.
+    // The film stands still: a twentieth of its length would show.
     QTest::qWait(SECONDS * 50 + 400);
     QVERIFY(position() <= there + 1);
     m_window->filmPlayOrPause();

@@ -268,6 +268,7 @@ void WindowMediaTest::photographsRestWhileAnotherModeIsShown()
     QTRY_VERIFY(qIsGray(photographs->currentImage().pixel(10, 10)));
     enter(window, 0);
     photographs->effectMode = CanvasModes::EffectColor;
+    // Three intervals of the refresh, which must not run.
     QTest::qWait(150);
     QVERIFY(qIsGray(photographs->currentImage().pixel(10, 10)));
 }

@@ -36,7 +36,7 @@ public:
                    const QStringList &encoders = {"x264enc"})
         : m_pictures(size)
         , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const std::lock_guard lock(m_mutex);
             m_failures << sentence;
         }))
     {
@@ -78,7 +78,7 @@ public:
 
     QStringList failures() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_failures;
     }
 

@@ -149,7 +149,7 @@ private slots:
         QCOMPARE(again.number, film + 1);
         QCOMPARE(again.path, std::optional<QString>("a"));
         QCOMPARE(again.resumeAt, 7.0);
-        // Whoever works on the film before works for nobody.
+        // An engine that still works on the film under its old number is ignored.
         QVERIFY(!m_requests->takeMotion(film, false));
         QVERIFY(!m_requests->setLength(film, 9));
         QVERIFY(!m_requests->ended(film));

@@ -26,14 +26,14 @@ public:
 
     int count(const QString &text) const
     {
-        const std::lock_guard<std::mutex> lock(mutex());
+        const std::lock_guard lock(mutex());
         return lines().count(text);
     }
 
 private:
     static void take(QtMsgType, const QMessageLogContext &, const QString &text)
     {
-        const std::lock_guard<std::mutex> lock(mutex());
+        const std::lock_guard lock(mutex());
         lines().append(text);
     }
     static std::mutex &mutex()

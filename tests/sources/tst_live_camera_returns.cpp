@@ -261,7 +261,7 @@ bool silentForAWhile(VirtualCamera &camera, KeptRig &rig)
     CHECK(rig.bringUp(camera));
     camera.faults().silent = 1;
     CHECK(rig.waitForState(State::Silent));
-    // Its stream is asked for anew meanwhile.
+    // Its stream is asked for again meanwhile.
     CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().frames == 0; },
                           LiveRig::TIMEOUT_MS));
     camera.faults().silent = 0;

@@ -62,7 +62,7 @@ void runAlone(const char *function)
 
 } // namespace
 
-/// A camera that does not answer in time holds nobody, and is the same as before when it answers.
+/// A camera that does not answer in time holds up no caller, and works as before when it answers.
 class LiveSourceWaitsTest : public QObject
 {
     Q_OBJECT

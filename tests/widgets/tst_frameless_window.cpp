@@ -132,7 +132,7 @@ void FramelessWindowTest::otherButtonsDoNotDrag()
                   Qt::RightButton));
     send(window, QEvent::MouseMove, {20, 5}, {70, 65}, Qt::NoButton, Qt::RightButton);
     QCOMPARE(window.pos(), QPoint(50, 60));
-    // A move without a press is none of its business either.
+    // It does not handle a move without a press either.
     send(window, QEvent::MouseMove, {20, 5}, {70, 65}, Qt::NoButton, Qt::LeftButton);
     QCOMPARE(window.pos(), QPoint(50, 60));
 }
@@ -204,7 +204,7 @@ void FramelessWindowTest::keepsTheFocusUntilTheTabKey()
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QVERIFY(button.hasFocus());
-    // One that has vanished meanwhile has not, and no other one gets it.
+    // A widget that has vanished meanwhile does not get it back, and no other one gets it.
     QPushButton second(&window);
     second.show();
     other.activateWindow();

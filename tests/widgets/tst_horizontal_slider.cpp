@@ -27,12 +27,12 @@ private slots:
 namespace
 {
 
-constexpr QRgb handleColour = qRgb(255, 0, 255);
+constexpr QRgb HANDLE_COLOUR = qRgb(255, 0, 255);
 
 QImage handleImage()
 {
     QImage image(22, 6, QImage::Format_RGB32);
-    image.fill(handleColour);
+    image.fill(HANDLE_COLOUR);
     return image;
 }
 
@@ -49,7 +49,7 @@ QPair<int, int> handleColumns(HorizontalSlider &slider)
     const int ratio = qRound(image.devicePixelRatioF());
     QPair<int, int> columns(-1, -1);
     for (int x = 0; x < slider.width(); ++x) {
-        if (image.pixel(x * ratio, ratio) == handleColour) {
+        if (image.pixel(x * ratio, ratio) == HANDLE_COLOUR) {
             columns.first = columns.first < 0 ? x : columns.first;
             columns.second = x;
         }
@@ -170,9 +170,9 @@ void HorizontalSliderTest::handleStandsOnItsValue()
     const QImage image = slider.grab().toImage();
     const int ratio = qRound(image.devicePixelRatioF());
     const int middle = (columns.first + 11) * ratio;
-    QCOMPARE(image.pixel(middle, 0), handleColour);
-    QCOMPARE(image.pixel(middle, 5 * ratio), handleColour);
-    QVERIFY(image.pixel(middle, 6 * ratio) != handleColour);
+    QCOMPARE(image.pixel(middle, 0), HANDLE_COLOUR);
+    QCOMPARE(image.pixel(middle, 5 * ratio), HANDLE_COLOUR);
+    QVERIFY(image.pixel(middle, 6 * ratio) != HANDLE_COLOUR);
 }
 
 void HorizontalSliderTest::emptyRangesAndWidthsGiveTheMinimum_data()

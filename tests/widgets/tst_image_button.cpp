@@ -134,7 +134,7 @@ void ImageButtonTest::unknownNameGivesAnEmptyButton()
     QCOMPARE(button.size(), QSize(0, 0));
     button.setText("caption");
     button.show();
-    QTest::qWait(0);
+    QCoreApplication::processEvents();
     button.setGray(true);
     button.repaint();
     ImageButton nameless(QString(), nullptr, 0, 0);
@@ -224,6 +224,7 @@ void ImageButtonTest::grayButtonIgnoresTheMouseButNotThePointer()
     QSignalSpy holds(&button, &ImageButton::hold);
     QTest::mousePress(&button, Qt::LeftButton);
     QVERIFY(!button.isDown());
+    // Longer than a button has to be held, as a gray one must not answer.
     QTest::qWait(600);
     QTest::mouseRelease(&button, Qt::LeftButton);
     QCOMPARE(clicks.count(), 0);

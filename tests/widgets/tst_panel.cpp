@@ -163,7 +163,7 @@ void PanelTest::titleTogglesItsGroupOnly()
     panel.finishAdding();
     const QList<ImageButton *> heads = titles(panel);
     QVERIFY(looksLike(heads[0], "TOOL_TITLE_OPEN"));
-    // The panel is not on show, and that makes no difference.
+    // The panel is hidden, which makes no difference.
     heads[0]->click();
     QVERIFY(a->isHidden() && b->isHidden() && !c->isHidden());
     QVERIFY(looksLike(heads[0], "TOOL_TITLE_CLOSE"));

@@ -1,9 +1,9 @@
 #pragma once
 
-/// Around the making of the application object: without a display the toolkit says several lines
-/// and aborts. While this object lives, its messages are kept; a fatal one ends the process with
-/// one line that says which display was tried, exit code 1. Otherwise they are passed on when the
-/// object goes. One at a time, GUI thread.
+/// Lives while the application object is made: without a display the toolkit prints several lines
+/// there and aborts. While this object lives, messages are kept back. A fatal one ends the process
+/// with exit code 1 and one line that says which display was tried; otherwise they are passed on
+/// when the object is destroyed. One at a time, GUI thread.
 class FatalMessages
 {
 public:

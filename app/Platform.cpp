@@ -20,15 +20,15 @@ void setUnlessChosen(const char *variable, const char *value)
         qputenv(variable, value);
 }
 
-/// Blocks from here on go back to the system when they are freed, bytes. By itself the allocator
-/// raises this bound to tens of megabytes with the first picture that is freed; camera frames and
-/// encoded pictures, no two of one size, then leave holes, and a recording grows by 4 MB in ten
-/// seconds for minutes.
+/// Freed blocks of at least this many bytes go back to the system. Left to itself, the allocator
+/// raises this limit to tens of megabytes when the first picture is freed; camera frames and
+/// encoded pictures differ in size and then fragment the heap, and a recording grows by 4 MB every
+/// ten seconds for minutes.
 constexpr int LARGE_BLOCK = 256 * 1024;
 constexpr int LARGEST_REST = 1024 * 1024;
 
-/// Runs when the platform's plug-in has started, as the plug-in settles the first of these by
-/// itself.
+/// Runs when the platform's plug-in has started, because the plug-in sets the first of these
+/// attributes itself.
 void deliverEveryPoint()
 {
     // A stroke takes every point that the window system delivers, not only the latest one.
@@ -37,22 +37,22 @@ void deliverEveryPoint()
 }
 
 constexpr double USUAL_DPI = 96.0;
-/// A broken driver gives less than the first text terminals had or more than a printer.
+/// A value outside these limits comes from a broken driver, not from a screen.
 constexpr double LEAST_DPI = 36.0;
 constexpr double GREATEST_DPI = 600.0;
 /// The window as it opens, with its side panel, in units of the layout.
 constexpr double WINDOW_WIDTH = 938.0;
 constexpr double WINDOW_HEIGHT = 768.0;
-/// Of a desktop at 96 dpi, in pixels; at more dots an inch it draws a higher one.
+/// The height of a desktop's title bar at 96 dpi, in pixels; it grows with the dots an inch.
 constexpr double TITLE_BAR = 32.0;
 /// Whole windows then have whole pixels: 768 and 800 are multiples of 16.
 constexpr double STEP = 1.0 / 16.0;
 constexpr double LEAST_SCALE = 0.5;
-/// A screen without settings tells its size in whole millimetres: 1366 pixels at 96 dpi are 361 mm,
-/// which are 96.1 dpi. As a part of the scale.
+/// The error of the scale, as a part of it: a screen without settings gives its size in whole
+/// millimetres, so that 1366 pixels at 96 dpi are 361 mm, which make 96.1 dpi.
 constexpr double MEASURING_ERROR = 0.01;
 
-/// A scale that the user may choose by the environment; a tenth is a stamp, ten a wall.
+/// The limits of a scale that the user sets in the environment; outside them nothing is usable.
 constexpr double LEAST_CHOSEN_SCALE = 0.1;
 constexpr double GREATEST_CHOSEN_SCALE = 10.0;
 
@@ -63,7 +63,7 @@ bool isScale(const QString &text)
     return isNumber && scale >= LEAST_CHOSEN_SCALE && scale <= GREATEST_CHOSEN_SCALE;
 }
 
-/// "1.5", or "1.5;2" and "DP-1=1.5;DP-2=2" for several screens.
+/// Whether the text is "1.5", or "1.5;2" or "DP-1=1.5;DP-2=2" for several screens.
 bool areScales(const QString &text)
 {
     const QStringList screens = text.split(QLatin1Char(';'), Qt::SkipEmptyParts);
@@ -73,7 +73,7 @@ bool areScales(const QString &text)
            });
 }
 
-/// "xcb;wayland", each with its own arguments behind a colon: whether any of them is installed.
+/// For "xcb;wayland", each with its own arguments behind a colon: whether any is installed.
 bool isPlatform(const QString &text)
 {
     const QStringList known =
@@ -127,7 +127,7 @@ bool scaleIsChosen()
                        [](const char *variable) { return qEnvironmentVariableIsSet(variable); });
 }
 
-void dropNonsense()
+void dropUnusableSettings()
 {
     dropUnless(isPlatform, "QT_QPA_PLATFORM");
     dropUnless(isScale, "QT_SCALE_FACTOR");

@@ -2,20 +2,21 @@
 
 #include <QSize>
 
-/// Settles what the program asks of the platform; what the user has chosen by the environment
-/// stands. Before the application object is made, whose constructor does the rest: every point of a
-/// stroke is delivered, which the platform's plug-in would otherwise settle.
+/// Sets the toolkit's options for the platform, except those that the user has set in the
+/// environment. Call it before the application object is made; the object's constructor then sees
+/// to it that every point of a stroke is delivered, which the platform's plug-in would otherwise
+/// turn off.
 void preparePlatform();
 
-/// Takes settings out of the environment that no platform of the toolkit could follow, and says so:
-/// a platform that is not installed, a scale that is no number of this world. Before the
+/// Removes settings from the environment that no platform of the toolkit can follow, and says so: a
+/// platform that is not installed, a scale that is not a usable number. Call it before the
 /// application object is made.
-void dropNonsense();
+void dropUnusableSettings();
 
 /// What the desktop says of its screen before the first window is made.
 struct ScreenOffer {
-    /// Dots an inch that the desktop asks programs to draw for; anything that is no number of this
-    /// world counts as 96.
+    /// Dots an inch that the desktop asks programs to draw for; a value that no screen can have
+    /// counts as 96.
     double dpi = 0.0;
     /// The screen without the desktop's panels, in device pixels; empty when unknown.
     QSize freeArea;

@@ -21,8 +21,8 @@ void fitScaleToScreen()
     const double wanted = layoutScale(offer);
     if (qFuzzyCompare(wanted, given))
         return;
-    // The public ways to say this end when the application object is made, and only that knows
-    // the screen. The factor multiplies the one that is given.
+    // The public functions for this only work before the application object is made, but the screen
+    // is known only after it. The factor multiplies the one that is given.
     QHighDpiScaling::setGlobalFactor(wanted / given);
     QGuiApplicationPrivate::resetCachedDevicePixelRatio();
 }

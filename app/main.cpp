@@ -29,11 +29,11 @@ using TerminalLines::Line;
 namespace
 {
 
-/// The window is painted by then, and the camera is given two seconds before it is opened.
+/// By then the window is painted, and the camera is not opened before two seconds have passed.
 constexpr std::chrono::milliseconds WARM_UP_DELAY(300);
 
-/// What is left of the two seconds that closing may take, when all else has had its own bound.
-constexpr std::chrono::milliseconds END_BOUND(200);
+/// The part of the two seconds for closing that is left when every other step took all of its own.
+constexpr std::chrono::milliseconds END_TIMEOUT(200);
 
 /// The exit code for a command line that makes no sense.
 constexpr int REFUSED = 2;
@@ -47,11 +47,11 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 void tellWhatIsMissing()
 {
     const QSettings settings;
-    // Faults in the file are found when its keys are.
+    // A fault in the file is only found when its keys are read.
     (void)settings.allKeys();
     if (settings.status() != QSettings::NoError || QFileInfo(settings.fileName()).isDir())
         TerminalLines::tell(Line::SettingsUnreadable, {settings.fileName()});
-    // The toolkit lists families also where there is no file of theirs.
+    // The toolkit lists font families even where no font file is installed.
     if (QRawFont::fromFont(QApplication::font()).fontTable("cmap").isEmpty())
         TerminalLines::tell(Line::NoFont);
 }
@@ -64,7 +64,7 @@ int showWindow()
     return QApplication::exec();
 }
 
-/// What was set a moment ago has not reached the disk yet.
+/// Settings that were changed a moment ago are not on the disk yet.
 void writeSettings()
 {
     QSettings settings;
@@ -77,7 +77,7 @@ int runProgram(int argc, char **argv)
 {
     initialiseSkin();
     initialiseTranslations();
-    dropNonsense();
+    dropUnusableSettings();
     preparePlatform();
     const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     const ExitSignals exitSignals;
@@ -114,5 +114,5 @@ int main(int argc, char **argv)
         std::fputs(commandLine.text.c_str(), refused ? stderr : stdout);
         return refused ? REFUSED : 0;
     }
-    DetachedThreads::exitProcess(runProgram(argc, argv), END_BOUND);
+    DetachedThreads::exitProcess(runProgram(argc, argv), END_TIMEOUT);
 }

@@ -81,8 +81,8 @@ double milliseconds(Clock::duration duration)
     return std::chrono::duration<double, std::milli>(duration).count();
 }
 
-/// Wants to wake every 5 ms and remembers when it was woken late: whatever keeps this thread, which
-/// does nothing, from running is not the program's own doing.
+/// Tries to wake every 5 ms and remembers when it was woken late: whatever delays this thread,
+/// which does nothing else, is not caused by the program.
 class Metronome
 {
 public:
@@ -95,7 +95,7 @@ public:
     /// The most it was late between the two, ms.
     double latest(Clock::time_point from, Clock::time_point to) const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         double most = 0;
         for (const auto &[woken, late] : m_late) {
             if (woken >= from && woken - late <= to)
@@ -111,7 +111,7 @@ private:
             const Clock::time_point due = Clock::now() + std::chrono::milliseconds(5);
             std::this_thread::sleep_until(due);
             const Clock::time_point now = Clock::now();
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const std::lock_guard lock(m_mutex);
             if (now - due > std::chrono::milliseconds(10))
                 m_late.emplace_back(now, now - due);
         }
@@ -123,7 +123,8 @@ private:
     std::thread m_thread{[this] { run(); }};
 };
 
-/// Hands the frames on, if to anybody, and remembers when two came nearly two frames apart.
+/// Hands the frames on, if there is a receiver, and remembers when two came nearly two frame times
+/// apart.
 class WatchedFrames : public ICaptureCB
 {
 public:
@@ -149,18 +150,18 @@ public:
 
     void watchAnew()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_frames = 0;
         m_gaps.clear();
     }
     int frames() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_frames;
     }
     std::vector<Gap> gaps() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_gaps;
     }
 
@@ -168,7 +169,7 @@ private:
     void noteFrame()
     {
         const Clock::time_point now = Clock::now();
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         if (m_frames > 0 && now - m_last > std::chrono::milliseconds(60))
             m_gaps.push_back({m_last, now});
         m_last = now;

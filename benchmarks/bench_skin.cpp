@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr QSize windowSize(938, 768);
+constexpr QSize WINDOW_SIZE(938, 768);
 
 class Frame : public StyleWindow
 {
@@ -22,7 +22,7 @@ public:
     {
         setExpanded(true);
         setBuilt();
-        resize(windowSize);
+        resize(WINDOW_SIZE);
         rescaleEdges();
     }
 
@@ -41,7 +41,7 @@ void fill(Panel &panel)
             panel.addButton(new ImageButton(tools[next++ % tools.size()], "tip", &panel, 0, 0));
     }
     panel.finishAdding();
-    panel.resize(panel.width(), windowSize.height() - 100);
+    panel.resize(panel.width(), WINDOW_SIZE.height() - 100);
 }
 
 QImage target(QSize size)
@@ -54,8 +54,8 @@ QImage target(QSize size)
 // The yardstick: moving as many pixels as the window has.
 void copyWindowPixels(benchmark::State &state)
 {
-    const QImage from = target(windowSize);
-    QImage to = target(windowSize);
+    const QImage from = target(WINDOW_SIZE);
+    QImage to = target(WINDOW_SIZE);
     for (auto _ : state) {
         std::memcpy(to.bits(), from.constBits(), static_cast<size_t>(from.sizeInBytes()));
         benchmark::ClobberMemory();
@@ -65,7 +65,7 @@ void copyWindowPixels(benchmark::State &state)
 void paintFrame(benchmark::State &state)
 {
     Frame frame;
-    QImage image = target(windowSize);
+    QImage image = target(WINDOW_SIZE);
     for (auto _ : state)
         frame.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
 }
@@ -76,7 +76,7 @@ void paintFrameAndFullPanel(benchmark::State &state)
     Panel panel(&frame);
     fill(panel);
     panel.move(40, 30);
-    QImage image = target(windowSize);
+    QImage image = target(WINDOW_SIZE);
     for (auto _ : state)
         frame.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
 }

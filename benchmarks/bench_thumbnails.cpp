@@ -51,7 +51,7 @@ QImage photograph(int seed)
             noise = noise * 1664525 + 1013904223;
             const double wave =
                 std::sin(x * 0.004 + seed) + std::cos(y * 0.006) + std::sin(x * y * 1e-5);
-            const int value = 128 + int(wave * 35) + int(noise >> 28);
+            const int value = 128 + static_cast<int>(wave * 35) + static_cast<int>(noise >> 28);
             row[x] = qRgb(value, (value + x / 20) & 255, 255 - value);
         }
     }
@@ -77,7 +77,7 @@ double processorSeconds(int whose)
     rusage usage{};
     getrusage(whose, &usage);
     const auto seconds = [](const timeval &time) {
-        return double(time.tv_sec) + double(time.tv_usec) * 1e-6;
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
@@ -164,7 +164,7 @@ void race()
             const double before = processorSeconds(RUSAGE_SELF) + processorSeconds(RUSAGE_CHILDREN);
             clock.start();
             racer.work(files);
-            racer.elapsed.push_back(double(clock.nsecsElapsed()) * 1e-9);
+            racer.elapsed.push_back(static_cast<double>(clock.nsecsElapsed()) * 1e-9);
             racer.processor.push_back(processorSeconds(RUSAGE_SELF) +
                                       processorSeconds(RUSAGE_CHILDREN) - before);
         }
@@ -184,7 +184,7 @@ public:
     Stall()
     {
         connect(this, &QTimer::timeout, this, [this] {
-            longestMs = std::max(longestMs, double(m_clock.nsecsElapsed()) * 1e-6);
+            longestMs = std::max(longestMs, static_cast<double>(m_clock.nsecsElapsed()) * 1e-6);
             m_clock.start();
         });
         m_clock.start();
@@ -208,8 +208,9 @@ ImageButton *photographModeButton(const MainWindow &window)
 int visibleThumbnails(const MainWindow &window)
 {
     const auto buttons = window.thumbnailWidget()->findChildren<ThumbnailButton *>();
-    return int(std::count_if(buttons.begin(), buttons.end(),
-                             [](const ThumbnailButton *button) { return !button->isHidden(); }));
+    return static_cast<int>(
+        std::count_if(buttons.begin(), buttons.end(),
+                      [](const ThumbnailButton *button) { return !button->isHidden(); }));
 }
 
 void measureWindow()
@@ -233,7 +234,7 @@ void measureWindow()
     QObject::connect(&looks, &QTimer::timeout, &loop, [&] {
         const auto filled = std::count_if(buttons.begin(), buttons.end(),
                                           [](const auto *button) { return button->hasImage(); });
-        arrivals.resize(std::size_t(filled), clock.elapsed());
+        arrivals.resize(static_cast<std::size_t>(filled), clock.elapsed());
         if (arrivals.size() == PICTURES)
             loop.quit();
     });
@@ -244,7 +245,7 @@ void measureWindow()
     std::printf("500 photographs: opened with the first picture in %lld ms; thumbnails on their "
                 "buttons: the first after %lld ms, all %d visible ones after %lld ms, all after "
                 "%lld ms; meanwhile the window was away for %.1f ms at the most\n",
-                openMs, arrivals.front(), visible, arrivals[std::size_t(visible - 1)],
+                openMs, arrivals.front(), visible, arrivals[static_cast<std::size_t>(visible - 1)],
                 arrivals.back(), stall.longestMs);
 }
 
@@ -284,7 +285,7 @@ void measureTenThousand()
         emit slider.valueChanged(i * 9);
         strip.repaint();
     }
-    const double stepMs = double(clock.restart()) / 1000.0;
+    const double stepMs = static_cast<double>(clock.restart()) / 1000.0;
     auto *loader = strip.findChild<ThumbnailLoader *>();
     while (!loader->isFinished())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);

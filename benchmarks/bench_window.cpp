@@ -30,14 +30,14 @@ double monotonicMs()
 {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
 double processorMs()
 {
     timespec now{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
 double median(std::vector<double> values)
@@ -85,7 +85,7 @@ int child(int argc, char **argv, bool bare)
     const FirstPaint firstPaint(window.get(), [] {
         std::printf("%.3f %.3f\n", monotonicMs(), processorMs());
         std::fflush(stdout);
-        // Nothing of the end belongs to the start.
+        // Nothing of the end of the process counts as start.
         std::_Exit(0);
     });
     window->show();

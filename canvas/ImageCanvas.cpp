@@ -23,9 +23,9 @@ namespace
 {
 
 constexpr int REFRESH_INTERVAL_MS = 40;
-/// A source that was silent for this long no longer carries the canvas's own changes to the screen.
+/// When a source has been silent for this long, the canvas shows its own changes itself.
 constexpr int SILENT_SOURCE_MS = 200;
-/// How long a stroke over a standing picture may wait for others to be shown together with it.
+/// How long a stroke over a standing picture may wait, so that several are shown together.
 constexpr int STROKE_DELAY_MS = 10;
 constexpr QSize BOARD_SIZE(1280, 720);
 
@@ -140,7 +140,7 @@ void ImageCanvas::save(const CanvasModel::Shot &shot)
     const ShotSaver::Outcome outcome = ShotSaver::save(m_model, shot);
     if (!outcome.reason.isNull())
         reportSnapshotFailure(outcome.failedPath, outcome.reason);
-    // A failed write is shown like a good one.
+    // A failed write shows the same indication as a good one.
     if (outcome.taken)
         QMetaObject::invokeMethod(this, "showSnapshotTaken");
 }
@@ -289,7 +289,7 @@ void ImageCanvas::mousePressEvent(QMouseEvent *event)
 void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
 {
     if (!event->buttons().testFlag(Qt::LeftButton)) {
-        // The release went elsewhere, to a dialog that opened under the pointer.
+        // The release went to another window, such as a dialog that opened under the pointer.
         m_model.release();
         announceHistory();
         return;
@@ -340,7 +340,7 @@ void ImageCanvas::openTextEditor(QPoint widgetPoint)
         endTextEditing();
         return;
     }
-    // A release outside the canvas is not a click, and an editor there could not be seen.
+    // A release outside the canvas is not a click, and an editor there would not be visible.
     if (!rect().contains(widgetPoint))
         return;
     m_model.placeText(widgetPoint, size());
@@ -384,7 +384,7 @@ void ImageCanvas::requestRepaint()
         announceHistory();
         return;
     }
-    // Widgets may be touched on their own thread only; one request under way is enough.
+    // Widgets may be touched on their own thread only; one pending request is enough.
     if (m_updatePosted.exchange(true))
         return;
     QMetaObject::invokeMethod(this, "updatePosted", Qt::QueuedConnection);

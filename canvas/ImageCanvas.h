@@ -59,7 +59,7 @@ public:
         QDateTime time;
         /// The file, or the folder that did not answer.
         QString path;
-        /// In the system's words.
+        /// The reason in the system's words.
         QString reason;
     };
 
@@ -69,7 +69,7 @@ public:
     void stopSnapshot() { m_model.disarm(); }
     /// Whether a continuous series is armed.
     [[nodiscard]] bool seriesArmed() const { return m_model.seriesArmed(); }
-    /// The last one since the program began. GUI thread.
+    /// The last failure since the program started. GUI thread.
     [[nodiscard]] const std::optional<SnapshotFailure> &lastSnapshotFailure() const
     {
         return m_snapshotFailure;
@@ -123,11 +123,11 @@ public:
     [[nodiscard]] QString fontFace() const { return m_text.fontFace(); }
     [[nodiscard]] int fontSize() const { return m_text.fontSize(); }
     void setTextFormat() { m_text.applyFormat(); }
-    /// Whether undo() and redo() have something to do. While a text is being edited they are the
-    /// text's, else the drawing's.
+    /// Whether undo() and redo() have something to do. While a text is being edited they act on the
+    /// text, otherwise on the drawing.
     [[nodiscard]] bool canUndo() const;
     [[nodiscard]] bool canRedo() const;
-    /// Paints the text that is being edited into the drawing, which Escape does too; nothing when
+    /// Paints the text that is being edited into the drawing, as Escape does; does nothing when
     /// there is none.
     void endTextEditing();
 
@@ -165,11 +165,11 @@ public:
 public slots:
     /// Shows changes of effect, mask, view or drawing on the standing picture. GUI thread.
     void autoRefresh();
-    /// Takes back the shape that is being dragged, or the last step: a shape, a stroke, a text,
-    /// the erasing of all, or that a picture of another size discarded the drawing; that one comes
-    /// back scaled to the picture. GUI thread.
+    /// Takes back the shape that is being dragged, or the last step: a shape, a stroke, a text, an
+    /// erasing of everything, or the loss of the drawing to a picture of another size, which brings
+    /// the drawing back scaled to the picture. GUI thread.
     void undo();
-    /// Does again what was taken back last. GUI thread.
+    /// Does again what was undone last. GUI thread.
     void redo();
 
 signals:
@@ -224,7 +224,7 @@ private:
     QColor m_boardColor = Qt::white;
     MouseMode m_mouseMode = Hand;
     TextAnnotation m_text;
-    /// What historyChanged() has told of last.
+    /// What historyChanged() has reported last.
     bool m_canUndo = false;
     bool m_canRedo = false;
 };

@@ -26,14 +26,15 @@ constexpr qint64 CLIP_BLINK_MS = 900;
 constexpr qint64 CLIP_BLINK_HALF_PERIOD_MS = 100;
 /// The icon's part of an image with a caption.
 constexpr int ICON_AREA = 38;
-/// Of the bar that fills with the optical zoom.
+/// Width of the bar that fills with the optical zoom.
 constexpr double OPTICAL_BAR_WIDTH = 129.0;
 constexpr int OPTICAL_BAR_FROM_RIGHT = 184;
 constexpr QRgb OPTICAL_BAR_COLOR = 0xFF0080FF;
-/// The dark ground of the zoom factor, and how far it reaches past the text on either side.
+/// Opacity of the dark background of the zoom factor, and how far it extends past the text on
+/// either side.
 constexpr int GROUND_ALPHA = 178;
 constexpr int FACTOR_MARGIN = 8;
-/// The last part of a passing indication's time.
+/// How long an indication fades before it ends.
 constexpr qint64 FADE_MS = 120;
 
 qint64 monotonicMs()
@@ -281,9 +282,9 @@ void OSDProcessor::paintOpticalZoom(QPainter *painter)
     const int height = m_canvas->height();
     if (lens != 0.0) {
         painter->drawImage(QPointF(width - 250, height - 50), m_zoomImage);
-        // A senseless answer of the camera ends at the widget's edge.
-        const auto bar =
-            static_cast<int>(std::min(lens * OPTICAL_BAR_WIDTH, double(OPTICAL_BAR_FROM_RIGHT)));
+        // A wrong answer of the camera must not draw beyond the widget's edge.
+        const auto bar = static_cast<int>(
+            std::min(lens * OPTICAL_BAR_WIDTH, static_cast<double>(OPTICAL_BAR_FROM_RIGHT)));
         painter->fillRect(width - OPTICAL_BAR_FROM_RIGHT, height - 40, bar, 18,
                           QColor(OPTICAL_BAR_COLOR));
     }
@@ -295,7 +296,7 @@ void OSDProcessor::paintOpticalZoom(QPainter *painter)
         const QPoint baseline(width - 110, height - 56);
         const QString text = IndicationTexts::digitalZoom(factor);
         const QFontMetrics metrics = painter->fontMetrics();
-        // White letters alone would be lost on white paper.
+        // White letters alone would not be readable on white paper.
         const QRect ground(baseline.x() - FACTOR_MARGIN, baseline.y() - metrics.ascent(),
                            metrics.horizontalAdvance(text) + 2 * FACTOR_MARGIN, metrics.height());
         painter->fillRect(ground, QColor(0, 0, 0, GROUND_ALPHA));
@@ -363,7 +364,7 @@ bool OSDProcessor::begin(QPainter *painter, const Timer &timer, qint64 limitMs) 
     const bool fades =
         leftMs < FADE_MS &&
         m_canvas->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, m_canvas) > 0;
-    painter->setOpacity(fades ? double(leftMs) / FADE_MS : 1.0);
+    painter->setOpacity(fades ? static_cast<double>(leftMs) / FADE_MS : 1.0);
     return true;
 }
 

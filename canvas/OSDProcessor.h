@@ -19,8 +19,8 @@ class QPainter;
 /// brightness scale, the record time, the blink of a finished clip.
 ///
 /// GUI thread only; owned by the main window, its parent. Nothing here asks for a repaint: an
-/// indication whose time is up goes with the next one. The images are read anew by every osd call;
-/// a missing one draws nothing and counts as 0 wide.
+/// indication whose time is up disappears with the next one. Every osd call loads its images again;
+/// a missing image draws nothing and counts as 0 wide.
 class OSDProcessor : public QObject
 {
     Q_OBJECT
@@ -49,8 +49,8 @@ public:
     void stopOsdRecord();
     void osdSnapshot();
 
-    /// Paints what is due, in widget coordinates; called by the canvas without its lock. While the
-    /// brightness scale or the optical zoom shows, this asks the camera over USB.
+    /// Paints the indications that are on, in widget coordinates; the canvas calls it without its
+    /// lock. While the brightness scale or the optical zoom shows, this asks the camera over USB.
     void postPaint(QPainter *painter);
     /// An image at (x, y) with its caption centred right of the 38-pixel icon area.
     void paintImageText(QPainter *painter, int x, int y, const QImage &image, const QString &text);
@@ -63,7 +63,7 @@ signals:
     void indicated(const QString &text);
 
 private:
-    /// The moment it was started; empty while it does not run.
+    /// The moment the timer was started; empty while it does not run.
     using Timer = std::optional<qint64>;
 
     struct BrightnessImages {
@@ -86,7 +86,7 @@ private:
     void paintClipFrame(QPainter *painter);
 
     [[nodiscard]] bool isDue(const Timer &timer, qint64 limitMs) const;
-    /// Whether the indication is due; the painter then has the opacity of its moment. It fades at
+    /// Whether the indication is on; the painter then has the opacity for this moment. It fades at
     /// its end unless the desktop asks for no animation.
     bool begin(QPainter *painter, const Timer &timer, qint64 limitMs) const;
     /// Null while there is no camera.

@@ -11,13 +11,13 @@ void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Sho
         ViewGeometry::fit(shown.picture ? shown.picture->size() : QSize(0, 0), size);
     const QRect place(fitted.margin, fitted.size);
     if (m_barsBlack) {
-        // Filling all of it would write every pixel of the picture twice.
+        // Filling the whole widget would write every pixel of the picture twice.
         const QRegion bars = QRegion(QRect({0, 0}, size).adjusted(2, 2, -2, -2)) - place;
         for (const QRect &bar : bars)
             painter->fillRect(bar, Qt::black);
     }
-    // In whole pixels of the screen, which are not those of the layout at a ratio of 1.5: the
-    // painter has nothing to scale then.
+    // Whole pixels of the screen, which are not those of the layout at a ratio of 1.5, leave the
+    // painter nothing to scale.
     const double ratio = painter->device()->devicePixelRatioF();
     const QPoint corner = (QPointF(place.topLeft()) * ratio).toPoint();
     const QPoint end =

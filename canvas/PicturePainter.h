@@ -15,10 +15,10 @@ public:
     /// `size` is the widget's, in units of the layout.
     void paint(QPainter *painter, QSize size, const CanvasModel::Shown &shown);
 
-    /// Whether what the picture leaves free, but for an edge of 2, is painted black.
+    /// Whether the area around the picture, except for an edge of 2, is painted black.
     void setBarsBlack(bool black) { m_barsBlack = black; }
 
-    /// Gives back what is kept.
+    /// Frees the scaled picture.
     void release() { m_scaled.release(); }
 
 private:

@@ -18,7 +18,7 @@ namespace
 const char DEFAULT_FACE[] = "Arial";
 constexpr int DEFAULT_POINTS = 18;
 constexpr int LARGEST_EDGE = 300;
-/// Between the editor and the canvas edge, one more than is left free.
+/// The distance between the editor and the canvas edge, plus one.
 constexpr int EDGE_MARGIN = 5;
 
 } // namespace
@@ -43,7 +43,7 @@ void TextAnnotation::open(QPoint widgetPoint)
 {
     const QSize room = m_editor->parentWidget()->size() - QSize(EDGE_MARGIN, EDGE_MARGIN);
     m_editor->move(widgetPoint);
-    // A click in the last pixels still opens something to type into.
+    // A click in the last pixels still opens an editor that can be typed into.
     m_editor->resize(std::clamp(room.width() - widgetPoint.x(), 1, LARGEST_EDGE),
                      std::clamp(room.height() - widgetPoint.y(), 1, LARGEST_EDGE));
     m_editor->clear();
@@ -64,7 +64,7 @@ bool TextAnnotation::isOpen() const
 
 void TextAnnotation::close()
 {
-    // A text editor does not pass the focus on when it is hidden, and would go on taking every key.
+    // A hidden text editor does not pass the focus on and would go on taking every key.
     m_editor->clearFocus();
     m_editor->hide();
     m_editor->moveCursor(QTextCursor::Start);

@@ -22,11 +22,11 @@ public:
     /// What was written last, also after close().
     [[nodiscard]] QTextDocument &document() const;
 
-    /// Shows an empty editor with the keyboard focus.
+    /// Shows an empty editor that has the keyboard focus.
     void open(QPoint widgetPoint);
-    /// Also when the canvas itself is not on the screen.
+    /// Whether the editor is open, also while the canvas itself is not on the screen.
     [[nodiscard]] bool isOpen() const;
-    /// Hides the editor and leaves the keyboard focus to the window. The text stays.
+    /// Hides the editor and gives the keyboard focus to the window. The text stays.
     void close();
     /// Paints an open text where it stands on the canvas, without its caret and selection.
     void paint(QPainter *painter) const;

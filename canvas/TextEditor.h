@@ -15,7 +15,7 @@ public:
     explicit TextEditor(QWidget *parent);
 
 signals:
-    /// The writer wants the text to be committed.
+    /// Escape was pressed: the text is to be committed.
     void finished();
 
 protected:

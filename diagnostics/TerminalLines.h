@@ -38,7 +38,7 @@ struct Row {
 
 [[nodiscard]] QString text(Line line, const QStringList &words = {});
 
-/// Says the line on the standard error, once in the life of the process for the same cause, which
+/// Writes the line to the standard error, once in the life of the process for each cause. The cause
 /// is the words themselves unless it is given. Any thread.
 void tell(Line line, const QStringList &words = {}, const QString &cause = {});
 

@@ -6,7 +6,7 @@
 class ImageCanvas;
 class OSDProcessor;
 
-/// The canvases, one a mode, with their indications; the one on top is current. GUI thread.
+/// The canvases, one for each mode, with their indications; the one on top is current. GUI thread.
 class CanvasDeck : public QStackedWidget
 {
     Q_OBJECT
@@ -14,10 +14,11 @@ class CanvasDeck : public QStackedWidget
 public:
     using QStackedWidget::QStackedWidget;
 
-    /// The canvas of the next mode. The deck becomes its parent; the indications are not owned.
+    /// Adds the canvas of the next mode. The deck becomes its parent; the indications are not
+    /// owned.
     void add(ImageCanvas *canvas, OSDProcessor *indications);
 
-    /// Of the current canvas, a number of Modes; -1 while there is none.
+    /// The mode of the current canvas, a number of Modes; -1 while there is none.
     [[nodiscard]] int mode() const { return currentIndex(); }
     void setMode(int mode) { setCurrentIndex(mode); }
 
@@ -26,7 +27,7 @@ public:
     [[nodiscard]] ImageCanvas *canvas(int mode) const;
     /// Whether the camera's canvas is current.
     [[nodiscard]] bool onLive() const;
-    /// Of the current canvas; null while there is none.
+    /// The indications of the current canvas; null while there is none.
     [[nodiscard]] OSDProcessor *indications() const;
     [[nodiscard]] const QHash<ImageCanvas *, OSDProcessor *> &allIndications() const;
 

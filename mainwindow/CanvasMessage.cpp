@@ -12,7 +12,7 @@ namespace
 
 constexpr int LEAST_TEXT_HEIGHT = 18;
 constexpr int MOST_TEXT_HEIGHT = 60;
-/// Lines of text that the height of a canvas would hold.
+/// How many lines of text the height of a canvas holds.
 constexpr int LINES_OF_CANVAS = 22;
 constexpr int TEXT_FLAGS = Qt::AlignCenter | Qt::TextWordWrap;
 const QColor GROUND(16, 16, 16, 215);

@@ -84,7 +84,7 @@ const std::vector<Row> &rows()
 
 const Row &row(Command command)
 {
-    const Row &found = rows()[std::size_t(command)];
+    const Row &found = rows()[static_cast<std::size_t>(command)];
     Q_ASSERT(found.command == command);
     return found;
 }
@@ -99,7 +99,7 @@ std::vector<Row> rowsOf(Group group)
 
 bool inPanel(Group group)
 {
-    return int(group) < PANEL_GROUP_COUNT;
+    return static_cast<int>(group) < PANEL_GROUP_COUNT;
 }
 
 const char *titleOf(Group group)
@@ -110,7 +110,7 @@ const char *titleOf(Group group)
         QT_TRANSLATE_NOOP("MainWindow", "Adjustment"),
         QT_TRANSLATE_NOOP("MainWindow", "Recording"),
     };
-    return inPanel(group) ? titles[std::size_t(group)] : "";
+    return inPanel(group) ? titles[static_cast<std::size_t>(group)] : "";
 }
 
 std::optional<Command> ofTool(int mouseMode)
@@ -124,7 +124,7 @@ std::optional<Command> ofTool(int mouseMode)
 
 std::optional<Command> ofKey(int key, Qt::KeyboardModifiers modifiers, int mode)
 {
-    const int pressed = key | int(modifiers & ~Qt::KeypadModifier);
+    const int pressed = key | static_cast<int>(modifiers & ~Qt::KeypadModifier);
     for (const Row &each : rows()) {
         const bool has = std::find(each.keys.begin(), each.keys.end(), pressed) != each.keys.end();
         if (has && Modes::contains(each.modes, mode))

@@ -9,8 +9,8 @@
 #include <optional>
 #include <vector>
 
-/// Everything that the main window does on a button or a key. The buttons of a group stand in it in
-/// this order.
+/// Everything that the main window does on a button or a key. The buttons of a group stand in this
+/// order in their panel, bar or card.
 enum class Command {
     // The side panel
     Line,
@@ -84,10 +84,10 @@ enum class Command {
     ThickerPen
 };
 
-/// The one table of commands: a row says where the button of a command stands and how it looks,
-/// which slots of the main window a click, a hold or a press calls, in which modes there is the
-/// command, which tool and which pop-up window belong to it, and its keys. To add a command is to
-/// add a row. Plain data; any thread.
+/// The one table of commands. A row says where the button of a command stands and how it looks,
+/// which slots of the main window a click, a hold or a press calls, in which modes the command
+/// exists, which tool and which pop-up belong to it, and its keys. To add a command is to add a
+/// row. Plain data; any thread.
 namespace Commands
 {
 
@@ -126,20 +126,20 @@ enum class PopUp {
     More
 };
 
-/// What a button is beyond one that is pressed; combined bit by bit.
+/// How a button differs from one that is simply pressed; combined bit by bit.
 enum Look : unsigned {
     Plain = 0,
     Checkable = 1,
     /// Checked when the window opens.
     Checked = 2,
-    /// One of the buttons in the side panel of which one is checked.
+    /// One of the buttons in the side panel, of which exactly one is checked.
     InToolGroup = 4,
     /// Is never checked, though it is in the tool group.
     NeverChecked = 8
 };
 
-/// A row and, by its functions, how it is written. Texts are marked source texts, translated in the
-/// main window's context when they are shown; slots are coded as SLOT() codes them, null for none.
+/// A row, with the functions that fill it in. Texts are marked source texts, translated in the main
+/// window's context when they are shown; slots are coded as SLOT() codes them, null for none.
 struct Row {
     Row(Command ofCommand, Group inGroup, const char *withSkin, const char *withText)
         : command(ofCommand)
@@ -159,9 +159,9 @@ struct Row {
     Row &&draws(CanvasModes::MouseMode mode) &&;
     Row &&in(Modes::Set set) &&;
     Row &&looks(unsigned bits) &&;
-    /// Each with its modifiers, as Qt::CTRL | Qt::Key_S.
+    /// Keys, each with its modifiers, as Qt::CTRL | Qt::Key_S.
     Row &&on(std::vector<int> all) &&;
-    /// Goes on while a key is held, as fast as the steps are shown.
+    /// The command repeats while its key is held, as fast as its steps are shown.
     Row &&repeats() &&;
 
     Command command;
@@ -195,7 +195,8 @@ struct Row {
 
 /// The tool of a canvas's mouse mode; nothing for a value outside the tools.
 [[nodiscard]] std::optional<Command> ofTool(int mouseMode);
-/// The command of a key in a mode; nothing without one. A key of the number pad is the key.
+/// The command of a key in a mode; nothing if there is none. A key of the number pad counts as its
+/// counterpart.
 [[nodiscard]] std::optional<Command> ofKey(int key, Qt::KeyboardModifiers modifiers, int mode);
 
 } // namespace Commands

@@ -84,7 +84,7 @@ void MainWindow::changeEvent(QEvent *event)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     StyleWindow::resizeEvent(event);
-    // The move that belongs to the resize is told after it.
+    // The move that belongs to the resize is reported after it.
     if (m_missedWidening != 0 && !isMaximized() && !isFullScreen())
         QMetaObject::invokeMethod(this, &MainWindow::catchUpWidening, Qt::QueuedConnection);
 }
@@ -97,7 +97,7 @@ void MainWindow::switchMode()
     int mode = before;
     for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Modes)) {
         if (button(row.command)->isChecked()) {
-            mode = int(row.command) - int(Command::LiveMode);
+            mode = static_cast<int>(row.command) - static_cast<int>(Command::LiveMode);
             break;
         }
     }
@@ -167,7 +167,7 @@ void MainWindow::applyMode()
 
 void MainWindow::expand()
 {
-    // There is no mode 5; a mode without a side panel would be tested here.
+    // There is no mode 5; it stands for a mode without a side panel.
     constexpr int NO_PANEL_MODE = 5;
     if (currentMode() == NO_PANEL_MODE && !m_sidePanelOpen)
         return;
@@ -196,7 +196,7 @@ void MainWindow::widen(int step)
 {
     const int before = width();
     resize(before + step, height());
-    // The right edge stays put, also where the minimum size took a part of the step.
+    // The right edge stays in place, also where the minimum size reduced the step.
     if (isVisible())
         move(pos() - QPoint(width() - before, 0));
 }
@@ -246,7 +246,7 @@ void MainWindow::reposition()
 
 void MainWindow::macro()
 {
-    // No button of this window switches the macro mode; a checkable one may be connected.
+    // No button of this window switches the macro mode, but a checkable one may be connected.
     const auto *macroButton = qobject_cast<QAbstractButton *>(sender());
     m_camera->setMacro(macroButton && macroButton->isChecked());
 }
@@ -377,7 +377,7 @@ void MainWindow::perform(Command command)
 
 void MainWindow::call(const char *slot)
 {
-    // A digit, the name and its brackets.
+    // Skips the digit before the name and the brackets after it.
     const QByteArray coded(slot);
     QMetaObject::invokeMethod(this, coded.mid(1, coded.indexOf('(') - 1).constData());
 }

@@ -76,7 +76,7 @@ public slots:
     /// Leaves what lies on top: a pop-up that is to be seen, else the full screen, else the
     /// presentation.
     void leave();
-    /// The pop-up with the pages, and the same on the page of the keys.
+    /// Opens the pop-up with the pages; showKeys() opens it on the page of the keys.
     void more();
     void showKeys();
 
@@ -195,7 +195,7 @@ private:
                                    QButtonGroup *group);
     /// What a tool's button does that has no slot of its own.
     void connectTool(const Commands::Row &row, ImageButton *button);
-    /// Opens the pop-up of a button for a user who does not hold the mouse on it.
+    /// Opens the pop-up of a button for a user who cannot hold the mouse on it.
     void connectOptions(const Commands::Row &row, ImageButton *toolButton);
     void connectCommands();
     ImageCanvas *createCanvas();
@@ -217,7 +217,7 @@ private:
     void applyMode();
     /// Makes the window wider, or narrower, at its left edge.
     void widen(int step);
-    /// Gives a side panel that was opened or closed in full screen its width.
+    /// Applies the width of a side panel that was opened or closed in full screen.
     void catchUpWidening();
 
     MainWindowServices m_services{this};
@@ -246,7 +246,7 @@ private:
     PhotographBar *m_photographBar = nullptr;
 
     bool m_sidePanelOpen = false;
-    /// What the side panel would have made the window wider in full screen; the window manager
-    /// gives back the width from before.
+    /// By how much the side panel would have widened the window in full screen; afterwards the
+    /// window manager restores the width from before.
     int m_missedWidening = 0;
 };

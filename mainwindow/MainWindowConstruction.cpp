@@ -36,9 +36,9 @@ namespace
 
 constexpr QSize MINIMUM_SIZE(800, 768);
 constexpr QSize LIVE_BOX_SIZE(60, 37);
-/// What the sources have of the two seconds that closing may take; thumbnails, and threads that are
-/// left behind, come after them.
-constexpr std::chrono::milliseconds END_BOUND(1500);
+/// The part of the two seconds for closing that belongs to the sources; thumbnails and threads that
+/// are left behind come after them.
+constexpr std::chrono::milliseconds END_TIMEOUT(1500);
 
 } // namespace
 
@@ -49,7 +49,7 @@ MainWindow::MainWindow(QWidget *parent)
         setParent(parent, windowFlags());
     setMinimumSize(MINIMUM_SIZE);
     resize(MINIMUM_SIZE);
-    FormControls::dressToolTips();
+    FormControls::applyLookToToolTips();
     m_deck = new CanvasDeck(this);
     m_tools = std::make_unique<ToolActions>(m_deck, &m_popups, &m_buttons);
     m_capture = std::make_unique<CaptureActions>(m_deck, &m_buttons, this);
@@ -72,10 +72,10 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    const ExitDeadline end(END_BOUND);
+    const ExitDeadline end(END_TIMEOUT);
     if (m_capture->recording())
         m_liveSource->stopRecord();
-    // Before any canvas; what still asks for the camera then finds none.
+    // Reset before any canvas is destroyed: what still asks for the camera then finds none.
     LiveSource *live = m_liveSource;
     m_liveSource = nullptr;
     m_capture->setSource(nullptr);
@@ -131,8 +131,8 @@ void MainWindow::createPanel()
     for (const Row &row : rows()) {
         if (!inPanel(row.group))
             continue;
-        if (int(row.group) != group) {
-            group = int(row.group);
+        if (static_cast<int>(row.group) != group) {
+            group = static_cast<int>(row.group);
             m_panel->addGroup(tr(titleOf(row.group)));
         }
         ImageButton *made = createPanelButton(row.skin, tr(row.text), row.clickSlot, row.holdSlot,
@@ -143,7 +143,7 @@ void MainWindow::createPanel()
         if (row.look & NeverChecked)
             made->setCheckable(false);
         made->setChecked((row.look & Checked) != 0);
-        // A button of other modes waits for them.
+        // A button that does not belong to Live mode is hidden until its mode is entered.
         if (!Modes::contains(row.modes, Live)) {
             made->hide();
             made->setEnabled(false);

@@ -11,15 +11,15 @@ using Set = unsigned;
 
 [[nodiscard]] constexpr Set only(Mode mode)
 {
-    return 1U << unsigned(mode);
+    return 1U << static_cast<unsigned>(mode);
 }
 
-constexpr Set ALL = (1U << unsigned(COUNT)) - 1;
+constexpr Set ALL = (1U << static_cast<unsigned>(COUNT)) - 1;
 
 /// False for a number that is no mode.
 [[nodiscard]] constexpr bool contains(Set set, int mode)
 {
-    return mode >= 0 && mode < COUNT && (set & (1U << unsigned(mode))) != 0;
+    return mode >= 0 && mode < COUNT && (set & (1U << static_cast<unsigned>(mode))) != 0;
 }
 
 } // namespace Modes

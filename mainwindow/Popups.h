@@ -24,7 +24,7 @@ public:
 
     /// Null when none is open.
     [[nodiscard]] ToolWindow *current() const;
-    /// Whether one is open and to be seen.
+    /// Whether one is open and visible.
     [[nodiscard]] bool shown() const;
 
     void closeAny();
@@ -33,12 +33,12 @@ public:
     /// Replaces the open pop-up by that of a command, made beside the button after the old one has
     /// gone. A command without a pop-up closes the open one.
     void open(const Commands::Row &row, ImageButton *button);
-    /// Lets `use` work with the pop-up of a command: with the open one, if it is that, otherwise
-    /// with one that is not shown.
+    /// Calls `use` with the pop-up of a command: with the open one if it belongs to it, otherwise
+    /// with one that is never shown.
     void with(Command command, ImageButton *button, const std::function<void(ToolWindow *)> &use);
 
-    /// What the pop-up "More" tells of, and the card whose hidden buttons it offers; before it is
-    /// opened.
+    /// What the pop-up "More" shows, and the card whose hidden buttons it offers; to be set before
+    /// it is opened.
     void setMore(const Pages::Context &pages, const CommandCard *card);
 
 private:

@@ -8,7 +8,7 @@
 /// the side panel and the sizes that the skin gives. All in window coordinates, in pixels, unless
 /// said otherwise; halves are integer halves that truncate towards zero.
 struct WindowLayout {
-    /// How much wider the window is with its side panel open.
+    /// By how much the window is wider with its side panel open.
     static constexpr int SIDE_PANEL_WIDTH = 138;
 
     /// The current sizes of those widgets that are placed by their own width or height.
@@ -33,7 +33,7 @@ struct WindowLayout {
     QPoint liveBox;
     QPoint recordTimeLabel;
     QPoint card;
-    /// What the card may take before it meets the widest bar.
+    /// The width that the card may take before it meets the widest bar.
     int cardRoom = 0;
     QPoint filmBar;
     QPoint volumeSlider;

@@ -2,7 +2,8 @@
 
 /// The enumerations of the canvas, apart from the widget, so that settings and pure functions can
 /// name them. ImageCanvas derives from this struct: ImageCanvas::Freehand is CanvasModes::Freehand.
-/// They hold any int: a mode that a later version has written is none of these, and does nothing.
+/// Variables of these types may hold any int: a mode that a later version has written matches none
+/// of these and does nothing.
 struct CanvasModes {
     /// The tool that the left mouse button drives.
     enum MouseMode : int {

@@ -15,7 +15,7 @@ QSettings store()
                      QCoreApplication::applicationName() + " Extras");
 }
 
-/// Once a process is enough.
+/// Tells the terminal that the file cannot be read or written; once a process is enough.
 void sayThatItFails(const QSettings &settings)
 {
     static bool said = false;

@@ -8,7 +8,7 @@
 namespace Preferences
 {
 
-/// The number under that key; `otherwise` when there is none or it is outside the range.
+/// The number stored under that key; `otherwise` when there is none or it is outside the range.
 [[nodiscard]] int number(const QString &key, int otherwise, int least, int most);
 /// Written at once. A number that is stored already writes nothing.
 void setNumber(const QString &key, int value);

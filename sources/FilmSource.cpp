@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr int tickMs = 100;
+constexpr int TICK_MS = 100;
 
 } // namespace
 
@@ -30,7 +30,7 @@ FilmSource::FilmSource(ICaptureCB *callback, QObject *parent, std::unique_ptr<Fi
     , m_stepClock(std::make_unique<QElapsedTimer>())
     , m_private(std::make_unique<FilmSourcePrivate>(callback, std::move(player), makeDisplayLink))
 {
-    m_tickTimer->setInterval(tickMs);
+    m_tickTimer->setInterval(TICK_MS);
     m_tickTimer->setTimerType(Qt::PreciseTimer);
     connect(m_tickTimer, &QTimer::timeout, this, &FilmSource::tickEvent);
     m_stepClock->start();
@@ -208,7 +208,7 @@ void FilmSource::tickEvent()
     if (m_private->stepping) {
         double place = m_stepper.position();
         const qint64 elapsedMs = m_stepClock->elapsed();
-        if (!m_stepper.atNormalSpeed() && m_private->playing && elapsedMs >= tickMs) {
+        if (!m_stepper.atNormalSpeed() && m_private->playing && elapsedMs >= TICK_MS) {
             place = m_stepper.advance(elapsedMs);
             m_stepClock->restart();
             seekTo(m_stepper.position());

@@ -18,7 +18,7 @@ namespace
 
 constexpr int FRAMES_PER_SECOND = 30;
 constexpr int POLL_INTERVAL_MS = 500;
-/// Until an answer of the bus that was not there at once is asked for again.
+/// After this time a late answer of the bus is asked for again.
 constexpr int LATE_ANSWER_MS = 20;
 // A camera that has just been plugged in needs this long before it can be opened reliably.
 constexpr qint64 SETTLE_MS = 2001;
@@ -39,7 +39,7 @@ public:
     void frameArrived(void *rgb, int width, int height, qint64 microseconds)
     {
         callback->imageCaptured(rgb, width, height, false, false);
-        const std::lock_guard<std::mutex> lock(recorderMutex);
+        const std::lock_guard lock(recorderMutex);
         if (recorder)
             recorder->pictureCaptured(rgb, width, height, microseconds);
     }
@@ -52,7 +52,8 @@ public:
     std::unique_ptr<FrameRecorder> recorder;
     std::unique_ptr<UvcCamera> camera = std::make_unique<UvcCamera>();
     std::unique_ptr<CameraControls> controls = std::make_unique<CameraControls>(*camera);
-    /// What a movie tells, which may be completed in the background after the source has gone.
+    /// Passes what a movie reports, as it may be completed in the background after the source is
+    /// gone.
     const std::shared_ptr<CallbackGate> failures = std::make_shared<CallbackGate>();
 };
 
@@ -294,14 +295,14 @@ void LiveSource::createCaptureGraph(bool record)
         return;
 
     std::unique_ptr<FrameRecorder> recorder = createRecorder(*m_streamSize);
-    const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
+    const std::lock_guard lock(m_private->recorderMutex);
     m_private->recorder = std::move(recorder);
 }
 
 void LiveSource::tearDownCaptureGraph()
 {
-    // No picture comes any more. The end of the stream itself may take its time, which the movie is
-    // not to wait for.
+    // No further picture is delivered. The end of the stream itself may take longer, and the movie
+    // does not wait for it.
     m_private->camera->stopDelivery();
     m_private->camera->stopStreaming();
     m_streamSize.reset();
@@ -314,7 +315,7 @@ void LiveSource::finishRecording()
     m_recording.end();
     std::unique_ptr<FrameRecorder> recorder;
     {
-        const std::lock_guard<std::mutex> lock(m_private->recorderMutex);
+        const std::lock_guard lock(m_private->recorderMutex);
         recorder = std::move(m_private->recorder);
     }
     if (!recorder)
@@ -326,7 +327,7 @@ void LiveSource::finishRecording()
 
 std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
 {
-    // What a recording reports after the next one has begun belongs to neither.
+    // A report of a recording that comes after the next one has begun concerns neither.
     const int number = m_recording.number();
     auto failed = [this, number, gate = m_private->failures](const QString &sentence) {
         gate->pass([&] {
@@ -355,7 +356,7 @@ void LiveSource::reportMissingPictures()
 
 void LiveSource::checkPictures()
 {
-    // A camera that is on the bus but not open yet will be within that time.
+    // A camera that is on the bus but not open yet will be open within that time.
     const bool opening = !m_recording.begun() && m_presenceTimer.isValid();
     // Only this thread changes the pointer, so it is read without the lock.
     const FrameRecorder *recorder = m_private->recorder.get();

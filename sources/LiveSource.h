@@ -72,7 +72,7 @@ public:
     [[nodiscard]] QSize recordingResolution() const;
     /// Whether the camera streams for a recording.
     [[nodiscard]] bool recording() const;
-    /// Whether one has been asked for and not ended, be it begun or not.
+    /// Whether a recording has been requested and not ended, whether or not it has begun.
     [[nodiscard]] bool recordRequested() const;
 
     [[nodiscard]] CameraLink cameraLink() const override;
@@ -117,7 +117,7 @@ private:
     RecordingRequest m_recording;
     /// Runs while the first picture of a recording is awaited.
     QTimer m_pictureTimer;
-    /// Of the stream that is wanted now, if one is.
+    /// The size of the stream that is wanted now, if there is one.
     std::optional<QSize> m_streamSize;
     QSize m_resolution;
     QSize m_recordingResolution;

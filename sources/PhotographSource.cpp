@@ -49,7 +49,7 @@ void PhotographSource::open(QDir dir, const QStringList &names)
     m_hasDir = true;
     m_dir = std::move(dir);
     m_fileNames = names;
-    // The threads of a folder whose drive is silent are left behind with it.
+    // The threads of a folder whose drive does not answer are given up with it.
     if (sameFolder && m_problem != PictureProblem::NoAnswer)
         return;
     m_preloader = std::make_unique<PicturePreloader>([this, gate = m_gate](const QString &path) {

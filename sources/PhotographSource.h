@@ -17,10 +17,10 @@ class MainWindow;
 class PicturePreloader;
 
 /// A folder of pictures as a source: shows one at a time, steps through them and plays them as a
-/// slideshow. Pictures are handed over on the GUI thread; they are read on others, the neighbours
-/// of the shown one ahead of time. A picture that changes on the disk is delivered anew, and one
-/// that appears in the folder joins the list; one that goes keeps its place. A child of the main
-/// window.
+/// slideshow. Pictures are handed over on the GUI thread; other threads read them, the neighbours
+/// of the shown one ahead of time. A picture that changes on the disk is delivered again, and one
+/// that is added to the folder joins the list; one that is removed keeps its place. A child of the
+/// main window.
 class PhotographSource : public QObject
 {
     Q_OBJECT
@@ -53,7 +53,7 @@ public slots:
     /// delivered as a null picture.
     void selectPhotograph(int id);
     void pauseCapture();
-    /// Reads the folder anew and returns to the picture that it was opened with.
+    /// Reads the folder again and returns to the picture that it was opened with.
     void resumeCapture();
     void play();
     void stop();
@@ -75,7 +75,8 @@ private:
     void open(QDir dir, const QStringList &names);
     /// Hands the current picture over.
     void deliver();
-    /// Lets the pictures be read that a step leads to, that in the direction of the last one first.
+    /// Starts reading the pictures that a step leads to, first the one in the direction of the last
+    /// step.
     void prepareNeighbours(bool forward);
     void takeChange(const FolderWatch::Change &change);
     void takeLate(const QString &path);
@@ -93,9 +94,9 @@ private:
     ICaptureCB *m_callback;
     MainWindow *m_window;
     FolderLister m_lister;
-    /// Passes what the threads below post, until this object goes.
+    /// Passes what the threads below post, until this object is destroyed.
     std::shared_ptr<CallbackGate> m_gate;
-    /// Of the open folder.
+    /// The preloader of the open folder.
     std::unique_ptr<PicturePreloader> m_preloader;
     std::unique_ptr<FolderWatch> m_watch;
 };

@@ -9,8 +9,8 @@ class QWidget;
 
 /// What the folders below the main window may ask of it. They know MainWindow by name only: a
 /// window registers its services when it is built, and whoever was handed a MainWindow pointer
-/// looks them up with of(). This base answers for a window that is null, not built yet or gone:
-/// null everywhere, and every request does nothing.
+/// looks them up with of(). This base class answers for a window that is null, not built yet or
+/// destroyed: every answer is null, and every request does nothing.
 ///
 /// GUI thread. A reference from of() is good until the window is destroyed; ask again for each use.
 class WindowServices

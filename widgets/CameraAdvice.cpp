@@ -50,7 +50,7 @@ QString translated(const char *text)
     return *text ? QCoreApplication::translate(CONTEXT, text) : QString();
 }
 
-/// Lets whoever sits at the machine open cameras of that make, now and in future.
+/// The commands that allow whoever sits at the machine to open cameras of that make permanently.
 QStringList permissionCommands(std::uint16_t vendorId, std::uint16_t productId)
 {
     const auto hexadecimal = [](std::uint16_t id) {

@@ -5,13 +5,13 @@
 #include <QString>
 #include <QStringList>
 
-/// What the user is told of the camera, and what helps.
+/// What the user is told about the camera, and what helps.
 struct CameraAdvice {
-    /// How the camera stands, one line.
+    /// The state of the camera, in one line.
     QString sentence;
-    /// What to do; empty when nothing is to be done.
+    /// What to do; empty when nothing has to be done.
     QString remedy;
-    /// Commands for a terminal, one after the other, that the remedy speaks of.
+    /// Commands for a terminal, in their order, that the remedy refers to.
     QStringList commands;
 
     [[nodiscard]] static CameraAdvice of(const CameraStatus &status);

@@ -8,8 +8,8 @@ class ImageButton;
 class QLabel;
 class QPlainTextEdit;
 
-/// A page about the camera: how it stands, what helps, and the commands for that with a button that
-/// copies them. It is as wide as it is made and breaks its lines to that. GUI thread.
+/// A page about the camera: its state, what helps, and the commands for that with a button that
+/// copies them. It keeps the width that it is made with and wraps its lines to that. GUI thread.
 class CameraPage : public QWidget
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
 
     void setStatus(const CameraStatus &status);
 
-    /// What is shown, for the window's mark and for a screen reader.
+    /// The sentence that is shown, for the window's mark and for a screen reader.
     [[nodiscard]] QString sentence() const;
 
 private slots:

@@ -34,7 +34,7 @@ ChoiceRow::ChoiceRow(QWidget *window, const QString &caption, const std::vector<
         button->setAccessibleName(nameInRow(caption, choice.name));
         button->setToolTip(choice.name);
         connect(button, SIGNAL(clicked()), window, slot);
-        m_group->addButton(button, int(m_buttons.size()));
+        m_group->addButton(button, static_cast<int>(m_buttons.size()));
         m_buttons.push_back(button);
         x += place.pitch;
     }
@@ -47,18 +47,18 @@ QString ChoiceRow::nameInRow(const QString &caption, const QString &choice)
 
 int ChoiceRow::count() const
 {
-    return int(m_buttons.size());
+    return static_cast<int>(m_buttons.size());
 }
 
 ImageButton *ChoiceRow::button(int index) const
 {
-    return index >= 0 && index < count() ? m_buttons[std::size_t(index)] : nullptr;
+    return index >= 0 && index < count() ? m_buttons[static_cast<std::size_t>(index)] : nullptr;
 }
 
 int ChoiceRow::indexOf(const QObject *button) const
 {
     for (int i = 0; i < count(); ++i) {
-        if (m_buttons[std::size_t(i)] == button)
+        if (m_buttons[static_cast<std::size_t>(i)] == button)
             return i;
     }
     return -1;

@@ -12,7 +12,7 @@ namespace
 
 constexpr int BUTTON_X = 152;
 constexpr int PITCH = 33;
-/// The fill button that switches filling off, after the four colours.
+/// The fill button that turns filling off, after the four colours.
 constexpr int NO_FILL = 4;
 /// It stands alone, left of the row.
 constexpr int NO_FILL_X = 119;
@@ -51,7 +51,7 @@ ColorToolWindow::ColorToolWindow(ImageButton *toolButton, MainWindow *mainWindow
 {
     const bool hasColorRow = !colorLabel.isEmpty();
     const bool hasFillRow = hasColorRow && !fillLabel.isEmpty();
-    setBackground(background(1 + int(hasColorRow) + int(hasFillRow)));
+    setBackground(background(1 + static_cast<int>(hasColorRow) + static_cast<int>(hasFillRow)));
     setStyleSheet("font-family: Arial; font-size: 15px; color: white;");
 
     m_widthRow = new ChoiceRow(this, widthLabel, widthChoices(), {{8, 22}, {BUTTON_X, 20}, PITCH},

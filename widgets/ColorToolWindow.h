@@ -25,7 +25,7 @@ public:
                     const QString &widthLabel, const QString &colorLabel, const QString &fillLabel);
 
 public slots:
-    /// Shows what the current canvas is set to.
+    /// Shows the settings of the current canvas.
     void modeChanged();
     void lineWidthChanged();
     void colorChanged();

@@ -38,14 +38,14 @@ constexpr std::array<Entry, 4> BOARD{{
 {
     for (std::size_t i = 0; i < table.size(); ++i) {
         if (table[i].color == color.rgba())
-            return int(i);
+            return static_cast<int>(i);
     }
     return otherwise;
 }
 
 [[nodiscard]] inline QColor colorAt(const std::array<Entry, 4> &table, int index)
 {
-    return QColor(table[std::size_t(index)].color);
+    return QColor(table[static_cast<std::size_t>(index)].color);
 }
 
 [[nodiscard]] inline QString name(const Entry &entry)

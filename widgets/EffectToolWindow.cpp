@@ -13,8 +13,8 @@ namespace
 std::vector<ChoiceRow::Choice> choices()
 {
     std::vector<ChoiceRow::Choice> list;
-    for (int i = 0; i < int(EffectToolWindow::effectIconNames.size()); ++i) {
-        const QString icon = EffectToolWindow::effectIconNames[std::size_t(i)];
+    for (int i = 0; i < static_cast<int>(EffectToolWindow::effectIconNames.size()); ++i) {
+        const QString icon = EffectToolWindow::effectIconNames[static_cast<std::size_t>(i)];
         list.push_back(
             {QStringLiteral("ICON_EFFECT_SUB_%1").arg(icon), EffectNames::translatedEffectName(i)});
     }
@@ -36,11 +36,11 @@ EffectToolWindow::EffectToolWindow(ImageButton *toolButton, MainWindow *mainWind
 void EffectToolWindow::setCurrentEffect(int index)
 {
     ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
-    if (!canvas || index < 0 || index >= int(effectModes.size()))
+    if (!canvas || index < 0 || index >= static_cast<int>(effectModes.size()))
         return;
-    canvas->effectMode = effectModes[std::size_t(index)];
+    canvas->effectMode = effectModes[static_cast<std::size_t>(index)];
     toolButton()->setImage(
-        QStringLiteral("ICON_EFFECT_%1").arg(effectIconNames[std::size_t(index)]));
+        QStringLiteral("ICON_EFFECT_%1").arg(effectIconNames[static_cast<std::size_t>(index)]));
     if (OSDProcessor *indications = WindowServices::of(m_mainWindow).indications(canvas))
         indications->osdEffect();
 }
@@ -69,8 +69,8 @@ void EffectToolWindow::modeChanged()
     const ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!canvas)
         return;
-    for (int i = 0; i < int(effectModes.size()); ++i) {
-        if (effectModes[std::size_t(i)] == canvas->effectMode)
+    for (int i = 0; i < static_cast<int>(effectModes.size()); ++i) {
+        if (effectModes[static_cast<std::size_t>(i)] == canvas->effectMode)
             m_row->check(i);
     }
 }

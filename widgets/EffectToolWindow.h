@@ -23,16 +23,16 @@ public:
 
     EffectToolWindow(ImageButton *toolButton, MainWindow *mainWindow);
 
-    /// Sets the effect, dresses the tool button and shows the indication; an index outside the
-    /// table does nothing.
+    /// Sets the effect, changes the tool button's image and shows the indication; does nothing for
+    /// an index outside the table.
     void setCurrentEffect(int index);
-    /// Steps round the table.
+    /// Steps through the table, from its end to its beginning too.
     void previousEffect();
     void nextEffect();
 
 public slots:
     void effectChanged();
-    /// Shows what the current canvas is set to.
+    /// Shows the settings of the current canvas.
     void modeChanged();
 
 private:

@@ -20,7 +20,7 @@ public:
 
 public slots:
     void colorChanged();
-    /// Shows what the current canvas is set to.
+    /// Shows the settings of the current canvas.
     void modeChanged();
 
 private:

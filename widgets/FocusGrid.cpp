@@ -15,7 +15,7 @@ QPoint middle(const QWidget *window, const QWidget *widget)
     return widget->mapTo(window, widget->rect().center());
 }
 
-/// How far a step goes along an arrow, and how far beside it.
+/// How far a step goes in the direction of the arrow, and how far to its side.
 struct Step {
     int along;
     int beside;
@@ -63,7 +63,7 @@ QWidget *FocusGrid::next(const QWidget *window, const QWidget *from, int key)
     const QList<QWidget *> all = stops(window);
     if (!from || from == window)
         return all.isEmpty() ? nullptr : all.first();
-    // What stands in line comes before what stands beside it.
+    // A widget in line with the arrow is preferred to one beside it.
     constexpr int BESIDE_WEIGHT = 4;
     QWidget *nearest = nullptr;
     int least = std::numeric_limits<int>::max();

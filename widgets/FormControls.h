@@ -24,12 +24,13 @@ void fitFont(QWidget *widget, const QStringList &texts, int width);
 /// The font of the fields, for the push buttons beside them too.
 [[nodiscard]] QFont font();
 
-/// Gives the tips of the whole program dark ground and light letters. The style sheets of the
-/// pop-ups, white letters for one, reach the tips of their buttons too and need that ground.
-void dressToolTips();
+/// Gives the tool tips of the whole program a dark background and light letters. The style sheets
+/// of the pop-ups, with white letters for one, also apply to the tips of their buttons, which need
+/// that background.
+void applyLookToToolTips();
 
-/// Gives a label the height of its own font's line. A script that the font lacks comes from a
-/// taller one, and the label would hang down from its row; this way it is centred on it.
+/// Gives a label the height of a line of its own font. Letters that the font lacks come from a
+/// taller font, which would move the label down in its row; with this height it stays centred.
 void keepLineHeight(QLabel *label);
 
 } // namespace FormControls

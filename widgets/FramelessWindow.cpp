@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int dragStripHeight = 26;
+constexpr int DRAG_STRIP_HEIGHT = 26;
 
 } // namespace
 
@@ -34,7 +34,7 @@ void FramelessWindow::setBackgroundImage(const QImage &image)
 
 bool FramelessWindow::event(QEvent *event)
 {
-    // Without a widget to give the focus to, the platform would choose the first button.
+    // Without a widget that takes the focus, the platform would choose the first button.
     if (event->type() == QEvent::WindowActivate && !focusIsShown())
         setFocus(Qt::ActiveWindowFocusReason);
     return QWidget::event(event);
@@ -52,7 +52,7 @@ bool FramelessWindow::focusNextPrevChild(bool next)
 
 void FramelessWindow::paintEvent(QPaintEvent *)
 {
-    // The brush of the palette has painted the image already, without averaging.
+    // The brush of the palette has already painted the image, but without averaging.
     QPainter painter(this);
     SkinImages::smoothAtFractions(&painter);
     if (painter.testRenderHint(QPainter::SmoothPixmapTransform))
@@ -62,7 +62,7 @@ void FramelessWindow::paintEvent(QPaintEvent *)
 void FramelessWindow::mousePressEvent(QMouseEvent *event)
 {
     const QPoint local = event->localPos().toPoint();
-    if (!movable() || event->button() != Qt::LeftButton || local.y() >= dragStripHeight) {
+    if (!movable() || event->button() != Qt::LeftButton || local.y() >= DRAG_STRIP_HEIGHT) {
         QWidget::mousePressEvent(event);
         return;
     }
@@ -93,7 +93,7 @@ void FramelessWindow::mouseReleaseEvent(QMouseEvent *event)
 
 bool FramelessWindow::movable() const
 {
-    // To move a full-screen window would end that state here, but not for the window manager.
+    // Moving a full-screen window would end that state here, but not for the window manager.
     return !isMaximized() && !isMinimized() && !isFullScreen();
 }
 

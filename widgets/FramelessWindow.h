@@ -6,8 +6,9 @@
 
 /// A window whose background is one image and which is dragged by its top strip.
 ///
-/// It keeps the focus itself until the user moves it on with the tabulator key or into a field, and
-/// takes it back when the widget that had it goes: a key never presses a button that nobody chose.
+/// It keeps the focus itself until the user moves it with the tabulator key or into a field, and
+/// takes it back when the focused widget disappears, so that a key never presses a button that
+/// nobody chose.
 class FramelessWindow : public QWidget
 {
     Q_OBJECT
@@ -16,7 +17,8 @@ public:
     /// With `frameless` it is a tool window without the platform's frame.
     FramelessWindow(const QImage &background, bool frameless, QWidget *parent);
 
-    /// Takes the image's size as size and minimum size. A null image leaves the background open.
+    /// Takes the image's size as size and minimum size. A null image leaves the background
+    /// unpainted.
     void setBackgroundImage(const QImage &image);
 
 protected:

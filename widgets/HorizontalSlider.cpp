@@ -10,8 +10,8 @@
 namespace
 {
 
-// Kept free at either end of the strip.
-constexpr int margin = 6;
+// The width that stays free at either end of the strip.
+constexpr int MARGIN = 6;
 
 } // namespace
 
@@ -42,9 +42,9 @@ void HorizontalSlider::setValue(int value)
 
 double HorizontalSlider::strip() const
 {
-    // Real numbers throughout: a range may be empty or as wide as an int can say.
-    const double steps = double(m_maximum) - double(m_minimum) + 1.0;
-    return (width() - 2 * margin) / qMax(1.0, steps);
+    // Real numbers are needed because a range may be empty or span every int.
+    const double steps = static_cast<double>(m_maximum) - static_cast<double>(m_minimum) + 1.0;
+    return (width() - 2 * MARGIN) / qMax(1.0, steps);
 }
 
 void HorizontalSlider::translateMouseEvent(QMouseEvent *event)
@@ -53,8 +53,9 @@ void HorizontalSlider::translateMouseEvent(QMouseEvent *event)
     const int x = qRound(event->localPos().x());
     double value = m_minimum;
     if (pixelsPerStep > 0.0)
-        value = std::trunc(m_minimum + (x - margin) / pixelsPerStep);
-    m_value = static_cast<int>(qBound(double(m_minimum), value, double(m_maximum)));
+        value = std::trunc(m_minimum + (x - MARGIN) / pixelsPerStep);
+    m_value = static_cast<int>(
+        qBound(static_cast<double>(m_minimum), value, static_cast<double>(m_maximum)));
     emit valueChanged(m_value);
     repaint();
 }
@@ -85,7 +86,8 @@ void HorizontalSlider::mouseReleaseEvent(QMouseEvent *event)
 
 double HorizontalSlider::handleX() const
 {
-    const double middle = (double(m_value) - double(m_minimum) + 0.5) * strip() + margin;
-    const double rightmost = width() - margin - m_handleWidth;
-    return qMax(qMin(middle - m_handleWidth / 2, rightmost), double(margin));
+    const double middle =
+        (static_cast<double>(m_value) - static_cast<double>(m_minimum) + 0.5) * strip() + MARGIN;
+    const double rightmost = width() - MARGIN - m_handleWidth;
+    return qMax(qMin(middle - m_handleWidth / 2, rightmost), static_cast<double>(MARGIN));
 }

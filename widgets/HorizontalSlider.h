@@ -23,7 +23,7 @@ public:
 
     /// Pixels a step; not positive when the widget is narrower than its margins.
     [[nodiscard]] double strip() const;
-    /// Sets the value under the pointer, kept within the range, and says so.
+    /// Sets the value under the pointer, kept within the range, and emits the signal.
     void translateMouseEvent(QMouseEvent *event);
 
 signals:

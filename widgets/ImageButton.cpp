@@ -34,7 +34,7 @@ bool isKeyReason(Qt::FocusReason reason)
            reason == Qt::ShortcutFocusReason;
 }
 
-// The focus goes or comes back without the user having chosen another widget of this window.
+// Whether the focus changes without the user having chosen another widget of this window.
 bool isPassing(Qt::FocusReason reason)
 {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
@@ -66,7 +66,7 @@ ImageButton::ImageButton(const QString &name, QWidget *parent, int x, int y)
 {
     setFlat(true);
     m_holdTimer.setSingleShot(true);
-    m_holdTimer.setInterval(holdMs);
+    m_holdTimer.setInterval(HOLD_MS);
     // A coarse timer may fire a twentieth of its time too early.
     m_holdTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_holdTimer, &QTimer::timeout, this, &ImageButton::hold);
@@ -149,7 +149,7 @@ QImage ImageButton::convertToGrayScale(const QImage &image)
     if (result.isNull() || result.constBits() != image.constBits())
         return result;
     for (int y = 0; y < image.height(); ++y) {
-        // Both images turn gray through their one buffer, so it must not be detached here.
+        // Both images share this buffer and turn gray together, so it must not be detached here.
         auto *pixel = reinterpret_cast<QRgb *>(const_cast<uchar *>(image.constScanLine(y)));
         for (int x = 0; x < image.width(); ++x, ++pixel) {
             const QRgb gray =
@@ -301,8 +301,8 @@ void ImageButton::paintCaption(QPainter &painter)
 void ImageButton::paintMark(QPainter &painter)
 {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QColor(innerRingColour));
-    painter.setBrush(QColor(markColour));
+    painter.setPen(QColor(INNER_RING_COLOUR));
+    painter.setBrush(QColor(MARK_COLOUR));
     painter.drawEllipse(QRectF(width() - 9.5, 1.5, 7, 7));
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
@@ -312,8 +312,8 @@ void ImageButton::paintFocusRing(QPainter &painter)
 {
     if (!m_focusedByKey || !hasFocus())
         return;
-    painter.setPen(QColor(ringColour));
+    painter.setPen(QColor(RING_COLOUR));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    painter.setPen(QColor(innerRingColour));
+    painter.setPen(QColor(INNER_RING_COLOUR));
     painter.drawRect(rect().adjusted(1, 1, -2, -2));
 }

@@ -10,8 +10,8 @@
 /// A push button painted from the three images of a skin name, as large as its normal image. Held
 /// down for half a second it says so, while still down; the release clicks as usual.
 ///
-/// A ring marks it while it has the focus, but only when that came by a key; the mouse leaves the
-/// three images as they are.
+/// A ring marks it while it has the focus, but only when the focus came by a key; the mouse does
+/// not change the three images.
 class ImageButton : public TabFocusButton
 {
     Q_OBJECT
@@ -36,12 +36,12 @@ public:
     /// A gray button shows inverted colours and no caption, and ignores mouse and keys.
     void setGray(bool gray);
     [[nodiscard]] bool isGray() const { return m_gray; }
-    /// Whether the right button of the mouse and the keys for it ask for options; without, they do
-    /// nothing.
+    /// Whether the right mouse button and the keys for a context menu ask for options; otherwise
+    /// they do nothing.
     void setHasOptions(bool has);
     [[nodiscard]] bool hasOptions() const { return m_hasOptions; }
     void askForOptions();
-    /// A dot at the upper right corner: there is something to be read behind the button.
+    /// Shows a dot in the upper right corner: there is something to read behind the button.
     void setMarked(bool marked);
     [[nodiscard]] bool isMarked() const { return m_marked; }
 
@@ -52,7 +52,8 @@ public:
 
 signals:
     void hold();
-    /// By the right button of the mouse, Menu, Shift+F10, Alt+Down or a screen reader.
+    /// The options were asked for with the right mouse button, Menu, Shift+F10, Alt+Down or a
+    /// screen reader.
     void optionsWanted();
 
 protected:
@@ -74,7 +75,8 @@ private:
     void paintFocusRing(QPainter &painter);
 
     bool m_hovered = false;
-    /// The focus came by a key. Kept while another window or a menu has it for a time.
+    /// Whether the focus came by a key. Kept while another window or a menu has the focus for a
+    /// time.
     bool m_focusedByKey = false;
     bool m_gray = false;
     bool m_hasOptions = false;

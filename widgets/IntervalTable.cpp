@@ -37,7 +37,7 @@ int indexOf(unsigned long long seconds)
     const auto &table = intervals();
     for (std::size_t i = 0; i < table.size(); ++i) {
         if (table[i].seconds == seconds)
-            return int(i);
+            return static_cast<int>(i);
     }
     return 0;
 }

@@ -12,7 +12,7 @@ namespace
 
 std::vector<ChoiceRow::Choice> choices()
 {
-    // What stays visible.
+    // Each names the part that stays visible.
     const QString names[] = {MaskToolWindow::tr("Circle"), MaskToolWindow::tr("Rectangle"),
                              MaskToolWindow::tr("Right half"), MaskToolWindow::tr("Lower half")};
     std::vector<ChoiceRow::Choice> list;
@@ -38,14 +38,14 @@ MaskToolWindow::MaskToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
 void MaskToolWindow::setCurrentMask(int index)
 {
     ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
-    if (!canvas || index < 0 || index >= int(maskModes.size()))
+    if (!canvas || index < 0 || index >= static_cast<int>(maskModes.size()))
         return;
-    m_selectedMask = maskModes[std::size_t(index)];
+    m_selectedMask = maskModes[static_cast<std::size_t>(index)];
     canvas->maskMode = m_selectedMask;
     toolButton()->setChecked(index != 0);
     if (index != 0) {
         toolButton()->setImage(
-            QStringLiteral("ICON_MASK_%1").arg(maskIconNames[std::size_t(index)]));
+            QStringLiteral("ICON_MASK_%1").arg(maskIconNames[static_cast<std::size_t>(index)]));
     }
     if (OSDProcessor *indications = WindowServices::of(m_mainWindow).indications(canvas))
         indications->osdMask();
@@ -54,12 +54,12 @@ void MaskToolWindow::setCurrentMask(int index)
 void MaskToolWindow::previousMask()
 {
     const int current = currentNumber();
-    choose(current == 0 ? int(maskModes.size()) - 1 : current - 1);
+    choose(current == 0 ? static_cast<int>(maskModes.size()) - 1 : current - 1);
 }
 
 void MaskToolWindow::nextMask()
 {
-    choose((currentNumber() + 1) % int(maskModes.size()));
+    choose((currentNumber() + 1) % static_cast<int>(maskModes.size()));
 }
 
 CanvasModes::MaskMode MaskToolWindow::selectedMaskMode() const
@@ -79,8 +79,8 @@ void MaskToolWindow::modeChanged()
     const ImageCanvas *canvas = WindowServices::of(m_mainWindow).currentCanvas();
     if (!canvas)
         return;
-    for (int i = 0; i < int(maskModes.size()); ++i) {
-        if (maskModes[std::size_t(i)] == canvas->maskMode)
+    for (int i = 0; i < static_cast<int>(maskModes.size()); ++i) {
+        if (maskModes[static_cast<std::size_t>(i)] == canvas->maskMode)
             m_row->check(i - 1);
     }
 }

@@ -23,10 +23,10 @@ public:
 
     MaskToolWindow(ImageButton *toolButton, MainWindow *mainWindow);
 
-    /// Sets the mask, 0 to 4, dresses the tool button and shows the indication; an index outside
-    /// the table does nothing. No mask leaves the tool button's last skin.
+    /// Sets the mask, 0 to 4, changes the tool button's image and shows the indication; does
+    /// nothing for an index outside the table. No mask leaves the tool button's last skin.
     void setCurrentMask(int index);
-    /// Steps round none, circle, rectangle, left, top.
+    /// Steps through none, circle, rectangle, left, top, and round to none again.
     void previousMask();
     void nextMask();
     /// The mask chosen in this window; none until one is.
@@ -34,7 +34,7 @@ public:
 
 public slots:
     void maskChanged();
-    /// Shows what the current canvas is set to.
+    /// Shows the settings of the current canvas.
     void modeChanged();
 
 private:

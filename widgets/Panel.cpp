@@ -11,8 +11,8 @@
 namespace
 {
 
-constexpr char openSkin[] = "TOOL_TITLE_OPEN";
-constexpr char closedSkin[] = "TOOL_TITLE_CLOSE";
+constexpr char OPEN_SKIN[] = "TOOL_TITLE_OPEN";
+constexpr char CLOSED_SKIN[] = "TOOL_TITLE_CLOSE";
 
 } // namespace
 
@@ -31,7 +31,7 @@ Panel::Panel(QWidget *parent)
 
 void Panel::addGroup(const QString &title)
 {
-    auto *button = new ImageButton(openSkin, this, 0, 0);
+    auto *button = new ImageButton(OPEN_SKIN, this, 0, 0);
     connect(button, &ImageButton::clicked, this, &Panel::toggleGroup);
     button->setText(title);
     button->setFont(QFont("Arial", 10));
@@ -66,13 +66,13 @@ void Panel::finishAdjusting()
 {
     for (ImageButton *button : qAsConst(m_buttons))
         button->setVisible(button->isEnabled());
-    // A group that shows members again says so, however it was left.
+    // A group that shows buttons again says so, whatever its state was.
     for (int group = 0; group < m_groups.size(); ++group) {
         const QList<ImageButton *> tools = members(group);
         const bool shown = std::any_of(tools.begin(), tools.end(),
                                        [](const ImageButton *tool) { return !tool->isHidden(); });
         if (shown)
-            m_buttons[m_groups[group]]->setImage(openSkin);
+            m_buttons[m_groups[group]]->setImage(OPEN_SKIN);
     }
 }
 
@@ -86,11 +86,11 @@ void Panel::toggleGroup()
     for (ImageButton *tool : members(group)) {
         if (!tool->isEnabled())
             continue;
-        // Not isVisible(), which says no for every button of a panel that is not on show itself.
+        // Not isVisible(), which is false for every button of a hidden panel.
         shown = tool->isHidden();
         tool->setVisible(shown);
     }
-    title->setImage(shown ? openSkin : closedSkin);
+    title->setImage(shown ? OPEN_SKIN : CLOSED_SKIN);
 }
 
 void Panel::paintEvent(QPaintEvent *)

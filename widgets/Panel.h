@@ -40,7 +40,7 @@ private:
     [[nodiscard]] QList<ImageButton *> members(int group) const;
 
     QImage m_top;
-    /// As scaled for the current height; null where no room is left.
+    /// The image scaled to the current height; null where there is no space for it.
     QImage m_middle;
     QImage m_middleSource;
     QImage m_bottom;
@@ -50,6 +50,6 @@ private:
     int m_column = 0;
     /// In the order added, titles included; children of the panel.
     QList<ImageButton *> m_buttons;
-    /// Where each group's title stands in m_buttons.
+    /// The index of each group's title in m_buttons.
     QList<int> m_groups;
 };

@@ -2,7 +2,7 @@
 
 #include <QRadioButton>
 
-/// The platform's radio button in the clothes of the skin.
+/// The platform's radio button with the images of the skin.
 class RadioButton : public QRadioButton
 {
     Q_OBJECT

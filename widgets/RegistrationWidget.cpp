@@ -23,14 +23,14 @@ void RegistrationWidget::createEditors()
     for (int slot = 0; slot < SLOTS; ++slot) {
         auto *nameEdit = new QLineEdit(this);
         auto *contentEdit = new QTextEdit(this);
-        // What is stored is plain text; formatting pasted along would be lost without a word.
+        // Only plain text is stored; pasted formatting would be lost without a warning.
         contentEdit->setAcceptRichText(false);
         grid->addWidget(nameEdit, (slot / 2) * 2, slot % 2);
         grid->addWidget(contentEdit, (slot / 2) * 2 + 1, slot % 2);
         connect(nameEdit, SIGNAL(textChanged(QString)), this, SLOT(nameChanged()));
         connect(contentEdit, SIGNAL(textChanged()), this, SLOT(contentChanged()));
-        m_nameEdits.at(size_t(slot)) = nameEdit;
-        m_contentEdits.at(size_t(slot)) = contentEdit;
+        m_nameEdits.at(static_cast<size_t>(slot)) = nameEdit;
+        m_contentEdits.at(static_cast<size_t>(slot)) = contentEdit;
     }
 }
 
@@ -102,7 +102,7 @@ void RegistrationWidget::nameChanged()
     const auto found = std::find(m_nameEdits.begin(), m_nameEdits.end(), sender());
     if (found == m_nameEdits.end())
         return;
-    if (RegistrationItem *item = itemOf(int(found - m_nameEdits.begin())))
+    if (RegistrationItem *item = itemOf(static_cast<int>(found - m_nameEdits.begin())))
         item->name = (*found)->text();
 }
 
@@ -113,14 +113,14 @@ void RegistrationWidget::contentChanged()
     const auto found = std::find(m_contentEdits.begin(), m_contentEdits.end(), sender());
     if (found == m_contentEdits.end())
         return;
-    if (RegistrationItem *item = itemOf(int(found - m_contentEdits.begin())))
+    if (RegistrationItem *item = itemOf(static_cast<int>(found - m_contentEdits.begin())))
         item->content = (*found)->toPlainText();
 }
 
 void RegistrationWidget::fillSlot(int slot)
 {
-    QLineEdit *nameEdit = m_nameEdits.at(size_t(slot));
-    QTextEdit *contentEdit = m_contentEdits.at(size_t(slot));
+    QLineEdit *nameEdit = m_nameEdits.at(static_cast<size_t>(slot));
+    QTextEdit *contentEdit = m_contentEdits.at(static_cast<size_t>(slot));
     const RegistrationItem *item = itemOf(slot);
     nameEdit->setText(item ? item->name : QString());
     contentEdit->setPlainText(item ? item->content : QString());

@@ -36,7 +36,7 @@ public slots:
     void previousPage();
     void nextPage();
     void add();
-    /// Shows the current page, the nearest there is.
+    /// Shows the current page, or the nearest one that exists.
     void refresh();
 
 signals:
@@ -58,6 +58,6 @@ private:
     QString m_fileName;
     std::array<QLineEdit *, SLOTS> m_nameEdits{};
     std::array<QTextEdit *, SLOTS> m_contentEdits{};
-    /// The editors are being filled: their change notifications are not the user's.
+    /// Whether the editors are being filled: their change notifications are then not the user's.
     bool m_refreshing = false;
 };

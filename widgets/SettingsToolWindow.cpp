@@ -33,10 +33,10 @@ constexpr std::array<const char *, 2> captureNames{
     QT_TRANSLATE_NOOP("SettingsToolWindow", "Single"),
     QT_TRANSLATE_NOOP("SettingsToolWindow", "Continuous"),
 };
-constexpr std::array<CanvasModes::SnapshotMode, 2> captureModes{CanvasModes::Single,
-                                                                CanvasModes::Continuous};
+constexpr std::array<CanvasModes::SnapshotMode, 2> CAPTURE_MODES{CanvasModes::Single,
+                                                                 CanvasModes::Continuous};
 
-// Rows of the form; their places are drawn into the background between its dividing lines.
+// Rows of the form; the background has its dividing lines between them.
 enum Row { Source, Resolution, Recording, Capture, Time, SaveAs, RecordingSave, Buttons };
 constexpr std::array<int, 8> ROW_Y{30, 60, 90, 128, 158, 196, 226, 270};
 constexpr int ROW_HEIGHT = 24;
@@ -93,7 +93,7 @@ SettingsToolWindow::SettingsToolWindow(ImageButton *toolButton, MainWindow *main
                              resolutionEntry(Config::resolutionIndex()), Resolution);
     m_recordingBox = addBox(tr("Recording"), resolutions,
                             resolutionEntry(Config::recordingResolutionIndex()), Recording);
-    // After the initial value: a stored one is no new choice to ask about.
+    // Connected after the stored value is shown, which is not a new choice to ask about.
     connect(m_recordingBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(recordingResolutionChanged(int)));
     m_captureBox = addBox(tr("Capture"), translated(captureNames),
@@ -139,10 +139,11 @@ void SettingsToolWindow::settingsOk()
 {
     const int capture = m_captureBox->currentIndex();
     if (capture >= 0)
-        Config::setSnapshotMode(captureModes[std::size_t(capture)]);
+        Config::setSnapshotMode(CAPTURE_MODES[static_cast<std::size_t>(capture)]);
     const int time = m_timeBox->currentIndex();
     if (time >= 0)
-        Config::setSnapshotInterval(IntervalTable::intervals()[std::size_t(time)].seconds);
+        Config::setSnapshotInterval(
+            IntervalTable::intervals()[static_cast<std::size_t>(time)].seconds);
     Config::setSnapshotPath(m_snapshotPath->text());
     Config::setRecordPath(m_recordPath->text());
 
@@ -150,7 +151,7 @@ void SettingsToolWindow::settingsOk()
     const QSize previous = Config::resolution();
     if (m_resolutionBox->currentIndex() >= 0)
         Config::setResolutionIndex(m_resolutionBox->currentIndex());
-    // A new preview size restarts the stream, which would cut a running movie short unsaid.
+    // A new preview size restarts the stream, which would cut off a running recording silently.
     if (Config::resolution() != previous)
         WindowServices::of(m_mainWindow).stopRecording();
     if (live)
@@ -218,7 +219,7 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
     button->setFont(FormControls::font());
     button->setText(caption);
     button->setAccessibleName(accessibleName);
-    // Where the caption says it all, a tip would only say it again.
+    // A tip that repeats the caption says nothing new.
     if (accessibleName != caption)
         button->setToolTip(accessibleName);
     connect(button, SIGNAL(clicked()), this, slot);

@@ -6,7 +6,7 @@ Slider::Slider(Qt::Orientation orientation, QWidget *parent)
     : QSlider(orientation, parent)
 {
     initialiseSkin();
-    // After a click the keys still belong to the presenter.
+    // After a click, keys still have to reach the commands of the window.
     setFocusPolicy(Qt::TabFocus);
     setStyleSheet(
         "QSlider::groove:horizontal {  border-image: "

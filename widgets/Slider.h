@@ -2,7 +2,7 @@
 
 #include <QSlider>
 
-/// The platform's slider in the clothes of the skin. It takes the focus from the tabulator key
+/// The platform's slider with the images of the skin. It takes the focus from the tabulator key
 /// alone.
 class Slider : public QSlider
 {

@@ -44,7 +44,7 @@ private:
     QImage m_topRight;
     QImage m_bottomLeft;
     QImage m_bottomRight;
-    // As scaled for the current size; null where no room is left between the corners.
+    // The edges as scaled for the current size; null where the corners leave no space between them.
     QImage m_topEdge;
     QImage m_bottomEdge;
     QImage m_leftEdge;

@@ -31,7 +31,7 @@ void TabFocusButton::keyPressEvent(QKeyEvent *event)
 
 void TabFocusButton::focusInEvent(QFocusEvent *event)
 {
-    // The push button's own handler takes the others of its group out of the tabulator's order,
-    // because it counts on the arrows to reach them.
+    // The push button's own handler takes the other buttons of its group out of the tab order,
+    // because it expects the arrow keys to reach them.
     QWidget::focusInEvent(event);
 }

@@ -3,8 +3,8 @@
 #include <QPushButton>
 
 /// A push button that takes the focus from the tabulator key alone, never from a click; Space and
-/// Enter then press it. Arrows, which turn pages, leave it alone, so the tabulator key reaches
-/// every button of an exclusive group.
+/// Enter then press it. Arrow keys, which turn pages, do not move within a group, so the tabulator
+/// key reaches every button of an exclusive group.
 class TabFocusButton : public QPushButton
 {
     Q_OBJECT

@@ -55,7 +55,7 @@ void TextToolWindow::modeChanged()
     if (color >= 0)
         m_colorRow->check(color);
 
-    // Showing the canvas's face must not write it back.
+    // Showing the canvas's font must not write it back.
     const QSignalBlocker blocker(m_fontFaceBox);
     const int face = faceEntry(m_canvas->fontFace());
     if (face >= 0)
@@ -99,7 +99,7 @@ void TextToolWindow::showFontSize()
 int TextToolWindow::faceEntry(const QString &face) const
 {
     const int entry = m_fontFaces.indexOf(face);
-    // The face that every canvas begins with is an alias on most systems, and so in no list.
+    // The font that every canvas starts with is an alias on most systems and therefore in no list.
     if (entry < 0 && face == "Arial")
         return m_fontFaces.indexOf(QFontInfo(QFont(face)).family());
     return entry;
@@ -120,7 +120,7 @@ void TextToolWindow::createFaceBox()
 void TextToolWindow::createSizeBox()
 {
     m_fontSizeBox->setEditable(true);
-    // Every number counts while it is typed: completed to "10", a "1" could not be had.
+    // Every number counts while it is typed: with completion to "10", a "1" could not be entered.
     m_fontSizeBox->setCompleter(nullptr);
     m_fontSizeBox->setInsertPolicy(QComboBox::NoInsert);
     m_fontSizes = QFontDatabase::standardSizes();
@@ -131,10 +131,10 @@ void TextToolWindow::createSizeBox()
     FormControls::applyLook(m_fontSizeBox);
     m_fontSizeBox->setFixedWidth(70);
     m_fontSizeBox->move(165, 20);
-    // After the filling, which edits the text too.
+    // Connected after the box is filled, which also edits its text.
     connect(m_fontSizeBox, SIGNAL(activated(int)), this, SLOT(fontSizeChanged()));
     connect(m_fontSizeBox, SIGNAL(editTextChanged(QString)), this, SLOT(fontSizeChanged()));
-    // What is no number goes when the typing ends.
+    // A text that is not a number is replaced when the typing ends.
     connect(m_fontSizeBox->lineEdit(), &QLineEdit::editingFinished, this,
             &TextToolWindow::showFontSize);
 }

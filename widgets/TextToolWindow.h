@@ -21,7 +21,7 @@ public:
     ~TextToolWindow() override;
 
 public slots:
-    /// Shows what the current canvas is set to, as far as the boxes list it.
+    /// Shows the settings of the current canvas, as far as the boxes list them.
     void modeChanged();
     void colorChanged();
     void fontFaceChanged();
@@ -29,7 +29,7 @@ public slots:
     void fontSizeChanged();
 
 private:
-    /// Where a face stands in the box; -1 for one that it does not list.
+    /// The index of a font in the box; -1 for one that it does not list.
     [[nodiscard]] int faceEntry(const QString &face) const;
     /// Writes the canvas's size into the box, also one that the box does not list.
     void showFontSize();

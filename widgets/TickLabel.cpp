@@ -28,7 +28,8 @@ void TickLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     const QFontMetricsF metrics(font());
-    // Rounded down, or the tails of letters leave a label that is hardly as high as its font.
+    // Rounded down, because otherwise the tails of letters leave a label that is hardly higher than
+    // its font.
     const double baseline = std::floor((height() + metrics.ascent() - metrics.descent()) / 2);
     const QString line = text();
     double x = 0;

@@ -3,8 +3,8 @@
 #include <QLabel>
 
 /// The numbers under the ticks of a slider: one line in letters of 9 pixels, in which every digit
-/// and every space is 5 pixels wide, so that the text says by its spaces where a number stands.
-/// The words between them keep the widths of their letters.
+/// and every space is 5 pixels wide, so that the spaces in the text place the numbers. The words
+/// between them keep the widths of their letters.
 class TickLabel : public QLabel
 {
     Q_OBJECT

@@ -43,8 +43,8 @@ void ToolWindow::alignToToolButton()
 {
     if (!m_toolButton)
         return;
-    // The area's width and height stand for its right and bottom edges: on every screen the pop-up
-    // comes to the primary one.
+    // The area's width and height are used as its right and bottom edges: on every screen the
+    // pop-up comes to the primary one.
     const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
     QPoint point = m_toolButton->mapToGlobal(QPoint(m_toolButton->width() + 3, 0));
     if (point.x() + width() > area.width())

@@ -1,6 +1,7 @@
 #pragma once
 
-/// What screen readers are told of the painted widgets: the buttons' options, the strips' values.
+/// What screen readers are told about the painted widgets: the buttons' options, the sliders'
+/// values.
 namespace WidgetAccessibles
 {
 

@@ -92,7 +92,7 @@ void AnnotationLayer::restoreShape()
 {
     for (const std::size_t tile : m_changed) {
         m_isChanged[tile] = 0;
-        // What was there before is not known.
+        // The tile's content before the shape is not known.
         if (m_savedAt[tile] == NO_MEMORY)
             continue;
         const LayerPart &before = m_saved[m_savedAt[tile] - 1];
@@ -154,7 +154,8 @@ void AnnotationLayer::turn(bool clockwise)
     layOutTiles();
     if (!parts.empty())
         makeImage();
-    // Edges that are no multiple of a tile move the grid, so whole rectangles are turned.
+    // When the edges are no multiple of a tile, a turn shifts the grid, so rectangles are turned as
+    // a whole.
     for (const QRect &part : parts) {
         if (m_image.isNull())
             break;

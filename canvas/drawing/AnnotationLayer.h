@@ -67,10 +67,10 @@ public:
 
     /// Whether every pixel is transparent.
     [[nodiscard]] bool isBlank() const;
-    /// Gives and takes these parts: what they hold is drawn, and they hold what was there. False,
-    /// and nothing changed, without memory. Not between beginShape() and endShape().
+    /// Exchanges the content of these parts with the layer's. False, and nothing changed, without
+    /// memory. Not between beginShape() and endShape().
     [[nodiscard]] bool exchange(std::vector<LayerPart> &parts);
-    /// Gives and takes everything but the revision; no pixel is copied.
+    /// Exchanges everything except the revision; no pixel is copied.
     void exchange(AnnotationLayer &other);
     /// Draws another layer on this empty one, scaled into its size with its aspect kept. False
     /// without memory.
@@ -80,7 +80,7 @@ public:
     /// Grows whenever what restoreShape() brings back is another drawing.
     [[nodiscard]] std::uint64_t shapeBase() const { return m_shapeBase; }
 
-    /// Grows with every change, so that a result can tell whether it is still up to date.
+    /// Increases with every change, so that a result can tell whether it is still up to date.
     [[nodiscard]] std::uint64_t revision() const { return m_revision; }
 
     /// Each part is a run of tiles of one row.
@@ -88,7 +88,7 @@ public:
                         const std::function<void(const QRect &)> &visit) const override;
 
 private:
-    /// A place in m_savedAt: the tile was changed and could not be saved.
+    /// A value of m_savedAt: the tile was changed and could not be saved.
     static constexpr std::uint32_t NO_MEMORY = UINT32_MAX;
 
     void layOutTiles();
@@ -113,13 +113,13 @@ private:
     bool m_used = false;
     int m_columns = 0;
     int m_rows = 0;
-    /// Row by row, 1 where there is drawing.
+    /// Row by row, 1 for a tile that carries drawing.
     std::vector<unsigned char> m_tiles;
 
     bool m_inShape = false;
     /// The tiles that the shape has changed, as they were before it.
     std::vector<LayerPart> m_saved;
-    /// Row by row, as m_tiles: one more than the place in m_saved; 0 for a tile that is as it was.
+    /// Row by row like m_tiles: the index in m_saved plus one; 0 for a tile that is unchanged.
     std::vector<std::uint32_t> m_savedAt;
     /// The tiles that the shape has changed since the last restoreShape().
     std::vector<std::size_t> m_changed;

@@ -19,7 +19,7 @@ int layerCoordinate(int picture, int output, int layer, double scale, int offset
 {
     const int bar = std::max(static_cast<int>((output - layer * scale) * 0.5), 0);
     return static_cast<int>(
-        std::clamp((double(picture) + offset - bar) / scale, -FARTHEST, FARTHEST));
+        std::clamp((static_cast<double>(picture) + offset - bar) / scale, -FARTHEST, FARTHEST));
 }
 
 /// Left and right end of something in a band; empty as long as left is above right.
@@ -58,7 +58,8 @@ void appendExtent(QVector<QRect> &parts, const Extent &extent, double reach, int
     if (extent.left > extent.right)
         return;
     const double left = std::max(std::floor(extent.left - reach), 0.0);
-    const double right = std::min(std::ceil(extent.right + reach), double(layerWidth - 1));
+    const double right =
+        std::min(std::ceil(extent.right + reach), static_cast<double>(layerWidth - 1));
     if (left <= right)
         parts.append(QRect(QPoint(static_cast<int>(left), top),
                            QPoint(static_cast<int>(right), top + height - 1)));
@@ -89,8 +90,8 @@ QPolygonF AnnotationShapes::arrow(QPoint tail, QPoint tip)
 
 QPolygon AnnotationShapes::triangle(QPoint apex, QPoint baseCentre)
 {
-    // std::round goes away from zero at a half for both signs, so that mirrored drags give
-    // mirrored triangles.
+    // std::round rounds halves away from zero for both signs, so that mirrored drags give mirrored
+    // triangles.
     const QPoint way = baseCentre - apex;
     const QPoint half(static_cast<int>(std::round(-way.y() / std::sqrt(3.0))),
                       static_cast<int>(std::round(way.x() / std::sqrt(3.0))));

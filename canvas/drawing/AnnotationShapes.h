@@ -30,8 +30,8 @@ namespace AnnotationShapes
 /// points, whichever way the drag went; it is therefore not normalised.
 [[nodiscard]] QRect dragBox(QPoint press, QPoint current);
 
-/// What the painter's ellipse in that box may reach past its two ends, under a pen at most one
-/// pixel wide: an odd height makes it run on, by a tenth of the width when it is 3 pixels high.
+/// What the painter's ellipse in that box may paint past its two ends, under a pen at most one
+/// pixel wide: with an odd height it overruns, by a tenth of the width when it is 3 pixels high.
 [[nodiscard]] QVector<QRect> ellipseOverruns(const QRect &box);
 
 /// The square that the eraser clears round a point, not yet clipped to the layer.

@@ -13,10 +13,10 @@
 namespace
 {
 
-/// An offset after the picture was pulled along; two points may be farther apart than an int holds.
+/// The offset after the picture was dragged along. The distance of two points may overflow an int.
 int pulled(int offset, int from, int to)
 {
-    const qint64 corner = qint64(offset) - (qint64(to) - from);
+    const qint64 corner = static_cast<qint64>(offset) - (static_cast<qint64>(to) - from);
     return static_cast<int>(std::clamp<qint64>(corner, std::numeric_limits<int>::min(),
                                                std::numeric_limits<int>::max()));
 }

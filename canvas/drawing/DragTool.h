@@ -32,9 +32,9 @@ public:
     };
 
     void press(CanvasModes::MouseMode mode, QPoint picturePoint, AnnotationLayer &layer);
-    /// Freehand and eraser take effect at once, as each of their points counts. Of a shape only the
-    /// last one does, and drawing it may take longer than the mouse takes to the next: it waits for
-    /// drawPending().
+    /// Freehand and eraser take effect at once, because each of their points counts. Of a shape
+    /// only the last position counts, and drawing it may take longer than the mouse takes to the
+    /// next one: it waits for drawPending().
     void move(CanvasModes::MouseMode mode, QPoint picturePoint, const ShapeStyle &style,
               AnnotationLayer &layer, ViewGeometry &view);
     /// Draws the shape of the last move, if it is not drawn yet. To be called before the layer is
@@ -73,9 +73,9 @@ private:
     void drawFreehand(const Stroke &piece, const ShapeStyle &style, AnnotationLayer &layer);
 
     bool m_dragging = false;
-    /// Where the drag began; with the hand and freehand, where it last was.
+    /// Where the drag began; for the hand and freehand, its latest point.
     QPoint m_pressPoint;
-    /// Moved to, but not drawn yet.
+    /// The shape that was moved to but is not drawn yet.
     std::optional<Shape> m_pending;
     /// The freehand stroke since the press, or since the drawing was turned or replaced under it.
     FreehandStroke m_freehand;

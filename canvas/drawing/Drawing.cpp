@@ -70,7 +70,7 @@ void Drawing::showDrawing()
         m_original->exchange(m_layer);
     }
     m_layer.reset(m_size);
-    // Without memory it is not seen, but it is there.
+    // Without memory the drawing cannot be shown, but it is kept.
     static_cast<void>(m_layer.showScaled(*m_original));
 }
 
@@ -113,7 +113,7 @@ void Drawing::resize(QSize size)
         discard(size);
         m_original.reset();
     } else if (!m_history.isEmpty() && !m_original) {
-        // What is done again belongs on a layer of the old size.
+        // What redo brings back belongs on a layer of the old size.
         m_original = std::make_unique<AnnotationLayer>(emptyLayer(m_size));
     }
     m_isEmptied = !isBlank && size.isEmpty();
@@ -150,7 +150,7 @@ void Drawing::turn(bool clockwise)
 
 void Drawing::press(CanvasModes::MouseMode mode, QPoint picturePoint)
 {
-    // The release went elsewhere.
+    // The release went to another window.
     if (m_tool.dragging())
         release();
     m_tool.press(mode, picturePoint, m_layer);

@@ -86,6 +86,6 @@ private:
     /// Of the picture that is drawn on, and of the last one that was not empty.
     QSize m_size{0, 0};
     QSize m_lastSize{0, 0};
-    /// The last step was that an empty picture discarded the drawing.
+    /// Whether the last step discarded the drawing because the picture became empty.
     bool m_isEmptied = false;
 };

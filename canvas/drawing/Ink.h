@@ -39,7 +39,7 @@ class FreehandStroke
 public:
     void clear() { m_pieces.clear(); }
 
-    /// Takes the next piece. Returns the part of the layer that has to be drawn anew.
+    /// Takes the next piece. Returns the part of the layer that has to be drawn again.
     [[nodiscard]] QRect add(QPoint from, QPoint to, const Ink &ink);
     /// Draws what there is of the stroke in the part, with the painter's pen; the part must be as
     /// it was before the stroke.

@@ -7,7 +7,7 @@
 namespace
 {
 
-/// Of one call: a megabyte, which takes less than a millisecond.
+/// The limit of one call: a megabyte, which takes less than a millisecond.
 constexpr std::size_t TILES_AT_ONCE = 64;
 
 } // namespace
@@ -97,7 +97,7 @@ void LayerHistory::forgetOldest()
         m_steps -= entry.kind == Kind::Step ? 1 : 0;
     };
     if (m_done == 0) {
-        // All have been taken back: the one that would be done again last.
+        // All steps have been taken back: forget the one that redo would reach last.
         forget(m_entries.back());
         m_entries.pop_back();
         return;

@@ -7,15 +7,15 @@
 #include <deque>
 #include <functional>
 
-/// The steps of a drawing that can be taken back and done again, oldest first. Bounded in number
-/// and in memory: what is oldest is packed, and then forgotten.
+/// The steps of a drawing that can be undone and redone, oldest first. Limited in number and
+/// memory: the oldest are packed, and then forgotten.
 /// Not locked: its owner's lock guards it.
 class LayerHistory
 {
 public:
     static constexpr int MOST_STEPS = 500;
     static constexpr std::size_t MOST_BYTES = std::size_t{64} << 20;
-    /// Records are packed when they have rested for this long.
+    /// Records are packed when they have not been used for this long.
     static constexpr std::int64_t REST_MS = 2000;
 
     /// What a record belongs to: a step of the user, a change that comes with the step after it, or
@@ -23,7 +23,7 @@ public:
     /// before.
     enum class Kind { Step, BeforeStep, AfterStep };
 
-    /// Adds what has just been done. What had been taken back cannot be done again any more.
+    /// Adds what has just been done. Steps that had been undone cannot be redone any more.
     void add(LayerRecord record, Kind kind = Kind::Step);
     void clear();
 
@@ -38,8 +38,8 @@ public:
     bool undo(const Exchange &exchange);
     bool redo(const Exchange &exchange);
 
-    /// Packs some of what has rested; to be called again and again while nothing else is to be
-    /// done. The time may be of any clock that never runs backwards.
+    /// Packs some of the unused records; to be called repeatedly while nothing else is to be done.
+    /// The time may be of any clock that never runs backwards.
     void packSome(std::int64_t nowMs);
 
     [[nodiscard]] int steps() const { return m_steps; }
@@ -60,7 +60,7 @@ private:
     void keepBounds();
 
     std::deque<Entry> m_entries;
-    /// As many are done; the others have been taken back.
+    /// The number of steps that are done; those after them have been undone.
     std::size_t m_done = 0;
     int m_steps = 0;
     int m_stepsDone = 0;

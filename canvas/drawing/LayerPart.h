@@ -9,8 +9,8 @@
 
 class QImage;
 
-/// A rectangle of a layer at most one tile large, with its pixels set aside: none when all of them
-/// are transparent, as they are, or packed. Layers are pictures of ARGB32, premultiplied.
+/// A copy of a rectangle of a layer, at most one tile large. It keeps no pixels when all are
+/// transparent; otherwise it keeps them as they are, or packed. Layers are ARGB32, premultiplied.
 class LayerPart
 {
 public:
@@ -25,7 +25,7 @@ public:
 
     [[nodiscard]] const QRect &rect() const { return m_rect; }
     [[nodiscard]] bool isTransparent() const { return m_words == nullptr; }
-    /// Of memory.
+    /// The memory that the pixels take.
     [[nodiscard]] std::size_t bytes() const { return m_count * sizeof(std::uint32_t); }
 
     /// Each of these answers false without memory; nothing has changed then.
@@ -37,13 +37,13 @@ public:
     /// Packs the pixels where that saves a quarter.
     void pack();
 
-    // For parts that are not packed.
+    // These need parts that are not packed.
     void copyTo(QImage &layer) const;
     /// Only what lies in that rectangle, too.
     void copyTo(QImage &layer, const QRect &rect) const;
     [[nodiscard]] bool equals(const QImage &layer) const;
 
-    // Parts of any layer.
+    // These need no part, only a layer.
     static void clear(QImage &layer, const QRect &rect);
     /// Draws the rectangle of a layer into one that has been turned by a quarter.
     static void turnInto(QImage &turnedLayer, const QImage &layer, const QRect &rect,

@@ -66,7 +66,7 @@ bool LayerRecord::unpackWhole()
 {
     if (m_parts.empty())
         return true;
-    // The parts of a packed drawing are given to an empty layer.
+    // A packed drawing has its parts put into an empty layer.
     if (!m_whole.exchange(m_parts))
         return false;
     m_parts.clear();

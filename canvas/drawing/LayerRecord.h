@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-/// What one step of drawing has changed, as it was before the step; once the step is taken back, as
-/// it was after it. One record so serves undo and redo.
+/// What one step of drawing has changed: the state before the step, or, once the step is undone,
+/// the state after it. The same record therefore serves undo and redo.
 ///
 /// It holds parts of the drawing, or all of it, in the orientation that the layer had then, and
 /// follows the layer's turns when it is next needed.
@@ -20,17 +20,17 @@ public:
     /// All of the drawing before it was erased or replaced.
     LayerRecord(AnnotationLayer whole, int turns);
 
-    /// Gives and takes. False without memory: the drawing has not changed, and the record is of no
-    /// use any more.
+    /// Exchanges the record's content with the drawing's. False without memory: the drawing has not
+    /// changed, and the record is of no use any more.
     [[nodiscard]] bool exchangeWith(AnnotationLayer &drawing, int turns);
 
     /// Packs what is not packed yet, `mostTiles` at most at a time where that can be chosen.
     void pack(std::size_t mostTiles);
     [[nodiscard]] bool isPacked() const { return m_isPacked; }
-    /// Of memory.
+    /// The memory that the record takes.
     [[nodiscard]] std::size_t bytes() const;
 
-    /// The owner's note of when the record was first seen at rest; each exchange takes it away.
+    /// When the owner first saw the record unused; every exchange resets it to NOT_KNOWN.
     static constexpr std::int64_t NOT_KNOWN = -1;
     std::int64_t restingSinceMs = NOT_KNOWN;
 

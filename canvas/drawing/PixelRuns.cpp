@@ -6,7 +6,7 @@
 namespace
 {
 
-/// In a head: the one word behind it is repeated. Otherwise as many words follow as it says.
+/// Set in a head: the one word that follows is repeated. Otherwise that many words follow.
 constexpr std::uint32_t REPEATED = 0x80000000U;
 /// A shorter run costs more than it saves.
 constexpr std::size_t SHORTEST_RUN = 3;

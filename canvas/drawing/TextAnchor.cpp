@@ -6,7 +6,7 @@
 namespace
 {
 
-/// The position next to `position` at which from..to lies inside 0..extent.
+/// The position closest to `position` at which from..to lies inside 0..extent.
 int inside(int position, double from, double to, int extent)
 {
     const auto last = static_cast<int>(std::floor(extent - to));

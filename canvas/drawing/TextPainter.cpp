@@ -45,8 +45,9 @@ void TextPainter::paint(QTextDocument &document, AnnotationLayer &layer, const T
     layer.setUsed();
     if (canvasSize.isEmpty() || document.isEmpty())
         return;
-    const double scale = std::min(double(transformedSize.height()) / canvasSize.height(),
-                                  double(transformedSize.width()) / canvasSize.width());
+    const double scale =
+        std::min(static_cast<double>(transformedSize.height()) / canvasSize.height(),
+                 static_cast<double>(transformedSize.width()) / canvasSize.width());
     const QRectF lines = QTransform::fromScale(scale, scale).mapRect(linesOf(document));
     const QPoint corner = anchor.point(lines, layer.size());
     QTransform place = QTransform::fromTranslate(corner.x(), corner.y());
@@ -56,6 +57,6 @@ void TextPainter::paint(QTextDocument &document, AnnotationLayer &layer, const T
                     painter.setTransform(place);
                     document.drawContents(&painter);
                 });
-    // The letters cover far less than they might have.
+    // Only the tiles under the letters carry drawing, which are fewer than were touched.
     layer.trim();
 }

@@ -10,7 +10,7 @@ class TextAnchor;
 namespace TextPainter
 {
 
-/// Larger letters than any picture, in points; layouts of a million points hang.
+/// A limit above the size of letters in any picture, in points; layouts of a million points hang.
 constexpr int MOST_POINTS = 1000;
 
 /// Paints the document into the layer at the anchor, scaled as the view (`transformedSize`, in

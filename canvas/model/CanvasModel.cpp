@@ -91,7 +91,7 @@ CanvasModel::Shot CanvasModel::take(void *pixels, QSize size, bool mirror, bool 
         m_state.publishTo(m_published);
     }
     const bool renewed = m_state.renewPicture(m_settings);
-    // A picture that is the very frame copied in stands in the caller's buffer already.
+    // A picture that is the copied frame itself already stands in the caller's buffer.
     if (m_state.picture.picture() != frame)
         m_state.picture.copyTo(pixels, size, mirror, rgb32);
     return renewed ? m_state.dueShot(m_clock.elapsed()) : Shot{};
@@ -107,7 +107,7 @@ void CanvasModel::take(const FramePtr &frame)
 
 CanvasModel::Shot CanvasModel::refresh()
 {
-    // One stretch under the mutex: a newer frame cannot come between and be overwritten.
+    // The mutex is held without a gap, so that no newer frame can come between and be overwritten.
     const Lock lock(m_mutex);
     const bool renewed = m_state.picture.hasInput() && m_state.renewPicture(m_settings);
     return renewed ? m_state.dueShot(m_clock.elapsed()) : Shot{};
@@ -263,7 +263,7 @@ QRectF CanvasModel::clippingRect(QSize widgetSize) const
 
 QImage CanvasModel::part(const QRect &picturePart) const
 {
-    // An invalid rectangle would be taken as its mirror image by the intersection.
+    // QRect's intersection would take an invalid rectangle as its mirror image.
     if (!picturePart.isValid())
         return {};
     const Lock lock(m_mutex);
@@ -312,8 +312,8 @@ bool CanvasModel::redo()
 
 void CanvasModel::packHistory()
 {
-    // It can wait, and a frame cannot.
-    const std::unique_lock<std::mutex> lock(m_mutex, std::try_to_lock);
+    // Packing can wait, a frame cannot.
+    const std::unique_lock lock(m_mutex, std::try_to_lock);
     if (lock)
         m_state.drawing.packHistory(m_clock.elapsed());
 }

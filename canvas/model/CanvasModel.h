@@ -32,7 +32,8 @@ struct PictureSettings;
 class CanvasModel
 {
 public:
-    /// A picture that is to be saved, if its folder is there; without a picture, none.
+    /// A picture that is to be saved if its folder exists; without a picture there is nothing to
+    /// save.
     struct Shot {
         FramePtr picture;
         std::shared_ptr<OutputFolder> folder;
@@ -72,7 +73,7 @@ public:
     [[nodiscard]] bool claim(const Shot &shot);
 
     // View
-    /// Its shape, with the offset (0, 0); never waits for the mutex.
+    /// The view's shape with the offset (0, 0); never waits for the mutex.
     [[nodiscard]] ViewGeometry viewShape() const;
     [[nodiscard]] QPointF centerPoint() const;
     void zoom(QPointF centre, int factor);
@@ -105,14 +106,14 @@ public:
     /// See Drawing::undo().
     bool undo();
     bool redo();
-    /// Neither waits for the mutex.
+    /// Neither of these waits for the mutex.
     [[nodiscard]] bool canUndo() const { return m_published.canUndo; }
     [[nodiscard]] bool canRedo() const { return m_published.canRedo; }
-    /// Packs some of what can be undone; to be called when nothing else is to be done.
+    /// Packs some of the undo history; to be called when nothing else is to be done.
     void packHistory();
 
 private:
-    /// Copies for those who must not wait.
+    /// Copies for callers that must not wait.
     struct Published {
         std::atomic<std::uint64_t> shape{0};
         std::atomic<double> scale{1.0};
@@ -131,7 +132,7 @@ private:
         QSize lastTransformedSize;
 
         /// Whether the standing frame is kept. The freeze button may be pressed at any moment, so
-        /// that a frame asks once.
+        /// this is asked once a frame.
         [[nodiscard]] bool holdsInput(const PictureSettings &settings) const;
         void takeInput(const FramePtr &frame, QSize size);
         [[nodiscard]] bool renewPicture(const PictureSettings &settings);

@@ -13,7 +13,7 @@
 namespace
 {
 
-// A disk that spins up or a server far away answers sooner.
+// A disk that spins up or a distant server answers within this time.
 constexpr std::chrono::milliseconds STATE_TIMEOUT(500);
 constexpr std::chrono::milliseconds WRITE_TIMEOUT(2000);
 
@@ -23,8 +23,8 @@ std::shared_ptr<OutputFolder> OutputFolder::of(const QString &path)
 {
     static std::mutex mutex;
     static QHash<QString, std::shared_ptr<OutputFolder>> folders;
-    const std::lock_guard<std::mutex> locker(mutex);
-    // A folder that nobody uses is only remembered while it hangs.
+    const std::lock_guard locker(mutex);
+    // A folder that nobody uses is only kept in the list while it hangs.
     for (auto folder = folders.begin(); folder != folders.end();) {
         const bool idle = folder->use_count() == 1 && !(*folder)->m_worker.busy();
         folder = idle && folder.key() != path ? folders.erase(folder) : ++folder;

@@ -10,8 +10,9 @@
 #include <optional>
 
 /// A folder that pictures are written into, perhaps on a share whose server has gone: a call to its
-/// file system may then never return. So each is made on the folder's own thread, "OutputFolder",
-/// and waited for within a bound. Any thread; a folder that hangs holds up no other.
+/// file system may then never return. Each call is therefore made on the folder's own thread,
+/// "OutputFolder", and waited for with a time limit. Any thread; a folder that hangs delays no
+/// other.
 class OutputFolder
 {
 public:
@@ -20,7 +21,7 @@ public:
         Missing,
         /// It did not answer in time.
         TimedOut,
-        /// It still has not answered an earlier question; nothing was waited for.
+        /// It still has not answered an earlier question; this call has not waited.
         Waiting
     };
 
@@ -39,7 +40,7 @@ public:
     [[nodiscard]] std::optional<QString> write(const QString &file, const QByteArray &bytes);
 
     /// Removes a file of the folder; within half a second. A removal that was given up before the
-    /// folder answered is not made up for later, when the name may be another file's.
+    /// folder answered is not made later, because the name may by then be another file's.
     void remove(const QString &file);
 
 private:

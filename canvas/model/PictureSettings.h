@@ -9,6 +9,6 @@
 struct PictureSettings : CanvasModes {
     std::atomic<MaskMode> maskMode{MaskNone};
     std::atomic<EffectMode> effectMode{EffectColor};
-    /// Keeps the standing frame; those that arrive meanwhile are left out.
+    /// Keeps the standing frame; frames that arrive meanwhile are left out.
     std::atomic<bool> frozen{false};
 };

@@ -17,8 +17,8 @@ struct Outcome {
     QString reason;
 };
 
-/// Writes the shot into its folder as a JPEG file that is named for the moment. A shot whose folder
-/// is away, or does not answer, stays armed. Waits 2.5 seconds at most.
+/// Writes the shot into its folder as a JPEG file that is named for the moment. A shot stays armed
+/// while its folder is missing or does not answer. Waits 2.5 seconds at most.
 [[nodiscard]] Outcome save(CanvasModel &model, const CanvasModel::Shot &shot);
 
 } // namespace ShotSaver

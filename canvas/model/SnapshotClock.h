@@ -17,7 +17,7 @@ public:
         std::uint64_t limitSeconds = UINT64_MAX;
     };
 
-    /// Starts the clock anew. A series takes its first picture when the interval is over.
+    /// Starts the clock again. A series takes its first picture when the interval is over.
     void arm(const Schedule &schedule, std::int64_t nowMs);
     void disarm();
     [[nodiscard]] bool isArmed() const { return m_armed; }

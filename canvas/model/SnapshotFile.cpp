@@ -11,7 +11,7 @@
 namespace
 {
 
-/// A disk that fills up accepts part of the bytes first and reports the error on the next write.
+/// A disk that fills up accepts a part of the bytes first and reports the error on the next write.
 bool writeAll(QFile &file, const QByteArray &bytes)
 {
     for (qint64 done = 0; done < bytes.size();) {
@@ -49,7 +49,7 @@ std::optional<QString> SnapshotFile::write(const QString &path, const QByteArray
         return file.errorString();
     const bool written = writeAll(file, bytes) && file.flush();
     const QString writeReason = file.errorString();
-    // A server may refuse the bytes as late as here.
+    // A server may report its error only when the file is closed.
     file.close();
     if (written && file.error() == QFileDevice::NoError)
         return std::nullopt;

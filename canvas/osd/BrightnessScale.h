@@ -30,8 +30,8 @@ struct Widths {
     int longSegment = 0;
 };
 
-/// More steps than this are drawn over this many segments: a camera that answers nonsense must not
-/// hang the painting.
+/// More steps than this are shown with this many segments, so that a wrong answer of a camera
+/// cannot make the painting hang.
 constexpr int MOST_SEGMENTS = 100;
 
 /// In painting order. A maximum below the minimum leaves the two ends.

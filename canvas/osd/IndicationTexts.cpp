@@ -26,7 +26,7 @@ QString IndicationTexts::recordTime(qint64 elapsedMs)
 
 QString IndicationTexts::zoomStep(double level)
 {
-    // Asked this way round, a level that is not a number is no step either.
+    // Written this way, the test also fails for a level that is not a number.
     if (!(level >= 1.0))
         return QCoreApplication::translate("OSDProcessor", "Best fit");
     const int step = static_cast<int>(std::min(level, LAST_ZOOM_LEVEL));
@@ -40,6 +40,6 @@ QString IndicationTexts::rotation(int quarterTurns)
 
 QString IndicationTexts::digitalZoom(double factor)
 {
-    // A blank as the format character means fixed notation to QString.
+    // QString takes a blank as the format character for fixed notation.
     return QStringLiteral("x%1").arg(factor, 5, ' ', 1, QLatin1Char(' '));
 }

@@ -16,7 +16,7 @@ AxisFilter::AxisFilter(int from, int to)
 
 void AxisFilter::average(int from, int to)
 {
-    // In units in which a source pixel measures `to` and a pixel of the result `from`.
+    // Positions are counted in units of which a source pixel takes `to` and a result pixel `from`.
     for (std::int64_t pixel = 0; pixel < to; ++pixel) {
         const auto i = static_cast<std::size_t>(pixel);
         const std::int64_t begin = pixel * from;
@@ -41,7 +41,7 @@ void AxisFilter::interpolate(int from, int to)
     const std::int64_t unit = 2 * std::int64_t{to};
     for (std::int64_t pixel = 0; pixel < to; ++pixel) {
         const auto i = static_cast<std::size_t>(pixel);
-        // Where its centre lies between the centres of the source's first and last pixel.
+        // Where the pixel's centre lies between the centres of the source's first and last pixel.
         const std::int64_t place = std::clamp<std::int64_t>((2 * pixel + 1) * from - to, 0,
                                                             (std::int64_t{from} - 1) * unit);
         const std::int64_t first = std::min<std::int64_t>(place / unit, std::max(from - 2, 0));

@@ -11,7 +11,7 @@
 class AxisFilter
 {
 public:
-    /// What the weights of a pixel add up to.
+    /// The sum of a pixel's weights.
     static constexpr int ONE = 1 << 14;
 
     /// The source pixels from `first` on, `count` of them, all inside the source.
@@ -22,7 +22,7 @@ public:
     };
 
     AxisFilter() = default;
-    /// Both at least 1.
+    /// Sizes in pixels, both at least 1.
     AxisFilter(int from, int to);
 
     [[nodiscard]] std::size_t size() const { return m_first.size(); }

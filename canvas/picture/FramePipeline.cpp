@@ -13,7 +13,7 @@ constexpr int MOSAIC_BLOCK = 8;
 /// Scratch memory that is this many times larger than needed is given back.
 constexpr std::size_t TOO_LARGE = 2;
 
-/// The part grown to whole blocks of the mosaic, which count from the picture's corner.
+/// The part, enlarged to whole blocks of the mosaic, which are counted from the picture's corner.
 QRect wholeBlocks(const QRect &part, QSize picture)
 {
     const int left = part.left() / MOSAIC_BLOCK * MOSAIC_BLOCK;
@@ -23,8 +23,9 @@ QRect wholeBlocks(const QRect &part, QSize picture)
     return QRect(left, top, right - left, bottom - top) & QRect({0, 0}, picture);
 }
 
-/// The bytes between two rows: those of the source where both pictures have one shape, else 0. They
-/// travel with a picture whose width is no multiple of four, as pictures are handed over in blocks.
+/// Copies the bytes between two rows from the source where both pictures have one shape, and else
+/// sets them to 0. They are part of a picture whose width is no multiple of four, because pictures
+/// are handed over as blocks.
 void copyPadding(const ConstPixelRows *source, const PixelRows &destination)
 {
     const std::size_t used = destination.rowBytes();
@@ -75,7 +76,7 @@ public:
     [[nodiscard]] bool usesScratch() const { return m_owned && !m_isResult; }
     [[nodiscard]] bool failed() const { return m_failed; }
     [[nodiscard]] const ConstPixelRows &now() const { return m_now; }
-    /// The frame that everything was written to, when it has the result's size.
+    /// The frame that everything was written to, if it has the result's size; otherwise null.
     [[nodiscard]] FramePtr result() const { return m_result; }
 
     /// Turns the input, or takes the part of it without touching a pixel.
@@ -90,7 +91,7 @@ public:
             FrameSteps::turn(source, quarterTurns, m_part, m_rows);
     }
 
-    /// A step that writes a picture from a picture, each of which may be the other.
+    /// Runs a step that writes from one picture into another, which may be the same.
     template <typename Step>
     void through(Step step)
     {
@@ -99,7 +100,7 @@ public:
             step(source, m_rows);
     }
 
-    /// A step that changes a picture in place.
+    /// Runs a step that changes a picture in place.
     template <typename Step>
     void inPlace(Step step)
     {
@@ -167,8 +168,8 @@ FramePtr FramePipeline::run(const FramePtr &input, const Overlay &layer, const S
     const QRect part = blocks ? wholeBlocks(seen, view.rotatedSize()) : seen;
     const bool fits = part == seen && seen.size() == input->size();
 
-    // Drawing and the effects but for the mosaic change each pixel for itself, so they need only
-    // what will be seen.
+    // Drawing and every effect except the mosaic change each pixel independently, so only the
+    // visible part has to be processed.
     Work work(*this, input, part, fits);
     work.turn(view.rotation());
     if (layer.isUsed())

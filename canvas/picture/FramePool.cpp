@@ -11,7 +11,8 @@ constexpr std::size_t LARGEST_SHELF = 4;
 
 } // namespace
 
-/// What lies ready to be used again. A change of size empties it, as mixed sizes only cost memory.
+/// The memory that is ready to be used again. A change of size empties it, because mixed sizes only
+/// cost memory.
 struct FramePool::Shelf {
     std::mutex lock; ///< Guards all members.
     std::vector<std::unique_ptr<Frame>> spare;
@@ -20,7 +21,7 @@ struct FramePool::Shelf {
 
     std::unique_ptr<Frame> take(QSize size, QImage::Format format)
     {
-        const std::lock_guard<std::mutex> locker(lock);
+        const std::lock_guard locker(lock);
         const std::size_t bytes = Frame::bytesFor(size, format) + Frame::SLACK;
         if (bytes != wantedBytes) {
             wantedBytes = bytes;
@@ -38,7 +39,7 @@ struct FramePool::Shelf {
 
     void putBack(std::unique_ptr<Frame> frame)
     {
-        const std::lock_guard<std::mutex> locker(lock);
+        const std::lock_guard locker(lock);
         if (frame->capacity() == wantedBytes && spare.size() < LARGEST_SHELF)
             spare.push_back(std::move(frame));
     }
@@ -69,6 +70,6 @@ std::shared_ptr<Frame> FramePool::acquire(QSize size, QImage::Format format)
 
 int FramePool::framesMade() const
 {
-    const std::lock_guard<std::mutex> locker(m_shelf->lock);
+    const std::lock_guard locker(m_shelf->lock);
     return m_shelf->made;
 }

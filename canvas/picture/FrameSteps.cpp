@@ -63,7 +63,7 @@ void maskCircle(const PixelRows &picture)
     const int centreX = picture.width / 2;
     const int centreY = picture.height / 2;
     const auto radius = static_cast<std::int64_t>(std::min(picture.width, picture.height) * 0.48);
-    // Half the open span of a row; it only changes little from one row to the next.
+    // Half the visible span of a row; it changes little from one row to the next.
     std::int64_t half = 0;
     for (int y = 0; y < picture.height; ++y) {
         const std::int64_t dy = y - centreY;

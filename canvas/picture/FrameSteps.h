@@ -35,7 +35,7 @@ void turn(const ConstPixelRows &source, int quarterTurns, const QRect &part,
           const PixelRows &destination);
 
 /// Lays the layer over the destination, in place. `part` says which part of the layer the
-/// destination shows. Costs what was drawn, not what the picture measures.
+/// destination shows. The cost depends on what was drawn, not on the size of the picture.
 void layOver(const Overlay &layer, const QRect &part, const PixelRows &destination);
 
 /// Each pixel's grey is truncate(b2 * 0.114 + (b1 * 0.587 + b0 * 0.2989)), computed as doubles in

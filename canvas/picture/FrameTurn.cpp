@@ -9,13 +9,13 @@
 namespace
 {
 
-/// What the turning kernel writes at once, and how many rows are turned before going on to the
-/// next: 64 pixels are three cache lines of the source.
+/// What the turning kernel writes at once, and how many rows make a band that is turned before the
+/// next one: 64 pixels are three cache lines of the source.
 constexpr int TURN_TILE_WIDTH = 16;
 constexpr int TURN_TILE_HEIGHT = 4;
 constexpr int TURN_BAND = 64;
 
-/// The way through the source that the destination's rows and columns take, in bytes.
+/// How the source is walked through along the destination's rows and columns, in bytes.
 struct TurnedWay {
     const uchar *start;
     std::ptrdiff_t alongX;
@@ -38,7 +38,7 @@ TurnedWay turnedWay(const ConstPixelRows &source, int quarterTurns)
     }
 }
 
-/// Pixel by pixel, for what the tiles leave over; `area` is in the destination.
+/// Turns pixel by pixel what the tiles leave over; `area` is in destination coordinates.
 void turnPixels(const TurnedWay &way, const QRect &area, const PixelRows &destination)
 {
     const auto bytes = static_cast<std::size_t>(destination.pixelBytes);

@@ -37,7 +37,7 @@ private:
 
     QSize m_from;
     QSize m_to;
-    /// For each column (row) of the destination the source's, or UNPAINTED, which stays zero.
+    /// The source column (row) of each destination column (row), or UNPAINTED, which stays zero.
     std::vector<int> m_columns;
     std::vector<int> m_rows;
     /// For 3-byte pixels: the columns again, sixteen bytes at a time. Empty when the columns lie

@@ -14,7 +14,7 @@ class ScaledPicture
 public:
     /// `serial` tells one picture from the next; a null picture gives a null image.
     [[nodiscard]] const QImage &image(const FramePtr &picture, std::uint64_t serial, QSize size);
-    /// Gives the memory back; the next picture is made anew.
+    /// Gives the memory back; the next picture is made again.
     void release();
 
 private:

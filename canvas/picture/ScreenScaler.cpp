@@ -5,7 +5,7 @@
 namespace
 {
 
-/// What wide loads may read behind a column.
+/// How many values wide loads may read past a column.
 constexpr std::size_t SLACK = 8;
 
 } // namespace
@@ -46,7 +46,7 @@ void ScreenScaler::prepare(const ConstPixelRows &source, QSize to)
     }
     m_rows = AxisFilter(from.height(), to.height());
     layOutColumns(AxisFilter(from.width(), to.width()));
-    // The last columns are mixed with weights of 0 from what lies behind the row.
+    // The last columns also mix, with weights of 0, values that lie past the row.
     const auto behind = static_cast<std::size_t>(2 * m_pairs * m_pixelBytes);
     m_sums.assign(source.rowBytes() + behind + SLACK, 0);
 }

@@ -9,10 +9,10 @@
 #include <cstdint>
 #include <vector>
 
-/// Scales a picture into the pixels of its place on the screen, in the layout of
-/// QImage::Format_RGB32, so that no line of it is lost: averages going down, interpolates between
-/// pixels going up, and shows them as squares from four times on, where they are what is looked at.
-/// The tables are built once a pair of sizes. Not thread-safe.
+/// Scales a picture to the pixels of its place on the screen, in the layout of
+/// QImage::Format_RGB32, so that no line of it is lost: it averages going down and interpolates
+/// going up. From four times on it shows pixels as squares, because a user who zooms in that far
+/// looks at pixels. The tables are built once a pair of sizes. Not thread-safe.
 class ScreenScaler
 {
 public:

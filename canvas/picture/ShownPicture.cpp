@@ -16,8 +16,8 @@ FramePtr ShownPicture::copyOf(const void *pixels, QSize size, bool mirror, bool 
     const auto count =
         static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
     const std::size_t bytes = count * (rgb32 ? 4 : 3);
-    // One block, though the frame's rows are padded: the bytes keep their order on the way in and
-    // on the way out, so that a picture of any width comes back as it was handed over.
+    // The pixels are copied as one block although the frame's rows are padded: the bytes keep their
+    // order on the way in and out, so that a picture of any width comes back as it was handed over.
     unsigned char *target = frame->rows().data;
     std::memcpy(target, pixels, bytes);
     std::memset(target + bytes, 0, frame->byteCount() - bytes);
@@ -28,7 +28,7 @@ FramePtr ShownPicture::copyOf(const void *pixels, QSize size, bool mirror, bool 
 
 FramePtr ShownPicture::copyOf(const QImage &picture)
 {
-    // Pictures that wrap foreign memory may have rows of their own length.
+    // A picture that wraps foreign memory may have rows of another length.
     const bool usual = picture.bytesPerLine() == (picture.width() * 3 + 3) / 4 * 4;
     const QImage aligned = usual ? picture : picture.copy();
     const std::shared_ptr<Frame> frame =

@@ -34,7 +34,7 @@ public:
 
     /// Null before the first frame and after an empty one.
     [[nodiscard]] const FramePtr &picture() const { return m_picture; }
-    /// Grows with every new picture.
+    /// Increases with every new picture.
     [[nodiscard]] std::uint64_t serial() const { return m_serial; }
     /// (0, 0) when there is no picture.
     [[nodiscard]] QSize size() const;

@@ -7,7 +7,7 @@
 namespace
 {
 
-/// Toward zero; what no int can hold becomes the nearest one, and not-a-number 0.
+/// Truncates toward zero. A value outside the range of int gives the nearest int, not-a-number 0.
 int truncated(double value)
 {
     if (std::isnan(value))
@@ -17,7 +17,7 @@ int truncated(double value)
     return static_cast<int>(std::clamp(value, lowest, highest));
 }
 
-/// The same closeness to 1 that the toolkit's fuzzy comparison uses.
+/// Compares with the tolerance of the toolkit's fuzzy comparison.
 bool isOne(double scale)
 {
     return std::abs(scale - 1.0) * 1e12 <= std::min(std::abs(scale), 1.0);
@@ -72,7 +72,7 @@ QRect ViewGeometry::visibleRectangle() const
     const QSize rotated = rotatedSize();
     const int x = std::clamp(truncated(m_offset.x() / m_scale), 0, rotated.width() - 1);
     const int y = std::clamp(truncated(m_offset.y() / m_scale), 0, rotated.height() - 1);
-    // A narrow picture under a large scale would leave nothing to see.
+    // Under a large scale a narrow picture would otherwise leave nothing to see.
     const int width = std::max(truncated(m_frame.width() / m_scale), 1);
     const int height = std::max(truncated(m_frame.height() / m_scale), 1);
     return {x, y, std::min(width, rotated.width() - x), std::min(height, rotated.height() - y)};
@@ -163,7 +163,7 @@ ViewGeometry::Fit ViewGeometry::fit(QSize picture, QSize widget)
         return result;
     result.factor = std::min(static_cast<double>(widget.width()) / picture.width(),
                              static_cast<double>(widget.height()) / picture.height());
-    // A picture that is very narrow still shows as a line.
+    // A very narrow picture still shows as a line.
     result.size = QSize(truncated(picture.width() * result.factor),
                         truncated(picture.height() * result.factor))
                       .expandedTo(QSize(1, 1));

@@ -53,7 +53,7 @@ public:
     /// The part of the rotated picture that is seen; at least one pixel unless the frame is empty.
     [[nodiscard]] QRect visibleRectangle() const;
 
-    /// Takes a frame of another size: the rotation stays, the view is placed anew.
+    /// Takes a frame of another size: the rotation stays, the view is placed again.
     void setFrameSize(QSize size);
     /// Keeps the centre and truncates the scale, as after a change of size.
     void refit();

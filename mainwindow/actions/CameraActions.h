@@ -11,13 +11,13 @@ class CameraActions
 public:
     CameraActions(CanvasDeck *deck, Popups *popups, LiveSourceBase *camera);
 
-    // A live zoom lasts from start to stop; on another canvas the start is one step.
+    // On the live canvas a zoom lasts from start to stop; on another canvas the start is one step.
     void zoomInStart();
     void zoomInStop();
     void zoomOutStart();
     void zoomOutStop();
-    /// Stops a zoom that was started and not stopped: a button that vanishes under the finger, or a
-    /// key let go in another window, says nothing.
+    /// Stops a zoom that was started and not stopped: a button that is hidden while it is pressed,
+    /// or a key that is released in another window, sends no stop.
     void releaseZoom();
     void zoomReset();
 

@@ -43,7 +43,7 @@ void CaptureActions::snapshot()
 {
     const QString folder = Config::snapshotPath();
     if (!isThere(folder)) {
-        // The click has switched the button, but the series is what it was.
+        // The click has switched the button, but the series is unchanged.
         showSeries();
         askForFolder();
         return;
@@ -114,7 +114,8 @@ void CaptureActions::stopRecording()
     if (!recording())
         return;
     m_source->stopRecord();
-    // A recording that ends by itself may end in another mode; its clock runs on one canvas alone.
+    // A recording that ends by itself may end in another mode, and its clock runs on one canvas
+    // only.
     for (OSDProcessor *processor : m_deck->allIndications())
         processor->stopOsdRecord();
     showRecording(false);
@@ -131,7 +132,7 @@ void CaptureActions::recordingFailed(const QString &sentence)
 
 bool CaptureActions::isThere(const QString &path)
 {
-    // An empty path would be the current folder. One that does not answer is chosen all the same.
+    // An empty path would mean the current folder. A folder that does not answer counts as chosen.
     return !path.isEmpty() && OutputFolder::of(path)->state() != OutputFolder::State::Missing;
 }
 

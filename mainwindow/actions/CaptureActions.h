@@ -9,15 +9,15 @@ class LiveSource;
 class RecordingSign;
 class QWidget;
 
-/// Snapshots and recordings: folders and modes from the settings, the buttons that show what runs.
-/// GUI thread.
+/// Takes snapshots and recordings with the folders and modes of the settings, and keeps the buttons
+/// that show them. GUI thread.
 class CaptureActions
 {
 public:
-    /// Messages stand over `window`.
+    /// Message boxes stand over `window`.
     CaptureActions(CanvasDeck *deck, const CommandButtons *buttons, QWidget *window);
 
-    /// Null, or none yet: nothing can be recorded.
+    /// While it is null, nothing can be recorded.
     void setSource(LiveSource *source);
 
     /// The second record button, beside the panel's.
@@ -27,15 +27,16 @@ public:
 
     /// One picture, or the start or end of a series, as the settings say.
     void snapshot();
-    /// After a change of canvas: a series belongs to its canvas, the button to the window.
+    /// To be called when the canvas changes: a series belongs to its canvas, but the button to the
+    /// window.
     void showSeries();
 
     /// Whether the camera's source has been asked to record; false without that source.
     [[nodiscard]] bool recording() const;
     void startRecording();
-    /// Nothing happens while no recording runs.
+    /// Stops the recording; does nothing while none runs.
     void stopRecording();
-    /// Stops as the user would and tells him why, once a recording.
+    /// Stops as the user would and tells the user why, once for each recording.
     void recordingFailed(const QString &sentence);
 
 private:

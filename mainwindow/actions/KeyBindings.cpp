@@ -76,7 +76,7 @@ bool KeyBindings::isOurs(QObject *watched) const
     QWidget *window = widget->window();
     const bool ourWindow = window == m_window || (qobject_cast<ToolWindow *>(window) &&
                                                   window->parentWidget() == m_window);
-    // A key that nobody took climbs through the parents; it is looked at once, at the bottom.
+    // An unused key climbs through the parents; it is only looked at once, at its first receiver.
     QWidget *focus = window->focusWidget();
     return ourWindow && (focus ? widget == focus : widget == window);
 }
@@ -87,7 +87,7 @@ bool KeyBindings::focusNeeds(QWidget *focus, int key) const
         return true;
     if (qobject_cast<QAbstractScrollArea *>(focus))
         return FocusGrid::isArrow(key) || isPage(key);
-    // Pages are turned whatever field or slider was used last.
+    // Page keys always turn pages, whatever field or slider was used last.
     if (isPage(key))
         return false;
     if (takesText(focus))
@@ -96,7 +96,7 @@ bool KeyBindings::focusNeeds(QWidget *focus, int key) const
         return FocusGrid::isArrow(key);
     if (!qobject_cast<QAbstractButton *>(focus))
         return false;
-    // In a pop-up arrows move among the buttons.
+    // In a pop-up, arrow keys move among the buttons.
     return isPressKey(key) || (focus->window() != m_window && FocusGrid::isArrow(key));
 }
 
@@ -158,7 +158,7 @@ void KeyBindings::startHolding(Command command, const QKeyEvent *event)
 {
     endHolding();
     m_heldKey = {command, event->key(), event->nativeScanCode()};
-    // The command closes a pop-up that has the focus. The window has to have it, to be told when
+    // The command closes a pop-up that has the focus. The window needs the focus, to be told when
     // another window takes it and with it the release of the key.
     if (!m_window->isActiveWindow())
         m_window->activateWindow();
@@ -181,7 +181,7 @@ bool KeyBindings::release(const QKeyEvent *event)
 {
     if (event->isAutoRepeat() || !m_heldKey)
         return false;
-    // The sign of a key changes when Shift is let go first; its scan code does not.
+    // The key's own code changes when Shift is released first; its scan code does not.
     const bool isHeldKey = event->nativeScanCode() != 0
                                ? event->nativeScanCode() == m_heldKey->scanCode
                                : event->key() == m_heldKey->key;

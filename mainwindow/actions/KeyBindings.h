@@ -15,9 +15,9 @@ class QKeyEvent;
 class QTextEdit;
 class QWidget;
 
-/// Lets a keyboard or a presenter remote give the commands of the main window, also in its pop-up
-/// windows, except while text is typed: then every key goes to the text, but for those that a
-/// pop-up with the focus needs itself. A filter on the application object, GUI thread.
+/// Lets a keyboard or a presenter remote give the commands of the main window, also from its pop-up
+/// windows. While text is typed, every key goes to the text, except those that a pop-up with the
+/// focus needs itself. A filter on the application object, GUI thread.
 class KeyBindings : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,8 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-    /// The window has let go of the held command itself, so its key has no meaning any more.
+    /// The window has ended the held command itself, so the release of its key means nothing any
+    /// more.
     void forgetHeldKey();
 
 signals:
@@ -46,24 +47,24 @@ private:
     struct HeldKey {
         Command command;
         int key = 0;
-        /// Zero where the platform does not tell it.
+        /// Zero where the platform does not report it.
         quint32 scanCode = 0;
     };
 
-    /// Whether a key event stands at its first receiver in the main window or one of its pop-ups.
+    /// Whether a key event is at its first receiver, in the main window or one of its pop-ups.
     [[nodiscard]] bool isOurs(QObject *watched) const;
     /// Whether the focused widget has a use of its own for the key.
     [[nodiscard]] bool focusNeeds(QWidget *focus, int key) const;
-    /// Whether the receiver keeps a key from the text that is being written.
+    /// Whether the receiver uses a key that would otherwise go to the text that is being written.
     [[nodiscard]] bool keepsFromText(QWidget *receiver, int key) const;
     /// Null when no text is being written.
     [[nodiscard]] QTextEdit *openText() const;
     void sendToText(QTextEdit *text, QKeyEvent *event);
     bool press(QWidget *receiver, QKeyEvent *event);
-    /// Whether there is something on top to be left.
+    /// Whether there is something on top that can be closed.
     [[nodiscard]] bool canLeave() const;
     void startHolding(Command command, const QKeyEvent *event);
-    /// Ends the command of the held key; nothing without one.
+    /// Ends the command of the held key; does nothing without one.
     void endHolding();
     bool release(const QKeyEvent *event);
 
@@ -72,7 +73,7 @@ private:
     const Popups *m_popups;
     std::function<bool()> m_leavable;
     std::optional<HeldKey> m_heldKey;
-    /// Runs out as soon as the step to another photograph is shown and all keys that came meanwhile
-    /// are looked at.
+    /// Fires as soon as the step to another photograph is shown and every key that was pressed
+    /// meanwhile has been handled.
     QTimer m_step;
 };

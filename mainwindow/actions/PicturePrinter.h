@@ -5,7 +5,7 @@ class QImage;
 class QPrinter;
 class QWidget;
 
-/// Prints what a canvas shows on one page. GUI thread; asking for the printers may block for as
+/// Prints the picture of a canvas on one page. GUI thread; asking for the printers may block for as
 /// long as the print server does, so nothing here is called before the user wants to print.
 namespace PicturePrinter
 {

@@ -18,8 +18,8 @@
 namespace
 {
 
-/// The skin of a button that shows which of several is chosen; what the table does not know, and
-/// what has no image of its own, looks like `usual`.
+/// The skin of a button that shows which of several is chosen; `usual` for what the table does not
+/// know and for what has no image of its own.
 template <std::size_t N>
 QString skinOf(const char *kind, const std::array<const char *, N> &names, int mode,
                const char *usual)

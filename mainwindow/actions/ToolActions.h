@@ -6,8 +6,8 @@ class CanvasDeck;
 class CommandButtons;
 class Popups;
 
-/// What the buttons of drawing, mask and effect do to the current canvas, and the pop-up windows
-/// that a held one opens. GUI thread.
+/// Applies what the buttons of drawing, mask and effect do to the current canvas, and opens the
+/// pop-up windows of held buttons. GUI thread.
 class ToolActions
 {
 public:
@@ -15,25 +15,25 @@ public:
 
     /// Takes the command's tool, if it has one. Its own pop-up stays open, any other closes.
     void select(Command command);
-    /// Takes the tool and opens the pop-up. The release clicks a held button only if the pointer is
-    /// still on it, so the button of a tool is checked here.
+    /// Chooses the tool and opens the pop-up. Releasing a held button clicks it only if the pointer
+    /// is still on it, so the button of a tool is checked here.
     void showOptions(Command command);
     void eraseAll();
-    /// Brings the remembered mask back or takes the mask away, as the mask button is checked.
+    /// Applies the remembered mask or removes the mask, as the mask button is checked.
     void toggleMask();
-    // Round the tables of their pop-ups.
+    // These step through the tables of their pop-ups.
     void nextMask();
     void nextEffect();
-    /// One of the pop-up's colours of lines, by its place.
+    /// Sets one of the pop-up's line colours, by its index.
     void setPenColor(int index);
-    /// So many places further in the pop-up's row of widths, as far as that goes.
+    /// Moves that many steps in the pop-up's row of widths, as far as it goes.
     void changePenWidth(int places);
 
-    /// Brings the buttons in line with what the current canvas is set to.
+    /// Makes the buttons show the settings of the current canvas.
     void showCanvasState();
 
 private:
-    /// Shows in an open pop-up what has changed without it.
+    /// Makes an open pop-up show a change that was made outside it.
     void refreshPopup();
     void checkTool();
 

@@ -4,16 +4,16 @@
 #include <cstddef>
 #include <vector>
 
-/// Which buttons of the card at the lower left stand on it, by the room that it has.
+/// Which buttons stand on the card at the lower left, by the width that it has.
 namespace CardLayout
 {
 
 constexpr int PITCH = 36;
-/// In the narrowest window.
+/// The number of buttons in the narrowest window.
 constexpr int LEAST_PLACES = 3;
 
-/// How many buttons stand on a card with that many pixels. The last of all commands, "More", always
-/// does; what has no place before it is in its pop-up.
+/// How many buttons stand on a card of that many pixels. The last command, "More", always has a
+/// place; commands that have none before it are in its pop-up.
 [[nodiscard]] constexpr int shown(int commands, int room)
 {
     return std::min(commands, std::max(room / PITCH, LEAST_PLACES));

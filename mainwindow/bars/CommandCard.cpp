@@ -14,7 +14,7 @@ namespace
 
 constexpr int FIRST_X = 3;
 constexpr int TOP = 5;
-/// The corners of the ground, which are not stretched.
+/// Edge of the background's corners, which are not stretched.
 constexpr int CORNER = 8;
 
 } // namespace

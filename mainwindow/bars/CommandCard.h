@@ -20,7 +20,7 @@ class CommandCard : public QWidget
 public:
     CommandCard(CommandButtons *buttons, QWidget *window);
 
-    /// Takes its place, and shows as many buttons as fit.
+    /// Moves the card to its place and shows as many buttons as fit.
     void place(const WindowLayout &at);
     // What the pages behind "More" tell of is marked on it.
     void setCameraWrong(bool wrong);

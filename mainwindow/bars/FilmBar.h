@@ -29,7 +29,8 @@ public:
     [[nodiscard]] QSize volumeSize() const;
     void place(const WindowLayout &at);
 
-    /// Shows what the mode starts with; the volume slider waits for its button.
+    /// Shows the initial state of the mode; the volume slider is hidden until its button is
+    /// checked.
     void enter();
     void leave();
     /// Shows or hides the volume slider as its button is checked.
@@ -43,7 +44,7 @@ public:
     void stop();
     void backward();
     void forward();
-    /// Pauses a film that moves and plays any other.
+    /// Pauses a film that is running and starts any other.
     void playOrPause();
 
 private:

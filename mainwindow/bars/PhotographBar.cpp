@@ -126,7 +126,7 @@ void PhotographBar::openDirectory()
 {
     m_popups->closeAny();
     const QString file = QFileDialog::getOpenFileName(m_window, QString(), Config::snapshotPath());
-    // The folder of an empty answer would be the current one.
+    // An empty answer would mean the current folder.
     if (file.isEmpty())
         return;
     const QFileInfo info(file);
@@ -178,15 +178,16 @@ void PhotographBar::showInterval()
     const bool shown = m_intervalButton->isChecked();
     m_interval->setVisible(shown);
     m_intervalLabel->setVisible(shown);
-    // In a narrow window the slider reaches under the index.
+    // In a narrow window the slider extends below the index.
     m_indexLabel->raise();
     m_intervalLabel->raise();
 }
 
 void PhotographBar::setInterval(int place)
 {
-    if (place >= 0 && place < int(PHOTOGRAPH_PLAY_INTERVALS.size()))
-        m_source->setPlayInterval(PHOTOGRAPH_PLAY_INTERVALS[std::size_t(place)] * 1000);
+    if (place >= 0 && place < static_cast<int>(PHOTOGRAPH_PLAY_INTERVALS.size()))
+        m_source->setPlayInterval(PHOTOGRAPH_PLAY_INTERVALS[static_cast<std::size_t>(place)] *
+                                  1000);
 }
 
 void PhotographBar::showIndex(int id)
@@ -220,10 +221,10 @@ void PhotographBar::createInterval()
 {
     m_interval = new Slider(Qt::Horizontal, m_window);
     m_interval->setTickPosition(QSlider::TicksBelow);
-    // The height ends above the numbers.
+    // The slider's height ends above the numbers.
     m_interval->setFixedSize(160, 20);
     m_interval->setPageStep(1);
-    m_interval->setRange(0, int(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
+    m_interval->setRange(0, static_cast<int>(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
     m_interval->setValue(0);
     m_interval->setAccessibleName(QCoreApplication::translate("MainWindow", "Slideshow interval"));
     connect(m_interval, &Slider::valueChanged, this, &PhotographBar::intervalMoved);

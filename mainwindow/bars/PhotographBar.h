@@ -19,7 +19,7 @@ class ThumbnailWidget;
 class Popups;
 struct WindowLayout;
 
-/// Seconds of the interval slider's places.
+/// The positions of the interval slider, in seconds.
 constexpr std::array<int, 6> PHOTOGRAPH_PLAY_INTERVALS{1, 2, 5, 10, 15, 30};
 
 /// The controls of Photograph mode: the bar of buttons, the slideshow interval, the picture index
@@ -38,7 +38,8 @@ public:
     [[nodiscard]] ThumbnailWidget *thumbnails() const;
     void place(const WindowLayout &at);
 
-    /// Shows what the mode starts with; strip and interval wait for their buttons.
+    /// Shows the initial state of the mode; strip and interval are hidden until their buttons are
+    /// checked.
     void enter();
     void leave();
 
@@ -52,17 +53,17 @@ public:
     /// Show or hide as their buttons are checked.
     void showThumbnails();
     void showInterval();
-    /// `place` is one of the interval slider's.
+    /// `place` is one of the interval slider's positions.
     void setInterval(int place);
-    /// `id` counts from 0; shown from 1. Says so when that photograph cannot be shown.
+    /// `id` counts from 0 and is shown from 1. Tells the user when that photograph cannot be shown.
     void showIndex(int id);
 
 signals:
-    /// The user has moved the interval slider to one of its places.
+    /// The user has moved the interval slider to another position.
     void intervalMoved(int place);
 
 private:
-    /// The button of the slideshow tells what the source does; not every stop has a signal.
+    /// Sets the button of the slideshow to the state of the source, as not every stop has a signal.
     void showPlaying();
     void createBar(CommandButtons *buttons);
     void createInterval();

@@ -4,8 +4,8 @@
 
 #include <QImage>
 
-/// One picture of the thumbnail strip with a coloured frame: red chosen, white under the pointer,
-/// otherwise gray.
+/// One picture of the thumbnail strip with a coloured frame: red when it is chosen, white under the
+/// pointer, otherwise gray.
 class ThumbnailButton : public TabFocusButton
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class ThumbnailButton : public TabFocusButton
 public:
     explicit ThumbnailButton(QWidget *parent);
 
-    /// Stands in the middle, at the size that its device pixel ratio says; null leaves it black.
+    /// The image is centred at the size that its device pixel ratio gives; null leaves it black.
     void setImage(const QImage &image);
     [[nodiscard]] bool hasImage() const { return m_hasImage; }
     [[nodiscard]] QImage image() const { return m_image; }

@@ -9,8 +9,8 @@
 namespace
 {
 
-/// With its characters in a memory of its own: Qt's own counting of references is invisible to the
-/// thread sanitizer.
+/// A copy of the texts that shares no memory: the thread sanitizer does not see Qt's own reference
+/// counting.
 QStringList unshared(const QStringList &texts)
 {
     QStringList copies;
@@ -63,7 +63,7 @@ void ThumbnailLoader::retire(ThumbnailLoader *loader)
     loader->disconnect();
     loader->setParent(nullptr);
     connect(loader, &QThread::finished, loader, &QObject::deleteLater);
-    // Then that signal has gone by, or never comes.
+    // The signal has already been sent, or will never be sent.
     if (!loader->isRunning())
         loader->deleteLater();
 }

@@ -19,22 +19,22 @@ class ThumbnailLoader : public QThread
     Q_OBJECT
 
 public:
-    /// `generation` counts the folders, so that the results of an older one are told apart. A
+    /// `generation` counts the folders, so that the results of an older one can be told apart. A
     /// thumbnail has `pixelRatio` squared times as many pixels as its place in the layout.
-    /// What was made before is taken from `store`, and what is made is kept there.
+    /// Thumbnails that were made before are taken from `store`, and new ones are kept there.
     ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio, QObject *parent,
                     std::shared_ptr<ThumbnailStore> store);
     ThumbnailLoader(int generation, const QStringList &fileNames, qreal pixelRatio,
                     QObject *parent);
-    /// The thread has ended by then; an owner that may not wait for that calls retire().
+    /// Waits for the thread to end; an owner that must not wait calls retire().
     ~ThumbnailLoader() override;
 
     [[nodiscard]] int generation() const { return m_generation; }
     void start(QThread::Priority priority);
     /// Ends the run after the picture that is being read. Does not wait.
     void stop();
-    /// Gives up a loader: it has no parent any more, ends its run, tells nobody and deletes itself
-    /// when its thread has ended, which nobody waits for.
+    /// Gives up a loader: it loses its parent, ends its run, reports nothing any more and deletes
+    /// itself when its thread has ended. Nobody waits for that.
     static void retire(ThumbnailLoader *loader);
 
 signals:

@@ -18,7 +18,7 @@
 namespace
 {
 
-/// Buttons that are made at once, and in one idle moment.
+/// How many buttons are made at once, also in one idle moment.
 constexpr int MADE_AT_ONCE = 1000;
 constexpr int MADE_IN_A_MOMENT = 100;
 
@@ -31,7 +31,7 @@ ThumbnailWidget::ThumbnailWidget(PhotographSource *source, HorizontalSlider *sli
     , m_slider(slider)
     , m_store(std::make_shared<ThumbnailStore>())
 {
-    // A press beside a button is not a stroke on the photograph below.
+    // A press beside a button must not draw on the photograph below.
     setAttribute(Qt::WA_NoMousePropagation);
     connect(&m_idle, &QTimer::timeout, this, &ThumbnailWidget::createMoreButtons);
     refresh();
@@ -42,7 +42,7 @@ ThumbnailWidget::ThumbnailWidget(PhotographSource *source, HorizontalSlider *sli
 
 ThumbnailWidget::~ThumbnailWidget()
 {
-    // One picture's reading, if the disk answers.
+    // Long enough to read one picture, if the disk answers.
     constexpr unsigned long ENOUGH_MS = 300;
     m_loader->stop();
     m_loader->wait(ENOUGH_MS);
@@ -67,7 +67,7 @@ void ThumbnailWidget::fitView()
     m_leftOffset = view.leftOffset;
     setThumbnailButtons();
     m_slider->setRange(0, std::max(m_fileNames.size() - m_visibleCount, 0));
-    // The slider itself keeps a value that the new range does not have.
+    // The slider itself keeps a value that is outside the new range.
     m_slider->setValue(m_firstVisible);
 }
 
@@ -111,7 +111,7 @@ void ThumbnailWidget::photographChanged(int id)
 void ThumbnailWidget::folderChanged(int id)
 {
     const QStringList names = m_source->fileNameList();
-    // Names only join: each old one keeps its button.
+    // Names are only added: each old one keeps its button.
     QList<ThumbnailButton *> buttons;
     buttons.reserve(names.size());
     int old = 0;
@@ -151,7 +151,7 @@ void ThumbnailWidget::resizeEvent(QResizeEvent *event)
 
 bool ThumbnailWidget::event(QEvent *event)
 {
-    // The widget has no window of its own until it is shown, and learns of its screen then.
+    // The widget has no native window until it is shown, and only then knows its screen.
     const bool otherScreen =
         event->type() == QEvent::ScreenChangeInternal || event->type() == QEvent::Show;
     if (otherScreen && m_loadedRatio != devicePixelRatioF())
@@ -166,7 +166,7 @@ void ThumbnailWidget::viewChanged(int first)
 
 void ThumbnailWidget::thumbnailLoaded(int generation, int index, const QImage &image)
 {
-    // A result that was on its way when the folder changed belongs to buttons that are gone.
+    // A result that was under way when the folder changed belongs to buttons that no longer exist.
     if (generation == m_loader->generation() && index < m_buttons.size())
         buttonAt(index)->setImage(image);
 }
@@ -175,7 +175,8 @@ void ThumbnailWidget::removeButtons()
 {
     m_idle.stop();
     m_shown.clear();
-    // Before its buttons: each of them would have to be searched for in it.
+    // The group is destroyed before its buttons: each of them would otherwise be searched for in
+    // it.
     m_group = std::make_unique<QButtonGroup>();
     m_group->setExclusive(true);
     qDeleteAll(m_buttons);
@@ -219,7 +220,7 @@ ThumbnailButton *ThumbnailWidget::buttonAt(int id)
     place->setAccessibleName(name);
     place->setToolTip(name);
     connect(place, SIGNAL(clicked()), this, SLOT(photographSelected()));
-    // The id that the group would search for among all its others.
+    // An id of its own, because the group would otherwise search all others for a free one.
     m_group->addButton(place, -2 - m_made++);
     return place;
 }

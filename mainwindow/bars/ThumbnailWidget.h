@@ -25,25 +25,25 @@ public:
     ThumbnailWidget(PhotographSource *source, HorizontalSlider *slider, QWidget *parent);
     ~ThumbnailWidget() override;
 
-    /// Builds the buttons anew from the source's current folder and starts loading their pictures.
-    /// Waits for no picture of the folder before.
+    /// Makes the buttons again for the source's current folder and starts loading their pictures.
+    /// Does not wait for a picture of the previous folder.
     void refresh();
     /// Shows the visible stretch of buttons and hides the others.
     void setThumbnailButtons();
 
 public slots:
-    /// Of the button that was clicked: shows its picture.
+    /// Shows the picture of the button that was clicked.
     void photographSelected();
-    /// Scrolls just far enough to show picture `id` and marks it.
+    /// Scrolls just far enough to show picture `id`, and marks it.
     void photographChanged(int id);
-    /// Gives the pictures that have joined the folder their buttons, and loads what has changed;
-    /// `id` is the picture shown.
+    /// Makes buttons for pictures that were added to the folder and loads what has changed; `id` is
+    /// the picture shown.
     void folderChanged(int id);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    /// A screen with another number of pixels needs other thumbnails.
+    /// A screen with another pixel ratio needs other thumbnails.
     bool event(QEvent *event) override;
 
 private slots:
@@ -67,20 +67,20 @@ private:
     int m_visibleCount = 0;
     int m_firstVisible = 0;
     int m_leftOffset = 0;
-    /// Of the open folder, its child; null before the first.
+    /// The loader of the open folder, a child of this widget; null before the first folder.
     ThumbnailLoader *m_loader = nullptr;
     qreal m_loadedRatio = 0;
     /// Lasts longer than its loaders.
     std::shared_ptr<ThumbnailStore> m_store;
     std::unique_ptr<QButtonGroup> m_group;
-    /// One a picture; null for one that is not made yet.
+    /// One for each picture; null for one that is not made yet.
     QList<ThumbnailButton *> m_buttons;
-    /// All before this one are made.
+    /// All buttons before this index are made.
     int m_firstUnmade = 0;
-    /// How many were made so far, for all folders.
+    /// How many buttons were made so far, for all folders.
     int m_made = 0;
     QTimer m_idle;
-    /// The buttons on show, a stretch of m_buttons.
+    /// The visible buttons, a range of m_buttons.
     QList<ThumbnailButton *> m_shown;
     QStringList m_fileNames;
 };

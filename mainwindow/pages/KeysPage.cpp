@@ -15,8 +15,8 @@ QString keysOf(const Commands::Row &row)
 {
     QStringList names;
     for (const int key : row.keys) {
-        // A sign is one key, above another sign or not.
-        const int plain = key & ~int(Qt::ShiftModifier);
+        // A sign that is listed both with and without Shift is shown once.
+        const int plain = key & ~static_cast<int>(Qt::ShiftModifier);
         if (key != plain && std::count(row.keys.begin(), row.keys.end(), plain))
             continue;
         names << QKeySequence(key).toString(QKeySequence::NativeText);

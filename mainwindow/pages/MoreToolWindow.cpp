@@ -46,8 +46,8 @@ MoreToolWindow::MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_area->setGeometry(MARGIN, y, width() - 2 * MARGIN, height() - y - MARGIN);
     connect(m_tabs, &QButtonGroup::idClicked, this, &MoreToolWindow::choosePage);
-    const int last = int(Pages::all().size()) - 1;
-    showPage(Pages::all()[std::size_t(Preferences::number(PAGE_KEY, 0, 0, last))].id);
+    const int last = static_cast<int>(Pages::all().size()) - 1;
+    showPage(Pages::all()[static_cast<std::size_t>(Preferences::number(PAGE_KEY, 0, 0, last))].id);
 }
 
 void MoreToolWindow::showPage(Pages::Id id)
@@ -63,7 +63,7 @@ void MoreToolWindow::showPage(Pages::Id id)
 
 Pages::Id MoreToolWindow::page() const
 {
-    return Pages::all()[std::size_t(m_tabs->checkedId())].id;
+    return Pages::all()[static_cast<std::size_t>(m_tabs->checkedId())].id;
 }
 
 void MoreToolWindow::setMarked(Pages::Id id, bool marked)
@@ -74,7 +74,7 @@ void MoreToolWindow::setMarked(Pages::Id id, bool marked)
 void MoreToolWindow::choosePage(int index)
 {
     Preferences::setNumber(PAGE_KEY, index);
-    showPage(Pages::all()[std::size_t(index)].id);
+    showPage(Pages::all()[static_cast<std::size_t>(index)].id);
 }
 
 int MoreToolWindow::indexOf(Pages::Id id)

@@ -9,19 +9,19 @@ class MainWindow;
 class QButtonGroup;
 class QScrollArea;
 
-/// The pop-up "More": what did not fit on the card, and pages to be read. It opens on the page that
-/// was chosen last.
+/// The pop-up "More": the commands that did not fit on the card, and pages to read. It opens on the
+/// page that was chosen last.
 class MoreToolWindow : public ToolWindow
 {
     Q_OBJECT
 
 public:
-    /// `hidden` are the buttons of the card that did not fit: each is offered here, and pressed
-    /// there.
+    /// `hidden` are the buttons of the card that did not fit: each of them is offered here, and a
+    /// click here presses it there.
     MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow, const Pages::Context &context,
                    const std::vector<ImageButton *> &hidden);
 
-    /// Builds that page with what is known now.
+    /// Builds that page with the current information.
     void showPage(Pages::Id id);
     [[nodiscard]] Pages::Id page() const;
     /// Whether there is something to be read on that page, as on the tool button.
@@ -31,7 +31,7 @@ signals:
     void pageShown(Pages::Id id);
 
 private slots:
-    /// By its tab: the next time this pop-up opens on it.
+    /// A tab was chosen: the pop-up opens on it the next time.
     void choosePage(int index);
 
 private:

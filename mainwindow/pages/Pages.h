@@ -28,7 +28,7 @@ struct Page {
     Id id;
     /// A marked source text of the pop-up.
     const char *title;
-    /// Builds the page with what is known now.
+    /// Builds the page with the current information.
     QWidget *(*make)(const Context &context, QWidget *parent);
 };
 
@@ -40,7 +40,7 @@ struct Page {
 [[nodiscard]] QWidget *makePresentationPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makeKeysPage(const Context &context, QWidget *parent);
 
-/// A page of two columns: what, and how it is.
+/// A row of a page with two columns: a name and its value.
 struct Line {
     QString what;
     QString how;

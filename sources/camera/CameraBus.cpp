@@ -12,7 +12,7 @@ namespace
 
 /// As deep as hubs can be stacked.
 constexpr int MAXIMUM_PORTS = 7;
-/// A name from a device's own memory has 126 characters at most; a file that is longer is none.
+/// A name in a device's own memory has 126 characters at most; a longer file is no name.
 constexpr qint64 LONGEST_TEXT = 4096;
 
 bool hasVideo(libusb_device *device)

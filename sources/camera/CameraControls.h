@@ -11,8 +11,8 @@
 class UvcCamera;
 struct ControlRequest;
 
-/// The two registers of the camera's parameters for a caller that must not be held: the register
-/// with the number of the parameter, and that with its value.
+/// The two registers of the camera's parameters, for a caller that must not be held up: the
+/// register with the number of the parameter, and the one with its value.
 ///
 /// While the camera answers in time, every call is one transfer and gives its result. A camera that
 /// does not is not waited for: what is written follows in order when it answers again, each value

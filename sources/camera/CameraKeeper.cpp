@@ -16,7 +16,7 @@ namespace
 
 constexpr int INTERVAL_MS = 500;
 /// For a camera to be opened. One that works takes a few ten milliseconds.
-constexpr std::chrono::milliseconds OPEN_BOUND{3000};
+constexpr std::chrono::milliseconds OPEN_TIMEOUT{3000};
 
 } // namespace
 
@@ -94,7 +94,7 @@ void CameraKeeper::open(const BusCamera &camera)
         before->release();
         auto opened = std::make_shared<Opened>();
         opened->camera = std::make_unique<UvcCamera>();
-        opened->result = opened->camera->openWithin(OPEN_BOUND, camera);
+        opened->result = opened->camera->openWithin(OPEN_TIMEOUT, camera);
         answer(*gate, this, [this, opened] { this->opened(opened); });
         return 0;
     });

@@ -16,8 +16,8 @@ class CameraBus;
 class CameraOwner;
 class UvcCamera;
 
-/// Brings the camera back when it was unplugged, could not be opened or fell silent, and says how
-/// it stands. It begins when the program has opened a camera for the first time.
+/// Brings the camera back when it was unplugged, could not be opened or fell silent, and reports
+/// its state. It starts when the program has opened a camera for the first time.
 ///
 /// Belongs to the GUI thread. Whatever touches the bus runs on the thread "CameraKeeper", also the
 /// end of a camera that was replaced; the GUI thread waits for none of it. The owner is used until
@@ -50,7 +50,7 @@ private:
 
     CameraOwner &m_owner;
     const std::shared_ptr<CameraBus> m_bus;
-    /// What the worker's answers pass.
+    /// Passes the worker's answers until the keeper is destroyed.
     const std::shared_ptr<CallbackGate> m_gate;
     BoundedWorker m_worker;
     QTimer m_timer;

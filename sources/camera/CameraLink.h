@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-/// How the program and its camera stand at one moment.
+/// The state of the program's camera at one moment.
 struct CameraLink {
     /// On the bus, and not opened yet.
     bool seen = false;

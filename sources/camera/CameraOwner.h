@@ -20,7 +20,7 @@ public:
     [[nodiscard]] virtual std::unique_ptr<UvcCamera>
     takeOver(std::unique_ptr<UvcCamera> camera) = 0;
 
-    /// Asks the camera in use for its stream anew. A recording goes on.
+    /// Asks the camera in use for its stream again. A recording goes on.
     virtual void restartStream() = 0;
 
 protected:

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-/// What the user is told of the camera.
+/// What the user is told about the camera.
 struct CameraStatus {
     enum class State {
         Waiting,      ///< none has been plugged in since the program started

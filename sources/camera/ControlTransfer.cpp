@@ -14,11 +14,11 @@ namespace
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
-constexpr milliseconds ANSWER_BOUND{1500};
+constexpr milliseconds ANSWER_TIMEOUT{1500};
 /// For a transfer that others wait for: many times what a camera takes that works.
-constexpr milliseconds HURRIED_BOUND{200};
+constexpr milliseconds HURRIED_TIMEOUT{200};
 /// For the library to give a transfer back that was taken back.
-constexpr milliseconds TAKE_BACK_BOUND{300};
+constexpr milliseconds TAKE_BACK_TIMEOUT{300};
 
 constexpr std::uint8_t SET_CUR = 0x01;
 constexpr std::uint8_t GET_CUR = 0x81;
@@ -88,7 +88,7 @@ struct ControlTransfer::Pending {
         auto *pending = static_cast<Pending *>(transfer->user_data);
         (void)pending->prepared.load(std::memory_order_acquire);
         const std::shared_ptr<Pending> last = std::move(pending->self);
-        const std::lock_guard<std::mutex> lock(last->shared->mutex);
+        const std::lock_guard lock(last->shared->mutex);
         last->completed = true;
         last->shared->changed.notify_all();
     }
@@ -134,7 +134,8 @@ int ControlTransfer::run(libusb_device_handle *handle, std::uint8_t unit, Contro
     }
     const int result = await(pending);
     if (result > 0 && request.read)
-        std::copy_n(payload, std::min<std::size_t>(request.data.size(), std::size_t(result)),
+        std::copy_n(payload,
+                    std::min<std::size_t>(request.data.size(), static_cast<std::size_t>(result)),
                     request.data.begin());
     return result;
 }
@@ -143,18 +144,18 @@ int ControlTransfer::await(const std::shared_ptr<Pending> &pending) const
 {
     const auto completed = [&pending] { return pending->completed; };
     const Clock::time_point start = Clock::now();
-    std::unique_lock<std::mutex> lock(m_shared->mutex);
+    std::unique_lock lock(m_shared->mutex);
     m_shared->hurried = false;
-    m_shared->changed.wait_until(lock, start + ANSWER_BOUND,
+    m_shared->changed.wait_until(lock, start + ANSWER_TIMEOUT,
                                  [&] { return completed() || m_shared->hurried; });
     if (!completed() && m_shared->hurried)
-        m_shared->changed.wait_until(lock, start + HURRIED_BOUND, completed);
+        m_shared->changed.wait_until(lock, start + HURRIED_TIMEOUT, completed);
     if (!completed()) {
         lock.unlock();
         libusb_cancel_transfer(pending->transfer);
         lock.lock();
         // One that is not given back belongs to the library for good.
-        if (!m_shared->changed.wait_for(lock, TAKE_BACK_BOUND, completed))
+        if (!m_shared->changed.wait_for(lock, TAKE_BACK_TIMEOUT, completed))
             return LIBUSB_ERROR_TIMEOUT;
     }
     const libusb_transfer *transfer = pending->transfer;
@@ -164,7 +165,7 @@ int ControlTransfer::await(const std::shared_ptr<Pending> &pending) const
 
 void ControlTransfer::hurry()
 {
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     m_shared->hurried = true;
     m_shared->changed.notify_all();
 }

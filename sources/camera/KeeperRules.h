@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <optional>
 
-/// When a camera is opened again and when its stream is asked for anew, decided from what the bus
+/// When a camera is opened again and when its stream is asked for again, decided from what the bus
 /// lists and how the camera in use stands. A value with the time passed in, in milliseconds of any
 /// monotonic clock; no threads.
 class KeeperRules
@@ -18,7 +18,7 @@ public:
     /// Between two attempts at something that has failed.
     static constexpr std::int64_t RETRY_MS = 2000;
     /// Without a picture for so long a camera counts as silent; after SILENT_RESTART_MS its stream
-    /// is asked for anew, each time.
+    /// is asked for again, each time.
     static constexpr std::int64_t SILENT_MS = 2000;
     static constexpr std::int64_t SILENT_RESTART_MS = 4000;
     /// A stream that was asked for so long ago and is not there yet never comes.

@@ -18,10 +18,10 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 // Of the end of a camera. One that works is through with each within a few ten milliseconds.
-constexpr milliseconds LAST_ANSWER_BOUND{500};
-constexpr milliseconds CLOSE_BOUND{1000};
+constexpr milliseconds LAST_ANSWER_TIMEOUT{500};
+constexpr milliseconds CLOSE_TIMEOUT{1000};
 // After an unplug libuvc may wait for transfers that never come back.
-constexpr milliseconds STOP_GONE_BOUND{300};
+constexpr milliseconds STOP_GONE_TIMEOUT{300};
 
 } // namespace
 
@@ -37,7 +37,7 @@ UvcCamera::~UvcCamera()
     stopDelivery();
     m_worker.clear();
     m_connection->hurry();
-    const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_BOUND),
+    const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_TIMEOUT),
                                       [connection = m_connection] { return connection->listed(); });
     // Also behind a call that was waited for in vain: otherwise the camera's interfaces would stay
     // taken for as long as the process runs.
@@ -50,7 +50,7 @@ UvcCamera::~UvcCamera()
         },
         BoundedWorker::Place::Final);
     if (listed)
-        (void)closing.wait(ExitDeadline::capped(*listed ? CLOSE_BOUND : STOP_GONE_BOUND));
+        (void)closing.wait(ExitDeadline::capped(*listed ? CLOSE_TIMEOUT : STOP_GONE_TIMEOUT));
 }
 
 std::optional<bool> UvcCamera::find()

@@ -136,7 +136,7 @@ int UvcConnection::close()
         return UVC_ERROR_NO_DEVICE;
     m_device.reset();
     {
-        const std::lock_guard<std::mutex> lock(m_releaseMutex);
+        const std::lock_guard lock(m_releaseMutex);
         const LibraryFaults::SettingsLeftAlone settings;
         // uvc_exit() would close the handle too, but reads it after freeing it.
         if (m_handle)
@@ -149,7 +149,7 @@ int UvcConnection::close()
 void UvcConnection::release()
 {
     constexpr int MAXIMUM_INTERFACES = 32;
-    const std::lock_guard<std::mutex> lock(m_releaseMutex);
+    const std::lock_guard lock(m_releaseMutex);
     if (!m_handle)
         return;
     // The library remembers which of them it has claimed and refuses the others at once.
@@ -159,7 +159,7 @@ void UvcConnection::release()
 
 bool UvcConnection::request(Request request)
 {
-    const std::lock_guard<std::mutex> lock(m_requestMutex);
+    const std::lock_guard lock(m_requestMutex);
     return !std::exchange(m_request, std::move(request));
 }
 
@@ -172,7 +172,7 @@ void UvcConnection::keep(uvc_device *device)
 
 UvcConnection::Request UvcConnection::takeRequest()
 {
-    const std::lock_guard<std::mutex> lock(m_requestMutex);
+    const std::lock_guard lock(m_requestMutex);
     return std::exchange(m_request, std::nullopt).value_or(Request());
 }
 

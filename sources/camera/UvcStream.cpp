@@ -47,7 +47,7 @@ void UvcStream::allocate()
 void UvcStream::close()
 {
     m_closing = true;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_handler = nullptr;
 }
 
@@ -64,7 +64,7 @@ void UvcStream::deliver(uvc_frame *frame, qint64 microseconds)
     // close() from getting it.
     if (m_closing)
         return;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (!m_handler || !m_rgb)
         return;
     countGap(frame->sequence);

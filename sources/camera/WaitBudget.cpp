@@ -19,6 +19,6 @@ void WaitBudget::spend(TimePoint from, TimePoint until)
 WaitBudget::Duration WaitBudget::store(TimePoint now) const
 {
     const Duration idle = std::max(duration_cast<Duration>(now - m_since), Duration(0));
-    // Compared before it is added: the time since the epoch does not fit beside another.
+    // Compared before the addition, because the sum with the time since the epoch would overflow.
     return idle / REFILL >= CAPACITY ? CAPACITY : std::min(CAPACITY, m_store + idle / REFILL);
 }

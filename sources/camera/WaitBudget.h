@@ -2,10 +2,10 @@
 
 #include <chrono>
 
-/// How long the GUI thread may wait for answers of the camera, over many short waits: each wait has
-/// a little for nothing, what it takes beyond that comes out of a store that fills again with the
-/// time in which nobody waits. So a few calls in a row never hold the window for longer than
-/// CAPACITY and the free shares, and a camera that is always slow costs a part of the time only.
+/// How long the GUI thread may wait for answers of the camera, over many short waits. Each wait has
+/// a small free share; time beyond it is taken from a store, which refills while nobody waits. So a
+/// few calls in a row never hold the window for longer than CAPACITY and the free shares, and a
+/// camera that is always slow costs only a part of the time.
 ///
 /// Not thread-safe.
 class WaitBudget
@@ -15,7 +15,7 @@ public:
     using Duration = std::chrono::microseconds;
 
     static constexpr Duration CAPACITY{70'000};
-    /// What an answer of a healthy camera takes; free of charge for every wait.
+    /// The time that a healthy camera takes to answer; free for every wait.
     static constexpr Duration FREE{3'000};
     /// The store gains one part in REFILL of the time without a wait.
     static constexpr int REFILL = 4;

@@ -9,13 +9,13 @@ namespace
 using Matrix = std::array<double, 9>;
 using Place = std::array<double, 2>;
 
-// BT.1886, the light of a screen.
-constexpr double screenGamma = 2.4;
-// What BT.2408 calls the white of a page, and the brightest that HLG and most PQ films hold.
-constexpr double whiteNits = 203;
-constexpr double peakNits = 1000;
-/// From here on light is pressed together.
-constexpr float knee = 0.6F;
+// BT.1886, the transfer function of a screen.
+constexpr double SCREEN_GAMMA = 2.4;
+// The white of a page in BT.2408, and the brightest value in HLG and most PQ films.
+constexpr double WHITE_NITS = 203;
+constexpr double PEAK_NITS = 1000;
+/// Light above this value is compressed.
+constexpr float KNEE = 0.6F;
 
 Matrix inverse(const Matrix &m)
 {
@@ -82,28 +82,28 @@ double hlgNits(double value)
     const double scene = value <= 0.5
                              ? value * value / 3
                              : (std::exp((value - 0.55991073) / 0.17883277) + 0.28466892) / 12;
-    return peakNits * std::pow(scene, 1.2);
+    return PEAK_NITS * std::pow(scene, 1.2);
 }
 
 double lightOf(double value, DisplayColours::Transfer transfer)
 {
     switch (transfer) {
     case DisplayColours::Transfer::Pq:
-        return pqNits(value) / whiteNits;
+        return pqNits(value) / WHITE_NITS;
     case DisplayColours::Transfer::Hlg:
-        return hlgNits(value) / whiteNits;
+        return hlgNits(value) / WHITE_NITS;
     case DisplayColours::Transfer::Usual:
         break;
     }
-    return std::pow(value, screenGamma);
+    return std::pow(value, SCREEN_GAMMA);
 }
 
-/// Light of any strength below 1; what is below the knee stays.
+/// Maps light of any strength below 1; light below the knee does not change.
 float pressed(float light)
 {
-    constexpr float peak = (static_cast<float>(peakNits / whiteNits) - knee) / (1 - knee);
-    const float above = (light - knee) / (1 - knee);
-    return knee + (1 - knee) * std::min(1.0F, above * (1 + above / (peak * peak)) / (1 + above));
+    constexpr float peak = (static_cast<float>(PEAK_NITS / WHITE_NITS) - KNEE) / (1 - KNEE);
+    const float above = (light - KNEE) / (1 - KNEE);
+    return KNEE + (1 - KNEE) * std::min(1.0F, above * (1 + above / (peak * peak)) / (1 + above));
 }
 
 } // namespace
@@ -116,7 +116,7 @@ DisplayColours::DisplayColours(Primaries primaries, Transfer transfer)
         m_light[i] = static_cast<float>(lightOf(static_cast<double>(i) / 255, transfer));
     for (std::size_t i = 0; i < m_bytes.size(); ++i)
         m_bytes[i] = static_cast<std::uint8_t>(
-            std::lround(255 * std::pow(static_cast<double>(i) / 1024, 2 / screenGamma)));
+            std::lround(255 * std::pow(static_cast<double>(i) / 1024, 2 / SCREEN_GAMMA)));
     const Matrix from = xyzFrom(primaries);
     const Matrix to = inverse(xyzFrom(Primaries::Bt709));
     for (std::size_t row = 0; row < 3; ++row) {
@@ -142,7 +142,7 @@ void DisplayColours::row(std::uint8_t *rgb, int width) const
                 m_matrix[3 * i] * red + m_matrix[3 * i + 1] * green + m_matrix[3 * i + 2] * blue;
         float scale = 1;
         const float most = std::max({light[0], light[1], light[2]});
-        if (m_bright && most > knee)
+        if (m_bright && most > KNEE)
             scale = pressed(most) / most;
         for (std::size_t i = 0; i < 3; ++i) {
             const float shown = std::clamp(light[i] * scale, 0.0F, 1.0F);

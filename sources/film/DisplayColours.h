@@ -3,9 +3,9 @@
 #include <array>
 #include <cstdint>
 
-/// Brings pictures that were made for another screen into the colours of this one: BT.709 with 8
-/// bits, as every screen and projector shows it. Colours that this one cannot show become the
-/// nearest that it can; what is brighter than its white is pressed together below it. A value; any
+/// Converts pictures that were made for another screen to the colours of this one: BT.709 with
+/// 8 bits, as every screen and beamer shows it. A colour outside this range becomes the
+/// nearest one inside it; light above this screen's white is compressed below it. A value; any
 /// thread.
 class DisplayColours
 {

@@ -42,7 +42,7 @@ public:
     explicit TimedDisplayLink(std::function<void()> tick)
         : m_tick(std::move(tick))
     {
-        // Started at once, asleep: a thread cannot start while another loads a library, as the
+        // Started at once but asleep: a thread cannot start while another loads a library, as the
         // player does before the first film.
         m_thread = std::thread([this] { run(); });
     }

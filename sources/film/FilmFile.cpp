@@ -8,12 +8,12 @@
 namespace
 {
 
-constexpr qint64 blockBytes = 4096;
+constexpr qint64 BLOCK_BYTES = 4096;
 
 bool readsAt(QFile &file, qint64 offset)
 {
-    char block[blockBytes];
-    return file.seek(offset) && file.read(block, blockBytes) >= 0;
+    char block[BLOCK_BYTES];
+    return file.seek(offset) && file.read(block, BLOCK_BYTES) >= 0;
 }
 
 } // namespace
@@ -24,5 +24,5 @@ bool FilmFile::isReadable(const QString &path)
         return false;
     QFile file(path);
     return file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) && readsAt(file, 0) &&
-           readsAt(file, std::max<qint64>(0, file.size() - blockBytes));
+           readsAt(file, std::max<qint64>(0, file.size() - BLOCK_BYTES));
 }

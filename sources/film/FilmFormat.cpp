@@ -6,9 +6,9 @@
 namespace
 {
 
-constexpr QSize largest(3840, 2160);
-/// More is no shape of pixels that anybody uses.
-constexpr double mostUneven = 10;
+constexpr QSize LARGEST(3840, 2160);
+/// No real film has pixels more uneven than this.
+constexpr double MOST_UNEVEN = 10;
 
 } // namespace
 
@@ -17,11 +17,11 @@ QSize FilmFormat::shownSize(QSize stored, int aspectWidth, int aspectHeight)
     const double aspect =
         aspectHeight != 0 ? std::abs(static_cast<double>(aspectWidth) / aspectHeight) : 1;
     QSize shown = stored;
-    if (aspect > 1 && aspect <= mostUneven)
+    if (aspect > 1 && aspect <= MOST_UNEVEN)
         shown.setWidth(static_cast<int>(std::lround(stored.width() * aspect)));
-    else if (aspect < 1 && aspect >= 1 / mostUneven)
+    else if (aspect < 1 && aspect >= 1 / MOST_UNEVEN)
         shown.setHeight(static_cast<int>(std::lround(stored.height() / aspect)));
-    const QSize most = shown.width() < shown.height() ? largest.transposed() : largest;
+    const QSize most = shown.width() < shown.height() ? LARGEST.transposed() : LARGEST;
     if (shown.width() > most.width() || shown.height() > most.height())
         shown.scale(most, Qt::KeepAspectRatio);
     return shown.expandedTo({1, 1});

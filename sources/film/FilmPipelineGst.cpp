@@ -10,7 +10,7 @@ namespace
 
 // Flags of playbin: picture, sound, volume in software where the sound sink has none, and
 // deinterlacing. No subtitles and no colour controls.
-constexpr int playFlags = 0x1 | 0x2 | 0x10 | 0x200;
+constexpr int PLAY_FLAGS = 0x1 | 0x2 | 0x10 | 0x200;
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
 {
@@ -69,7 +69,7 @@ bool FilmPipelineGst::build(const QString &path, bool silent)
     const bool complete = videoSink && m_audioSink && uri;
     if (m_audioSink && silent)
         g_object_set(m_audioSink, "sync", TRUE, nullptr);
-    g_object_set(playbin, "uri", uri, "flags", playFlags, "video-sink", videoSink, "audio-sink",
+    g_object_set(playbin, "uri", uri, "flags", PLAY_FLAGS, "video-sink", videoSink, "audio-sink",
                  m_audioSink, nullptr);
     g_free(uri);
     watchBus();

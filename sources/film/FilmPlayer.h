@@ -26,12 +26,12 @@ enum class FilmFault {
 /// Plays one film at a time: pictures are asked for, sound goes to the desktop by itself.
 ///
 /// Every operation may be called from any thread, returns at once and never waits for the file, the
-/// decoder or the sound server; the work is done on a thread of the player's own. The newest wish
-/// counts: operations that arrive while an earlier one is under way replace what it had not begun.
-/// Events and completions are called on the player's thread, with no lock of the player held. After
-/// open() or close() an event of the film before may still be under way, so each open() brings its
-/// own. The destructor joins the thread, or leaves it behind after a second when a sound server or
-/// a disk does not answer; nothing is called afterwards.
+/// decoder or the sound server; the work is done on a thread of the player's own. The newest
+/// request counts: operations that arrive while an earlier one is under way replace what it had not
+/// begun. Events and completions are called on the player's thread, with no lock of the player
+/// held. After open() or close() an event of the film before may still be under way, so each open()
+/// brings its own. The destructor joins the thread, or leaves it behind after a second when a sound
+/// server or a disk does not answer; nothing is called afterwards.
 class FilmPlayer
 {
 public:
@@ -44,7 +44,7 @@ public:
         /// that comes meanwhile may make it untrue: atEnd() tells.
         std::function<void()> ended;
         /// Something that the user should be told: at the latest five seconds after the sound or
-        /// the disk was asked for, or ten when it answers and still nothing comes of it. `ended`
+        /// the disk was asked for, or ten when it answers but the film still does not show. `ended`
         /// follows when nothing will be shown.
         std::function<void(FilmFault fault)> faulty;
     };

@@ -18,27 +18,27 @@ namespace
 
 /// A call that lasts longer does not return: a healthy one takes a few milliseconds, loading code
 /// from a slow disk some hundred. The user is told within five seconds.
-constexpr std::chrono::seconds hangBound(3);
+constexpr std::chrono::seconds HANG_TIMEOUT(3);
 /// For a disk that has not answered when another film is chosen.
-constexpr std::chrono::milliseconds leaveBound(300);
+constexpr std::chrono::milliseconds LEAVE_TIMEOUT(300);
 /// For the end of the program; a healthy film is closed in a tenth of that.
-constexpr std::chrono::seconds endBound(1);
+constexpr std::chrono::seconds END_TIMEOUT(1);
 
-/// The callers leave their wishes, and an engine meets them. Another thread, "FilmWatch", sees when
-/// it hangs, and puts another engine in its place.
+/// The callers leave their requests, and an engine carries them out. Another thread, "FilmWatch",
+/// sees when it hangs, and puts another engine in its place.
 class FilmPlayerGst : public FilmPlayer
 {
 public:
     ~FilmPlayerGst() override
     {
-        m_state->wishes.finish();
+        m_state->requests.finish();
         {
             const std::lock_guard lock(m_mutex);
             m_finished = true;
         }
         // From here on nobody replaces the engine.
         if (m_engine)
-            m_engine->finish(endBound);
+            m_engine->finish(END_TIMEOUT);
         if (m_watch.joinable())
             m_watch.join();
         m_state->gate.close();
@@ -63,20 +63,20 @@ public:
 
     void play() override
     {
-        m_state->wishes.play(currentTime());
+        m_state->requests.play(currentTime());
         wake();
     }
 
     void pause() override
     {
-        m_state->wishes.pause();
+        m_state->requests.pause();
         wake();
     }
 
     void seek(double seconds, Completion completion) override
     {
         prepare();
-        m_state->wishes.seek(seconds, std::move(completion));
+        m_state->requests.seek(seconds, std::move(completion));
         wake();
     }
 
@@ -86,11 +86,11 @@ public:
         return engine ? engine->currentTime() : 0;
     }
 
-    bool atEnd() const override { return m_state->wishes.atEnd(); }
+    bool atEnd() const override { return m_state->requests.atEnd(); }
 
     void setVolume(float volume) override
     {
-        m_state->wishes.setVolume(volume);
+        m_state->requests.setVolume(volume);
         wake();
     }
 
@@ -110,13 +110,13 @@ private:
 
     void setFilm(const std::optional<QString> &path, Events events)
     {
-        m_state->pictures.expect(m_state->wishes.setFilm(path, std::move(events)));
+        m_state->pictures.expect(m_state->requests.setFilm(path, std::move(events)));
         const std::shared_ptr<PlaybackThreadGst> current = engine();
         if (!current)
             return;
-        // The disk of the film before is none of this one's business.
+        // A new film must not wait long for the disk of the previous one.
         if (current->asksDisk())
-            current->hurry(leaveBound);
+            current->hurry(LEAVE_TIMEOUT);
         current->wake();
     }
 
@@ -130,12 +130,12 @@ private:
     {
         pthread_setname_np(pthread_self(), "FilmWatch");
         while (const std::shared_ptr<PlaybackThreadGst> current = engine()) {
-            if (!current->waitForHang(hangBound) || !replace(current))
+            if (!current->waitForHang(HANG_TIMEOUT) || !replace(current))
                 return;
         }
     }
 
-    /// False when the player goes.
+    /// False when the player is being destroyed.
     bool replace(const std::shared_ptr<PlaybackThreadGst> &hanging)
     {
         const bool sound = !hanging->silent() && !hanging->asksDisk();
@@ -144,9 +144,9 @@ private:
             const std::lock_guard lock(m_mutex);
             if (m_finished)
                 return false;
-            // Without its sound, a film gets a second chance.
-            film = m_state->wishes.renew(sound ? std::nullopt
-                                               : std::optional<quint64>(hanging->film()));
+            // A film whose sound hangs is tried again without its sound.
+            film = m_state->requests.renew(sound ? std::nullopt
+                                                 : std::optional<quint64>(hanging->film()));
             m_state->pictures.expect(film.number);
             hanging->leave();
             m_engine =

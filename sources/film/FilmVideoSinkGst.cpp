@@ -8,8 +8,8 @@
 namespace
 {
 
-// The end of a film that is not left out; its sound may be longer than its pictures.
-constexpr GstClockTimeDiff endKept = 500 * GST_MSECOND;
+// The last part of a film that is never left out; its sound may be longer than its pictures.
+constexpr GstClockTimeDiff END_KEPT = 500 * GST_MSECOND;
 
 /// When the stream of that pad ends, in running time; 0 when unknown.
 GstClockTimeDiff endOf(GstPad *pad)
@@ -30,8 +30,8 @@ GstClockTimeDiff endOf(GstPad *pad)
     return GST_CLOCK_TIME_IS_VALID(end) ? static_cast<GstClockTimeDiff>(end) : 0;
 }
 
-/// Full names for colours that the stream names in part, or the container in its place: the library
-/// forgets what is named when something is missing, and guesses otherwise than players do.
+/// Completes the names of colours that the stream or, in its place, the container gives in part:
+/// the library forgets all of them when one is missing, and its guess differs from that of players.
 void nameColours(GstStructure *format, const GstVideoFormatInfo *stored, QSize size,
                  const std::string &container)
 {
@@ -67,7 +67,7 @@ void nameColours(GstStructure *format, const GstVideoFormatInfo *stored, QSize s
     g_free(full);
 }
 
-/// The one of the formats of showSample() that keeps all colours that are stored.
+/// Which of the formats of showSample() keeps all stored colours.
 const char *formatFor(const GstVideoFormatInfo *stored)
 {
     if (!stored || !GST_VIDEO_FORMAT_INFO_IS_YUV(stored))
@@ -99,7 +99,7 @@ GstElement *FilmVideoSinkGst::build()
     GstElement *scale = gst_element_factory_make("videoscale", nullptr);
     m_size = gst_element_factory_make("capsfilter", nullptr);
     GstElement *convert = gst_element_factory_make("videoconvert", nullptr);
-    // After the conversion, as it does not know every format that decoders deliver.
+    // Placed behind the conversion, as it does not know every format that decoders deliver.
     GstElement *upright = gst_element_factory_make("videoflip", nullptr);
     m_sink = gst_element_factory_make("appsink", nullptr);
     if (!scale || !m_size || !convert || !upright || !m_sink)
@@ -200,7 +200,8 @@ GstPadProbeReturn FilmVideoSinkGst::onFlush(GstPad *, GstPadProbeInfo *info, gpo
     return GST_PAD_PROBE_OK;
 }
 
-/// The decoder leaves out what is late, but not the end of the film, whose last picture stands.
+/// The decoder leaves out pictures that are late, but not those at the end of the film, whose last
+/// picture stands.
 GstPadProbeReturn FilmVideoSinkGst::onQos(GstPad *pad, GstPadProbeInfo *info, gpointer)
 {
     GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
@@ -214,7 +215,7 @@ GstPadProbeReturn FilmVideoSinkGst::onQos(GstPad *pad, GstPadProbeInfo *info, gp
     const GstClockTimeDiff end = late > 0 ? endOf(pad) : 0;
     // Elements leave out what is twice as far ahead as the last picture was late.
     const auto left = std::max<GstClockTimeDiff>(
-        0, (end - endKept - static_cast<GstClockTimeDiff>(timestamp)) / 2);
+        0, (end - END_KEPT - static_cast<GstClockTimeDiff>(timestamp)) / 2);
     if (end > 0 && late > left) {
         GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_qos(type, proportion, left, timestamp);
         gst_event_unref(event);

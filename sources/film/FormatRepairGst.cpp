@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr std::array parsers{std::string_view("h264parse"), std::string_view("h265parse")};
+constexpr std::array PARSERS{std::string_view("h264parse"), std::string_view("h265parse")};
 
 std::string_view factoryOf(GstElement *element)
 {
@@ -33,7 +33,7 @@ std::string FormatRepairGst::namedColours() const
 void FormatRepairGst::onElement(GstBin *, GstBin *, GstElement *element, gpointer self)
 {
     const std::string_view factory = factoryOf(element);
-    if (std::find(parsers.begin(), parsers.end(), factory) != parsers.end()) {
+    if (std::find(PARSERS.begin(), PARSERS.end(), factory) != PARSERS.end()) {
         GstPad *pad = gst_element_get_static_pad(element, "sink");
         gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onFormat, self, nullptr);
         gst_object_unref(pad);

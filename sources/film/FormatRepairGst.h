@@ -5,8 +5,8 @@
 #include <mutex>
 #include <string>
 
-/// Mends what demuxers say wrongly of a film's pictures, before the next element of a pipeline
-/// believes it:
+/// Corrects wrong descriptions of a film's pictures by demuxers, before the next element of a
+/// pipeline uses them:
 /// - The colours that a container names leave out whether they use the full range, and take the
 ///   place of those in the stream itself, which says so. They are kept for a stream that names
 ///   none.

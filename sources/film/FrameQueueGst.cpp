@@ -5,7 +5,7 @@
 namespace
 {
 
-constexpr std::size_t mostPicturesDue = 2;
+constexpr std::size_t MOST_PICTURES_DUE = 2;
 
 } // namespace
 
@@ -34,7 +34,7 @@ void FrameQueueGst::put(quint64 film, GstPtr<GstSample> sample)
         return;
     m_newest.reset(gst_sample_ref(sample.get()));
     m_samples.push_back(std::move(sample));
-    if (m_samples.size() > mostPicturesDue)
+    if (m_samples.size() > MOST_PICTURES_DUE)
         m_samples.pop_front();
 }
 

@@ -7,8 +7,8 @@
 #include <deque>
 #include <mutex>
 
-/// The pictures that are due and not shown yet, in their order. Two, so that the beat between the
-/// film's rate and the screen's costs no picture. Any thread.
+/// The pictures that are due and not shown yet, in their order. It holds two, so that the beat
+/// between the film's rate and the screen's costs no picture. Any thread.
 class FrameQueueGst
 {
 public:
@@ -22,7 +22,7 @@ public:
     void clear(quint64 film);
 
 private:
-    /// The lock is held.
+    /// Called with the lock held.
     void begin(quint64 film);
 
     /// Guards all the members below.

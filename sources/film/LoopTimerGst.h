@@ -6,7 +6,7 @@
 #include <functional>
 #include <gst/gst.h>
 
-/// Calls a function again and again on the thread that runs a main context. Belongs to that thread.
+/// Calls a function repeatedly on the thread that runs a main context. Belongs to that thread.
 class LoopTimerGst
 {
 public:
@@ -15,7 +15,7 @@ public:
     LoopTimerGst(const LoopTimerGst &) = delete;
     LoopTimerGst &operator=(const LoopTimerGst &) = delete;
 
-    /// Begins anew.
+    /// Begins again.
     void start(GMainContext *context, std::chrono::milliseconds interval);
     /// May be called from the function.
     void stop();

@@ -13,19 +13,19 @@ namespace
 using Result = FilmPipelineGst::Result;
 
 // Far more than a healthy file needs; what takes longer is given up, so that every seek completes.
-constexpr std::chrono::seconds workTimeout(10);
+constexpr std::chrono::seconds WORK_TIMEOUT(10);
 // For what has already failed, until the message that says why.
-constexpr std::chrono::milliseconds failureTimeout(500);
-constexpr std::chrono::milliseconds checkInterval(200);
-constexpr std::chrono::milliseconds lengthInterval(500);
-// Not a place: where the film is, the pipeline knows.
-constexpr std::nullopt_t unknownPlace = std::nullopt;
+constexpr std::chrono::milliseconds FAILURE_TIMEOUT(500);
+constexpr std::chrono::milliseconds CHECK_INTERVAL(200);
+constexpr std::chrono::milliseconds LENGTH_INTERVAL(500);
+// The pipeline knows the place.
+constexpr std::nullopt_t UNKNOWN_PLACE = std::nullopt;
 
 } // namespace
 
 PlaybackEngineGst::PlaybackEngineGst(Surroundings around, GMainContext *context)
     : m_around(std::move(around))
-    , m_wishes(m_around.wishes)
+    , m_requests(m_around.requests)
     , m_pictures(m_around.pictures)
     , m_context(context)
     , m_onMessage([this](GstMessage *message) {
@@ -39,19 +39,19 @@ PlaybackEngineGst::PlaybackEngineGst(Surroundings around, GMainContext *context)
 
 PlaybackEngineGst::~PlaybackEngineGst() = default;
 
-void PlaybackEngineGst::meetWishes()
+void PlaybackEngineGst::carryOutRequests()
 {
     const CallWatch::Call call(m_around.watch);
-    if (const std::optional<PlaybackRequests::Film> film = m_wishes.otherFilm(m_film.number))
+    if (const std::optional<PlaybackRequests::Film> film = m_requests.otherFilm(m_film.number))
         takeFilm(*film);
-    const float volume = m_wishes.volume();
+    const float volume = m_requests.volume();
     if (m_pipeline && volume != m_volume)
         m_pipeline->setVolume(static_cast<double>(volume));
     m_volume = volume;
     if (m_work != Work::None)
         return;
 
-    std::deque<PlaybackRequests::Seek> seeks = m_wishes.takeSeeks(m_film.number);
+    std::deque<PlaybackRequests::Seek> seeks = m_requests.takeSeeks(m_film.number);
     if (!seeks.empty()) {
         const PlaybackRequests::Seek newest = seeks.back();
         seeks.pop_back();
@@ -60,7 +60,7 @@ void PlaybackEngineGst::meetWishes()
         return;
     }
     const bool ended = m_atEnd || !m_pipeline;
-    const auto motion = m_wishes.takeMotion(m_film.number, ended);
+    const auto motion = m_requests.takeMotion(m_film.number, ended);
     if (!motion)
         return;
     if (motion->again && ended && m_film.path)
@@ -73,16 +73,16 @@ void PlaybackEngineGst::finish()
 {
     finishSeek(false);
     closePipeline();
-    complete(m_wishes.takeSeeksBefore(m_film.number), false);
-    complete(m_wishes.takeSeeks(m_film.number), false);
-    // Of a film that was never taken.
-    if (const std::optional<PlaybackRequests::Film> newest = m_wishes.otherFilm(m_film.number))
-        complete(m_wishes.takeSeeks(newest->number), false);
+    complete(m_requests.takeSeeksBefore(m_film.number), false);
+    complete(m_requests.takeSeeks(m_film.number), false);
+    // These seeks belong to a film that was never opened.
+    if (const std::optional<PlaybackRequests::Film> newest = m_requests.otherFilm(m_film.number))
+        complete(m_requests.takeSeeks(newest->number), false);
 }
 
 double PlaybackEngineGst::currentTime() const
 {
-    if (const std::optional<double> place = m_wishes.place())
+    if (const std::optional<double> place = m_requests.place())
         return *place;
     GstPtr<GstElement> pipeline;
     {
@@ -90,7 +90,7 @@ double PlaybackEngineGst::currentTime() const
         if (m_shown)
             pipeline.reset(GST_ELEMENT(gst_object_ref(m_shown.get())));
     }
-    return m_wishes.answered(pipeline ? positionOf(pipeline.get()) : -1);
+    return m_requests.answered(pipeline ? positionOf(pipeline.get()) : -1);
 }
 
 void PlaybackEngineGst::show(GstElement *pipeline)
@@ -103,15 +103,15 @@ void PlaybackEngineGst::takeFilm(PlaybackRequests::Film film)
 {
     finishSeek(false);
     closePipeline();
-    complete(m_wishes.takeSeeksBefore(film.number), false);
+    complete(m_requests.takeSeeksBefore(film.number), false);
     m_film = std::move(film);
     m_filmNumber = m_film.number;
     m_duration = 0;
     m_silent = !m_around.soundAnswers();
     m_wasOpen = false;
     m_atEnd = false;
-    // There is another film by now if the closing has taken long.
-    if (!m_film.path || m_wishes.otherFilm(m_film.number))
+    // Another film may have been chosen while the closing took long.
+    if (!m_film.path || m_requests.otherFilm(m_film.number))
         return;
     if (m_silent)
         tell(FilmFault::SoundNotAnswering);
@@ -138,11 +138,11 @@ void PlaybackEngineGst::openPipeline(double at)
         return;
     }
     show(m_pipeline->element());
-    m_wishes.setPlace(m_film.number, at);
+    m_requests.setPlace(m_film.number, at);
     m_pipeline->setVolume(static_cast<double>(m_volume));
-    // A failure comes as a message, too, which tells whose it is.
+    // A failure is also reported by a message, which names the element.
     const Result result = m_pipeline->setState(GST_STATE_PAUSED);
-    begin(Work::Opening, result == Result::Failed ? failureTimeout : workTimeout);
+    begin(Work::Opening, result == Result::Failed ? FAILURE_TIMEOUT : WORK_TIMEOUT);
 }
 
 void PlaybackEngineGst::closePipeline()
@@ -173,7 +173,7 @@ void PlaybackEngineGst::sendSeek(double seconds, bool exact)
     if (m_pipeline->seek(seconds, exact) == Result::Failed)
         finishSeek(false);
     else
-        begin(Work::Seeking, workTimeout);
+        begin(Work::Seeking, WORK_TIMEOUT);
 }
 
 void PlaybackEngineGst::finishSeek(bool reached)
@@ -182,7 +182,7 @@ void PlaybackEngineGst::finishSeek(bool reached)
     std::optional<PlaybackRequests::Seek> seek;
     seek.swap(m_seek);
     if (m_playing || !reached)
-        m_wishes.setPlace(m_film.number, unknownPlace);
+        m_requests.setPlace(m_film.number, UNKNOWN_PLACE);
     if (seek)
         complete({*seek}, reached);
     wake();
@@ -201,13 +201,13 @@ void PlaybackEngineGst::setPlaying(bool playing)
     m_playing = playing;
     const Result result = m_pipeline->setState(playing ? GST_STATE_PLAYING : GST_STATE_PAUSED);
     if (playing) {
-        m_wishes.setPlace(m_film.number, unknownPlace);
-        m_lengthTimer.start(m_context, lengthInterval);
+        m_requests.setPlace(m_film.number, UNKNOWN_PLACE);
+        m_lengthTimer.start(m_context, LENGTH_INTERVAL);
     } else {
         m_lengthTimer.stop();
     }
     if (result == Result::Later)
-        begin(Work::ChangingState, workTimeout);
+        begin(Work::ChangingState, WORK_TIMEOUT);
 }
 
 void PlaybackEngineGst::begin(Work work, std::chrono::milliseconds within)
@@ -216,7 +216,7 @@ void PlaybackEngineGst::begin(Work work, std::chrono::milliseconds within)
     m_work = work;
     m_workEnds = std::chrono::steady_clock::now() + within;
     m_stoodStill = false;
-    m_workTimer.start(m_context, checkInterval);
+    m_workTimer.start(m_context, CHECK_INTERVAL);
 }
 
 void PlaybackEngineGst::endWork()
@@ -238,8 +238,8 @@ void PlaybackEngineGst::checkWork()
         breakOff(FilmFault::NotAnswering);
 }
 
-/// While a pipeline is put together the media library swallows an error that comes at the wrong
-/// moment; what is seen of it is that nothing runs any more. Twice, as a message may be on its way.
+/// While a pipeline is put together the media library loses an error that comes at the wrong
+/// moment; then nothing runs any more. Must be seen twice, as a message may be on its way.
 bool PlaybackEngineGst::standsStill()
 {
     const bool stoodStill = m_stoodStill;
@@ -257,7 +257,7 @@ void PlaybackEngineGst::handle(GstMessage *message)
     case GST_MESSAGE_EOS:
         // One that is older than the seek under way is none; yet a seek into nothing may answer so.
         if (m_work == Work::Seeking)
-            begin(Work::Seeking, failureTimeout);
+            begin(Work::Seeking, FAILURE_TIMEOUT);
         else
             end();
         break;
@@ -339,14 +339,14 @@ void PlaybackEngineGst::end()
 {
     m_atEnd = true;
     reportDuration();
-    m_wishes.setPlace(m_film.number, std::max(m_duration, currentTime()));
+    m_requests.setPlace(m_film.number, std::max(m_duration, currentTime()));
     tellEnd();
 }
 
 void PlaybackEngineGst::breakOff(FilmFault fault)
 {
     m_atEnd = true;
-    m_wishes.setPlace(m_film.number, currentTime());
+    m_requests.setPlace(m_film.number, currentTime());
     if (!m_wasOpen)
         tell(fault);
     closePipeline();
@@ -357,14 +357,14 @@ void PlaybackEngineGst::tellEnd()
 {
     if (m_seek)
         finishSeek(false);
-    if (m_wishes.ended(m_film.number) && m_film.events.ended)
+    if (m_requests.ended(m_film.number) && m_film.events.ended)
         m_around.gate.pass(m_film.events.ended);
     wake();
 }
 
 void PlaybackEngineGst::tell(FilmFault fault)
 {
-    const bool newest = !m_wishes.otherFilm(m_film.number);
+    const bool newest = !m_requests.otherFilm(m_film.number);
     if (newest)
         tellFilmFault(fault, *m_film.path, m_missingDecoder);
     if (newest && m_film.events.faulty)
@@ -373,9 +373,9 @@ void PlaybackEngineGst::tell(FilmFault fault)
 
 void PlaybackEngineGst::reportDuration()
 {
-    // What has been played is there, whatever the file says.
+    // What has been played exists, whatever the file says.
     const double duration = std::max(m_pipeline->duration(), currentTime());
-    if (duration == m_duration || !m_wishes.setLength(m_film.number, duration))
+    if (duration == m_duration || !m_requests.setLength(m_film.number, duration))
         return;
     m_duration = duration;
     if (m_film.events.durationKnown)

@@ -15,14 +15,14 @@
 #include <mutex>
 #include <optional>
 
-/// Brings one pipeline after another in line with the newest wishes, and tells of it. Belongs to
+/// Brings one pipeline after another in line with the newest requests, and tells of it. Belongs to
 /// the thread that runs `context`, except for currentTime().
 class PlaybackEngineGst
 {
 public:
     /// What it works for and with. All outlive it.
     struct Surroundings {
-        PlaybackRequests &wishes;
+        PlaybackRequests &requests;
         FrameQueueGst &pictures;
         CallbackGate &gate;
         /// Covers every call into the media library.
@@ -36,8 +36,8 @@ public:
     PlaybackEngineGst(const PlaybackEngineGst &) = delete;
     PlaybackEngineGst &operator=(const PlaybackEngineGst &) = delete;
 
-    /// To be called after each wish and each message.
-    void meetWishes();
+    /// To be called after each request and each message.
+    void carryOutRequests();
     /// Closes the film; every seek completes.
     void finish();
 
@@ -82,7 +82,7 @@ private:
     [[nodiscard]] bool standsStill();
 
     const Surroundings m_around;
-    PlaybackRequests &m_wishes;
+    PlaybackRequests &m_requests;
     FrameQueueGst &m_pictures;
     GMainContext *const m_context;
     const std::function<void(GstMessage *)> m_onMessage;
@@ -95,9 +95,9 @@ private:
     std::unique_ptr<FilmPipelineGst> m_pipeline;
     PlaybackRequests::Film m_film;
     Work m_work = Work::None;
-    /// Looks after the work while there is any.
+    /// Checks the work while there is any.
     LoopTimerGst m_workTimer;
-    /// Asks for the length while a film plays: some tell it only as they are read.
+    /// Asks for the length while a film plays: some formats only reveal it as they are read.
     LoopTimerGst m_lengthTimer;
     std::chrono::steady_clock::time_point m_workEnds;
     bool m_stoodStill = false;

@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr double sameEndSeconds = 0.5;
+constexpr double SAME_END_SECONDS = 0.5;
 
 } // namespace
 
@@ -183,7 +183,7 @@ bool PlaybackRequests::setLength(quint64 film, double seconds)
     if (m_film.number != film)
         return false;
     // What seemed to be the end was none. Sound and pictures seldom end at the same moment.
-    if (seconds > m_length + sameEndSeconds)
+    if (seconds > m_length + SAME_END_SECONDS)
         m_playedAtEnd = false;
     m_length = seconds;
     return true;

@@ -55,7 +55,7 @@ public:
 
     // The player's part.
 
-    /// Gives the film another number, so that whoever still works on it works for nobody. Its
+    /// Gives the film another number, so that an engine that still works on it is ignored. Its
     /// seeks, its motion and its place are kept. If it is the film `unreadable`, its path is taken
     /// from it. Returns the film.
     Film renew(std::optional<quint64> unreadable = {});
@@ -63,7 +63,7 @@ public:
     /// The film, if it is another than that number.
     [[nodiscard]] std::optional<Film> otherFilm(quint64 than) const;
     [[nodiscard]] float volume() const;
-    /// The seeks in that film, in their order; they are the taker's to complete.
+    /// The seeks in that film, in their order; the caller completes them.
     [[nodiscard]] std::deque<Seek> takeSeeks(quint64 film);
     /// The seeks in all films before.
     [[nodiscard]] std::deque<Seek> takeSeeksBefore(quint64 film);
@@ -74,13 +74,14 @@ public:
     /// end means nothing any more.
     [[nodiscard]] bool ended(quint64 film);
 
-    /// Where that film is until it plays on; none: the pipeline knows. A newer wish has precedence.
+    /// Where that film is until it plays on; nothing when the pipeline knows. A newer request has
+    /// precedence.
     void setPlace(quint64 film, std::optional<double> seconds);
     /// False when there is another film by now.
     [[nodiscard]] bool setLength(quint64 film, double seconds);
 
 private:
-    /// The lock is held.
+    /// Called with the lock held.
     [[nodiscard]] std::deque<Seek> takeSeeksIf(const std::function<bool(const Seek &)> &wanted);
 
     /// Guards all the members below.
@@ -94,7 +95,7 @@ private:
     std::deque<Seek> m_seeks;
     bool m_finished = false;
     std::optional<double> m_place = 0;
-    /// The last that was told of the place.
+    /// The place that was reported last.
     mutable double m_lastTime = 0;
     double m_length = 0;
 };

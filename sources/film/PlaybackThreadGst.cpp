@@ -25,9 +25,9 @@ PlaybackThreadGst::PlaybackThreadGst(std::shared_ptr<FilmPlayerState> state,
     : m_state(std::move(state))
     , m_hanging(std::move(hanging))
     , m_context(g_main_context_new())
-    , m_projector({m_state->wishes, m_state->pictures, m_state->gate, m_watch,
-                   [this] { return !m_hanging || m_hanging->ended(); }},
-                  m_context.get())
+    , m_engine({m_state->requests, m_state->pictures, m_state->gate, m_watch,
+                [this] { return !m_hanging || m_hanging->ended(); }},
+               m_context.get())
 {
 }
 
@@ -75,11 +75,11 @@ void PlaybackThreadGst::run()
     pthread_setname_np(pthread_self(), "FilmPlayer");
     GstRuntime::loadFilmElements();
     g_main_context_push_thread_default(m_context.get());
-    while (!m_left && !m_state->wishes.finished()) {
-        m_projector.meetWishes();
+    while (!m_left && !m_state->requests.finished()) {
+        m_engine.carryOutRequests();
         g_main_context_iteration(m_context.get(), TRUE);
     }
-    m_projector.finish();
+    m_engine.finish();
     g_main_context_pop_thread_default(m_context.get());
     const std::lock_guard lock(m_mutex);
     m_ended = true;

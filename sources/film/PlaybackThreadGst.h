@@ -15,15 +15,16 @@
 
 /// What a film player shares with the engines that work for it, of which one may outlive it.
 struct FilmPlayerState {
-    PlaybackRequests wishes;
+    PlaybackRequests requests;
     FrameQueueGst pictures;
     /// Everything that an engine tells the player's owner goes through it.
     CallbackGate gate;
 };
 
-/// Meets the wishes of a player on a thread of its own, "FilmPlayer". It sleeps until a wish or a
-/// message of the pipeline arrives. The thread keeps the engine alive: when a call into the media
-/// library does not return, the engine is left to itself. All operations: any thread.
+/// Carries out the requests of a player on a thread of its own, "FilmPlayer". It sleeps until a
+/// request or a message of the pipeline arrives. The thread keeps the engine alive: when a call
+/// into the media library does not return, the engine is left to itself. All operations: any
+/// thread.
 class PlaybackThreadGst
 {
 public:
@@ -33,13 +34,13 @@ public:
     start(std::shared_ptr<FilmPlayerState> state, std::shared_ptr<PlaybackThreadGst> hanging);
 
     void wake();
-    [[nodiscard]] double currentTime() const { return m_projector.currentTime(); }
+    [[nodiscard]] double currentTime() const { return m_engine.currentTime(); }
     /// Whether the present film has no sound.
-    [[nodiscard]] bool silent() const { return m_projector.silent(); }
+    [[nodiscard]] bool silent() const { return m_engine.silent(); }
     /// Whether it has asked the disk for the film, and has no answer yet.
-    [[nodiscard]] bool asksDisk() const { return m_projector.asksDisk(); }
+    [[nodiscard]] bool asksDisk() const { return m_engine.asksDisk(); }
     /// The number of the film that it works on.
-    [[nodiscard]] quint64 film() const { return m_projector.film(); }
+    [[nodiscard]] quint64 film() const { return m_engine.film(); }
     [[nodiscard]] std::shared_ptr<PlaybackThreadGst> hangingOnSound() const { return m_hanging; }
 
     /// True when the engine hangs, false after finish() or leave().
@@ -48,7 +49,7 @@ public:
     void hurry(std::chrono::milliseconds bound) { m_watch.hurry(bound); }
     /// Ends the engine of a player that goes. What takes longer than `bound` goes on alone.
     void finish(std::chrono::milliseconds bound);
-    /// Leaves an engine that hangs to itself; it meets no wish any more.
+    /// Leaves an engine that hangs to itself; it carries out no request any more.
     void leave();
     [[nodiscard]] bool ended() const;
 
@@ -61,7 +62,7 @@ private:
     const std::shared_ptr<PlaybackThreadGst> m_hanging;
     const GstPtr<GMainContext> m_context;
     CallWatch m_watch;
-    PlaybackEngineGst m_projector;
+    PlaybackEngineGst m_engine;
     std::atomic<bool> m_left{false};
     std::thread m_thread;
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The media library behind the seams, got ready piece by piece. Any thread; a call waits for the
-/// same work under way on another. What this machine lacks is left out.
+/// Prepares the media library behind the seams step by step. Any thread; a call waits for the same
+/// work under way on another. What this machine lacks is left out.
 namespace GstRuntime
 {
 

@@ -11,15 +11,15 @@ namespace
 {
 
 // Each in another plugin, whose libraries are read from the disk when it is first used.
-constexpr std::array filmElements{"playbin",      "typefind",      "qtdemux",      "h264parse",
-                                  "avdec_h264",   "avidemux",      "jpegdec",      "mpegaudioparse",
-                                  "videoconvert", "videoflip",     "videoscale",   "capsfilter",
-                                  "appsink",      "deinterlace",   "audioconvert", "audioresample",
-                                  "volume",       "autoaudiosink", "pulsesink"};
-constexpr std::array movieElements{"appsrc", "x264enc",   "h264parse", "queue",
-                                   "qtmux",  "avenc_aac", "aacparse",  "filesink"};
+constexpr std::array FILM_ELEMENTS{
+    "playbin",       "typefind",   "qtdemux",        "h264parse",    "avdec_h264",
+    "avidemux",      "jpegdec",    "mpegaudioparse", "videoconvert", "videoflip",
+    "videoscale",    "capsfilter", "appsink",        "deinterlace",  "audioconvert",
+    "audioresample", "volume",     "autoaudiosink",  "pulsesink"};
+constexpr std::array MOVIE_ELEMENTS{"appsrc", "x264enc",   "h264parse", "queue",
+                                    "qtmux",  "avenc_aac", "aacparse",  "filesink"};
 
-constexpr std::array rehearsals{
+constexpr std::array WARM_UP_PIPELINES{
     "videotestsrc num-buffers=3 pattern=black ! video/x-raw,format=I420,width=64,height=64"
     " ! x264enc speed-preset=superfast tune=zerolatency ! h264parse ! avdec_h264"
     " ! videoscale ! videoconvert ! videoflip video-direction=auto ! video/x-raw,format={I420,RGB}"
@@ -49,17 +49,17 @@ void GstRuntime::initialise()
 
 void GstRuntime::loadFilmElements()
 {
-    load(filmElements);
+    load(FILM_ELEMENTS);
 }
 
 void GstRuntime::loadMovieElements()
 {
-    load(movieElements);
+    load(MOVIE_ELEMENTS);
 }
 
 void GstRuntime::runWarmUpPipelines()
 {
     initialise();
-    for (const char *description : rehearsals)
+    for (const char *description : WARM_UP_PIPELINES)
         runPipelineToItsEnd(description);
 }

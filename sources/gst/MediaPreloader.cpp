@@ -11,8 +11,8 @@
 namespace
 {
 
-/// For the end of the program.
-constexpr std::chrono::milliseconds endBound(300);
+/// How long the end of the program waits for the thread.
+constexpr std::chrono::milliseconds END_TIMEOUT(300);
 
 } // namespace
 
@@ -41,7 +41,7 @@ MediaPreloader::~MediaPreloader()
         std::unique_lock lock(m_state->mutex);
         m_state->stopping = true;
         m_state->changed.notify_all();
-        ended = m_state->changed.wait_for(lock, endBound, [this] { return m_state->ended; });
+        ended = m_state->changed.wait_for(lock, END_TIMEOUT, [this] { return m_state->ended; });
     }
     if (ended)
         m_thread.join();

@@ -4,15 +4,15 @@
 #include <memory>
 #include <thread>
 
-/// Gets the media library ready while nobody waits for it, on a thread of its own named
+/// Prepares the media library while nobody waits for it, on a thread of its own named
 /// "MediaPreloader", so that neither the first film nor the first recording of a process has to.
 class MediaPreloader
 {
 public:
-    /// Begins after `delay`, for a start that is to have the machine to itself.
+    /// Begins after `delay`, so that the program's start has the machine to itself.
     explicit MediaPreloader(std::chrono::milliseconds delay);
-    /// Leaves out what has not begun, and gives the rest a fraction of a second; what takes longer,
-    /// as where the list of plugins is being made, goes on alone.
+    /// Drops the steps that have not begun, and gives the current one a fraction of a second; a
+    /// longer one, such as making the list of plugins, goes on alone.
     ~MediaPreloader();
     MediaPreloader(const MediaPreloader &) = delete;
     MediaPreloader &operator=(const MediaPreloader &) = delete;

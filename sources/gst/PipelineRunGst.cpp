@@ -4,7 +4,7 @@
 namespace
 {
 
-constexpr GstClockTime PATIENCE = 3 * GST_SECOND;
+constexpr GstClockTime TIMEOUT = 3 * GST_SECOND;
 
 bool endComes(GstElement *pipeline)
 {
@@ -12,7 +12,7 @@ bool endComes(GstElement *pipeline)
         return false;
     const GstPtr<GstBus> bus(gst_element_get_bus(pipeline));
     const GstPtr<GstMessage> last(gst_bus_timed_pop_filtered(
-        bus.get(), PATIENCE, static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+        bus.get(), TIMEOUT, static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
     return last && GST_MESSAGE_TYPE(last.get()) == GST_MESSAGE_EOS;
 }
 

@@ -9,7 +9,7 @@
 
 class QIODevice;
 
-/// libjpeg's decompressor, ended in any case, with its errors as results. Its messages are silent.
+/// libjpeg's decompressor, always released, with its errors as results. It prints no messages.
 class JpegDecompressor
 {
 public:

@@ -11,8 +11,8 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr auto BOUND = 2000ms;
-constexpr auto BOUND_AGAIN = 100ms;
+constexpr auto TIMEOUT = 2000ms;
+constexpr auto TIMEOUT_AGAIN = 100ms;
 
 /// With its characters in a memory of its own: the toolkit's counting of references is invisible to
 /// the thread sanitizer.
@@ -41,7 +41,7 @@ std::optional<FolderLister::Listing> FolderLister::list(const QDir &folder, cons
             listing->names.contains(name) || QFileInfo::exists(QDir(own).filePath(name));
         return 0;
     };
-    if (m_worker->call(path == m_silentFolder ? BOUND_AGAIN : BOUND, job)) {
+    if (m_worker->call(path == m_silentFolder ? TIMEOUT_AGAIN : TIMEOUT, job)) {
         m_silentFolder.clear();
         return *listing;
     }

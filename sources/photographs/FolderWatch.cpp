@@ -19,12 +19,13 @@
 namespace
 {
 
-/// Changes are told when none came for so long, or when the first is so old.
+/// Changes are reported when none came for the first time, or when the oldest has waited for the
+/// second.
 constexpr int QUIET_MS = 100;
 constexpr auto LONGEST_DELAY = std::chrono::milliseconds(400);
 constexpr int FOR_EVER = -1;
 constexpr std::size_t BUFFER_BYTES = 16384;
-/// What makes the content of a name a new one.
+/// A change of any of these is a change of the file's content.
 constexpr std::uint32_t WRITTEN = IN_CLOSE_WRITE | IN_MOVED_TO;
 
 class Descriptor

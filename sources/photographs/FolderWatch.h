@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-/// Tells of pictures that appear in a folder or change in it, and lists the folder anew, all of it
+/// Tells of pictures that appear in a folder or change in it, and lists the folder again, all of it
 /// on a thread of its own. One watch watches one folder; its owner never waits for the drive.
 ///
 /// Changes that come within a moment are told at once. A folder on the network tells of the changes

@@ -23,8 +23,8 @@ struct FileStamp {
     bool operator!=(const FileStamp &other) const { return !(*this == other); }
 };
 
-/// A plain file, open for reading. What is no plain file is not opened: a pipe would have its
-/// reader wait for ever. Any thread; on a drive that does not answer, open() and content() do not
+/// A plain file, open for reading. Anything else is not opened: reading a pipe could wait
+/// for ever. Any thread; on a drive that does not answer, open() and content() do not
 /// return.
 class PictureFile
 {

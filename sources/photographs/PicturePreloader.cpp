@@ -21,16 +21,16 @@ namespace
 using Clock = std::chrono::steady_clock;
 using Reading = PictureReader::Reading;
 
-/// A drive that sends nothing for so long is not waited for.
+/// A drive that sends nothing for this time is not waited for any longer.
 constexpr auto LONGEST_SILENCE = 1000ms;
-/// The same after a drive was silent, until one has answered.
+/// The shorter time after a drive has not answered, until one has.
 constexpr auto SILENCE_AGAIN = 100ms;
 constexpr auto LONGEST_WAIT = 3000ms;
-/// Threads in all, those included whose drive does not answer.
+/// The number of threads, including those whose drive does not answer.
 constexpr int MAX_THREADS = 6;
 
-/// With its characters in a memory of its own: the toolkit's counting of references is invisible to
-/// the thread sanitizer.
+/// A copy that shares no memory: the thread sanitizer does not see the toolkit's reference
+/// counting.
 QString unshared(const QString &text)
 {
     return QString(text.constData(), text.size());
@@ -43,19 +43,19 @@ struct Entry {
     }
 
     const QString path;
-    /// Null and without a problem until it was read.
+    /// Null and without a problem until it has been read.
     Reading reading;
     bool isRead = false;
     bool isBeingRead = false;
-    /// It is to be looked at before all others.
+    /// It is to be checked before all others.
     bool isUrgent = false;
-    /// Somebody waits for it, and will take a copy.
+    /// The owner waits for it and will take a copy.
     bool isAwaited = false;
-    /// Nobody waits any more, but wants to be told.
+    /// The owner does not wait any more, but is to be notified.
     bool isLate = false;
     /// It would not fit into what may be kept beside those that come before it.
     bool isTooLarge = false;
-    /// How often it was looked at since it is known.
+    /// How often it was checked since it was added.
     int answers = 0;
     bool isDecoding = false;
     Clock::time_point lastSign;
@@ -68,8 +68,8 @@ qint64 bytesOf(const Entry &entry)
 
 } // namespace
 
-/// What the owner and the threads have in common. A thread holds it until it ends, as its owner may
-/// go before.
+/// What the owner and the threads share. A thread holds it until it ends, as its owner may be
+/// destroyed before.
 class PicturePreloader::Shared : public std::enable_shared_from_this<Shared>
 {
 public:
@@ -137,8 +137,8 @@ Reading PicturePreloader::Shared::take(const QString &path)
 /// False when the drive was silent for too long.
 bool PicturePreloader::Shared::wait(Lock &lock, const EntryPtr &entry, int answers)
 {
-    const bool impatient = m_wasSilent || entry->isRead;
-    const auto longestSilence = impatient ? SILENCE_AGAIN : LONGEST_SILENCE;
+    const bool waitsBriefly = m_wasSilent || entry->isRead;
+    const auto longestSilence = waitsBriefly ? SILENCE_AGAIN : LONGEST_SILENCE;
     const Clock::time_point end = Clock::now() + LONGEST_WAIT;
     while (entry->answers == answers) {
         const auto bound =
@@ -256,7 +256,7 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     Reading reading;
     if (!isSame) {
         reading = PictureReader::readFile(file, [&](qint64 bytes) {
-            const std::lock_guard<std::mutex> sign(m_mutex);
+            const std::lock_guard sign(m_mutex);
             entry->lastSign = Clock::now();
             entry->isDecoding = bytes >= file.stamp().bytes;
             m_changed.notify_all();
@@ -283,7 +283,7 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     lock.lock();
 }
 
-/// Lets go of the least important pictures. One that somebody waits for he still gets.
+/// Drops the least important pictures. One that somebody waits for is still delivered.
 void PicturePreloader::Shared::keepWithinBound()
 {
     if (m_urgent && !m_urgent->isAwaited && !m_urgent->isLate && !isWanted(*m_urgent))

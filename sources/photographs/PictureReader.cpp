@@ -19,8 +19,8 @@ namespace
 /// Larger files that are no JPEG files are decoded from the disk: with their bytes in memory too
 /// there would be too much of it.
 constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
-/// So much of such a file is read before the image library opens it. While that looks which format
-/// a picture has nobody else can open one, so it must not wait for a disk meanwhile.
+/// This much of such a file is read before the image library opens it. While the library looks for
+/// the format, no other thread can open a picture, so it must not wait for a disk then.
 constexpr qint64 HEADER_BYTES = 64 * 1024;
 
 /// What PngPicture::readDamaged() holds at once.

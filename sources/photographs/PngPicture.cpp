@@ -25,7 +25,7 @@ QImage readOver(QIODevice &device, uchar filler)
         return {};
     std::fill_n(image.bits(), image.sizeInBytes(), filler);
     const uchar *memory = image.constBits();
-    // The answer is no, and the picture has what was decoded before the error.
+    // The result is false, but the picture has what was decoded before the error.
     const bool whole = reader.read(&image);
     return whole || image.constBits() == memory ? image : QImage();
 }
@@ -61,7 +61,7 @@ bool PngPicture::hasProfile(QIODevice &device)
 
 QImage PngPicture::readDamaged(QIODevice &device)
 {
-    // What the decoder wrote is the same whatever was there before.
+    // What the decoder wrote is the same whatever the memory held before.
     const QImage first = readOver(device, 0x00);
     const QImage second = readOver(device, 0xff);
     if (first.isNull() || second.isNull() || first.size() != second.size())

@@ -21,8 +21,8 @@ constexpr int SIDE = 128;
 /// The thumbnail of a file that has that stamp; null when there is none, or one of another content.
 [[nodiscard]] QImage read(const QString &path, const FileStamp &stamp);
 
-/// Keeps a thumbnail of at most SIDE pixels a side: whole or not at all, for this user's eyes
-/// alone. Nothing is written for the cache's own files, nor where the folder cannot be written to.
+/// Stores a thumbnail of at most SIDE pixels a side, whole or not at all, readable for this user
+/// alone. Nothing is written for the cache's own files or where the folder is not writable.
 void write(const QString &path, const FileStamp &stamp, const QImage &thumbnail);
 
 } // namespace ThumbnailCache

@@ -42,13 +42,13 @@ QImage ThumbnailStore::thumbnail(const QString &path, QSize bounds)
 
 int ThumbnailStore::decoded() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_decoded;
 }
 
 QImage ThumbnailStore::kept(const std::string &key, const FileStamp &stamp, QSize bounds) const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto found = m_kept.find(key);
     const bool isSame =
         found != m_kept.end() && found->second.stamp == stamp && found->second.bounds == bounds;
@@ -57,7 +57,7 @@ QImage ThumbnailStore::kept(const std::string &key, const FileStamp &stamp, QSiz
 
 void ThumbnailStore::keep(const std::string &key, const Kept &made)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (m_bytes + made.image.sizeInBytes() > MAX_BYTES) {
         m_kept.clear();
         m_bytes = 0;
@@ -76,15 +76,15 @@ QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds
             return fitted(PictureColours::prepared(shared, {}), bounds);
     }
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         ++m_decoded;
     }
     const PictureReader::Reading whole =
         PictureReader::readFileFitted(file, shares ? SHARED_SIZE : bounds, !shares);
     if (whole.picture.isNull())
         return {};
-    // Others want to see through what is transparent, and a picture that is small needs no
-    // thumbnail. One that was being written meanwhile has no lasting content yet.
+    // Other programs want to keep transparency, and a small picture needs no thumbnail. A file that
+    // was being written meanwhile has no lasting content yet.
     const bool isSmall = whole.wholeSize.width() <= SHARED_SIZE.width() &&
                          whole.wholeSize.height() <= SHARED_SIZE.height();
     if (shares && !isSmall && !whole.isTransparent && PictureFile(path).stamp() == file.stamp())

@@ -5,8 +5,8 @@
 #include <chrono>
 
 /// The one clock of everything that is captured: microseconds since an arbitrary start, never
-/// stepped. Pictures and sound are stamped with it; a wall clock would tear a recording whenever
-/// the time of day is corrected.
+/// stepped. Pictures and sound are stamped with it; with a wall clock, a correction of the time of
+/// day would break a recording.
 [[nodiscard]] inline qint64 captureMicroseconds()
 {
     using namespace std::chrono;

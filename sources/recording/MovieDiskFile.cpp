@@ -74,8 +74,8 @@ bool MovieDiskFile::sync()
 {
     if (fdatasync(m_descriptor) != 0)
         return noteFailure();
-    // A file is found after a power cut only when its folder is on the disk as well. Some file
-    // systems cannot be asked for that, so a refusal means nothing.
+    // A file is found after a power cut only if its folder is on the disk as well. Some file
+    // systems cannot sync a folder, so a refusal means nothing.
     if (!m_folderSynced) {
         const QString folder = QFileInfo(QFile::decodeName(m_fileName)).absolutePath();
         const int descriptor =

@@ -21,7 +21,7 @@ public:
     void close();
     /// Any thread after open().
     [[nodiscard]] bool inPlace() const;
-    /// Takes the file away if the name still leads to it.
+    /// Removes the file if the name still leads to it.
     void remove();
 
     [[nodiscard]] bool write(qint64 offset, const QByteArray &bytes) override;

@@ -24,8 +24,8 @@ constexpr Encoder ENCODERS[] = {
     {"nvh264enc", "bitrate=8000 gop-size=30 zerolatency=true", false},
     {"qsvh264enc", "bitrate=8000 gop-size=30 b-frames=0", false},
     {"vaapih264enc", "bitrate=8000 keyframe-period=30 max-bframes=0", false},
-    // The trellis that the element adds to this preset takes a fifth of the encoder's time, and of
-    // a page under the camera it makes a larger file of the same likeness.
+    // The element adds the trellis to this preset, which takes a fifth of the encoder's time and
+    // makes the movie of a page larger at the same quality.
     {"x264enc",
      "speed-preset=superfast tune=zerolatency pass=qual quantizer=23 bitrate=16000 key-int-max=30"
      " trellis=false",
@@ -50,7 +50,7 @@ bool exists(const QString &name)
     return factory != nullptr;
 }
 
-/// Encodes three pictures and looks whether all went well.
+/// Encodes three pictures and checks that all went well.
 bool encodes(const QString &description, QSize size)
 {
     return runPipelineToItsEnd(

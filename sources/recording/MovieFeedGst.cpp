@@ -12,8 +12,8 @@ namespace
 
 /// The pictures that may wait for the encoder.
 constexpr guint64 PICTURES_WAITING = 4;
-/// Before the encoder is there, which takes some hundredths of a second, or seconds where a driver
-/// is broken: the first pictures are all kept, then two a second.
+/// The first pictures are all kept until the encoder is there, which takes some hundredths of a
+/// second, or seconds where a driver is broken; after them two a second are kept.
 constexpr size_t FIRST_PICTURES = 8;
 constexpr size_t PICTURES_KEPT = 24;
 constexpr qint64 KEPT_INTERVAL_US = 500000;
@@ -74,7 +74,7 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
                 [](gpointer data) { delete static_cast<std::vector<std::uint8_t> *>(data); }),
             kept.positionUs);
     }
-    // The next pictures are not to be left out because these came all at once.
+    // The next pictures must not be left out because these came all at once.
     m_mayWait = std::max(PICTURES_WAITING, guint64{m_keptPictures.size()} + 1);
     pushSound(m_keptSound.data(), m_keptSound.size());
     m_keptPictures = {};

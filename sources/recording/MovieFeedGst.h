@@ -11,7 +11,7 @@
 #include <vector>
 
 /// Hands pictures and sound to the encoders, and keeps what comes before they are there: all of the
-/// sound, and so many pictures that the movie shows from its start on what happened.
+/// sound, and enough pictures that the movie shows from its start what happened.
 ///
 /// Times are microseconds since the start of the movie. Any thread; no call waits for an encoder.
 class MovieFeed
@@ -33,11 +33,11 @@ public:
     bool takePicture(const std::uint8_t *rgb, qint64 positionUs);
     /// Shows the last picture once more.
     void repeatPicture(qint64 positionUs);
-    /// Behind what has been taken so far. False when the encoders have not come for so long that
-    /// nothing more is kept.
+    /// Appends sound to what has been taken so far. False when the encoders have not come for so
+    /// long that nothing more is kept.
     bool takeSound(const std::int16_t *samples, size_t count);
 
-    /// Nothing is taken any more; the streams end, as soon as they have begun.
+    /// Takes nothing any more; the streams end as soon as they have begun.
     void end();
 
     [[nodiscard]] bool hasPictures() const;

@@ -14,8 +14,8 @@
 namespace
 {
 
-/// What is not in the file yet is lost in a power cut: so much, and what the encoder and the disk
-/// need on top, is a second at most.
+/// How much may be missing in the file, and so lost in a power cut: with what the encoder and the
+/// disk need on top, a second at most.
 constexpr std::chrono::milliseconds SAVE_INTERVAL(500);
 
 QString text(const char *sentence)
@@ -112,7 +112,7 @@ void MovieJobGst::record()
             m_changed.wait_until(lock, due, [this] { return m_woken; });
             m_woken = false;
         }
-        // The state before what came out, so that at the end nothing stays behind.
+        // The state is read before the output, so that at the end nothing is left behind.
         state = m_encoding.state();
         if (state == MovieEncoding::State::Running && std::chrono::steady_clock::now() < due)
             continue;

@@ -7,9 +7,9 @@
 namespace
 {
 
-/// Pictures and sound are stamped by one clock, so what lies between their stamps is the time in
+/// Pictures and sound are stamped by one clock, so the difference of their stamps is the time in
 /// which the first sound was handed over. A microphone that begins with a burst of old sound takes
-/// long for that, and its delay says nothing of the pictures.
+/// long for that, and its delay says nothing about the pictures.
 constexpr qint64 LARGEST_OFFSET_US = 20000;
 
 } // namespace
@@ -43,7 +43,8 @@ void MovieRecorder::pictureCaptured(const void *rgb, int width, int height, qint
 
 void MovieRecorder::finish()
 {
-    // The sound first and without the lock: its last call may be waiting for that.
+    // The sound is stopped first and without the lock, because its last call may be waiting for the
+    // lock.
     m_capture->stop();
     const std::lock_guard lock(m_mutex);
     m_writer->finish();

@@ -198,7 +198,8 @@ void MovieTrack::write(AtomWriter &out, int id, std::uint32_t movieScale, const 
         out.put32(2);
         // Nothing up to the first sample, then all of them.
         for (const auto &[duration, mediaTime] :
-             {std::pair(start, qint64(-1)), std::pair(end(movieScale) - start, qint64(0))}) {
+             {std::pair(start, static_cast<qint64>(-1)),
+              std::pair(end(movieScale) - start, static_cast<qint64>(0))}) {
             out.put64(static_cast<std::uint64_t>(duration));
             out.put64(static_cast<std::uint64_t>(mediaTime));
             out.put32(0x00010000);

@@ -21,7 +21,7 @@ namespace
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds STOP_PATIENCE{1000};
+constexpr milliseconds STOP_TIMEOUT{1000};
 /// How often a thread asks whether an earlier one has let go of the list of devices.
 constexpr milliseconds TURN_INTERVAL{100};
 constexpr GstClockTime PULL_TIMEOUT = 100 * GST_MSECOND;
@@ -126,7 +126,7 @@ public:
     {
         pthread_setname_np(pthread_self(), "SoundDevice");
         SoundDevices &devices = SoundDevices::instance();
-        std::unique_lock<std::mutex> turn(devices.mutex(), std::try_to_lock);
+        std::unique_lock turn(devices.mutex(), std::try_to_lock);
         // The thread of an earlier recording may wait for a sound server that does not answer.
         if (!turn)
             pump.setSource(false);
@@ -136,7 +136,7 @@ public:
             searchAndListen(devices);
             devices.rest();
         }
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_finished = true;
         m_changed.notify_all();
     }
@@ -144,10 +144,10 @@ public:
     /// Asks the thread to end and waits a moment for it.
     void stop()
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
+        std::unique_lock lock(m_mutex);
         m_stopping = true;
         m_changed.notify_all();
-        if (!m_changed.wait_for(lock, ExitDeadline::capped(STOP_PATIENCE),
+        if (!m_changed.wait_for(lock, ExitDeadline::capped(STOP_TIMEOUT),
                                 [this] { return m_finished; }))
             qDebug("The sound server does not answer, going on without it.");
     }
@@ -185,7 +185,7 @@ private:
 
     bool waitForStop(milliseconds time)
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
+        std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, time, [this] { return m_stopping; });
     }
 

@@ -9,8 +9,8 @@
 /// The sound sources of the sound server. One list for the process.
 ///
 /// The library's own GstDeviceMonitor asks a sound server that it cannot watch by a second way,
-/// which keeps three descriptors for good each time the server is not there. Here the servers are
-/// watched or left alone, by the same objects every time, so that one may look as often as one
+/// which leaks three descriptors each time the server is not there. Here the servers are
+/// watched or left alone by the same objects every time, so that one may look as often as one
 /// likes.
 class SoundDevices
 {
@@ -23,14 +23,14 @@ public:
     /// server without end, so take it with try_lock().
     std::mutex &mutex() { return m_mutex; }
 
-    /// Asks the sound servers anew and watches them from then on; null when there is no such
+    /// Asks the sound servers again and watches them from then on; null when there is no such
     /// microphone, and then nothing is watched.
     [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone(MicrophoneId microphone);
     /// Whether any sound server answered the last look.
     [[nodiscard]] bool serverAnswered() const { return m_serverAnswered; }
     /// Whether that microphone has been taken away since the last call.
     [[nodiscard]] bool cameraMicrophoneRemoved(MicrophoneId microphone);
-    /// Watches no more.
+    /// Stops watching.
     void rest();
 
 private:

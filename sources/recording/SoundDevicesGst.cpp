@@ -40,7 +40,7 @@ SoundDevices::SoundDevices()
         if (!gst_device_provider_factory_has_classes(factory, "Audio/Source"))
             continue;
         GstPtr<GstDeviceProvider> provider(gst_device_provider_factory_get(factory));
-        // One that cannot tell of a microphone's end is of no use here.
+        // A provider that cannot report that a microphone was removed is of no use here.
         if (provider && gst_device_provider_can_monitor(provider.get()))
             m_providers.push_back({std::move(provider)});
     }
@@ -49,7 +49,7 @@ SoundDevices::SoundDevices()
 
 GstPtr<GstDevice> SoundDevices::findCameraMicrophone(MicrophoneId microphone)
 {
-    // A provider does not notice that its server has died, so each look begins anew.
+    // A provider does not notice that its server has died, so each look begins again.
     rest();
     m_serverAnswered = false;
     GstPtr<GstDevice> found;

@@ -15,7 +15,7 @@ constexpr int SILENCE_SAMPLES = static_cast<int>(SILENCE_US * SoundCapture::SAMP
 constexpr qint64 FIRST_SOUND_US = 500000;
 /// How late the sound of a source may come before silence takes its place.
 constexpr qint64 STALL_US = 700000;
-/// How far a piece may reach into the one before it by the scatter of its time alone.
+/// How far a piece may reach into the one before it because its stamp scatters.
 constexpr qint64 JITTER_US = 20000;
 
 qint64 durationUs(size_t samples)
@@ -47,7 +47,7 @@ void SoundPump::stop()
     if (!m_thread.joinable())
         return;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_stopping = true;
     }
     m_changed.notify_all();
@@ -57,7 +57,7 @@ void SoundPump::stop()
 void SoundPump::setSource(bool present)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_sourceAbsent = !present;
     }
     m_changed.notify_all();
@@ -66,7 +66,7 @@ void SoundPump::setSource(bool present)
 void SoundPump::push(std::vector<std::int16_t> samples, qint64 presentationUs)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         if (m_stopping)
             return;
         m_pieces.push_back({std::move(samples), presentationUs});
@@ -84,7 +84,7 @@ qint64 SoundPump::silenceDueUs() const
 void SoundPump::run()
 {
     pthread_setname_np(pthread_self(), "LiveQueue");
-    std::unique_lock<std::mutex> lock(m_mutex);
+    std::unique_lock lock(m_mutex);
     while (!m_stopping) {
         if (!m_pieces.empty()) {
             Piece piece = std::move(m_pieces.front());

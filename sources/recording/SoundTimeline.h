@@ -7,9 +7,9 @@
 /// Turns stamped pieces of sound into one unbroken run of samples that keeps to the stamps.
 ///
 /// A sound device counts its samples by a clock of its own, so over half an hour its sound would
-/// run away from the pictures, and a device that loses samples or comes late leaves holes. Holes
-/// are filled with silence and repetitions cut; slow drift is taken out by a single sample now
-/// and then, which nobody hears. One thread at a time.
+/// drift away from the pictures, and a device that loses samples or is late leaves holes. Holes are
+/// filled with silence and repetitions are cut; slow drift is corrected by a single sample now and
+/// then, which nobody hears. One thread at a time.
 class SoundTimeline
 {
 public:

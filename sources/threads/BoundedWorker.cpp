@@ -70,7 +70,7 @@ std::optional<int> BoundedWorker::Ticket::result() const
 {
     if (!m_entry)
         return std::nullopt;
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     return m_shared->resultOf(*m_entry);
 }
 
@@ -78,7 +78,7 @@ std::optional<int> BoundedWorker::Ticket::wait(std::chrono::microseconds bound) 
 {
     if (!m_entry)
         return std::nullopt;
-    std::unique_lock<std::mutex> lock(m_shared->mutex);
+    std::unique_lock lock(m_shared->mutex);
     m_shared->changed.wait_for(lock, bound, [this] {
         return m_entry->state == Entry::State::Ended || m_entry->state == Entry::State::Dropped;
     });
@@ -89,7 +89,7 @@ bool BoundedWorker::Ticket::open() const
 {
     if (!m_entry)
         return false;
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     return m_entry->state == Entry::State::Queued || m_entry->state == Entry::State::Begun;
 }
 
@@ -106,14 +106,14 @@ BoundedWorker::BoundedWorker(const char *threadName)
 BoundedWorker::~BoundedWorker()
 {
     std::deque<std::shared_ptr<Entry>> dropped;
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     m_shared->quit = true;
     dropped = m_shared->takeQueue();
 }
 
 bool BoundedWorker::busy() const
 {
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     return m_shared->working || !m_shared->queue.empty();
 }
 
@@ -132,7 +132,7 @@ std::optional<int> BoundedWorker::call(std::chrono::milliseconds bound, Job job)
     const Ticket ticket = post(std::move(job));
     if (const std::optional<int> result = ticket.wait(bound))
         return result;
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     auto &queue = m_shared->queue;
     const auto place = std::find(queue.begin(), queue.end(), ticket.m_entry);
     if (place != queue.end()) {
@@ -145,13 +145,13 @@ std::optional<int> BoundedWorker::call(std::chrono::milliseconds bound, Job job)
 void BoundedWorker::clear()
 {
     std::deque<std::shared_ptr<Entry>> dropped;
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const std::lock_guard lock(m_shared->mutex);
     dropped = m_shared->takeQueue();
 }
 
 void BoundedWorker::work(const std::shared_ptr<Shared> &shared)
 {
-    std::unique_lock<std::mutex> lock(shared->mutex);
+    std::unique_lock lock(shared->mutex);
     for (;;) {
         shared->changed.wait(lock, [&shared] { return !shared->queue.empty() || shared->quit; });
         if (shared->queue.empty())

@@ -6,7 +6,7 @@
 #include <optional>
 
 /// A thread that makes calls which might never return, one after the other, for a caller that must
-/// go on all the same.
+/// not be held up.
 ///
 /// Any thread may post and call. A job whose answer is not waited for any longer goes on alone: it
 /// owns everything it touches.
@@ -26,10 +26,10 @@ public:
     class Ticket
     {
     public:
-        /// Of no job; never answered.
+        /// A ticket of no job; it is never answered.
         Ticket() = default;
 
-        /// Whether it is a job's.
+        /// Whether the ticket belongs to a job.
         [[nodiscard]] bool valid() const { return m_entry != nullptr; }
         /// The job's result once it has ended; nothing before, and for ever when it was dropped.
         [[nodiscard]] std::optional<int> result() const;

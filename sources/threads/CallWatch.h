@@ -9,7 +9,7 @@
 class CallWatch
 {
 public:
-    /// Lives as long as a call, on the thread that makes it; not one within another.
+    /// Lives as long as a call, on the thread that makes it; calls must not be nested.
     class Call
     {
     public:

@@ -4,7 +4,7 @@
 #include <functional>
 #include <mutex>
 
-/// Lets the calls of other threads through until their receiver goes. Any thread.
+/// Lets the calls of other threads through until their receiver is destroyed. Any thread.
 class CallbackGate
 {
 public:

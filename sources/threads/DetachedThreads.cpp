@@ -15,7 +15,7 @@ struct Count {
     int running = 0;
 };
 
-/// Never destroyed, as a thread may end later than all that is.
+/// Never destroyed, as a thread may end after everything else.
 Count &count()
 {
     static auto &instance = *new Count;

@@ -5,8 +5,8 @@
 /// The threads that nobody joins, because what they call may never return: a sound server, a disk
 /// on the network. Any thread.
 ///
-/// While one of them runs, the process must not tear down what the libraries keep, for the thread
-/// may still use it: main() asks allEnded() and otherwise ends the process without.
+/// While one of them runs, the process must not destroy what the libraries keep, as the thread may
+/// still use it: main() asks allEnded() and otherwise ends the process without that.
 namespace DetachedThreads
 {
 

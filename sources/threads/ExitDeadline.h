@@ -2,9 +2,9 @@
 
 #include <chrono>
 
-/// The time that the program's end may take in all. While one of these lives, the waits at the end
-/// share it: each still has its own bound, but none goes on past the deadline. Any thread; one at a
-/// time.
+/// The total time that the end of the program may take. While an object of this class lives, the
+/// waits at the end share it: each still has its own limit, but none goes on past the deadline. Any
+/// thread; one at a time.
 class ExitDeadline
 {
 public:

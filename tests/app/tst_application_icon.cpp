@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class TestApplicationIcon : public QObject
+class ApplicationIconTest : public QObject
 {
     Q_OBJECT
 
@@ -13,15 +13,16 @@ private slots:
     void everySizeIsDrawnForItself();
 };
 
-void TestApplicationIcon::everySizeIsDrawnForItself_data()
+void ApplicationIconTest::everySizeIsDrawnForItself_data()
 {
     QTest::addColumn<int>("size");
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
         QTest::addRow("%d", size) << size;
 }
 
-// An icon that lacks a size answers with a larger one, shrunk, or a smaller one as it is.
-void TestApplicationIcon::everySizeIsDrawnForItself()
+// An icon that lacks a size is shown with a larger one, scaled down, or with a smaller one as it
+// is.
+void ApplicationIconTest::everySizeIsDrawnForItself()
 {
     QFETCH(int, size);
     const QIcon icon = applicationIcon();
@@ -42,5 +43,5 @@ void TestApplicationIcon::everySizeIsDrawnForItself()
     QVERIFY2(ground * 4 > size * size, qPrintable(QString::number(ground)));
 }
 
-REGISTER_TEST(TestApplicationIcon)
+REGISTER_TEST(ApplicationIconTest)
 #include "tst_application_icon.moc"

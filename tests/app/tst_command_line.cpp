@@ -6,7 +6,7 @@
 
 using Action = CommandLine::Action;
 
-class TestCommandLine : public QObject
+class CommandLineTest : public QObject
 {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ private slots:
     void helpNamesWhatItTakes();
 };
 
-void TestCommandLine::decides_data()
+void CommandLineTest::decides_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("action");
@@ -45,7 +45,7 @@ void TestCommandLine::decides_data()
     row({"--version=2"}, Action::Refuse);
 }
 
-void TestCommandLine::decides()
+void CommandLineTest::decides()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, action);
@@ -55,7 +55,7 @@ void TestCommandLine::decides()
     QCOMPARE(int(CommandLine::parse(words).action), action);
 }
 
-void TestCommandLine::aRefusalIsOneLineThatNamesTheArgument()
+void CommandLineTest::aRefusalIsOneLineThatNamesTheArgument()
 {
     const std::string text = CommandLine::parse({"--nonsense"}).text;
     QCOMPARE(std::count(text.begin(), text.end(), '\n'), 1);
@@ -63,12 +63,12 @@ void TestCommandLine::aRefusalIsOneLineThatNamesTheArgument()
     QVERIFY(text.find("'--nonsense'") != std::string::npos);
 }
 
-void TestCommandLine::namesItsVersion()
+void CommandLineTest::namesItsVersion()
 {
     QCOMPARE(CommandLine::parse({"--version"}).text, std::string("Document Camera 1.00\n"));
 }
 
-void TestCommandLine::helpNamesWhatItTakes()
+void CommandLineTest::helpNamesWhatItTakes()
 {
     // Each option of the help is one that is taken.
     const QString help = QString::fromStdString(CommandLine::help());
@@ -86,5 +86,5 @@ void TestCommandLine::helpNamesWhatItTakes()
     QCOMPARE(count, 5);
 }
 
-REGISTER_PLAIN_TEST(TestCommandLine)
+REGISTER_PLAIN_TEST(CommandLineTest)
 #include "tst_command_line.moc"

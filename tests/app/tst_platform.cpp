@@ -9,7 +9,7 @@
 #include <limits>
 #include <malloc.h>
 
-class TestPlatform : public QObject
+class PlatformTest : public QObject
 {
     Q_OBJECT
 
@@ -26,14 +26,14 @@ private slots:
     void largeBlocksGoBackToTheSystem();
 };
 
-void TestPlatform::init()
+void PlatformTest::init()
 {
     qunsetenv("QT_QPA_PLATFORM");
     qunsetenv("QT_XCB_GL_INTEGRATION");
     qunsetenv("QT_SCALE_FACTOR_ROUNDING_POLICY");
 }
 
-void TestPlatform::choosesWhereNothingIsChosen()
+void PlatformTest::choosesWhereNothingIsChosen()
 {
     preparePlatform();
     QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb;wayland"));
@@ -41,7 +41,7 @@ void TestPlatform::choosesWhereNothingIsChosen()
     QCOMPARE(qgetenv("QT_SCALE_FACTOR_ROUNDING_POLICY"), QByteArray("PassThrough"));
 }
 
-void TestPlatform::leavesTheUsersChoice()
+void PlatformTest::leavesTheUsersChoice()
 {
     qputenv("QT_QPA_PLATFORM", "wayland");
     qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
@@ -50,7 +50,7 @@ void TestPlatform::leavesTheUsersChoice()
     QCOMPARE(qgetenv("QT_XCB_GL_INTEGRATION"), QByteArray("xcb_egl"));
 }
 
-void TestPlatform::drawsSharpOnSharpScreens()
+void PlatformTest::drawsSharpOnSharpScreens()
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
@@ -59,7 +59,7 @@ void TestPlatform::drawsSharpOnSharpScreens()
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
 }
 
-void TestPlatform::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall_data()
+void PlatformTest::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall_data()
 {
     QTest::addColumn<double>("dpi");
     QTest::addColumn<QSize>("freeArea");
@@ -90,7 +90,7 @@ void TestPlatform::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall_data()
     QTest::newRow("no screen") << 144.0 << QSize() << 1.5;
 }
 
-void TestPlatform::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall()
+void PlatformTest::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall()
 {
     QFETCH(double, dpi);
     QFETCH(QSize, freeArea);
@@ -98,7 +98,7 @@ void TestPlatform::drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall()
     QCOMPARE(layoutScale({dpi, freeArea}), scale);
 }
 
-void TestPlatform::theWindowAndItsTitleBarAlwaysFit()
+void PlatformTest::theWindowAndItsTitleBarAlwaysFit()
 {
     for (int dpi = 96; dpi <= 288; dpi += 6) {
         for (int height = 600; height <= 2160; height += 13) {
@@ -111,7 +111,7 @@ void TestPlatform::theWindowAndItsTitleBarAlwaysFit()
     }
 }
 
-void TestPlatform::aScaleOfTheEnvironmentStands_data()
+void PlatformTest::aScaleOfTheEnvironmentStands_data()
 {
     QTest::addColumn<QByteArray>("variable");
     for (const char *variable :
@@ -120,7 +120,7 @@ void TestPlatform::aScaleOfTheEnvironmentStands_data()
         QTest::newRow(variable) << QByteArray(variable);
 }
 
-void TestPlatform::aScaleOfTheEnvironmentStands()
+void PlatformTest::aScaleOfTheEnvironmentStands()
 {
     QFETCH(QByteArray, variable);
     qunsetenv(variable.constData());
@@ -130,7 +130,7 @@ void TestPlatform::aScaleOfTheEnvironmentStands()
     qunsetenv(variable.constData());
 }
 
-void TestPlatform::largeBlocksGoBackToTheSystem()
+void PlatformTest::largeBlocksGoBackToTheSystem()
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     QSKIP("The sanitizer has an allocator of its own.");
@@ -147,5 +147,5 @@ void TestPlatform::largeBlocksGoBackToTheSystem()
     QCOMPARE(mallinfo2().hblkhd, before);
 }
 
-REGISTER_PLAIN_TEST(TestPlatform)
+REGISTER_PLAIN_TEST(PlatformTest)
 #include "tst_platform.moc"

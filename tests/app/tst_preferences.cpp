@@ -7,7 +7,7 @@
 #include <QFileInfo>
 #include <QTest>
 
-class TestPreferences : public QObject
+class PreferencesTest : public QObject
 {
     Q_OBJECT
 
@@ -64,5 +64,5 @@ private slots:
     }
 };
 
-REGISTER_CORE_TEST(TestPreferences)
+REGISTER_CORE_TEST(PreferencesTest)
 #include "tst_preferences.moc"

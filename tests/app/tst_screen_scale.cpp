@@ -14,7 +14,7 @@
 namespace
 {
 
-/// Says the dots an inch to every program that starts from now on, as a desktop does.
+/// Tells every program that starts from now on the dots an inch, as a desktop does.
 void setDesktopDpi(const QByteArray &dpi)
 {
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
@@ -51,7 +51,7 @@ int showWindow(int argc, char **argv)
 } // namespace
 
 /// The scale on a real X server of 1920 x 1080 with a window manager; each program of its own.
-class TestScreenScale : public QObject
+class ScreenScaleTest : public QObject
 {
     Q_OBJECT
 
@@ -64,7 +64,7 @@ private:
     static QStringList answers(const QProcessEnvironment &environment);
 };
 
-QStringList TestScreenScale::answers(const QProcessEnvironment &environment)
+QStringList ScreenScaleTest::answers(const QProcessEnvironment &environment)
 {
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -74,7 +74,7 @@ QStringList TestScreenScale::answers(const QProcessEnvironment &environment)
     return QString::fromLatin1(process.readAllStandardOutput()).trimmed().split(' ');
 }
 
-void TestScreenScale::theWindowFitsAtEveryDpi_data()
+void ScreenScaleTest::theWindowFitsAtEveryDpi_data()
 {
     QTest::addColumn<QByteArray>("dpi");
     QTest::addColumn<double>("scale");
@@ -87,7 +87,7 @@ void TestScreenScale::theWindowFitsAtEveryDpi_data()
     QTest::newRow("few") << QByteArray("48") << 1.0;
 }
 
-void TestScreenScale::theWindowFitsAtEveryDpi()
+void ScreenScaleTest::theWindowFitsAtEveryDpi()
 {
     QFETCH(QByteArray, dpi);
     QFETCH(double, scale);
@@ -101,7 +101,7 @@ void TestScreenScale::theWindowFitsAtEveryDpi()
     QCOMPARE(shown[3].toInt(), 16);
 }
 
-void TestScreenScale::theEnvironmentStands()
+void ScreenScaleTest::theEnvironmentStands()
 {
     setDesktopDpi("144");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -114,7 +114,7 @@ int main(int argc, char **argv)
     if (argc > 1 && qstrcmp(argv[1], "--show-window") == 0)
         return showWindow(argc, argv);
     QCoreApplication application(argc, argv);
-    TestScreenScale test;
+    ScreenScaleTest test;
     return QTest::qExec(&test, argc, argv);
 }
 #include "tst_screen_scale.moc"

@@ -42,7 +42,7 @@ QRegularExpression patternOf(const char *text)
 
 } // namespace
 
-class TestTerminalLines : public QObject
+class TerminalLinesTest : public QObject
 {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private slots:
     void everyLineHasATestThatProducesIt();
 };
 
-void TestTerminalLines::everyLineHasARowOfItsOwn()
+void TerminalLinesTest::everyLineHasARowOfItsOwn()
 {
     int expected = 0;
     for (const TerminalLines::Row &row : TerminalLines::rows())
@@ -64,13 +64,13 @@ void TestTerminalLines::everyLineHasARowOfItsOwn()
     QCOMPARE(expected, int(Line::VariableIgnored) + 1);
 }
 
-void TestTerminalLines::takesWordsThatLookLikePlaces()
+void TerminalLinesTest::takesWordsThatLookLikePlaces()
 {
     const QString text = TerminalLines::text(Line::SnapshotNotWritten, {"/a%2b", "full"});
     QVERIFY2(text.startsWith("The snapshot /a%2b was not written (full): "), qPrintable(text));
 }
 
-void TestTerminalLines::saysACauseOnce()
+void TerminalLinesTest::saysACauseOnce()
 {
     said.clear();
     const QtMessageHandler before = qInstallMessageHandler(collect);
@@ -86,14 +86,14 @@ void TestTerminalLines::saysACauseOnce()
                           TerminalLines::text(Line::SnapshotNotWritten, {"/p/1.jpg", "full"})}));
 }
 
-void TestTerminalLines::documentsExplainEveryLine_data()
+void TerminalLinesTest::documentsExplainEveryLine_data()
 {
     QTest::addColumn<QString>("path");
     for (const char *name : {"README.md", "packaging/document-camera.1.in"})
         QTest::newRow(name) << QStringLiteral(SOURCE_ROOT "/") + name;
 }
 
-void TestTerminalLines::documentsExplainEveryLine()
+void TerminalLinesTest::documentsExplainEveryLine()
 {
     QFETCH(QString, path);
     const QString words = wordsOf(path);
@@ -102,7 +102,7 @@ void TestTerminalLines::documentsExplainEveryLine()
         QVERIFY2(patternOf(row.text).match(words).hasMatch(), row.text);
 }
 
-void TestTerminalLines::everyEntryExplainsALine()
+void TerminalLinesTest::everyEntryExplainsALine()
 {
     QFile file(QStringLiteral(SOURCE_ROOT "/README.md"));
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -124,7 +124,7 @@ void TestTerminalLines::everyEntryExplainsALine()
     QCOMPARE(count, TerminalLines::rows().size());
 }
 
-void TestTerminalLines::everyLineHasATestThatProducesIt()
+void TerminalLinesTest::everyLineHasATestThatProducesIt()
 {
     QString tests;
     QDirIterator files(QStringLiteral(SOURCE_ROOT "/tests"), {"tst_*.cpp"}, QDir::Files,
@@ -147,5 +147,5 @@ void TestTerminalLines::everyLineHasATestThatProducesIt()
     QCOMPARE(count, TerminalLines::rows().size());
 }
 
-REGISTER_PLAIN_TEST(TestTerminalLines)
+REGISTER_PLAIN_TEST(TerminalLinesTest)
 #include "tst_terminal_lines.moc"

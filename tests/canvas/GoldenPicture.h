@@ -5,7 +5,7 @@
 
 /// Compares pictures with the ones kept under golden/ beside the tests. A picture that differs is
 /// left beside a copy of the expected one in golden-mismatch/ of the folder that the test runs in.
-/// With UPDATE_GOLDEN set in the environment the kept ones are written anew; look at them.
+/// With UPDATE_GOLDEN set in the environment the kept ones are written again; look at them.
 namespace GoldenPicture
 {
 

@@ -7,8 +7,8 @@
 
 #include <random>
 
-/// The picture pipeline once more, slow and plain, with the toolkit's own pictures and painters:
-/// what the fast one is held against.
+/// The picture pipeline written a second time, slow and plain, with the toolkit's own pictures and
+/// painters: the reference that the fast one is compared with.
 namespace ReferencePipeline
 {
 

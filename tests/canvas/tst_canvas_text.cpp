@@ -169,10 +169,10 @@ private slots:
         CanvasMouse::drag(*canvas, {{50, 60}, release});
         QVERIFY(editorOf(*canvas).isHidden());
         QCOMPARE(canvas->focusWidget(), nullptr);
-        // The next click is one again.
+        // The next click is a click again.
         CanvasMouse::click(*canvas, {50, 60});
         QVERIFY(editorOf(*canvas).isVisible());
-        // It is committed by whatever ends a drag, as before.
+        // Whatever ends a drag also commits it, as before.
         CanvasMouse::drag(*canvas, {{10, 10}, release});
         QVERIFY(editorOf(*canvas).isHidden());
     }
@@ -567,7 +567,7 @@ private:
         int presses = 0;
     };
 
-    /// How large the word is where nothing is in its way.
+    /// The size of the word where it has all the space that it needs.
     static QSize inkOfHello(QSize widget, QSize picture)
     {
         const auto canvas = canvasOf(widget, picture);

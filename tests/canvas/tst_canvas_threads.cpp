@@ -132,7 +132,7 @@ void callEverything(ImageCanvas &canvas, int round, const QString &folder)
 
 } // namespace
 
-/// CTest ends this test after a minute: a lock that is taken twice never comes back.
+/// CTest ends this test after a minute, because taking a lock twice never returns.
 class CanvasThreadsTest : public QObject
 {
     Q_OBJECT

@@ -87,7 +87,7 @@ private slots:
         sinceFrame.start();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         QVERIFY(shown(*canvas) != paper());
-        // A source in motion carries it.
+        // A source in motion shows it with its next frame.
         QTRY_VERIFY(sinceFrame.elapsed() > 40);
         canvas->undo();
         QTRY_COMPARE(canvas->currentImage(), paper());

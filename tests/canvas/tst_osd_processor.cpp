@@ -338,7 +338,7 @@ private slots:
         QVERIFY(painted() != ground());
         m_nowMs += 1;
         QCOMPARE(painted(), ground());
-        // Another call starts the second anew.
+        // Another call starts the second again.
         call(which);
         m_nowMs += 600;
         call(which);

@@ -25,7 +25,7 @@ std::size_t allocatedBytes()
 } // namespace
 
 /// What canvases hold while no source feeds them, and while they are not seen.
-class TestStartPicture : public QObject
+class StartPictureTest : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private slots:
     void hiddenCanvasesGiveBackTheirScreen();
 };
 
-void TestStartPicture::isTheSkinsPicture()
+void StartPictureTest::isTheSkinsPicture()
 {
     const QImage expected =
         QImage(":/icons/Background/MAIN_WINDOWS.png").convertToFormat(QImage::Format_RGB888);
@@ -47,7 +47,7 @@ void TestStartPicture::isTheSkinsPicture()
     QCOMPARE(canvas.currentImage(), expected);
 }
 
-void TestStartPicture::isSharedByTheCanvases()
+void StartPictureTest::isSharedByTheCanvases()
 {
     ImageCanvas first;
     const ImageCanvas second;
@@ -60,7 +60,7 @@ void TestStartPicture::isSharedByTheCanvases()
     QCOMPARE(second.currentImage(), before);
 }
 
-void TestStartPicture::isGoneWithTheLastOfThem()
+void StartPictureTest::isGoneWithTheLastOfThem()
 {
     std::weak_ptr<const Frame> watched;
     {
@@ -72,7 +72,7 @@ void TestStartPicture::isGoneWithTheLastOfThem()
     }
 }
 
-void TestStartPicture::hiddenCanvasesGiveBackTheirScreen()
+void StartPictureTest::hiddenCanvasesGiveBackTheirScreen()
 {
     if (!ALLOCATOR_COUNTS)
         QSKIP("the sanitizer's allocator tells nothing");
@@ -89,5 +89,5 @@ void TestStartPicture::hiddenCanvasesGiveBackTheirScreen()
              qPrintable(QString("%1, then %2").arg(shown).arg(hidden)));
 }
 
-REGISTER_TEST(TestStartPicture)
+REGISTER_TEST(StartPictureTest)
 #include "tst_start_picture.moc"

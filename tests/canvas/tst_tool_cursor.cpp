@@ -39,7 +39,7 @@ void enter(ImageCanvas &canvas)
 
 } // namespace
 
-class TestToolCursor : public QObject
+class ToolCursorTest : public QObject
 {
     Q_OBJECT
 
@@ -52,7 +52,7 @@ private slots:
     void writtenTextLiesOnThePicture();
 };
 
-void TestToolCursor::thePenIsARingOfItsWidthAndColour()
+void ToolCursorTest::thePenIsARingOfItsWidthAndColour()
 {
     QVERIFY(std::abs(visibleSize(pen(40.0).cursor()).width() - 41) <= 1);
     QVERIFY(visibleSize(pen(3.0).cursor()).width() >= 9);
@@ -64,7 +64,7 @@ void TestToolCursor::thePenIsARingOfItsWidthAndColour()
     QCOMPARE(pen(40.0).cursor().hotSpot(), middle);
 }
 
-void TestToolCursor::theEraserIsASquareOfItsSize()
+void ToolCursorTest::theEraserIsASquareOfItsSize()
 {
     ToolCursor cursor;
     cursor.tool = CanvasModes::Eraser;
@@ -74,7 +74,7 @@ void TestToolCursor::theEraserIsASquareOfItsSize()
     QVERIFY(std::abs(visibleSize(cursor.cursor()).height() - 29) <= 1);
 }
 
-void TestToolCursor::everyToolIsSeenOnBlackAndOnWhite()
+void ToolCursorTest::everyToolIsSeenOnBlackAndOnWhite()
 {
     for (const CanvasModes::MouseMode tool :
          {CanvasModes::Freehand, CanvasModes::Line, CanvasModes::Eraser, CanvasModes::Clip}) {
@@ -97,7 +97,7 @@ void TestToolCursor::everyToolIsSeenOnBlackAndOnWhite()
     }
 }
 
-void TestToolCursor::handsOpenAndClose()
+void ToolCursorTest::handsOpenAndClose()
 {
     ToolCursor cursor;
     QCOMPARE(cursor.cursor().shape(), Qt::OpenHandCursor);
@@ -107,7 +107,7 @@ void TestToolCursor::handsOpenAndClose()
     QCOMPARE(cursor.cursor().shape(), Qt::IBeamCursor);
 }
 
-void TestToolCursor::theCanvasShowsItsToolWithTheZoom()
+void ToolCursorTest::theCanvasShowsItsToolWithTheZoom()
 {
     ImageCanvas canvas;
     canvas.resize(400, 300);
@@ -136,7 +136,7 @@ void TestToolCursor::theCanvasShowsItsToolWithTheZoom()
     QCOMPARE(canvas.cursor().shape(), Qt::OpenHandCursor);
 }
 
-void TestToolCursor::writtenTextLiesOnThePicture()
+void ToolCursorTest::writtenTextLiesOnThePicture()
 {
     QPalette dark(Qt::black);
     dark.setColor(QPalette::Base, Qt::black);
@@ -161,5 +161,5 @@ void TestToolCursor::writtenTextLiesOnThePicture()
              qPrintable(QString::number(outline)));
 }
 
-REGISTER_TEST(TestToolCursor)
+REGISTER_TEST(ToolCursorTest)
 #include "tst_tool_cursor.moc"

@@ -20,7 +20,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 
 /// A connection to the X server for as long as it lives.
 class Display
@@ -118,7 +118,7 @@ bool drive(const QStringList &arguments)
     environment.remove("LD_PRELOAD");
     tool.setProcessEnvironment(environment);
     tool.start("xdotool", arguments);
-    return tool.waitForFinished(PATIENCE_MS) && tool.exitCode() == 0;
+    return tool.waitForFinished(TIMEOUT_MS) && tool.exitCode() == 0;
 }
 
 } // namespace
@@ -142,7 +142,7 @@ bool ProgramUnderTest::start(const QProcessEnvironment &environment, const QStri
     const QStringList command = before + QStringList{PROGRAM_FILE} + arguments;
     m_process.setProcessEnvironment(environment);
     m_process.start(command.first(), command.mid(1));
-    return m_process.waitForStarted(PATIENCE_MS);
+    return m_process.waitForStarted(TIMEOUT_MS);
 }
 
 WId ProgramUnderTest::waitForWindow()
@@ -152,7 +152,7 @@ WId ProgramUnderTest::waitForWindow()
             m_window = managedWindows(m_process.processId()).value(0);
             return m_window != 0 || !running();
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
     return settled ? m_window : 0;
 }
 
@@ -176,14 +176,14 @@ bool ProgramUnderTest::acceptSettings()
     if (!click(SETTINGS_BUTTON))
         return false;
     const auto windows = [this] { return managedWindows(m_process.processId()); };
-    if (!QTest::qWaitFor([&windows] { return windows().size() == 2; }, PATIENCE_MS))
+    if (!QTest::qWaitFor([&windows] { return windows().size() == 2; }, TIMEOUT_MS))
         return false;
     const xcb_window_t popup = windows().last();
     const QSize size = sizeOf(popup);
     return drive({"mousemove", "--window", QString::number(popup),
                   QString::number(size.width() / 2 + OK_BUTTON.x()),
                   QString::number(size.height() + OK_BUTTON.y()), "click", "1"}) &&
-           QTest::qWaitFor([&windows] { return windows().size() < 2; }, PATIENCE_MS);
+           QTest::qWaitFor([&windows] { return windows().size() < 2; }, TIMEOUT_MS);
 }
 
 bool ProgramUnderTest::closeAndWait()
@@ -194,7 +194,7 @@ bool ProgramUnderTest::closeAndWait()
 
 bool ProgramUnderTest::waitForEnd()
 {
-    return QTest::qWaitFor([this] { return !running(); }, PATIENCE_MS) &&
+    return QTest::qWaitFor([this] { return !running(); }, TIMEOUT_MS) &&
            m_process.exitStatus() == QProcess::NormalExit;
 }
 
@@ -206,7 +206,7 @@ void ProgramUnderTest::sendSignal(int number) const
 bool ProgramUnderTest::waitForOutput(const QByteArray &text)
 {
     (void)QTest::qWaitFor([this, &text] { return output().contains(text) || !running(); },
-                          PATIENCE_MS);
+                          TIMEOUT_MS);
     return output().contains(text);
 }
 
@@ -241,7 +241,7 @@ bool ProgramUnderTest::waitForWindowManager()
 {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < PATIENCE_MS) {
+    while (timer.elapsed() < TIMEOUT_MS) {
         QWidget probe;
         probe.show();
         const qint64 pid = QCoreApplication::applicationPid();

@@ -42,8 +42,8 @@ public:
     /// All it has said so far.
     QByteArray output();
 
-    /// Whether the window manager looks after new windows; one that is mapped while it starts may
-    /// be left aside for ever.
+    /// Waits until the window manager manages new windows: it may ignore for ever one that is
+    /// mapped while it starts.
     static bool waitForWindowManager();
     /// What the screen shows now.
     static QImage screenshot();

@@ -14,7 +14,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 } // namespace
 
@@ -37,7 +37,7 @@ private slots:
                                                 QSize(1920, 1080), nullptr);
         m_canvas->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_canvas.get()));
-        QVERIFY(QTest::qWaitFor([this] { return counter().has_value(); }, PATIENCE_MS));
+        QVERIFY(QTest::qWaitFor([this] { return counter().has_value(); }, TIMEOUT_MS));
     }
 
     void cleanupTestCase()
@@ -61,7 +61,7 @@ private slots:
                 files.refresh();
                 return files.count() == 1 && !QImage(files.filePath(files[0])).isNull();
             },
-            PATIENCE_MS));
+            TIMEOUT_MS));
         const QImage picture(files.filePath(files[0]));
         QCOMPARE(picture.size(), QSize(1920, 1080));
         const auto shown = SheetCounter::read(picture);
@@ -92,7 +92,7 @@ private slots:
         QVERIFY(frozen);
         const auto sent = m_camera->statistics().framesSent;
         QVERIFY(QTest::qWaitFor(
-            [this, sent] { return m_camera->statistics().framesSent > sent + 10; }, PATIENCE_MS));
+            [this, sent] { return m_camera->statistics().framesSent > sent + 10; }, TIMEOUT_MS));
         const auto standing = counter();
         QVERIFY(standing && (*standing - *frozen) % SheetCounter::MODULUS <= 1);
         m_canvas->frozen = false;
@@ -103,14 +103,14 @@ private slots:
     {
         m_source->setResolution({1024, 768});
         QVERIFY(QTest::qWaitFor([this] { return m_canvas->pictureSize() == QSize(1024, 768); },
-                                PATIENCE_MS));
+                                TIMEOUT_MS));
         QVERIFY(moves());
     }
 
     void theCanvasStaysUsableWhenTheCameraLeaves()
     {
         m_camera->unplug();
-        QTRY_VERIFY_WITH_TIMEOUT(m_source->brightness() == 0, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_source->brightness() == 0, TIMEOUT_MS);
         m_canvas->zoomIn();
         m_canvas->rotate();
         QVERIFY(!m_canvas->grab().isNull());
@@ -134,7 +134,7 @@ private:
                     first = now;
                 return now && *now != *first;
             },
-            PATIENCE_MS);
+            TIMEOUT_MS);
     }
 
     std::unique_ptr<VirtualCamera> m_camera;

@@ -17,7 +17,7 @@ namespace
 
 constexpr QSize PREVIEW(1024, 768);
 constexpr QSize RECORDING(1280, 720);
-constexpr int PATIENCE_MS = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 QImage imageOf(const QByteArray &rgb)
 {
@@ -72,7 +72,7 @@ private slots:
         m_canvas->resize(640, 480);
         m_source = std::make_unique<LiveSource>(m_canvas.get(), PREVIEW, RECORDING, nullptr);
         QVERIFY(m_camera->plug());
-        QTRY_VERIFY_WITH_TIMEOUT(m_source->running(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_source->running(), TIMEOUT_MS);
         m_file = m_folder.filePath("movie.mov");
     }
     void cleanup()
@@ -107,7 +107,7 @@ private slots:
     {
         QFETCH(QStringList, changes);
         m_source->startRecord(m_file);
-        QTRY_COMPARE_WITH_TIMEOUT(m_canvas->pictureSize(), RECORDING, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_canvas->pictureSize(), RECORDING, TIMEOUT_MS);
         const QImage plain = m_canvas->currentImage();
         for (const QString &change : changes)
             apply(change);
@@ -144,7 +144,7 @@ private slots:
         QSignalSpy failures(m_source.get(), &LiveSource::recordFailed);
         m_source->startRecord(m_folder.filePath("vanishing/movie.mov"));
         QVERIFY(QDir(m_folder.filePath("vanishing")).removeRecursively());
-        QTRY_COMPARE_WITH_TIMEOUT(int(failures.size()), 1, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(int(failures.size()), 1, TIMEOUT_MS);
         QVERIFY(!failures[0][0].toString().isEmpty());
         m_source->stopRecord();
         QVERIFY(m_source->running());
@@ -172,7 +172,7 @@ private slots:
         recordSeconds(1.0);
     }
 
-    // The last: it takes the camera away.
+    // This test is the last one, as it takes the camera away.
     void aCameraThatIsPulledLeavesAWholeMovie()
     {
         m_source->startRecord(m_file);
@@ -212,7 +212,7 @@ private:
         QElapsedTimer recording;
         recording.start();
         const auto wanted = static_cast<qint64>(seconds * 1000) + 500;
-        QTRY_VERIFY_WITH_TIMEOUT(recording.elapsed() > wanted, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(recording.elapsed() > wanted, TIMEOUT_MS);
     }
     void recordSeconds(double seconds)
     {

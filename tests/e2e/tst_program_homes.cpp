@@ -16,7 +16,7 @@ using TerminalLines::Line;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 
 /// A command that makes HOME a disk of its own, in a name space of its own, does `then` to it and
 /// becomes the program.
@@ -93,7 +93,7 @@ private slots:
         program.pressKeys("ctrl+s");
         const QString folder =
             home + '/' + QString::fromUtf8(documents) + "/Document Camera/images";
-        QVERIFY2(QTest::qWaitFor([&folder] { return !pictures(folder).isEmpty(); }, PATIENCE_MS),
+        QVERIFY2(QTest::qWaitFor([&folder] { return !pictures(folder).isEmpty(); }, TIMEOUT_MS),
                  program.output().constData());
         QVERIFY(program.acceptSettings());
         QVERIFY(program.closeAndWait());
@@ -144,7 +144,7 @@ private slots:
         ProgramUnderTest first;
         QVERIFY(first.start());
         QVERIFY(first.waitForWindow());
-        QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > 3, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > 3, TIMEOUT_MS);
         // The camera is one program's at a time.
         m_camera->faults().claimBusy = 1;
         ProgramUnderTest second;
@@ -154,7 +154,7 @@ private slots:
         QVERIFY2(second.waitForOutput(TerminalLines::text(Line::CameraTaken, {holder}).toUtf8()),
                  second.output().constData());
         const auto before = m_camera->statistics().framesSent;
-        QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > before + 3, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > before + 3, TIMEOUT_MS);
         // What one of them keeps the other does not undo.
         QVERIFY(second.acceptSettings());
         QVERIFY(second.closeAndWait());
@@ -184,7 +184,7 @@ private:
                 last = now;
                 return wanted ? same == AT_REST : now == picture;
             },
-            PATIENCE_MS);
+            TIMEOUT_MS);
         picture = last;
         return seen && program.closeAndWait();
     }

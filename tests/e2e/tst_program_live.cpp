@@ -15,7 +15,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 
 std::optional<quint32> counterOnScreen()
 {
@@ -55,7 +55,7 @@ private slots:
                 second = counterOnScreen();
                 return second && *second != *first;
             },
-            PATIENCE_MS));
+            TIMEOUT_MS));
         // What is on the screen was sent a moment ago at most.
         const quint32 behind = (m_camera->statistics().lastFrame - *second) % SheetCounter::MODULUS;
         QVERIFY2(behind < 30, qPrintable(QString::number(behind)));
@@ -83,7 +83,7 @@ private slots:
                 file = found.hasNext() ? found.next() : QString();
                 return !file.isEmpty() && !QImage(file).isNull();
             },
-            PATIENCE_MS));
+            TIMEOUT_MS));
         const QImage picture(file);
         QCOMPARE(picture.size(),
                  QSize(m_camera->statistics().streamWidth, m_camera->statistics().streamHeight));
@@ -152,7 +152,7 @@ private:
                 counter = counterOnScreen();
                 return counter.has_value();
             },
-            PATIENCE_MS);
+            TIMEOUT_MS);
     }
 
     std::unique_ptr<VirtualCamera> m_camera;

@@ -14,7 +14,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 constexpr int END_MS = 2000;
 /// In the window as it opens.
 constexpr QPoint RECORD_BUTTON(72, 616);
@@ -73,12 +73,12 @@ private slots:
         QVERIFY(program.waitForWindow());
         const auto frames = [this] { return m_camera->statistics().framesSent; };
         const quint64 before = frames();
-        QTRY_VERIFY_WITH_TIMEOUT(frames() > before + 3, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(frames() > before + 3, TIMEOUT_MS);
         QVERIFY(program.click(RECORD_BUTTON));
-        QTRY_VERIFY_WITH_TIMEOUT(!movie().isEmpty(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!movie().isEmpty(), TIMEOUT_MS);
         QElapsedTimer recording;
         recording.start();
-        QTRY_VERIFY_WITH_TIMEOUT(recording.elapsed() > 3000, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(recording.elapsed() > 3000, TIMEOUT_MS);
         m_camera->faults().hangControls = -1;
         program.sendSignal(SIGTERM);
         QElapsedTimer sinceSignal;

@@ -15,7 +15,7 @@ class FrameSink : public ICaptureCB
 public:
     void imageCaptured(const QImage &image) override
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_last = image.copy();
         ++m_count;
     }
@@ -26,7 +26,7 @@ public:
             onFrame();
         const QImage frame(static_cast<uchar *>(data), width, height, width * 3,
                            QImage::Format_RGB888);
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_last = frame.copy();
         m_plain = m_plain && !mirror && !rgb32;
         m_thread = QThread::currentThreadId();
@@ -38,13 +38,13 @@ public:
 
     int count() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_count;
     }
 
     QImage last() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_last;
     }
 
@@ -53,13 +53,13 @@ public:
     /// Whether every raw frame came unmirrored and packed.
     bool plain() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_plain;
     }
 
     Qt::HANDLE thread() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_thread;
     }
 

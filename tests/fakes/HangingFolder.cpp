@@ -34,7 +34,7 @@ void waitForServer(const char *path, HangingFolder::Calls kind)
 {
     if (!active)
         return;
-    std::unique_lock<std::mutex> lock(mutex);
+    std::unique_lock lock(mutex);
     const auto isMeant = [kind] {
         return hanging == kind || hanging == HangingFolder::EverythingAndRemoving ||
                (hanging == HangingFolder::Everything &&
@@ -51,7 +51,7 @@ void waitForServer(const char *path, HangingFolder::Calls kind)
     --waitingCalls;
 }
 
-/// The library's function, or that of a preloaded one between.
+/// The next definition of the function: the library's, or that of a preloaded one in between.
 template <typename Call>
 Call nextOf(Call, const char *name)
 {
@@ -67,7 +67,7 @@ mode_t modeOf(int flags, va_list arguments)
 
 HangingFolder::HangingFolder(const QString &path, Calls calls)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     folder = QFile::encodeName(path);
     hanging = calls;
     active = true;
@@ -75,7 +75,7 @@ HangingFolder::HangingFolder(const QString &path, Calls calls)
 
 HangingFolder::~HangingFolder()
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     active = false;
     folder.clear();
     back.notify_all();
@@ -83,7 +83,7 @@ HangingFolder::~HangingFolder()
 
 int HangingFolder::waiting() const
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     return waitingCalls;
 }
 

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// While it lives, what it chooses to ask of that folder, or of what lies in it, does not return,
-/// as on a share whose server has gone. No real file system does that on demand, so this one stands
+/// While it lives, the chosen calls for that folder, or for what lies in it, do not return, as on a
+/// share whose server has gone. No real file system does that on demand, so this class stands
 /// between the program and the C library: a test links HangingFolder.cpp. One at a time.
 class HangingFolder
 {

@@ -23,7 +23,7 @@ std::unique_ptr<MainWindow> DrivenWindow::open()
 {
     auto window = std::make_unique<MainWindow>();
     window->show();
-    if (!QTest::qWaitForWindowActive(window.get(), PATIENCE_MS))
+    if (!QTest::qWaitForWindowActive(window.get(), TIMEOUT_MS))
         return nullptr;
     return window;
 }
@@ -32,7 +32,7 @@ bool DrivenWindow::clicked(ImageButton *button)
 {
     QSignalSpy spy(button, SIGNAL(clicked()));
     Pointer::click(button);
-    return QTest::qWaitFor([&spy] { return spy.count() == 1; }, PATIENCE_MS);
+    return QTest::qWaitFor([&spy] { return spy.count() == 1; }, TIMEOUT_MS);
 }
 
 ToolWindow *DrivenWindow::hold(const MainWindow &window, Command which)
@@ -48,12 +48,12 @@ ToolWindow *DrivenWindow::hold(const MainWindow &window, Command which)
             ToolWindow *popup = window.currentToolWindow();
             return popup && popup->toolButton() == toolButton && popup->isVisible();
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
     QSignalSpy released(toolButton, SIGNAL(released()));
     Pointer::release();
-    const bool up = QTest::qWaitFor([&] { return released.count() == 1; }, PATIENCE_MS);
+    const bool up = QTest::qWaitFor([&] { return released.count() == 1; }, TIMEOUT_MS);
     ToolWindow *popup = window.currentToolWindow();
-    if (!opened || !up || !popup || !QTest::qWaitForWindowExposed(popup, PATIENCE_MS))
+    if (!opened || !up || !popup || !QTest::qWaitForWindowExposed(popup, TIMEOUT_MS))
         return nullptr;
     return popup;
 }
@@ -84,5 +84,5 @@ QPoint DrivenWindow::onCanvas(const MainWindow &window, int x, int y)
 bool DrivenWindow::shows(const MainWindow &window, int x, int y, QRgb expected)
 {
     const QPoint point = onCanvas(window, x, y);
-    return QTest::qWaitFor([&] { return near(screen().pixel(point), expected); }, PATIENCE_MS);
+    return QTest::qWaitFor([&] { return near(screen().pixel(point), expected); }, TIMEOUT_MS);
 }

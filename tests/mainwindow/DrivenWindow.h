@@ -11,7 +11,7 @@
 namespace DrivenWindow
 {
 
-constexpr int PATIENCE_MS = 20000;
+constexpr int TIMEOUT_MS = 20000;
 
 /// What stands on the screen now, in screen coordinates.
 QImage screen();

@@ -11,7 +11,7 @@ using Commands::PopUp;
 using Commands::Row;
 
 /// What holds for every row of the table of commands, whatever rows there are.
-class TestButtonTable : public QObject
+class ButtonTableTest : public QObject
 {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ private slots:
     void commandsThatLastAreStopped();
 };
 
-void TestButtonTable::rowsStandAtTheirCommand()
+void ButtonTableTest::rowsStandAtTheirCommand()
 {
     QVERIFY(!Commands::rows().empty());
     for (std::size_t i = 0; i < Commands::rows().size(); ++i)
@@ -35,7 +35,7 @@ void TestButtonTable::rowsStandAtTheirCommand()
     QCOMPARE(std::size_t(Command::ThickerPen), Commands::rows().size() - 1);
 }
 
-void TestButtonTable::groupsAreWholeAndNamed()
+void ButtonTableTest::groupsAreWholeAndNamed()
 {
     // A title is set where the group changes, so a group is one stretch of the table.
     for (std::size_t i = 1; i < Commands::rows().size(); ++i)
@@ -51,7 +51,7 @@ void TestButtonTable::groupsAreWholeAndNamed()
     QVERIFY(!Commands::inPanel(Group::Modes));
 }
 
-void TestButtonTable::eachModeHasOneButton()
+void ButtonTableTest::eachModeHasOneButton()
 {
     const std::vector<Row> modes = Commands::rowsOf(Group::Modes);
     QCOMPARE(int(modes.size()), Modes::COUNT);
@@ -64,7 +64,7 @@ void TestButtonTable::eachModeHasOneButton()
     QVERIFY(modes[Modes::Live].look & Commands::Checked);
 }
 
-void TestButtonTable::eachToolHasOneButton()
+void ButtonTableTest::eachToolHasOneButton()
 {
     QMap<int, int> buttons;
     int atFirst = 0;
@@ -85,7 +85,7 @@ void TestButtonTable::eachToolHasOneButton()
     QVERIFY(!Commands::ofTool(CanvasModes::MOUSE_MODE_COUNT));
 }
 
-void TestButtonTable::eachKeyHasOneCommand()
+void ButtonTableTest::eachKeyHasOneCommand()
 {
     for (int mode = 0; mode < Modes::COUNT; ++mode) {
         QMap<int, Command> commands;
@@ -105,7 +105,7 @@ void TestButtonTable::eachKeyHasOneCommand()
     }
 }
 
-void TestButtonTable::eachHoldHasAPopUp()
+void ButtonTableTest::eachHoldHasAPopUp()
 {
     for (const Row &row : Commands::rows()) {
         if (row.holdSlot)
@@ -119,7 +119,7 @@ void TestButtonTable::eachHoldHasAPopUp()
     }
 }
 
-void TestButtonTable::eachCommandDoesSomething()
+void ButtonTableTest::eachCommandDoesSomething()
 {
     for (const Row &row : Commands::rows()) {
         QVERIFY(row.clickSlot || row.holdSlot || row.startSlot || row.tool);
@@ -130,7 +130,7 @@ void TestButtonTable::eachCommandDoesSomething()
     }
 }
 
-void TestButtonTable::eachButtonHasASkinAndAText()
+void ButtonTableTest::eachButtonHasASkinAndAText()
 {
     for (const Row &row : Commands::rows()) {
         QCOMPARE(row.skin != nullptr, row.group != Group::Keys);
@@ -139,7 +139,7 @@ void TestButtonTable::eachButtonHasASkinAndAText()
     }
 }
 
-void TestButtonTable::commandsThatLastAreStopped()
+void ButtonTableTest::commandsThatLastAreStopped()
 {
     for (const Row &row : Commands::rows()) {
         QCOMPARE(row.startSlot != nullptr, row.stopSlot != nullptr);
@@ -147,5 +147,5 @@ void TestButtonTable::commandsThatLastAreStopped()
     }
 }
 
-REGISTER_PLAIN_TEST(TestButtonTable)
+REGISTER_PLAIN_TEST(ButtonTableTest)
 #include "tst_button_table.moc"

@@ -39,7 +39,7 @@ struct CameraScene : HelperScene {
 } // namespace
 
 /// What the buttons of camera and view do, without a window.
-class TestCameraActions : public QObject
+class CameraActionsTest : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private slots:
 using Action = void (*)(CameraActions &);
 Q_DECLARE_METATYPE(Action)
 
-void TestCameraActions::everyActionClosesThePopUp_data()
+void CameraActionsTest::everyActionClosesThePopUp_data()
 {
     QTest::addColumn<Action>("action");
     QTest::newRow("zoom in") << Action([](CameraActions &a) { a.zoomInStart(); });
@@ -71,7 +71,7 @@ void TestCameraActions::everyActionClosesThePopUp_data()
     QTest::newRow("freeze") << Action([](CameraActions &a) { a.setFrozen(true); });
 }
 
-void TestCameraActions::everyActionClosesThePopUp()
+void CameraActionsTest::everyActionClosesThePopUp()
 {
     QFETCH(Action, action);
     for (const int mode : {Modes::Live, Modes::Film}) {
@@ -84,7 +84,7 @@ void TestCameraActions::everyActionClosesThePopUp()
     }
 }
 
-void TestCameraActions::zoomIsTheCamerasOnTheLiveCanvasAlone()
+void CameraActionsTest::zoomIsTheCamerasOnTheLiveCanvasAlone()
 {
     CameraScene scene;
     scene.actions.zoomInStart();
@@ -106,7 +106,7 @@ void TestCameraActions::zoomIsTheCamerasOnTheLiveCanvasAlone()
     QVERIFY(scene.camera.written.isEmpty());
 }
 
-void TestCameraActions::aZoomThatWasStartedIsReleasedOnce()
+void CameraActionsTest::aZoomThatWasStartedIsReleasedOnce()
 {
     CameraScene scene;
     scene.actions.releaseZoom();
@@ -120,7 +120,7 @@ void TestCameraActions::aZoomThatWasStartedIsReleasedOnce()
     QCOMPARE(scene.camera.written.size(), written);
 }
 
-void TestCameraActions::theCanvasIsTurnedAndFrozen()
+void CameraActionsTest::theCanvasIsTurnedAndFrozen()
 {
     CameraScene scene;
     scene.deck.setMode(Modes::Photograph);
@@ -133,5 +133,5 @@ void TestCameraActions::theCanvasIsTurnedAndFrozen()
     QVERIFY(!scene.deck.canvas(Modes::Live)->frozen);
 }
 
-REGISTER_TEST(TestCameraActions)
+REGISTER_TEST(CameraActionsTest)
 #include "tst_camera_actions.moc"

@@ -8,7 +8,7 @@
 using namespace std::chrono_literals;
 
 /// A sentence over the picture.
-class TestCanvasMessage : public QObject
+class CanvasMessageTest : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private:
     CanvasMessage *m_message = nullptr;
 };
 
-void TestCanvasMessage::init()
+void CanvasMessageTest::init()
 {
     m_canvas = std::make_unique<QWidget>();
     m_canvas->resize(800, 600);
@@ -39,13 +39,13 @@ void TestCanvasMessage::init()
     m_message = new CanvasMessage(m_canvas.get());
 }
 
-void TestCanvasMessage::nothingIsShownAtFirst()
+void CanvasMessageTest::nothingIsShownAtFirst()
 {
     QVERIFY(m_message->isHidden());
     QVERIFY(m_message->text().isEmpty());
 }
 
-void TestCanvasMessage::aPassingSentenceGoesByItself()
+void CanvasMessageTest::aPassingSentenceGoesByItself()
 {
     m_message->pass("Nothing to see.", 300ms);
     QVERIFY(m_message->isVisible());
@@ -56,7 +56,7 @@ void TestCanvasMessage::aPassingSentenceGoesByItself()
     QVERIFY(!m_message->isVisible());
 }
 
-void TestCanvasMessage::aNewerSentenceHasItsOwnTime()
+void CanvasMessageTest::aNewerSentenceHasItsOwnTime()
 {
     m_message->pass("First.", 1ms);
     m_message->pass("Second.", 1h);
@@ -65,7 +65,7 @@ void TestCanvasMessage::aNewerSentenceHasItsOwnTime()
     QCOMPARE(m_message->text(), QString("Second."));
 }
 
-void TestCanvasMessage::theStandingSentenceComesBack()
+void CanvasMessageTest::theStandingSentenceComesBack()
 {
     m_message->stand("Open a film");
     QCOMPARE(m_message->text(), QString("Open a film"));
@@ -77,7 +77,7 @@ void TestCanvasMessage::theStandingSentenceComesBack()
     QVERIFY(!m_message->isVisible());
 }
 
-void TestCanvasMessage::itStandsInTheMiddleOfItsCanvas()
+void CanvasMessageTest::itStandsInTheMiddleOfItsCanvas()
 {
     m_message->stand("Open a film");
     for (const QSize size : {QSize(800, 600), QSize(1900, 1000), QSize(500, 400)}) {
@@ -88,7 +88,7 @@ void TestCanvasMessage::itStandsInTheMiddleOfItsCanvas()
     }
 }
 
-void TestCanvasMessage::aLongSentenceIsBrokenIntoLines()
+void CanvasMessageTest::aLongSentenceIsBrokenIntoLines()
 {
     m_message->stand("Short.");
     const int line = m_message->height();
@@ -98,7 +98,7 @@ void TestCanvasMessage::aLongSentenceIsBrokenIntoLines()
     QVERIFY(m_canvas->rect().contains(m_message->geometry()));
 }
 
-void TestCanvasMessage::itsTextGrowsWithTheCanvas()
+void CanvasMessageTest::itsTextGrowsWithTheCanvas()
 {
     m_message->stand("Open a film");
     const int before = m_message->font().pixelSize();
@@ -107,7 +107,7 @@ void TestCanvasMessage::itsTextGrowsWithTheCanvas()
     QTRY_COMPARE(m_message->font().pixelSize(), 2 * before);
 }
 
-void TestCanvasMessage::itIsWhiteOnDark()
+void CanvasMessageTest::itIsWhiteOnDark()
 {
     m_canvas->setStyleSheet("background: #c0c0c0");
     m_message->stand("Open a film");
@@ -122,7 +122,7 @@ void TestCanvasMessage::itIsWhiteOnDark()
     QCOMPARE(brightest, 255);
 }
 
-void TestCanvasMessage::theMouseGoesThrough()
+void CanvasMessageTest::theMouseGoesThrough()
 {
     m_message->stand("Open a film");
     QVERIFY(m_message->testAttribute(Qt::WA_TransparentForMouseEvents));
@@ -130,11 +130,11 @@ void TestCanvasMessage::theMouseGoesThrough()
     QCOMPARE(m_message->focusPolicy(), Qt::NoFocus);
 }
 
-void TestCanvasMessage::aScreenReaderReadsIt()
+void CanvasMessageTest::aScreenReaderReadsIt()
 {
     m_message->pass("This is none.", 1h);
     QCOMPARE(m_message->accessibleName(), QString("This is none."));
 }
 
-REGISTER_TEST(TestCanvasMessage)
+REGISTER_TEST(CanvasMessageTest)
 #include "tst_canvas_message.moc"

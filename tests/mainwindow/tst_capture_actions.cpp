@@ -40,7 +40,7 @@ struct CaptureScene : HelperScene {
 } // namespace
 
 /// Snapshots and recordings without a window and without a camera.
-class TestCaptureActions : public QObject
+class CaptureActionsTest : public QObject
 {
     Q_OBJECT
 
@@ -52,7 +52,7 @@ private slots:
     void aShareThatHangsDoesNotHoldTheStart();
 };
 
-void TestCaptureActions::aSingleSnapshotIsWritten()
+void CaptureActionsTest::aSingleSnapshotIsWritten()
 {
     CaptureScene scene;
     QImage picture(64, 48, QImage::Format_RGB32);
@@ -63,7 +63,7 @@ void TestCaptureActions::aSingleSnapshotIsWritten()
     QVERIFY(!scene.buttons.of(Command::Snapshot)->isCheckable());
 }
 
-void TestCaptureActions::theButtonShowsTheSeriesOfTheCurrentCanvas()
+void CaptureActionsTest::theButtonShowsTheSeriesOfTheCurrentCanvas()
 {
     CaptureScene scene;
     Config::setSnapshotMode(CanvasModes::Continuous);
@@ -80,7 +80,7 @@ void TestCaptureActions::theButtonShowsTheSeriesOfTheCurrentCanvas()
     QVERIFY(button->isChecked());
 }
 
-void TestCaptureActions::theSourceAloneKnowsOfTheRecording()
+void CaptureActionsTest::theSourceAloneKnowsOfTheRecording()
 {
     CaptureScene scene;
     const ImageButton *button = scene.buttons.of(Command::Record);
@@ -101,7 +101,7 @@ void TestCaptureActions::theSourceAloneKnowsOfTheRecording()
     QVERIFY(!scene.actions.recording());
 }
 
-void TestCaptureActions::withoutASourceNothingIsRecorded()
+void CaptureActionsTest::withoutASourceNothingIsRecorded()
 {
     CaptureScene scene;
     scene.actions.setSource(nullptr);
@@ -110,7 +110,7 @@ void TestCaptureActions::withoutASourceNothingIsRecorded()
     QVERIFY(!scene.actions.recording());
 }
 
-void TestCaptureActions::aShareThatHangsDoesNotHoldTheStart()
+void CaptureActionsTest::aShareThatHangsDoesNotHoldTheStart()
 {
     CaptureScene scene;
     {
@@ -123,5 +123,5 @@ void TestCaptureActions::aShareThatHangsDoesNotHoldTheStart()
     scene.actions.stopRecording();
 }
 
-REGISTER_TEST(TestCaptureActions)
+REGISTER_TEST(CaptureActionsTest)
 #include "tst_capture_actions.moc"

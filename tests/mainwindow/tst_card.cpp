@@ -12,7 +12,7 @@
 #include <QTest>
 
 /// The card at the lower left and the pop-up that its last button opens.
-class TestCard : public QObject
+class CardTest : public QObject
 {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ private slots:
     void theMarkIsOfTheCameraOrOfAFailure();
 };
 
-void TestCard::asManyStandOnItAsFit_data()
+void CardTest::asManyStandOnItAsFit_data()
 {
     QTest::addColumn<int>("commands");
     QTest::addColumn<int>("room");
@@ -40,7 +40,7 @@ void TestCard::asManyStandOnItAsFit_data()
     QTest::newRow("never fewer than three") << 9 << 20 << 3;
 }
 
-void TestCard::asManyStandOnItAsFit()
+void CardTest::asManyStandOnItAsFit()
 {
     QFETCH(int, commands);
     QFETCH(int, room);
@@ -48,7 +48,7 @@ void TestCard::asManyStandOnItAsFit()
     QCOMPARE(CardLayout::shown(commands, room), shown);
 }
 
-void TestCard::whatIsCheckedStandsOnIt_data()
+void CardTest::whatIsCheckedStandsOnIt_data()
 {
     // A letter a command, large when it is checked; "More" is m.
     QTest::addColumn<QByteArray>("commands");
@@ -61,7 +61,7 @@ void TestCard::whatIsCheckedStandsOnIt_data()
     QTest::newRow("all fit") << QByteArray("abCDEm") << 6 << QByteArray("abCDEm");
 }
 
-void TestCard::whatIsCheckedStandsOnIt()
+void CardTest::whatIsCheckedStandsOnIt()
 {
     QFETCH(QByteArray, commands);
     QFETCH(int, places);
@@ -78,7 +78,7 @@ void TestCard::whatIsCheckedStandsOnIt()
     QCOMPARE(found, shown);
 }
 
-void TestCard::itFitsBesideTheBarsInEveryWindow()
+void CardTest::itFitsBesideTheBarsInEveryWindow()
 {
     for (int width = 800; width < 2000; ++width) {
         for (const bool open : {false, true}) {
@@ -94,7 +94,7 @@ void TestCard::itFitsBesideTheBarsInEveryWindow()
     }
 }
 
-void TestCard::itsButtonsStandInARowAndJoinTheOthers()
+void CardTest::itsButtonsStandInARowAndJoinTheOthers()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -120,7 +120,7 @@ void TestCard::itsButtonsStandInARowAndJoinTheOthers()
     QCOMPARE(scene.buttons.of(Command::More)->geometry(), QRect(75, 5, 30, 27));
 }
 
-void TestCard::aHiddenButtonIsOfferedInThePopUp()
+void CardTest::aHiddenButtonIsOfferedInThePopUp()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -134,7 +134,7 @@ void TestCard::aHiddenButtonIsOfferedInThePopUp()
     QCOMPARE(clicks.count(), 1);
 }
 
-void TestCard::thePagesTellOfKeysAndFailures()
+void CardTest::thePagesTellOfKeysAndFailures()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -173,7 +173,7 @@ void TestCard::thePagesTellOfKeysAndFailures()
     QVERIFY2(text().contains("Not saved"), qPrintable(text()));
 }
 
-void TestCard::theMarkIsOfTheCameraOrOfAFailure()
+void CardTest::theMarkIsOfTheCameraOrOfAFailure()
 {
     HelperScene scene;
     CommandCard card(&scene.buttons, &scene.parent);
@@ -189,5 +189,5 @@ void TestCard::theMarkIsOfTheCameraOrOfAFailure()
     QVERIFY(more->isMarked());
 }
 
-REGISTER_TEST(TestCard)
+REGISTER_TEST(CardTest)
 #include "tst_card.moc"

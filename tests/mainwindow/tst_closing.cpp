@@ -4,6 +4,7 @@
 #include "mainwindow/bars/ThumbnailWidget.h"
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
+#include "sources/PhotographSource.h"
 #include "sources/threads/DetachedThreads.h"
 #include "tests/fakes/HangingFolder.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -15,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QTextEdit>
 
+#include <functional>
 #include <memory>
 #include <poll.h>
 #include <sys/socket.h>
@@ -26,7 +28,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 /// What "at once" may take beside the compilers of a busy machine.
 constexpr int CLOSING_MS = 10000;
 /// Two seconds, and as much again for the compilers; a hung disk alone was waited for ten seconds.
@@ -35,10 +37,23 @@ constexpr int HUNG_CLOSING_MS = 6000;
 /// Brings a window into a state of which it is then closed.
 using Arrange = void (*)(MainWindow &window, VirtualCamera &camera);
 
+void waitUntil(const std::function<bool()> &condition, const char *otherwise)
+{
+    if (!QTest::qWaitFor(condition, TIMEOUT_MS))
+        qFatal("%s", otherwise);
+}
+
 void waitForCamera(const MainWindow &window)
 {
-    if (!QTest::qWaitFor([&] { return window.liveSource()->running(); }, PATIENCE_MS))
-        qFatal("the camera does not come");
+    waitUntil([&] { return window.liveSource()->running(); }, "the camera does not come");
+}
+
+/// Waits until the canvas shows another picture than now.
+void waitForPicture(const MainWindow &window)
+{
+    const QImage before = window.currentCanvas()->currentImage();
+    waitUntil([&] { return window.currentCanvas()->currentImage() != before; },
+              "the picture stands still");
 }
 
 void nothing(MainWindow &, VirtualCamera &) {}
@@ -50,14 +65,6 @@ void streaming(MainWindow &window, VirtualCamera &)
 
 void recording(MainWindow &window, VirtualCamera &)
 {
-    waitForCamera(window);
-    window.button(Command::Record)->click();
-    QTest::qWait(1000);
-}
-
-/// The movie that is being written stands on a share that has stopped answering.
-void recordingOntoAHungShare(MainWindow &window, VirtualCamera &)
-{
     const QString folder = QDir::tempPath();
     Config::setRecordPath(folder);
     waitForCamera(window);
@@ -66,11 +73,16 @@ void recordingOntoAHungShare(MainWindow &window, VirtualCamera &)
         const QFileInfoList movies = QDir(folder).entryInfoList({"*.mov"}, QDir::Files);
         return !movies.isEmpty() && movies.first().size() > 50000;
     };
-    if (!QTest::qWaitFor(recorded, PATIENCE_MS))
-        qFatal("nothing is recorded");
+    waitUntil(recorded, "nothing is recorded");
+}
+
+/// The movie that is being written stands on a share that has stopped answering.
+void recordingOntoAHungShare(MainWindow &window, VirtualCamera &camera)
+{
+    recording(window, camera);
+    const QString folder = QDir::tempPath();
     static HangingFolder share(folder, HangingFolder::Syncing);
-    if (!QTest::qWaitFor([] { return share.waiting() > 0; }, PATIENCE_MS))
-        qFatal("the share is not used");
+    waitUntil([] { return share.waiting() > 0; }, "the share is not used");
 }
 
 void unplugged(MainWindow &window, VirtualCamera &camera)
@@ -102,16 +114,15 @@ void playing(MainWindow &window, VirtualCamera &camera)
     enter(window, 1);
     const QSize before = window.currentCanvas()->pictureSize();
     opening(window, camera);
-    if (!QTest::qWaitFor([&] { return window.currentCanvas()->pictureSize() != before; },
-                         PATIENCE_MS))
-        qFatal("the film does not play");
+    waitUntil([&] { return window.currentCanvas()->pictureSize() != before; },
+              "the film does not play");
 }
 
 void winding(MainWindow &window, VirtualCamera &camera)
 {
     playing(window, camera);
     button(window, "Faster")->click();
-    QTest::qWait(300);
+    waitForPicture(window);
 }
 
 /// Pictures enough to be loading still when the window closes.
@@ -134,7 +145,8 @@ void sliding(MainWindow &window, VirtualCamera &camera)
 {
     thumbnails(window, camera);
     button(window, "Slideshow")->click();
-    QTest::qWait(1200);
+    const auto *photographs = window.findChild<PhotographSource *>();
+    waitUntil([&] { return photographs->current() > 0; }, "the slideshow does not go on");
 }
 
 void typing(MainWindow &window, VirtualCamera &)
@@ -148,16 +160,22 @@ void typing(MainWindow &window, VirtualCamera &)
     QTest::keyClicks(editor, "half a word");
 }
 
+void waitUntilShown(QWidget *popup)
+{
+    if (!QTest::qWaitForWindowExposed(popup, TIMEOUT_MS))
+        qFatal("the pop-up is not shown");
+}
+
 void popup(MainWindow &window, VirtualCamera &)
 {
     window.textHold();
-    QTest::qWait(100);
+    waitUntilShown(window.currentToolWindow());
 }
 
 void settings(MainWindow &window, VirtualCamera &)
 {
     window.settings();
-    QTest::qWait(100);
+    waitUntilShown(window.currentToolWindow());
 }
 
 void hiddenPopup(MainWindow &window, VirtualCamera &)
@@ -173,7 +191,8 @@ void series(MainWindow &window, VirtualCamera &)
     Config::setSnapshotInterval(0);
     enter(window, 3);
     window.button(Command::Snapshot)->click();
-    QTest::qWait(300);
+    waitUntil([] { return !QDir(QDir::tempPath()).entryList({"*.jpg"}).isEmpty(); },
+              "no snapshot is saved");
 }
 
 void zooming(MainWindow &window, VirtualCamera &)
@@ -184,8 +203,10 @@ void zooming(MainWindow &window, VirtualCamera &)
 
 void fullScreen(MainWindow &window, VirtualCamera &)
 {
+    const QSize before = window.size();
     window.toggleFullScreen();
-    QTest::qWait(300);
+    waitUntil([&] { return window.isFullScreen() && window.size() != before; },
+              "the window does not fill the screen");
 }
 
 const QMap<QString, Arrange> &states()
@@ -266,7 +287,7 @@ private:
 } // namespace
 
 /// Closes the window in every state; each time in a process of its own, whose end counts.
-class TestClosing : public QObject
+class ClosingTest : public QObject
 {
     Q_OBJECT
 
@@ -277,14 +298,14 @@ private slots:
     void aHangingSoundServerDoesNotHoldUpTheEnd();
 };
 
-void TestClosing::closingEndsTheProcess_data()
+void ClosingTest::closingEndsTheProcess_data()
 {
     QTest::addColumn<QString>("state");
     for (const QString &state : states().keys())
         QTest::newRow(qPrintable(state)) << state;
 }
 
-void TestClosing::closingEndsTheProcess()
+void ClosingTest::closingEndsTheProcess()
 {
     QFETCH(QString, state);
     const QTemporaryDir folder;
@@ -297,7 +318,7 @@ void TestClosing::closingEndsTheProcess()
     child.start(QCoreApplication::applicationFilePath(), {"--close", state});
     QByteArray output;
     while (!output.contains("closing\n")) {
-        QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+        QVERIFY2(child.waitForReadyRead(TIMEOUT_MS), output.constData());
         output += child.readAll();
     }
     QElapsedTimer clock;
@@ -310,7 +331,7 @@ void TestClosing::closingEndsTheProcess()
     qInfo("%lld ms", clock.elapsed());
 }
 
-void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
+void ClosingTest::aHangingPrintServerDoesNotHoldUpTheStart()
 {
     const QTemporaryDir folder;
     const QByteArray path = QFile::encodeName(folder.filePath("cups.sock"));
@@ -322,12 +343,12 @@ void TestClosing::aHangingPrintServerDoesNotHoldUpTheStart()
     child.setProcessEnvironment(environment);
     QSignalSpy finished(&child, SIGNAL(finished(int, QProcess::ExitStatus)));
     child.start(QCoreApplication::applicationFilePath(), {"--close", "nothing"});
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PATIENCE_MS / 2);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, TIMEOUT_MS / 2);
     QCOMPARE(child.exitCode(), 0);
     QVERIFY(!server.wasAsked());
 }
 
-void TestClosing::aHangingSoundServerDoesNotHoldUpTheEnd()
+void ClosingTest::aHangingSoundServerDoesNotHoldUpTheEnd()
 {
     const QTemporaryDir folder;
     const QByteArray path = QFile::encodeName(folder.filePath("pulse.sock"));
@@ -343,7 +364,7 @@ void TestClosing::aHangingSoundServerDoesNotHoldUpTheEnd()
     child.start(QCoreApplication::applicationFilePath(), {"--close", "playing"});
     QByteArray output;
     while (!output.contains("closing\n")) {
-        QVERIFY2(child.waitForReadyRead(PATIENCE_MS), output.constData());
+        QVERIFY2(child.waitForReadyRead(TIMEOUT_MS), output.constData());
         output += child.readAll();
     }
     QVERIFY(server.wasAsked());
@@ -361,7 +382,7 @@ int main(int argc, char **argv)
         DetachedThreads::exitProcess(runAndClose(argc, argv, QString::fromLocal8Bit(argv[2])),
                                      std::chrono::milliseconds(200));
     QCoreApplication application(argc, argv);
-    TestClosing test;
+    ClosingTest test;
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -14,7 +14,7 @@
 using namespace WindowProbe;
 
 /// What the keys of the table do in the window, and what a user without a mouse reaches.
-class TestCommandKeys : public QObject
+class CommandKeysTest : public QObject
 {
     Q_OBJECT
 
@@ -42,7 +42,7 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-void TestCommandKeys::init()
+void CommandKeysTest::init()
 {
     usualSettings();
     m_window = std::make_unique<MainWindow>();
@@ -51,7 +51,7 @@ void TestCommandKeys::init()
     QVERIFY(QTest::qWaitFor([this] { return QApplication::activeWindow() == m_window.get(); }));
 }
 
-void TestCommandKeys::press(int key, Qt::KeyboardModifiers modifiers)
+void CommandKeysTest::press(int key, Qt::KeyboardModifiers modifiers)
 {
     QWidget *window = QApplication::activeWindow();
     QVERIFY(window);
@@ -59,14 +59,14 @@ void TestCommandKeys::press(int key, Qt::KeyboardModifiers modifiers)
     QTest::keyClick(focus ? focus : window, Qt::Key(key), modifiers);
 }
 
-void TestCommandKeys::toolsAreTaken_data()
+void CommandKeysTest::toolsAreTaken_data()
 {
     QTest::addColumn<int>("mode");
     for (int mode = 0; mode < 4; ++mode)
         QTest::newRow(qPrintable(modes()[mode])) << mode;
 }
 
-void TestCommandKeys::toolsAreTaken()
+void CommandKeysTest::toolsAreTaken()
 {
     QFETCH(int, mode);
     enter(*m_window, mode);
@@ -83,7 +83,7 @@ void TestCommandKeys::toolsAreTaken()
     }
 }
 
-void TestCommandKeys::thePenIsChosen()
+void CommandKeysTest::thePenIsChosen()
 {
     const ImageCanvas *canvas = m_window->currentCanvas();
     press(Qt::Key_2);
@@ -104,7 +104,7 @@ void TestCommandKeys::thePenIsChosen()
     QVERIFY(button(*m_window->currentToolWindow(), "Line Color: Blue")->isChecked());
 }
 
-void TestCommandKeys::masksAndEffectsAreStepped()
+void CommandKeysTest::masksAndEffectsAreStepped()
 {
     const ImageCanvas *canvas = m_window->currentCanvas();
     for (const auto mask : {ImageCanvas::MaskCircle, ImageCanvas::MaskRectangle,
@@ -124,7 +124,7 @@ void TestCommandKeys::masksAndEffectsAreStepped()
     QCOMPARE(canvas->rotation(), 1);
 }
 
-void TestCommandKeys::modesAreEntered()
+void CommandKeysTest::modesAreEntered()
 {
     for (const int mode : {2, 1, 3, 0}) {
         press(Qt::Key_1 + mode, Qt::ControlModifier);
@@ -136,7 +136,7 @@ void TestCommandKeys::modesAreEntered()
     QCOMPARE(m_window->width(), 938);
 }
 
-void TestCommandKeys::everyKeyIsTheTexts()
+void CommandKeysTest::everyKeyIsTheTexts()
 {
     enter(*m_window, 3);
     press(Qt::Key_X);
@@ -151,7 +151,7 @@ void TestCommandKeys::everyKeyIsTheTexts()
     QVERIFY(editor->isVisible());
 }
 
-void TestCommandKeys::undoAndRedoAreGrayWithoutAnything()
+void CommandKeysTest::undoAndRedoAreGrayWithoutAnything()
 {
     enter(*m_window, 3);
     const ImageButton *undo = m_window->button(Command::Undo);
@@ -184,7 +184,7 @@ void TestCommandKeys::undoAndRedoAreGrayWithoutAnything()
     QVERIFY(!undo->isGray());
 }
 
-void TestCommandKeys::allKeysAreListed()
+void CommandKeysTest::allKeysAreListed()
 {
     press(Qt::Key_F1);
     const auto *popup = qobject_cast<MoreToolWindow *>(m_window->currentToolWindow());
@@ -194,7 +194,7 @@ void TestCommandKeys::allKeysAreListed()
     QVERIFY(!popup->isVisible());
 }
 
-void TestCommandKeys::optionsOpenWithoutHolding_data()
+void CommandKeysTest::optionsOpenWithoutHolding_data()
 {
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("modifiers");
@@ -204,7 +204,7 @@ void TestCommandKeys::optionsOpenWithoutHolding_data()
     QTest::newRow("right button") << 0 << 0;
 }
 
-void TestCommandKeys::optionsOpenWithoutHolding()
+void CommandKeysTest::optionsOpenWithoutHolding()
 {
     QFETCH(int, key);
     QFETCH(int, modifiers);
@@ -229,7 +229,7 @@ void TestCommandKeys::optionsOpenWithoutHolding()
     }
 }
 
-void TestCommandKeys::arrowsMoveInAPopUpAndEscapeGivesTheFocusBack()
+void CommandKeysTest::arrowsMoveInAPopUpAndEscapeGivesTheFocusBack()
 {
     enter(*m_window, 3);
     ImageButton *line = m_window->button(Command::Line);
@@ -256,7 +256,7 @@ void TestCommandKeys::arrowsMoveInAPopUpAndEscapeGivesTheFocusBack()
     QCOMPARE(m_window->focusWidget(), line);
 }
 
-void TestCommandKeys::theAccessibleButtonsDoWhatTheButtonsDo()
+void CommandKeysTest::theAccessibleButtonsDoWhatTheButtonsDo()
 {
     for (const Commands::Row &row : Commands::rows()) {
         ImageButton *each = m_window->button(row.command);
@@ -288,7 +288,7 @@ void TestCommandKeys::theAccessibleButtonsDoWhatTheButtonsDo()
     QCOMPARE(m_window->currentToolWindow()->toolButton(), m_window->button(Command::Effect));
 }
 
-void TestCommandKeys::theAccessibleStripsHaveValues()
+void CommandKeysTest::theAccessibleStripsHaveValues()
 {
     for (HorizontalSlider *strip : m_window->findChildren<HorizontalSlider *>()) {
         strip->setRange(0, 10);
@@ -303,5 +303,5 @@ void TestCommandKeys::theAccessibleStripsHaveValues()
     }
 }
 
-REGISTER_TEST(TestCommandKeys)
+REGISTER_TEST(CommandKeysTest)
 #include "tst_command_keys.moc"

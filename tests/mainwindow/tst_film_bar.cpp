@@ -37,7 +37,7 @@ struct FilmScene : HelperScene {
 } // namespace
 
 /// The controls of Film mode without a window.
-class TestFilmBar : public QObject
+class FilmBarTest : public QObject
 {
     Q_OBJECT
 
@@ -49,7 +49,7 @@ private slots:
     void everyButtonClosesThePopUp();
 };
 
-void TestFilmBar::theButtonsStandInARowAndJoinTheOthers()
+void FilmBarTest::theButtonsStandInARowAndJoinTheOthers()
 {
     const FilmScene scene;
     int x = 20;
@@ -64,7 +64,7 @@ void TestFilmBar::theButtonsStandInARowAndJoinTheOthers()
     }
 }
 
-void TestFilmBar::theModeShowsAndHidesItsParts()
+void FilmBarTest::theModeShowsAndHidesItsParts()
 {
     FilmScene scene;
     const QWidget *bar = scene.buttons.of(Command::PlayFilm)->parentWidget();
@@ -79,7 +79,7 @@ void TestFilmBar::theModeShowsAndHidesItsParts()
     QVERIFY(!scene.buttons.of(Command::FilmVolume)->isChecked());
 }
 
-void TestFilmBar::theFilmIsPlayedAndPaused()
+void FilmBarTest::theFilmIsPlayedAndPaused()
 {
     FilmScene scene;
     QVERIFY(scene.source.setFile("film.mov"));
@@ -96,7 +96,7 @@ void TestFilmBar::theFilmIsPlayedAndPaused()
     QCOMPARE(scene.film.volume, 0.5F);
 }
 
-void TestFilmBar::thePlayerAloneKnowsWhetherTheFilmMoves()
+void FilmBarTest::thePlayerAloneKnowsWhetherTheFilmMoves()
 {
     FilmScene scene;
     QVERIFY(scene.source.setFile("film.mov"));
@@ -109,7 +109,7 @@ void TestFilmBar::thePlayerAloneKnowsWhetherTheFilmMoves()
     QVERIFY(scene.source.moving());
 }
 
-void TestFilmBar::everyButtonClosesThePopUp()
+void FilmBarTest::everyButtonClosesThePopUp()
 {
     using Slot = void (FilmBar::*)();
     for (const Slot slot : {&FilmBar::play, &FilmBar::pause, &FilmBar::stop, &FilmBar::backward,
@@ -126,5 +126,5 @@ void TestFilmBar::everyButtonClosesThePopUp()
     QVERIFY(popup);
 }
 
-REGISTER_TEST(TestFilmBar)
+REGISTER_TEST(FilmBarTest)
 #include "tst_film_bar.moc"

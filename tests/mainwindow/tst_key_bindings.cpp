@@ -55,7 +55,7 @@ struct Scene {
 } // namespace
 
 /// Which key gives which command, and when it gives none.
-class TestKeyBindings : public QObject
+class KeyBindingsTest : public QObject
 {
     Q_OBJECT
 
@@ -69,7 +69,7 @@ private slots:
     void aFieldKeepsItsKeys();
 };
 
-void TestKeyBindings::keysHaveTheirCommands_data()
+void KeyBindingsTest::keysHaveTheirCommands_data()
 {
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("modifiers");
@@ -155,7 +155,7 @@ void TestKeyBindings::keysHaveTheirCommands_data()
     add("shift space", Qt::Key_Space, shift, all(none));
 }
 
-void TestKeyBindings::keysHaveTheirCommands()
+void KeyBindingsTest::keysHaveTheirCommands()
 {
     QFETCH(int, key);
     QFETCH(int, modifiers);
@@ -166,7 +166,7 @@ void TestKeyBindings::keysHaveTheirCommands()
     QVERIFY(!Commands::ofKey(key, Qt::KeyboardModifiers(modifiers), Modes::COUNT));
 }
 
-void TestKeyBindings::aKeyGivesTheCommandOfTheCurrentMode()
+void KeyBindingsTest::aKeyGivesTheCommandOfTheCurrentMode()
 {
     Scene scene;
     scene.send(QEvent::KeyPress, Qt::Key_Space);
@@ -178,7 +178,7 @@ void TestKeyBindings::aKeyGivesTheCommandOfTheCurrentMode()
     QVERIFY(scene.started.isEmpty());
 }
 
-void TestKeyBindings::aCommandThatLastsEndsWithItsKey()
+void KeyBindingsTest::aCommandThatLastsEndsWithItsKey()
 {
     Scene scene;
     scene.send(QEvent::KeyPress, Qt::Key_Plus);
@@ -196,7 +196,7 @@ void TestKeyBindings::aCommandThatLastsEndsWithItsKey()
     QVERIFY(scene.given.isEmpty());
 }
 
-void TestKeyBindings::aHeldKeyRepeatsStepsAlone()
+void KeyBindingsTest::aHeldKeyRepeatsStepsAlone()
 {
     Scene scene;
     scene.send(QEvent::KeyPress, Qt::Key_F11, true);
@@ -212,7 +212,7 @@ void TestKeyBindings::aHeldKeyRepeatsStepsAlone()
     }());
 }
 
-void TestKeyBindings::escapeIsTakenOnlyToLeaveSomething()
+void KeyBindingsTest::escapeIsTakenOnlyToLeaveSomething()
 {
     Scene scene;
     scene.send(QEvent::KeyPress, Qt::Key_Escape);
@@ -222,7 +222,7 @@ void TestKeyBindings::escapeIsTakenOnlyToLeaveSomething()
     QCOMPARE(scene.given, QList<Command>({Command::Leave}));
 }
 
-void TestKeyBindings::aFieldKeepsItsKeys()
+void KeyBindingsTest::aFieldKeepsItsKeys()
 {
     Scene scene;
     auto *field = new QLineEdit(&scene.window);
@@ -240,5 +240,5 @@ void TestKeyBindings::aFieldKeepsItsKeys()
     QCOMPARE(scene.given, QList<Command>({Command::NextPhotograph}));
 }
 
-REGISTER_TEST(TestKeyBindings)
+REGISTER_TEST(KeyBindingsTest)
 #include "tst_key_bindings.moc"

@@ -38,7 +38,7 @@ public:
 } // namespace
 
 /// What only a real keyboard, its repeats and a window manager show.
-class TestKeyboardDriven : public QObject
+class KeyboardDrivenTest : public QObject
 {
     Q_OBJECT
 
@@ -56,25 +56,25 @@ private:
     QTemporaryDir m_folder;
 };
 
-void TestKeyboardDriven::init()
+void KeyboardDrivenTest::init()
 {
     usualSettings();
     m_window = open();
     QVERIFY(m_window);
 }
 
-void TestKeyboardDriven::aDragInFullScreenLeavesEscapeAlive()
+void KeyboardDrivenTest::aDragInFullScreenLeavesEscapeAlive()
 {
     Pointer::key("F11");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, TIMEOUT_MS);
     Pointer::drag({900, 5}, {901, 5});
     QCOMPARE(m_window->geometry(), QRect(0, 0, 1920, 1080));
     Pointer::key("Escape");
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), TIMEOUT_MS);
     QVERIFY(!m_window->isFullScreen());
 }
 
-void TestKeyboardDriven::thePanelKeepsItsWidthAcrossFullScreen()
+void KeyboardDrivenTest::thePanelKeepsItsWidthAcrossFullScreen()
 {
     ImageButton *side = button(*m_window, "Side panel");
     const int right = m_window->geometry().right();
@@ -82,20 +82,20 @@ void TestKeyboardDriven::thePanelKeepsItsWidthAcrossFullScreen()
     for (const bool open : {false, true, false, true}) {
         Pointer::key("F11");
         QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080,
-                                 PATIENCE_MS);
+                                 TIMEOUT_MS);
         QVERIFY(clicked(side));
         QCOMPARE(m_window->width(), 1920);
         Pointer::key("F11");
         const QRect expected(QPoint(right + 1 - (open ? 938 : 800), top), QPoint(right, top + 767));
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry(), expected, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry(), expected, TIMEOUT_MS);
     }
     // Outside of it a step is still a step.
     QVERIFY(clicked(side));
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), 800, PATIENCE_MS);
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), 800, TIMEOUT_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, TIMEOUT_MS);
 }
 
-void TestKeyboardDriven::theAboutPopUpStandsByItsButtonAfterAResize()
+void KeyboardDrivenTest::theAboutPopUpStandsByItsButtonAfterAResize()
 {
     ImageButton *about = button(*m_window, "About");
     m_window->move(300, 40);
@@ -104,13 +104,13 @@ void TestKeyboardDriven::theAboutPopUpStandsByItsButtonAfterAResize()
     QVERIFY(popup);
     for (const int height : {800, 860, 780}) {
         m_window->resize(938, height);
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->height(), height, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->height(), height, TIMEOUT_MS);
         const QPoint beside = about->mapToGlobal(QPoint(about->width() + 3, 0));
-        QTRY_COMPARE_WITH_TIMEOUT(popup->pos(), beside, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(popup->pos(), beside, TIMEOUT_MS);
     }
 }
 
-void TestKeyboardDriven::aHeldPageKeyStopsWhenItIsLetGo()
+void KeyboardDrivenTest::aHeldPageKeyStopsWhenItIsLetGo()
 {
     // Photographs of 24 megapixels take longer to read than the time between two repeats, and of so
     // many only the next ones have been read ahead.
@@ -126,12 +126,12 @@ void TestKeyboardDriven::aHeldPageKeyStopsWhenItIsLetGo()
     KeyCounter presses;
     qApp->installEventFilter(&presses);
     Pointer::keyDown("Next");
-    QTRY_VERIFY_WITH_TIMEOUT(steps.count() >= 6, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(steps.count() >= 6, TIMEOUT_MS);
     Pointer::keyUp("Next");
-    QTRY_VERIFY_WITH_TIMEOUT(presses.released, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(presses.released, TIMEOUT_MS);
     QVERIFY2(steps.count() < presses.repeats,
              qPrintable(QString("%1 of %2").arg(steps.count()).arg(presses.repeats)));
 }
 
-REGISTER_TEST(TestKeyboardDriven)
+REGISTER_TEST(KeyboardDrivenTest)
 #include "tst_keyboard_driven.moc"

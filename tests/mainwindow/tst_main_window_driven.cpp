@@ -24,7 +24,7 @@ using namespace WindowProbe;
 /// Drives the whole window as a teacher does, with the mouse and the keyboard of a real display
 /// server, a window manager and the emulated camera. One window serves test after test, as a
 /// teacher's does, until one has left it changed.
-class TestMainWindowDriven : public QObject
+class MainWindowDrivenTest : public QObject
 {
     Q_OBJECT
 
@@ -55,18 +55,18 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void TestMainWindowDriven::initTestCase()
+void MainWindowDrivenTest::initTestCase()
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     m_camera = std::make_unique<VirtualCamera>();
     QVERIFY(m_camera->plug());
 }
 
-void TestMainWindowDriven::init()
+void MainWindowDrivenTest::init()
 {
     if (m_window) {
         m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get(), PATIENCE_MS));
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get(), TIMEOUT_MS));
         return;
     }
     m_folder = std::make_unique<QTemporaryDir>();
@@ -77,7 +77,7 @@ void TestMainWindowDriven::init()
     QVERIFY(m_window);
 }
 
-void TestMainWindowDriven::cleanup()
+void MainWindowDrivenTest::cleanup()
 {
     if (!QTest::currentTestFailed())
         return;
@@ -86,13 +86,13 @@ void TestMainWindowDriven::cleanup()
     m_window.reset();
 }
 
-void TestMainWindowDriven::cleanupTestCase()
+void MainWindowDrivenTest::cleanupTestCase()
 {
     m_window.reset();
     m_camera.reset();
 }
 
-bool TestMainWindowDriven::liveRuns() const
+bool MainWindowDrivenTest::liveRuns() const
 {
     // The camera itself may still stream to a window of before.
     const auto *source = m_window->findChild<LiveSource *>();
@@ -101,10 +101,10 @@ bool TestMainWindowDriven::liveRuns() const
             return source->cameraLink().frames > 2 &&
                    m_window->currentCanvas()->pictureSize() == QSize(1280, 720);
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
 }
 
-bool TestMainWindowDriven::wrote(std::uint64_t id, std::uint64_t value)
+bool MainWindowDrivenTest::wrote(std::uint64_t id, std::uint64_t value)
 {
     return QTest::qWaitFor(
         [&] {
@@ -120,17 +120,17 @@ bool TestMainWindowDriven::wrote(std::uint64_t id, std::uint64_t value)
             }
             return false;
         },
-        PATIENCE_MS);
+        TIMEOUT_MS);
 }
 
-void TestMainWindowDriven::everyButtonAnswersInEveryMode_data()
+void MainWindowDrivenTest::everyButtonAnswersInEveryMode_data()
 {
     QTest::addColumn<int>("mode");
     for (int mode = 0; mode < 4; ++mode)
         QTest::newRow(qPrintable(modes()[mode])) << mode;
 }
 
-void TestMainWindowDriven::everyButtonAnswersInEveryMode()
+void MainWindowDrivenTest::everyButtonAnswersInEveryMode()
 {
     QFETCH(int, mode);
     if (mode != 0)
@@ -165,7 +165,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
         if (m_window->currentToolWindow())
             m_window->currentToolWindow()->close();
         QVERIFY2(clicked(each), qPrintable(each->accessibleName() + each->text()));
-        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), TIMEOUT_MS);
         if (isTitle)
             QVERIFY(clicked(each));
         // The presentation's window may lie over the others.
@@ -181,7 +181,7 @@ void TestMainWindowDriven::everyButtonAnswersInEveryMode()
     m_window.reset();
 }
 
-void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
+void MainWindowDrivenTest::holdingInEveryModeOpensEveryPopUp()
 {
     for (int mode = 0; mode < 4; ++mode) {
         if (mode != 0)
@@ -201,7 +201,7 @@ void TestMainWindowDriven::holdingInEveryModeOpensEveryPopUp()
     QVERIFY(!m_window->currentToolWindow());
 }
 
-void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
+void MainWindowDrivenTest::popUpFollowsTheMovedAndResizedWindow()
 {
     ToolWindow *popup = hold(*m_window, Command::Circle);
     QVERIFY(popup);
@@ -214,45 +214,45 @@ void TestMainWindowDriven::popUpFollowsTheMovedAndResizedWindow()
     for (const QPoint place : {QPoint(40, 60), QPoint(300, 150), QPoint(0, 0)}) {
         const QPoint before = m_window->pos();
         Pointer::run({"windowmove", id, QString::number(place.x()), QString::number(place.y())});
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->pos() != before, PATIENCE_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(beside(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->pos() != before, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(beside(), TIMEOUT_MS);
         QVERIFY(popup->isVisible());
     }
     Pointer::run({"windowsize", id, "1200", "900"});
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(1200, 900), PATIENCE_MS);
-    QTRY_VERIFY_WITH_TIMEOUT(beside(), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(1200, 900), TIMEOUT_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(beside(), TIMEOUT_MS);
     popup->close();
     Pointer::run({"windowsize", id, "938", "768"});
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), TIMEOUT_MS);
 }
 
-void TestMainWindowDriven::sidePanelKeepsTheRightEdge()
+void MainWindowDrivenTest::sidePanelKeepsTheRightEdge()
 {
     m_window->move(400, 100);
-    QTRY_VERIFY_WITH_TIMEOUT(qAbs(m_window->x() - 400) < 20, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(qAbs(m_window->x() - 400) < 20, TIMEOUT_MS);
     const int right = m_window->geometry().right();
     ImageButton *side = button(*m_window, "Side panel");
     QVERIFY(hold(*m_window, Command::Line));
     for (const bool open : {false, true, false, true}) {
         QVERIFY(clicked(side));
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), open ? 938 : 800, PATIENCE_MS);
-        QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->width(), open ? 938 : 800, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_window->geometry().right(), right, TIMEOUT_MS);
         QCOMPARE(m_window->findChild<Panel *>()->isVisible(), open);
         QVERIFY(!m_window->currentToolWindow());
     }
 }
 
-void TestMainWindowDriven::maximisedWindowKeepsItsSize()
+void MainWindowDrivenTest::maximisedWindowKeepsItsSize()
 {
     m_window->showMaximized();
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->isMaximized() && m_window->width() > 1900, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->isMaximized() && m_window->width() > 1900, TIMEOUT_MS);
     // The new place is told after the new size, and the pointer needs both.
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->geometry().right() < 1920, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->geometry().right() < 1920, TIMEOUT_MS);
     const QSize size = m_window->size();
     QCOMPARE(stack(*m_window)->geometry(), QRect(174, 25, size.width() - 193, size.height() - 100));
     QVERIFY(clicked(button(*m_window, "Side panel")));
     QTRY_COMPARE_WITH_TIMEOUT(stack(*m_window)->geometry(),
-                              QRect(36, 25, size.width() - 55, size.height() - 100), PATIENCE_MS);
+                              QRect(36, 25, size.width() - 55, size.height() - 100), TIMEOUT_MS);
     QCOMPARE(m_window->size(), size);
     QVERIFY(clicked(button(*m_window, "Side panel")));
     QVERIFY(hold(*m_window, Command::Text));
@@ -260,10 +260,10 @@ void TestMainWindowDriven::maximisedWindowKeepsItsSize()
         QVERIFY(enterMode(*m_window, mode));
     QVERIFY(!m_window->currentToolWindow());
     m_window->showNormal();
-    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_window->size(), QSize(938, 768), TIMEOUT_MS);
 }
 
-void TestMainWindowDriven::buttonsSteerTheCamera()
+void MainWindowDrivenTest::buttonsSteerTheCamera()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -290,7 +290,7 @@ void TestMainWindowDriven::buttonsSteerTheCamera()
     QVERIFY(wrote(OPTICAL_ZOOM_POSITION, 0));
 }
 
-void TestMainWindowDriven::aZoomHeldOverAModeChangeIsReleased()
+void MainWindowDrivenTest::aZoomHeldOverAModeChangeIsReleased()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -314,7 +314,7 @@ void TestMainWindowDriven::aZoomHeldOverAModeChangeIsReleased()
     Pointer::keyUp("plus");
 }
 
-void TestMainWindowDriven::aZoomEndsWithItsKey()
+void MainWindowDrivenTest::aZoomEndsWithItsKey()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
@@ -337,28 +337,28 @@ void TestMainWindowDriven::aZoomEndsWithItsKey()
     QVERIFY(wrote(ZOOM_OUT_KEY, 0));
 }
 
-void TestMainWindowDriven::keysServeThePresenter()
+void MainWindowDrivenTest::keysServeThePresenter()
 {
     using namespace CameraParameter;
     QVERIFY(liveRuns());
     m_transfers.clear();
     (void)m_camera->takeExtensionTransfers();
     Pointer::key("space");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->currentCanvas()->frozen, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->currentCanvas()->frozen, TIMEOUT_MS);
     QVERIFY(m_window->button(Command::Freeze)->isChecked());
     Pointer::key("space");
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->currentCanvas()->frozen, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->currentCanvas()->frozen, TIMEOUT_MS);
     Pointer::key("KP_Subtract");
     QVERIFY(wrote(ZOOM_OUT_KEY, 1));
     QVERIFY(wrote(ZOOM_OUT_KEY, 0));
 
     Pointer::key("ctrl+s");
-    QTRY_COMPARE_WITH_TIMEOUT(QDir(m_folder->path()).entryList({"*.jpg"}).size(), 1, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(QDir(m_folder->path()).entryList({"*.jpg"}).size(), 1, TIMEOUT_MS);
 
     Pointer::key("F11");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen() && m_window->height() == 1080, TIMEOUT_MS);
     Pointer::key("Escape");
-    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isFullScreen() && m_window->height() == 768, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_window->isFullScreen() && m_window->height() == 768, TIMEOUT_MS);
     Pointer::key("Escape");
 
     for (int i = 0; i < 3; ++i) {
@@ -378,7 +378,7 @@ void TestMainWindowDriven::keysServeThePresenter()
     const int count = QDir(m_folder->path()).entryList({"*.jpg", "*.png"}).size();
     const auto reads = [&](int id) {
         const QString text = QString("%1/%2").arg(id).arg(count);
-        return QTest::qWaitFor([&] { return index->text() == text; }, PATIENCE_MS);
+        return QTest::qWaitFor([&] { return index->text() == text; }, TIMEOUT_MS);
     };
     QVERIFY(reads(1));
     const struct {
@@ -391,5 +391,5 @@ void TestMainWindowDriven::keysServeThePresenter()
     }
 }
 
-REGISTER_TEST(TestMainWindowDriven)
+REGISTER_TEST(MainWindowDrivenTest)
 #include "tst_main_window_driven.moc"

@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class TestPageFit : public QObject
+class PageFitTest : public QObject
 {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ private slots:
     void withoutAreaThereIsNothingToPrint();
 };
 
-void TestPageFit::fitsAndCentres_data()
+void PageFitTest::fitsAndCentres_data()
 {
     QTest::addColumn<QSize>("picture");
     QTest::addColumn<QSize>("page");
@@ -38,7 +38,7 @@ void TestPageFit::fitsAndCentres_data()
         << QSize(1, 1) << QSize(300, 200) << false << QRect(50, 0, 200, 200);
 }
 
-void TestPageFit::fitsAndCentres()
+void PageFitTest::fitsAndCentres()
 {
     QFETCH(QSize, picture);
     QFETCH(QSize, page);
@@ -50,7 +50,7 @@ void TestPageFit::fitsAndCentres()
     QCOMPARE(fit->target, target);
 }
 
-void TestPageFit::withoutAreaThereIsNothingToPrint_data()
+void PageFitTest::withoutAreaThereIsNothingToPrint_data()
 {
     QTest::addColumn<QSize>("picture");
     QTest::addColumn<QSize>("page");
@@ -61,12 +61,12 @@ void TestPageFit::withoutAreaThereIsNothingToPrint_data()
     QTest::newRow("flat page") << QSize(10, 10) << QSize(0, 1000);
 }
 
-void TestPageFit::withoutAreaThereIsNothingToPrint()
+void PageFitTest::withoutAreaThereIsNothingToPrint()
 {
     QFETCH(QSize, picture);
     QFETCH(QSize, page);
     QVERIFY(!PageFit::of(picture, page));
 }
 
-REGISTER_PLAIN_TEST(TestPageFit)
+REGISTER_PLAIN_TEST(PageFitTest)
 #include "tst_page_fit.moc"

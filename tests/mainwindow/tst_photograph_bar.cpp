@@ -45,7 +45,7 @@ struct PhotographScene : HelperScene {
 } // namespace
 
 /// The controls of Photograph mode without a window.
-class TestPhotographBar : public QObject
+class PhotographBarTest : public QObject
 {
     Q_OBJECT
 
@@ -58,7 +58,7 @@ private slots:
     void everyButtonClosesThePopUp();
 };
 
-void TestPhotographBar::theButtonsJoinTheOthers()
+void PhotographBarTest::theButtonsJoinTheOthers()
 {
     const PhotographScene scene;
     int x = 20;
@@ -71,7 +71,7 @@ void TestPhotographBar::theButtonsJoinTheOthers()
     }
 }
 
-void TestPhotographBar::theModeShowsAndHidesItsParts()
+void PhotographBarTest::theModeShowsAndHidesItsParts()
 {
     PhotographScene scene;
     const QWidget *bar = scene.slideshow()->parentWidget();
@@ -89,7 +89,7 @@ void TestPhotographBar::theModeShowsAndHidesItsParts()
     QVERIFY(!scene.buttons.of(Command::SlideshowInterval)->isChecked());
 }
 
-void TestPhotographBar::theSlideshowsButtonShowsTheSource()
+void PhotographBarTest::theSlideshowsButtonShowsTheSource()
 {
     PhotographScene scene;
     QVERIFY(scene.openFolder(3));
@@ -103,7 +103,7 @@ void TestPhotographBar::theSlideshowsButtonShowsTheSource()
     QVERIFY(!scene.slideshow()->isChecked());
 }
 
-void TestPhotographBar::theIndexCountsFromOne()
+void PhotographBarTest::theIndexCountsFromOne()
 {
     PhotographScene scene;
     QVERIFY(scene.openFolder(3));
@@ -114,7 +114,7 @@ void TestPhotographBar::theIndexCountsFromOne()
     QVERIFY(found);
 }
 
-void TestPhotographBar::theIntervalHasItsSeconds()
+void PhotographBarTest::theIntervalHasItsSeconds()
 {
     PhotographScene scene;
     QSignalSpy moved(&scene.bar, &PhotographBar::intervalMoved);
@@ -128,7 +128,7 @@ void TestPhotographBar::theIntervalHasItsSeconds()
     QCOMPARE(scene.source.playInterval(), 30000);
 }
 
-void TestPhotographBar::everyButtonClosesThePopUp()
+void PhotographBarTest::everyButtonClosesThePopUp()
 {
     using Slot = void (PhotographBar::*)();
     for (const Slot slot :
@@ -146,5 +146,5 @@ void TestPhotographBar::everyButtonClosesThePopUp()
     QVERIFY(popup);
 }
 
-REGISTER_TEST(TestPhotographBar)
+REGISTER_TEST(PhotographBarTest)
 #include "tst_photograph_bar.moc"

@@ -38,7 +38,7 @@ QImage shown(QWidget &view)
 } // namespace
 
 /// The window for the class, beside a main window without a second screen.
-class TestPresentation : public PresentationProbe
+class PresentationTest : public PresentationProbe
 {
     Q_OBJECT
 
@@ -343,6 +343,6 @@ private:
     }
 };
 
-REGISTER_TEST(TestPresentation)
+REGISTER_TEST(PresentationTest)
 
 #include "tst_presentation.moc"

@@ -49,7 +49,7 @@ QImage onScreen(const QScreen &screen)
 } // namespace
 
 /// The window for the class on screens that are plugged and pulled under it.
-class TestPresentationScreens : public PresentationProbe
+class PresentationScreensTest : public PresentationProbe
 {
     Q_OBJECT
 
@@ -145,6 +145,6 @@ private slots:
     }
 };
 
-REGISTER_TEST(TestPresentationScreens)
+REGISTER_TEST(PresentationScreensTest)
 
 #include "tst_presentation_screens.moc"

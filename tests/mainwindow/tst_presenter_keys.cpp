@@ -30,7 +30,7 @@ bool becomesActive(const QWidget *window)
 } // namespace
 
 /// The keys of a presenter remote in the main window and its pop-ups.
-class TestPresenterKeys : public QObject
+class PresenterKeysTest : public QObject
 {
     Q_OBJECT
 
@@ -66,7 +66,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-void TestPresenterKeys::init()
+void PresenterKeysTest::init()
 {
     usualSettings();
     m_window = std::make_unique<MainWindow>();
@@ -75,12 +75,12 @@ void TestPresenterKeys::init()
     QVERIFY(becomesActive(m_window.get()));
 }
 
-void TestPresenterKeys::cleanup()
+void PresenterKeysTest::cleanup()
 {
     m_window.reset();
 }
 
-void TestPresenterKeys::press(int key, Qt::KeyboardModifiers modifiers)
+void PresenterKeysTest::press(int key, Qt::KeyboardModifiers modifiers)
 {
     QWidget *window = QApplication::activeWindow();
     QVERIFY(window);
@@ -88,14 +88,14 @@ void TestPresenterKeys::press(int key, Qt::KeyboardModifiers modifiers)
     QTest::keyClick(focus ? focus : window, Qt::Key(key), modifiers);
 }
 
-void TestPresenterKeys::send(QEvent::Type type, int key, quint32 scanCode, bool repeated)
+void PresenterKeysTest::send(QEvent::Type type, int key, quint32 scanCode, bool repeated)
 {
     QKeyEvent event(type, key, Qt::NoModifier, scanCode, 0, 0, QString(), repeated);
     QWidget *focus = m_window->focusWidget();
     QCoreApplication::sendEvent(focus ? focus : m_window.get(), &event);
 }
 
-void TestPresenterKeys::openFolder()
+void PresenterKeysTest::openFolder()
 {
     for (int i = 0; i < 5; ++i) {
         QImage image(64, 48, QImage::Format_RGB32);
@@ -107,7 +107,7 @@ void TestPresenterKeys::openFolder()
     QVERIFY(source->setDirectory(QDir(m_folder.path()), "0.png"));
 }
 
-QTextEdit *TestPresenterKeys::openText()
+QTextEdit *PresenterKeysTest::openText()
 {
     enter(*m_window, 3);
     m_window->button(Command::Text)->click();
@@ -115,7 +115,7 @@ QTextEdit *TestPresenterKeys::openText()
     return m_window->currentCanvas()->findChild<QTextEdit *>();
 }
 
-void TestPresenterKeys::noButtonHasTheFocusAtTheStart()
+void PresenterKeysTest::noButtonHasTheFocusAtTheStart()
 {
     QVERIFY(!qobject_cast<QAbstractButton *>(QApplication::focusWidget()));
     m_window->About();
@@ -128,14 +128,14 @@ void TestPresenterKeys::noButtonHasTheFocusAtTheStart()
     QVERIFY(!qobject_cast<QAbstractButton *>(QApplication::focusWidget()));
 }
 
-void TestPresenterKeys::aKeyWithoutAnActionDoesNothing_data()
+void PresenterKeysTest::aKeyWithoutAnActionDoesNothing_data()
 {
     QTest::addColumn<int>("mode");
     for (int mode = 0; mode < 4; ++mode)
         QTest::newRow(qPrintable(modes()[mode])) << mode;
 }
 
-void TestPresenterKeys::aKeyWithoutAnActionDoesNothing()
+void PresenterKeysTest::aKeyWithoutAnActionDoesNothing()
 {
     QFETCH(int, mode);
     if (mode != 0)
@@ -163,7 +163,7 @@ void TestPresenterKeys::aKeyWithoutAnActionDoesNothing()
     QCOMPARE(m_window->currentMode(), mode);
 }
 
-void TestPresenterKeys::theTabKeyGivesAButtonItsKeys()
+void PresenterKeysTest::theTabKeyGivesAButtonItsKeys()
 {
     press(Qt::Key_Tab);
     press(Qt::Key_Tab);
@@ -182,7 +182,7 @@ void TestPresenterKeys::theTabKeyGivesAButtonItsKeys()
     QCOMPARE(m_window->currentMode(), 2);
 }
 
-void TestPresenterKeys::aUsedSliderThatIsHiddenLeavesNothingBehind_data()
+void PresenterKeysTest::aUsedSliderThatIsHiddenLeavesNothingBehind_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<QString>("name");
@@ -191,7 +191,7 @@ void TestPresenterKeys::aUsedSliderThatIsHiddenLeavesNothingBehind_data()
     QTest::newRow("interval") << 2 << "Slideshow interval" << 1;
 }
 
-void TestPresenterKeys::aUsedSliderThatIsHiddenLeavesNothingBehind()
+void PresenterKeysTest::aUsedSliderThatIsHiddenLeavesNothingBehind()
 {
     QFETCH(int, mode);
     QFETCH(QString, name);
@@ -214,7 +214,7 @@ void TestPresenterKeys::aUsedSliderThatIsHiddenLeavesNothingBehind()
     }
 }
 
-void TestPresenterKeys::aThumbnailTakesNoFocusFromAClick()
+void PresenterKeysTest::aThumbnailTakesNoFocusFromAClick()
 {
     openFolder();
     QTest::mouseClick(button(*m_window, "Thumbnails"), Qt::LeftButton);
@@ -229,7 +229,7 @@ void TestPresenterKeys::aThumbnailTakesNoFocusFromAClick()
     QCOMPARE(changed.last()[0].toInt(), 2);
 }
 
-void TestPresenterKeys::pageDownTurnsThePageWhateverWasUsedLast()
+void PresenterKeysTest::pageDownTurnsThePageWhateverWasUsedLast()
 {
     openFolder();
     QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
@@ -253,7 +253,7 @@ void TestPresenterKeys::pageDownTurnsThePageWhateverWasUsedLast()
     QCOMPARE(changed.last()[0].toInt(), 2);
 }
 
-void TestPresenterKeys::repeatsDuringAStepAreDropped()
+void PresenterKeysTest::repeatsDuringAStepAreDropped()
 {
     openFolder();
     QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
@@ -266,7 +266,7 @@ void TestPresenterKeys::repeatsDuringAStepAreDropped()
     }
 }
 
-void TestPresenterKeys::everyPressOfItsOwnIsAStep()
+void PresenterKeysTest::everyPressOfItsOwnIsAStep()
 {
     openFolder();
     QSignalSpy changed(m_window->findChild<PhotographSource *>(), SIGNAL(photographChanged(int)));
@@ -277,7 +277,7 @@ void TestPresenterKeys::everyPressOfItsOwnIsAStep()
     }
 }
 
-void TestPresenterKeys::aZoomEndsWithItsKeyWhateverItsSign()
+void PresenterKeysTest::aZoomEndsWithItsKeyWhateverItsSign()
 {
     QSignalSpy released(m_window->findChild<KeyBindings *>(), &KeyBindings::stopped);
     // Shift and "=" give a plus; Shift is let go first.
@@ -286,19 +286,19 @@ void TestPresenterKeys::aZoomEndsWithItsKeyWhateverItsSign()
     QCOMPARE(released.count(), 0);
     send(QEvent::KeyRelease, Qt::Key_Equal, 21);
     QCOMPARE(released.count(), 1);
-    // Another key of the same sign is none of its business.
+    // The release of another key with the same sign does not count.
     send(QEvent::KeyPress, Qt::Key_Plus, 21);
     send(QEvent::KeyRelease, Qt::Key_Plus, 86);
     QCOMPARE(released.count(), 1);
     send(QEvent::KeyRelease, Qt::Key_Plus, 21);
     QCOMPARE(released.count(), 2);
-    // Where no scan code is told, the sign has to do.
+    // Where no scan code is reported, the sign has to be enough.
     send(QEvent::KeyPress, Qt::Key_Plus, 0);
     send(QEvent::KeyRelease, Qt::Key_Plus, 0);
     QCOMPARE(released.count(), 3);
 }
 
-void TestPresenterKeys::aSecondZoomKeyEndsTheFirst()
+void PresenterKeysTest::aSecondZoomKeyEndsTheFirst()
 {
     auto *keys = m_window->findChild<KeyBindings *>();
     QStringList said;
@@ -315,14 +315,14 @@ void TestPresenterKeys::aSecondZoomKeyEndsTheFirst()
     QCOMPARE(said, QStringList({"in", "in ends", "out", "out ends"}));
 }
 
-void TestPresenterKeys::aModeChangeOrAnotherWindowEndsAKeysZoom_data()
+void PresenterKeysTest::aModeChangeOrAnotherWindowEndsAKeysZoom_data()
 {
     QTest::addColumn<bool>("modeChange");
     QTest::newRow("mode change") << true;
     QTest::newRow("another window") << false;
 }
 
-void TestPresenterKeys::aModeChangeOrAnotherWindowEndsAKeysZoom()
+void PresenterKeysTest::aModeChangeOrAnotherWindowEndsAKeysZoom()
 {
     QFETCH(bool, modeChange);
     send(QEvent::KeyPress, Qt::Key_Plus, 86);
@@ -346,7 +346,7 @@ void TestPresenterKeys::aModeChangeOrAnotherWindowEndsAKeysZoom()
     QCOMPARE(released.count(), 0);
 }
 
-void TestPresenterKeys::escapeClosesAPopUpBeforeFullScreen()
+void PresenterKeysTest::escapeClosesAPopUpBeforeFullScreen()
 {
     m_window->toggleFullScreen();
     QVERIFY(m_window->isFullScreen());
@@ -368,7 +368,7 @@ void TestPresenterKeys::escapeClosesAPopUpBeforeFullScreen()
     QVERIFY(!m_window->isFullScreen());
 }
 
-void TestPresenterKeys::aPopUpKeepsItsKeysFromAnOpenText()
+void PresenterKeysTest::aPopUpKeepsItsKeysFromAnOpenText()
 {
     QTextEdit *text = openText();
     QVERIFY(text && text->isVisible());
@@ -401,5 +401,5 @@ void TestPresenterKeys::aPopUpKeepsItsKeysFromAnOpenText()
     QVERIFY(text->isVisible());
 }
 
-REGISTER_TEST(TestPresenterKeys)
+REGISTER_TEST(PresenterKeysTest)
 #include "tst_presenter_keys.moc"

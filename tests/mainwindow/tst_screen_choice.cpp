@@ -24,7 +24,7 @@ int chosen(const std::vector<Screen> &screens, const QRect &window, const QStrin
 } // namespace
 
 /// Which screen the class sees.
-class TestScreenChoice : public QObject
+class ScreenChoiceTest : public QObject
 {
     Q_OBJECT
 
@@ -70,6 +70,6 @@ private slots:
     }
 };
 
-REGISTER_PLAIN_TEST(TestScreenChoice)
+REGISTER_PLAIN_TEST(ScreenChoiceTest)
 
 #include "tst_screen_choice.moc"

@@ -18,7 +18,7 @@ struct ToolScene : HelperScene {
 } // namespace
 
 /// What the buttons of drawing, mask and effect do, without a window.
-class TestToolActions : public QObject
+class ToolActionsTest : public QObject
 {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ private slots:
     void aModeWithoutAToolChecksNothing();
 };
 
-void TestToolActions::aToolIsTaken_data()
+void ToolActionsTest::aToolIsTaken_data()
 {
     QTest::addColumn<Command>("command");
     for (const Commands::Row &row : Commands::rows()) {
@@ -42,7 +42,7 @@ void TestToolActions::aToolIsTaken_data()
     }
 }
 
-void TestToolActions::aToolIsTaken()
+void ToolActionsTest::aToolIsTaken()
 {
     QFETCH(Command, command);
     const Commands::Row &row = Commands::row(command);
@@ -59,7 +59,7 @@ void TestToolActions::aToolIsTaken()
     QVERIFY(own);
 }
 
-void TestToolActions::optionsOpenBesideTheirButton_data()
+void ToolActionsTest::optionsOpenBesideTheirButton_data()
 {
     QTest::addColumn<Command>("command");
     for (const Commands::Row &row : Commands::rows()) {
@@ -68,7 +68,7 @@ void TestToolActions::optionsOpenBesideTheirButton_data()
     }
 }
 
-void TestToolActions::optionsOpenBesideTheirButton()
+void ToolActionsTest::optionsOpenBesideTheirButton()
 {
     QFETCH(Command, command);
     ToolScene scene;
@@ -82,7 +82,7 @@ void TestToolActions::optionsOpenBesideTheirButton()
         QCOMPARE(scene.deck.current()->mouseMode(), *row.tool);
 }
 
-void TestToolActions::theMaskIsRemembered()
+void ToolActionsTest::theMaskIsRemembered()
 {
     ToolScene scene;
     ImageButton *button = scene.buttons.of(Command::Mask);
@@ -100,7 +100,7 @@ void TestToolActions::theMaskIsRemembered()
     QCOMPARE(click(true), CanvasModes::MaskTop);
 }
 
-void TestToolActions::theButtonsShowTheCanvas_data()
+void ToolActionsTest::theButtonsShowTheCanvas_data()
 {
     QTest::addColumn<int>("mask");
     QTest::addColumn<int>("effect");
@@ -120,7 +120,7 @@ void TestToolActions::theButtonsShowTheCanvas_data()
                              << "ICON_EFFECT_COLOR";
 }
 
-void TestToolActions::theButtonsShowTheCanvas()
+void ToolActionsTest::theButtonsShowTheCanvas()
 {
     QFETCH(int, mask);
     QFETCH(int, effect);
@@ -147,7 +147,7 @@ void TestToolActions::theButtonsShowTheCanvas()
     QVERIFY(scene.buttons.of(Command::Arrow)->isChecked());
 }
 
-void TestToolActions::aModeWithoutAToolChecksNothing()
+void ToolActionsTest::aModeWithoutAToolChecksNothing()
 {
     ToolScene scene;
     scene.buttons.of(Command::Line)->setChecked(true);
@@ -157,5 +157,5 @@ void TestToolActions::aModeWithoutAToolChecksNothing()
     QVERIFY(scene.tools.exclusive());
 }
 
-REGISTER_TEST(TestToolActions)
+REGISTER_TEST(ToolActionsTest)
 #include "tst_tool_actions.moc"

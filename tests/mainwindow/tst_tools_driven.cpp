@@ -11,7 +11,7 @@ using namespace DrivenWindow;
 
 /// Chooses in every tool's pop-up and draws on the board, with the mouse and the keyboard of a real
 /// display server, and looks at the screen.
-class TestToolsDriven : public QObject
+class ToolsDrivenTest : public QObject
 {
     Q_OBJECT
 
@@ -33,14 +33,14 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-void TestToolsDriven::init()
+void ToolsDrivenTest::init()
 {
     m_window = open();
     QVERIFY(m_window);
     QVERIFY(enterMode(*m_window, 3));
 }
 
-void TestToolsDriven::everyLineChoiceShowsInThePicture()
+void ToolsDrivenTest::everyLineChoiceShowsInThePicture()
 {
     QVERIFY(clicked(m_window->button(Command::Line)));
     const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
@@ -65,7 +65,7 @@ void TestToolsDriven::everyLineChoiceShowsInThePicture()
     }
 }
 
-void TestToolsDriven::everyShapeIsFilledAsChosen_data()
+void ToolsDrivenTest::everyShapeIsFilledAsChosen_data()
 {
     QTest::addColumn<int>("tool");
     QTest::newRow("rectangle") << int(Command::Rectangle);
@@ -74,7 +74,7 @@ void TestToolsDriven::everyShapeIsFilledAsChosen_data()
     QTest::newRow("triangle") << int(Command::Triangle);
 }
 
-void TestToolsDriven::everyShapeIsFilledAsChosen()
+void ToolsDrivenTest::everyShapeIsFilledAsChosen()
 {
     QFETCH(int, tool);
     const QRgb colors[] = {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
@@ -93,7 +93,7 @@ void TestToolsDriven::everyShapeIsFilledAsChosen()
     QVERIFY(!m_window->currentCanvas()->fillEnabled);
 }
 
-void TestToolsDriven::everyEraserWidthErases()
+void ToolsDrivenTest::everyEraserWidthErases()
 {
     m_window->currentCanvas()->penWidth = 12;
     for (int i = 0; i < 4; ++i) {
@@ -113,7 +113,7 @@ void TestToolsDriven::everyEraserWidthErases()
     QVERIFY(shows(*m_window, 300, 400, 0xFFFFFFFF));
 }
 
-void TestToolsDriven::textIsWrittenAsChosen()
+void ToolsDrivenTest::textIsWrittenAsChosen()
 {
     const QRgb colors[] = {0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFF0000FF};
     const auto inked = [this](QRect area, QRgb color) {
@@ -137,23 +137,23 @@ void TestToolsDriven::textIsWrittenAsChosen()
         Pointer::click(onCanvas(*m_window, at.x(), at.y()));
         auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
         QVERIFY(editor);
-        QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), TIMEOUT_MS);
         Pointer::type("MM");
-        QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("MM"), PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("MM"), TIMEOUT_MS);
         Pointer::click(onCanvas(*m_window, 700, 60));
-        QTRY_VERIFY_WITH_TIMEOUT(!editor->isVisible(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!editor->isVisible(), TIMEOUT_MS);
         const QRect area(at, QSize(140, 90));
-        QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 20, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 20, TIMEOUT_MS);
         if (i == 1)
             smaller = area;
         // Both are counted now, as the letters of the editor may stay on the screen for a moment.
         if (i == 3)
             QTRY_VERIFY_WITH_TIMEOUT(inked(area, colors[i]) > 2 * inked(smaller, colors[1]),
-                                     PATIENCE_MS);
+                                     TIMEOUT_MS);
     }
 }
 
-void TestToolsDriven::everyMaskCoversItsPart()
+void ToolsDrivenTest::everyMaskCoversItsPart()
 {
     // The board is 745 wide and 419 high in the middle of the canvas.
     const struct {
@@ -179,7 +179,7 @@ void TestToolsDriven::everyMaskCoversItsPart()
     QVERIFY(shows(*m_window, 372, 200, 0xFF000000));
 }
 
-void TestToolsDriven::everyEffectShowsInThePicture()
+void ToolsDrivenTest::everyEffectShowsInThePicture()
 {
     m_window->currentCanvas()->fillCanvas(QColor(200, 40, 90));
     QVERIFY(shows(*m_window, 372, 400, 0xFFC8285A));
@@ -193,7 +193,7 @@ void TestToolsDriven::everyEffectShowsInThePicture()
     }
 }
 
-void TestToolsDriven::everyBoardColorFillsTheBoard()
+void ToolsDrivenTest::everyBoardColorFillsTheBoard()
 {
     ToolWindow *popup = hold(*m_window, Command::FillBackground);
     QVERIFY(popup);
@@ -204,15 +204,15 @@ void TestToolsDriven::everyBoardColorFillsTheBoard()
     }
 }
 
-void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
+void ToolsDrivenTest::everyKeyGoesToTheTextBeingTyped()
 {
     QVERIFY(clicked(m_window->button(Command::Text)));
     Pointer::click(onCanvas(*m_window, 200, 350));
     auto *editor = m_window->currentCanvas()->findChild<QTextEdit *>();
-    QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(editor->isVisible() && editor->hasFocus(), TIMEOUT_MS);
     for (const char *name : {"a", "space", "plus", "minus", "Next", "F11", "ctrl+s", "ctrl+p", "b"})
         Pointer::key(name);
-    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-b"), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-b"), TIMEOUT_MS);
     QVERIFY(!m_window->isFullScreen());
     QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
     // Choosing a colour in the pop-up does not take the keys away.
@@ -220,12 +220,12 @@ void TestToolsDriven::everyKeyGoesToTheTextBeingTyped()
     QVERIFY(popup);
     QVERIFY(clicked(row(popup, 43)[1]));
     Pointer::type("c +");
-    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-bc +"), PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(editor->toPlainText(), QString("a +-bc +"), TIMEOUT_MS);
     QCOMPARE(m_window->currentCanvas()->zoomScale(), 1.0);
     // Escape alone is not the text's: it ends it.
     Pointer::key("Escape");
-    QTRY_VERIFY_WITH_TIMEOUT(editor->isHidden(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(editor->isHidden(), TIMEOUT_MS);
 }
 
-REGISTER_TEST(TestToolsDriven)
+REGISTER_TEST(ToolsDrivenTest)
 #include "tst_tools_driven.moc"

@@ -12,7 +12,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 } // namespace
 
@@ -68,7 +68,7 @@ private slots:
         QSignalSpy failures(canvas, SIGNAL(snapshotFailed(QString, QString)));
         canvas->snapshotFolder = "/proc"; // takes no files, not even from root
         canvas->snapshot();
-        QVERIFY(failures.count() > 0 || failures.wait(PATIENCE_MS));
+        QVERIFY(failures.count() > 0 || failures.wait(TIMEOUT_MS));
         QVERIFY(m_more->isMarked());
         openCameraPage();
         QVERIFY(m_more->isMarked());
@@ -98,7 +98,7 @@ private:
 
     bool comes(const QString &beginning) const
     {
-        return QTest::qWaitFor([&] { return sentence().startsWith(beginning); }, PATIENCE_MS);
+        return QTest::qWaitFor([&] { return sentence().startsWith(beginning); }, TIMEOUT_MS);
     }
 
     std::unique_ptr<VirtualCamera> m_camera;

@@ -15,7 +15,7 @@
 using namespace WindowProbe;
 
 /// Snapshots and recordings, as far as no camera is needed.
-class TestWindowCapture : public QObject
+class WindowCaptureTest : public QObject
 {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ private slots:
     void withoutAPrinterItSaysSo();
 };
 
-void TestWindowCapture::snapshotWithoutAFolderSaysSo()
+void WindowCaptureTest::snapshotWithoutAFolderSaysSo()
 {
     MainWindow window;
     for (const QString &folder : {QString("/no/such/folder"), QString()}) {
@@ -53,7 +53,7 @@ void TestWindowCapture::snapshotWithoutAFolderSaysSo()
     }
 }
 
-void TestWindowCapture::singleSnapshotIsWritten()
+void WindowCaptureTest::singleSnapshotIsWritten()
 {
     const QTemporaryDir folder;
     Config::setSnapshotPath(folder.path());
@@ -67,7 +67,7 @@ void TestWindowCapture::singleSnapshotIsWritten()
                 .hasMatch());
 }
 
-void TestWindowCapture::seriesBelongsToItsCanvas()
+void WindowCaptureTest::seriesBelongsToItsCanvas()
 {
     const QTemporaryDir folder;
     Config::setSnapshotPath(folder.path());
@@ -104,7 +104,7 @@ void TestWindowCapture::seriesBelongsToItsCanvas()
     QVERIFY(!button->isCheckable());
 }
 
-void TestWindowCapture::aSeriesWhoseFolderIsAwayStaysAsItWas()
+void WindowCaptureTest::aSeriesWhoseFolderIsAwayStaysAsItWas()
 {
     const QTemporaryDir parent;
     const QString folder = parent.filePath("shots");
@@ -141,7 +141,7 @@ void TestWindowCapture::aSeriesWhoseFolderIsAwayStaysAsItWas()
     clickWithoutTheFolder(false);
 }
 
-void TestWindowCapture::recordingWithoutAFolderSaysSo()
+void WindowCaptureTest::recordingWithoutAFolderSaysSo()
 {
     MainWindow window;
     Config::setRecordPath("/no/such/folder");
@@ -161,7 +161,7 @@ void TestWindowCapture::recordingWithoutAFolderSaysSo()
     }
 }
 
-void TestWindowCapture::recordingShowsItselfAndUnfreezes()
+void WindowCaptureTest::recordingShowsItselfAndUnfreezes()
 {
     MainWindow window;
     QList<ImageButton *> records;
@@ -185,7 +185,7 @@ void TestWindowCapture::recordingShowsItselfAndUnfreezes()
     }
 }
 
-void TestWindowCapture::aRecordingReplacesTheFileOfItsSecond()
+void WindowCaptureTest::aRecordingReplacesTheFileOfItsSecond()
 {
     const QTemporaryDir folder;
     Config::setRecordPath(folder.path());
@@ -195,14 +195,14 @@ void TestWindowCapture::aRecordingReplacesTheFileOfItsSecond()
         QFile file(folder.filePath(now.addSecs(i).toString("yyyy-MM-dd_hh-mm-ss") + ".mov"));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    // Without a camera nothing takes the place of the one that goes.
+    // Without a camera no button takes the place of the one that is hidden.
     const MainWindow window;
     window.button(Command::Record)->click();
     QVERIFY(window.recording());
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), COMING_SECONDS - 1);
 }
 
-void TestWindowCapture::recordingSurvivesAModeChange()
+void WindowCaptureTest::recordingSurvivesAModeChange()
 {
     MainWindow window;
     window.button(Command::Record)->click();
@@ -225,7 +225,7 @@ void TestWindowCapture::recordingSurvivesAModeChange()
     emit window.liveSource()->recordFailed("The disk is full.");
 }
 
-void TestWindowCapture::withoutAPrinterItSaysSo()
+void WindowCaptureTest::withoutAPrinterItSaysSo()
 {
     MainWindow window;
     QString title;
@@ -240,5 +240,5 @@ void TestWindowCapture::withoutAPrinterItSaysSo()
     QCOMPARE(message, QString("No printers found on this system."));
 }
 
-REGISTER_TEST(TestWindowCapture)
+REGISTER_TEST(WindowCaptureTest)
 #include "tst_window_capture.moc"

@@ -14,7 +14,7 @@
 using namespace WindowProbe;
 
 /// How the window stands once it is built.
-class TestWindowConstruction : public QObject
+class WindowConstructionTest : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private slots:
     void settingsOutOfRangeAreHarmless();
 };
 
-void TestWindowConstruction::startsInLiveModeWithTheSidePanelOpen()
+void WindowConstructionTest::startsInLiveModeWithTheSidePanelOpen()
 {
     const MainWindow window;
     QCOMPARE(window.size(), QSize(938, 768));
@@ -55,7 +55,7 @@ void TestWindowConstruction::startsInLiveModeWithTheSidePanelOpen()
     QVERIFY(!(window.windowFlags() & Qt::FramelessWindowHint));
 }
 
-void TestWindowConstruction::hasEverySlotOfTheTables()
+void WindowConstructionTest::hasEverySlotOfTheTables()
 {
     const QMetaObject &meta = MainWindow::staticMetaObject;
     QStringList names{"switchMode()",
@@ -82,7 +82,7 @@ void TestWindowConstruction::hasEverySlotOfTheTables()
     QVERIFY(meta.indexOfSignal("modeChanged()") >= 0);
 }
 
-void TestWindowConstruction::everyButtonHasANameAndTheTipsStand()
+void WindowConstructionTest::everyButtonHasANameAndTheTipsStand()
 {
     const MainWindow window;
     const auto buttons = window.findChildren<QAbstractButton *>();
@@ -102,7 +102,7 @@ void TestWindowConstruction::everyButtonHasANameAndTheTipsStand()
     }
 }
 
-void TestWindowConstruction::canvasesHaveTheirIndications()
+void WindowConstructionTest::canvasesHaveTheirIndications()
 {
     const MainWindow window;
     QCOMPARE(window.osdProcessors().size(), 4);
@@ -117,7 +117,7 @@ void TestWindowConstruction::canvasesHaveTheirIndications()
     QCOMPARE(processors.size(), 4);
 }
 
-void TestWindowConstruction::everyWidgetStandsWhereTheLayoutSays()
+void WindowConstructionTest::everyWidgetStandsWhereTheLayoutSays()
 {
     MainWindow window;
     window.show();
@@ -145,7 +145,7 @@ void TestWindowConstruction::everyWidgetStandsWhereTheLayoutSays()
     }
 }
 
-void TestWindowConstruction::settingsOutOfRangeAreHarmless()
+void WindowConstructionTest::settingsOutOfRangeAreHarmless()
 {
     Config::setSnapshotMode(CanvasModes::SnapshotMode(1));
     Config::setResolutionIndex(99);
@@ -156,5 +156,5 @@ void TestWindowConstruction::settingsOutOfRangeAreHarmless()
     QCOMPARE(window.liveSource()->recordingResolution(), QSize(1920, 1080));
 }
 
-REGISTER_TEST(TestWindowConstruction)
+REGISTER_TEST(WindowConstructionTest)
 #include "tst_window_construction.moc"

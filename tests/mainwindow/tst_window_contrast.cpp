@@ -80,7 +80,7 @@ QStringList unreadable(const QWidget &window)
 
 /// Whether every text of the window, its pop-ups and its boxes can be read, measured on the
 /// pictures of them, whatever colours the desktop has.
-class TestWindowContrast : public QObject
+class WindowContrastTest : public QObject
 {
     Q_OBJECT
 
@@ -93,7 +93,7 @@ private slots:
     void cleanup() { QApplication::setPalette(QPalette()); }
 };
 
-void TestWindowContrast::everyTextCanBeRead_data()
+void WindowContrastTest::everyTextCanBeRead_data()
 {
     QTest::addColumn<QPalette>("palette");
     QTest::newRow("no theme") << SkinStyle::darkPalette();
@@ -105,7 +105,7 @@ void TestWindowContrast::everyTextCanBeRead_data()
     QTest::newRow("yellow on black") << yellow;
 }
 
-void TestWindowContrast::everyTextCanBeRead()
+void WindowContrastTest::everyTextCanBeRead()
 {
     QFETCH(QPalette, palette);
     QApplication::setPalette(palette);
@@ -128,7 +128,7 @@ void TestWindowContrast::everyTextCanBeRead()
     QCOMPARE(unreadable(*window.currentToolWindow()), QStringList());
 }
 
-void TestWindowContrast::everyTextOfABoxCanBeRead()
+void WindowContrastTest::everyTextOfABoxCanBeRead()
 {
     QApplication::setPalette(SkinStyle::darkPalette());
     QMessageBox box(QMessageBox::Question, "Question", "Continue?",
@@ -141,7 +141,7 @@ void TestWindowContrast::everyTextOfABoxCanBeRead()
     QCOMPARE(unreadable(dialog), QStringList());
 }
 
-void TestWindowContrast::captionsCanBeReadInEveryState()
+void WindowContrastTest::captionsCanBeReadInEveryState()
 {
     MainWindow window;
     window.show();
@@ -159,5 +159,5 @@ void TestWindowContrast::captionsCanBeReadInEveryState()
     }
 }
 
-REGISTER_TEST(TestWindowContrast)
+REGISTER_TEST(WindowContrastTest)
 #include "tst_window_contrast.moc"

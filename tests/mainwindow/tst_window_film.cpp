@@ -17,14 +17,14 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 30000;
+constexpr int TIMEOUT_MS = 30000;
 /// A fifth of a second a percent; seeking goes to whole seconds.
 constexpr int SECONDS = 20;
 
 } // namespace
 
 /// The bar under a film drives the film, and the film its slider.
-class TestWindowFilm : public QObject
+class WindowFilmTest : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private:
     HorizontalSlider *m_slider = nullptr;
 };
 
-void TestWindowFilm::initTestCase()
+void WindowFilmTest::initTestCase()
 {
     beOnOneself();
     usualSettings();
@@ -65,7 +65,7 @@ void TestWindowFilm::initTestCase()
              0);
 }
 
-void TestWindowFilm::init()
+void WindowFilmTest::init()
 {
     m_window = std::make_unique<MainWindow>();
     m_window->show();
@@ -76,29 +76,29 @@ void TestWindowFilm::init()
     chooseFile(m_window.get(), m_folder.filePath("film.mp4"));
     click("Open film");
     QTRY_COMPARE_WITH_TIMEOUT(m_window->currentCanvas()->pictureSize(), QSize(320, 240),
-                              PATIENCE_MS);
+                              TIMEOUT_MS);
 }
 
-bool TestWindowFilm::comesTo(int from, int to) const
+bool WindowFilmTest::comesTo(int from, int to) const
 {
-    return QTest::qWaitFor([=] { return position() >= from && position() <= to; }, PATIENCE_MS);
+    return QTest::qWaitFor([=] { return position() >= from && position() <= to; }, TIMEOUT_MS);
 }
 
 /// With the mouse: what the film writes into its slider seeks nothing.
-void TestWindowFilm::dragTo(int percent) const
+void WindowFilmTest::dragTo(int percent) const
 {
     const QPoint place(m_slider->width() * percent / 100, m_slider->height() / 2);
     QTest::mouseClick(m_slider, Qt::LeftButton, {}, place);
 }
 
-void TestWindowFilm::theSliderFollowsTheFilm()
+void WindowFilmTest::theSliderFollowsTheFilm()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > 5, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > 5, TIMEOUT_MS);
     const int then = m_slider->value();
-    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > then, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_slider->value() > then, TIMEOUT_MS);
 }
 
-void TestWindowFilm::theSliderSeeks()
+void WindowFilmTest::theSliderSeeks()
 {
     click("Pause");
     dragTo(50);
@@ -107,19 +107,19 @@ void TestWindowFilm::theSliderSeeks()
     QVERIFY(comesTo(15, 25));
 }
 
-void TestWindowFilm::stopReturnsToTheStart()
+void WindowFilmTest::stopReturnsToTheStart()
 {
     click("Pause");
     dragTo(50);
     QVERIFY(comesTo(45, 55));
     click("Stop");
     QVERIFY(comesTo(0, 0));
-    QTRY_COMPARE_WITH_TIMEOUT(m_slider->value(), 0, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(m_slider->value(), 0, TIMEOUT_MS);
     click("Play");
     QVERIFY(comesTo(3, 40));
 }
 
-void TestWindowFilm::backwardRewindsAndFasterWinds()
+void WindowFilmTest::backwardRewindsAndFasterWinds()
 {
     dragTo(60);
     QVERIFY(comesTo(55, 70));
@@ -130,20 +130,20 @@ void TestWindowFilm::backwardRewindsAndFasterWinds()
     QVERIFY(comesTo(60, 100));
 }
 
-void TestWindowFilm::oneKeyPlaysAndPauses()
+void WindowFilmTest::oneKeyPlaysAndPauses()
 {
     m_window->filmPlayOrPause();
     dragTo(30);
     QVERIFY(comesTo(25, 35));
     const int there = position();
-    // It stands: a twentieth of its way would show.
+    // The film stands still: a twentieth of its length would show.
     QTest::qWait(SECONDS * 50 + 400);
     QVERIFY(position() <= there + 1);
     m_window->filmPlayOrPause();
     QVERIFY(comesTo(there + 3, 100));
 }
 
-void TestWindowFilm::atTheEndTheKeyPlaysOn()
+void WindowFilmTest::atTheEndTheKeyPlaysOn()
 {
     dragTo(95);
     QVERIFY(comesTo(100, 100));
@@ -151,27 +151,27 @@ void TestWindowFilm::atTheEndTheKeyPlaysOn()
     QVERIFY(comesTo(1, 80));
 }
 
-void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays_data()
+void WindowFilmTest::afterAWindBeyondAnEndOneKeyPlays_data()
 {
     QTest::addColumn<QString>("faster");
     QTest::newRow("beyond the start") << "Slower or backward";
     QTest::newRow("beyond the end") << "Faster";
 }
 
-void TestWindowFilm::afterAWindBeyondAnEndOneKeyPlays()
+void WindowFilmTest::afterAWindBeyondAnEndOneKeyPlays()
 {
     QFETCH(QString, faster);
     for (int i = 0; i < 5; ++i)
         button(*m_window, faster)->click();
     QVERIFY(m_film->moving());
-    QTRY_VERIFY_WITH_TIMEOUT(!m_film->moving(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_film->moving(), TIMEOUT_MS);
     QCOMPARE(position(), 0);
     m_window->filmPlayOrPause();
     QVERIFY(m_film->moving());
     QVERIFY(comesTo(3, 100));
 }
 
-void TestWindowFilm::theVolumeReachesTheSource()
+void WindowFilmTest::theVolumeReachesTheSource()
 {
     auto *volume = m_window->findChildren<Slider *>()[0];
     QCOMPARE(volume->minimum(), 1);
@@ -180,5 +180,5 @@ void TestWindowFilm::theVolumeReachesTheSource()
     QVERIFY(QObject::disconnect(volume, SIGNAL(valueChanged(int)), m_film, SLOT(setVolume(int))));
 }
 
-REGISTER_TEST(TestWindowFilm)
+REGISTER_TEST(WindowFilmTest)
 #include "tst_window_film.moc"

@@ -21,7 +21,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 
 /// A disk of its own under a folder, read-only or of that size, for as long as it lives.
 class Disk
@@ -71,7 +71,7 @@ QStringList filesIn(const QString &folder)
 } // namespace
 
 /// What the window does when the folders of snapshots and recordings refuse.
-class TestWindowFolders : public QObject
+class WindowFoldersTest : public QObject
 {
     Q_OBJECT
 
@@ -98,14 +98,14 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-void TestWindowFolders::initTestCase()
+void WindowFoldersTest::initTestCase()
 {
     beOnOneself();
     m_camera = std::make_unique<VirtualCamera>();
     QVERIFY(m_camera->plug());
 }
 
-void TestWindowFolders::init()
+void WindowFoldersTest::init()
 {
     usualSettings();
     m_folder = std::make_unique<QTemporaryDir>();
@@ -113,18 +113,18 @@ void TestWindowFolders::init()
     m_window->show();
 }
 
-void TestWindowFolders::cleanup()
+void WindowFoldersTest::cleanup()
 {
     m_window.reset();
     m_folder.reset();
 }
 
-void TestWindowFolders::cleanupTestCase()
+void WindowFoldersTest::cleanupTestCase()
 {
     m_camera.reset();
 }
 
-QString TestWindowFolders::messageAfter(const std::function<void()> &action)
+QString WindowFoldersTest::messageAfter(const std::function<void()> &action)
 {
     QString title;
     QString text;
@@ -134,12 +134,12 @@ QString TestWindowFolders::messageAfter(const std::function<void()> &action)
         box->accept();
     });
     action();
-    if (!QTest::qWaitFor([&text] { return !text.isEmpty(); }, PATIENCE_MS) || title != "Error")
+    if (!QTest::qWaitFor([&text] { return !text.isEmpty(); }, TIMEOUT_MS) || title != "Error")
         return {};
     return text;
 }
 
-QList<ImageButton *> TestWindowFolders::recordButtons() const
+QList<ImageButton *> WindowFoldersTest::recordButtons() const
 {
     QList<ImageButton *> buttons;
     for (ImageButton *each : m_window->findChildren<ImageButton *>()) {
@@ -149,7 +149,7 @@ QList<ImageButton *> TestWindowFolders::recordButtons() const
     return buttons;
 }
 
-void TestWindowFolders::aFileIsNoFolder()
+void WindowFoldersTest::aFileIsNoFolder()
 {
     QFile file(m_folder->filePath("plain"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -163,7 +163,7 @@ void TestWindowFolders::aFileIsNoFolder()
     QVERIFY(!m_window->recording());
 }
 
-void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing_data()
+void WindowFoldersTest::aSnapshotThatCannotBeWrittenLeavesNothing_data()
 {
     QTest::addColumn<QByteArray>("size");
     QTest::addColumn<bool>("readOnly");
@@ -171,7 +171,7 @@ void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing_data()
     QTest::newRow("full") << QByteArray("4k") << false;
 }
 
-void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing()
+void WindowFoldersTest::aSnapshotThatCannotBeWrittenLeavesNothing()
 {
     QFETCH(QByteArray, size);
     QFETCH(bool, readOnly);
@@ -188,17 +188,17 @@ void TestWindowFolders::aSnapshotThatCannotBeWrittenLeavesNothing()
     ImageButton *button = m_window->button(Command::Snapshot);
     button->click();
     // The picture has been tried when the indication is shown, which a good one gets too.
-    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, TIMEOUT_MS);
     QCOMPARE(filesIn(refusing), QStringList());
     QVERIFY(!button->isCheckable());
     QVERIFY(!QApplication::activeModalWidget());
     // Nothing hangs on it: the next picture goes to another folder.
     Config::setSnapshotPath(good);
     button->click();
-    QTRY_COMPARE_WITH_TIMEOUT(filesIn(good).size(), 1, PATIENCE_MS);
+    QTRY_COMPARE_WITH_TIMEOUT(filesIn(good).size(), 1, TIMEOUT_MS);
 }
 
-void TestWindowFolders::aSeriesOutlivesAFullDisk()
+void WindowFoldersTest::aSeriesOutlivesAFullDisk()
 {
     const QString folder = m_folder->filePath("series");
     auto disk = std::make_unique<Disk>(folder, "4k", false);
@@ -212,19 +212,19 @@ void TestWindowFolders::aSeriesOutlivesAFullDisk()
     const QImage before = board->grab().toImage();
     ImageButton *button = m_window->button(Command::Snapshot);
     button->click();
-    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(board->grab().toImage() != before, TIMEOUT_MS);
     QVERIFY(board->seriesArmed());
     QCOMPARE(filesIn(folder), QStringList());
     // The disk is taken away and the folder has room again.
     disk.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), TIMEOUT_MS);
     QVERIFY(button->isChecked());
     button->click();
     QVERIFY(!button->isChecked());
     QVERIFY(!board->seriesArmed());
 }
 
-void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo_data()
+void WindowFoldersTest::aRecordingThatCannotBeWrittenSaysSo_data()
 {
     QTest::addColumn<QByteArray>("size");
     QTest::addColumn<bool>("readOnly");
@@ -234,7 +234,7 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo_data()
                           << "The recording was stopped because the disk is full.";
 }
 
-void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
+void WindowFoldersTest::aRecordingThatCannotBeWrittenSaysSo()
 {
     QFETCH(QByteArray, size);
     QFETCH(bool, readOnly);
@@ -243,7 +243,7 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
     const Disk disk(folder, size, readOnly);
     if (!disk.mounted())
         QSKIP("this system lets nobody mount a disk");
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
     Config::setRecordPath(folder);
     for (ImageButton *record : recordButtons()) {
         QCOMPARE(messageAfter([record] { record->click(); }), sentence);
@@ -257,18 +257,18 @@ void TestWindowFolders::aRecordingThatCannotBeWrittenSaysSo()
     enter(*m_window, 1);
     enter(*m_window, 0);
     QCOMPARE(m_window->currentMode(), 0);
-    QVERIFY(clock.elapsed() < PATIENCE_MS / 4);
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+    QVERIFY(clock.elapsed() < TIMEOUT_MS / 4);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
 }
 
-void TestWindowFolders::aRecordingSaysThatItsFolderIsGone()
+void WindowFoldersTest::aRecordingSaysThatItsFolderIsGone()
 {
     const QString folder = m_folder->filePath("passing");
     QVERIFY(QDir().mkpath(folder));
-    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
     Config::setRecordPath(folder);
     m_window->button(Command::Record)->click();
-    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), PATIENCE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(!filesIn(folder).isEmpty(), TIMEOUT_MS);
     QCOMPARE(messageAfter([&] { QVERIFY(QDir(folder).removeRecursively()); }),
              QString("The recording was stopped because its folder no longer exists."));
     QVERIFY(!m_window->recording());
@@ -280,7 +280,7 @@ int main(int argc, char **argv)
     // Before any thread: a process with threads keeps the mounts it has.
     becomeMounter();
     QApplication application(argc, argv);
-    TestWindowFolders test;
+    WindowFoldersTest test;
     return QTest::qExec(&test, argc, argv);
 }
 

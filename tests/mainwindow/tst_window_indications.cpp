@@ -155,7 +155,7 @@ const std::vector<Case> &cases()
 } // namespace
 
 /// Every action shows its own indication on the canvas of the mode.
-class TestWindowIndications : public QObject
+class WindowIndicationsTest : public QObject
 {
     Q_OBJECT
 
@@ -169,14 +169,14 @@ private slots:
     void screenReadersHearEachIndicationOnce();
 };
 
-void TestWindowIndications::actionsShowTheirIndications_data()
+void WindowIndicationsTest::actionsShowTheirIndications_data()
 {
     QTest::addColumn<int>("index");
     for (std::size_t i = 0; i < cases().size(); ++i)
         QTest::newRow(cases()[i].name) << int(i);
 }
 
-void TestWindowIndications::actionsShowTheirIndications()
+void WindowIndicationsTest::actionsShowTheirIndications()
 {
     QFETCH(int, index);
     const Case &each = cases()[std::size_t(index)];
@@ -194,7 +194,7 @@ void TestWindowIndications::actionsShowTheirIndications()
     QCOMPARE(painted(window), painted(reference));
 }
 
-void TestWindowIndications::theZoomIndicationGoesWithTheButton()
+void WindowIndicationsTest::theZoomIndicationGoesWithTheButton()
 {
     MainWindow window;
     window.show();
@@ -207,7 +207,7 @@ void TestWindowIndications::theZoomIndicationGoesWithTheButton()
     }
 }
 
-void TestWindowIndications::theClockEndsWithTheRecording()
+void WindowIndicationsTest::theClockEndsWithTheRecording()
 {
     MainWindow window;
     window.show();
@@ -218,7 +218,7 @@ void TestWindowIndications::theClockEndsWithTheRecording()
     QCOMPARE(painted(window), nothing);
 }
 
-void TestWindowIndications::screenReadersHearEachIndicationOnce()
+void WindowIndicationsTest::screenReadersHearEachIndicationOnce()
 {
     QAccessible::setActive(true);
     const auto before = QAccessible::installUpdateHandler(hear);
@@ -252,5 +252,5 @@ void TestWindowIndications::screenReadersHearEachIndicationOnce()
     QAccessible::setActive(false);
 }
 
-REGISTER_TEST(TestWindowIndications)
+REGISTER_TEST(WindowIndicationsTest)
 #include "tst_window_indications.moc"

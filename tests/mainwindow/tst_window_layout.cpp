@@ -15,7 +15,7 @@ WindowLayout layout(QSize window, bool sidePanelOpen)
 
 } // namespace
 
-class TestWindowLayout : public QObject
+class WindowLayoutTest : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private slots:
     void oddRemaindersTruncateTowardsZero();
 };
 
-void TestWindowLayout::startsWithThePanelOpen()
+void WindowLayoutTest::startsWithThePanelOpen()
 {
     const WindowLayout at = layout(QSize(938, 768), true);
     QCOMPARE(at.panelHeight, 668);
@@ -53,7 +53,7 @@ void TestWindowLayout::startsWithThePanelOpen()
     QCOMPARE(at.thumbnailScrollBar, QRect(174, 693, 747, 10));
 }
 
-void TestWindowLayout::closesThePanel()
+void WindowLayoutTest::closesThePanel()
 {
     const WindowLayout at = layout(QSize(800, 768), false);
     QCOMPARE(at.liveButton, QPoint(40, 5));
@@ -68,7 +68,7 @@ void TestWindowLayout::closesThePanel()
     QCOMPARE(at.indexLabel, QRect(730, 708, 70, 30));
 }
 
-void TestWindowLayout::growsWithTheWindow()
+void WindowLayoutTest::growsWithTheWindow()
 {
     const WindowLayout at = layout(QSize(1920, 1080), true);
     QCOMPARE(at.panelHeight, 980);
@@ -80,7 +80,7 @@ void TestWindowLayout::growsWithTheWindow()
     QCOMPARE(at.recordTimeLabel, QPoint(1800, 1020));
 }
 
-void TestWindowLayout::nothingBelowTheStackLeavesTheWindow_data()
+void WindowLayoutTest::nothingBelowTheStackLeavesTheWindow_data()
 {
     QTest::addColumn<QSize>("window");
     QTest::addColumn<bool>("open");
@@ -91,7 +91,7 @@ void TestWindowLayout::nothingBelowTheStackLeavesTheWindow_data()
     QTest::newRow("4k") << QSize(3840, 2160) << false;
 }
 
-void TestWindowLayout::nothingBelowTheStackLeavesTheWindow()
+void WindowLayoutTest::nothingBelowTheStackLeavesTheWindow()
 {
     QFETCH(QSize, window);
     QFETCH(bool, open);
@@ -109,7 +109,7 @@ void TestWindowLayout::nothingBelowTheStackLeavesTheWindow()
     QVERIFY(!at.filmPosition.intersects(QRect(at.filmBar, QSize(310, 37))));
 }
 
-void TestWindowLayout::openingThePanelShiftsTheContentOnly()
+void WindowLayoutTest::openingThePanelShiftsTheContentOnly()
 {
     const WindowLayout closed = layout(QSize(1920, 1080), false);
     const WindowLayout open = layout(QSize(1920, 1080), true);
@@ -121,7 +121,7 @@ void TestWindowLayout::openingThePanelShiftsTheContentOnly()
     QCOMPARE(open.sidePanelButton, closed.sidePanelButton);
 }
 
-void TestWindowLayout::oddRemaindersTruncateTowardsZero()
+void WindowLayoutTest::oddRemaindersTruncateTowardsZero()
 {
     // (801 - 60) / 2 = 370.5
     QCOMPARE(layout(QSize(801, 768), false).liveBox.x(), 370);
@@ -130,5 +130,5 @@ void TestWindowLayout::oddRemaindersTruncateTowardsZero()
     QCOMPARE(layout(QSize(101, 768), true).liveBox.x(), 90);
 }
 
-REGISTER_PLAIN_TEST(TestWindowLayout)
+REGISTER_PLAIN_TEST(WindowLayoutTest)
 #include "tst_window_layout.moc"

@@ -36,7 +36,7 @@ QString pictureFile(const QString &folder, const QString &name, QRgb color)
 } // namespace
 
 /// The bars of films and photographs.
-class TestWindowMedia : public QObject
+class WindowMediaTest : public QObject
 {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private slots:
     void longIndexesFitTheirLabel();
 };
 
-void TestWindowMedia::photographsAreChosenByOneOfThem()
+void WindowMediaTest::photographsAreChosenByOneOfThem()
 {
     const QTemporaryDir folder;
     pictureFile(folder.path(), "a.png", 0xFFFF0000);
@@ -86,7 +86,7 @@ void TestWindowMedia::photographsAreChosenByOneOfThem()
     QCOMPARE(index->text(), QString("2/3"));
 }
 
-void TestWindowMedia::cancelledDialogsChangeNothing()
+void WindowMediaTest::cancelledDialogsChangeNothing()
 {
     MainWindow window;
     enter(window, 2);
@@ -100,7 +100,7 @@ void TestWindowMedia::cancelledDialogsChangeNothing()
     QCOMPARE(window.currentCanvas()->currentImage(), before);
 }
 
-void TestWindowMedia::aVanishedFileIsIgnored()
+void WindowMediaTest::aVanishedFileIsIgnored()
 {
     const QTemporaryDir folder;
     MainWindow window;
@@ -141,7 +141,7 @@ void TestWindowMedia::aVanishedFileIsIgnored()
     QCOMPARE(changes.count(), 0);
 }
 
-void TestWindowMedia::slideshowButtonFollowsTheShow()
+void WindowMediaTest::slideshowButtonFollowsTheShow()
 {
     const QTemporaryDir folder;
     const QString first = pictureFile(folder.path(), "a.png", 0xFFFF0000);
@@ -179,7 +179,7 @@ void TestWindowMedia::slideshowButtonFollowsTheShow()
                               10000);
 }
 
-void TestWindowMedia::theButtonStaysOnWhileAShowRunsWithoutItsFolder()
+void WindowMediaTest::theButtonStaysOnWhileAShowRunsWithoutItsFolder()
 {
     auto folder = std::make_unique<QTemporaryDir>();
     const QString first = pictureFile(folder->path(), "a.png", 0xFFFF0000);
@@ -201,7 +201,7 @@ void TestWindowMedia::theButtonStaysOnWhileAShowRunsWithoutItsFolder()
     QVERIFY(!show->isChecked());
 }
 
-void TestWindowMedia::aPhotographThatCannotBeShownIsToldOf()
+void WindowMediaTest::aPhotographThatCannotBeShownIsToldOf()
 {
     const QTemporaryDir folder;
     const QString good = pictureFile(folder.path(), "a.png", 0xFFFF0000);
@@ -239,7 +239,7 @@ void TestWindowMedia::aPhotographThatCannotBeShownIsToldOf()
     QVERIFY(message->text().contains("no longer"));
 }
 
-void TestWindowMedia::aFilmThatCannotBeShownIsToldOf()
+void WindowMediaTest::aFilmThatCannotBeShownIsToldOf()
 {
     const QTemporaryDir folder;
     const QString bad = folder.filePath("film.mp4");
@@ -258,7 +258,7 @@ void TestWindowMedia::aFilmThatCannotBeShownIsToldOf()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
-void TestWindowMedia::photographsRestWhileAnotherModeIsShown()
+void WindowMediaTest::photographsRestWhileAnotherModeIsShown()
 {
     MainWindow window;
     enter(window, 2);
@@ -268,11 +268,12 @@ void TestWindowMedia::photographsRestWhileAnotherModeIsShown()
     QTRY_VERIFY(qIsGray(photographs->currentImage().pixel(10, 10)));
     enter(window, 0);
     photographs->effectMode = CanvasModes::EffectColor;
+    // Three intervals of the refresh, which must not run.
     QTest::qWait(150);
     QVERIFY(qIsGray(photographs->currentImage().pixel(10, 10)));
 }
 
-void TestWindowMedia::intervalPlacesReachTheSource()
+void WindowMediaTest::intervalPlacesReachTheSource()
 {
     MainWindow window;
     Slider *interval = window.findChildren<Slider *>()[1];
@@ -307,7 +308,7 @@ void TestWindowMedia::intervalPlacesReachTheSource()
     }
 }
 
-void TestWindowMedia::longIndexesFitTheirLabel()
+void WindowMediaTest::longIndexesFitTheirLabel()
 {
     const QTemporaryDir folder;
     const QString first = pictureFile(folder.path(), "0000.png", 0xFFFF0000);
@@ -330,5 +331,5 @@ void TestWindowMedia::longIndexesFitTheirLabel()
     }
 }
 
-REGISTER_TEST(TestWindowMedia)
+REGISTER_TEST(WindowMediaTest)
 #include "tst_window_media.moc"

@@ -13,7 +13,7 @@
 using namespace WindowProbe;
 
 /// The four modes and the side panel.
-class TestWindowModes : public QObject
+class WindowModesTest : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private slots:
     void aLargeWindowKeepsItsSizeWithThePanel();
 };
 
-void TestWindowModes::modesShowTheirPartsAndButtons_data()
+void WindowModesTest::modesShowTheirPartsAndButtons_data()
 {
     QTest::addColumn<int>("from");
     QTest::addColumn<int>("to");
@@ -41,7 +41,7 @@ void TestWindowModes::modesShowTheirPartsAndButtons_data()
     }
 }
 
-void TestWindowModes::modesShowTheirPartsAndButtons()
+void WindowModesTest::modesShowTheirPartsAndButtons()
 {
     QFETCH(int, from);
     QFETCH(int, to);
@@ -82,7 +82,7 @@ void TestWindowModes::modesShowTheirPartsAndButtons()
         QVERIFY(!button(window, name)->isChecked());
 }
 
-void TestWindowModes::theCurrentModesButtonChangesNothing()
+void WindowModesTest::theCurrentModesButtonChangesNothing()
 {
     MainWindow window;
     QSignalSpy changed(&window, SIGNAL(modeChanged()));
@@ -93,7 +93,7 @@ void TestWindowModes::theCurrentModesButtonChangesNothing()
     QVERIFY(window.button(Command::Hand)->isHidden());
 }
 
-void TestWindowModes::panelFollowsTheCanvasOfTheMode()
+void WindowModesTest::panelFollowsTheCanvasOfTheMode()
 {
     MainWindow window;
     window.button(Command::Arrow)->click();
@@ -134,7 +134,7 @@ void TestWindowModes::panelFollowsTheCanvasOfTheMode()
     QVERIFY(!window.button(Command::Line)->isChecked());
 }
 
-void TestWindowModes::sidePanelOpensAndCloses()
+void WindowModesTest::sidePanelOpensAndCloses()
 {
     MainWindow window;
     window.expand();
@@ -168,14 +168,14 @@ void TestWindowModes::sidePanelOpensAndCloses()
     QCOMPARE(window.geometry().right(), right);
 }
 
-void TestWindowModes::aLargeWindowKeepsItsSizeWithThePanel_data()
+void WindowModesTest::aLargeWindowKeepsItsSizeWithThePanel_data()
 {
     QTest::addColumn<int>("state");
     QTest::newRow("maximised") << int(Qt::WindowMaximized);
     QTest::newRow("full screen") << int(Qt::WindowFullScreen);
 }
 
-void TestWindowModes::aLargeWindowKeepsItsSizeWithThePanel()
+void WindowModesTest::aLargeWindowKeepsItsSizeWithThePanel()
 {
     QFETCH(int, state);
     MainWindow window;
@@ -193,5 +193,5 @@ void TestWindowModes::aLargeWindowKeepsItsSizeWithThePanel()
     QCOMPARE(stack(window)->geometry(), open);
 }
 
-REGISTER_TEST(TestWindowModes)
+REGISTER_TEST(WindowModesTest)
 #include "tst_window_modes.moc"

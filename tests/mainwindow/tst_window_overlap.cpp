@@ -52,7 +52,7 @@ QStringList overlaps(const QWidget *parent)
 } // namespace
 
 /// In the smallest window nothing lies over anything else.
-class TestWindowOverlap : public QObject
+class WindowOverlapTest : public QObject
 {
     Q_OBJECT
 
@@ -63,7 +63,7 @@ private slots:
     void nothingLiesOverAnythingElse();
 };
 
-void TestWindowOverlap::nothingLiesOverAnythingElse_data()
+void WindowOverlapTest::nothingLiesOverAnythingElse_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<bool>("open");
@@ -73,7 +73,7 @@ void TestWindowOverlap::nothingLiesOverAnythingElse_data()
     }
 }
 
-void TestWindowOverlap::nothingLiesOverAnythingElse()
+void WindowOverlapTest::nothingLiesOverAnythingElse()
 {
     QFETCH(int, mode);
     QFETCH(bool, open);
@@ -97,5 +97,5 @@ void TestWindowOverlap::nothingLiesOverAnythingElse()
     QVERIFY2(found == expected, qPrintable("\n" + found.join('\n')));
 }
 
-REGISTER_TEST(TestWindowOverlap)
+REGISTER_TEST(WindowOverlapTest)
 #include "tst_window_overlap.moc"

@@ -18,7 +18,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 constexpr char NO_PICTURE[] = "Nothing was recorded because no picture came from the camera.";
 /// A colour that the camera's sheet does not have.
 constexpr QRgb INK = 0xFFFF00FF;
@@ -35,7 +35,7 @@ QVector<bool> inkOf(const QString &movie)
     reader.start("ffmpeg", {"-v", "error", "-i", movie, "-an", "-vf",
                             QString("scale=%1:%2").arg(WIDTH).arg(HEIGHT), "-pix_fmt", "rgb24",
                             "-f", "rawvideo", "-"});
-    if (!reader.waitForFinished(PATIENCE_MS) || reader.exitCode() != 0)
+    if (!reader.waitForFinished(TIMEOUT_MS) || reader.exitCode() != 0)
         return {};
     const QByteArray pictures = reader.readAllStandardOutput();
     QVector<bool> answers;
@@ -89,13 +89,13 @@ private slots:
     {
         const MessageLog log;
         QVERIFY(m_camera->plug());
-        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, PATIENCE_MS));
+        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, TIMEOUT_MS));
         QVERIFY(!m_window->liveSource()->running());
         record()->click();
         QVERIFY(showsRecording());
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
         // No less than a recorded second: sooner or later the file shows it.
-        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, TIMEOUT_MS);
         QVERIFY(showsRecording());
         record()->click();
         QVERIFY(!showsRecording());
@@ -110,7 +110,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         const auto recordSomeMore = [this] {
             const qint64 before = movieBytes();
-            QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > before + 50000, PATIENCE_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > before + 50000, TIMEOUT_MS);
         };
         record()->click();
         recordSomeMore();
@@ -129,14 +129,14 @@ private slots:
         QCOMPARE(movies().size(), 1);
         // On a slow disk the movie is completed in the background.
         const QString movie = m_folder->filePath(movies().first());
-        QTRY_COMPARE_WITH_TIMEOUT(inkOf(movie), QVector<bool>({false, true, false}), PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(inkOf(movie), QVector<bool>({false, true, false}), TIMEOUT_MS);
     }
 
     void aCameraThatWasPulledIsSaid()
     {
         bringUp();
         m_camera->unplug();
-        QTRY_VERIFY_WITH_TIMEOUT(standsStill(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(standsStill(), TIMEOUT_MS);
         expectComplaint([this] { record()->click(); });
     }
 
@@ -164,7 +164,7 @@ private slots:
         expectComplaint([this] { record()->click(); });
         m_camera->faults().silent = 0;
         record()->click();
-        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, TIMEOUT_MS);
         record()->click();
         QCOMPARE(movies().size(), 1);
     }
@@ -203,8 +203,8 @@ private:
     void bringUp()
     {
         QVERIFY(m_camera->plug());
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(!standsStill(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!standsStill(), TIMEOUT_MS);
     }
 
     /// Whether no picture comes for as long as several would.
@@ -231,7 +231,7 @@ private:
             box->accept();
         });
         action();
-        QTRY_COMPARE_WITH_TIMEOUT(said, QStringList({"Error", NO_PICTURE}), PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(said, QStringList({"Error", NO_PICTURE}), TIMEOUT_MS);
         QTRY_VERIFY(!m_window->recording());
         QVERIFY(!showsRecording());
         QTRY_COMPARE(movies(), QStringList());

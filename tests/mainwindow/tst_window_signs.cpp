@@ -13,7 +13,7 @@ using namespace WindowProbe;
 
 /// What the window says beside its pictures: what to do while there is none, and that a recording
 /// runs; and that a press on the picture closes what lies over it.
-class TestWindowSigns : public QObject
+class WindowSignsTest : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private slots:
     void aTipCoversNoNeighbour();
 };
 
-void TestWindowSigns::anEmptyModeSaysWhatToDo_data()
+void WindowSignsTest::anEmptyModeSaysWhatToDo_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<QString>("line");
@@ -37,7 +37,7 @@ void TestWindowSigns::anEmptyModeSaysWhatToDo_data()
     QTest::newRow("photograph") << 2 << "Open a picture of a folder";
 }
 
-void TestWindowSigns::anEmptyModeSaysWhatToDo()
+void WindowSignsTest::anEmptyModeSaysWhatToDo()
 {
     QFETCH(int, mode);
     QFETCH(QString, line);
@@ -64,7 +64,7 @@ void TestWindowSigns::anEmptyModeSaysWhatToDo()
              QColor(Qt::green));
 }
 
-void TestWindowSigns::aStrokeEndsTheEmptyScreen()
+void WindowSignsTest::aStrokeEndsTheEmptyScreen()
 {
     MainWindow window;
     window.show();
@@ -78,7 +78,7 @@ void TestWindowSigns::aStrokeEndsTheEmptyScreen()
     QTRY_VERIFY(!screen->isVisible());
 }
 
-void TestWindowSigns::nothingOfItIsInThePicture()
+void WindowSignsTest::nothingOfItIsInThePicture()
 {
     MainWindow window;
     window.show();
@@ -88,7 +88,7 @@ void TestWindowSigns::nothingOfItIsInThePicture()
     QCOMPARE(window.currentCanvas()->currentImage(), start);
 }
 
-void TestWindowSigns::aRecordingIsSeenOnTheTabAndInTheTitle()
+void WindowSignsTest::aRecordingIsSeenOnTheTabAndInTheTitle()
 {
     QWidget window;
     window.setWindowTitle("Lesson");
@@ -109,7 +109,7 @@ void TestWindowSigns::aRecordingIsSeenOnTheTabAndInTheTitle()
     QCOMPARE(window.windowTitle(), QString("Lesson"));
 }
 
-void TestWindowSigns::aPressOnTheCanvasClosesThePopUp()
+void WindowSignsTest::aPressOnTheCanvasClosesThePopUp()
 {
     MainWindow window;
     window.show();
@@ -130,7 +130,7 @@ void TestWindowSigns::aPressOnTheCanvasClosesThePopUp()
     QVERIFY(canvas->currentImage() != start);
 }
 
-void TestWindowSigns::aTipCoversNoNeighbour_data()
+void WindowSignsTest::aTipCoversNoNeighbour_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<QString>("name");
@@ -138,7 +138,7 @@ void TestWindowSigns::aTipCoversNoNeighbour_data()
     QTest::newRow("bar") << 1 << "Play";
 }
 
-void TestWindowSigns::aTipCoversNoNeighbour()
+void WindowSignsTest::aTipCoversNoNeighbour()
 {
     QFETCH(int, mode);
     QFETCH(QString, name);
@@ -163,5 +163,5 @@ void TestWindowSigns::aTipCoversNoNeighbour()
     (*tip)->hide();
 }
 
-REGISTER_TEST(TestWindowSigns)
+REGISTER_TEST(WindowSignsTest)
 #include "tst_window_signs.moc"

@@ -31,7 +31,7 @@ void press(const MainWindow &window, Qt::Key key)
 } // namespace
 
 /// A text on the canvas and the keys of the whole window.
-class TestWindowText : public QObject
+class WindowTextTest : public QObject
 {
     Q_OBJECT
 
@@ -108,5 +108,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-REGISTER_TEST(TestWindowText)
+REGISTER_TEST(WindowTextTest)
 #include "tst_window_text.moc"

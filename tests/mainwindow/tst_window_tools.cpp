@@ -28,7 +28,7 @@ constexpr bool ALLOCATOR_GIVES_BACK = true;
 } // namespace
 
 /// The buttons of the side panel and their pop-up windows.
-class TestWindowTools : public QObject
+class WindowToolsTest : public QObject
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private slots:
     void rotateFreezeAndMacroReachTheirTargets();
 };
 
-void TestWindowTools::holdingOpensThePopUpAndItsTool_data()
+void WindowToolsTest::holdingOpensThePopUpAndItsTool_data()
 {
     QTest::addColumn<int>("button");
     QTest::addColumn<int>("mouseMode");
@@ -77,7 +77,7 @@ void TestWindowTools::holdingOpensThePopUpAndItsTool_data()
     add(Command::Effect, 8, "Color Effect", "EffectToolWindow", {4});
 }
 
-void TestWindowTools::holdingOpensThePopUpAndItsTool()
+void WindowToolsTest::holdingOpensThePopUpAndItsTool()
 {
     QFETCH(int, button);
     QFETCH(int, mouseMode);
@@ -104,7 +104,7 @@ void TestWindowTools::holdingOpensThePopUpAndItsTool()
     QCOMPARE(choices.values(), rows);
 }
 
-void TestWindowTools::popUpsCloseByTheirRules()
+void WindowToolsTest::popUpsCloseByTheirRules()
 {
     MainWindow window;
     // Held again it is replaced, clicked it stays, and any other tool closes it.
@@ -152,7 +152,7 @@ void TestWindowTools::popUpsCloseByTheirRules()
     }
 }
 
-void TestWindowTools::onlyOnePopUpIsOpen()
+void WindowToolsTest::onlyOnePopUpIsOpen()
 {
     MainWindow window;
     enter(window, 3);
@@ -168,7 +168,7 @@ void TestWindowTools::onlyOnePopUpIsOpen()
     QCOMPARE(window.findChildren<ToolWindow *>().size(), 1);
 }
 
-void TestWindowTools::erasingAllClearsTheDrawing()
+void WindowToolsTest::erasingAllClearsTheDrawing()
 {
     MainWindow window;
     window.show();
@@ -186,7 +186,7 @@ void TestWindowTools::erasingAllClearsTheDrawing()
     QTRY_COMPARE(board->currentImage(), blank);
 }
 
-void TestWindowTools::everyControlOfAPopUpHasAName()
+void WindowToolsTest::everyControlOfAPopUpHasAName()
 {
     MainWindow window;
     enter(window, 3);
@@ -216,7 +216,7 @@ void TestWindowTools::everyControlOfAPopUpHasAName()
     check();
 }
 
-void TestWindowTools::theEffectButtonAnswersToHoldingAlone()
+void WindowToolsTest::theEffectButtonAnswersToHoldingAlone()
 {
     MainWindow window;
     window.lineHold();
@@ -226,7 +226,7 @@ void TestWindowTools::theEffectButtonAnswersToHoldingAlone()
     QCOMPARE(window.currentCanvas()->effectMode.load(), ImageCanvas::EffectColor);
 }
 
-void TestWindowTools::thousandPopUpsLeaveNothingBehind()
+void WindowToolsTest::thousandPopUpsLeaveNothingBehind()
 {
     MainWindow window;
     window.show();
@@ -263,7 +263,7 @@ void TestWindowTools::thousandPopUpsLeaveNothingBehind()
     QVERIFY2(growth < 4096, qPrintable(QString("%1 kB").arg(growth)));
 }
 
-void TestWindowTools::maskButtonBringsTheMaskBack()
+void WindowToolsTest::maskButtonBringsTheMaskBack()
 {
     MainWindow window;
     ImageButton *mask = window.button(Command::Mask);
@@ -282,7 +282,7 @@ void TestWindowTools::maskButtonBringsTheMaskBack()
     QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskLeft);
 }
 
-void TestWindowTools::theMasksPopUpShowsWhatTheReleaseOfAHoldMakes()
+void WindowToolsTest::theMasksPopUpShowsWhatTheReleaseOfAHoldMakes()
 {
     MainWindow window;
     ImageButton *mask = window.button(Command::Mask);
@@ -304,7 +304,7 @@ void TestWindowTools::theMasksPopUpShowsWhatTheReleaseOfAHoldMakes()
     QCOMPARE(chosen(), QString());
 }
 
-void TestWindowTools::aHeldToolIsChecked_data()
+void WindowToolsTest::aHeldToolIsChecked_data()
 {
     QTest::addColumn<int>("button");
     for (const Command each : {Command::Line, Command::Rectangle, Command::Circle, Command::Arrow,
@@ -312,7 +312,7 @@ void TestWindowTools::aHeldToolIsChecked_data()
         QTest::newRow(Commands::row(each).text) << int(each);
 }
 
-void TestWindowTools::aHeldToolIsChecked()
+void WindowToolsTest::aHeldToolIsChecked()
 {
     QFETCH(int, button);
     MainWindow window;
@@ -330,7 +330,7 @@ void TestWindowTools::aHeldToolIsChecked()
     QCOMPARE(*Commands::ofTool(window.currentCanvas()->mouseMode()), Command(button));
 }
 
-void TestWindowTools::zoomStepsOnOtherCanvases()
+void WindowToolsTest::zoomStepsOnOtherCanvases()
 {
     MainWindow window;
     window.show();
@@ -350,7 +350,7 @@ void TestWindowTools::zoomStepsOnOtherCanvases()
     QCOMPARE(window.currentCanvas()->zoomScale(), 1.0);
 }
 
-void TestWindowTools::rotateFreezeAndMacroReachTheirTargets()
+void WindowToolsTest::rotateFreezeAndMacroReachTheirTargets()
 {
     MainWindow window;
     window.button(Command::Rotate)->click();
@@ -373,5 +373,5 @@ void TestWindowTools::rotateFreezeAndMacroReachTheirTargets()
     window.zoomInStop();
 }
 
-REGISTER_TEST(TestWindowTools)
+REGISTER_TEST(WindowToolsTest)
 #include "tst_window_tools.moc"

@@ -20,7 +20,7 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
+constexpr int TIMEOUT_MS = 60000;
 /// The longest that the window may be away on a machine that compiles meanwhile; a wait for an
 /// answer of the camera takes one and a half seconds and more.
 constexpr qint64 AWAY_MS = 700;
@@ -70,8 +70,8 @@ private slots:
         QVERIFY(m_camera->plug());
         m_window = std::make_unique<MainWindow>();
         m_window->show();
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), PATIENCE_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > 10, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->liveSource()->running(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > 10, TIMEOUT_MS);
     }
     void cleanupTestCase()
     {
@@ -109,7 +109,7 @@ private slots:
                 return std::search(seen.begin(), seen.end(), released.begin(), released.end()) !=
                        seen.end();
             }(),
-            PATIENCE_MS);
+            TIMEOUT_MS);
         QVERIFY2(heartbeat.longestMs() < AWAY_MS,
                  qPrintable(QString::number(heartbeat.longestMs())));
     }
@@ -120,11 +120,11 @@ private slots:
         m_window->button(Command::BrightnessDown)->click();
         m_window->record();
         QTRY_COMPARE_WITH_TIMEOUT(m_window->currentCanvas()->pictureSize(),
-                                  Config::recordingResolution(), PATIENCE_MS);
+                                  Config::recordingResolution(), TIMEOUT_MS);
         QVERIFY(m_window->liveSource()->recording());
         m_window->record();
         QTRY_COMPARE_WITH_TIMEOUT(m_window->currentCanvas()->pictureSize(), Config::resolution(),
-                                  PATIENCE_MS);
+                                  TIMEOUT_MS);
     }
 
 private:

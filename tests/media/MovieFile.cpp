@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 600000;
+constexpr int TIMEOUT_MS = 600000;
 constexpr int LOUD = 8000;
 constexpr int WHITE = 128;
 
@@ -29,7 +29,7 @@ QByteArray MovieFile::read(const QString &program, const QStringList &arguments,
 {
     QProcess process;
     process.start(program, QStringList{"-v", "warning"} + arguments);
-    process.waitForFinished(PATIENCE_MS);
+    process.waitForFinished(TIMEOUT_MS);
     if (complaints)
         *complaints += process.readAllStandardError();
     return process.readAllStandardOutput();

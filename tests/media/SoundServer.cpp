@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 20000;
+constexpr int TIMEOUT_MS = 20000;
 
 } // namespace
 
@@ -28,7 +28,7 @@ bool SoundServer::control(const QStringList &arguments)
 {
     QProcess pactl;
     pactl.start(QStringLiteral("pactl"), arguments);
-    return pactl.waitForFinished(PATIENCE_MS) && pactl.exitCode() == 0;
+    return pactl.waitForFinished(TIMEOUT_MS) && pactl.exitCode() == 0;
 }
 
 bool SoundServer::start(const QString &microphoneProperties)
@@ -46,7 +46,7 @@ bool SoundServer::start(const QString &microphoneProperties)
     QElapsedTimer waited;
     waited.start();
     while (!control({"info"})) {
-        if (waited.elapsed() > PATIENCE_MS || m_server.state() == QProcess::NotRunning)
+        if (waited.elapsed() > TIMEOUT_MS || m_server.state() == QProcess::NotRunning)
             return false;
     }
     return microphoneProperties.isEmpty() || plugMicrophone(microphoneProperties);
@@ -70,7 +70,7 @@ void SoundServer::kill()
     if (m_server.state() == QProcess::NotRunning)
         return;
     m_server.kill();
-    m_server.waitForFinished(PATIENCE_MS);
+    m_server.waitForFinished(TIMEOUT_MS);
 }
 
 void SoundServer::freeze(bool frozen)

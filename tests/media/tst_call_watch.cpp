@@ -18,7 +18,7 @@ namespace
 {
 
 /// Far more than any step needs, so that a fault fails the test instead of halting it.
-constexpr auto patience = 20s;
+constexpr auto TIMEOUT = 20s;
 
 } // namespace
 
@@ -33,7 +33,7 @@ private slots:
         CallWatch watch;
         auto seen = std::async(std::launch::async, [&watch] { return watch.waitForHang(50ms); });
         const CallWatch::Call call(watch);
-        const bool inTime = seen.wait_for(patience) == std::future_status::ready;
+        const bool inTime = seen.wait_for(TIMEOUT) == std::future_status::ready;
         watch.stop();
         QVERIFY(inTime);
         QVERIFY(seen.get());

@@ -16,7 +16,7 @@ using TerminalLines::Line;
 namespace
 {
 
-constexpr int PATIENCE_MS = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 QMutex mutex;
 QStringList said;
@@ -58,11 +58,11 @@ private slots:
         file.close();
         source.setFile(garbage);
         QTRY_COMPARE_WITH_TIMEOUT(count(TerminalLines::text(Line::NotAFilm, {garbage})), 1,
-                                  PATIENCE_MS);
+                                  TIMEOUT_MS);
 
         source.setFile(m_folder.path());
         QTRY_COMPARE_WITH_TIMEOUT(
-            count(TerminalLines::text(Line::FilmUnreadable, {m_folder.path()})), 1, PATIENCE_MS);
+            count(TerminalLines::text(Line::FilmUnreadable, {m_folder.path()})), 1, TIMEOUT_MS);
         // Once is enough for one file.
         source.setFile(garbage);
         source.setFile(m_folder.path());
@@ -96,7 +96,7 @@ private slots:
             }
             return false;
         };
-        QTRY_VERIFY_WITH_TIMEOUT(told(), PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(told(), TIMEOUT_MS);
     }
 
     void aMissingEncoderIsTold()
@@ -104,7 +104,7 @@ private slots:
         const auto writer =
             MovieWriter::create({m_folder.filePath("movie.mov"), {320, 240}, {"noSuchEncoder"}},
                                 [](const QString &) {});
-        QTRY_COMPARE_WITH_TIMEOUT(count(TerminalLines::text(Line::NoMovieEncoder)), 1, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(count(TerminalLines::text(Line::NoMovieEncoder)), 1, TIMEOUT_MS);
     }
 
     void aMissingSoundServerIsTold()
@@ -113,7 +113,7 @@ private slots:
         server.pretendAbsent();
         const auto capture = SoundCapture::create(MicrophoneId{0x04FC, 0x6330});
         capture->start([](const SoundBuffer &) {});
-        QTRY_COMPARE_WITH_TIMEOUT(count(TerminalLines::text(Line::NoSoundServer)), 1, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(count(TerminalLines::text(Line::NoSoundServer)), 1, TIMEOUT_MS);
         capture->stop();
     }
 

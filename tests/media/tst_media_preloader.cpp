@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr std::chrono::seconds timeout(60);
+constexpr std::chrono::seconds TIMEOUT(60);
 
 /// Whether a library of that name is in this process.
 bool loaded(const QByteArray &name)
@@ -65,7 +65,7 @@ private slots:
         const int before = threads();
         {
             MediaPreloader warmUp(std::chrono::milliseconds(0));
-            QVERIFY(warmUp.waitUntilDone(timeout));
+            QVERIFY(warmUp.waitUntilDone(TIMEOUT));
         }
         QVERIFY(listMade());
         for (const char *library :

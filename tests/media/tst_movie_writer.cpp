@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr qint64 START_US = 5000000000;
-constexpr int PATIENCE_MS = 20000;
+constexpr int TIMEOUT_MS = 20000;
 constexpr QSize SMALL(640, 360);
 
 qint64 timeOf(int number)
@@ -36,7 +36,7 @@ public:
                    const QStringList &encoders = {"x264enc"})
         : m_pictures(size)
         , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const std::lock_guard lock(m_mutex);
             m_failures << sentence;
         }))
     {
@@ -73,12 +73,12 @@ public:
     }
     static void waitUntilCompleted()
     {
-        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(PATIENCE_MS)));
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)));
     }
 
     QStringList failures() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_failures;
     }
 
@@ -189,8 +189,8 @@ private slots:
     void noEncoderAtAllIsReported()
     {
         Movie movie(m_folder.filePath("none.mov"), SMALL, {"nosuchencoder"});
-        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
-        QTRY_COMPARE_WITH_TIMEOUT(int(movie.failures().size()), 1, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(int(movie.failures().size()), 1, TIMEOUT_MS);
         movie.append(0);
         movie.finish();
     }
@@ -363,7 +363,7 @@ private slots:
         const QString file = m_folder.filePath("empty.mov");
         {
             Movie movie(file);
-            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), PATIENCE_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), TIMEOUT_MS);
         }
         Movie::waitUntilCompleted();
         QVERIFY(!QFile::exists(file));
@@ -399,7 +399,7 @@ private slots:
         QFETCH(QString, name);
         Movie movie(name.isEmpty() ? name : m_folder.filePath(name));
         QTRY_COMPARE_WITH_TIMEOUT(movie.failures(),
-                                  QStringList("The movie file cannot be created."), PATIENCE_MS);
+                                  QStringList("The movie file cannot be created."), TIMEOUT_MS);
         QCOMPARE(movie.writer->status(), MovieWriter::Status::Failed);
         movie.append(0);
         movie.finish();
@@ -414,7 +414,7 @@ private slots:
         for (int n = 0; n < 10; ++n)
             movie.append(n);
         QVERIFY(QDir(m_folder.filePath("vanishing")).removeRecursively());
-        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, TIMEOUT_MS);
         QCOMPARE(movie.failures(),
                  QStringList("The recording was stopped because its folder no longer exists."));
         movie.finish();
@@ -427,7 +427,7 @@ private slots:
         for (int n = 0; n < 30; ++n)
             movie.append(n);
         QVERIFY(QDir(m_folder.path()).rename("before", "after"));
-        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, TIMEOUT_MS);
         movie.finish();
         QCOMPARE(int(MovieFile(m_folder.filePath("after/movie.mov")).pictures().size()), 30);
     }

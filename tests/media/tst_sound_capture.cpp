@@ -39,7 +39,7 @@ private:
     std::unique_ptr<SoundCapture> m_capture;
 };
 
-constexpr int PATIENCE_MS = 20000;
+constexpr int TIMEOUT_MS = 20000;
 constexpr qint64 PERIOD_US = 100000;
 constexpr int SECOND = 44100;
 /// In four seconds a microphone is looked for as often as in forty minutes.
@@ -115,7 +115,7 @@ private slots:
         QVERIFY(m_server->start());
         const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
         Listener listener;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, TIMEOUT_MS);
         listener.stop();
     }
 
@@ -125,7 +125,7 @@ private slots:
             "device.description=Other device.vendor.id=046d device.product.id=6330"));
         const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
         Listener listener;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > 2 * SECOND, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > 2 * SECOND, TIMEOUT_MS);
         listener.stop();
         QCOMPARE(listener.loud.load(), 0);
     }
@@ -135,7 +135,7 @@ private slots:
         m_server->pretendAbsent();
         QTest::ignoreMessage(QtDebugMsg, "No camera microphone found, recording silence.");
         Listener listener;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND, TIMEOUT_MS);
         listener.stop();
         QCOMPARE(listener.loud.load(), 0);
     }
@@ -146,7 +146,7 @@ private slots:
         auto feed =
             std::make_unique<MicrophoneFeed>(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
         Listener listener;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, TIMEOUT_MS);
         QTest::ignoreMessage(QtDebugMsg, "The camera's microphone is lost, recording silence.");
         QVERIFY(m_server->unplugMicrophone());
         expectSilenceInRealTime(listener);
@@ -155,7 +155,7 @@ private slots:
         feed =
             std::make_unique<MicrophoneFeed>(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
         const int loud = listener.loud;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > loud + 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > loud + 500, TIMEOUT_MS);
         listener.stop();
     }
 
@@ -164,7 +164,7 @@ private slots:
         QVERIFY(m_server->start());
         const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
         Listener listener;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, TIMEOUT_MS);
         m_server->kill();
         expectSilenceInRealTime(listener);
         listener.stop();
@@ -174,10 +174,10 @@ private slots:
     {
         m_server->pretendAbsent();
         Listener listener(FAST);
-        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, TIMEOUT_MS);
         QVERIFY(m_server->start());
         const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
-        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, TIMEOUT_MS);
         listener.stop();
     }
 
@@ -185,10 +185,10 @@ private slots:
     {
         m_server->pretendAbsent();
         Listener listener(FAST);
-        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, TIMEOUT_MS);
         const int before = openDescriptors();
         const int quiet = listener.quiet;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + 4 * SECOND, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + 4 * SECOND, TIMEOUT_MS);
         // One look may be under way.
         const int after = openDescriptors();
         QVERIFY2(after < before + 10, qPrintable(QString("%1 to %2").arg(before).arg(after)));
@@ -201,10 +201,10 @@ private slots:
             QVERIFY(m_server->start());
             const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
             const int loud = listener.loud;
-            QTRY_VERIFY_WITH_TIMEOUT(listener.loud > loud + 500, PATIENCE_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(listener.loud > loud + 500, TIMEOUT_MS);
             m_server->kill();
             const int quiet = listener.quiet;
-            QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + SECOND, PATIENCE_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + SECOND, TIMEOUT_MS);
         };
         Listener listener(FAST);
         hearAndKill(listener);
@@ -222,13 +222,13 @@ private slots:
         QVERIFY(m_server->start());
         m_server->freeze(true);
         Listener first;
-        QTRY_VERIFY_WITH_TIMEOUT(first.quiet > SECOND, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(first.quiet > SECOND, TIMEOUT_MS);
         first.stop();
         Listener second;
         expectSilenceInRealTime(second);
         m_server->freeze(false);
         const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
-        QTRY_VERIFY_WITH_TIMEOUT(second.loud > 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(second.loud > 500, TIMEOUT_MS);
         second.stop();
     }
 
@@ -237,7 +237,7 @@ private slots:
         QVERIFY(m_server->start());
         const MicrophoneFeed feed(m_server->pipe(), captureMicroseconds(), PERIOD_US, 0);
         Listener listener;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.loud > 500, TIMEOUT_MS);
         m_server->freeze(true);
         expectSilenceInRealTime(listener);
         QElapsedTimer stopping;
@@ -251,8 +251,8 @@ private:
     static void expectSilenceInRealTime(Listener &listener)
     {
         const int quiet = listener.quiet;
-        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + 2 * SECOND, PATIENCE_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(listener.latencyUs < 2000000, PATIENCE_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + 2 * SECOND, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.latencyUs < 2000000, TIMEOUT_MS);
     }
 
     QTemporaryDir m_folder;

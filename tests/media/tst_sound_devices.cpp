@@ -12,7 +12,7 @@ namespace
 
 /// As often as a recording of forty minutes looks for the microphone.
 constexpr int LOOKS = 40 * 60 / 2;
-constexpr int PATIENCE_MS = 20000;
+constexpr int TIMEOUT_MS = 20000;
 
 int openDescriptors()
 {
@@ -86,7 +86,7 @@ private slots:
         QVERIFY(m_server->unplugMicrophone());
         QVERIFY(QTest::qWaitFor(
             [] { return SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID); },
-            PATIENCE_MS));
+            TIMEOUT_MS));
         QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID));
         QVERIFY(!microphoneFound());
         QVERIFY(m_server->plugMicrophone());

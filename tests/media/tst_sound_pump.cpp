@@ -26,7 +26,7 @@ public:
     SoundCapture::Handler handler()
     {
         return [this](const SoundBuffer &buffer) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const std::lock_guard lock(m_mutex);
             m_pieces.push_back({{buffer.samples, buffer.samples + buffer.count},
                                 buffer.presentationUs,
                                 captureMicroseconds()});
@@ -37,12 +37,12 @@ public:
     }
     std::vector<Piece> pieces() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_pieces;
     }
     QByteArray thread() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_thread;
     }
 

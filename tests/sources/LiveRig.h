@@ -26,14 +26,14 @@ public:
 
     int count(const QString &text) const
     {
-        const std::lock_guard<std::mutex> lock(mutex());
+        const std::lock_guard lock(mutex());
         return lines().count(text);
     }
 
 private:
     static void take(QtMsgType, const QMessageLogContext &, const QString &text)
     {
-        const std::lock_guard<std::mutex> lock(mutex());
+        const std::lock_guard lock(mutex());
         lines().append(text);
     }
     static std::mutex &mutex()
@@ -75,7 +75,7 @@ inline void pull(VirtualCamera &camera)
 struct LiveRig {
     static constexpr QSize PREVIEW{1024, 768};
     static constexpr QSize RECORDING{1280, 720};
-    static constexpr int PATIENCE_MS = 30000;
+    static constexpr int TIMEOUT_MS = 30000;
 
     FrameSink sink;
     std::unique_ptr<LiveSource> source =
@@ -83,18 +83,18 @@ struct LiveRig {
 
     bool waitUntilRunning()
     {
-        return QTest::qWaitFor([this] { return source->running(); }, PATIENCE_MS);
+        return QTest::qWaitFor([this] { return source->running(); }, TIMEOUT_MS);
     }
 
     bool waitForFrames(int more = 3)
     {
         const int wanted = sink.count() + more;
-        return QTest::qWaitFor([this, wanted] { return sink.count() >= wanted; }, PATIENCE_MS);
+        return QTest::qWaitFor([this, wanted] { return sink.count() >= wanted; }, TIMEOUT_MS);
     }
 
     bool waitForSize(QSize size)
     {
-        return QTest::qWaitFor([this, size] { return sink.size() == size; }, PATIENCE_MS);
+        return QTest::qWaitFor([this, size] { return sink.size() == size; }, TIMEOUT_MS);
     }
 
     /// Plugged in, opened and streaming.

@@ -20,24 +20,24 @@ class Told
 public:
     void add(const FolderWatch::Change &change)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         ++m_count;
         m_names = change.names;
         m_written += change.written;
     }
     [[nodiscard]] int count() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_count;
     }
     [[nodiscard]] QStringList names() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_names;
     }
     [[nodiscard]] bool wasWritten(const QString &name) const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const std::lock_guard lock(m_mutex);
         return m_written.contains(name);
     }
 

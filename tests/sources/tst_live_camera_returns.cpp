@@ -38,7 +38,7 @@ struct KeptRig : LiveRig {
     bool waitForState(State state)
     {
         return QTest::qWaitFor([this, state] { return keeper.status().state == state; },
-                               PATIENCE_MS);
+                               TIMEOUT_MS);
     }
 };
 
@@ -67,7 +67,7 @@ qint64 plugAndWait(VirtualCamera &camera, KeptRig &rig)
     };
     QElapsedTimer timer;
     timer.start();
-    if (!camera.plug() || !QTest::qWaitFor(again, LiveRig::PATIENCE_MS))
+    if (!camera.plug() || !QTest::qWaitFor(again, LiveRig::TIMEOUT_MS))
         return -1;
     const qint64 elapsedMs = timer.elapsed();
     std::printf("picture again after %lld ms\n", static_cast<long long>(elapsedMs));
@@ -82,7 +82,7 @@ bool pluggedInAgain(VirtualCamera &camera, KeptRig &rig)
     CHECK(rig.waitForState(State::Seen));
     CHECK(rig.waitForState(State::Showing));
     CHECK(rig.keeper.status().size == LiveRig::PREVIEW);
-    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::PATIENCE_MS));
+    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::TIMEOUT_MS));
     const int found = log.count("DEVICE FOUND");
     for (int round = 0; round < 2; ++round) {
         pull(camera);
@@ -125,7 +125,7 @@ bool stoppedMeanwhile(VirtualCamera &camera, KeptRig &rig)
     // Seen: open, and no stream is asked for.
     CHECK(rig.waitForState(State::Seen));
     CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().gone == false; },
-                          LiveRig::PATIENCE_MS));
+                          LiveRig::TIMEOUT_MS));
     CHECK(staysWithoutFrames(rig.sink));
     rig.source->startCapture();
     return rig.waitForFrames();
@@ -148,7 +148,7 @@ MovieFacts probe(const QString &file)
                   {"-v", "error", "-count_packets", "-show_entries",
                    "stream=codec_type,duration,nb_read_packets", "-of", "csv=p=0", file});
     MovieFacts facts;
-    if (!ffprobe.waitForFinished(LiveRig::PATIENCE_MS))
+    if (!ffprobe.waitForFinished(LiveRig::TIMEOUT_MS))
         return facts;
     for (const QString &line : QString(ffprobe.readAllStandardOutput()).split('\n')) {
         const QStringList fields = line.split(',');
@@ -207,7 +207,7 @@ bool busyAtFirst(VirtualCamera &camera, KeptRig &rig)
     camera.faults().claimBusy = 0;
     CHECK(rig.waitForFrames());
     CHECK(rig.waitForState(State::Showing));
-    return QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::PATIENCE_MS);
+    return QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::TIMEOUT_MS);
 }
 
 /// Obeys the permissions of files from now on, as a user's program does.
@@ -264,9 +264,9 @@ bool silentForAWhile(VirtualCamera &camera, KeptRig &rig)
     CHECK(rig.bringUp(camera));
     camera.faults().silent = 1;
     CHECK(rig.waitForState(State::Silent));
-    // Its stream is asked for anew meanwhile.
+    // Its stream is asked for again meanwhile.
     CHECK(QTest::qWaitFor([&rig] { return rig.source->cameraLink().frames == 0; },
-                          LiveRig::PATIENCE_MS));
+                          LiveRig::TIMEOUT_MS));
     camera.faults().silent = 0;
     return rig.waitForFrames() && rig.waitForState(State::Showing);
 }
@@ -279,7 +279,7 @@ bool controlHangs(VirtualCamera &camera, KeptRig &rig)
     unsigned long value = 3;
     CHECK(rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0);
     CHECK(rig.source->ksPropGet(CameraParameter::VALUE_SELECTOR, &value, sizeof value) < 0);
-    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::PATIENCE_MS));
+    CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::TIMEOUT_MS));
     CHECK(rig.waitForFrames());
     return rig.keeper.status().state == State::Showing;
 }
@@ -338,7 +338,7 @@ int cameraThreads()
 Holding settled()
 {
     constexpr int OF_ONE_CAMERA = 2;
-    (void)QTest::qWaitFor([] { return cameraThreads() <= OF_ONE_CAMERA; }, LiveRig::PATIENCE_MS);
+    (void)QTest::qWaitFor([] { return cameraThreads() <= OF_ONE_CAMERA; }, LiveRig::TIMEOUT_MS);
     return holding();
 }
 
@@ -351,7 +351,7 @@ bool oftenPulledAndPlugged(VirtualCamera &camera, KeptRig &rig)
     pull(camera);
     CHECK(plugAndWait(camera, rig) >= 0);
     const Holding before = settled();
-    qint64 quickestMs = LiveRig::PATIENCE_MS;
+    qint64 quickestMs = LiveRig::TIMEOUT_MS;
     for (int round = 0; round < ROUNDS; ++round) {
         pull(camera);
         const qint64 tookMs = plugAndWait(camera, rig);

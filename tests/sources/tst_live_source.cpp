@@ -79,7 +79,7 @@ private slots:
         LiveRig rig;
         QVERIFY(m_camera->plug());
         QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") >= 3; },
-                                LiveRig::PATIENCE_MS));
+                                LiveRig::TIMEOUT_MS));
         QVERIFY(!rig.source->running());
         m_camera->unplug();
         QVERIFY(QTest::qWaitFor(
@@ -88,7 +88,7 @@ private slots:
                 rig.source->checkExistance();
                 return log.count("DEVICE FOUND") == found; // a poll that did not find it
             },
-            LiveRig::PATIENCE_MS));
+            LiveRig::TIMEOUT_MS));
         QVERIFY(!rig.source->running());
         QElapsedTimer sincePlugged;
         sincePlugged.start();
@@ -249,7 +249,7 @@ private slots:
         };
         QVERIFY(rig.bringUp(*m_camera));
         slow = true;
-        QVERIFY(QTest::qWaitFor([&inside] { return inside > 0; }, LiveRig::PATIENCE_MS));
+        QVERIFY(QTest::qWaitFor([&inside] { return inside > 0; }, LiveRig::TIMEOUT_MS));
         rig.source->stopCapture();
         QCOMPARE(inside.load(), 0);
         QVERIFY(staysWithoutFrames(rig.sink));

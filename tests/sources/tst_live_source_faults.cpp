@@ -82,7 +82,7 @@ private slots:
         const auto sent = m_camera->statistics().framesSent;
         QVERIFY(
             QTest::qWaitFor([this, sent] { return m_camera->statistics().framesSent >= sent + 10; },
-                            LiveRig::PATIENCE_MS));
+                            LiveRig::TIMEOUT_MS));
         if (dropped)
             QVERIFY(staysWithoutFrames(rig.sink));
         *frames = 0;
@@ -108,7 +108,7 @@ private slots:
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->faults().silent = 1;
         QVERIFY(
-            QTest::qWaitFor([&rig] { return staysWithoutFrames(rig.sink); }, LiveRig::PATIENCE_MS));
+            QTest::qWaitFor([&rig] { return staysWithoutFrames(rig.sink); }, LiveRig::TIMEOUT_MS));
         rig.source->setResolution(LiveRig::RECORDING); // nothing to wait for in the teardown
         m_camera->faults().silent = 0;
         QVERIFY(rig.waitForSize(LiveRig::RECORDING));
@@ -120,7 +120,7 @@ private slots:
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->faults().endpointStalls = 20;
         QVERIFY(QTest::qWaitFor([this] { return m_camera->faults().endpointStalls == 0; },
-                                LiveRig::PATIENCE_MS));
+                                LiveRig::TIMEOUT_MS));
         QVERIFY(rig.waitForFrames(5));
     }
 

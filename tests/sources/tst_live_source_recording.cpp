@@ -72,8 +72,8 @@ private slots:
     {
         const MessageLog log;
         QVERIFY(m_camera->plug());
-        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; },
-                                LiveRig::PATIENCE_MS));
+        QVERIFY(
+            QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, LiveRig::TIMEOUT_MS));
         m_rig->source->requestRecord(m_file);
         QVERIFY(!m_rig->source->recording());
         QVERIFY(m_rig->waitUntilRunning());
@@ -87,8 +87,8 @@ private slots:
     {
         const MessageLog log;
         QVERIFY(m_camera->plug());
-        QVERIFY(QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; },
-                                LiveRig::PATIENCE_MS));
+        QVERIFY(
+            QTest::qWaitFor([&log] { return log.count("DEVICE FOUND") > 0; }, LiveRig::TIMEOUT_MS));
         m_rig->source->requestRecord(m_file);
         m_camera->unplug();
         expectFailure();
@@ -165,7 +165,7 @@ private slots:
         QVERIFY(m_rig->bringUp(*m_camera));
         m_camera->unplug();
         QVERIFY(QTest::qWaitFor([this] { return staysWithoutFrames(m_rig->sink); },
-                                LiveRig::PATIENCE_MS));
+                                LiveRig::TIMEOUT_MS));
         QVERIFY(m_camera->plug());
         m_rig->source->startRecord(m_file);
         expectFailure();
@@ -213,7 +213,7 @@ private:
 
     void expectFailure()
     {
-        QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::PATIENCE_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::TIMEOUT_MS);
         QCOMPARE(m_failures->at(0)[0].toString(),
                  QString("Nothing was recorded because no picture came from the camera."));
         QVERIFY(m_rig->source->recordRequested());

@@ -69,7 +69,7 @@ bool wantsAll()
 /// Pictures of every kind beside what ImageMagick makes of them, damaged ones, and what is none.
 /// With PICTURE_CORPUS_ALL in the environment they are larger and more, and the longest time that
 /// the caller was held and the most memory are told.
-class TestPictureCorpus : public QObject
+class PictureCorpusTest : public QObject
 {
     Q_OBJECT
 
@@ -88,7 +88,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-void TestPictureCorpus::initTestCase()
+void PictureCorpusTest::initTestCase()
 {
     const auto writeProfile = [this](const char *name, QColorSpace::NamedColorSpace space) {
         QFile file(m_folder.filePath(name));
@@ -107,14 +107,14 @@ void TestPictureCorpus::initTestCase()
     QCOMPARE(script.exitCode(), 0);
 }
 
-void TestPictureCorpus::aPictureIsAsImageMagickReadsIt_data()
+void PictureCorpusTest::aPictureIsAsImageMagickReadsIt_data()
 {
     QTest::addColumn<QString>("name");
     for (const QString &name : in("good").entryList(QDir::Files))
         QTest::newRow(qPrintable(name)) << name;
 }
 
-void TestPictureCorpus::aPictureIsAsImageMagickReadsIt()
+void PictureCorpusTest::aPictureIsAsImageMagickReadsIt()
 {
     QFETCH(QString, name);
     const PictureReader::Reading reading = PictureReader::readFile(in("good").filePath(name));
@@ -130,7 +130,7 @@ void TestPictureCorpus::aPictureIsAsImageMagickReadsIt()
              qPrintable(QString("%1 at the most, %2 on average").arg(apart.most).arg(apart.mean)));
 }
 
-void TestPictureCorpus::aDamagedPictureIsShownOrToldOf()
+void PictureCorpusTest::aDamagedPictureIsShownOrToldOf()
 {
     const QStringList names = in("damaged").entryList(QDir::Files);
     QVERIFY(names.size() >= 4 * in("good").entryList(QDir::Files).size());
@@ -154,7 +154,7 @@ void TestPictureCorpus::aDamagedPictureIsShownOrToldOf()
     QVERIFY(shown < names.size());
 }
 
-void TestPictureCorpus::whatIsNoPictureIsToldOf()
+void PictureCorpusTest::whatIsNoPictureIsToldOf()
 {
     const QStringList names =
         in("none").entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
@@ -170,7 +170,7 @@ void TestPictureCorpus::whatIsNoPictureIsToldOf()
     }
 }
 
-void TestPictureCorpus::afterEveryDamagedPictureTheNextOneIsShown()
+void PictureCorpusTest::afterEveryDamagedPictureTheNextOneIsShown()
 {
     // All of them in one folder, in which a good one follows each.
     const QDir folder = in("mixed");
@@ -208,7 +208,7 @@ void TestPictureCorpus::afterEveryDamagedPictureTheNextOneIsShown()
         qInfo("a step took %lld ms at the most", longestMs);
 }
 
-void TestPictureCorpus::largePicturesStayWithinTheMemory()
+void PictureCorpusTest::largePicturesStayWithinTheMemory()
 {
     if (!wantsAll())
         return;
@@ -224,5 +224,5 @@ void TestPictureCorpus::largePicturesStayWithinTheMemory()
     QVERIFY(megabytes() < MOST_MEGABYTES);
 }
 
-REGISTER_TEST(TestPictureCorpus)
+REGISTER_TEST(PictureCorpusTest)
 #include "tst_picture_corpus.moc"

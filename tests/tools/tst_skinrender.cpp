@@ -8,7 +8,7 @@
 #include <QtTest>
 
 // The renderer as the build calls it: what it writes, and that every fault stops the build by name.
-class TestSkinRender : public QObject
+class SkinRenderTest : public QObject
 {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ QByteArray square(int width, int height, const QByteArray &fill)
 
 } // namespace
 
-void TestSkinRender::init()
+void SkinRenderTest::init()
 {
     m_folder.reset(new QTemporaryDir);
     write("skin.ini", table);
@@ -54,7 +54,7 @@ void TestSkinRender::init()
     write("top/C.svg", square(2, 2, "@ink@"));
 }
 
-void TestSkinRender::drawsEachStateAtBothSizes()
+void SkinRenderTest::drawsEachStateAtBothSizes()
 {
     QVERIFY2(render(), qPrintable(m_message));
     QCOMPARE(drawn("Normal/A.png").size(), QSize(10, 4));
@@ -73,7 +73,7 @@ void TestSkinRender::drawsEachStateAtBothSizes()
     QVERIFY(text.contains("<file>Over/A@2x.png</file>"));
 }
 
-void TestSkinRender::faultsStopTheBuild_data()
+void SkinRenderTest::faultsStopTheBuild_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("text");
@@ -92,7 +92,7 @@ void TestSkinRender::faultsStopTheBuild_data()
                                  << "palette.ini:2";
 }
 
-void TestSkinRender::faultsStopTheBuild()
+void SkinRenderTest::faultsStopTheBuild()
 {
     QFETCH(QString, file);
     QFETCH(QByteArray, text);
@@ -103,7 +103,7 @@ void TestSkinRender::faultsStopTheBuild()
     QVERIFY(!QFile::exists(m_folder->filePath("out/skin.qrc")));
 }
 
-void TestSkinRender::write(const QString &name, const QByteArray &text)
+void SkinRenderTest::write(const QString &name, const QByteArray &text)
 {
     const QString path = m_folder->filePath(name);
     QVERIFY(QDir().mkpath(QFileInfo(path).path()));
@@ -112,7 +112,7 @@ void TestSkinRender::write(const QString &name, const QByteArray &text)
     QCOMPARE(file.write(text), text.size());
 }
 
-bool TestSkinRender::render()
+bool SkinRenderTest::render()
 {
     QProcess process;
     process.start(SKINRENDER, {m_folder->filePath("skin.ini"), m_folder->filePath("palette.ini"),
@@ -123,5 +123,5 @@ bool TestSkinRender::render()
     return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-REGISTER_TEST(TestSkinRender)
+REGISTER_TEST(SkinRenderTest)
 #include "tst_skinrender.moc"

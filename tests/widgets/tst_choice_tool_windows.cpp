@@ -35,7 +35,7 @@ QString title(const QWidget &popup)
 } // namespace
 
 /// Effect, mask and board colour.
-class TestChoiceToolWindows : public QObject
+class ChoiceToolWindowsTest : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private slots:
     void eachReadsTheCanvasAgainWhenTheModeChanges();
 };
 
-void TestChoiceToolWindows::effectButtonsStandInTheirPlaces()
+void ChoiceToolWindowsTest::effectButtonsStandInTheirPlaces()
 {
     PopupScene scene;
     const EffectToolWindow popup(&scene.toolButton, &scene.window);
@@ -67,7 +67,7 @@ void TestChoiceToolWindows::effectButtonsStandInTheirPlaces()
     QCOMPARE(Popup::checked(popup, 18), 0);
 }
 
-void TestChoiceToolWindows::everyEffectReachesCanvasAndToolButton()
+void ChoiceToolWindowsTest::everyEffectReachesCanvasAndToolButton()
 {
     PopupScene scene;
     EffectToolWindow popup(&scene.toolButton, &scene.window);
@@ -82,7 +82,7 @@ void TestChoiceToolWindows::everyEffectReachesCanvasAndToolButton()
     }
 }
 
-void TestChoiceToolWindows::effectStepsRoundTheTable()
+void ChoiceToolWindowsTest::effectStepsRoundTheTable()
 {
     PopupScene scene;
     EffectToolWindow popup(&scene.toolButton, &scene.window);
@@ -98,7 +98,7 @@ void TestChoiceToolWindows::effectStepsRoundTheTable()
     }
 }
 
-void TestChoiceToolWindows::effectStepsOnlyFromACheckedButton()
+void ChoiceToolWindowsTest::effectStepsOnlyFromACheckedButton()
 {
     PopupScene scene;
     EffectToolWindow popup(&scene.toolButton, &scene.window);
@@ -111,7 +111,7 @@ void TestChoiceToolWindows::effectStepsOnlyFromACheckedButton()
     QCOMPARE(Popup::checked(popup, 18), -1);
 }
 
-void TestChoiceToolWindows::effectIgnoresAnIndexOutsideTheTable()
+void ChoiceToolWindowsTest::effectIgnoresAnIndexOutsideTheTable()
 {
     PopupScene scene;
     EffectToolWindow popup(&scene.toolButton, &scene.window);
@@ -121,7 +121,7 @@ void TestChoiceToolWindows::effectIgnoresAnIndexOutsideTheTable()
     }
 }
 
-void TestChoiceToolWindows::maskButtonsStandInTheirPlaces()
+void ChoiceToolWindowsTest::maskButtonsStandInTheirPlaces()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -133,7 +133,7 @@ void TestChoiceToolWindows::maskButtonsStandInTheirPlaces()
     QCOMPARE(popup.selectedMaskMode(), ImageCanvas::MaskNone);
 }
 
-void TestChoiceToolWindows::everyMaskReachesCanvasAndToolButton()
+void ChoiceToolWindowsTest::everyMaskReachesCanvasAndToolButton()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -150,7 +150,7 @@ void TestChoiceToolWindows::everyMaskReachesCanvasAndToolButton()
     }
 }
 
-void TestChoiceToolWindows::maskStepsBackwardsThroughNone()
+void ChoiceToolWindowsTest::maskStepsBackwardsThroughNone()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -164,7 +164,7 @@ void TestChoiceToolWindows::maskStepsBackwardsThroughNone()
     }
 }
 
-void TestChoiceToolWindows::maskStepsForwardsAndWrapsToNone()
+void ChoiceToolWindowsTest::maskStepsForwardsAndWrapsToNone()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -176,7 +176,7 @@ void TestChoiceToolWindows::maskStepsForwardsAndWrapsToNone()
     }
 }
 
-void TestChoiceToolWindows::noMaskKeepsTheLastSkin()
+void ChoiceToolWindowsTest::noMaskKeepsTheLastSkin()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -190,7 +190,7 @@ void TestChoiceToolWindows::noMaskKeepsTheLastSkin()
     QCOMPARE(int(scene.canvas.maskMode.load()), 0);
 }
 
-void TestChoiceToolWindows::maskWithoutACheckedButtonCountsAsTheFirst()
+void ChoiceToolWindowsTest::maskWithoutACheckedButtonCountsAsTheFirst()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -200,7 +200,7 @@ void TestChoiceToolWindows::maskWithoutACheckedButtonCountsAsTheFirst()
     QCOMPARE(int(scene.canvas.maskMode.load()), 2);
 }
 
-void TestChoiceToolWindows::openingTheFillWindowPaintsTheBoardWhite()
+void ChoiceToolWindowsTest::openingTheFillWindowPaintsTheBoardWhite()
 {
     PopupScene scene;
     scene.canvas.fillCanvas(QColor(255, 255, 0));
@@ -213,7 +213,7 @@ void TestChoiceToolWindows::openingTheFillWindowPaintsTheBoardWhite()
     QCOMPARE(popup.size(), QSize(292, 47));
 }
 
-void TestChoiceToolWindows::everyBoardColorReachesTheCanvas()
+void ChoiceToolWindowsTest::everyBoardColorReachesTheCanvas()
 {
     PopupScene scene;
     FillBackgroundToolWindow popup(&scene.toolButton, &scene.window, "T", "L");
@@ -226,7 +226,7 @@ void TestChoiceToolWindows::everyBoardColorReachesTheCanvas()
     }
 }
 
-void TestChoiceToolWindows::fillWithoutALabelHasNoButtons()
+void ChoiceToolWindowsTest::fillWithoutALabelHasNoButtons()
 {
     PopupScene scene;
     FillBackgroundToolWindow popup(&scene.toolButton, &scene.window, "T", "");
@@ -235,7 +235,7 @@ void TestChoiceToolWindows::fillWithoutALabelHasNoButtons()
     QCOMPARE(scene.canvas.boardColor().rgba(), 0xFFFFFFFF);
 }
 
-void TestChoiceToolWindows::eachReadsTheCanvasAgainWhenTheModeChanges()
+void ChoiceToolWindowsTest::eachReadsTheCanvasAgainWhenTheModeChanges()
 {
     PopupScene scene;
     scene.toolButton.setCheckable(true);
@@ -256,5 +256,5 @@ void TestChoiceToolWindows::eachReadsTheCanvasAgainWhenTheModeChanges()
     QCOMPARE(Popup::checked(mask, 18), -1);
 }
 
-REGISTER_TEST(TestChoiceToolWindows)
+REGISTER_TEST(ChoiceToolWindowsTest)
 #include "tst_choice_tool_windows.moc"

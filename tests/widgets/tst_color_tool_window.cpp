@@ -5,7 +5,7 @@
 
 #include <QLabel>
 
-class TestColorToolWindow : public QObject
+class ColorToolWindowTest : public QObject
 {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ private slots:
     void theRowsDoNotSayTheSame();
 };
 
-void TestColorToolWindow::hasOneRowForEachLabel_data()
+void ColorToolWindowTest::hasOneRowForEachLabel_data()
 {
     QTest::addColumn<QString>("color");
     QTest::addColumn<QString>("fill");
@@ -44,7 +44,7 @@ void TestColorToolWindow::hasOneRowForEachLabel_data()
         << "Fill Color" << QStringList{"Title 8,2", "Line Width 8,22"} << 47;
 }
 
-void TestColorToolWindow::hasOneRowForEachLabel()
+void ColorToolWindowTest::hasOneRowForEachLabel()
 {
     QFETCH(QString, color);
     QFETCH(QString, fill);
@@ -62,7 +62,7 @@ void TestColorToolWindow::hasOneRowForEachLabel()
     QCOMPARE(Popup::row(popup, 67).size(), labels.size() > 3 ? 5 : 0);
 }
 
-void TestColorToolWindow::buttonsStandInTheirPlaces()
+void ColorToolWindowTest::buttonsStandInTheirPlaces()
 {
     PopupScene scene;
     const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
@@ -72,7 +72,7 @@ void TestColorToolWindow::buttonsStandInTheirPlaces()
     QCOMPARE(Popup::lefts(popup, 67), (QList<int>{119, 152, 185, 218, 251}));
 }
 
-void TestColorToolWindow::showsTheCanvasSettings_data()
+void ColorToolWindowTest::showsTheCanvasSettings_data()
 {
     QTest::addColumn<int>("penWidth");
     QTest::addColumn<QColor>("color");
@@ -87,7 +87,7 @@ void TestColorToolWindow::showsTheCanvasSettings_data()
     QTest::newRow("nor are 0 and less") << -3 << QColor() << 0 << 0;
 }
 
-void TestColorToolWindow::showsTheCanvasSettings()
+void ColorToolWindowTest::showsTheCanvasSettings()
 {
     QFETCH(int, penWidth);
     QFETCH(QColor, color);
@@ -105,7 +105,7 @@ void TestColorToolWindow::showsTheCanvasSettings()
     QCOMPARE(Popup::checked(popup, 67), checkedColor + 1);
 }
 
-void TestColorToolWindow::everyChoiceReachesTheCanvas()
+void ColorToolWindowTest::everyChoiceReachesTheCanvas()
 {
     PopupScene scene;
     ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
@@ -126,7 +126,7 @@ void TestColorToolWindow::everyChoiceReachesTheCanvas()
     QVERIFY(popup.isVisible());
 }
 
-void TestColorToolWindow::fillIsShownOffUntilAColorIsChosen()
+void ColorToolWindowTest::fillIsShownOffUntilAColorIsChosen()
 {
     PopupScene scene;
     scene.canvas.fillEnabled = false;
@@ -135,7 +135,7 @@ void TestColorToolWindow::fillIsShownOffUntilAColorIsChosen()
     QCOMPARE(Popup::checked(popup, 67), 0);
 }
 
-void TestColorToolWindow::readsAgainWhenTheModeChanges()
+void ColorToolWindowTest::readsAgainWhenTheModeChanges()
 {
     PopupScene scene;
     ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
@@ -152,7 +152,7 @@ void TestColorToolWindow::readsAgainWhenTheModeChanges()
     QCOMPARE(scene.canvas.penWidth, 3);
 }
 
-void TestColorToolWindow::withoutACanvasNothingHappens()
+void ColorToolWindowTest::withoutACanvasNothingHappens()
 {
     PopupScene scene;
     scene.window.canvas = nullptr;
@@ -163,7 +163,7 @@ void TestColorToolWindow::withoutACanvasNothingHappens()
     QCOMPARE(scene.canvas.penWidth, 3);
 }
 
-void TestColorToolWindow::everyButtonHasANameAndATip()
+void ColorToolWindowTest::everyButtonHasANameAndATip()
 {
     PopupScene scene;
     const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "W", "C", "F");
@@ -173,7 +173,7 @@ void TestColorToolWindow::everyButtonHasANameAndATip()
     }
 }
 
-void TestColorToolWindow::theRowsDoNotSayTheSame()
+void ColorToolWindowTest::theRowsDoNotSayTheSame()
 {
     PopupScene scene;
     const ColorToolWindow popup(&scene.toolButton, &scene.window, "T", "Width", "Line Color",
@@ -190,5 +190,5 @@ void TestColorToolWindow::theRowsDoNotSayTheSame()
     QVERIFY(names.contains("Fill Color: No fill"));
 }
 
-REGISTER_TEST(TestColorToolWindow)
+REGISTER_TEST(ColorToolWindowTest)
 #include "tst_color_tool_window.moc"

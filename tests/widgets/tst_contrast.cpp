@@ -79,7 +79,7 @@ QList<SkinImage> table()
 } // namespace
 
 /// Whether what the skin shows can be told from its ground, measured on the pictures themselves.
-class TestContrast : public QObject
+class ContrastTest : public QObject
 {
     Q_OBJECT
 
@@ -91,7 +91,7 @@ private slots:
     void stripsAndTabsStandOut();
 };
 
-void TestContrast::everySignStandsOut_data()
+void ContrastTest::everySignStandsOut_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QColor>("ground");
@@ -114,7 +114,7 @@ void TestContrast::everySignStandsOut_data()
     }
 }
 
-void TestContrast::everySignStandsOut()
+void ContrastTest::everySignStandsOut()
 {
     QFETCH(QString, path);
     QFETCH(QColor, ground);
@@ -127,7 +127,7 @@ void TestContrast::everySignStandsOut()
     QVERIFY2(best >= least, qPrintable(QString::number(best)));
 }
 
-void TestContrast::captionsCanBeRead()
+void ContrastTest::captionsCanBeRead()
 {
     for (const char *state : {"Normal/", "Over/", "Click/"}) {
         for (const char *name : {"MAIN_BUTTON", "MAIN_BUTTON_LONG", "TOOL_TITLE_OPEN"}) {
@@ -147,7 +147,7 @@ void TestContrast::captionsCanBeRead()
     }
 }
 
-void TestContrast::stripsAndTabsStandOut()
+void ContrastTest::stripsAndTabsStandOut()
 {
     const QImage strip = onGround("Background/FILM_SCROLL_BACKGROUND", 0x22262B);
     const QColor ground = strip.pixelColor(32, 18);
@@ -165,5 +165,5 @@ void TestContrast::stripsAndTabsStandOut()
     QVERIFY2(edge >= 2.5, qPrintable(QString::number(edge)));
 }
 
-REGISTER_TEST(TestContrast)
+REGISTER_TEST(ContrastTest)
 #include "tst_contrast.moc"

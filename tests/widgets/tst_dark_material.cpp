@@ -23,7 +23,7 @@ QImage picture(QWidget &widget)
 
 } // namespace
 
-class TestDarkMaterial : public QObject
+class DarkMaterialTest : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private slots:
     void aTipNamesTheKey();
 };
 
-void TestDarkMaterial::fieldsAreFlatAndDarkWhateverTheTheme()
+void DarkMaterialTest::fieldsAreFlatAndDarkWhateverTheTheme()
 {
     for (const QColor &theme : {QColor(Qt::white), QColor(Qt::black)}) {
         QApplication::setPalette(QPalette(theme));
@@ -53,7 +53,7 @@ void TestDarkMaterial::fieldsAreFlatAndDarkWhateverTheTheme()
     }
 }
 
-void TestDarkMaterial::theColoursCanBeRead()
+void DarkMaterialTest::theColoursCanBeRead()
 {
     const QPalette palette = SkinStyle::darkPalette();
     QVERIFY(Contrast::of(palette.color(QPalette::Text), palette.color(QPalette::Base)) >= 4.5);
@@ -68,7 +68,7 @@ void TestDarkMaterial::theColoursCanBeRead()
                          palette.color(QPalette::Base)) >= 4.5);
 }
 
-void TestDarkMaterial::tipsHaveTheEdgeOfThePopUps()
+void DarkMaterialTest::tipsHaveTheEdgeOfThePopUps()
 {
     QImage image(40, 20, QImage::Format_RGB32);
     image.fill(Qt::white);
@@ -83,12 +83,12 @@ void TestDarkMaterial::tipsHaveTheEdgeOfThePopUps()
     QCOMPARE(image.pixelColor(1, 1), QColor(0x15181B));
 }
 
-void TestDarkMaterial::dialogButtonsHaveNoIcons()
+void DarkMaterialTest::dialogButtonsHaveNoIcons()
 {
     QCOMPARE(SkinStyle().styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 0);
 }
 
-void TestDarkMaterial::aPathIsCutAtItsBeginning()
+void DarkMaterialTest::aPathIsCutAtItsBeginning()
 {
     const QString end = "/lessons/chemistry/second-year/pictures";
     const auto imageOf = [](const QString &path) {
@@ -104,7 +104,7 @@ void TestDarkMaterial::aPathIsCutAtItsBeginning()
     QVERIFY(field.isReadOnly());
 }
 
-void TestDarkMaterial::aDoubleClickAsksForAnotherFolder()
+void DarkMaterialTest::aDoubleClickAsksForAnotherFolder()
 {
     FolderField field("/home", nullptr);
     const QSignalSpy wanted(&field, &FolderField::browseWanted);
@@ -114,7 +114,7 @@ void TestDarkMaterial::aDoubleClickAsksForAnotherFolder()
     QCOMPARE(wanted.count(), 1);
 }
 
-void TestDarkMaterial::aTipNamesTheKey()
+void DarkMaterialTest::aTipNamesTheKey()
 {
     ImageButton button("ICON_CAPTURE", "Take snapshot", nullptr, 0, 0);
     QCOMPARE(button.tip(), QString("Take snapshot"));
@@ -132,5 +132,5 @@ void TestDarkMaterial::aTipNamesTheKey()
     QCOMPARE(named.tip(), QString("Take snapshot (Ctrl+S)"));
 }
 
-REGISTER_TEST(TestDarkMaterial)
+REGISTER_TEST(DarkMaterialTest)
 #include "tst_dark_material.moc"

@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <QtTest>
 
-class TestFramelessWindow : public QObject
+class FramelessWindowTest : public QObject
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ bool send(QWidget &window, QEvent::Type type, QPointF local, QPointF global, Qt:
 
 } // namespace
 
-void TestFramelessWindow::flagMakesAFramelessToolWindow()
+void FramelessWindowTest::flagMakesAFramelessToolWindow()
 {
     QWidget parent;
     const FramelessWindow tool(QImage(), true, &parent);
@@ -60,7 +60,7 @@ void TestFramelessWindow::flagMakesAFramelessToolWindow()
     QCOMPARE(int(plain.windowFlags()) & 0x80b, int(Qt::Window));
 }
 
-void TestFramelessWindow::takesTheSizeOfItsBackground()
+void FramelessWindowTest::takesTheSizeOfItsBackground()
 {
     FramelessWindow window(chequered(40, 30), true, nullptr);
     QCOMPARE(window.size(), QSize(40, 30));
@@ -72,7 +72,7 @@ void TestFramelessWindow::takesTheSizeOfItsBackground()
     QCOMPARE(window.size(), QSize(292, 47));
 }
 
-void TestFramelessWindow::paintsItsBackground()
+void FramelessWindowTest::paintsItsBackground()
 {
     const QImage background = chequered(40, 30);
     FramelessWindow window(background, true, nullptr);
@@ -87,7 +87,7 @@ void TestFramelessWindow::paintsItsBackground()
     QCOMPARE(shown, background);
 }
 
-void TestFramelessWindow::nullBackgroundIsHarmless()
+void FramelessWindowTest::nullBackgroundIsHarmless()
 {
     FramelessWindow window(QImage(), false, nullptr);
     QCOMPARE(window.minimumSize(), QSize(0, 0));
@@ -97,7 +97,7 @@ void TestFramelessWindow::nullBackgroundIsHarmless()
     QCOMPARE(window.size(), QSize(0, 0));
 }
 
-void TestFramelessWindow::topStripDragsTheWindow_data()
+void FramelessWindowTest::topStripDragsTheWindow_data()
 {
     QTest::addColumn<double>("y");
     QTest::addColumn<bool>("drags");
@@ -108,7 +108,7 @@ void TestFramelessWindow::topStripDragsTheWindow_data()
     QTest::newRow("below") << 26.0 << false;
 }
 
-void TestFramelessWindow::topStripDragsTheWindow()
+void FramelessWindowTest::topStripDragsTheWindow()
 {
     QFETCH(double, y);
     QFETCH(bool, drags);
@@ -123,7 +123,7 @@ void TestFramelessWindow::topStripDragsTheWindow()
     QCOMPARE(window.pos(), drags ? QPoint(70, 65) : QPoint(50, 60));
 }
 
-void TestFramelessWindow::otherButtonsDoNotDrag()
+void FramelessWindowTest::otherButtonsDoNotDrag()
 {
     FramelessWindow window(chequered(100, 80), true, nullptr);
     window.move(50, 60);
@@ -132,12 +132,12 @@ void TestFramelessWindow::otherButtonsDoNotDrag()
                   Qt::RightButton));
     send(window, QEvent::MouseMove, {20, 5}, {70, 65}, Qt::NoButton, Qt::RightButton);
     QCOMPARE(window.pos(), QPoint(50, 60));
-    // A move without a press is none of its business either.
+    // It does not handle a move without a press either.
     send(window, QEvent::MouseMove, {20, 5}, {70, 65}, Qt::NoButton, Qt::LeftButton);
     QCOMPARE(window.pos(), QPoint(50, 60));
 }
 
-void TestFramelessWindow::dragEndsWithTheButton()
+void FramelessWindowTest::dragEndsWithTheButton()
 {
     FramelessWindow window(chequered(100, 80), true, nullptr);
     window.move(50, 60);
@@ -153,7 +153,7 @@ void TestFramelessWindow::dragEndsWithTheButton()
     QCOMPARE(window.pos(), QPoint(51, 60));
 }
 
-void TestFramelessWindow::maximizedOrMinimizedWindowStays_data()
+void FramelessWindowTest::maximizedOrMinimizedWindowStays_data()
 {
     QTest::addColumn<int>("state");
     QTest::newRow("maximized") << int(Qt::WindowMaximized);
@@ -161,7 +161,7 @@ void TestFramelessWindow::maximizedOrMinimizedWindowStays_data()
     QTest::newRow("full screen") << int(Qt::WindowFullScreen);
 }
 
-void TestFramelessWindow::maximizedOrMinimizedWindowStays()
+void FramelessWindowTest::maximizedOrMinimizedWindowStays()
 {
     QFETCH(int, state);
     FramelessWindow window(chequered(100, 80), false, nullptr);
@@ -173,7 +173,7 @@ void TestFramelessWindow::maximizedOrMinimizedWindowStays()
     QCOMPARE(window.pos(), before);
 }
 
-void TestFramelessWindow::dragStopsOnceMaximized()
+void FramelessWindowTest::dragStopsOnceMaximized()
 {
     FramelessWindow window(chequered(100, 80), false, nullptr);
     send(window, QEvent::MouseButtonPress, {10, 5}, {60, 65}, Qt::LeftButton, Qt::LeftButton);
@@ -186,7 +186,7 @@ void TestFramelessWindow::dragStopsOnceMaximized()
     QVERIFY(window.pos() != before);
 }
 
-void TestFramelessWindow::keepsTheFocusUntilTheTabKey()
+void FramelessWindowTest::keepsTheFocusUntilTheTabKey()
 {
     FramelessWindow window(chequered(100, 80), false, nullptr);
     QPushButton button(&window);
@@ -204,7 +204,7 @@ void TestFramelessWindow::keepsTheFocusUntilTheTabKey()
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     QVERIFY(button.hasFocus());
-    // One that has vanished meanwhile has not, and no other one gets it.
+    // A widget that has vanished meanwhile does not get it back, and no other one gets it.
     QPushButton second(&window);
     second.show();
     other.activateWindow();
@@ -215,14 +215,14 @@ void TestFramelessWindow::keepsTheFocusUntilTheTabKey()
     QVERIFY(window.hasFocus());
 }
 
-void TestFramelessWindow::takesTheFocusBackFromAWidgetThatGoes_data()
+void FramelessWindowTest::takesTheFocusBackFromAWidgetThatGoes_data()
 {
     QTest::addColumn<bool>("hidden");
     QTest::newRow("hidden") << true;
     QTest::newRow("disabled") << false;
 }
 
-void TestFramelessWindow::takesTheFocusBackFromAWidgetThatGoes()
+void FramelessWindowTest::takesTheFocusBackFromAWidgetThatGoes()
 {
     QFETCH(bool, hidden);
     FramelessWindow window(chequered(100, 80), false, nullptr);
@@ -243,5 +243,5 @@ void TestFramelessWindow::takesTheFocusBackFromAWidgetThatGoes()
     QVERIFY(!first.hasFocus());
 }
 
-REGISTER_TEST(TestFramelessWindow)
+REGISTER_TEST(FramelessWindowTest)
 #include "tst_frameless_window.moc"

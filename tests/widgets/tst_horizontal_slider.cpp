@@ -8,7 +8,7 @@
 
 #include <limits>
 
-class TestHorizontalSlider : public QObject
+class HorizontalSliderTest : public QObject
 {
     Q_OBJECT
 
@@ -27,12 +27,12 @@ private slots:
 namespace
 {
 
-constexpr QRgb handleColour = qRgb(255, 0, 255);
+constexpr QRgb HANDLE_COLOUR = qRgb(255, 0, 255);
 
 QImage handleImage()
 {
     QImage image(22, 6, QImage::Format_RGB32);
-    image.fill(handleColour);
+    image.fill(HANDLE_COLOUR);
     return image;
 }
 
@@ -49,7 +49,7 @@ QPair<int, int> handleColumns(HorizontalSlider &slider)
     const int ratio = qRound(image.devicePixelRatioF());
     QPair<int, int> columns(-1, -1);
     for (int x = 0; x < slider.width(); ++x) {
-        if (image.pixel(x * ratio, ratio) == handleColour) {
+        if (image.pixel(x * ratio, ratio) == HANDLE_COLOUR) {
             columns.first = columns.first < 0 ? x : columns.first;
             columns.second = x;
         }
@@ -59,7 +59,7 @@ QPair<int, int> handleColumns(HorizontalSlider &slider)
 
 } // namespace
 
-void TestHorizontalSlider::stepsAreRealNumbers()
+void HorizontalSliderTest::stepsAreRealNumbers()
 {
     HorizontalSlider slider(handleImage(), nullptr);
     slider.resize(609, 10);
@@ -72,7 +72,7 @@ void TestHorizontalSlider::stepsAreRealNumbers()
     QCOMPARE(slider.strip(), 597.0);
 }
 
-void TestHorizontalSlider::pointerGivesTheValue_data()
+void HorizontalSliderTest::pointerGivesTheValue_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("minimum");
@@ -93,7 +93,7 @@ void TestHorizontalSlider::pointerGivesTheValue_data()
     QTest::newRow("one step") << 112 << 4 << 4 << 50.0 << 4;
 }
 
-void TestHorizontalSlider::pointerGivesTheValue()
+void HorizontalSliderTest::pointerGivesTheValue()
 {
     QFETCH(int, width);
     QFETCH(int, minimum);
@@ -110,7 +110,7 @@ void TestHorizontalSlider::pointerGivesTheValue()
     QCOMPARE(values[0][0].toInt(), value);
 }
 
-void TestHorizontalSlider::everyMouseEventSaysItsValue()
+void HorizontalSliderTest::everyMouseEventSaysItsValue()
 {
     HorizontalSlider slider(handleImage(), nullptr);
     slider.resize(609, 10);
@@ -125,7 +125,7 @@ void TestHorizontalSlider::everyMouseEventSaysItsValue()
     QVERIFY(!slider.hasMouseTracking());
 }
 
-void TestHorizontalSlider::settersAreSilent()
+void HorizontalSliderTest::settersAreSilent()
 {
     HorizontalSlider slider(handleImage(), nullptr);
     QCOMPARE(slider.value(), 0);
@@ -141,7 +141,7 @@ void TestHorizontalSlider::settersAreSilent()
     QCOMPARE(values.count(), 0);
 }
 
-void TestHorizontalSlider::handleStandsOnItsValue_data()
+void HorizontalSliderTest::handleStandsOnItsValue_data()
 {
     QTest::addColumn<int>("value");
     QTest::addColumn<int>("left");
@@ -154,7 +154,7 @@ void TestHorizontalSlider::handleStandsOnItsValue_data()
     QTest::newRow("above the range") << 500 << 200 - 6 - 22;
 }
 
-void TestHorizontalSlider::handleStandsOnItsValue()
+void HorizontalSliderTest::handleStandsOnItsValue()
 {
     QFETCH(int, value);
     QFETCH(int, left);
@@ -170,12 +170,12 @@ void TestHorizontalSlider::handleStandsOnItsValue()
     const QImage image = slider.grab().toImage();
     const int ratio = qRound(image.devicePixelRatioF());
     const int middle = (columns.first + 11) * ratio;
-    QCOMPARE(image.pixel(middle, 0), handleColour);
-    QCOMPARE(image.pixel(middle, 5 * ratio), handleColour);
-    QVERIFY(image.pixel(middle, 6 * ratio) != handleColour);
+    QCOMPARE(image.pixel(middle, 0), HANDLE_COLOUR);
+    QCOMPARE(image.pixel(middle, 5 * ratio), HANDLE_COLOUR);
+    QVERIFY(image.pixel(middle, 6 * ratio) != HANDLE_COLOUR);
 }
 
-void TestHorizontalSlider::emptyRangesAndWidthsGiveTheMinimum_data()
+void HorizontalSliderTest::emptyRangesAndWidthsGiveTheMinimum_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("minimum");
@@ -191,7 +191,7 @@ void TestHorizontalSlider::emptyRangesAndWidthsGiveTheMinimum_data()
     QTest::newRow("everything") << 10 << low << high;
 }
 
-void TestHorizontalSlider::emptyRangesAndWidthsGiveTheMinimum()
+void HorizontalSliderTest::emptyRangesAndWidthsGiveTheMinimum()
 {
     QFETCH(int, width);
     QFETCH(int, minimum);
@@ -207,5 +207,5 @@ void TestHorizontalSlider::emptyRangesAndWidthsGiveTheMinimum()
     slider.grab();
 }
 
-REGISTER_TEST(TestHorizontalSlider)
+REGISTER_TEST(HorizontalSliderTest)
 #include "tst_horizontal_slider.moc"

@@ -8,7 +8,7 @@
 
 #include <array>
 
-class TestImageButton : public QObject
+class ImageButtonTest : public QObject
 {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ void pointerLeaves(QWidget &widget)
 
 } // namespace
 
-void TestImageButton::takesTheSizeOfItsSkinAndItsPlace()
+void ImageButtonTest::takesTheSizeOfItsSkinAndItsPlace()
 {
     QWidget parent;
     ImageButton button("ICON_LINE", &parent, 7, 9);
@@ -88,7 +88,7 @@ void TestImageButton::takesTheSizeOfItsSkinAndItsPlace()
     QCOMPARE(button.size(), QSize(76, 24));
 }
 
-void TestImageButton::toolTipButtonHasNoParent()
+void ImageButtonTest::toolTipButtonHasNoParent()
 {
     QWidget parent;
     const ImageButton button("ICON_LINE", "Line", &parent, 3, 4);
@@ -98,7 +98,7 @@ void TestImageButton::toolTipButtonHasNoParent()
     QCOMPARE(button.pos(), QPoint(3, 4));
 }
 
-void TestImageButton::paintsItsState()
+void ImageButtonTest::paintsItsState()
 {
     ImageButton button("ICON_ARROW", nullptr, 0, 0);
     QCOMPARE(picture(button), expected(skin("Normal", "ICON_ARROW")));
@@ -116,7 +116,7 @@ void TestImageButton::paintsItsState()
     QCOMPARE(picture(button), expected(skin("Normal", "ICON_ARROW")));
 }
 
-void TestImageButton::missingStatesFallBackToTheNormalImage()
+void ImageButtonTest::missingStatesFallBackToTheNormalImage()
 {
     ImageButton alone("ONLY_NORMAL", nullptr, 0, 0);
     QCOMPARE(alone.size(), QSize(8, 6));
@@ -128,13 +128,13 @@ void TestImageButton::missingStatesFallBackToTheNormalImage()
     QCOMPARE(picture(alone), normal);
 }
 
-void TestImageButton::unknownNameGivesAnEmptyButton()
+void ImageButtonTest::unknownNameGivesAnEmptyButton()
 {
     ImageButton button("NO_SUCH_SKIN", nullptr, 5, 6);
     QCOMPARE(button.size(), QSize(0, 0));
     button.setText("caption");
     button.show();
-    QTest::qWait(0);
+    QCoreApplication::processEvents();
     button.setGray(true);
     button.repaint();
     ImageButton nameless(QString(), nullptr, 0, 0);
@@ -143,7 +143,7 @@ void TestImageButton::unknownNameGivesAnEmptyButton()
     QCOMPARE(nameless.size(), QSize(28, 60));
 }
 
-void TestImageButton::captionStandsOnItsBaseline()
+void ImageButtonTest::captionStandsOnItsBaseline()
 {
     ImageButton button("MAIN_BUTTON", nullptr, 0, 0);
     button.setFont(QFont("Arial", 11));
@@ -160,7 +160,7 @@ void TestImageButton::captionStandsOnItsBaseline()
     QCOMPARE(picture(button), image);
 }
 
-void TestImageButton::captionIsBlackUntilItHasAColour()
+void ImageButtonTest::captionIsBlackUntilItHasAColour()
 {
     ImageButton button("POPUP_BUTTON", nullptr, 0, 0);
     button.setStyleSheet("color: white; font-family: Arial; font-size: 15px;");
@@ -179,7 +179,7 @@ void TestImageButton::captionIsBlackUntilItHasAColour()
     QCOMPARE(white, 0);
 }
 
-void TestImageButton::grayButtonShowsInvertedColoursAndNoCaption()
+void ImageButtonTest::grayButtonShowsInvertedColoursAndNoCaption()
 {
     ImageButton button("POPUP_BUTTON", nullptr, 0, 0);
     button.setText("OK");
@@ -205,7 +205,7 @@ void TestImageButton::grayButtonShowsInvertedColoursAndNoCaption()
     QVERIFY(picture(button) != shown);
 }
 
-void TestImageButton::grayImageOutlivesTheSkin()
+void ImageButtonTest::grayImageOutlivesTheSkin()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     button.setGray(true);
@@ -216,7 +216,7 @@ void TestImageButton::grayImageOutlivesTheSkin()
     QCOMPARE(picture(button), expected(skin("Normal", "ICON_CIRCLE")));
 }
 
-void TestImageButton::grayButtonIgnoresTheMouseButNotThePointer()
+void ImageButtonTest::grayButtonIgnoresTheMouseButNotThePointer()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     button.setGray(true);
@@ -224,6 +224,7 @@ void TestImageButton::grayButtonIgnoresTheMouseButNotThePointer()
     QSignalSpy holds(&button, &ImageButton::hold);
     QTest::mousePress(&button, Qt::LeftButton);
     QVERIFY(!button.isDown());
+    // Longer than a button has to be held, as a gray one must not answer.
     QTest::qWait(600);
     QTest::mouseRelease(&button, Qt::LeftButton);
     QCOMPARE(clicks.count(), 0);
@@ -233,7 +234,7 @@ void TestImageButton::grayButtonIgnoresTheMouseButNotThePointer()
     QCOMPARE(picture(button), expected(skin("Over", "ICON_LINE")));
 }
 
-void TestImageButton::shortPressClicksOnly()
+void ImageButtonTest::shortPressClicksOnly()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     QSignalSpy clicks(&button, &ImageButton::clicked);
@@ -246,7 +247,7 @@ void TestImageButton::shortPressClicksOnly()
     QCOMPARE(clicks.count(), 1);
 }
 
-void TestImageButton::aHoldIsNeverEarly()
+void ImageButtonTest::aHoldIsNeverEarly()
 {
     // A coarse timer is rounded to its place in the second, so the presses are spread over one.
     struct Press {
@@ -269,7 +270,7 @@ void TestImageButton::aHoldIsNeverEarly()
     }
 }
 
-void TestImageButton::longPressHoldsOnceAndThenClicks()
+void ImageButtonTest::longPressHoldsOnceAndThenClicks()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     QSignalSpy clicks(&button, &ImageButton::clicked);
@@ -290,7 +291,7 @@ void TestImageButton::longPressHoldsOnceAndThenClicks()
     QCOMPARE(holds.count(), 1);
 }
 
-void TestImageButton::pressOfTheRightButtonDoesNotHold()
+void ImageButtonTest::pressOfTheRightButtonDoesNotHold()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     QSignalSpy holds(&button, &ImageButton::hold);
@@ -299,7 +300,7 @@ void TestImageButton::pressOfTheRightButtonDoesNotHold()
     QTest::mouseRelease(&button, Qt::RightButton);
 }
 
-void TestImageButton::leavingTheButtonDoesNotStopTheHold()
+void ImageButtonTest::leavingTheButtonDoesNotStopTheHold()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     QSignalSpy holds(&button, &ImageButton::hold);
@@ -312,7 +313,7 @@ void TestImageButton::leavingTheButtonDoesNotStopTheHold()
     QTest::mouseRelease(&button, Qt::LeftButton);
 }
 
-void TestImageButton::grayScaleTurnsSharedPixels()
+void ImageButtonTest::grayScaleTurnsSharedPixels()
 {
     QImage source(3, 2, QImage::Format_ARGB32);
     source.fill(qRgba(200, 100, 40, 77));
@@ -326,7 +327,7 @@ void TestImageButton::grayScaleTurnsSharedPixels()
     QCOMPARE(opaque.pixel(2, 1), qRgb(87, 87, 87));
 }
 
-void TestImageButton::grayScaleLeavesOtherFormatsAlone_data()
+void ImageButtonTest::grayScaleLeavesOtherFormatsAlone_data()
 {
     QTest::addColumn<int>("format");
     QTest::newRow("packed") << int(QImage::Format_RGB888);
@@ -336,7 +337,7 @@ void TestImageButton::grayScaleLeavesOtherFormatsAlone_data()
     QTest::newRow("bits") << int(QImage::Format_Mono);
 }
 
-void TestImageButton::grayScaleLeavesOtherFormatsAlone()
+void ImageButtonTest::grayScaleLeavesOtherFormatsAlone()
 {
     QFETCH(int, format);
     QImage source(5, 3, static_cast<QImage::Format>(format));
@@ -348,10 +349,10 @@ void TestImageButton::grayScaleLeavesOtherFormatsAlone()
     QCOMPARE(result.pixel(4, 2), before.pixel(4, 2));
 }
 
-void TestImageButton::grayScaleOfNothingIsNothing()
+void ImageButtonTest::grayScaleOfNothingIsNothing()
 {
     QVERIFY(ImageButton::convertToGrayScale(QImage()).isNull());
 }
 
-REGISTER_TEST(TestImageButton)
+REGISTER_TEST(ImageButtonTest)
 #include "tst_image_button.moc"

@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class TestIntervalTable : public QObject
+class IntervalTableTest : public QObject
 {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ private slots:
     void unknownIntervalIsTheFirst();
 };
 
-void TestIntervalTable::holdsSeventeenIntervals()
+void IntervalTableTest::holdsSeventeenIntervals()
 {
     QList<unsigned long long> seconds;
     for (const auto &interval : IntervalTable::intervals())
@@ -23,7 +23,7 @@ void TestIntervalTable::holdsSeventeenIntervals()
                                                  600, 1200, 1800, 3600}));
 }
 
-void TestIntervalTable::labelsNameNumberAndUnit()
+void IntervalTableTest::labelsNameNumberAndUnit()
 {
     QStringList labels;
     for (const auto &interval : IntervalTable::intervals())
@@ -33,7 +33,7 @@ void TestIntervalTable::labelsNameNumberAndUnit()
                                   "20 min", "30 min", "1 hr"}));
 }
 
-void TestIntervalTable::unknownIntervalIsTheFirst()
+void IntervalTableTest::unknownIntervalIsTheFirst()
 {
     QCOMPARE(IntervalTable::indexOf(1), 0);
     QCOMPARE(IntervalTable::indexOf(10), 5);
@@ -43,5 +43,5 @@ void TestIntervalTable::unknownIntervalIsTheFirst()
     QCOMPARE(IntervalTable::indexOf(~0ULL), 0);
 }
 
-REGISTER_CORE_TEST(TestIntervalTable)
+REGISTER_CORE_TEST(IntervalTableTest)
 #include "tst_interval_table.moc"

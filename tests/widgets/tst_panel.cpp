@@ -7,7 +7,7 @@
 #include <QPainter>
 #include <QtTest>
 
-class TestPanel : public QObject
+class PanelTest : public QObject
 {
     Q_OBJECT
 
@@ -60,7 +60,7 @@ bool looksLike(ImageButton *title, const QString &name)
 
 } // namespace
 
-void TestPanel::isAsWideAsItsBackground()
+void PanelTest::isAsWideAsItsBackground()
 {
     const Panel panel(nullptr);
     QCOMPARE(panel.minimumWidth(), 134);
@@ -69,7 +69,7 @@ void TestPanel::isAsWideAsItsBackground()
     QCOMPARE(panel.QWidget::layout()->spacing(), 0);
 }
 
-void TestPanel::paintsThreePieces()
+void PanelTest::paintsThreePieces()
 {
     Panel panel(nullptr);
     panel.resize(134, 668);
@@ -92,7 +92,7 @@ void TestPanel::paintsThreePieces()
     QCOMPARE(shown, wanted);
 }
 
-void TestPanel::lowerThanItsEndsIsHarmless()
+void PanelTest::lowerThanItsEndsIsHarmless()
 {
     Panel panel(nullptr);
     for (const int height : {0, 1, 20, 21, 22}) {
@@ -102,7 +102,7 @@ void TestPanel::lowerThanItsEndsIsHarmless()
     QCOMPARE(panel.height(), 22);
 }
 
-void TestPanel::placesTwoButtonsToARow()
+void PanelTest::placesTwoButtonsToARow()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -127,7 +127,7 @@ void TestPanel::placesTwoButtonsToARow()
     QCOMPARE(titles(panel)[0]->font().pointSize(), 10);
 }
 
-void TestPanel::everyRowFitsTheLowestWindow()
+void PanelTest::everyRowFitsTheLowestWindow()
 {
     Panel panel(nullptr);
     ImageButton *last = nullptr;
@@ -143,7 +143,7 @@ void TestPanel::everyRowFitsTheLowestWindow()
     QVERIFY(last->geometry().bottom() < 668 - 5);
 }
 
-void TestPanel::adoptsButtonsWithoutAParent()
+void PanelTest::adoptsButtonsWithoutAParent()
 {
     Panel panel(nullptr);
     ImageButton *button = add(panel);
@@ -152,7 +152,7 @@ void TestPanel::adoptsButtonsWithoutAParent()
     QVERIFY(!button->isVisible());
 }
 
-void TestPanel::titleTogglesItsGroupOnly()
+void PanelTest::titleTogglesItsGroupOnly()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -163,7 +163,7 @@ void TestPanel::titleTogglesItsGroupOnly()
     panel.finishAdding();
     const QList<ImageButton *> heads = titles(panel);
     QVERIFY(looksLike(heads[0], "TOOL_TITLE_OPEN"));
-    // The panel is not on show, and that makes no difference.
+    // The panel is hidden, which makes no difference.
     heads[0]->click();
     QVERIFY(a->isHidden() && b->isHidden() && !c->isHidden());
     QVERIFY(looksLike(heads[0], "TOOL_TITLE_CLOSE"));
@@ -179,7 +179,7 @@ void TestPanel::titleTogglesItsGroupOnly()
     QVERIFY(c->isVisible());
 }
 
-void TestPanel::emptyGroupOnlyClosesItsTitle()
+void PanelTest::emptyGroupOnlyClosesItsTitle()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -195,7 +195,7 @@ void TestPanel::emptyGroupOnlyClosesItsTitle()
     QVERIFY(looksLike(heads[1], "TOOL_TITLE_OPEN"));
 }
 
-void TestPanel::disabledMembersStayHidden()
+void PanelTest::disabledMembersStayHidden()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -214,7 +214,7 @@ void TestPanel::disabledMembersStayHidden()
     QVERIFY(looksLike(head, "TOOL_TITLE_OPEN"));
 }
 
-void TestPanel::groupWithoutEnabledMembersCloses()
+void PanelTest::groupWithoutEnabledMembersCloses()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -225,7 +225,7 @@ void TestPanel::groupWithoutEnabledMembersCloses()
     QVERIFY(looksLike(head, "TOOL_TITLE_CLOSE"));
 }
 
-void TestPanel::adjustingShowsCollapsedMembersAndOpensTheTitle()
+void PanelTest::adjustingShowsCollapsedMembersAndOpensTheTitle()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -247,7 +247,7 @@ void TestPanel::adjustingShowsCollapsedMembersAndOpensTheTitle()
     QVERIFY(looksLike(heads[0], "TOOL_TITLE_CLOSE"));
 }
 
-void TestPanel::adjustingHidesDisabledButtons()
+void PanelTest::adjustingHidesDisabledButtons()
 {
     QWidget window;
     Panel panel(&window);
@@ -265,7 +265,7 @@ void TestPanel::adjustingHidesDisabledButtons()
     QVERIFY(!titles(panel)[0]->isHidden());
 }
 
-void TestPanel::strangersDoNotToggle()
+void PanelTest::strangersDoNotToggle()
 {
     Panel panel(nullptr);
     panel.addGroup("one");
@@ -277,5 +277,5 @@ void TestPanel::strangersDoNotToggle()
     QVERIFY(!a->isHidden());
 }
 
-REGISTER_TEST(TestPanel)
+REGISTER_TEST(PanelTest)
 #include "tst_panel.moc"

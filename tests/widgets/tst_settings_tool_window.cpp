@@ -53,7 +53,7 @@ void whenAsked(QObject *context, std::function<void(Dialog *)> answer)
 
 } // namespace
 
-class TestSettingsToolWindow : public QObject
+class SettingsToolWindowTest : public QObject
 {
     Q_OBJECT
 
@@ -76,7 +76,7 @@ private slots:
     void nothingIsClipped();
 };
 
-void TestSettingsToolWindow::init()
+void SettingsToolWindowTest::init()
 {
     Config::setSnapshotMode(CanvasModes::Single);
     Config::setSnapshotInterval(5);
@@ -86,7 +86,7 @@ void TestSettingsToolWindow::init()
     Config::setRecordingResolutionIndex(1);
 }
 
-void TestSettingsToolWindow::showsWhatIsStored_data()
+void SettingsToolWindowTest::showsWhatIsStored_data()
 {
     QTest::addColumn<int>("resolution");
     QTest::addColumn<int>("mode");
@@ -99,7 +99,7 @@ void TestSettingsToolWindow::showsWhatIsStored_data()
     QTest::newRow("out of range below") << -1 << -1 << quint64(0) << QList<int>{2, 2, 0, 0};
 }
 
-void TestSettingsToolWindow::showsWhatIsStored()
+void SettingsToolWindowTest::showsWhatIsStored()
 {
     QFETCH(int, resolution);
     QFETCH(int, mode);
@@ -126,7 +126,7 @@ void TestSettingsToolWindow::showsWhatIsStored()
     QCOMPARE(box(popup, Capture)->itemText(1), QString("Continuous"));
 }
 
-void TestSettingsToolWindow::everyIntervalIsOffered()
+void SettingsToolWindowTest::everyIntervalIsOffered()
 {
     PopupScene scene;
     const SettingsToolWindow popup(&scene.toolButton, &scene.window);
@@ -136,7 +136,7 @@ void TestSettingsToolWindow::everyIntervalIsOffered()
     QCOMPARE(box(popup, Time)->itemText(16), QString("1 hr"));
 }
 
-void TestSettingsToolWindow::okStoresEverythingAndAppliesIt()
+void SettingsToolWindowTest::okStoresEverythingAndAppliesIt()
 {
     PopupScene scene;
     LiveSource live(&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr);
@@ -160,7 +160,7 @@ void TestSettingsToolWindow::okStoresEverythingAndAppliesIt()
     QVERIFY(!popup.isVisible());
 }
 
-void TestSettingsToolWindow::okWithoutACameraStoresAllTheSame()
+void SettingsToolWindowTest::okWithoutACameraStoresAllTheSame()
 {
     PopupScene scene;
     SettingsToolWindow popup(&scene.toolButton, &scene.window);
@@ -170,7 +170,7 @@ void TestSettingsToolWindow::okWithoutACameraStoresAllTheSame()
     QCOMPARE(Config::resolution(), QSize(1920, 1080));
 }
 
-void TestSettingsToolWindow::cancelLeavesEverythingUntouched()
+void SettingsToolWindowTest::cancelLeavesEverythingUntouched()
 {
     PopupScene scene;
     LiveSource live(&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr);
@@ -188,7 +188,7 @@ void TestSettingsToolWindow::cancelLeavesEverythingUntouched()
     QCOMPARE(live.resolution(), QSize(1280, 720));
 }
 
-void TestSettingsToolWindow::theLargestRecordingSizeIsAskedFor_data()
+void SettingsToolWindowTest::theLargestRecordingSizeIsAskedFor_data()
 {
     QTest::addColumn<int>("answer");
     QTest::addColumn<int>("entry");
@@ -196,7 +196,7 @@ void TestSettingsToolWindow::theLargestRecordingSizeIsAskedFor_data()
     QTest::newRow("no") << int(QMessageBox::No) << 1;
 }
 
-void TestSettingsToolWindow::theLargestRecordingSizeIsAskedFor()
+void SettingsToolWindowTest::theLargestRecordingSizeIsAskedFor()
 {
     QFETCH(int, answer);
     QFETCH(int, entry);
@@ -217,7 +217,7 @@ void TestSettingsToolWindow::theLargestRecordingSizeIsAskedFor()
     QCOMPARE(box(popup, Recording)->currentIndex(), entry);
 }
 
-void TestSettingsToolWindow::aStoredLargestSizeIsNotAskedFor()
+void SettingsToolWindowTest::aStoredLargestSizeIsNotAskedFor()
 {
     Config::setRecordingResolutionIndex(2);
     PopupScene scene;
@@ -232,7 +232,7 @@ void TestSettingsToolWindow::aStoredLargestSizeIsNotAskedFor()
     QVERIFY(!asked);
 }
 
-void TestSettingsToolWindow::browsingStoresNothingBeforeOk()
+void SettingsToolWindowTest::browsingStoresNothingBeforeOk()
 {
     PopupScene scene;
     scene.window.show();
@@ -258,7 +258,7 @@ void TestSettingsToolWindow::browsingStoresNothingBeforeOk()
     QCOMPARE(Config::recordPath(), folder);
 }
 
-void TestSettingsToolWindow::aDismissedFolderDialogKeepsThePath()
+void SettingsToolWindowTest::aDismissedFolderDialogKeepsThePath()
 {
     PopupScene scene;
     scene.window.show();
@@ -269,7 +269,7 @@ void TestSettingsToolWindow::aDismissedFolderDialogKeepsThePath()
     QCOMPARE(popup.findChildren<QLineEdit *>()[1]->text(), QString("/tmp/snapshots"));
 }
 
-void TestSettingsToolWindow::anEmptyChoiceIsLeftAlone()
+void SettingsToolWindowTest::anEmptyChoiceIsLeftAlone()
 {
     PopupScene scene;
     SettingsToolWindow popup(&scene.toolButton, &scene.window);
@@ -283,7 +283,7 @@ void TestSettingsToolWindow::anEmptyChoiceIsLeftAlone()
     QCOMPARE(Config::snapshotInterval(), 5ULL);
 }
 
-void TestSettingsToolWindow::aNewPreviewSizeEndsARunningRecording()
+void SettingsToolWindowTest::aNewPreviewSizeEndsARunningRecording()
 {
     PopupScene scene;
     SettingsToolWindow popup(&scene.toolButton, &scene.window);
@@ -295,7 +295,7 @@ void TestSettingsToolWindow::aNewPreviewSizeEndsARunningRecording()
     QCOMPARE(scene.window.recordingStops, 1);
 }
 
-void TestSettingsToolWindow::closingTheWindowUnderAQuestionIsHarmless()
+void SettingsToolWindowTest::closingTheWindowUnderAQuestionIsHarmless()
 {
     PopupScene scene;
     scene.window.show();
@@ -308,7 +308,7 @@ void TestSettingsToolWindow::closingTheWindowUnderAQuestionIsHarmless()
     popup->recordingResolutionChanged(2);
 }
 
-void TestSettingsToolWindow::nothingIsClipped()
+void SettingsToolWindowTest::nothingIsClipped()
 {
     PopupScene scene;
     const SettingsToolWindow popup(&scene.toolButton, &scene.window);
@@ -328,5 +328,5 @@ void TestSettingsToolWindow::nothingIsClipped()
     }
 }
 
-REGISTER_TEST(TestSettingsToolWindow)
+REGISTER_TEST(SettingsToolWindowTest)
 #include "tst_settings_tool_window.moc"

@@ -12,7 +12,7 @@
 
 // The skin on a screen with a device pixel ratio of 2: every pixel of the larger drawings reaches
 // the screen, and every size and position stays what it is on an ordinary one.
-class TestSharpSkin : public QObject
+class SharpSkinTest : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ public:
 
 } // namespace
 
-void TestSharpSkin::loaderTakesTheLargerCopy()
+void SharpSkinTest::loaderTakesTheLargerCopy()
 {
     const QImage image = SkinImages::load(":/icons/Normal/ICON_LINE.png");
     QCOMPARE(image.size(), QSize(130, 94));
@@ -70,7 +70,7 @@ void TestSharpSkin::loaderTakesTheLargerCopy()
     QCOMPARE(SkinImages::load(":/icons/Background/POP_BK_COLOR_1LINE").size(), QSize(584, 94));
 }
 
-void TestSharpSkin::loaderFallsBackToTheOnlyCopy()
+void SharpSkinTest::loaderFallsBackToTheOnlyCopy()
 {
     const QImage image = SkinImages::load(":/icons/Background/MAIN_WINDOWS.png");
     QCOMPARE(image.size(), QSize(1280, 720));
@@ -79,7 +79,7 @@ void TestSharpSkin::loaderFallsBackToTheOnlyCopy()
     QCOMPARE(SkinImages::layoutSize(QImage()), QSize(0, 0));
 }
 
-void TestSharpSkin::stretchedImagesStaySharp()
+void SharpSkinTest::stretchedImagesStaySharp()
 {
     const QImage source = SkinImages::load(":/icons/Background_Sub/ICON_BK_MID.png");
     const QImage image = SkinImages::stretched(source, QSize(134, 647));
@@ -90,7 +90,7 @@ void TestSharpSkin::stretchedImagesStaySharp()
     QVERIFY(SkinImages::stretched(QImage(), QSize(5, 5)).isNull());
 }
 
-void TestSharpSkin::buttonKeepsItsSizeAndShowsEveryPixel()
+void SharpSkinTest::buttonKeepsItsSizeAndShowsEveryPixel()
 {
     ImageButton button("ICON_FREEZE", nullptr, 0, 0);
     QCOMPARE(button.size(), QSize(65, 47));
@@ -99,7 +99,7 @@ void TestSharpSkin::buttonKeepsItsSizeAndShowsEveryPixel()
     QCOMPARE(picture(button), larger("Click/ICON_FREEZE"));
 }
 
-void TestSharpSkin::grayButtonShowsEveryPixel()
+void SharpSkinTest::grayButtonShowsEveryPixel()
 {
     ImageButton button("ICON_FREEZE", nullptr, 0, 0);
     button.setGray(true);
@@ -108,14 +108,14 @@ void TestSharpSkin::grayButtonShowsEveryPixel()
     QCOMPARE(picture(button), inverted);
 }
 
-void TestSharpSkin::imageWidgetKeepsItsSize()
+void SharpSkinTest::imageWidgetKeepsItsSize()
 {
     ImageWidget widget(SkinImages::load(":/icons/Background/FILM_CONTROL_BK.png"), nullptr);
     QCOMPARE(widget.size(), QSize(310, 37));
     QCOMPARE(picture(widget), larger("Background/FILM_CONTROL_BK"));
 }
 
-void TestSharpSkin::windowBackgroundKeepsItsSizeAndPixels()
+void SharpSkinTest::windowBackgroundKeepsItsSizeAndPixels()
 {
     const QString name = "Background/POP_BK_SETTING_MULTILANG";
     FramelessWindow window(SkinImages::load(":/icons/" + name + ".png"), true, nullptr);
@@ -127,7 +127,7 @@ void TestSharpSkin::windowBackgroundKeepsItsSizeAndPixels()
              larger(name).convertToFormat(QImage::Format_RGB32));
 }
 
-void TestSharpSkin::framePiecesKeepTheirPlaces()
+void SharpSkinTest::framePiecesKeepTheirPlaces()
 {
     Frame window;
     window.setExpanded(true);
@@ -151,7 +151,7 @@ void TestSharpSkin::framePiecesKeepTheirPlaces()
     QCOMPARE(gaps, 0);
 }
 
-void TestSharpSkin::panelKeepsItsPlaces()
+void SharpSkinTest::panelKeepsItsPlaces()
 {
     Panel panel(nullptr);
     QCOMPARE(panel.width(), 134);
@@ -168,7 +168,7 @@ void TestSharpSkin::panelKeepsItsPlaces()
     QCOMPARE(shown.copy(0, 1336 - bottom.height(), 268, bottom.height()), bottom);
 }
 
-void TestSharpSkin::handleKeepsItsPlace()
+void SharpSkinTest::handleKeepsItsPlace()
 {
     HorizontalSlider slider(SkinImages::load(":/icons/Background/FILM_SCROLL_BAR.png"), nullptr);
     slider.resize(749, 10);
@@ -181,7 +181,7 @@ void TestSharpSkin::handleKeepsItsPlace()
     QCOMPARE(shown.copy(12 + 10, 0, 24, 12), wanted);
 }
 
-void TestSharpSkin::styleSheetsTakeTheLargerCopy()
+void SharpSkinTest::styleSheetsTakeTheLargerCopy()
 {
     Slider slider(Qt::Horizontal, nullptr);
     slider.setFixedSize(160, 20);
@@ -197,7 +197,7 @@ int main(int argc, char **argv)
     qputenv("QT_SCALE_FACTOR", "2");
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
-    TestSharpSkin test;
+    SharpSkinTest test;
     return QTest::qExec(&test, argc, argv);
 }
 

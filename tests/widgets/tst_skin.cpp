@@ -6,7 +6,7 @@
 #include <QtTest>
 
 // Every resource path that the program can build, and the arithmetic that its sizes must fit.
-class TestSkin : public QObject
+class SkinTest : public QObject
 {
     Q_OBJECT
 
@@ -177,14 +177,14 @@ double difference(const QImage &one, const QImage &other)
 
 } // namespace
 
-void TestSkin::everyPathOfTheProgramHasAnImage_data()
+void SkinTest::everyPathOfTheProgramHasAnImage_data()
 {
     QTest::addColumn<QString>("path");
     for (const QString &path : allPaths())
         QTest::newRow(qPrintable(path)) << path;
 }
 
-void TestSkin::everyPathOfTheProgramHasAnImage()
+void SkinTest::everyPathOfTheProgramHasAnImage()
 {
     QFETCH(QString, path);
     const QImage image(":/icons/" + path + ".png");
@@ -195,7 +195,7 @@ void TestSkin::everyPathOfTheProgramHasAnImage()
     QCOMPARE(SkinImages::load(":/icons/" + path + ".png").size(), image.size());
 }
 
-void TestSkin::everyImageHasItsCopyAtTwiceTheSize()
+void SkinTest::everyImageHasItsCopyAtTwiceTheSize()
 {
     for (const QString &path : allPaths()) {
         if (drawnOnce().contains(path))
@@ -206,7 +206,7 @@ void TestSkin::everyImageHasItsCopyAtTwiceTheSize()
     }
 }
 
-void TestSkin::everyImageIsNamedByTheProgram()
+void SkinTest::everyImageIsNamedByTheProgram()
 {
     QStringList known;
     for (const QString &path : allPaths())
@@ -223,7 +223,7 @@ void TestSkin::everyImageIsNamedByTheProgram()
     QCOMPARE(count, known.size() - drawnOnce().size());
 }
 
-void TestSkin::statesDifferClearly()
+void SkinTest::statesDifferClearly()
 {
     for (const QString &name : skinNames()) {
         const QImage normal(":/icons/Normal/" + name + ".png");
@@ -237,7 +237,7 @@ void TestSkin::statesDifferClearly()
     }
 }
 
-void TestSkin::panelFitsTheLowestWindow()
+void SkinTest::panelFitsTheLowestWindow()
 {
     for (const QString &name : panelTools())
         QCOMPARE(buttonSize(name), QSize(65, 47));
@@ -250,7 +250,7 @@ void TestSkin::panelFitsTheLowestWindow()
         QCOMPARE(sizeOf(QString("Background_Sub/ICON_BK_") + part).width(), 134);
 }
 
-void TestSkin::sizesFitThePositionsOfTheWindow()
+void SkinTest::sizesFitThePositionsOfTheWindow()
 {
     // Mode buttons stand 107 apart at y 5; the picture starts at y 25.
     QVERIFY(buttonSize("MAIN_BUTTON").width() <= 107);
@@ -283,7 +283,7 @@ void TestSkin::sizesFitThePositionsOfTheWindow()
     QCOMPARE(sizeOf("Background/MAIN_WINDOWS"), QSize(1280, 720));
 }
 
-void TestSkin::sizesFitThePositionsOfThePopUps()
+void SkinTest::sizesFitThePositionsOfThePopUps()
 {
     for (const QString &name : choiceButtons()) {
         QVERIFY2(buttonSize(name).width() <= 33, qPrintable(name));
@@ -312,7 +312,7 @@ void TestSkin::sizesFitThePositionsOfThePopUps()
     QVERIFY(buttonSize("POPUP_CLOSE").width() <= 18);
 }
 
-void TestSkin::sizesFitTheIndications()
+void SkinTest::sizesFitTheIndications()
 {
     // The bottom line stands 50 above the edge, its single icons 45 apart.
     for (const char *name :
@@ -333,7 +333,7 @@ void TestSkin::sizesFitTheIndications()
     QCOMPARE(sizeOf("OSD/OSD_BRIGHTNESS_BK_MAX").height(), 40);
 }
 
-void TestSkin::tableAndPaletteReportFaults()
+void SkinTest::tableAndPaletteReportFaults()
 {
     QTemporaryDir folder;
     const QString path = folder.filePath("table.ini");
@@ -362,5 +362,5 @@ void TestSkin::tableAndPaletteReportFaults()
     QVERIFY(error.contains("@d@"));
 }
 
-QTEST_MAIN(TestSkin)
+QTEST_MAIN(SkinTest)
 #include "tst_skin.moc"

@@ -6,7 +6,7 @@
 
 #include <QtTest>
 
-class TestSmallWidgets : public QObject
+class SmallWidgetsTest : public QObject
 {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ bool contains(const QImage &image, QRgb colour)
 
 } // namespace
 
-void TestSmallWidgets::sliderWearsItsStyleSheet()
+void SmallWidgetsTest::sliderWearsItsStyleSheet()
 {
     const Slider slider(Qt::Vertical, nullptr);
     QCOMPARE(
@@ -51,7 +51,7 @@ void TestSmallWidgets::sliderWearsItsStyleSheet()
                 "url(:/icons/Background/TIME_SLIDE_ADJUSTMENT.png);}"));
 }
 
-void TestSmallWidgets::sliderPaintsGrooveAndHandle_data()
+void SmallWidgetsTest::sliderPaintsGrooveAndHandle_data()
 {
     QTest::addColumn<int>("orientation");
     QTest::addColumn<QSize>("size");
@@ -59,7 +59,7 @@ void TestSmallWidgets::sliderPaintsGrooveAndHandle_data()
     QTest::newRow("interval") << int(Qt::Horizontal) << QSize(160, 20);
 }
 
-void TestSmallWidgets::sliderPaintsGrooveAndHandle()
+void SmallWidgetsTest::sliderPaintsGrooveAndHandle()
 {
     QFETCH(int, orientation);
     QFETCH(QSize, size);
@@ -76,7 +76,7 @@ void TestSmallWidgets::sliderPaintsGrooveAndHandle()
     QVERIFY(slider.grab().toImage() != image);
 }
 
-void TestSmallWidgets::sliderShowsAndHides()
+void SmallWidgetsTest::sliderShowsAndHides()
 {
     QWidget window;
     Slider slider(Qt::Vertical, &window);
@@ -88,7 +88,7 @@ void TestSmallWidgets::sliderShowsAndHides()
     QVERIFY(!slider.isVisible());
 }
 
-void TestSmallWidgets::aClickOnTheSliderLeavesTheFocus()
+void SmallWidgetsTest::aClickOnTheSliderLeavesTheFocus()
 {
     QWidget window;
     window.setFocusPolicy(Qt::StrongFocus);
@@ -103,7 +103,7 @@ void TestSmallWidgets::aClickOnTheSliderLeavesTheFocus()
     QVERIFY(slider.hasFocus());
 }
 
-void TestSmallWidgets::radioButtonWearsItsStyleSheet()
+void SmallWidgetsTest::radioButtonWearsItsStyleSheet()
 {
     QWidget window;
     const RadioButton button("Single", &window, 12, 34);
@@ -117,7 +117,7 @@ void TestSmallWidgets::radioButtonWearsItsStyleSheet()
                      " image: url(:/icons/settings_selected.png)}"));
 }
 
-void TestSmallWidgets::radioButtonPaintsItsMark()
+void SmallWidgetsTest::radioButtonPaintsItsMark()
 {
     RadioButton button("Single", nullptr, 0, 0);
     button.resize(100, 24);
@@ -127,7 +127,7 @@ void TestSmallWidgets::radioButtonPaintsItsMark()
     QVERIFY(contains(button.grab().toImage(), accent));
 }
 
-void TestSmallWidgets::imageWidgetIsItsImage()
+void SmallWidgetsTest::imageWidgetIsItsImage()
 {
     const QImage bar = SkinImages::load(":/icons/Background/FILM_CONTROL_BK.png");
     ImageWidget widget(bar, nullptr);
@@ -140,7 +140,7 @@ void TestSmallWidgets::imageWidgetIsItsImage()
     QCOMPARE(image, bar);
 }
 
-void TestSmallWidgets::imageWidgetOfNothingIsEmpty()
+void SmallWidgetsTest::imageWidgetOfNothingIsEmpty()
 {
     ImageWidget widget(QImage(), nullptr);
     QCOMPARE(widget.size(), QSize(0, 0));
@@ -148,5 +148,5 @@ void TestSmallWidgets::imageWidgetOfNothingIsEmpty()
     widget.repaint();
 }
 
-REGISTER_TEST(TestSmallWidgets)
+REGISTER_TEST(SmallWidgetsTest)
 #include "tst_small_widgets.moc"

@@ -5,7 +5,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-class TestStyleWindow : public QObject
+class StyleWindowTest : public QObject
 {
     Q_OBJECT
 
@@ -94,7 +94,7 @@ QImage frame(int w, int h, const QString &corner)
 
 } // namespace
 
-void TestStyleWindow::keepsThePlatformFrame()
+void StyleWindowTest::keepsThePlatformFrame()
 {
     const Window window;
     QVERIFY(!(window.windowFlags() & Qt::FramelessWindowHint));
@@ -102,7 +102,7 @@ void TestStyleWindow::keepsThePlatformFrame()
     QCOMPARE(window.parentWidget(), nullptr);
 }
 
-void TestStyleWindow::laysOutOnlyOnceBuilt()
+void StyleWindowTest::laysOutOnlyOnceBuilt()
 {
     Window window;
     window.resize(800, 768);
@@ -116,7 +116,7 @@ void TestStyleWindow::laysOutOnlyOnceBuilt()
     QCOMPARE(window.sizes.count(QSize(800, 768)), 0);
 }
 
-void TestStyleWindow::paintsNinePieces_data()
+void StyleWindowTest::paintsNinePieces_data()
 {
     QTest::addColumn<bool>("expanded");
     QTest::addColumn<QSize>("size");
@@ -125,7 +125,7 @@ void TestStyleWindow::paintsNinePieces_data()
     QTest::newRow("large") << true << QSize(1921, 1081);
 }
 
-void TestStyleWindow::paintsNinePieces()
+void StyleWindowTest::paintsNinePieces()
 {
     if (qApp->devicePixelRatio() > 1.0)
         return; // compared pixel by pixel at the skin's own size
@@ -139,7 +139,7 @@ void TestStyleWindow::paintsNinePieces()
              frame(size.width(), size.height(), expanded ? "TOP_LEFT_EXPANDED" : "TOP_LEFT"));
 }
 
-void TestStyleWindow::paintsNoTopLeftCornerBeforeItIsChosen()
+void StyleWindowTest::paintsNoTopLeftCornerBeforeItIsChosen()
 {
     Window window;
     window.resize(300, 200);
@@ -150,7 +150,7 @@ void TestStyleWindow::paintsNoTopLeftCornerBeforeItIsChosen()
     QCOMPARE(image.pixel(40, 0), piece("TOP_MID").pixel(0, 0));
 }
 
-void TestStyleWindow::changedCornerTakesEffectWithTheRescale()
+void StyleWindowTest::changedCornerTakesEffectWithTheRescale()
 {
     Window window;
     window.setExpanded(false);
@@ -164,7 +164,7 @@ void TestStyleWindow::changedCornerTakesEffectWithTheRescale()
         QCOMPARE(picture(window), frame(938, 768, "TOP_LEFT_EXPANDED"));
 }
 
-void TestStyleWindow::narrowerThanItsCornersIsHarmless_data()
+void StyleWindowTest::narrowerThanItsCornersIsHarmless_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::addColumn<bool>("cornerShows");
@@ -176,7 +176,7 @@ void TestStyleWindow::narrowerThanItsCornersIsHarmless_data()
     QTest::newRow("just the corners") << QSize(174 + 19, 30 + 75) << false;
 }
 
-void TestStyleWindow::narrowerThanItsCornersIsHarmless()
+void StyleWindowTest::narrowerThanItsCornersIsHarmless()
 {
     QFETCH(QSize, size);
     QFETCH(bool, cornerShows);
@@ -193,7 +193,7 @@ void TestStyleWindow::narrowerThanItsCornersIsHarmless()
     QCOMPARE(image.pixel(0, 0), cornerShows ? corner : centre);
 }
 
-void TestStyleWindow::showPostsALateUpdate()
+void StyleWindowTest::showPostsALateUpdate()
 {
     Window window;
     window.resize(200, 200);
@@ -205,7 +205,7 @@ void TestStyleWindow::showPostsALateUpdate()
     QCOMPARE(window.lateUpdates, 1);
 }
 
-void TestStyleWindow::minimizeToggles()
+void StyleWindowTest::minimizeToggles()
 {
     Window window;
     window.minimize();
@@ -214,7 +214,7 @@ void TestStyleWindow::minimizeToggles()
     QVERIFY(!window.isMinimized());
 }
 
-void TestStyleWindow::maximizeRemembersTheNormalSize()
+void StyleWindowTest::maximizeRemembersTheNormalSize()
 {
     Window window;
     window.resize(400, 300);
@@ -241,5 +241,5 @@ void TestStyleWindow::maximizeRemembersTheNormalSize()
     QTRY_COMPARE(window.size(), QSize(400, 300));
 }
 
-REGISTER_TEST(TestStyleWindow)
+REGISTER_TEST(StyleWindowTest)
 #include "tst_style_window.moc"

@@ -24,7 +24,7 @@ QComboBox *sizeBox(const QWidget &popup)
 
 } // namespace
 
-class TestTextToolWindow : public QObject
+class TextToolWindowTest : public QObject
 {
     Q_OBJECT
 
@@ -46,7 +46,7 @@ private slots:
     void readingTheCanvasAgainWritesNothing();
 };
 
-void TestTextToolWindow::everythingStandsInItsPlace()
+void TextToolWindowTest::everythingStandsInItsPlace()
 {
     PopupScene scene;
     const TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -69,7 +69,7 @@ void TestTextToolWindow::everythingStandsInItsPlace()
     QCOMPARE(sizeBox(popup)->itemText(0), QString::number(QFontDatabase::standardSizes().first()));
 }
 
-void TestTextToolWindow::openingChangesNothing()
+void TextToolWindowTest::openingChangesNothing()
 {
     PopupScene scene;
     scene.canvas.setFontSize(13);
@@ -81,7 +81,7 @@ void TestTextToolWindow::openingChangesNothing()
     QCOMPARE(scene.canvas.textColor(), QColor(1, 2, 3));
 }
 
-void TestTextToolWindow::showsTheCanvasSettings()
+void TextToolWindowTest::showsTheCanvasSettings()
 {
     PopupScene scene;
     const QString face = QFontDatabase().families().last();
@@ -94,7 +94,7 @@ void TestTextToolWindow::showsTheCanvasSettings()
     QCOMPARE(Popup::checked(popup, 43), 3);
 }
 
-void TestTextToolWindow::choosingAFaceReachesTheCanvas()
+void TextToolWindowTest::choosingAFaceReachesTheCanvas()
 {
     PopupScene scene;
     const TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -104,7 +104,7 @@ void TestTextToolWindow::choosingAFaceReachesTheCanvas()
     QCOMPARE(scene.canvas.fontFace(), QFontDatabase().families().last());
 }
 
-void TestTextToolWindow::choosingASizeReachesTheCanvas()
+void TextToolWindowTest::choosingASizeReachesTheCanvas()
 {
     PopupScene scene;
     const TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -112,7 +112,7 @@ void TestTextToolWindow::choosingASizeReachesTheCanvas()
     QCOMPARE(scene.canvas.fontSize(), QFontDatabase::standardSizes()[2]);
 }
 
-void TestTextToolWindow::typingSetsTheSizeAtEveryNumber()
+void TextToolWindowTest::typingSetsTheSizeAtEveryNumber()
 {
     PopupScene scene;
     TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -130,7 +130,7 @@ void TestTextToolWindow::typingSetsTheSizeAtEveryNumber()
     QCOMPARE(scene.canvas.fontSize(), 14);
 }
 
-void TestTextToolWindow::aSizeThatIsNotListedIsNotSelected()
+void TextToolWindowTest::aSizeThatIsNotListedIsNotSelected()
 {
     PopupScene scene;
     TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -144,7 +144,7 @@ void TestTextToolWindow::aSizeThatIsNotListedIsNotSelected()
     QCOMPARE(scene.canvas.fontSize(), 37);
 }
 
-void TestTextToolWindow::everySizeCanBeTyped()
+void TextToolWindowTest::everySizeCanBeTyped()
 {
     PopupScene scene;
     TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -163,7 +163,7 @@ void TestTextToolWindow::everySizeCanBeTyped()
     }
 }
 
-void TestTextToolWindow::whatIsNoSizeDoesNotStay()
+void TextToolWindowTest::whatIsNoSizeDoesNotStay()
 {
     PopupScene scene;
     scene.canvas.setFontSize(13);
@@ -180,7 +180,7 @@ void TestTextToolWindow::whatIsNoSizeDoesNotStay()
     QCOMPARE(edit->text(), QString("13"));
 }
 
-void TestTextToolWindow::aSizeThatIsNotListedIsShown()
+void TextToolWindowTest::aSizeThatIsNotListedIsShown()
 {
     PopupScene scene;
     scene.canvas.setFontSize(13);
@@ -195,7 +195,7 @@ void TestTextToolWindow::aSizeThatIsNotListedIsShown()
     QCOMPARE(scene.canvas.fontSize(), 25);
 }
 
-void TestTextToolWindow::aFaceThatIsNotListedLeavesTheBox()
+void TextToolWindowTest::aFaceThatIsNotListedLeavesTheBox()
 {
     PopupScene scene;
     TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -205,7 +205,7 @@ void TestTextToolWindow::aFaceThatIsNotListedLeavesTheBox()
     QCOMPARE(faceBox(popup)->currentIndex(), 1);
 }
 
-void TestTextToolWindow::theFirstFaceIsShownAsWhatItResolvesTo()
+void TextToolWindowTest::theFirstFaceIsShownAsWhatItResolvesTo()
 {
     PopupScene scene;
     QCOMPARE(scene.canvas.fontFace(), QString("Arial"));
@@ -214,7 +214,7 @@ void TestTextToolWindow::theFirstFaceIsShownAsWhatItResolvesTo()
     QCOMPARE(scene.canvas.fontFace(), QString("Arial"));
 }
 
-void TestTextToolWindow::everyColorReachesTheCanvas()
+void TextToolWindowTest::everyColorReachesTheCanvas()
 {
     PopupScene scene;
     TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -226,7 +226,7 @@ void TestTextToolWindow::everyColorReachesTheCanvas()
     }
 }
 
-void TestTextToolWindow::anUnknownColorLeavesTheButtons()
+void TextToolWindowTest::anUnknownColorLeavesTheButtons()
 {
     PopupScene scene;
     scene.canvas.setTextColor(QColor(255, 255, 0));
@@ -236,7 +236,7 @@ void TestTextToolWindow::anUnknownColorLeavesTheButtons()
     QCOMPARE(Popup::checked(popup, 43), 2);
 }
 
-void TestTextToolWindow::readingTheCanvasAgainWritesNothing()
+void TextToolWindowTest::readingTheCanvasAgainWritesNothing()
 {
     PopupScene scene;
     const TextToolWindow popup(&scene.toolButton, &scene.window);
@@ -249,5 +249,5 @@ void TestTextToolWindow::readingTheCanvasAgainWritesNothing()
     QCOMPARE(scene.canvas.fontSize(), 18);
 }
 
-REGISTER_TEST(TestTextToolWindow)
+REGISTER_TEST(TextToolWindowTest)
 #include "tst_text_tool_window.moc"

@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class TestTickLabel : public QObject
+class TickLabelTest : public QObject
 {
     Q_OBJECT
 
@@ -41,7 +41,7 @@ double inkCentre(const QImage &picture, int from, int to)
 
 } // namespace
 
-QImage TestTickLabel::painted(TickLabel &label, int height)
+QImage TickLabelTest::painted(TickLabel &label, int height)
 {
     label.setFixedSize(200, height);
     QPalette palette;
@@ -52,7 +52,7 @@ QImage TestTickLabel::painted(TickLabel &label, int height)
     return label.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-void TestTickLabel::everyNumberStandsUnderItsTick()
+void TickLabelTest::everyNumberStandsUnderItsTick()
 {
     TickLabel label(NUMBERS, nullptr);
     const QImage picture = painted(label);
@@ -64,7 +64,7 @@ void TestTickLabel::everyNumberStandsUnderItsTick()
     }
 }
 
-void TestTickLabel::twoDigitsStandBesideEachOther()
+void TickLabelTest::twoDigitsStandBesideEachOther()
 {
     TickLabel label("11", nullptr);
     const QImage picture = painted(label);
@@ -74,7 +74,7 @@ void TestTickLabel::twoDigitsStandBesideEachOther()
     QCOMPARE(inkCentre(picture, 10, 200), -1.0);
 }
 
-void TestTickLabel::nothingIsCutOff()
+void TickLabelTest::nothingIsCutOff()
 {
     // Two letters that reach as far up and down as any.
     TickLabel label("0 Sj", nullptr);
@@ -91,11 +91,11 @@ void TestTickLabel::nothingIsCutOff()
     QCOMPARE(inkRows(picture), inkRows(whole));
 }
 
-void TestTickLabel::theTextIsTheTextGiven()
+void TickLabelTest::theTextIsTheTextGiven()
 {
     const TickLabel label(NUMBERS, nullptr);
     QCOMPARE(label.text(), NUMBERS);
 }
 
-REGISTER_TEST(TestTickLabel)
+REGISTER_TEST(TickLabelTest)
 #include "tst_tick_label.moc"

@@ -22,7 +22,7 @@ QImage ground(int width, int height)
 
 } // namespace
 
-class TestToolWindow : public QObject
+class ToolWindowTest : public QObject
 {
     Q_OBJECT
 
@@ -42,7 +42,7 @@ private slots:
     void aboutNamesTheVersionAndClosesByOk();
 };
 
-void TestToolWindow::isAFramelessToolWindowOfItsBackgroundsSize()
+void ToolWindowTest::isAFramelessToolWindowOfItsBackgroundsSize()
 {
     PopupScene scene;
     const ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
@@ -53,7 +53,7 @@ void TestToolWindow::isAFramelessToolWindowOfItsBackgroundsSize()
     QVERIFY(!popup.testAttribute(Qt::WA_DeleteOnClose));
 }
 
-void TestToolWindow::titleAndCloseButtonStandInTheStrip()
+void ToolWindowTest::titleAndCloseButtonStandInTheStrip()
 {
     PopupScene scene;
     ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
@@ -69,7 +69,7 @@ void TestToolWindow::titleAndCloseButtonStandInTheStrip()
     QVERIFY(!close->accessibleName().isEmpty());
 }
 
-void TestToolWindow::aTitleInATallerScriptStaysInTheStrip()
+void ToolWindowTest::aTitleInATallerScriptStaysInTheStrip()
 {
     constexpr int STRIP = 18;
     PopupScene scene;
@@ -83,7 +83,7 @@ void TestToolWindow::aTitleInATallerScriptStaysInTheStrip()
     }
 }
 
-void TestToolWindow::standsRightOfItsButton()
+void ToolWindowTest::standsRightOfItsButton()
 {
     PopupScene scene;
     scene.window.move(50, 40);
@@ -95,7 +95,7 @@ void TestToolWindow::standsRightOfItsButton()
     QCOMPARE(popup.pos(), expected);
 }
 
-void TestToolWindow::isPushedBackIntoTheWorkArea()
+void ToolWindowTest::isPushedBackIntoTheWorkArea()
 {
     PopupScene scene;
     const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
@@ -107,7 +107,7 @@ void TestToolWindow::isPushedBackIntoTheWorkArea()
     QCOMPARE(popup.pos(), QPoint(area.width() - 200, area.height() - 100));
 }
 
-void TestToolWindow::followsTheMainWindow()
+void ToolWindowTest::followsTheMainWindow()
 {
     PopupScene scene;
     scene.window.move(50, 40);
@@ -124,7 +124,7 @@ void TestToolWindow::followsTheMainWindow()
     QTRY_COMPARE(popup.pos(), before + QPoint(60, 60));
 }
 
-void TestToolWindow::followsAButtonThatIsPlacedAfterTheResize()
+void ToolWindowTest::followsAButtonThatIsPlacedAfterTheResize()
 {
     PopupScene scene;
     scene.window.move(50, 40);
@@ -139,7 +139,7 @@ void TestToolWindow::followsAButtonThatIsPlacedAfterTheResize()
     QCOMPARE(popup.pos(), before + QPoint(0, 20));
 }
 
-void TestToolWindow::alignsAgainWhenItGetsItsBackground()
+void ToolWindowTest::alignsAgainWhenItGetsItsBackground()
 {
     PopupScene scene;
     const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
@@ -152,7 +152,7 @@ void TestToolWindow::alignsAgainWhenItGetsItsBackground()
     QCOMPARE(popup.x(), area.width() - popup.width());
 }
 
-void TestToolWindow::closingOnlyHidesIt()
+void ToolWindowTest::closingOnlyHidesIt()
 {
     PopupScene scene;
     const QPointer<ToolWindow> popup =
@@ -164,7 +164,7 @@ void TestToolWindow::closingOnlyHidesIt()
     QVERIFY(!popup->isVisible());
 }
 
-void TestToolWindow::escapeClosesIt()
+void ToolWindowTest::escapeClosesIt()
 {
     PopupScene scene;
     ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
@@ -175,7 +175,7 @@ void TestToolWindow::escapeClosesIt()
     QVERIFY(!popup.isVisible());
 }
 
-void TestToolWindow::losesInterestWhenTheFocusGoesElsewhere()
+void ToolWindowTest::losesInterestWhenTheFocusGoesElsewhere()
 {
     PopupScene scene;
     ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
@@ -192,7 +192,7 @@ void TestToolWindow::losesInterestWhenTheFocusGoesElsewhere()
     QVERIFY(!popup.isVisible());
 }
 
-void TestToolWindow::diesWithTheMainWindow()
+void ToolWindowTest::diesWithTheMainWindow()
 {
     auto scene = std::make_unique<PopupScene>();
     const QPointer<ToolWindow> popup =
@@ -202,7 +202,7 @@ void TestToolWindow::diesWithTheMainWindow()
     QVERIFY(!popup);
 }
 
-void TestToolWindow::aboutNamesTheVersionAndClosesByOk()
+void ToolWindowTest::aboutNamesTheVersionAndClosesByOk()
 {
     PopupScene scene;
     AboutToolWindow popup(&scene.toolButton, &scene.window, ground(256, 108));
@@ -219,5 +219,5 @@ void TestToolWindow::aboutNamesTheVersionAndClosesByOk()
     QVERIFY(!popup.isVisible());
 }
 
-REGISTER_TEST(TestToolWindow)
+REGISTER_TEST(ToolWindowTest)
 #include "tst_tool_window.moc"

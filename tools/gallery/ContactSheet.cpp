@@ -9,13 +9,13 @@
 namespace
 {
 
-constexpr int sheetWidth = 1440;
-constexpr int margin = 16;
-constexpr int gap = 10;
-constexpr int labelHeight = 16;
-constexpr int headingHeight = 26;
+constexpr int SHEET_WIDTH = 1440;
+constexpr int MARGIN = 16;
+constexpr int GAP = 10;
+constexpr int LABEL_HEIGHT = 16;
+constexpr int HEADING_HEIGHT = 26;
 // Names are up to this wide; narrow images get a column as wide.
-constexpr int leastColumn = 176;
+constexpr int LEAST_COLUMN = 176;
 
 const QColor sheetColour(0x1a, 0x1d, 0x21);
 
@@ -48,8 +48,8 @@ int versions(const SkinImage &image)
 QSize cellSize(const SkinImage &image)
 {
     const QSize shown = shownSize(image);
-    return {qMax(leastColumn, versions(image) * (shown.width() + gap) + gap),
-            shown.height() + gap + labelHeight};
+    return {qMax(LEAST_COLUMN, versions(image) * (shown.width() + GAP) + GAP),
+            shown.height() + GAP + LABEL_HEIGHT};
 }
 
 } // namespace
@@ -62,7 +62,7 @@ ContactSheet::ContactSheet(const QList<SkinImage> &images, double ratio)
 
 QImage ContactSheet::draw()
 {
-    const QSize size(sheetWidth, drawGroups(nullptr));
+    const QSize size(SHEET_WIDTH, drawGroups(nullptr));
     QImage sheet((QSizeF(size) * m_ratio).toSize(), QImage::Format_RGB32);
     sheet.setDevicePixelRatio(m_ratio);
     sheet.fill(sheetColour);
@@ -91,8 +91,8 @@ QList<ContactSheet::Group> ContactSheet::groups() const
 
 int ContactSheet::drawGroups(QPainter *painter) const
 {
-    int y = margin;
-    int x = margin;
+    int y = MARGIN;
+    int x = MARGIN;
     int rowHeight = 0;
     // Single images flow side by side; a family has rows of its own.
     for (const Group &group : groups()) {
@@ -100,53 +100,53 @@ int ContactSheet::drawGroups(QPainter *painter) const
         if (group.size() > 1) {
             y += rowHeight;
             rowHeight = 0;
-            x = margin;
+            x = MARGIN;
             y = drawGroup(painter, group, y);
             continue;
         }
-        if (x + cell.width() > sheetWidth - margin) {
-            x = margin;
+        if (x + cell.width() > SHEET_WIDTH - MARGIN) {
+            x = MARGIN;
             y += rowHeight;
             rowHeight = 0;
         }
         if (painter != nullptr)
             drawCell(*painter, group.first(), QRect(QPoint(x, y), cell));
-        x += cell.width() + gap;
-        rowHeight = qMax(rowHeight, cell.height() + gap);
+        x += cell.width() + GAP;
+        rowHeight = qMax(rowHeight, cell.height() + GAP);
     }
-    return y + rowHeight + margin;
+    return y + rowHeight + MARGIN;
 }
 
 int ContactSheet::drawGroup(QPainter *painter, const Group &group, int y) const
 {
     const SkinImage &first = group.first();
     const QSize cell = cellSize(first);
-    const int columns = qMax(1, (sheetWidth - 2 * margin + gap) / (cell.width() + gap));
+    const int columns = qMax(1, (SHEET_WIDTH - 2 * MARGIN + GAP) / (cell.width() + GAP));
     if (painter != nullptr) {
         painter->setPen(QColor(0xae, 0xb5, 0xbe));
         painter->setFont(QFont("Arial", 10, QFont::Bold));
         const QString states =
             first.section == "states" ? QString("normal, over, click") : first.section;
-        painter->drawText(margin, y + 17,
+        painter->drawText(MARGIN, y + 17,
                           QString("%1 x %2, %3: %4")
                               .arg(first.size.width())
                               .arg(first.size.height())
                               .arg(first.ground, states));
     }
-    y += headingHeight;
+    y += HEADING_HEIGHT;
     for (int i = 0; i < group.size(); ++i) {
-        const QPoint corner(margin + i % columns * (cell.width() + gap),
-                            y + i / columns * (cell.height() + gap));
+        const QPoint corner(MARGIN + i % columns * (cell.width() + GAP),
+                            y + i / columns * (cell.height() + GAP));
         if (painter != nullptr)
             drawCell(*painter, group[i], QRect(corner, cell));
     }
-    return y + (group.size() + columns - 1) / columns * (cell.height() + gap);
+    return y + (group.size() + columns - 1) / columns * (cell.height() + GAP);
 }
 
 void ContactSheet::drawCell(QPainter &painter, const SkinImage &image, const QRect &cell) const
 {
     const QSize shown = shownSize(image);
-    const QRect pictures(cell.topLeft(), QSize(cell.width(), shown.height() + gap));
+    const QRect pictures(cell.topLeft(), QSize(cell.width(), shown.height() + GAP));
     const QList<QColor> colours = grounds(image.ground);
     const int share = pictures.width() / colours.size();
     int x = 0;
@@ -156,11 +156,11 @@ void ContactSheet::drawCell(QPainter &painter, const SkinImage &image, const QRe
         QStringList targets = image.targets();
         if (targets.size() == 3)
             targets.move(1, 2); // as a hand meets them
-        x = ground.x() + (share - targets.size() * (shown.width() + gap) + gap) / 2;
+        x = ground.x() + (share - targets.size() * (shown.width() + GAP) + GAP) / 2;
         for (const QString &target : targets) {
-            painter.drawImage(QRect(QPoint(x, pictures.y() + gap / 2), shown),
+            painter.drawImage(QRect(QPoint(x, pictures.y() + GAP / 2), shown),
                               SkinImages::load(":/icons/" + target));
-            x += shown.width() + gap;
+            x += shown.width() + GAP;
         }
     }
     painter.setPen(QColor(0xd6, 0xda, 0xe0));

@@ -7,8 +7,8 @@
 
 class QPainter;
 
-/// Draws every image of the table in every state on the ground it stands on, with its name. GUI
-/// thread, because it writes text.
+/// Draws every image of the table in every state, on the background that it has in the window, with
+/// its name. GUI thread, because it writes text.
 class ContactSheet
 {
 public:

@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr int panelWidth = 138;
+constexpr int PANEL_WIDTH = 138;
 
 struct Tool {
     const char *skin;
@@ -114,7 +114,7 @@ DemoWindow::DemoWindow(Mode mode, const QImage &picture)
     setMinimumSize(800, 768);
     setExpanded(true);
     setBuilt();
-    resize(800 + panelWidth, 768);
+    resize(800 + PANEL_WIDTH, 768);
 }
 
 void DemoWindow::addModeButtons(Mode mode)
@@ -124,7 +124,7 @@ void DemoWindow::addModeButtons(Mode mode)
                                                {"MAIN_BUTTON", "Photograph"},
                                                {"MAIN_BUTTON_LONG", "Drawing Board"}};
     for (int i = 0; i < modes.size(); ++i) {
-        auto *button = new ImageButton(modes[i].first, this, panelWidth + 40 + 107 * i, 5);
+        auto *button = new ImageButton(modes[i].first, this, PANEL_WIDTH + 40 + 107 * i, 5);
         button->setFont(QFont("Arial", 11));
         button->setTextColor(Qt::white);
         button->setText(modes[i].second);
@@ -209,7 +209,7 @@ void DemoWindow::addBar(Mode mode)
 
 void DemoWindow::reposition()
 {
-    const int left = panelWidth;
+    const int left = PANEL_WIDTH;
     m_panel->resize(m_panel->width(), height() - 100);
     m_about->move(34, height() - 55);
     m_picture->setGeometry(left + 36, 25, width() - left - 55, height() - 100);

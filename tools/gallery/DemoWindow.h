@@ -5,8 +5,8 @@
 class ImageButton;
 class Panel;
 
-/// The main window's looks put together from the skin and its widgets, without anything behind
-/// them: for judging the artwork in its place.
+/// The look of the main window, put together from the skin and its widgets without any function, to
+/// judge the artwork in its place.
 class DemoWindow : public StyleWindow
 {
     Q_OBJECT

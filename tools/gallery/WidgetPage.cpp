@@ -17,7 +17,7 @@
 namespace
 {
 
-constexpr QSize pageSize(760, 560);
+constexpr QSize PAGE_SIZE(760, 560);
 
 QImage background(const QString &name)
 {
@@ -47,7 +47,7 @@ WidgetPage::WidgetPage()
     card.setColor(QPalette::Window, QColor(0x3a, 0x40, 0x48));
     card.setColor(QPalette::WindowText, QColor(0xd6, 0xda, 0xe0));
     setPalette(card);
-    setFixedSize(pageSize);
+    setFixedSize(PAGE_SIZE);
     addButtons();
     addSliders();
     addWindows();

@@ -1,4 +1,4 @@
-// gallery: shows the skin in its place, to be looked at.
+// gallery: shows the skin in place, for a person to look at.
 //   gallery [--mode live|film|photograph] [--picture FILE] [--save FILE]
 //   gallery --widgets [--save FILE]
 //   gallery --contact-sheet FILE --table TABLE
@@ -32,7 +32,7 @@ bool saveSheet(const QString &table, const QString &path)
            fail(path + ": cannot write");
 }
 
-// Shows the widget, or writes it and goes.
+// Shows the widget, or writes its picture and ends.
 int present(QWidget &widget, const QString &path)
 {
     if (!path.isEmpty()) {

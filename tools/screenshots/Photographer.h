@@ -7,18 +7,18 @@
 
 class MainWindow;
 
-/// Saves what stands on the screen where the window and its pop-up are. Waits by running the event
-/// loop, as nothing tells when a display server has shown something.
+/// Saves what the screen shows at the place of the window and its pop-up. Waits by running the
+/// event loop, as no event tells when a display server has shown something.
 class Photographer
 {
 public:
     Photographer(MainWindow *window, const QDir &folder);
 
-    /// Into `name`.png, once the screen has settled.
+    /// Saves it as `name`.png, once the screen has settled.
     void take(const QString &name);
     /// The open pop-up alone.
     void takePopup(const QString &name);
-    /// The next message box, in the middle of the screen, and answers it with no or OK.
+    /// Saves the next message box, in the middle of the screen, and answers it with no or OK.
     void takeNextBox(const QString &name);
 
     /// Runs the event loop.

@@ -61,7 +61,8 @@ ImageButton *Tour::button(const QString &accessibleName) const
 
 void Tour::enter(int mode)
 {
-    button(MainWindow::tr(Commands::rowsOf(Commands::Group::Modes)[std::size_t(mode)].text))
+    button(MainWindow::tr(
+               Commands::rowsOf(Commands::Group::Modes)[static_cast<std::size_t>(mode)].text))
         ->click();
 }
 
@@ -253,7 +254,7 @@ void Tour::takeIndications()
 {
     ImageCanvas *canvas = m_window->currentCanvas();
     OSDProcessor *indications = m_window->osdProcessors().value(canvas);
-    // Only a picture that stands on end is ever smaller than its frame, which has a caption.
+    // Only a picture that stands upright is smaller than its frame, which has a caption.
     canvas->rotate();
     canvas->zoomReset();
     for (const int effect : {CanvasModes::EffectColor, CanvasModes::EffectBW,

@@ -146,7 +146,7 @@ void CameraModel::stepBrightness(int step)
     m_brightness = std::clamp(m_brightness + step, BRIGHTNESS_MIN, BRIGHTNESS_MAX);
 }
 
-/// In steps, so that the picture need not be drawn anew for every frame of the run.
+/// In steps, so that the picture need not be drawn again for every frame of the run.
 double CameraModel::blur(std::int64_t nowMs) const
 {
     if (!m_focused)

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// The grain of the sensor: it gives frames the weight of a real camera's.
+/// The noise of the sensor, which makes frames as large as those of a real camera.
 constexpr int GRAIN = 16;
 /// Out of focus by so much: the picture is drawn that many times smaller and enlarged again.
 constexpr double STRONGEST_BLUR = 5.0;
@@ -81,7 +81,7 @@ std::vector<QRect> SheetPicture::draw(quint32 frameNumber, const CameraView &vie
     return changed;
 }
 
-/// While the lens moves the picture is stretched; once it stands it is drawn anew.
+/// While the lens moves the picture is stretched; once it stands it is drawn again.
 void SheetPicture::showView(const CameraView &view)
 {
     const bool zoomMoves = m_drawn && view.zoom != m_view.zoom;

@@ -148,7 +148,7 @@ void paintPatches(QPainter &painter)
     }
 }
 
-/// Line pairs that grow finer, and a star: where they blur the picture ends.
+/// Line pairs that grow finer, and a star, which show how fine the picture resolves.
 void paintResolution(QPainter &painter)
 {
     painter.save();

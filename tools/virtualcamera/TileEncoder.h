@@ -7,9 +7,9 @@
 #include <memory>
 #include <vector>
 
-/// Motion-JPEG frames of a picture of which little changes: the picture is cut into tiles a restart
-/// interval long, every tile is kept encoded, and only those that were touched are encoded anew.
-/// Not thread-safe.
+/// Encodes Motion-JPEG frames of a picture of which little changes: the picture is cut into tiles
+/// of one restart interval each, every tile is kept encoded, and only the tiles that have changed
+/// are encoded again. Not thread-safe.
 class TileEncoder
 {
 public:

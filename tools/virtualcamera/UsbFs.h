@@ -15,10 +15,10 @@
 #include <vector>
 
 /// The kernel's side of the device node: answers the ioctls of programs that have it open, queues
-/// their transfers and marries them to the payloads of the streamer.
+/// their transfers and fills them with the payloads of the streamer.
 ///
 /// handleIoctl() comes from umockdev's thread, the streamer's calls from its own, all others from
-/// anywhere. Held by a shared pointer because umockdev may let go of an open handle late.
+/// any. Held by a shared pointer because umockdev may release an open handle late.
 class UsbFs : public std::enable_shared_from_this<UsbFs>
 {
 public:

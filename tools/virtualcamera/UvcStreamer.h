@@ -15,8 +15,8 @@
 class SheetPicture;
 class TileEncoder;
 
-/// The camera's own clockwork: while a stream runs it draws, encodes and sends a frame per period
-/// on a thread of its own, from construction to destruction.
+/// The camera's own timing: while a stream runs it draws, encodes and sends a frame per period on a
+/// thread of its own, from construction to destruction.
 class UvcStreamer
 {
 public:

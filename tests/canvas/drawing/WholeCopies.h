@@ -7,8 +7,8 @@
 #include <cstring>
 #include <deque>
 
-/// The steps of a drawing once more, slow and plain: copies of all of it before and after each.
-/// What the history of changed parts is held against.
+/// The steps of a drawing written a second time, slow and plain, with copies of all of it before
+/// and after each: the reference that the history of changed parts is compared with.
 class WholeCopies
 {
 public:
@@ -28,7 +28,7 @@ public:
         return picture == blank(picture.size());
     }
 
-    /// What is to be seen.
+    /// The picture that is visible.
     [[nodiscard]] const QImage &shown() const { return m_shown; }
     [[nodiscard]] bool canUndo() const { return m_done != 0; }
     [[nodiscard]] bool canRedo() const { return m_done != m_steps.size(); }

@@ -94,7 +94,7 @@ bool isDeepInside(const QImage &image, int x, int y)
 
 } // namespace
 
-class TestInk : public QObject
+class InkTest : public QObject
 {
     Q_OBJECT
 
@@ -111,14 +111,14 @@ private slots:
     void aStrokeGoesOnAfterATurn();
 };
 
-void TestInk::levelAndUprightLinesCoverWholeRowsAndColumns_data()
+void InkTest::levelAndUprightLinesCoverWholeRowsAndColumns_data()
 {
     QTest::addColumn<int>("width");
     for (const int width : {2, 3, 6, 7, 9, 12})
         QTest::addRow("%d", width) << width;
 }
 
-void TestInk::levelAndUprightLinesCoverWholeRowsAndColumns()
+void InkTest::levelAndUprightLinesCoverWholeRowsAndColumns()
 {
     QFETCH(int, width);
     const DragTool::ShapeStyle style = penOf(width);
@@ -136,7 +136,7 @@ void TestInk::levelAndUprightLinesCoverWholeRowsAndColumns()
     }
 }
 
-void TestInk::slopesAreSmoothAndEndsAreRound()
+void InkTest::slopesAreSmoothAndEndsAreRound()
 {
     const QImage line = drawn(CanvasModes::Line, {{40, 40}, {200, 130}}, penOf(6));
     QVERIFY(hasPartlyCoveredPixel(line));
@@ -146,14 +146,14 @@ void TestInk::slopesAreSmoothAndEndsAreRound()
     QCOMPARE(qAlpha(level.pixel(35, 100)), 255);
 }
 
-void TestInk::aThinPenStaysPlain()
+void InkTest::aThinPenStaysPlain()
 {
     const QImage line = drawn(CanvasModes::Line, {{40, 40}, {200, 130}}, penOf(1));
     QCOMPARE(line, plain(penOf(1), [](QPainter &painter) { painter.drawLine(40, 40, 200, 130); }));
     QVERIFY(!hasPartlyCoveredPixel(drawn(CanvasModes::Freehand, {{9, 9}, {50, 30}}, penOf(1))));
 }
 
-void TestInk::whatIsInsideAShapeStays_data()
+void InkTest::whatIsInsideAShapeStays_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<int>("width");
@@ -163,7 +163,7 @@ void TestInk::whatIsInsideAShapeStays_data()
     }
 }
 
-void TestInk::whatIsInsideAShapeStays()
+void InkTest::whatIsInsideAShapeStays()
 {
     QFETCH(int, mode);
     QFETCH(int, width);
@@ -192,7 +192,7 @@ void TestInk::whatIsInsideAShapeStays()
     QVERIFY(inside > 10000);
 }
 
-void TestInk::aStrokeOfShortPiecesIsTheLineThatTheyMake_data()
+void InkTest::aStrokeOfShortPiecesIsTheLineThatTheyMake_data()
 {
     QTest::addColumn<QPoint>("step");
     QTest::addColumn<int>("width");
@@ -203,7 +203,7 @@ void TestInk::aStrokeOfShortPiecesIsTheLineThatTheyMake_data()
 }
 
 // Pieces drawn one by one would lie twice over each other's smooth edges: beads.
-void TestInk::aStrokeOfShortPiecesIsTheLineThatTheyMake()
+void InkTest::aStrokeOfShortPiecesIsTheLineThatTheyMake()
 {
     QFETCH(QPoint, step);
     QFETCH(int, width);
@@ -217,7 +217,7 @@ void TestInk::aStrokeOfShortPiecesIsTheLineThatTheyMake()
     QVERIFY2(difference <= 24, qPrintable(QString::number(difference)));
 }
 
-void TestInk::aStrokeLiesOverWhatWasDrawnBefore()
+void InkTest::aStrokeLiesOverWhatWasDrawnBefore()
 {
     AnnotationLayer layer;
     layer.reset(LAYER);
@@ -236,7 +236,7 @@ void TestInk::aStrokeLiesOverWhatWasDrawnBefore()
     QCOMPARE(qAlpha(layer.image().pixel(200, 110)), 0);
 }
 
-void TestInk::aStrokeGoesOnAfterATurn()
+void InkTest::aStrokeGoesOnAfterATurn()
 {
     AnnotationLayer layer;
     layer.reset(LAYER);
@@ -260,5 +260,5 @@ void TestInk::aStrokeGoesOnAfterATurn()
     QCOMPARE(layer.image().pixel(old), QColor(Qt::red).rgba());
 }
 
-REGISTER_PLAIN_TEST(TestInk)
+REGISTER_PLAIN_TEST(InkTest)
 #include "tst_ink.moc"

@@ -19,7 +19,7 @@ std::size_t packed(const Words &pixels, Words &words, std::size_t room)
 {
     words.assign(room + 1, 0xDEADBEEFU);
     const std::size_t count = PixelRuns::pack(pixels.data(), pixels.size(), words.data(), room);
-    // Nothing is written behind the room.
+    // Nothing is written past the last word.
     return words.back() == 0xDEADBEEFU ? count : room + 1;
 }
 

@@ -71,7 +71,7 @@ private slots:
     {
         Canvas canvas;
         canvas.settings.frozen = true;
-        // Nothing stands yet that could be kept.
+        // There is no picture yet that could be kept.
         canvas.show(plain(Qt::red));
         canvas.show(plain(Qt::blue));
         QCOMPARE(canvas.picture(), plain(Qt::red));
@@ -255,7 +255,7 @@ private slots:
         }
         stop = true;
         frames.join();
-        // All sizes are through: what can be taken back now comes back as it was.
+        // All sizes have been shown: what can be undone now comes back as it was.
         canvas.show(plain(Qt::white));
         const QImage before = canvas.picture();
         int steps = 0;

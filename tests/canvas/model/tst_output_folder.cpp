@@ -59,7 +59,7 @@ private slots:
             const HangingFolder hanging(folder.path());
             QCOMPARE(output->state(), State::TimedOut);
             QCOMPARE(hanging.waiting(), 1);
-            // The others wait for nothing, and ask nothing more of the server.
+            // The others do not wait, and ask nothing more of the server.
             for (int i = 0; i < 1000; ++i)
                 QCOMPARE(output->state(), State::Waiting);
             QCOMPARE(output->write(folder.filePath("a"), "x").value_or(QString()),

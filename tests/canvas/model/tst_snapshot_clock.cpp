@@ -13,7 +13,7 @@ QVector<int> shots(SnapshotClock &clock, int fromSecond, int toSecond)
     for (int tenth = fromSecond * 10; tenth < toSecond * 10; ++tenth) {
         const bool due = clock.isDue(tenth * 100);
         const bool taken = clock.takePicture(tenth * 100);
-        // Whoever asks first loses no picture.
+        // A picture is only taken when isDue() has said so.
         if (taken && !due)
             return {};
         if (taken)

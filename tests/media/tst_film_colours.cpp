@@ -86,7 +86,7 @@ class FilmColoursTest : public QObject
     {
         return picture.save(m_folder.filePath("picture.png")) &&
                run("ffmpeg",
-                   QStringList{"-v", "error", "-y", "-loop", "1", "-framerate", "10", "-t", "0.5",
+                   QStringList{"-v", "error", "-y", "-loop", "1", "-framerate", "10", "-t", "0.2",
                                "-i", "picture.png"} +
                        arguments + QStringList{name},
                    m_folder.path());

@@ -43,6 +43,8 @@ class FilmFaultsTest : public QObject
 
     QTemporaryDir m_folder;
     QString m_film;
+    /// A third of a second long.
+    QString m_nextFilm;
     PictureWall m_wall;
     std::unique_ptr<FilmSource> m_source;
 
@@ -51,10 +53,10 @@ class FilmFaultsTest : public QObject
     /// The player must still open and play the next film to its end.
     void verifyTheNextFilmPlays()
     {
-        m_source->setFile(m_film);
+        m_source->setFile(m_nextFilm);
         m_wall.forget();
         m_wall.takeRefreshes();
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 9, patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
         QCOMPARE(m_source->currentPosition(), 100);
     }
@@ -66,6 +68,9 @@ private slots:
         TestFilm made;
         made.seconds = 1;
         QVERIFY(made.write(m_film));
+        made.seconds = 1.0 / 3;
+        m_nextFilm = path("next.mp4");
+        QVERIFY(made.write(m_nextFilm));
         m_wall.readNumber = TestFilm::numberIn;
     }
 
@@ -207,21 +212,21 @@ private slots:
         QFETCH(QStringList, video);
         QFETCH(QString, name);
         TestFilm made;
-        made.seconds = 4;
+        made.seconds = 2;
         made.video = video;
         made.sound.clear();
         QVERIFY(made.write(path(name)));
         QByteArray content = contentOf(path(name));
-        for (int i = content.size() * 45 / 100; i < content.size() * 50 / 100; ++i)
+        for (int i = content.size() * 30 / 100; i < content.size() * 35 / 100; ++i)
             content[i] = char(i * 31);
         QVERIFY(writeTo(path(name), content));
         m_source->setFile(path(name));
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
-        QCOMPARE(m_wall.lastNumber(), 119);
+        QCOMPARE(m_wall.lastNumber(), 59);
         m_source->pause();
+        m_source->setPosition(100);
         m_source->setPosition(50);
-        m_source->setPosition(75);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 90, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, patienceMs);
         verifyTheNextFilmPlays();
     }
 
@@ -257,11 +262,15 @@ private slots:
     void aFileThatIsReplacedWhileItPlays()
     {
         QFETCH(QByteArray, content);
-        TestFilm made;
-        made.seconds = 20;
-        made.size = QSize(640, 480);
-        made.video = QStringList{"-c:v", "mjpeg", "-q:v", "2"};
-        QVERIFY(made.write(path("replaced.avi")));
+        if (!QFile::exists(path("large.avi"))) {
+            TestFilm made;
+            made.seconds = 20;
+            made.size = QSize(640, 480);
+            made.video = QStringList{"-c:v", "mjpeg", "-q:v", "2"};
+            QVERIFY(made.write(path("large.avi")));
+        }
+        QFile::remove(path("replaced.avi"));
+        QVERIFY(QFile::copy(path("large.avi"), path("replaced.avi")));
         m_source->setFile(path("replaced.avi"));
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, patienceMs);
         QVERIFY(writeTo(path("replaced.avi"), content));
@@ -320,12 +329,12 @@ private slots:
     void aBareStreamWithoutALengthPlays()
     {
         TestFilm made;
-        made.seconds = 2;
+        made.seconds = 1;
         made.sound.clear();
         made.output = QStringList{"-f", "h264"};
         QVERIFY(made.write(path("bare.h264")));
         m_source->setFile(path("bare.h264"));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
         for (const int percent : {50, 100, 0})
             m_source->setPosition(percent);
@@ -385,7 +394,7 @@ private slots:
         QFETCH(int, turned);
         QFETCH(QSize, size);
         TestFilm made;
-        made.seconds = 1;
+        made.seconds = 0.5;
         made.turned = turned;
         QVERIFY(made.write(path("turned.mp4")));
         m_source->setFile(path("turned.mp4"));
@@ -395,7 +404,7 @@ private slots:
         // It was turned anticlockwise: after a quarter what stood left stands below.
         QTransform back;
         back.rotate(turned);
-        QCOMPARE(TestFilm::numberIn(upright.transformed(back)), 29);
+        QCOMPARE(TestFilm::numberIn(upright.transformed(back)), 14);
     }
 
     void aVariableFrameRateKeepsItsTimes()

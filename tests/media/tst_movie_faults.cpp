@@ -6,17 +6,106 @@
 #include <QtTest>
 
 #include <QRandomGenerator>
+#include <QThreadPool>
 
 #include <unistd.h>
+
+#include <functional>
+#include <future>
+#include <map>
+#include <memory>
 
 namespace
 {
 
 /// What of a movie may be missing after a fault, in seconds.
 constexpr double LAST_SECOND = 1.1;
+constexpr int MOVIES_AT_ONCE = 5;
+constexpr int PATIENCE_MS = 90000;
+
+/// What a recording has left.
+struct Outcome {
+    bool asPlanned = false;
+    /// As long as it was recorded.
+    double seconds = 0;
+    /// What the probe said, and why the recording failed.
+    QByteArray said;
+    QString failure;
+    QString file;
+};
+
+Outcome killedAfter(const QString &file, int milliseconds)
+{
+    RecordProbe probe({file});
+    Outcome outcome;
+    outcome.asPlanned = probe.waitFor("first picture");
+    QElapsedTimer recorded;
+    recorded.start();
+    outcome.asPlanned = outcome.asPlanned && probe.waitFor("second 3 ");
+    // So that the kills meet different moments between two seconds of the recording.
+    QThread::msleep(static_cast<unsigned long>(milliseconds));
+    outcome.seconds = static_cast<double>(recorded.elapsed()) / 1000;
+    probe.kill();
+    return outcome;
+}
+
+Outcome killedWhileFinishing(const QString &file, int milliseconds)
+{
+    RecordProbe probe({"--seconds", "3", file});
+    Outcome outcome;
+    outcome.asPlanned = probe.waitFor("finishing");
+    // So that the kills meet different moments of the finishing.
+    QThread::msleep(static_cast<unsigned long>(milliseconds));
+    probe.kill();
+    return outcome;
+}
+
+Outcome cutOff(const QString &file, double seconds)
+{
+    QProcess powered;
+    powered.start(QStringLiteral(UNTIL_THE_POWER_FAILS),
+                  {QString::number(seconds), file, QStringLiteral(RECORDPROBE)});
+    Outcome outcome;
+    outcome.asPlanned = powered.waitForFinished(PATIENCE_MS) && powered.exitCode() == 0;
+    outcome.said = powered.readAllStandardError();
+    outcome.seconds = powered.readAllStandardOutput().split(' ').value(1).toDouble();
+    return outcome;
+}
+
+/// Runs a program on a disk of that kind and size, with the name of a movie there.
+Outcome onSmallDisk(const QString &file, const QStringList &kindAndSize, const QStringList &command)
+{
+    QProcess mounted;
+    mounted.start(QStringLiteral(ON_SMALL_DISK), kindAndSize + QStringList{file} + command);
+    Outcome outcome;
+    outcome.asPlanned = mounted.waitForFinished(PATIENCE_MS) && mounted.exitCode() == 0;
+    outcome.said = mounted.readAllStandardOutput() + mounted.readAllStandardError();
+    return outcome;
+}
+
+Outcome upToTheEnd(const QString &file, const QStringList &arguments)
+{
+    RecordProbe probe(arguments + QStringList{file});
+    Outcome outcome;
+    outcome.asPlanned = probe.waitForEnd();
+    outcome.said = probe.lines().join('\n');
+    outcome.failure = probe.failure();
+    return outcome;
+}
+
+Outcome killedWhileSilent(const QString &file)
+{
+    RecordProbe probe({"--camera-seconds", "2", file});
+    Outcome outcome;
+    outcome.asPlanned = probe.waitFor("silent 6 ");
+    probe.kill();
+    return outcome;
+}
 
 } // namespace
 
+/// All movies are recorded in initTestCase(), some at a time, as each spends its time waiting; the
+/// tests look at what is left of them.
 class MovieFaultsTest : public QObject
 {
     Q_OBJECT
@@ -25,68 +114,79 @@ private slots:
     void initTestCase()
     {
         m_server.pretendAbsent();
-        m_file = m_folder.filePath("movie.mov");
-    }
-
-    void aKillAtAnyMomentCostsTheLastSecondAtMost_data()
-    {
-        QTest::addColumn<int>("milliseconds");
-        // Moments between two seconds of the recording.
+        m_recorders.setMaxThreadCount(MOVIES_AT_ONCE);
+        const bool mounts = geteuid() == 0;
+        auto *random = QRandomGenerator::global();
+        for (const char *kind : {"tmpfs", "ext4"}) {
+            if (mounts || qstrcmp(kind, "tmpfs") == 0)
+                record(QString("full ") + kind, [kind](const QString &file) {
+                    return onSmallDisk(
+                        file, {kind, "2M"},
+                        {QStringLiteral(RECORDPROBE), "--size", "1280x720", "--seconds", "60"});
+                });
+        }
+        record("second try", [](const QString &file) {
+            const QString script = "\"$1\" --size 1280x720 --seconds 60 \"$2\";"
+                                   "cat /dev/zero >\"${2%/*}/rest\" 2>/dev/null;"
+                                   "\"$1\" --size 1280x720 --seconds 20 \"${2%/*}/second.mov\";"
+                                   "ls \"${2%/*}\"";
+            return onSmallDisk(file, {"tmpfs", "1M"},
+                               {"sh", "-c", script, "sh", QStringLiteral(RECORDPROBE)});
+        });
+        record("may not grow", [](const QString &file) {
+            return upToTheEnd(file,
+                              {"--size", "1280x720", "--seconds", "60", "--file-limit", "2000000"});
+        });
+        record("camera silent", killedWhileSilent);
+        for (int n = 0; n < 3 && mounts; ++n)
+            record(QString("power %1").arg(n),
+                   [seconds = 3 + random->generateDouble()](const QString &file) {
+                       return cutOff(file, seconds);
+                   });
         for (int n = 0; n < 3; ++n)
-            QTest::addRow("%d", n) << QRandomGenerator::global()->bounded(1000);
+            record(QString("kill %1").arg(n), [ms = random->bounded(1000)](const QString &file) {
+                return killedAfter(file, ms);
+            });
+        for (int n = 0; n < 4; ++n)
+            record(QString("finish %1").arg(n), [ms = random->bounded(60)](const QString &file) {
+                return killedWhileFinishing(file, ms);
+            });
     }
 
-    void aKillAtAnyMomentCostsTheLastSecondAtMost()
+    void cleanupTestCase() { m_recorders.waitForDone(); }
+
+    void aFaultCostsTheLastSecondAtMost_data()
     {
-        QFETCH(int, milliseconds);
-        RecordProbe probe({m_file});
-        QVERIFY(probe.waitFor("first picture"));
-        QElapsedTimer recorded;
-        recorded.start();
-        QVERIFY(probe.waitFor("second 3 "));
-        QTest::qWait(milliseconds);
-        const double seconds = static_cast<double>(recorded.elapsed()) / 1000;
-        probe.kill();
-        expectMovieUpTo(seconds - LAST_SECOND);
+        QTest::addColumn<double>("missing");
+        for (const auto &movie : m_movies) {
+            const QByteArray name = movie.first.toUtf8();
+            if (name.startsWith("kill ") || name.startsWith("power "))
+                QTest::newRow(name.constData()) << LAST_SECOND;
+        }
+    }
+
+    void aFaultCostsTheLastSecondAtMost()
+    {
+        QFETCH(double, missing);
+        const Outcome outcome = recorded(QTest::currentDataTag());
+        QVERIFY2(outcome.asPlanned, outcome.said);
+        QVERIFY(outcome.seconds >= 3);
+        expectMovieUpTo(outcome.file, outcome.seconds - missing);
     }
 
     void aKillWhileTheMovieIsBeingFinishedLeavesAMovie_data()
     {
-        QTest::addColumn<int>("milliseconds");
+        QTest::addColumn<int>("n");
         for (int n = 0; n < 4; ++n)
-            QTest::addRow("%d", n) << QRandomGenerator::global()->bounded(60);
+            QTest::addRow("%d", n) << n;
     }
 
     void aKillWhileTheMovieIsBeingFinishedLeavesAMovie()
     {
-        QFETCH(int, milliseconds);
-        RecordProbe probe({"--seconds", "3", m_file});
-        QVERIFY(probe.waitFor("finishing"));
-        QTest::qWait(milliseconds); // so that the kills meet different moments
-        probe.kill();
-        expectMovieUpTo(3 - 2 * LAST_SECOND);
-    }
-
-    void aPowerCutCostsTheLastSecondAtMost_data()
-    {
-        QTest::addColumn<double>("seconds");
-        for (int n = 0; n < 3; ++n)
-            QTest::addRow("%d", n) << 3 + QRandomGenerator::global()->generateDouble();
-    }
-
-    void aPowerCutCostsTheLastSecondAtMost()
-    {
-        if (geteuid() != 0)
-            QSKIP("Only the superuser may mount the disk whose power fails.");
-        QFETCH(double, seconds);
-        QProcess powered;
-        powered.start(QStringLiteral(UNTIL_THE_POWER_FAILS),
-                      {QString::number(seconds), m_file, QStringLiteral(RECORDPROBE)});
-        QVERIFY(powered.waitForFinished(90000));
-        QVERIFY2(powered.exitCode() == 0, powered.readAllStandardError());
-        const double recorded = powered.readAllStandardOutput().split(' ').value(1).toDouble();
-        QVERIFY(recorded >= seconds);
-        expectMovieUpTo(recorded - LAST_SECOND);
+        QFETCH(int, n);
+        const Outcome outcome = recorded(QString("finish %1").arg(n));
+        QVERIFY(outcome.asPlanned);
+        expectMovieUpTo(outcome.file, 3 - 2 * LAST_SECOND);
     }
 
     void aFullDiskStopsTheRecordingAndKeepsTheMovie_data()
@@ -100,34 +200,28 @@ private slots:
     void aFullDiskStopsTheRecordingAndKeepsTheMovie()
     {
         QFETCH(QString, kind);
-        const QByteArray said = onSmallDisk(
-            kind, {QStringLiteral(RECORDPROBE), "--size", "1280x720", "--seconds", "60"});
-        QVERIFY2(said.contains("failed: The recording was stopped because the disk is full."),
-                 said);
-        expectPlayableUpToTheFailure(said.split('\n'));
-        expectPlayableInMpv();
+        const Outcome outcome = recorded("full " + kind);
+        QVERIFY2(
+            outcome.said.contains("failed: The recording was stopped because the disk is full."),
+            outcome.said);
+        expectPlayableUpToTheFailure(outcome);
+        expectPlayableInMpv(outcome.file);
     }
 
     void aSecondTryOnAFullDiskLeavesNoFile()
     {
-        const QString script = "\"$1\" --size 1280x720 --seconds 60 \"$2\";"
-                               "cat /dev/zero >\"${2%/*}/rest\" 2>/dev/null;"
-                               "\"$1\" --size 1280x720 --seconds 20 \"${2%/*}/second.mov\";"
-                               "ls \"${2%/*}\"";
-        const QByteArray said =
-            onSmallDisk("tmpfs", {"sh", "-c", script, "sh", QStringLiteral(RECORDPROBE)});
+        const QByteArray said = recorded("second try").said;
         QCOMPARE(said.count("failed: The recording was stopped because the disk is full."), 2);
-        QVERIFY2(said.endsWith("\nmovie.mov\nrest\n"), said);
+        QVERIFY2(said.contains("\nmovie.mov\nrest\n") && !said.contains("second.mov"), said);
     }
 
     void aFileThatMayGrowNoFurtherStopsTheRecordingAndKeepsTheMovie()
     {
-        RecordProbe probe(
-            {"--size", "1280x720", "--seconds", "60", "--file-limit", "2000000", m_file});
-        QVERIFY(probe.waitForEnd());
-        QCOMPARE(probe.failure(),
+        const Outcome outcome = recorded("may not grow");
+        QVERIFY(outcome.asPlanned);
+        QCOMPARE(outcome.failure,
                  QString("The recording was stopped because the movie file cannot be written."));
-        expectPlayableUpToTheFailure(probe.lines());
+        expectPlayableUpToTheFailure(outcome);
     }
 
     void aFileThatMayNotBeWrittenIsLeftAlone()
@@ -146,10 +240,9 @@ private slots:
 
     void aCameraThatFallsSilentDoesNotHoldTheFileBack()
     {
-        RecordProbe probe({"--camera-seconds", "2", m_file});
-        QVERIFY(probe.waitFor("silent 6 "));
-        probe.kill();
-        const MovieFile movie(m_file);
+        const Outcome outcome = recorded("camera silent");
+        QVERIFY(outcome.asPlanned);
+        const MovieFile movie(outcome.file);
         QCOMPARE(movie.complaints(), QString());
         // The picture stands, a second behind the sound; both are on the disk.
         QVERIFY2(movie.duration() > 3.0, qPrintable(QString::number(movie.duration())));
@@ -157,30 +250,35 @@ private slots:
     }
 
 private:
-    /// Runs a program on a disk of 3 MB; m_file is what it leaves there. Returns what it said.
-    QByteArray onSmallDisk(const QString &kind, const QStringList &command) const
+    void record(const QString &name, const std::function<Outcome(const QString &file)> &faulty)
     {
-        QProcess mounted;
-        mounted.start(QStringLiteral(ON_SMALL_DISK), QStringList{kind, "3M", m_file} + command);
-        if (!mounted.waitForFinished(90000) || mounted.exitCode() != 0)
-            return "on-small-disk: " + mounted.readAllStandardError();
-        return mounted.readAllStandardOutput();
+        const QString file = m_folder.filePath(QString(name).replace(' ', '-') + ".mov");
+        auto task = std::make_shared<std::packaged_task<Outcome()>>([file, faulty] {
+            Outcome outcome = faulty(file);
+            outcome.file = file;
+            return outcome;
+        });
+        m_movies.emplace(name, task->get_future());
+        m_recorders.start([task] { (*task)(); });
     }
 
-    void expectPlayableInMpv() const
+    /// Once for each.
+    Outcome recorded(const QString &name) { return m_movies.at(name).get(); }
+
+    static void expectPlayableInMpv(const QString &file)
     {
         QProcess mpv;
         mpv.setProcessChannelMode(QProcess::MergedChannels);
         mpv.start("mpv", {"--no-config", "--vo=null", "--ao=null", "--untimed",
-                          "--msg-level=all=warn", m_file});
-        QVERIFY(mpv.waitForFinished(90000));
+                          "--msg-level=all=warn", file});
+        QVERIFY(mpv.waitForFinished(PATIENCE_MS));
         QCOMPARE(mpv.readAll(), QByteArray());
         QCOMPARE(mpv.exitCode(), 0);
     }
 
-    void expectMovieUpTo(double seconds)
+    static void expectMovieUpTo(const QString &file, double seconds)
     {
-        const MovieFile movie(m_file);
+        const MovieFile movie(file);
         QCOMPARE(movie.complaints(), QString());
         QCOMPARE(movie.container(), QString("qt  "));
         const auto pictures = movie.pictures();
@@ -196,15 +294,15 @@ private:
             QVERIFY(pictures[n].number > pictures[n - 1].number);
     }
 
-    void expectPlayableUpToTheFailure(const QList<QByteArray> &said)
+    static void expectPlayableUpToTheFailure(const Outcome &outcome)
     {
         // The last whole second that the probe told of before the failure.
         double seconds = 0;
-        for (const QByteArray &line : said) {
+        for (const QByteArray &line : outcome.said.split('\n')) {
             if (line.startsWith("second "))
                 seconds = line.split(' ').value(1).toDouble();
         }
-        const MovieFile movie(m_file);
+        const MovieFile movie(outcome.file);
         QCOMPARE(movie.complaints(), QString());
         QVERIFY2(seconds > 1, "failed too early to tell anything");
         QVERIFY2(movie.duration() > seconds - 1.0 - LAST_SECOND,
@@ -214,7 +312,8 @@ private:
 
     QTemporaryDir m_folder;
     SoundServer m_server{m_folder.path()};
-    QString m_file;
+    std::map<QString, std::future<Outcome>> m_movies;
+    QThreadPool m_recorders;
 };
 
 REGISTER_CORE_TEST(MovieFaultsTest)

@@ -128,8 +128,12 @@ void ImageCanvas::snapshot()
 {
     const std::shared_ptr<OutputFolder> folder = OutputFolder::of(snapshotFolder);
     const OutputFolder::State state = folder->state();
-    if (state == OutputFolder::State::Missing)
+    if (state == OutputFolder::State::Missing) {
+        // Nothing is taken then, and the terminal alone is told.
+        TerminalLines::tell(TerminalLines::Line::SnapshotNotWritten,
+                            {snapshotFolder, qt_error_string(ENOENT)}, snapshotFolder);
         return;
+    }
     if (state != OutputFolder::State::Exists)
         reportSnapshotFailure(snapshotFolder, qt_error_string(ETIMEDOUT));
     m_model.arm(folder, {snapshotMode, snapshotInterval, seriesLimit});

@@ -160,7 +160,7 @@ private slots:
         const QString place = m_camera->root() + node();
         QVERIFY(QFile::rename(place, place + "-aside"));
         QVERIFY(QDir().mkdir(place));
-        const QByteArray line = lineOf(Line::CameraNotOpened, {"Input/output error"});
+        const QByteArray line = lineOf(Line::CameraNotOpened, {"I/O error"});
         const QString said = runUntil("uvc_open() failed.", line, [this, &place] {
             if (!QDir().rmdir(place) || !QFile::rename(place + "-aside", place))
                 return false;
@@ -178,13 +178,16 @@ private slots:
         holder.start("sh", {"-c", "exec 3<>" + node() + "; echo; exec sleep 60"});
         QVERIFY(holder.waitForReadyRead());
         const QString name = QString("sleep (process %1)").arg(holder.processId());
+        // Others that hold it are named beside it: the emulated camera's own process.
+        const QString form = TerminalLines::text(Line::CameraTaken);
         const QString said =
-            runUntil("uvc_open() failed.", lineOf(Line::CameraTaken, {name}), [this, &holder] {
+            runUntil("uvc_open() failed.", form.section("%1", 0, 0).toLatin1(), [this, &holder] {
                 holder.kill();
                 m_camera->faults().claimBusy = 0;
                 return holder.waitForFinished();
             });
-        QVERIFY2(!said.startsWith("wrong"), qPrintable(said));
+        QVERIFY2(said.contains(name), qPrintable(said));
+        QVERIFY2(said.contains(form.section("%1", 1)), qPrintable(said));
     }
 
     void aSizeThatTheCameraRefusesIsNamed()
@@ -211,7 +214,7 @@ private slots:
         QVERIFY(program.waitForOutput("The snapshot /proc/"));
         QVERIFY2(program.output().contains(": make room there or choose"),
                  program.output().constData());
-        QVERIFY(program.output().startsWith(
+        QVERIFY(program.output().contains(
             TerminalLines::text(Line::SnapshotNotWritten).section("%1", 0, 0).toLatin1()));
         const int before = program.output().count("/proc/");
         program.pressKeys("ctrl+s");

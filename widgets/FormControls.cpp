@@ -50,7 +50,7 @@ void FormControls::fitFont(QWidget *widget, const QStringList &texts, int width)
         widget->setFont(FittedFont::within(widget->font(), *widest, width));
 }
 
-void FormControls::dressToolTips()
+void FormControls::applyLookToToolTips()
 {
     const QColor ground(0x15181B);
     QPalette palette = QToolTip::palette();

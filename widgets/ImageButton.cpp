@@ -13,20 +13,20 @@
 namespace
 {
 
-constexpr int holdMs = 500;
+constexpr int HOLD_MS = 500;
 /// Between a tip and what it must not cover.
-constexpr int tipDistance = 4;
+constexpr int TIP_DISTANCE = 4;
 /// The toolkit puts a tip this far right of and below the point that it is given.
-constexpr QPoint tipOffset(2, 16);
+constexpr QPoint TIP_OFFSET(2, 16);
 /// Above and below the letters of a tip, together.
-constexpr int tipMargins = 8;
+constexpr int TIP_MARGINS = 8;
 /// Left and right of a caption that had to be narrowed, in pixels.
-constexpr int captionMargin = 3;
+constexpr int CAPTION_MARGIN = 3;
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
-constexpr QRgb ringColour = 0xffffffff;
-constexpr QRgb innerRingColour = 0xff15181b;
+constexpr QRgb RING_COLOUR = 0xffffffff;
+constexpr QRgb INNER_RING_COLOUR = 0xff15181b;
 // Amber: red is for recording alone.
-constexpr QRgb markColour = 0xffffc83d;
+constexpr QRgb MARK_COLOUR = 0xffffc83d;
 
 bool isKeyReason(Qt::FocusReason reason)
 {
@@ -184,12 +184,12 @@ QPoint ImageButton::tipPosition() const
     const QPoint here = mapToGlobal(QPoint(0, 0));
     const QRect held(holder->mapToGlobal(QPoint(0, 0)), holder->size());
     if (held.height() > held.width())
-        return QPoint(held.right() + 1 + tipDistance, here.y()) - tipOffset;
-    const int height = QFontMetrics(QToolTip::font()).height() + tipMargins;
-    int y = held.bottom() + 1 + tipDistance;
+        return QPoint(held.right() + 1 + TIP_DISTANCE, here.y()) - TIP_OFFSET;
+    const int height = QFontMetrics(QToolTip::font()).height() + TIP_MARGINS;
+    int y = held.bottom() + 1 + TIP_DISTANCE;
     if (y + height > screen()->geometry().bottom())
-        y = held.top() - tipDistance - height;
-    return QPoint(here.x(), y) - tipOffset;
+        y = held.top() - TIP_DISTANCE - height;
+    return QPoint(here.x(), y) - TIP_OFFSET;
 }
 
 void ImageButton::paintEvent(QPaintEvent *)
@@ -290,7 +290,7 @@ void ImageButton::paintCaption(QPainter &painter)
 {
     painter.setFont(font());
     if (painter.fontMetrics().horizontalAdvance(text()) > width())
-        painter.setFont(FittedFont::within(font(), text(), width() - 2 * captionMargin));
+        painter.setFont(FittedFont::within(font(), text(), width() - 2 * CAPTION_MARGIN));
     painter.setPen(m_textColor);
     const QFontMetrics metrics = painter.fontMetrics();
     const int x = (width() - metrics.horizontalAdvance(text())) / 2;

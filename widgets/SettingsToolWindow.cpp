@@ -29,7 +29,7 @@ constexpr std::array<const char *, 3> RESOLUTION_NAMES{
 constexpr int HD = 1;
 constexpr int FHD = 2;
 
-constexpr std::array<const char *, 2> captureNames{
+constexpr std::array<const char *, 2> CAPTURE_NAMES{
     QT_TRANSLATE_NOOP("SettingsToolWindow", "Single"),
     QT_TRANSLATE_NOOP("SettingsToolWindow", "Continuous"),
 };
@@ -96,7 +96,7 @@ SettingsToolWindow::SettingsToolWindow(ImageButton *toolButton, MainWindow *main
     // Connected after the stored value is shown, which is not a new choice to ask about.
     connect(m_recordingBox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(recordingResolutionChanged(int)));
-    m_captureBox = addBox(tr("Capture"), translated(captureNames),
+    m_captureBox = addBox(tr("Capture"), translated(CAPTURE_NAMES),
                           captureEntry(Config::snapshotMode()), Capture);
     m_timeBox = addBox(tr("Time"), intervalNames(),
                        IntervalTable::indexOf(Config::snapshotInterval()), Time);

@@ -172,11 +172,6 @@ void ImageCanvas::showSnapshotTaken()
 
 // View --------------------------------------------------------
 
-void ImageCanvas::zoom(const QPointF &centre, int factor)
-{
-    m_model.zoom(centre, factor);
-}
-
 void ImageCanvas::zoomIn()
 {
     if (m_model.zoomIn())

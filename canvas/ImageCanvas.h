@@ -94,7 +94,7 @@ public:
     [[nodiscard]] int rotation() const { return m_model.viewShape().rotation(); }
     /// The view's centre in rotated-picture coordinates.
     [[nodiscard]] QPointF centerPoint() const { return m_model.centerPoint(); }
-    void zoom(const QPointF &centre, int factor);
+    void zoom(const QPointF &centre, int factor) { m_model.zoom(centre, factor); }
     void zoomIn();
     void zoomOut();
     void zoomReset() { m_model.zoomReset(); }

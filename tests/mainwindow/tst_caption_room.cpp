@@ -25,6 +25,8 @@ namespace
 const char *const LOCALES[] = {"en_US", "zh_TW", "fr_FR", "ja_JP", "de_DE", "es_ES", "ru_RU"};
 /// Pixels that stay free left and right of a caption.
 constexpr int MARGIN = 1;
+/// Rows above and below the letters in the line of a label.
+constexpr int AIR = 2;
 /// Of a group's title: where the sign of its fold begins.
 constexpr int FOLD_SIGN = 108;
 
@@ -83,7 +85,7 @@ void measureLabel(const QLabel *label, const QString &place)
             qobject_cast<const QLabel *>(other) || qobject_cast<const QAbstractButton *>(other) ||
             qobject_cast<const QComboBox *>(other) || qobject_cast<const QLineEdit *>(other);
         if (other != label && isControl && other->isVisible() &&
-            other->geometry().intersects(label->geometry()))
+            other->geometry().intersects(label->geometry().adjusted(0, AIR, 0, -AIR)))
             tell(place + " overlaps", label->text(), label->geometry().right(),
                  other->geometry().left());
     }

@@ -47,7 +47,7 @@ Difference difference(const QImage &one, const QImage &other)
             sum += apart;
         }
     }
-    result.mean = double(sum) / (qint64(one.width()) * one.height() * 3);
+    result.mean = double(sum) / double(qint64(one.width()) * one.height() * 3);
     return result;
 }
 

@@ -20,7 +20,7 @@ namespace
 
 /// What of a movie may be missing after a fault, in seconds.
 constexpr double LAST_SECOND = 1.1;
-constexpr int MOVIES_AT_ONCE = 5;
+constexpr int MOVIES_AT_ONCE = 2;
 constexpr int PATIENCE_MS = 90000;
 
 /// What a recording has left.

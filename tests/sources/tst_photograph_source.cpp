@@ -342,7 +342,8 @@ private slots:
     {
         fill({"a.png"});
         // Its folder is listed; whether the file itself is there is not answered.
-        const HangingFolder hanging(dir().filePath("gone.png"));
+        const HangingFolder hanging(dir().filePath("gone.png"),
+                                    HangingFolder::EverythingAndRemoving);
         QVERIFY(!m_source->setDirectory(dir(), "gone.png"));
         QVERIFY(m_source->refusal() == PictureProblem::NoAnswer);
         // A drive that was silent has a tenth of a second, which a busy machine may take itself.

@@ -12,7 +12,7 @@ namespace
 /// For a run, and those before it.
 constexpr int TIMEOUT_MS = 200000;
 /// Of processes that mostly wait, on the two processors of a small machine.
-constexpr int FUNCTIONS_AT_ONCE = 6;
+constexpr int FUNCTIONS_AT_ONCE = 2;
 
 QProcessEnvironment environmentWith(const QStringList &variables)
 {

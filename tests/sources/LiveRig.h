@@ -86,6 +86,21 @@ struct LiveRig {
         return QTest::qWaitFor([this] { return source->running(); }, TIMEOUT_MS);
     }
 
+    /// Makes a call again until it gives `expected`: what comes too late for the call is given by a
+    /// later one. In the pauses the source gains back what it may wait.
+    template <typename Call>
+    [[nodiscard]] static bool gives(Call call, int expected)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                const bool given = call() == expected;
+                if (!given)
+                    QTest::qWait(300);
+                return given;
+            },
+            TIMEOUT_MS);
+    }
+
     bool waitForFrames(int more = 3)
     {
         const int wanted = sink.count() + more;

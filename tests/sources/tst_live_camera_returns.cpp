@@ -29,7 +29,7 @@ namespace
 /// several returns the quickest one counts.
 constexpr qint64 RETURN_LIMIT_MS = 3500;
 /// Of lives that mostly wait, on the two processors of a small machine.
-constexpr int LIVES_AT_ONCE = 8;
+constexpr int LIVES_AT_ONCE = 2;
 
 /// A program's live source with its keeper.
 struct KeptRig : LiveRig {

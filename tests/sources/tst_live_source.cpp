@@ -160,7 +160,8 @@ private slots:
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
         unsigned long id = BRIGHTNESS;
-        QTRY_COMPARE(rig.source->ksPropSet(0xAB00 + ID_SELECTOR, &id, sizeof id), 8);
+        QVERIFY(LiveRig::gives(
+            [&] { return rig.source->ksPropSet(0xAB00 + ID_SELECTOR, &id, sizeof id); }, 8));
         const ExtensionTransfer expected{true, 19, BRIGHTNESS};
         QVERIFY(!transfersSoFar().empty());
         for (const ExtensionTransfer &transfer : m_transfers)

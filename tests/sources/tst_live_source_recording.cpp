@@ -244,5 +244,5 @@ private:
     std::unique_ptr<QSignalSpy> m_failures;
 };
 
-REGISTER_TEST_SIDE_BY_SIDE(LiveSourceRecordingTest)
+REGISTER_TEST(LiveSourceRecordingTest)
 #include "tst_live_source_recording.moc"

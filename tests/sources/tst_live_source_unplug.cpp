@@ -17,7 +17,7 @@ namespace
 // machine.
 constexpr qint64 TEARDOWN_LIMIT_MS = 10000;
 /// Of lives that mostly wait, on the two processors of a small machine.
-constexpr int LIVES_AT_ONCE = 8;
+constexpr int LIVES_AT_ONCE = 3;
 
 /// A short life of a program that uses the camera. True when it went as it should; it then leaves
 /// through main(), as a real program does.

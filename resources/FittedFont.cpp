@@ -15,7 +15,7 @@ constexpr int NARROWEST = 70;
 QFont FittedFont::within(const QFont &font, const QString &text, int width)
 {
     const int natural = QFontMetrics(font).horizontalAdvance(text);
-    if (natural <= width)
+    if (natural <= width || width <= 0)
         return font;
     QFont narrow(font);
     // Hinting may make the first guess a pixel too wide.

@@ -33,7 +33,6 @@ private slots:
         QTest::addColumn<int>("left");
         QTest::addColumn<int>("screen");
         QTest::newRow("on the first") << 100 << 0;
-        QTest::newRow("mostly on the first") << 700 << 0;
         QTest::newRow("mostly on the second") << 1000 << 1;
         QTest::newRow("on the second") << 1500 << 1;
     }

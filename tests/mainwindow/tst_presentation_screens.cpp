@@ -3,38 +3,20 @@
 #include "canvas/ImageCanvas.h"
 #include "settings/Preferences.h"
 #include "tests/TestProgram.h"
+#include "tests/mainwindow/Outputs.h"
 #include "tests/mainwindow/PresentationProbe.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QScreen>
 
+using namespace Outputs;
 using namespace WindowProbe;
 
 namespace
 {
 
 constexpr QSize CLASS_SCREEN(1024, 768);
-
-void xrandr(const QStringList &arguments)
-{
-    QCOMPARE(QProcess::execute("xrandr", arguments), 0);
-    // The server tells of a change when it is asked for it.
-    QProcess asked;
-    asked.start("xrandr", QStringList());
-    QVERIFY(asked.waitForFinished(20000));
-}
-
-void plug(const QString &output, const QString &mode, const QStringList &where)
-{
-    QProcess::execute("xrandr", {"--addmode", output, mode});
-    xrandr(QStringList{"--output", output, "--mode", mode} + where);
-}
-
-void pull(const QString &output)
-{
-    xrandr({"--output", output, "--off"});
-}
 
 /// What the class sees: that part of the root window.
 QImage onScreen(const QScreen &screen)

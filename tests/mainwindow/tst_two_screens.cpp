@@ -2,8 +2,8 @@
 #include "mainwindow/PulledScreens.h"
 #include "resources/Skin.h"
 #include "tests/TestProgram.h"
+#include "tests/mainwindow/Outputs.h"
 
-#include <QProcess>
 #include <QScreen>
 
 #include <memory>
@@ -17,6 +17,7 @@ private slots:
     void initTestCase()
     {
         initialiseSkin();
+        Outputs::plug("DUMMY1", "1280x1024", {"--right-of", "DUMMY0"});
         QTRY_COMPARE(QGuiApplication::screens().size(), 2);
     }
     void init()
@@ -61,13 +62,11 @@ private slots:
     void aPulledScreenBringsTheWindowBack()
     {
         moveTo(1500);
-        xrandr({"--output", "DUMMY1", "--off"});
-        xrandr({"--delmode", "DUMMY1", "1280x1024"});
+        Outputs::pull("DUMMY1");
         QTRY_COMPARE(QGuiApplication::screens().size(), 1);
         const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
         QTRY_COMPARE(area.united(m_window->frameGeometry()), area);
-        xrandr({"--addmode", "DUMMY1", "1280x1024"});
-        xrandr({"--output", "DUMMY1", "--mode", "1280x1024", "--right-of", "DUMMY0"});
+        Outputs::plug("DUMMY1", "1280x1024", {"--right-of", "DUMMY0"});
         QTRY_COMPARE(QGuiApplication::screens().size(), 2);
     }
 
@@ -76,15 +75,6 @@ private:
     {
         m_window->move(left, 50);
         QTRY_COMPARE(m_window->frameGeometry().topLeft(), QPoint(left, 50));
-    }
-
-    /// The second call, which changes nothing, makes the server tell its clients.
-    static void xrandr(const QStringList &arguments)
-    {
-        QCOMPARE(QProcess::execute("xrandr", arguments), 0);
-        QProcess look;
-        look.start("xrandr", QStringList());
-        QVERIFY(look.waitForFinished());
     }
 
     std::unique_ptr<MainWindow> m_window;

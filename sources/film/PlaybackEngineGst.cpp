@@ -3,6 +3,7 @@
 #include "sources/film/FilmFaultLines.h"
 #include "sources/film/FilmFile.h"
 #include "sources/film/FilmMessagesGst.h"
+#include "sources/film/FragmentedFilm.h"
 
 #include <algorithm>
 #include <utility>
@@ -107,6 +108,7 @@ void PlaybackEngineGst::takeFilm(PlaybackRequests::Film film)
     m_film = std::move(film);
     m_filmNumber = m_film.number;
     m_duration = 0;
+    m_fragmentsLength.reset();
     m_silent = !m_around.soundAnswers();
     m_wasOpen = false;
     m_atEnd = false;
@@ -126,6 +128,8 @@ void PlaybackEngineGst::openPipeline(double at)
     m_missingDecoder.clear();
     m_asksDisk = true;
     const bool readable = FilmFile::isReadable(*m_film.path);
+    if (readable && !m_fragmentsLength)
+        m_fragmentsLength = FragmentedFilm::seconds(*m_film.path);
     m_asksDisk = false;
     if (!readable) {
         breakOff(FilmFault::Unreadable);
@@ -374,7 +378,8 @@ void PlaybackEngineGst::tell(FilmFault fault)
 void PlaybackEngineGst::reportDuration()
 {
     // What has been played exists, whatever the file says.
-    const double duration = std::max(m_pipeline->duration(), currentTime());
+    const double duration =
+        std::max({m_pipeline->duration(), currentTime(), m_fragmentsLength.value_or(0)});
     if (duration == m_duration || !m_requests.setLength(m_film.number, duration))
         return;
     m_duration = duration;

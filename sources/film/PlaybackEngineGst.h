@@ -106,6 +106,8 @@ private:
     /// Where a pipeline that replaces another goes on.
     double m_resumeAt = 0;
     double m_duration = 0;
+    /// Seconds; 0 for a film in one piece, none until its file was looked through.
+    std::optional<double> m_fragmentsLength;
     std::atomic<bool> m_silent{false};
     std::atomic<bool> m_asksDisk{false};
     std::atomic<quint64> m_filmNumber{0};

@@ -108,6 +108,23 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
     }
 
+    void aFilmInFragmentsIsSoughtInAtOnce()
+    {
+        TestFilm made;
+        made.seconds = 10;
+        made.sound.clear(); // it would move the pictures by a fraction
+        made.output =
+            QStringList{"-movflags", "frag_keyframe+empty_moov+default_base_moof+skip_trailer"};
+        QVERIFY(made.write(path("fragments.mp4")));
+        Show show(path("fragments.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        for (const int percent : {90, 20, 70, 0}) {
+            show.source->setPosition(percent);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, patienceMs);
+            QCOMPARE(show.source->currentPosition(), percent);
+        }
+    }
+
     void quickSeeksEndInTheLast()
     {
         Show show(m_film);

@@ -85,8 +85,8 @@ void MainWindow::resizeEvent(QResizeEvent *event)
 {
     StyleWindow::resizeEvent(event);
     // The move that belongs to the resize is reported after it.
-    if (m_missedWidening != 0 && !isMaximized() && !isFullScreen())
-        QMetaObject::invokeMethod(this, &MainWindow::catchUpWidening, Qt::QueuedConnection);
+    if (mustCatchUp())
+        QMetaObject::invokeMethod(this, &MainWindow::catchUp, Qt::QueuedConnection);
 }
 
 // Modes and layout --------------------------------------------------------------------------------
@@ -201,15 +201,24 @@ void MainWindow::widen(int step)
         move(pos() - QPoint(width() - before, 0));
 }
 
-void MainWindow::catchUpWidening()
+bool MainWindow::mustCatchUp() const
 {
-    if (m_missedWidening != 0 && !isMaximized() && !isFullScreen())
+    return (m_missedWidening != 0 || m_fullScreen.hasMovedIt()) && !isMaximized() &&
+           !isFullScreen();
+}
+
+void MainWindow::catchUp()
+{
+    if (!mustCatchUp())
+        return;
+    m_fullScreen.comeBack();
+    if (m_missedWidening != 0)
         widen(std::exchange(m_missedWidening, 0));
 }
 
 void MainWindow::toggleFullScreen()
 {
-    setWindowState(windowState() ^ Qt::WindowFullScreen);
+    m_fullScreen.toggle();
 }
 
 void MainWindow::leave()

@@ -3,6 +3,7 @@
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/CommandButtons.h"
 #include "mainwindow/Commands.h"
+#include "mainwindow/FullScreen.h"
 #include "mainwindow/MainWindowServices.h"
 #include "mainwindow/Popups.h"
 #include "mainwindow/actions/CameraActions.h"
@@ -217,8 +218,10 @@ private:
     void applyMode();
     /// Makes the window wider, or narrower, at its left edge.
     void widen(int step);
-    /// Applies the width of a side panel that was opened or closed in full screen.
-    void catchUpWidening();
+    /// Restores after full screen what the window manager does not: the place that the window was
+    /// moved from, and the width of a side panel that was opened or closed meanwhile.
+    void catchUp();
+    [[nodiscard]] bool mustCatchUp() const;
 
     MainWindowServices m_services{this};
 
@@ -249,4 +252,5 @@ private:
     /// By how much the side panel would have widened the window in full screen; afterwards the
     /// window manager restores the width from before.
     int m_missedWidening = 0;
+    FullScreen m_fullScreen{this};
 };

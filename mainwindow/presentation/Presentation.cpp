@@ -2,8 +2,8 @@
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CanvasDeck.h"
+#include "mainwindow/presentation/PluggedScreens.h"
 #include "mainwindow/presentation/PresentationView.h"
-#include "mainwindow/presentation/ScreenChoice.h"
 #include "settings/Preferences.h"
 
 #include <QEvent>
@@ -133,10 +133,7 @@ bool Presentation::eventFilter(QObject *watched, QEvent *event)
 QScreen *Presentation::target() const
 {
     const QList<QScreen *> screens = QGuiApplication::screens();
-    std::vector<ScreenChoice::Screen> known;
-    for (const QScreen *screen : screens)
-        known.push_back({screen->name(), screen->geometry()});
-    const auto index = ScreenChoice::besides(known, m_window->frameGeometry(), screen());
+    const auto index = ScreenChoice::besides(pluggedScreens(), m_window->frameGeometry(), screen());
     return index ? screens[int(*index)] : nullptr;
 }
 

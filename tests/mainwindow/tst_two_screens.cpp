@@ -34,6 +34,7 @@ private slots:
         QTest::addColumn<int>("left");
         QTest::addColumn<int>("screen");
         QTest::newRow("on the first") << 100 << 0;
+        QTest::newRow("mostly on the first") << 700 << 0;
         QTest::newRow("mostly on the second") << 1000 << 1;
         QTest::newRow("on the second") << 1500 << 1;
     }
@@ -48,6 +49,18 @@ private slots:
         QTRY_COMPARE(m_window->geometry(), QGuiApplication::screens().at(screen)->geometry());
         m_window->leave();
         QTRY_COMPARE(m_window->frameGeometry(), before);
+    }
+
+    void aPanelClosedInFullScreenLeavesTheRightEdgeWhereItWas()
+    {
+        moveTo(700);
+        const QRect before = m_window->frameGeometry();
+        m_window->toggleFullScreen();
+        QTRY_COMPARE(m_window->geometry(), QGuiApplication::screens().first()->geometry());
+        m_window->expand();
+        m_window->leave();
+        QTRY_VERIFY(m_window->frameGeometry().width() < before.width());
+        QTRY_COMPARE(m_window->frameGeometry().topRight(), before.topRight());
     }
 
     void aFrameMovesAsLittleAsPossible()

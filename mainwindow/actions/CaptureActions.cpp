@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "canvas/model/OutputFolder.h"
+#include "diagnostics/TerminalLines.h"
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/CommandButtons.h"
 #include "mainwindow/RecordingSign.h"
@@ -15,6 +16,7 @@
 #include <QDir>
 #include <QMessageBox>
 
+#include <cerrno>
 #include <limits>
 
 CaptureActions::CaptureActions(CanvasDeck *deck, const CommandButtons *buttons, QWidget *window)
@@ -45,6 +47,9 @@ void CaptureActions::snapshot()
     if (!isThere(folder)) {
         // The click has switched the button, but the series is unchanged.
         showSeries();
+        if (!folder.isEmpty())
+            TerminalLines::tell(TerminalLines::Line::SnapshotNotWritten,
+                                {folder, qt_error_string(ENOENT)}, folder);
         askForFolder();
         return;
     }

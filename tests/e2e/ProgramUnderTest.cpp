@@ -175,15 +175,30 @@ bool ProgramUnderTest::acceptSettings()
     constexpr QPoint OK_BUTTON(48, -24);
     if (!click(SETTINGS_BUTTON))
         return false;
-    const auto windows = [this] { return managedWindows(m_process.processId()); };
-    if (!QTest::qWaitFor([&windows] { return windows().size() == 2; }, TIMEOUT_MS))
+    if (!waitForWindows(2))
         return false;
-    const xcb_window_t popup = windows().last();
+    const xcb_window_t popup = managedWindows(m_process.processId()).last();
     const QSize size = sizeOf(popup);
     return drive({"mousemove", "--window", QString::number(popup),
                   QString::number(size.width() / 2 + OK_BUTTON.x()),
                   QString::number(size.height() + OK_BUTTON.y()), "click", "1"}) &&
-           QTest::qWaitFor([&windows] { return windows().size() < 2; }, TIMEOUT_MS);
+           waitForWindows(1);
+}
+
+bool ProgramUnderTest::acceptDialog()
+{
+    if (!waitForWindows(2))
+        return false;
+    const xcb_window_t dialog = managedWindows(m_process.processId()).last();
+    return drive({"windowactivate", "--sync", QString::number(dialog), "key", "Return"}) &&
+           waitForWindows(1);
+}
+
+bool ProgramUnderTest::waitForWindows(int count)
+{
+    return QTest::qWaitFor(
+        [this, count] { return managedWindows(m_process.processId()).size() == count; },
+        TIMEOUT_MS);
 }
 
 bool ProgramUnderTest::closeAndWait()

@@ -25,6 +25,8 @@ public:
     bool click(QPoint point);
     /// Presses OK in the settings, opened by their button.
     bool acceptSettings();
+    /// Presses Return in the dialog that comes, which closes it.
+    bool acceptDialog();
     /// Asks the window to close, as its title bar's button does, and waits for the process: whether
     /// it ended by itself. Its exit code is then exitCode().
     bool closeAndWait();
@@ -49,6 +51,9 @@ public:
     static QImage screenshot();
 
 private:
+    /// Whether the window manager comes to look after that many windows of it.
+    bool waitForWindows(int count);
+
     QProcess m_process;
     QByteArray m_output;
     WId m_window = 0;

@@ -34,8 +34,12 @@ if(PRECOMPILED_HEADERS)
     precompiled_layer(widgets LIBS Qt5::Core Qt5::Gui Qt5::Widgets
         HEADERS ${standard_headers} ${gui_headers} <QApplication> <QLabel> <QMouseEvent>
             <QPushButton> <QWidget>)
+    set(test_headers <QProcess> <QSignalSpy> <QTemporaryDir> <QtTest>)
+    precompiled_layer(gui_test LIBS Qt5::Core Qt5::Gui Qt5::Test
+        HEADERS ${standard_headers} ${gui_headers} ${test_headers})
     precompiled_layer(test LIBS Qt5::Core Qt5::Gui Qt5::Widgets Qt5::Test
-        HEADERS ${standard_headers} ${gui_headers} <QApplication> <QLabel> <QMouseEvent>
-            <QProcess> <QPushButton> <QSignalSpy> <QTemporaryDir> <QWidget> <QtTest>)
+        HEADERS ${standard_headers} ${gui_headers} ${test_headers} <QApplication> <QLabel>
+            <QMouseEvent> <QPushButton> <QWidget>)
+    target_compile_options(precompiled_gui_test PRIVATE ${TEST_CODE_OPTIONS})
     target_compile_options(precompiled_test PRIVATE ${TEST_CODE_OPTIONS})
 endif()

@@ -17,6 +17,20 @@ namespace
 constexpr int INTERVAL_MS = 500;
 /// For a camera to be opened. One that works takes a few ten milliseconds.
 constexpr std::chrono::milliseconds OPEN_TIMEOUT{3000};
+/// For the interfaces of the camera before it, which the system does not give back while it waits
+/// for an answer of that camera.
+constexpr std::chrono::milliseconds RELEASE_TIMEOUT{500};
+
+void releaseWithin(std::chrono::milliseconds bound,
+                   const std::shared_ptr<UvcConnection> &connection)
+{
+    BoundedWorker worker("CameraRelease");
+    (void)worker.call(bound, [connection] {
+        const DetachedThreads::Running running;
+        connection->release();
+        return 0;
+    });
+}
 
 } // namespace
 
@@ -91,7 +105,7 @@ void CameraKeeper::open(const BusCamera &camera)
     // A camera in use that hangs, or that has lost its device node, keeps its interfaces otherwise.
     m_worker.post([this, camera, gate = m_gate, before = m_owner.camera().connection()] {
         const DetachedThreads::Running running;
-        before->release();
+        releaseWithin(RELEASE_TIMEOUT, before);
         auto opened = std::make_shared<Opened>();
         opened->camera = std::make_unique<UvcCamera>();
         opened->result = opened->camera->openWithin(OPEN_TIMEOUT, camera);

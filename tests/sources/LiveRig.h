@@ -75,7 +75,8 @@ inline void pull(VirtualCamera &camera)
 struct LiveRig {
     static constexpr QSize PREVIEW{1024, 768};
     static constexpr QSize RECORDING{1280, 720};
-    static constexpr int TIMEOUT_MS = 30000;
+    /// Far more than anything takes, as the machine may stand still for half a minute.
+    static constexpr int TIMEOUT_MS = 90000;
 
     FrameSink sink;
     std::unique_ptr<LiveSource> source =

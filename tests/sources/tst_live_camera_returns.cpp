@@ -28,6 +28,9 @@ namespace
 /// From the plug to the picture, as a user may expect it of a machine that has time for it: of
 /// several returns the quickest one counts.
 constexpr qint64 RETURN_LIMIT_MS = 3500;
+/// A recording without a picture by then is told to have failed, and goes on until it is stopped.
+/// A little less, as it is measured elsewhere.
+constexpr qint64 FIRST_PICTURE_LIMIT_MS = 2900;
 /// Of lives that mostly wait, on the two processors of a small machine.
 constexpr int LIVES_AT_ONCE = 2;
 
@@ -67,8 +70,17 @@ qint64 plugAndWait(VirtualCamera &camera, KeptRig &rig)
     };
     QElapsedTimer timer;
     timer.start();
-    if (!camera.plug() || !QTest::qWaitFor(again, LiveRig::TIMEOUT_MS))
+    if (!check(camera.plug(), "plugged in"))
         return -1;
+    if (!QTest::qWaitFor(again, LiveRig::TIMEOUT_MS)) {
+        const CameraLink link = rig.source->cameraLink();
+        std::printf("state %d, address %d before and %d now, gone %d, opened with %d, stream %d, "
+                    "pending %d, %lld frames\n",
+                    static_cast<int>(rig.keeper.status().state), before, link.address, link.gone,
+                    link.openResult, link.streamResult, link.streamPending,
+                    static_cast<long long>(link.frames));
+        return -1;
+    }
     const qint64 elapsedMs = timer.elapsed();
     std::printf("picture again after %lld ms\n", static_cast<long long>(elapsedMs));
     return elapsedMs;
@@ -175,8 +187,10 @@ bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
     const QString file = folder.filePath("through.mov");
     QElapsedTimer length;
     rig.source->startRecord(file);
-    CHECK(rig.waitForSize(LiveRig::RECORDING));
     length.start();
+    CHECK(rig.waitForSize(LiveRig::RECORDING));
+    const qint64 firstMs = length.restart();
+    std::printf("first recorded picture after %lld ms\n", static_cast<long long>(firstMs));
     CHECK(rig.waitForFrames(30));
     pull(camera);
     CHECK(rig.waitForState(State::Unplugged));
@@ -193,7 +207,10 @@ bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
     CHECK(facts.pictures >= 10); // a machine under load drops some
     CHECK(facts.soundSeconds > seconds - 1.5);
     CHECK(facts.pictureSeconds > seconds - 1.5);
-    return check(failures.isEmpty(), "no failure told");
+    for (const QList<QVariant> &failure : failures)
+        std::printf("told: %s\n", qPrintable(failure.first().toString()));
+    // On a machine under load the first picture may come too late for the recording.
+    return check(firstMs >= FIRST_PICTURE_LIMIT_MS || failures.isEmpty(), "no failure told");
 }
 
 bool busyAtFirst(VirtualCamera &camera, KeptRig &rig)
@@ -282,6 +299,15 @@ bool controlHangs(VirtualCamera &camera, KeptRig &rig)
     CHECK(QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::TIMEOUT_MS));
     CHECK(rig.waitForFrames());
     return rig.keeper.status().state == State::Showing;
+}
+
+/// The interfaces of the camera that left are never given back.
+bool releaseHangs(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    camera.faults().hangReleases = 1;
+    pull(camera);
+    return plugAndWait(camera, rig) >= 0;
 }
 
 /// The camera leaves while the keeper is at work on it, and so does the program.
@@ -387,6 +413,7 @@ const NamedLife LIVES[] = {
     {"negotiation hangs", negotiationHangs, false},
     {"silent for a while", silentForAWhile, false},
     {"control hangs", controlHangs, false},
+    {"release hangs", releaseHangs, false},
     {"often pulled and plugged", oftenPulledAndPlugged, true},
     {"gone again while it is opened", goneAgainWhileItIsOpened, true},
 };
@@ -417,8 +444,10 @@ private slots:
     void initTestCase()
     {
         std::vector<SideBySide::Run> runs;
-        for (const NamedLife &row : LIVES) {
+        // The two that record take a processor each: they do not run at once.
+        for (const NamedLife &row : LIVES)
             runs.push_back({row.name, {"--live", row.name}, {}});
+        for (const NamedLife &row : LIVES) {
             if (row.dirtyToo)
                 runs.push_back({dirtyName(row), {"--live", row.name}, {DIRTY}});
         }

@@ -22,6 +22,7 @@ std::atomic<int> *findFault(CameraFaults &faults, const char *name)
         {"silent", &CameraFaults::silent},
         {"endpointStalls", &CameraFaults::endpointStalls},
         {"claimBusy", &CameraFaults::claimBusy},
+        {"hangReleases", &CameraFaults::hangReleases},
         {"denyOpen", &CameraFaults::denyOpen},
         {"withoutExtensionUnit", &CameraFaults::withoutExtensionUnit},
         {"missingSize", &CameraFaults::missingSize},

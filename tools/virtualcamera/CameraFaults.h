@@ -25,8 +25,9 @@ struct CameraFaults {
     std::atomic<int> endpointStalls{0};  ///< count of payload transfers that end in a stall
 
     // The device
-    std::atomic<int> claimBusy{0};            ///< switch: claiming an interface answers EBUSY
-    std::atomic<int> denyOpen{0};             ///< switch, from the next plug(): node of mode 000
+    std::atomic<int> claimBusy{0};    ///< switch: claiming an interface answers EBUSY
+    std::atomic<int> hangReleases{0}; ///< count: giving an interface back stays without an answer
+    std::atomic<int> denyOpen{0};     ///< switch, from the next plug(): node of mode 000
     std::atomic<int> withoutExtensionUnit{0}; ///< switch, from the next plug()
     std::atomic<int> missingSize{0}; ///< from the next plug(): 1, 2 or 3, the size not offered
 };

@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr int patienceMs = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 QByteArray contentOf(const QString &path)
 {
@@ -56,8 +56,8 @@ class FilmFaultsTest : public QObject
         m_source->setFile(m_nextFilm);
         m_wall.forget();
         m_wall.takeRefreshes();
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 9, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 9, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(m_source->currentPosition(), 100);
     }
 
@@ -129,7 +129,7 @@ private slots:
 
         m_source->setFile(m_film);
         m_source->pause();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
         m_wall.forget();
         QFETCH(int, fault);
         QVector<FilmFault> faults;
@@ -137,7 +137,7 @@ private slots:
                 [&faults](FilmFault each) { faults.append(each); });
         QVERIFY(m_source->setFile(bad));
         QVERIFY(!m_wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(faults.size(), 1);
         QCOMPARE(int(faults.first()), fault);
         QVERIFY(!m_source->moving());
@@ -167,7 +167,7 @@ private slots:
         for (int i = 0; i < 12; ++i) {
             faults.clear();
             m_source->setFile(path("cut.mp4"));
-            QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
             QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoFilm});
         }
         verifyTheNextFilmPlays();
@@ -183,17 +183,17 @@ private slots:
         QVERIFY(writeTo(path("broken.mp4"), whole.left(whole.size() / 2)));
         m_source->setFile(path("broken.mp4"));
         m_source->setPosition(30);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 90, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 90, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QVERIFY(m_wall.lastNumber() > 110 && m_wall.lastNumber() < 200);
         m_source->pause();
         m_source->setPosition(90); // beyond what is there
         m_source->setPosition(10);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, TIMEOUT_MS);
         m_source->setPosition(90);
         QTest::qWait(200);
         m_source->setPosition(20);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 60, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 60, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -221,12 +221,12 @@ private slots:
             content[i] = char(i * 31);
         QVERIFY(writeTo(path(name), content));
         m_source->setFile(path(name));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(m_wall.lastNumber(), 59);
         m_source->pause();
         m_source->setPosition(100);
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -234,9 +234,9 @@ private slots:
     {
         QVERIFY(QFile::copy(m_film, path("vanishing.mp4")));
         m_source->setFile(path("vanishing.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, TIMEOUT_MS);
         QVERIFY(QFile::remove(path("vanishing.mp4")));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -272,14 +272,14 @@ private slots:
         QFile::remove(path("replaced.avi"));
         QVERIFY(QFile::copy(path("large.avi"), path("replaced.avi")));
         m_source->setFile(path("replaced.avi"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, TIMEOUT_MS);
         QVERIFY(writeTo(path("replaced.avi"), content));
         m_source->setPosition(50);
         m_source->setPosition(90);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         m_source->setPosition(10);
         m_source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -292,13 +292,13 @@ private slots:
         made.sound.clear();
         QVERIFY(made.write(path("long.mp4")));
         m_source->setFile(path("long.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
         m_source->pause();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 1800, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 1800, TIMEOUT_MS);
         QCOMPARE(m_source->currentPosition(), 50);
         m_source->setPosition(99);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 3564, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 3564, TIMEOUT_MS);
         m_source->play();
         m_source->forward();
         QTest::qWait(300);
@@ -314,15 +314,15 @@ private slots:
         made.output = QStringList{"-movflags", "frag_keyframe+empty_moov+default_base_moof"};
         QVERIFY(made.write(path("fragments.mp4")));
         m_source->setFile(path("fragments.mp4"));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         // Now the length is known: two seconds, of which the half is the first.
         QCOMPARE(m_source->currentPosition(), 100);
         m_source->pause();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, TIMEOUT_MS);
         m_source->stop();
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 0, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -334,8 +334,8 @@ private slots:
         made.output = QStringList{"-f", "h264"};
         QVERIFY(made.write(path("bare.h264")));
         m_source->setFile(path("bare.h264"));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         for (const int percent : {50, 100, 0})
             m_source->setPosition(percent);
         m_source->forward();
@@ -354,11 +354,11 @@ private slots:
         made.sound.clear();
         QVERIFY(made.write(path("one.mp4")));
         m_source->setFile(path("one.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(m_wall.numbers(), QVector<int>{0});
         m_source->setPosition(100);
         m_source->stop();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 1, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 1, TIMEOUT_MS);
         QCOMPARE(m_wall.lastNumber(), 0);
         verifyTheNextFilmPlays();
     }
@@ -373,7 +373,7 @@ private slots:
         connect(m_source.get(), &FilmSource::faulty, this,
                 [&faults](FilmFault each) { faults.append(each); });
         m_source->setFile(path("sound.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(m_wall.count(), 0);
         QCOMPARE(m_source->currentPosition(), 100);
         QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoPicture});
@@ -398,7 +398,7 @@ private slots:
         made.turned = turned;
         QVERIFY(made.write(path("turned.mp4")));
         m_source->setFile(path("turned.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         const QImage upright = m_wall.last();
         QCOMPARE(upright.size(), size);
         // It was turned anticlockwise: after a quarter what stood left stands below.
@@ -416,14 +416,14 @@ private slots:
         QVERIFY(made.write(path("variable.mp4")));
         m_source->setFile(path("variable.mp4"));
         m_source->pause();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
         for (const auto &[percent, number] :
              {std::pair(10, 30), std::pair(40, 120), std::pair(60, 180), std::pair(90, 270)}) {
             m_source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), number, patienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), number, TIMEOUT_MS);
         }
         m_source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() == 297, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() == 297, TIMEOUT_MS);
     }
 };
 

@@ -15,7 +15,7 @@
 namespace
 {
 
-constexpr int patienceMs = 30000;
+constexpr int TIMEOUT_MS = 30000;
 constexpr int pictures = 90;
 
 qint64 timeOf(int number)
@@ -41,11 +41,11 @@ bool record(const QString &path, QSize size, const QString &killedPath)
         } while (writer->droppedPictures() > dropped);
     }
     const bool whole =
-        QTest::qWaitFor([&] { return MovieFile(path).pictures().size() == pictures; }, patienceMs);
+        QTest::qWaitFor([&] { return MovieFile(path).pictures().size() == pictures; }, TIMEOUT_MS);
     if (!whole || !QFile::copy(path, killedPath))
         return false;
     writer->finish();
-    if (!DetachedThreads::allEnded(std::chrono::milliseconds(patienceMs)))
+    if (!DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)))
         return false;
     return writer->status() == MovieWriter::Status::Finished;
 }
@@ -96,7 +96,7 @@ private slots:
         wall.readNumber = numberIn;
         FilmSource source(&wall, nullptr);
         source.setFile(path);
-        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(source.currentPosition(), 100);
         QCOMPARE(wall.last().size(), played);
         const QVector<int> numbers = wall.numbers();
@@ -109,7 +109,7 @@ private slots:
         source.pause();
         for (const auto &[percent, number] : {std::pair(70, 60), std::pair(40, 30)}) {
             source.setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(wall.lastNumber(), number, patienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(wall.lastNumber(), number, TIMEOUT_MS);
         }
     }
 };

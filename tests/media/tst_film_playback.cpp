@@ -18,7 +18,7 @@ Q_DECLARE_METATYPE(TestFilm)
 namespace
 {
 
-constexpr int patienceMs = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 TestFilm film(QStringList video, QStringList sound, double rate = 30, QSize size = {320, 240})
 {
@@ -123,7 +123,7 @@ private slots:
         const std::unique_ptr<Show> show = std::move(m_shows[name]);
         QVERIFY(show->shown);
         const PictureWall &wall = show->wall;
-        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(show->source.currentPosition(), 100);
         QCOMPARE(wall.last().size(), made.size);
         QCOMPARE(wall.stride(), (made.size.width() * 3 + 3) / 4 * 4);
@@ -144,10 +144,10 @@ private slots:
         wall.readNumber = TestFilm::numberIn;
         FilmSource source(&wall, nullptr);
         QVERIFY(source.setFile(path("late.mp4")));
-        QTRY_VERIFY_WITH_TIMEOUT(wall.lastNumber() >= 5, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(wall.lastNumber() >= 5, TIMEOUT_MS);
         // The film's clock goes on while the process stands still, until beyond the film's end.
         QProcess::execute("sh", {"-c", "kill -STOP $PPID; sleep 2; kill -CONT $PPID"});
-        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(wall.lastNumber(), 44);
         QVERIFY(wall.count() < 45);
     }
@@ -162,14 +162,14 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             // At once when the last position is reached: the player may not have said yet that it
             // is the end.
-            QTRY_VERIFY_WITH_TIMEOUT(source.currentPosition() < 90, patienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(source.currentPosition() < 90, TIMEOUT_MS);
             QElapsedTimer waiting;
             waiting.start();
-            while (source.moving() && !waiting.hasExpired(patienceMs))
+            while (source.moving() && !waiting.hasExpired(TIMEOUT_MS))
                 QCoreApplication::processEvents();
             wall.forget();
             source.play();
-            QTRY_VERIFY_WITH_TIMEOUT(wall.lastNumber() >= 5 && wall.lastNumber() < 15, patienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(wall.lastNumber() >= 5 && wall.lastNumber() < 15, TIMEOUT_MS);
             QVERIFY(source.moving());
             QVERIFY(!wall.refreshing());
         }

@@ -18,13 +18,13 @@
 namespace
 {
 
-constexpr int patienceMs = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    process.waitForFinished(patienceMs);
+    process.waitForFinished(TIMEOUT_MS);
     return process.readAllStandardOutput();
 }
 
@@ -46,7 +46,7 @@ public:
     ~SoundMeter()
     {
         m_parec.kill();
-        m_parec.waitForFinished(patienceMs);
+        m_parec.waitForFinished(TIMEOUT_MS);
     }
 
     /// The root of the mean square of 16-bit samples, over the next quarter of a second.
@@ -54,7 +54,7 @@ public:
     {
         m_parec.readAllStandardOutput();
         QByteArray sound;
-        while (sound.size() < 44100 / 2 && m_parec.waitForReadyRead(patienceMs))
+        while (sound.size() < 44100 / 2 && m_parec.waitForReadyRead(TIMEOUT_MS))
             sound += m_parec.readAllStandardOutput();
         const auto *samples = reinterpret_cast<const qint16 *>(sound.constData());
         const int count = sound.size() / 2;
@@ -84,7 +84,7 @@ class FilmSoundTest : public QObject
     void verifyThePicturesGoOn()
     {
         const int before = m_wall.count();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > before + 12, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > before + 12, TIMEOUT_MS);
         QVERIFY(!m_wall.refreshing());
     }
 
@@ -117,51 +117,51 @@ private slots:
     {
         SoundMeter meter;
         m_source->setFile(m_film);
-        QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         const double full = meter.loudness();
         m_source->setVolume(10);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() < full * 0.2, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() < full * 0.2, TIMEOUT_MS);
         QVERIFY(meter.loudness() > full * 0.05);
         m_source->setVolume(100);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > full * 0.9, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > full * 0.9, TIMEOUT_MS);
         m_source->pause();
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() < 1, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() < 1, TIMEOUT_MS);
     }
 
     void theVolumeHoldsForTheNextFilm()
     {
         SoundMeter meter;
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         const double full = meter.loudness();
         m_source->setVolume(10);
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > full * 0.05, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > full * 0.05, TIMEOUT_MS);
         QVERIFY(meter.loudness() < full * 0.2);
     }
 
     void thePicturesGoOnWhenTheServerDies()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, TIMEOUT_MS);
         const int before = m_wall.lastNumber();
         m_server->kill();
         verifyThePicturesGoOn();
         QVERIFY(m_wall.lastNumber() > before);
         m_source->pause();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, TIMEOUT_MS);
     }
 
     void aServerThatDiesWhilePausedIsNotMissed()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, TIMEOUT_MS);
         m_source->pause();
         m_server->kill();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, TIMEOUT_MS);
         m_source->play();
         verifyThePicturesGoOn();
     }
@@ -169,12 +169,12 @@ private slots:
     void soundIsBackForTheNextFilm()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.count() > 10, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.count() > 10, TIMEOUT_MS);
         m_server->kill();
         verifyThePicturesGoOn();
         QVERIFY(m_server->start(QString()));
         m_source->setFile(m_film);
-        QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, TIMEOUT_MS);
         verifyThePicturesGoOn();
     }
 
@@ -191,9 +191,9 @@ private slots:
         verifyThePicturesGoOn();
         qputenv("PULSE_SERVER", server);
         QTRY_VERIFY_WITH_TIMEOUT(outputOf("pactl", {"list", "sink-inputs"}).contains("ALSA"),
-                                 patienceMs);
+                                 TIMEOUT_MS);
         SoundMeter meter;
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         QVERIFY(devices.remove());
     }
 
@@ -206,7 +206,7 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(!faults.isEmpty(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!faults.isEmpty(), TIMEOUT_MS);
         qInfo("said after %lld ms", clock.elapsed());
         QCOMPARE(faults, QVector<FilmFault>{FilmFault::SoundNotAnswering});
         verifyThePicturesGoOn();
@@ -215,36 +215,36 @@ private slots:
         m_wall.forget();
         clock.start();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
         qInfo("the next film after %lld ms", clock.elapsed());
         QCOMPARE(faults.size(), 2);
         m_source->setPosition(50);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 750, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 750, TIMEOUT_MS);
         // A server that answers again is used again.
         m_server->freeze(false);
         QTRY_COMPARE_WITH_TIMEOUT((m_source->setFile(m_film), QTest::qWait(1000), streams()), 1,
-                                  patienceMs);
+                                  TIMEOUT_MS);
         verifyThePicturesGoOn();
     }
 
     void aServerThatStopsAnsweringHoldsUpNeitherTheEndNorTheNextFilm()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, TIMEOUT_MS);
         m_server->freeze(true);
         QElapsedTimer clock;
         clock.start();
         m_wall.forget();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 30, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 30, TIMEOUT_MS);
         qInfo("the next film after %lld ms", clock.elapsed());
         clock.start();
         m_source.reset();
         const qint64 endMs = clock.elapsed();
         qInfo("ended after %lld ms", endMs);
-        QVERIFY(endMs < patienceMs / 3);
+        QVERIFY(endMs < TIMEOUT_MS / 3);
         m_server->freeze(false);
-        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(patienceMs)));
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)));
     }
 
     void theEndDoesNotWaitForAServerThatDoesNotAnswer()
@@ -258,9 +258,9 @@ private slots:
         m_source.reset();
         const qint64 endMs = clock.elapsed();
         qInfo("ended after %lld ms", endMs);
-        QVERIFY(endMs < patienceMs / 3);
+        QVERIFY(endMs < TIMEOUT_MS / 3);
         m_server->freeze(false);
-        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(patienceMs)));
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)));
     }
 
     void withoutAServerThePicturesPlay()

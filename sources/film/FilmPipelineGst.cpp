@@ -62,6 +62,7 @@ bool FilmPipelineGst::build(const QString &path, bool silent)
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
 
     m_repair.watch(playbin);
+    m_start.watch(playbin);
     GstElement *videoSink = m_videoSink.build();
     m_audioSink = gst_element_factory_make(silent ? "fakesink" : "autoaudiosink", nullptr);
     gchar *uri =

@@ -3,6 +3,7 @@
 #include "sources/film/FilmVideoSinkGst.h"
 #include "sources/film/FormatRepairGst.h"
 #include "sources/film/FrameQueueGst.h"
+#include "sources/film/StreamStartGst.h"
 #include "sources/gst/GstPointers.h"
 
 #include <QString>
@@ -52,6 +53,7 @@ private:
     FrameQueueGst &m_pictures;
     const std::function<void(GstMessage *)> &m_onMessage;
     FormatRepairGst m_repair;
+    StreamStartGst m_start;
     FilmVideoSinkGst m_videoSink;
     GstPtr<GstElement> m_playbin;
     /// Inside m_playbin, which keeps it alive.

@@ -15,7 +15,7 @@ Q_DECLARE_METATYPE(TestFilm)
 namespace
 {
 
-constexpr int patienceMs = 30000;
+constexpr int TIMEOUT_MS = 30000;
 
 double processorSeconds()
 {
@@ -88,11 +88,11 @@ private slots:
         QFETCH(QString, name);
         QVERIFY(made.write(path(name)));
         Show show(path(name));
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (const int percent : {70, 10, 50, 90, 0, 30}) {
             show.source->setPosition(percent);
             const int expected = int(percent / 10 * made.rate);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), expected, patienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), expected, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
         }
     }
@@ -100,12 +100,26 @@ private slots:
     void theLastPictureShowsAtTheRightEndOfTheSlider()
     {
         Show show(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(100);
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() >= 570, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() >= 570, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 100);
         show.source->setPosition(0);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+    }
+
+    void aTransportStreamBeginsAtItsFirstPicture()
+    {
+        TestFilm made;
+        made.seconds = 10;
+        made.video = QStringList{"-c:v", "libx264", "-preset", "ultrafast", "-g", "60"};
+        QVERIFY(made.write(path("stream.ts")));
+        Show show(path("stream.ts"));
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        for (const int percent : {70, 10, 50, 90, 0, 30}) {
+            show.source->setPosition(percent);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, TIMEOUT_MS);
+        }
     }
 
     void aFilmInFragmentsIsSoughtInAtOnce()
@@ -117,10 +131,10 @@ private slots:
             QStringList{"-movflags", "frag_keyframe+empty_moov+default_base_moof+skip_trailer"};
         QVERIFY(made.write(path("fragments.mp4")));
         Show show(path("fragments.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (const int percent : {90, 20, 70, 0}) {
             show.source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, patienceMs);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
         }
     }
@@ -128,11 +142,11 @@ private slots:
     void quickSeeksEndInTheLast()
     {
         Show show(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (int i = 0; i < 500; ++i)
             show.source->setPosition(i * 37 % 101);
         show.source->setPosition(35);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 7 * 30, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 7 * 30, TIMEOUT_MS);
         QVERIFY(show.wall.count() < 400);
     }
 
@@ -141,7 +155,7 @@ private slots:
         Show show(m_film);
         show.source->play();
         show.source->setPosition(50);
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305, TIMEOUT_MS);
         const QVector<int> numbers = show.wall.numbers();
         QVERIFY(numbers.contains(300));
         QVERIFY(show.source->currentPosition() >= 50);
@@ -151,67 +165,67 @@ private slots:
     {
         Show show(m_film);
         show.source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (int i = 0; i < 4; ++i)
             show.source->forward();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 100, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 100, TIMEOUT_MS);
         QVERIFY(show.source->currentPosition() > 16);
         QVERIFY(!show.wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 0);
     }
 
     void rewindingGoesBackToTheStart()
     {
         Show show(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(10);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 60, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 60, TIMEOUT_MS);
         show.source->play();
         show.wall.forget();
         show.source->backward();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 0);
     }
 
     void playAfterTheEndBeginsAgain()
     {
         Show show(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->play();
         show.source->setPosition(96);
         show.wall.takeRefreshes();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 100);
         QCOMPARE(show.wall.lastNumber(), 599);
         show.wall.forget();
         show.source->play();
         QVERIFY(!show.wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, TIMEOUT_MS);
         QVERIFY(show.wall.lastNumber() < 500);
     }
 
     void seekingBackFromTheEndPlaysOn()
     {
         Show show(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->play();
         show.source->setPosition(96);
         show.wall.takeRefreshes();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
         show.source->setPosition(50);
         QVERIFY(!show.wall.refreshing());
         QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305 && show.wall.lastNumber() < 400,
-                                 patienceMs);
+                                 TIMEOUT_MS);
     }
 
     void pausedThePlayerUsesNoProcessorTime()
     {
         Show show(m_film);
         show.source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, TIMEOUT_MS);
         show.source->pause();
         QTest::qWait(500);
         const int before = show.wall.count();
@@ -228,7 +242,7 @@ private slots:
             FilmSource source(&wall, nullptr);
             source.setFile(m_film);
             if (i % 2)
-                QTRY_VERIFY_WITH_TIMEOUT(wall.count() > 0, patienceMs);
+                QTRY_VERIFY_WITH_TIMEOUT(wall.count() > 0, TIMEOUT_MS);
             if (i % 3 == 1)
                 source.setPosition(50);
             if (i % 4 == 2)
@@ -280,9 +294,9 @@ private slots:
         show.source->setFile(m_film);
         show.source->pause();
         show.wall.forget();
-        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 300, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 300, TIMEOUT_MS);
         QVERIFY(!show.wall.refreshedElsewhere());
     }
 };

@@ -248,8 +248,9 @@ void FilmSource::filmFaulty(quint64 generation, int fault)
     if (!m_private->loaded || generation != m_private->generation)
         return;
     const auto told = static_cast<FilmFault>(fault);
-    const bool plays = told == FilmFault::NoPicture || told == FilmFault::SoundNotAnswering;
-    if (!plays) {
+    const bool shows = told == FilmFault::NoPicture || told == FilmFault::SoundNotAnswering ||
+                       told == FilmFault::BrokenOff;
+    if (!shows) {
         if (m_private->playing)
             pause();
         m_private->showNothing();

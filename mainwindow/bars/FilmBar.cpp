@@ -43,6 +43,8 @@ QString sentenceOn(FilmFault fault)
     case FilmFault::SoundNotAnswering:
         return QCoreApplication::translate(
             "MainWindow", "The film plays without sound: the sound system does not answer.");
+    case FilmFault::BrokenOff:
+        return QCoreApplication::translate("MainWindow", "The film cannot be read any further.");
     }
     return {};
 }

@@ -477,6 +477,10 @@
         <translation>Der Film kann nicht gezeigt werden: Ein Decoder dafür fehlt.</translation>
     </message>
     <message>
+        <source>The film cannot be read any further.</source>
+        <translation>Der Film kann nicht weiter gelesen werden.</translation>
+    </message>
+    <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
         <translation>Der Film kann nicht gezeigt werden: Laufwerk oder Netzwerk antwortet nicht.</translation>
     </message>

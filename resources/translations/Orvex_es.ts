@@ -477,6 +477,10 @@
         <translation>No se puede mostrar el vídeo: falta un decodificador.</translation>
     </message>
     <message>
+        <source>The film cannot be read any further.</source>
+        <translation>No se puede seguir leyendo el vídeo.</translation>
+    </message>
+    <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
         <translation>No se puede mostrar el vídeo: el disco o la red no responde.</translation>
     </message>

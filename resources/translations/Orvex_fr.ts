@@ -477,6 +477,10 @@
         <translation>Le film ne peut pas être affiché : il manque un décodeur.</translation>
     </message>
     <message>
+        <source>The film cannot be read any further.</source>
+        <translation>La suite du film ne peut pas être lue.</translation>
+    </message>
+    <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
         <translation>Le film ne peut pas être affiché : le disque ou le réseau ne répond pas.</translation>
     </message>

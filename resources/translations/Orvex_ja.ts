@@ -477,6 +477,10 @@
         <translation>動画を表示できません。必要なデコーダーがありません。</translation>
     </message>
     <message>
+        <source>The film cannot be read any further.</source>
+        <translation>動画をこれ以上読み込めません。</translation>
+    </message>
+    <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
         <translation>動画を表示できません。ディスクまたはネットワークが応答しません。</translation>
     </message>

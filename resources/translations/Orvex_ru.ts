@@ -477,6 +477,10 @@
         <translation>Видео не может быть показано: нет нужного декодера.</translation>
     </message>
     <message>
+        <source>The film cannot be read any further.</source>
+        <translation>Не удаётся читать видео дальше.</translation>
+    </message>
+    <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
         <translation>Видео не может быть показано: диск или сеть не отвечает.</translation>
     </message>

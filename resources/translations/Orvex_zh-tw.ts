@@ -477,6 +477,10 @@
         <translation>無法播放影片：缺少所需的解碼器。</translation>
     </message>
     <message>
+        <source>The film cannot be read any further.</source>
+        <translation>無法繼續讀取影片。</translation>
+    </message>
+    <message>
         <source>The film cannot be shown: its disk or network does not answer.</source>
         <translation>無法播放影片：磁碟或網路沒有回應。</translation>
     </message>

@@ -8,6 +8,7 @@ void tellFilmFault(FilmFault fault, const QString &path, const QString &missingD
 {
     switch (fault) {
     case FilmFault::Unreadable:
+    case FilmFault::BrokenOff:
         TerminalLines::tell(Line::FilmUnreadable, {path});
         break;
     case FilmFault::NoFilm:

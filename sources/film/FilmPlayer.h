@@ -20,7 +20,9 @@ enum class FilmFault {
     /// The disk, or whatever else is asked, gives no answer; the film is given up.
     NotAnswering,
     /// The film plays without its sound.
-    SoundNotAnswering
+    SoundNotAnswering,
+    /// It was shown, and cannot be read or decoded any further: its stick was pulled, for example.
+    BrokenOff
 };
 
 /// Plays one film at a time: pictures are asked for, sound goes to the desktop by itself.

@@ -351,8 +351,7 @@ void PlaybackEngineGst::breakOff(FilmFault fault)
 {
     m_atEnd = true;
     m_requests.setPlace(m_film.number, currentTime());
-    if (!m_wasOpen)
-        tell(fault);
+    tell(m_wasOpen ? FilmFault::BrokenOff : fault);
     closePipeline();
     tellEnd();
 }

@@ -68,7 +68,7 @@ private:
     void opened();
     /// No more pictures.
     void end();
-    /// The pipeline cannot go on; the fault is told of a film that has not been shown at all.
+    /// The pipeline cannot go on. Of a film that has been shown it is told that it breaks off.
     void breakOff(FilmFault fault);
     void tellEnd();
     void tell(FilmFault fault);

@@ -4,6 +4,7 @@
 #include "tests/TestProgram.h"
 #include "tests/fakes/HangingFolder.h"
 #include "tests/fakes/PictureWall.h"
+#include "tests/fakes/PulledDisk.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
@@ -18,8 +19,8 @@ Q_DECLARE_METATYPE(HangingFolder::Calls)
 namespace
 {
 
-constexpr int timeoutMs = 30000;
-constexpr int saidWithinMs = 5000;
+constexpr int TIMEOUT_MS = 30000;
+constexpr int TOLD_WITHIN_MS = 5000;
 
 } // namespace
 
@@ -42,7 +43,7 @@ class FilmDisksTest : public QObject
     {
         m_disk = std::make_unique<HangingFolder>(m_dead.path(), calls);
         m_source->setFile(m_deadFilm);
-        QTRY_COMPARE_WITH_TIMEOUT(m_disk->waiting(), 1, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_disk->waiting(), 1, TIMEOUT_MS);
     }
 
     static void addCalls()
@@ -78,7 +79,7 @@ private slots:
     {
         m_source.reset();
         m_disk.reset();
-        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(timeoutMs)));
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)));
     }
 
     void aDiskThatDoesNotAnswerIsSaid_data() { addCalls(); }
@@ -88,14 +89,14 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         openTheDeadFilm(calls);
-        QTRY_VERIFY_WITH_TIMEOUT(!m_faults.isEmpty(), timeoutMs);
-        QVERIFY2(clock.elapsed() < saidWithinMs, qPrintable(QString::number(clock.elapsed())));
+        QTRY_VERIFY_WITH_TIMEOUT(!m_faults.isEmpty(), TIMEOUT_MS);
+        QVERIFY2(clock.elapsed() < TOLD_WITHIN_MS, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(m_faults, QVector<FilmFault>{FilmFault::NotAnswering});
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
         QVERIFY(!m_source->moving());
         // The next film has its sound, as nothing is known against that.
         m_source->setFile(m_film);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
         QCOMPARE(m_faults.size(), 1);
         QCOMPARE(m_disk->waiting(), 1);
     }
@@ -108,16 +109,16 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
         QVERIFY2(clock.elapsed() < 2500, qPrintable(QString::number(clock.elapsed())));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
         QCOMPARE(m_faults, QVector<FilmFault>());
         QCOMPARE(m_disk->waiting(), 1);
         // A disk that is back is used again.
         m_disk.reset();
         m_wall.forget();
         m_source->setFile(m_deadFilm);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
     }
 
     void theEndDoesNotWaitForIt()
@@ -127,6 +128,27 @@ private slots:
         clock.start();
         m_source.reset();
         QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+    }
+
+    void aStickThatIsPulledWhileAFilmPlaysIsSaid()
+    {
+        TestFilm made;
+        made.seconds = 20;
+        made.size = QSize(640, 480);
+        made.video = QStringList{"-c:v", "mjpeg", "-q:v", "2"};
+        QVERIFY(made.write(m_dead.filePath("long.avi")));
+        m_source->setFile(m_dead.filePath("long.avi"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 5, TIMEOUT_MS);
+        const PulledDisk pulled(m_dead.path());
+        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QCOMPARE(m_faults, QVector<FilmFault>{FilmFault::BrokenOff});
+        // Its last picture stands.
+        QVERIFY(m_wall.lastNumber() > 0 && m_wall.lastNumber() < 599);
+        QVERIFY(!m_source->moving());
+        m_wall.forget();
+        m_source->setFile(m_film);
+        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QCOMPARE(m_faults.size(), 1);
     }
 
     void onlyARegularFileIsRead()

@@ -29,11 +29,11 @@ FilmPipelineGst::Result resultOf(GstStateChangeReturn change)
 } // namespace
 
 std::unique_ptr<FilmPipelineGst>
-FilmPipelineGst::create(const QString &path, bool silent, quint64 film, FrameQueueGst &pictures,
+FilmPipelineGst::create(const File &file, bool silent, quint64 film, FrameQueueGst &pictures,
                         const std::function<void(GstMessage *)> &onMessage)
 {
     std::unique_ptr<FilmPipelineGst> pipeline(new FilmPipelineGst(film, pictures, onMessage));
-    return pipeline->build(path, silent) ? std::move(pipeline) : nullptr;
+    return pipeline->build(file, silent) ? std::move(pipeline) : nullptr;
 }
 
 FilmPipelineGst::FilmPipelineGst(quint64 film, FrameQueueGst &pictures,
@@ -54,7 +54,7 @@ FilmPipelineGst::~FilmPipelineGst()
     m_pictures.clear(m_film);
 }
 
-bool FilmPipelineGst::build(const QString &path, bool silent)
+bool FilmPipelineGst::build(const File &file, bool silent)
 {
     GstElement *playbin = gst_element_factory_make("playbin", nullptr);
     if (!playbin)
@@ -63,10 +63,12 @@ bool FilmPipelineGst::build(const QString &path, bool silent)
 
     m_repair.watch(playbin);
     m_start.watch(playbin);
+    m_keyFrames.watch(playbin, file.keyFrames);
+    m_times.watch(playbin);
     GstElement *videoSink = m_videoSink.build();
     m_audioSink = gst_element_factory_make(silent ? "fakesink" : "autoaudiosink", nullptr);
     gchar *uri =
-        gst_filename_to_uri(QFile::encodeName(QFileInfo(path).absoluteFilePath()), nullptr);
+        gst_filename_to_uri(QFile::encodeName(QFileInfo(file.path).absoluteFilePath()), nullptr);
     const bool complete = videoSink && m_audioSink && uri;
     if (m_audioSink && silent)
         g_object_set(m_audioSink, "sync", TRUE, nullptr);
@@ -92,15 +94,52 @@ FilmPipelineGst::Result FilmPipelineGst::setState(GstState state)
     return resultOf(gst_element_set_state(m_playbin.get(), state));
 }
 
-FilmPipelineGst::Result FilmPipelineGst::seek(double seconds, bool exact)
+FilmPipelineGst::Result FilmPipelineGst::seek(double seconds)
 {
-    const int flags =
-        GST_SEEK_FLAG_FLUSH |
-        (exact ? GST_SEEK_FLAG_ACCURATE : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE);
-    const bool sent =
-        gst_element_seek_simple(m_playbin.get(), GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags),
-                                static_cast<gint64>(seconds * GST_SECOND));
-    return sent ? Result::Later : Result::Failed;
+    m_seekPlace = seconds;
+    m_nearest.reset();
+    return sendSeek(SeekStep::ToPlace, seconds);
+}
+
+FilmPipelineGst::Result FilmPipelineGst::sendSeek(SeekStep step, double seconds)
+{
+    constexpr int KEY_FRAME_BEFORE = GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE;
+    const int flags = GST_SEEK_FLAG_FLUSH |
+                      (step == SeekStep::ToKeyFrame ? KEY_FRAME_BEFORE : GST_SEEK_FLAG_ACCURATE);
+    m_seekStep = step;
+    GstEvent *event =
+        gst_event_new_seek(1, GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags), GST_SEEK_TYPE_SET,
+                           static_cast<gint64>(seconds * GST_SECOND), GST_SEEK_TYPE_NONE, 0);
+    m_seekNumber = gst_event_get_seqnum(event);
+    return gst_element_send_event(m_playbin.get(), event) ? Result::Later : Result::Failed;
+}
+
+FilmPipelineGst::Result FilmPipelineGst::continueSeek()
+{
+    const bool found = m_pictures.anySinceClear();
+    if (m_seekStep == SeekStep::ToPlaceAgain) {
+        if (!found && m_nearest)
+            m_pictures.put(m_film, std::move(m_nearest));
+        return Result::Done;
+    }
+    if (m_seekStep == SeekStep::ToPlace) {
+        if (found)
+            return Result::Done;
+        // Beyond the last picture, or before the first.
+        if (const std::optional<double> nearest = m_times.nearest())
+            return sendSeek(SeekStep::ToNearest, *nearest);
+    } else if (found) {
+        m_nearest = m_pictures.take();
+        return sendSeek(SeekStep::ToPlaceAgain, m_seekPlace);
+    }
+    if (m_seekStep == SeekStep::ToKeyFrame)
+        return Result::Failed;
+    return sendSeek(SeekStep::ToKeyFrame, m_seekPlace);
+}
+
+bool FilmPipelineGst::isBeforeSeek(GstMessage *message) const
+{
+    return gst_util_seqnum_compare(gst_message_get_seqnum(message), m_seekNumber) < 0;
 }
 
 void FilmPipelineGst::setVolume(double volume)

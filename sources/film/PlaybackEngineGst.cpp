@@ -3,15 +3,12 @@
 #include "sources/film/FilmFaultLines.h"
 #include "sources/film/FilmFile.h"
 #include "sources/film/FilmMessagesGst.h"
-#include "sources/film/FragmentedFilm.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace
 {
-
-using Result = FilmPipelineGst::Result;
 
 // Far more than a healthy file needs; what takes longer is given up, so that every seek completes.
 constexpr std::chrono::seconds WORK_TIMEOUT(10);
@@ -108,7 +105,7 @@ void PlaybackEngineGst::takeFilm(PlaybackRequests::Film film)
     m_film = std::move(film);
     m_filmNumber = m_film.number;
     m_duration = 0;
-    m_fragmentsLength.reset();
+    m_index.reset();
     m_silent = !m_around.soundAnswers();
     m_wasOpen = false;
     m_atEnd = false;
@@ -128,15 +125,15 @@ void PlaybackEngineGst::openPipeline(double at)
     m_missingDecoder.clear();
     m_asksDisk = true;
     const bool readable = FilmFile::isReadable(*m_film.path);
-    if (readable && !m_fragmentsLength)
-        m_fragmentsLength = FragmentedFilm::seconds(*m_film.path);
+    if (readable && !m_index)
+        m_index = FilmIndex::of(*m_film.path);
     m_asksDisk = false;
     if (!readable) {
         breakOff(FilmFault::Unreadable);
         return;
     }
-    m_pipeline =
-        FilmPipelineGst::create(*m_film.path, m_silent, m_film.number, m_pictures, m_onMessage);
+    m_pipeline = FilmPipelineGst::create({*m_film.path, m_index->keyFrames}, m_silent,
+                                         m_film.number, m_pictures, m_onMessage);
     if (!m_pipeline) {
         breakOff(FilmFault::NoFilm);
         return;
@@ -164,20 +161,19 @@ void PlaybackEngineGst::startSeek(PlaybackRequests::Seek seek)
     m_seek = std::move(seek);
     m_atEnd = false;
     if (m_pipeline)
-        sendSeek(seconds, true);
+        follow(m_pipeline->seek(seconds));
     else if (m_film.path)
         openPipeline(seconds);
     else
         finishSeek(false);
 }
 
-void PlaybackEngineGst::sendSeek(double seconds, bool exact)
+void PlaybackEngineGst::follow(Result seek)
 {
-    m_seekExact = exact;
-    if (m_pipeline->seek(seconds, exact) == Result::Failed)
-        finishSeek(false);
-    else
+    if (seek == Result::Later)
         begin(Work::Seeking, WORK_TIMEOUT);
+    else
+        finishSeek(seek == Result::Done);
 }
 
 void PlaybackEngineGst::finishSeek(bool reached)
@@ -260,10 +256,10 @@ void PlaybackEngineGst::handle(GstMessage *message)
         break;
     case GST_MESSAGE_EOS:
         // One that is older than the seek under way is none; yet a seek into nothing may answer so.
-        if (m_work == Work::Seeking)
-            begin(Work::Seeking, FAILURE_TIMEOUT);
-        else
+        if (m_work != Work::Seeking)
             end();
+        else if (!m_pipeline->isBeforeSeek(message))
+            begin(Work::Seeking, FAILURE_TIMEOUT);
         break;
     case GST_MESSAGE_ERROR:
         handleError(message);
@@ -295,12 +291,7 @@ void PlaybackEngineGst::workDone()
     if (done == Work::Opening) {
         opened();
     } else if (done == Work::Seeking) {
-        // Beyond the last picture of a damaged or shorter picture track there is none to show.
-        const bool found = m_pictures.anySinceClear();
-        if (!found && m_seekExact)
-            sendSeek(m_seek ? m_seek->seconds : m_resumeAt, false);
-        else
-            finishSeek(found);
+        follow(m_pipeline->continueSeek());
     } else {
         endWork();
     }
@@ -309,7 +300,9 @@ void PlaybackEngineGst::workDone()
 void PlaybackEngineGst::opened()
 {
     endWork();
-    if (!m_wasOpen && !m_pictures.anySinceClear()) {
+    const bool any = m_pictures.anySinceClear();
+    const bool late = !any && m_pipeline->beginsLate();
+    if (!m_wasOpen && !any && !late) {
         const bool plays = m_pipeline->hasSound();
         const FilmFault without = plays ? FilmFault::NoPicture : FilmFault::NoFilm;
         const FilmFault fault = m_missingDecoder.isEmpty() ? without : FilmFault::DecoderMissing;
@@ -322,8 +315,8 @@ void PlaybackEngineGst::opened()
     m_wasOpen = true;
     m_duration = -1;
     reportDuration();
-    if (m_resumeAt > 0)
-        sendSeek(m_resumeAt, true);
+    if (m_resumeAt > 0 || late)
+        follow(m_pipeline->seek(m_resumeAt));
     else
         finishSeek(true);
 }
@@ -377,8 +370,7 @@ void PlaybackEngineGst::tell(FilmFault fault)
 void PlaybackEngineGst::reportDuration()
 {
     // What has been played exists, whatever the file says.
-    const double duration =
-        std::max({m_pipeline->duration(), currentTime(), m_fragmentsLength.value_or(0)});
+    const double duration = std::max({m_pipeline->duration(), currentTime(), m_index->seconds});
     if (duration == m_duration || !m_requests.setLength(m_film.number, duration))
         return;
     m_duration = duration;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/film/FilmIndex.h"
 #include "sources/film/FilmPipelineGst.h"
 #include "sources/film/FrameQueueGst.h"
 #include "sources/film/LoopTimerGst.h"
@@ -53,13 +54,14 @@ public:
 private:
     /// What the pipeline is busy with; nothing else is asked of it until it has answered.
     enum class Work { None, Opening, Seeking, ChangingState };
+    using Result = FilmPipelineGst::Result;
 
     void takeFilm(PlaybackRequests::Film film);
     void openPipeline(double at);
     void closePipeline();
     void show(GstElement *pipeline);
     void startSeek(PlaybackRequests::Seek seek);
-    void sendSeek(double seconds, bool exact);
+    void follow(Result seek);
     void finishSeek(bool reached);
     void setPlaying(bool playing);
     void begin(Work work, std::chrono::milliseconds within);
@@ -102,12 +104,11 @@ private:
     std::chrono::steady_clock::time_point m_workEnds;
     bool m_stoodStill = false;
     std::optional<PlaybackRequests::Seek> m_seek;
-    bool m_seekExact = true;
     /// Where a pipeline that replaces another goes on.
     double m_resumeAt = 0;
     double m_duration = 0;
-    /// Seconds; 0 for a film in one piece, none until its file was looked through.
-    std::optional<double> m_fragmentsLength;
+    /// None until the film's file was looked through.
+    std::optional<FilmIndex> m_index;
     std::atomic<bool> m_silent{false};
     std::atomic<bool> m_asksDisk{false};
     std::atomic<quint64> m_filmNumber{0};

@@ -1,5 +1,7 @@
 #include "sources/film/StreamStartGst.h"
 
+#include "sources/film/SeekEventGst.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -32,11 +34,8 @@ GstPadProbeReturn StreamStartGst::onEvent(GstPad *, GstPadProbeInfo *info, gpoin
         other = start->moved(event);
     else if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK)
         other = start->movedBack(event);
-    if (other) {
-        gst_event_set_seqnum(other, gst_event_get_seqnum(event));
-        GST_PAD_PROBE_INFO_DATA(info) = other;
-        gst_event_unref(event);
-    }
+    if (other)
+        replaceEvent(info, other);
     return GST_PAD_PROBE_OK;
 }
 
@@ -54,16 +53,9 @@ GstEvent *StreamStartGst::moved(GstEvent *event)
 
 GstEvent *StreamStartGst::movedBack(GstEvent *event) const
 {
-    double rate = 1;
-    GstFormat format = GST_FORMAT_UNDEFINED;
-    GstSeekFlags flags = GST_SEEK_FLAG_NONE;
-    GstSeekType startType = GST_SEEK_TYPE_NONE;
-    GstSeekType stopType = GST_SEEK_TYPE_NONE;
-    gint64 start = 0;
-    gint64 stop = 0;
-    gst_event_parse_seek(event, &rate, &format, &flags, &startType, &start, &stopType, &stop);
-    const gint64 by = m_start;
-    if (by <= 0 || format != GST_FORMAT_TIME || startType != GST_SEEK_TYPE_SET)
+    SeekEventGst seek(event);
+    if (m_start <= 0 || !seek.goesToTime())
         return nullptr;
-    return gst_event_new_seek(rate, format, flags, startType, start + by, stopType, stop);
+    seek.start += m_start;
+    return seek.make();
 }

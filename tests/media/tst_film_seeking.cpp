@@ -102,10 +102,65 @@ private slots:
         Show show(m_film);
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(100);
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() >= 570, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 599, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 100);
         show.source->setPosition(0);
         QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+    }
+
+    void beyondTheLastPictureThatOneShows()
+    {
+        TestFilm made;
+        made.seconds = 10;
+        made.video = QStringList{"-c:v", "libx264", "-preset", "ultrafast", "-g", "300"};
+        made.filter = "trim=duration=6"; // the sound goes on for another four seconds
+        QVERIFY(made.write(path("shorter.mp4")));
+        Show show(path("shorter.mp4"));
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
+        for (const int percent : {90, 20, 100, 80}) {
+            show.source->setPosition(percent);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent == 20 ? 60 : 179, TIMEOUT_MS);
+            QCOMPARE(show.source->currentPosition(), percent);
+            show.wall.forget();
+        }
+        // It plays on from the place, not from that picture.
+        show.source->play();
+        QTRY_VERIFY_WITH_TIMEOUT(show.source->currentPosition() > 82, TIMEOUT_MS);
+        QCOMPARE(show.wall.count(), 0);
+    }
+
+    void beforeTheFirstPictureThatOneShows()
+    {
+        TestFilm made;
+        made.seconds = 8;
+        made.filter = "setpts=PTS+3/TB";
+        QVERIFY(made.write(path("late.mp4")));
+        Show show(path("late.mp4"));
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        show.source->setPosition(80);
+        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 0, TIMEOUT_MS);
+        show.source->setPosition(10);
+        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QVERIFY(show.source->currentPosition() <= 10);
+    }
+
+    void anAviFilmWithoutAnIndexIsDecodedFromTheKeyFrame()
+    {
+        TestFilm made;
+        made.seconds = 10;
+        made.video = QStringList{"-c:v", "mpeg4", "-q:v", "3", "-g", "90"};
+        made.sound = QStringList{"-c:a", "pcm_s16le"};
+        QVERIFY(made.write(path("cut.avi")));
+        QFile film(path("cut.avi"));
+        QVERIFY(film.open(QIODevice::ReadWrite));
+        QVERIFY(film.resize(film.readAll().lastIndexOf("idx1")));
+        Show show(path("cut.avi"));
+        QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
+        for (const int percent : {70, 10, 50, 90, 0, 30}) {
+            show.source->setPosition(percent);
+            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, TIMEOUT_MS);
+            QCOMPARE(show.source->currentPosition(), percent);
+        }
     }
 
     void aTransportStreamBeginsAtItsFirstPicture()

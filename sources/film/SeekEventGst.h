@@ -1,0 +1,37 @@
+#pragma once
+
+#include <gst/gst.h>
+
+/// What a seek event says, to be changed on its way.
+struct SeekEventGst {
+    explicit SeekEventGst(GstEvent *event)
+    {
+        gst_event_parse_seek(event, &rate, &format, &flags, &startType, &start, &stopType, &stop);
+    }
+    /// Whether it goes to a place in nanoseconds.
+    [[nodiscard]] bool goesToTime() const
+    {
+        return format == GST_FORMAT_TIME && startType == GST_SEEK_TYPE_SET;
+    }
+    [[nodiscard]] GstEvent *make() const
+    {
+        return gst_event_new_seek(rate, format, flags, startType, start, stopType, stop);
+    }
+
+    gdouble rate = 1;
+    GstFormat format = GST_FORMAT_UNDEFINED;
+    GstSeekFlags flags = GST_SEEK_FLAG_NONE;
+    GstSeekType startType = GST_SEEK_TYPE_NONE;
+    GstSeekType stopType = GST_SEEK_TYPE_NONE;
+    gint64 start = 0;
+    gint64 stop = 0;
+};
+
+/// Puts another event in the place of a probe's, which it follows in the library's count.
+inline void replaceEvent(GstPadProbeInfo *info, GstEvent *other)
+{
+    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
+    gst_event_set_seqnum(other, gst_event_get_seqnum(event));
+    GST_PAD_PROBE_INFO_DATA(info) = other;
+    gst_event_unref(event);
+}

@@ -245,6 +245,7 @@ void MainWindow::createLiveBox()
     liveRecordButton->setCheckable(true);
     liveRecordButton->setAccessibleName(tr("Record video"));
     liveRecordButton->setToolTip(tr("Record video"));
+    liveRecordButton->setKey(Commands::row(Command::Record).keys.front());
     connect(liveRecordButton, SIGNAL(clicked()), this, SLOT(record()));
     m_capture->setLiveRecordButton(liveRecordButton);
     m_capture->setRecordingSign(new RecordingSign(button(Command::LiveMode)));

@@ -3,6 +3,7 @@
 #include "widgets/CameraAdvice.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
+#include "widgets/ToolTips.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -36,6 +37,7 @@ CameraPage::CameraPage(QWidget *parent)
     m_commands->setReadOnly(true);
     m_commands->setFixedHeight(COMMANDS_HEIGHT);
     m_commands->setAccessibleName(tr("Commands"));
+    ToolTips::addName(m_commands);
     FormControls::applyLook(m_commands, COMMANDS_HEIGHT);
     m_copy->setFont(FormControls::font());
     m_copy->setText(tr("Copy"));

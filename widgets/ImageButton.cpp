@@ -2,24 +2,17 @@
 
 #include "resources/FittedFont.h"
 #include "resources/SkinImages.h"
+#include "widgets/ToolTips.h"
 #include "widgets/WidgetAccessibles.h"
 
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
-#include <QToolTip>
 
 namespace
 {
 
 constexpr int HOLD_MS = 500;
-/// Between a tip and what it must not cover.
-constexpr int TIP_DISTANCE = 4;
-/// The toolkit puts a tip this far right of and below the point that it is given.
-constexpr QPoint TIP_OFFSET(2, 16);
-/// Above and below the letters of a tip, together.
-constexpr int TIP_MARGINS = 8;
 /// Left and right of a caption that had to be narrowed, in pixels.
 constexpr int CAPTION_MARGIN = 3;
 // Light for the dark faces and dark for the light ones: one of the two always stands out.
@@ -170,26 +163,8 @@ bool ImageButton::event(QEvent *event)
     if (text.isEmpty())
         event->ignore();
     else
-        QToolTip::showText(tipPosition(), text, this, rect());
+        ToolTips::show(this, text, static_cast<QHelpEvent *>(event)->globalPos());
     return true;
-}
-
-// Beside what the button stands in, where its neighbours are: right of an upright strip, below a
-// level one, and above it where the screen ends, as the toolkit would push the tip back over it.
-QPoint ImageButton::tipPosition() const
-{
-    const QWidget *holder = parentWidget() && !isWindow() ? parentWidget() : this;
-    if (holder != this && holder->isWindow() && !holder->windowFlags().testFlag(Qt::Tool))
-        holder = this;
-    const QPoint here = mapToGlobal(QPoint(0, 0));
-    const QRect held(holder->mapToGlobal(QPoint(0, 0)), holder->size());
-    if (held.height() > held.width())
-        return QPoint(held.right() + 1 + TIP_DISTANCE, here.y()) - TIP_OFFSET;
-    const int height = QFontMetrics(QToolTip::font()).height() + TIP_MARGINS;
-    int y = held.bottom() + 1 + TIP_DISTANCE;
-    if (y + height > screen()->geometry().bottom())
-        y = held.top() - TIP_DISTANCE - height;
-    return QPoint(here.x(), y) - TIP_OFFSET;
 }
 
 void ImageButton::paintEvent(QPaintEvent *)

@@ -28,6 +28,7 @@ public:
     [[nodiscard]] QString skin() const { return m_skin; }
     /// The key that does the same, which the tip names; none when it is empty.
     void setKey(const QKeySequence &key);
+    [[nodiscard]] QKeySequence key() const { return m_key; }
     /// What the tip says: the tool tip or else the name, and the key in brackets; nothing when it
     /// would repeat the caption alone.
     [[nodiscard]] QString tip() const;
@@ -69,7 +70,6 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    [[nodiscard]] QPoint tipPosition() const;
     void paintCaption(QPainter &painter);
     void paintMark(QPainter &painter);
     void paintFocusRing(QPainter &painter);

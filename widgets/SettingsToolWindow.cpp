@@ -8,6 +8,7 @@
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 #include "widgets/IntervalTable.h"
+#include "widgets/ToolTips.h"
 
 #include <QComboBox>
 #include <QFileDialog>
@@ -177,6 +178,7 @@ void SettingsToolWindow::addField(const QString &label, const QString &text, int
     auto *field = new QLineEdit(text, this);
     field->setReadOnly(true);
     field->setToolTip(text);
+    ToolTips::add(field);
     placeField(field, label, row);
     FormControls::fitFont(field, {text}, FIELD_WIDTH - FIELD_MARGINS);
 }
@@ -187,6 +189,7 @@ FolderField *SettingsToolWindow::addFolder(const QString &label, const QString &
     auto *field = new FolderField(path, this);
     // The tip has the path whole.
     field->setToolTip(path);
+    ToolTips::add(field);
     placeField(field, label, row);
     connect(field, SIGNAL(browseWanted()), this, slot);
     return field;

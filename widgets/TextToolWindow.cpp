@@ -6,6 +6,7 @@
 #include "widgets/ChoiceRow.h"
 #include "widgets/DrawingColors.h"
 #include "widgets/FormControls.h"
+#include "widgets/ToolTips.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -110,7 +111,7 @@ void TextToolWindow::createFaceBox()
     m_fontFaces = QFontDatabase().families();
     m_fontFaceBox->addItems(m_fontFaces);
     m_fontFaceBox->setAccessibleName(tr("Font"));
-    m_fontFaceBox->setToolTip(tr("Font"));
+    ToolTips::addName(m_fontFaceBox);
     FormControls::applyLook(m_fontFaceBox);
     m_fontFaceBox->setFixedWidth(150);
     m_fontFaceBox->move(10, 20);
@@ -127,7 +128,7 @@ void TextToolWindow::createSizeBox()
     for (const int size : qAsConst(m_fontSizes))
         m_fontSizeBox->addItem(QString::number(size));
     m_fontSizeBox->setAccessibleName(tr("Font size"));
-    m_fontSizeBox->setToolTip(tr("Font size"));
+    ToolTips::addName(m_fontSizeBox);
     FormControls::applyLook(m_fontSizeBox);
     m_fontSizeBox->setFixedWidth(70);
     m_fontSizeBox->move(165, 20);

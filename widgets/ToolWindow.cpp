@@ -20,6 +20,7 @@ ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidge
 {
     m_closeButton->setAccessibleName(tr("Close"));
     m_closeButton->setToolTip(tr("Close"));
+    m_closeButton->setKey(Qt::Key_Escape);
     connect(m_closeButton, SIGNAL(clicked()), this, SLOT(close()));
     if (parent)
         parent->installEventFilter(this);

@@ -13,6 +13,7 @@
 #include "widgets/ImageButton.h"
 #include "widgets/ImageWidget.h"
 #include "widgets/Slider.h"
+#include "widgets/ToolTips.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -178,6 +179,7 @@ void FilmBar::createSliders()
     m_volume->setRange(1, FULL);
     m_volume->setValue(FULL);
     m_volume->setAccessibleName(QCoreApplication::translate("MainWindow", "Volume"));
+    ToolTips::addName(m_volume);
     connect(m_volume, SIGNAL(valueChanged(int)), m_source, SLOT(setVolume(int)));
     m_volume->hide();
 
@@ -187,6 +189,7 @@ void FilmBar::createSliders()
     m_position->setRange(0, FULL);
     m_position->setAccessibleName(
         QCoreApplication::translate("MainWindow", "Position in the film"));
+    ToolTips::addName(m_position);
     connect(m_position, SIGNAL(valueChanged(int)), m_source, SLOT(setPosition(int)));
     m_position->hide();
 }

@@ -16,6 +16,7 @@
 #include "widgets/ImageWidget.h"
 #include "widgets/Slider.h"
 #include "widgets/TickLabel.h"
+#include "widgets/ToolTips.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -227,6 +228,7 @@ void PhotographBar::createInterval()
     m_interval->setRange(0, static_cast<int>(PHOTOGRAPH_PLAY_INTERVALS.size()) - 1);
     m_interval->setValue(0);
     m_interval->setAccessibleName(QCoreApplication::translate("MainWindow", "Slideshow interval"));
+    ToolTips::addName(m_interval);
     connect(m_interval, &Slider::valueChanged, this, &PhotographBar::intervalMoved);
     m_interval->hide();
 
@@ -257,6 +259,7 @@ void PhotographBar::createThumbnails(ImageCanvas *canvas)
     m_scrollBar =
         new HorizontalSlider(SkinImages::load(":/icons/Background/PHOTO_SCROLL_BAR.png"), m_window);
     m_scrollBar->setAccessibleName(QCoreApplication::translate("MainWindow", "Thumbnails"));
+    ToolTips::addName(m_scrollBar);
     m_scrollBar->hide();
     m_thumbnails = new ThumbnailWidget(m_source, m_scrollBar, canvas);
     m_thumbnails->hide();

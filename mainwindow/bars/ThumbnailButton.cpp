@@ -1,5 +1,8 @@
 #include "mainwindow/bars/ThumbnailButton.h"
 
+#include "widgets/ToolTips.h"
+
+#include <QHelpEvent>
 #include <QPainter>
 
 ThumbnailButton::ThumbnailButton(QWidget *parent)
@@ -14,6 +17,14 @@ void ThumbnailButton::setImage(const QImage &image)
     m_image = image;
     m_hasImage = true;
     update();
+}
+
+bool ThumbnailButton::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip || toolTip().isEmpty())
+        return TabFocusButton::event(event);
+    ToolTips::show(this, toolTip(), static_cast<QHelpEvent *>(event)->globalPos());
+    return true;
 }
 
 void ThumbnailButton::enterEvent(QEvent *)

@@ -92,6 +92,7 @@ int MoreToolWindow::addHidden(const std::vector<ImageButton *> &hidden, int y)
         auto *button = new ImageButton(original->skin(), this, x, y);
         button->setAccessibleName(original->accessibleName());
         button->setToolTip(original->toolTip());
+        button->setKey(original->key());
         button->setCheckable(original->isCheckable());
         button->setChecked(original->isChecked());
         button->setGray(original->isGray());

@@ -5,11 +5,87 @@
 #include "mainwindow/RecordingSign.h"
 
 #include "tests/TestProgram.h"
+#include "widgets/HorizontalSlider.h"
 
+#include <QComboBox>
+#include <QHelpEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QSlider>
 
 using namespace WindowProbe;
+
+namespace
+{
+
+/// All sliders of the two bars are shown when their mode is entered.
+void openSliders(const MainWindow &window)
+{
+    enter(window, 1);
+    window.button(Command::FilmVolume)->click();
+    enter(window, 2);
+    for (const Command command : {Command::Thumbnails, Command::SlideshowInterval})
+        window.button(command)->click();
+}
+
+QRect placeOf(const QWidget &widget)
+{
+    return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
+}
+
+bool isControl(const QWidget *widget)
+{
+    return widget->isVisible() &&
+           (qobject_cast<const ImageButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
+            qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QSlider *>(widget) ||
+            qobject_cast<const HorizontalSlider *>(widget));
+}
+
+QWidgetList controlsOf(const QWidget &window)
+{
+    QWidgetList controls;
+    for (QWidget *each : window.findChildren<QWidget *>()) {
+        if (isControl(each) && each->window() == &window)
+            controls << each;
+    }
+    return controls;
+}
+
+/// Shows the tip of every control of a window and returns how many there are, or -1 when one of
+/// them covers a control.
+int checkTips(const QWidget &window)
+{
+    int tips = 0;
+    const QWidgetList controls = controlsOf(window);
+    for (QWidget *control : controls) {
+        const auto *button = qobject_cast<const ImageButton *>(control);
+        if ((button ? button->tip() : control->toolTip()).isEmpty())
+            continue;
+        ++tips;
+        const QPoint middle = control->rect().center();
+        QHelpEvent event(QEvent::ToolTip, middle, control->mapToGlobal(middle));
+        QCoreApplication::sendEvent(control, &event);
+        const QWidgetList all = QApplication::topLevelWidgets();
+        const auto tip = std::find_if(all.begin(), all.end(), [](const QWidget *each) {
+            return each->isVisible() && each->inherits("QTipLabel");
+        });
+        if (tip == all.end()) {
+            qWarning("no tip at %s", qPrintable(control->accessibleName()));
+            return -1;
+        }
+        for (const QWidget *other : controls) {
+            if (!placeOf(*other).intersects((*tip)->geometry()))
+                continue;
+            qWarning("the tip of %s covers %s", qPrintable(control->accessibleName()),
+                     qPrintable(other->accessibleName()));
+            return -1;
+        }
+        (*tip)->hide();
+    }
+    return tips;
+}
+
+} // namespace
 
 /// What the window says beside its pictures: what to do while there is none, and that a recording
 /// runs; and that a press on the picture closes what lies over it.
@@ -25,7 +101,7 @@ private slots:
     void nothingOfItIsInThePicture();
     void aRecordingIsSeenOnTheTabAndInTheTitle();
     void aPressOnTheCanvasClosesThePopUp();
-    void aTipCoversNoNeighbour_data();
+    void everySliderHasATip();
     void aTipCoversNoNeighbour();
 };
 
@@ -130,37 +206,49 @@ void WindowSignsTest::aPressOnTheCanvasClosesThePopUp()
     QVERIFY(canvas->currentImage() != start);
 }
 
-void WindowSignsTest::aTipCoversNoNeighbour_data()
+void WindowSignsTest::everySliderHasATip()
 {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("panel") << 0 << "Line";
-    QTest::newRow("bar") << 1 << "Play";
+    MainWindow window;
+    window.show();
+    openSliders(window);
+    int sliders = 0;
+    for (const QWidget *each : window.findChildren<QWidget *>()) {
+        if (!qobject_cast<const QSlider *>(each) && !qobject_cast<const HorizontalSlider *>(each))
+            continue;
+        ++sliders;
+        QVERIFY2(!each->accessibleName().isEmpty(), each->metaObject()->className());
+        QCOMPARE(each->toolTip(), each->accessibleName());
+    }
+    QCOMPARE(sliders, 4);
 }
 
 void WindowSignsTest::aTipCoversNoNeighbour()
 {
-    QFETCH(int, mode);
-    QFETCH(QString, name);
     MainWindow window;
     window.show();
     // A bar then stands at the very edge, as in a window that fills the screen.
     window.move(0, window.screen()->geometry().bottom() + 1 - window.height());
-    enter(window, mode);
-    ImageButton *tool = button(window, name);
-    QHelpEvent event(QEvent::ToolTip, tool->rect().center(),
-                     tool->mapToGlobal(tool->rect().center()));
-    QCoreApplication::sendEvent(tool, &event);
-    const auto isTip = [](const QWidget *widget) {
-        return widget->isVisible() && widget->inherits("QTipLabel");
-    };
-    const QWidgetList all = QApplication::topLevelWidgets();
-    const auto tip = std::find_if(all.begin(), all.end(), isTip);
-    QVERIFY(tip != all.end());
-    const QWidget *holder = tool->parentWidget();
-    const QRect covered(holder->mapToGlobal(QPoint(0, 0)), holder->size());
-    QVERIFY(!(*tip)->geometry().intersects(covered));
-    (*tip)->hide();
+    openSliders(window);
+    int tips = 0;
+    for (int mode = 0; mode < modes().size(); ++mode) {
+        enter(window, mode);
+        if (mode == 1)
+            window.button(Command::FilmVolume)->click();
+        if (mode == 2)
+            openSliders(window);
+        tips += checkTips(window);
+    }
+    QVERIFY2(tips > 100, qPrintable(QString::number(tips)));
+    enter(window, 0);
+    for (const Command command :
+         {Command::Rectangle, Command::Text, Command::Mask, Command::Effect}) {
+        emit window.button(command)->hold();
+        QVERIFY(checkTips(*window.currentToolWindow()) > 3);
+    }
+    window.settings();
+    QVERIFY(checkTips(*window.currentToolWindow()) > 2);
+    window.more();
+    QVERIFY(checkTips(*window.currentToolWindow()) > 0);
 }
 
 REGISTER_TEST(WindowSignsTest)

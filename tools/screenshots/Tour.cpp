@@ -4,7 +4,9 @@
 #include "canvas/OSDProcessor.h"
 #include "mainwindow/MainWindow.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "sources/LiveSource.h"
+#include "widgets/CameraPage.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ToolWindow.h"
 
@@ -204,8 +206,30 @@ void Tour::takePopupsAlone()
     m_photographer.takePopup("popup-about");
     m_window->settings();
     m_photographer.takePopup("popup-settings");
+    takePages();
     enter(Modes::Film);
     enter(Modes::Live);
+}
+
+void Tour::takePages()
+{
+    m_window->more();
+    auto *more = static_cast<MoreToolWindow *>(m_window->currentToolWindow());
+    const char *const names[] = {"camera", "recording", "presentation", "keys"};
+    for (const Pages::Page &page : Pages::all()) {
+        more->showPage(page.id);
+        m_photographer.takePopup(QString("popup-more-%1").arg(names[static_cast<int>(page.id)]));
+    }
+    more->showPage(Pages::Id::Camera);
+    CameraStatus status;
+    status.size = {1920, 1080};
+    status.vendorId = 0x04f2;
+    status.productId = 0xb1f1;
+    for (int state = 0; state <= static_cast<int>(CameraStatus::State::Silent); ++state) {
+        status.state = static_cast<CameraStatus::State>(state);
+        more->findChild<CameraPage *>()->setStatus(status);
+        m_photographer.takePopup(QString("popup-more-camera-%1").arg(state));
+    }
 }
 
 void Tour::openPopup(Command tool)

@@ -34,6 +34,8 @@ private:
     void takeModes(const QString &suffix);
     void takePopups(const QString &suffix);
     void takePopupsAlone();
+    /// The pages of the pop-up "More", that of the camera in each of its states as well.
+    void takePages();
     void takeBoxes();
     void takeIndications();
     /// A text that is being typed, and a tip.

@@ -318,16 +318,16 @@ void MainWindow::openMore()
     m_popups.open(Commands::row(Command::More), button(Command::More));
     auto *popup = static_cast<MoreToolWindow *>(m_popups.current());
     const auto markPages = [this, popup] {
-        popup->setMarked(Pages::Id::Camera, m_keeper->status().wrong());
+        popup->setMarked(Pages::Id::Camera, m_card->cameraWrong());
         popup->setMarked(Pages::Id::Recording, m_card->failureUnread());
     };
     // A failure is read there.
-    const auto read = [this, markPages](Pages::Id id) {
+    const auto read = [this](Pages::Id id) {
         if (id == Pages::Id::Recording)
             m_card->setFailureUnread(false);
-        markPages();
     };
-    connect(m_keeper, &CameraKeeper::statusChanged, popup, markPages);
+    markPages();
+    connect(m_card, &CommandCard::marksChanged, popup, markPages);
     connect(popup, &MoreToolWindow::pageShown, m_card, read);
     read(popup->page());
 }

@@ -36,6 +36,8 @@ namespace
 
 constexpr QSize MINIMUM_SIZE(800, 768);
 constexpr QSize LIVE_BOX_SIZE(60, 37);
+/// A camera that is there shows its picture two to three seconds after the start.
+constexpr std::chrono::seconds CAMERA_DELAY(5);
 /// The part of the two seconds for closing that belongs to the sources; thumbnails and threads that
 /// are left behind come after them.
 constexpr std::chrono::milliseconds END_TIMEOUT(1500);
@@ -278,8 +280,6 @@ void MainWindow::createDrawingBoard()
 
 void MainWindow::createEmptyScreens()
 {
-    // A camera that is there shows its picture two to three seconds after the start.
-    constexpr std::chrono::seconds CAMERA_DELAY(5);
     const auto pictogram = [](const char *name) {
         return QImage(QStringLiteral(":/icons/Background/%1@2x.png").arg(name));
     };
@@ -314,7 +314,8 @@ void MainWindow::createCard()
 {
     m_card = new CommandCard(&m_buttons, this);
     m_popups.setMore({m_deck, m_keeper, m_liveSource, m_presentation.get()}, m_card);
-    const auto showCamera = [this] { m_card->setCameraWrong(m_keeper->status().wrong()); };
+    m_card->allowForOpening(CAMERA_DELAY);
+    const auto showCamera = [this] { m_card->setCameraStatus(m_keeper->status()); };
     connect(m_keeper, &CameraKeeper::statusChanged, m_card, showCamera);
     showCamera();
     for (int mode = 0; mode < Modes::COUNT; ++mode) {

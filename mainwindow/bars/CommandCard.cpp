@@ -33,6 +33,8 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
         m_buttons.push_back(button);
     }
     setFixedHeight(SkinImages::layoutSize(m_ground).height());
+    m_opening.setSingleShot(true);
+    connect(&m_opening, &QTimer::timeout, this, &CommandCard::showMark);
 }
 
 void CommandCard::place(const WindowLayout &at)
@@ -58,10 +60,23 @@ void CommandCard::place(const WindowLayout &at)
     move(at.card);
 }
 
-void CommandCard::setCameraWrong(bool wrong)
+void CommandCard::setCameraStatus(const CameraStatus &status)
 {
-    m_cameraWrong = wrong;
+    m_camera = status;
     showMark();
+}
+
+void CommandCard::allowForOpening(std::chrono::milliseconds time)
+{
+    m_opening.start(time);
+    showMark();
+}
+
+bool CommandCard::cameraWrong() const
+{
+    const bool mayStillCome =
+        m_camera.state == CameraStatus::State::Waiting && m_opening.isActive();
+    return m_camera.wrong() && !mayStillCome;
 }
 
 void CommandCard::setFailureUnread(bool unread)
@@ -72,7 +87,8 @@ void CommandCard::setFailureUnread(bool unread)
 
 void CommandCard::showMark()
 {
-    m_buttons.back()->setMarked(m_cameraWrong || m_failureUnread);
+    m_buttons.back()->setMarked(cameraWrong() || m_failureUnread);
+    emit marksChanged();
 }
 
 void CommandCard::paintEvent(QPaintEvent *)

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "mainwindow/Commands.h"
+#include "sources/camera/CameraStatus.h"
 
 #include <QImage>
+#include <QTimer>
 #include <QWidget>
 
+#include <chrono>
 #include <vector>
 
 class CommandButtons;
@@ -23,11 +26,17 @@ public:
     /// Moves the card to its place and shows as many buttons as fit.
     void place(const WindowLayout &at);
     // What the pages behind "More" tell of is marked on it.
-    void setCameraWrong(bool wrong);
+    void setCameraStatus(const CameraStatus &status);
+    /// Until then it is not marked that no camera was found: one that is there may still be opened.
+    void allowForOpening(std::chrono::milliseconds time);
+    [[nodiscard]] bool cameraWrong() const;
     void setFailureUnread(bool unread);
     [[nodiscard]] bool failureUnread() const { return m_failureUnread; }
     /// The buttons that did not fit, in their order.
     [[nodiscard]] const std::vector<ImageButton *> &hidden() const { return m_hidden; }
+
+signals:
+    void marksChanged();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -35,7 +44,8 @@ protected:
 private:
     void showMark();
 
-    bool m_cameraWrong = false;
+    CameraStatus m_camera;
+    QTimer m_opening;
     bool m_failureUnread = false;
     const QImage m_ground;
     /// In their order, "More" last.

@@ -26,6 +26,7 @@ private slots:
     void aHiddenButtonIsOfferedInThePopUp();
     void thePagesTellOfKeysAndFailures();
     void theMarkIsOfTheCameraOrOfAFailure();
+    void aCameraHasTimeToBeOpened();
 };
 
 void CardTest::asManyStandOnItAsFit_data()
@@ -179,14 +180,44 @@ void CardTest::theMarkIsOfTheCameraOrOfAFailure()
     CommandCard card(&scene.buttons, &scene.parent);
     const ImageButton *more = scene.buttons.of(Command::More);
     QVERIFY(!more->isMarked());
-    card.setCameraWrong(true);
+    const auto status = [](CameraStatus::State state) {
+        CameraStatus made;
+        made.state = state;
+        return made;
+    };
+    card.setCameraStatus(status(CameraStatus::State::Unplugged));
     card.setFailureUnread(true);
     card.setFailureUnread(false);
     QVERIFY(more->isMarked());
-    card.setCameraWrong(false);
+    card.setCameraStatus(status(CameraStatus::State::Showing));
     QVERIFY(!more->isMarked());
     card.setFailureUnread(true);
     QVERIFY(more->isMarked());
+}
+
+void CardTest::aCameraHasTimeToBeOpened()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    const ImageButton *more = scene.buttons.of(Command::More);
+    const QSignalSpy marks(&card, &CommandCard::marksChanged);
+    CameraStatus status;
+    card.allowForOpening(std::chrono::hours(1));
+    card.setCameraStatus(status);
+    QVERIFY(!card.cameraWrong());
+    QVERIFY(!more->isMarked());
+    // What was found out counts at once.
+    status.state = CameraStatus::State::Busy;
+    card.setCameraStatus(status);
+    QVERIFY(more->isMarked());
+    status.state = CameraStatus::State::Waiting;
+    card.setCameraStatus(status);
+    QVERIFY(!more->isMarked());
+    const int before = marks.count();
+    card.allowForOpening(std::chrono::milliseconds(20));
+    QTRY_VERIFY(more->isMarked());
+    QVERIFY(card.cameraWrong());
+    QVERIFY(marks.count() > before);
 }
 
 REGISTER_TEST(CardTest)

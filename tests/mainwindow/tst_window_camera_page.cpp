@@ -2,6 +2,8 @@
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "mainwindow/bars/CommandCard.h"
+#include "sources/camera/CameraKeeper.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 #include "widgets/CameraPage.h"
 
@@ -40,8 +42,11 @@ private slots:
 
     void thePageFollowsTheCamera()
     {
-        QVERIFY(m_more->isMarked());
+        // A camera might still be opened.
+        QVERIFY(!m_more->isMarked());
         openCameraPage();
+        QVERIFY(!tab("Camera")->isMarked());
+        QVERIFY(QTest::qWaitFor([&] { return m_more->isMarked(); }, TIMEOUT_MS));
         QCOMPARE(sentence(), QString("No camera is plugged in."));
         QVERIFY(tab("Camera")->isMarked());
 
@@ -58,6 +63,24 @@ private slots:
         QVERIFY(m_camera->plug());
         QVERIFY(comes("The camera shows 1280 x 720"));
         QVERIFY(!m_more->isMarked());
+    }
+
+    void aCameraThatIsThereIsNeverMarkedAtStart()
+    {
+        m_window.reset();
+        m_window = std::make_unique<MainWindow>();
+        m_more = m_window->button(Command::More);
+        const auto *card = m_window->findChild<CommandCard *>();
+        bool marked = m_more->isMarked();
+        connect(card, &CommandCard::marksChanged, this,
+                [this, &marked] { marked = marked || m_more->isMarked(); });
+        m_window->show();
+        const auto *keeper = m_window->findChild<CameraKeeper *>();
+        QVERIFY(QTest::qWaitFor(
+            [&] { return keeper->status().state == CameraStatus::State::Showing; }, TIMEOUT_MS));
+        disconnect(card, nullptr, this, nullptr);
+        QVERIFY(!marked);
+        openCameraPage();
     }
 
     void aPictureThatWasNotSavedIsMarkedUntilItIsRead()

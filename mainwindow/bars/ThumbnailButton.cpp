@@ -56,4 +56,9 @@ void ThumbnailButton::paintEvent(QPaintEvent *)
         frame = Qt::white;
     painter.setPen(QPen(frame, 2.0, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
     painter.drawRect(QRect(QPoint(1, 1), QPoint(width() - 2, height() - 2)));
+    if (!isChecked())
+        return;
+    // Who cannot tell the red from the gray sees the second line.
+    painter.setPen(Qt::white);
+    painter.drawRect(rect().adjusted(2, 2, -3, -3));
 }

@@ -4,8 +4,8 @@
 
 #include <QImage>
 
-/// One picture of the thumbnail strip with a coloured frame: red when it is chosen, white under the
-/// pointer, otherwise gray.
+/// One picture of the thumbnail strip with a coloured frame: red when it is chosen, with a white
+/// line inside, white under the pointer, otherwise gray.
 class ThumbnailButton : public TabFocusButton
 {
     Q_OBJECT

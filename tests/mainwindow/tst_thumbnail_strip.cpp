@@ -223,12 +223,21 @@ private slots:
         ThumbnailButton button(nullptr);
         button.setFixedSize(56, 50);
         const auto frame = [&button] { return QColor(button.grab().toImage().pixel(1, 25)); };
+        // The line inside tells the chosen one without its colour.
+        const auto insideIsWhite = [&button] {
+            const QImage shown = button.grab().toImage();
+            const QRgb white = qRgb(255, 255, 255);
+            return shown.pixel(2, 25) == white && shown.pixel(53, 25) == white &&
+                   shown.pixel(28, 2) == white && shown.pixel(28, 47) == white;
+        };
         QCOMPARE(frame(), QColor(Qt::gray));
         QEvent enter(QEvent::Enter);
         QCoreApplication::sendEvent(&button, &enter);
         QCOMPARE(frame(), QColor(Qt::white));
+        QVERIFY(!insideIsWhite());
         button.setChecked(true);
         QCOMPARE(frame(), QColor(Qt::red));
+        QVERIFY(insideIsWhite());
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(&button, &leave);
         button.setChecked(false);

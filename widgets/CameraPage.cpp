@@ -3,10 +3,12 @@
 #include "widgets/CameraAdvice.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
+#include "widgets/StatusSign.h"
 #include "widgets/ToolTips.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
@@ -24,16 +26,26 @@ QLabel *wrappedLabel(QWidget *parent)
     return label;
 }
 
+StatusSign::Look lookOf(const CameraStatus &status)
+{
+    if (status.wrong())
+        return StatusSign::Look::Wrong;
+    return status.state == CameraStatus::State::Showing ? StatusSign::Look::Fine
+                                                        : StatusSign::Look::Waiting;
+}
+
 } // namespace
 
 CameraPage::CameraPage(QWidget *parent)
     : QWidget(parent)
+    , m_sign(new StatusSign(this))
     , m_sentence(wrappedLabel(this))
     , m_remedy(wrappedLabel(this))
     , m_commands(new QPlainTextEdit(this))
     , m_copy(new ImageButton("POPUP_BUTTON", this, 0, 0))
 {
-    setStyleSheet("QLabel { font-family: Arial; font-size: 13px; color: white; }");
+    setStyleSheet("QLabel { font-family: Arial; font-size: 14px; color: white; }");
+    m_remedy->setStyleSheet("color: #D6DAE0;");
     m_commands->setReadOnly(true);
     m_commands->setFixedHeight(COMMANDS_HEIGHT);
     m_commands->setAccessibleName(tr("Commands"));
@@ -45,7 +57,13 @@ CameraPage::CameraPage(QWidget *parent)
     connect(m_copy, SIGNAL(clicked()), this, SLOT(copyCommands()));
 
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_sentence);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(10);
+    auto *state = new QHBoxLayout;
+    state->setSpacing(10);
+    state->addWidget(m_sign, 0, Qt::AlignTop);
+    state->addWidget(m_sentence, 1);
+    layout->addLayout(state);
     layout->addWidget(m_remedy);
     layout->addWidget(m_commands);
     layout->addWidget(m_copy);
@@ -56,6 +74,7 @@ CameraPage::CameraPage(QWidget *parent)
 void CameraPage::setStatus(const CameraStatus &status)
 {
     const CameraAdvice advice = CameraAdvice::of(status);
+    m_sign->setLook(lookOf(status));
     m_sentence->setText(advice.sentence);
     m_remedy->setText(advice.remedy);
     m_remedy->setVisible(!advice.remedy.isEmpty());

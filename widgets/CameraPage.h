@@ -7,9 +7,11 @@
 class ImageButton;
 class QLabel;
 class QPlainTextEdit;
+class StatusSign;
 
-/// A page about the camera: its state, what helps, and the commands for that with a button that
-/// copies them. It keeps the width that it is made with and wraps its lines to that. GUI thread.
+/// A page about the camera: its state with a sign, what helps, and the commands for that with a
+/// button that copies them. It keeps the width that it is made with and wraps its lines to that.
+/// GUI thread.
 class CameraPage : public QWidget
 {
     Q_OBJECT
@@ -26,6 +28,7 @@ private slots:
     void copyCommands();
 
 private:
+    StatusSign *m_sign;
     QLabel *m_sentence;
     QLabel *m_remedy;
     QPlainTextEdit *m_commands;

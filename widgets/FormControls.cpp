@@ -25,7 +25,14 @@ const char FIELD_SHEET[] =
     "QComboBox::drop-down { border: none; width: 18px; }"
     "QComboBox::down-arrow { image: url(:/icons/combo_arrow.png); width: 10px; height: 6px; }"
     "QComboBox QAbstractItemView { background: #22262B; color: #D6DAE0;"
-    " border: 1px solid #4A525C; selection-background-color: #0074E6; selection-color: white; }";
+    " border: 1px solid #4A525C; selection-background-color: #0074E6; selection-color: white; }"
+    "QCheckBox { color: white; spacing: 8px; }"
+    "QCheckBox::indicator { width: 14px; height: 14px; background: #22262B;"
+    " border: 1px solid #8A929C; border-radius: 2px; }"
+    "QCheckBox::indicator:hover, QCheckBox::indicator:focus { border-color: white; }"
+    "QCheckBox::indicator:checked { background: #0074E6; border-color: #3D9BFF;"
+    " image: url(:/icons/check_mark.png); }"
+    "QCheckBox::indicator:checked:focus { border-color: white; }";
 
 } // namespace
 

@@ -14,7 +14,7 @@ namespace FormControls
 /// The height at which a field stands in a row of the pop-ups, in pixels.
 constexpr int FIELD_HEIGHT = 22;
 
-/// Gives a combo box or a line edit its colours and its height.
+/// Gives a combo box, a line edit or a check box its colours and its height.
 void applyLook(QWidget *field, int height = FIELD_HEIGHT);
 
 /// Makes the letters of a field or a label narrower where the widest of these texts would be cut

@@ -16,11 +16,13 @@ namespace
 const QString PAGE_KEY = QStringLiteral("morePage");
 constexpr int MARGIN = 8;
 constexpr int FIRST_Y = 24;
-constexpr int TAB_PITCH = 108;
+constexpr int TAB_PITCH = 164;
 constexpr int TAB_ROW = 24;
-constexpr int TABS_A_ROW = 3;
+constexpr int TABS_A_ROW = 2;
 constexpr int HIDDEN_PITCH = 36;
 constexpr int HIDDEN_ROW = 34;
+/// Around what a page says.
+constexpr QMargins PAGE_MARGINS(6, 10, 6, 6);
 constexpr int TAB_POINTS = 10;
 
 } // namespace
@@ -57,6 +59,7 @@ void MoreToolWindow::showPage(Pages::Id id)
     m_tabs->button(index)->setChecked(true);
     QWidget *made = row.make(m_context, m_area);
     made->setAccessibleName(tr(row.title));
+    made->setContentsMargins(PAGE_MARGINS);
     m_area->setWidget(made);
     emit pageShown(id);
 }
@@ -106,8 +109,9 @@ int MoreToolWindow::addTabs(int y)
 {
     int index = 0;
     for (const Pages::Page &row : Pages::all()) {
-        auto *tab = new ImageButton("MAIN_BUTTON", this, MARGIN + index % TABS_A_ROW * TAB_PITCH,
-                                    y + index / TABS_A_ROW * TAB_ROW);
+        auto *tab =
+            new ImageButton("MAIN_BUTTON_LONG", this, MARGIN + index % TABS_A_ROW * TAB_PITCH,
+                            y + index / TABS_A_ROW * TAB_ROW);
         tab->setFont(QFont("Arial", TAB_POINTS));
         tab->setTextColor(Qt::white);
         tab->setText(tr(row.title));

@@ -19,8 +19,8 @@ QWidget *Pages::makeTable(const std::vector<Line> &lines, QWidget *parent)
 {
     QString rows;
     for (const Line &line : lines) {
-        rows += QStringLiteral("<tr><td style='padding: 2px 16px 2px 0'>%1</td>"
-                               "<td style='padding: 2px 0'>%2</td></tr>")
+        rows += QStringLiteral("<tr><td style='padding: 3px 16px 3px 0; color: #AEB6C0'>%1</td>"
+                               "<td style='padding: 3px 0'>%2</td></tr>")
                     .arg(line.what.toHtmlEscaped(), line.how.toHtmlEscaped());
     }
     auto *table = new QLabel("<table>" + rows + "</table>", parent);

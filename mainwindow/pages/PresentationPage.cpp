@@ -38,8 +38,7 @@ QComboBox *makeScreens(Presentation *presentation, QWidget *parent)
 QCheckBox *makeChoice(const QString &caption, bool chosen, QWidget *parent)
 {
     auto *choice = new QCheckBox(caption, parent);
-    choice->setFont(FormControls::font());
-    choice->setStyleSheet(QStringLiteral("color: white;"));
+    FormControls::applyLook(choice);
     choice->setChecked(chosen);
     return choice;
 }
@@ -50,6 +49,8 @@ QWidget *Pages::makePresentationPage(const Context &context, QWidget *parent)
 {
     auto *page = new QWidget(parent);
     auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
     ::Presentation *presentation = context.presentation;
     if (!presentation)
         return page;

@@ -1,17 +1,21 @@
 #include "app/LocaleCatalogue.h"
 #include "canvas/OSDProcessor.h"
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "resources/Skin.h"
 #include "resources/SkinImages.h"
 #include "resources/SkinStyle.h"
 #include "resources/translations/Translations.h"
 #include "tests/mainwindow/WindowProbe.h"
+#include "widgets/CameraPage.h"
 #include "widgets/FolderField.h"
 #include "widgets/TickLabel.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QPainter>
 #include <QProcess>
+#include <QScrollArea>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
 #include <QTranslator>
@@ -121,8 +125,22 @@ void measureField(const QLineEdit *field, const QString &place)
         tell(place, field->text(), needed, room);
 }
 
+void measurePage(const QScrollArea *area, const QString &place)
+{
+    // It wraps its lines to the room, and is wider only when a word is.
+    const int needed = std::max(area->widget()->width(), area->widget()->minimumSizeHint().width());
+    if (needed > area->viewport()->width())
+        tell(place, area->widget()->accessibleName(), needed, area->viewport()->width());
+    for (const QCheckBox *box : area->findChildren<QCheckBox *>()) {
+        if (box->sizeHint().width() > box->width())
+            tell(place, box->text(), box->sizeHint().width(), box->width());
+    }
+}
+
 void measure(const QWidget &window, const QString &place)
 {
+    for (const QScrollArea *area : window.findChildren<QScrollArea *>())
+        measurePage(area, place);
     for (ImageButton *button : window.findChildren<ImageButton *>()) {
         if (button->isVisible() && !button->text().isEmpty())
             measureButton(button, place);
@@ -151,6 +169,29 @@ void measurePopup(const MainWindow &window, const QString &place)
         measure(*popup, place + popup->accessibleName());
     else
         tell(place, "no pop-up", 0, 0);
+}
+
+/// Every page of the pop-up "More", that of the camera in each of its states.
+void measurePages(MainWindow *window, const QString &place)
+{
+    window->more();
+    auto *more = static_cast<MoreToolWindow *>(window->currentToolWindow());
+    for (const Pages::Page &page : Pages::all()) {
+        more->showPage(page.id);
+        QCoreApplication::sendPostedEvents();
+        measurePopup(*window, place);
+    }
+    more->showPage(Pages::Id::Camera);
+    auto *page = new CameraPage;
+    more->findChild<QScrollArea *>()->setWidget(page);
+    for (int state = 0; state <= int(CameraStatus::State::Silent); ++state) {
+        CameraStatus status;
+        status.state = CameraStatus::State(state);
+        status.size = QSize(1920, 1080);
+        page->setStatus(status);
+        QCoreApplication::sendPostedEvents();
+        measurePopup(*window, place);
+    }
 }
 
 /// The caption of an indication stands right of its icon.
@@ -196,6 +237,7 @@ void measureLanguage(const QString &locale)
     measurePopup(window, locale + " ");
     window.About();
     measurePopup(window, locale + " ");
+    measurePages(&window, locale + " ");
 
     OSDProcessor *processor = window.osdProcessors().value(window.currentCanvas());
     const auto translated = [](const char *context, const char *text) {

@@ -1,14 +1,20 @@
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "resources/SkinStyle.h"
 #include "tests/mainwindow/WindowProbe.h"
 #include "tests/widgets/Contrast.h"
+#include "widgets/CameraPage.h"
+#include "widgets/StatusSign.h"
 
 #include "tests/TestProgram.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QHash>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QStyleOptionButton>
 
 using namespace WindowProbe;
 
@@ -17,6 +23,8 @@ namespace
 
 /// What letters and small signs need.
 constexpr double LEAST = 4.5;
+/// What larger signs need, and the edges of controls.
+constexpr double LEAST_OF_SIGNS = 3.0;
 /// Fewer pixels of a colour are no letter.
 constexpr int LEAST_PIXELS = 3;
 
@@ -46,6 +54,26 @@ QImage seen(const QWidget &widget)
     return window->grab(place.adjusted(3, 3, -3, -3))
         .toImage()
         .convertToFormat(QImage::Format_RGB32);
+}
+
+/// How far the box itself stands apart from its ground.
+double indicatorContrast(const QCheckBox &box)
+{
+    QStyleOptionButton option;
+    option.initFrom(&box);
+    const QRect place = box.style()
+                            ->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box)
+                            .adjusted(-3, -3, 3, 3);
+    const QImage image = box.window()
+                             ->grab(QRect(box.mapTo(box.window(), place.topLeft()), place.size()))
+                             .toImage()
+                             .convertToFormat(QImage::Format_RGB32);
+    // The ground is in the corner.
+    double best = 1.0;
+    for (int x = 0; x < image.width(); ++x)
+        best = std::max(
+            best, Contrast::of(image.pixelColor(0, 0), image.pixelColor(x, image.height() / 2)));
+    return best;
 }
 
 /// The texts of a window that cannot be read, with their contrast.
@@ -89,6 +117,9 @@ private slots:
     void everyTextCanBeRead_data();
     void everyTextCanBeRead();
     void everyTextOfABoxCanBeRead();
+    void everyPageOfMoreCanBeRead_data() { everyTextCanBeRead_data(); }
+    void everyPageOfMoreCanBeRead();
+    void thePresentationsSignsStandOutInEveryState();
     void captionsCanBeReadInEveryState();
     void cleanup() { QApplication::setPalette(QPalette()); }
 };
@@ -139,6 +170,59 @@ void WindowContrastTest::everyTextOfABoxCanBeRead()
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.show();
     QCOMPARE(unreadable(dialog), QStringList());
+}
+
+void WindowContrastTest::everyPageOfMoreCanBeRead()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    MainWindow window;
+    window.show();
+    window.more();
+    auto *more = static_cast<MoreToolWindow *>(window.currentToolWindow());
+    for (const Pages::Page &page : Pages::all()) {
+        more->showPage(page.id);
+        QVERIFY(QTest::qWaitForWindowExposed(more));
+        QCOMPARE(unreadable(*more), QStringList());
+        for (QCheckBox *box : more->findChildren<QCheckBox *>()) {
+            box->setChecked(false);
+            QVERIFY2(indicatorContrast(*box) >= LEAST_OF_SIGNS, qPrintable(box->text()));
+            box->setChecked(true);
+            QVERIFY2(indicatorContrast(*box) >= LEAST_OF_SIGNS, qPrintable(box->text()));
+        }
+    }
+    auto *page = new CameraPage;
+    more->findChild<QScrollArea *>()->setWidget(page);
+    for (int state = 0; state <= int(CameraStatus::State::Silent); ++state) {
+        CameraStatus status;
+        status.state = CameraStatus::State(state);
+        page->setStatus(status);
+        QCOMPARE(unreadable(*more), QStringList());
+        QVERIFY(contrastIn(seen(*page->findChild<StatusSign *>())) >= LEAST_OF_SIGNS);
+    }
+}
+
+void WindowContrastTest::thePresentationsSignsStandOutInEveryState()
+{
+    MainWindow window;
+    window.resize(1400, 768); // all of them then stand on the card
+    window.show();
+    for (const Command command :
+         {Command::Present, Command::HoldPresentation, Command::BlankPresentation, Command::More}) {
+        ImageButton *each = window.button(command);
+        QTRY_VERIFY(each->isVisible());
+        for (const bool checked : {false, true}) {
+            each->setGray(false);
+            each->setCheckable(true);
+            each->setChecked(checked);
+            QVERIFY2(contrastIn(seen(*each)) >= LEAST, qPrintable(each->accessibleName()));
+            QEvent over(QEvent::Enter);
+            QCoreApplication::sendEvent(each, &over);
+            QVERIFY2(contrastIn(seen(*each)) >= LEAST, qPrintable(each->accessibleName()));
+            QEvent left(QEvent::Leave);
+            QCoreApplication::sendEvent(each, &left);
+        }
+    }
 }
 
 void WindowContrastTest::captionsCanBeReadInEveryState()

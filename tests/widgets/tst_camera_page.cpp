@@ -1,6 +1,7 @@
 #include "widgets/CameraAdvice.h"
 #include "widgets/CameraPage.h"
 #include "widgets/ImageButton.h"
+#include "widgets/StatusSign.h"
 
 #include "tests/TestProgram.h"
 
@@ -51,6 +52,26 @@ private slots:
         for (const State state : STATES) {
             const CameraStatus status = statusOf(state);
             QCOMPARE(CameraAdvice::of(status).remedy.isEmpty(), !status.wrong());
+        }
+    }
+
+    void theSignTellsByItsShape()
+    {
+        CameraPage page;
+        const auto *sign = page.findChild<StatusSign *>();
+        // Without colours, as bits: fine, waiting and wrong differ.
+        QVector<QImage> looks;
+        for (const State state : {State::Showing, State::Seen, State::Busy}) {
+            page.setStatus(statusOf(state));
+            QPixmap picture(sign->size());
+            picture.fill(QColor(0x15181B));
+            page.findChild<StatusSign *>()->render(&picture, {}, {}, QWidget::DrawChildren);
+            looks << picture.toImage().convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+        }
+        QVERIFY(looks[0] != looks[1] && looks[1] != looks[2] && looks[0] != looks[2]);
+        for (const State state : STATES) {
+            page.setStatus(statusOf(state));
+            QCOMPARE(sign->look() == StatusSign::Look::Wrong, statusOf(state).wrong());
         }
     }
 

@@ -127,7 +127,8 @@ QStringList plainPaths()
                         {"BAR", "BAR_CENTER", "BK_LONG", "BK_SHORT", "BK_MIN", "BK_MAX"}) +
            withSuffixes("OSD/OSD_", {"ZOOM_IN", "ZOOM_OUT", "ROTATE", "AUTOFOCUS", "FREEZE",
                                      "MACRO", "TIME", "SNAPSHOT"}) +
-           QStringList{"settings_select_gray", "settings_selected", "combo_arrow",
+           QStringList{"settings_select_gray",  "settings_selected",
+                       "combo_arrow",           "check_mark",
                        "Background/EMPTY_FILM", "Background/EMPTY_PHOTOGRAPH"};
 }
 

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QScrollArea>
 #include <QTextEdit>
 #include <QTimer>
 #include <QToolTip>
@@ -221,13 +222,17 @@ void Tour::takePages()
         m_photographer.takePopup(QString("popup-more-%1").arg(names[static_cast<int>(page.id)]));
     }
     more->showPage(Pages::Id::Camera);
+    // The page that the pop-up made follows the camera.
+    auto *page = new CameraPage;
+    page->setContentsMargins(more->findChild<CameraPage *>()->contentsMargins());
+    more->findChild<QScrollArea *>()->setWidget(page);
     CameraStatus status;
     status.size = {1920, 1080};
     status.vendorId = 0x04f2;
     status.productId = 0xb1f1;
     for (int state = 0; state <= static_cast<int>(CameraStatus::State::Silent); ++state) {
         status.state = static_cast<CameraStatus::State>(state);
-        more->findChild<CameraPage *>()->setStatus(status);
+        page->setStatus(status);
         m_photographer.takePopup(QString("popup-more-camera-%1").arg(state));
     }
 }

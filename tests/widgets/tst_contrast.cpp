@@ -6,6 +6,9 @@
 #include <QHash>
 #include <QPainter>
 #include <QTest>
+#include <QtMath>
+
+#include <cmath>
 
 namespace
 {
@@ -58,6 +61,21 @@ Colours coloursOf(const QImage &image)
     return colours;
 }
 
+/// What the pixels reach that differ from the ground and that `counts`, within `area`.
+template <class Counts>
+QSize extentOf(const QImage &image, const QRect &area, const Counts &counts, const QColor &ground)
+{
+    QRect reached;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            if (colour != ground && counts(colour))
+                reached |= QRect(x, y, 1, 1);
+        }
+    }
+    return reached.size();
+}
+
 QList<QColor> groundsOf(const SkinImage &image)
 {
     if (image.ground == "picture")
@@ -89,6 +107,8 @@ private slots:
     void everySignStandsOut();
     void captionsCanBeRead();
     void stripsAndTabsStandOut();
+    void indicationsAreSeenFromTheLastRow_data();
+    void indicationsAreSeenFromTheLastRow();
 };
 
 void ContrastTest::everySignStandsOut_data()
@@ -163,6 +183,44 @@ void ContrastTest::stripsAndTabsStandOut()
     for (int y = 0; y < 8; ++y)
         edge = std::max(edge, Contrast::of(tab.pixelColor(105, y), 0x22262B));
     QVERIFY2(edge >= 2.5, qPrintable(QString::number(edge)));
+}
+
+void ContrastTest::indicationsAreSeenFromTheLastRow_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name :
+         {"AUTOFOCUS", "FREEZE", "MACRO", "MASK_", "MASK_CIRCLE", "MASK_RECTANGLE", "MASK_LEFT",
+          "MASK_TOP", "COLOR_COLOR", "COLOR_BW", "COLOR_NEGATIVE", "COLOR_MOSAIC", "ZOOM_IN",
+          "ZOOM_OUT", "ROTATE", "SNAPSHOT"})
+        QTest::newRow(name) << QString(name);
+}
+
+// A projection 2 m wide, looked at from 8 m.
+void ContrastTest::indicationsAreSeenFromTheLastRow()
+{
+    QFETCH(QString, name);
+    constexpr double WIDTH_MM = 2000.0;
+    constexpr double DISTANCE_MM = 8000.0;
+    constexpr double NEEDED_MINUTES = 15.0;
+    const auto minutesOf = [](double pixels, int pixelsAcross) {
+        const double millimetres = pixels * WIDTH_MM / pixelsAcross;
+        return qRadiansToDegrees(std::atan(millimetres / DISTANCE_MM)) * 60.0;
+    };
+    const QImage image = onGround("OSD/OSD_" + name, Qt::white);
+    // A caption stands right of this.
+    const QRect sign(0, 0, std::min(image.width(), 2 * 40), image.height());
+    const QSize ink = extentOf(
+        image, sign, [](const QColor &colour) { return colour.lightness() > 128; },
+        coloursOf(image).face);
+    const QSize plate = extentOf(
+        image, sign, [](const QColor &) { return true; }, Qt::white);
+    const double inkPixels = std::max(ink.width(), ink.height()) / 2.0;
+    const double platePixels = std::max(plate.width(), plate.height()) / 2.0;
+    // The sign itself where the projector has 1280 pixels across, with its plate where it has 1920.
+    QVERIFY2(minutesOf(inkPixels, 1280) >= NEEDED_MINUTES,
+             qPrintable(QString::number(minutesOf(inkPixels, 1280))));
+    QVERIFY2(minutesOf(platePixels, 1920) >= NEEDED_MINUTES,
+             qPrintable(QString::number(minutesOf(platePixels, 1920))));
 }
 
 REGISTER_TEST(ContrastTest)

@@ -16,7 +16,8 @@
 namespace
 {
 
-constexpr int COMMANDS_HEIGHT = 92;
+/// Both commands are read without scrolling.
+constexpr int COMMANDS_HEIGHT = 140;
 
 QLabel *wrappedLabel(QWidget *parent)
 {

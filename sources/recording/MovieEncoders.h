@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-/// Which H.264 encoder writes movies.
+/// Which encoders write movies: H.264 for the pictures, AAC for the sound.
 namespace MovieEncoders
 {
 
@@ -15,6 +15,9 @@ QStringList names();
 /// pictures, no picture held back, quality for paper and print. A name that is not known stands
 /// alone.
 QString description(const QString &name);
+
+/// The encoder of the sound, in the same syntax.
+QString soundDescription();
 
 /// The description of the first of `names` that this machine has and that really encodes pictures
 /// of `size`; empty when there is none. The answer for an encoder and a size is found once.

@@ -1,6 +1,7 @@
 #include "sources/recording/MovieEncoders.h"
 
 #include "sources/gst/PipelineRun.h"
+#include "sources/recording/BitRates.h"
 
 #include <QDebug>
 #include <QHash>
@@ -11,27 +12,38 @@
 namespace
 {
 
+/// What an element's property "bitrate" counts in.
+enum class RateUnit { Bits, Kilobits };
+
 struct Encoder {
     const char *name;
+    /// In kilobits a second, whatever the element counts in.
+    int bitRate;
+    RateUnit unit;
     const char *properties;
     /// Hardware registers encoders that its driver then refuses: they are tried before use.
     bool trusted;
 };
 
 constexpr Encoder ENCODERS[] = {
-    {"vah264enc", "bitrate=8000 key-int-max=30 b-frames=0", false},
-    {"vah264lpenc", "bitrate=8000 key-int-max=30 b-frames=0", false},
-    {"nvh264enc", "bitrate=8000 gop-size=30 zerolatency=true", false},
-    {"qsvh264enc", "bitrate=8000 gop-size=30 b-frames=0", false},
-    {"vaapih264enc", "bitrate=8000 keyframe-period=30 max-bframes=0", false},
+    {"vah264enc", BitRates::PICTURES, RateUnit::Kilobits, "key-int-max=30 b-frames=0", false},
+    {"vah264lpenc", BitRates::PICTURES, RateUnit::Kilobits, "key-int-max=30 b-frames=0", false},
+    {"nvh264enc", BitRates::PICTURES, RateUnit::Kilobits, "gop-size=30 zerolatency=true", false},
+    {"qsvh264enc", BitRates::PICTURES, RateUnit::Kilobits, "gop-size=30 b-frames=0", false},
+    {"vaapih264enc", BitRates::PICTURES, RateUnit::Kilobits, "keyframe-period=30 max-bframes=0",
+     false},
     // The element adds the trellis to this preset, which takes a fifth of the encoder's time and
     // makes the movie of a page larger at the same quality.
-    {"x264enc",
-     "speed-preset=superfast tune=zerolatency pass=qual quantizer=23 bitrate=16000 key-int-max=30"
-     " trellis=false",
+    {"x264enc", BitRates::PICTURES_LIMIT, RateUnit::Kilobits,
+     "speed-preset=superfast tune=zerolatency pass=qual quantizer=23 key-int-max=30 trellis=false",
      true},
-    {"openh264enc", "bitrate=8000000 gop-size=30 complexity=low", true},
+    {"openh264enc", BitRates::PICTURES, RateUnit::Bits, "gop-size=30 complexity=low", true},
 };
+
+QString bitRateProperty(int kilobits, RateUnit unit)
+{
+    return QStringLiteral(" bitrate=%1").arg(unit == RateUnit::Bits ? kilobits * 1000 : kilobits);
+}
 
 const Encoder *find(const QString &name)
 {
@@ -95,7 +107,15 @@ QStringList MovieEncoders::names()
 QString MovieEncoders::description(const QString &name)
 {
     const Encoder *encoder = find(name);
-    return encoder ? name + QLatin1Char(' ') + QLatin1String(encoder->properties) : name;
+    if (!encoder)
+        return name;
+    return name + bitRateProperty(encoder->bitRate, encoder->unit) + QLatin1Char(' ') +
+           QLatin1String(encoder->properties);
+}
+
+QString MovieEncoders::soundDescription()
+{
+    return QStringLiteral("avenc_aac") + bitRateProperty(BitRates::SOUND, RateUnit::Bits);
 }
 
 QString MovieEncoders::firstWorking(const QStringList &names, QSize size)

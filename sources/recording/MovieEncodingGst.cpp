@@ -1,5 +1,6 @@
 #include "sources/recording/MovieEncodingGst.h"
 
+#include "sources/recording/MovieEncoders.h"
 #include "sources/recording/SampleDescriptions.h"
 #include "sources/recording/SoundCapture.h"
 
@@ -15,18 +16,17 @@ constexpr std::uint32_t SOUND_PACKET = 1024;
 /// What comes out waits for the disk for about ten seconds.
 QString pipelineDescription(const QString &encoder)
 {
-    return QStringLiteral(
-               "appsrc name=pictures is-live=true format=time block=false"
-               " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
-               " ! h264parse ! video/x-h264,stream-format=avc,alignment=au"
-               " ! appsink name=picturesout max-buffers=300 sync=false async=false"
-               " wait-on-eos=false enable-last-sample=false "
-               "appsrc name=sound is-live=true format=time block=false"
-               " max-bytes=0 max-buffers=0 max-time=0 ! audioconvert ! avenc_aac bitrate=96000"
-               " ! aacparse ! audio/mpeg,mpegversion=4,stream-format=raw"
-               " ! appsink name=soundout max-buffers=450 sync=false async=false"
-               " wait-on-eos=false enable-last-sample=false")
-        .arg(encoder);
+    return QStringLiteral("appsrc name=pictures is-live=true format=time block=false"
+                          " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
+                          " ! h264parse ! video/x-h264,stream-format=avc,alignment=au"
+                          " ! appsink name=picturesout max-buffers=300 sync=false async=false"
+                          " wait-on-eos=false enable-last-sample=false "
+                          "appsrc name=sound is-live=true format=time block=false"
+                          " max-bytes=0 max-buffers=0 max-time=0 ! audioconvert ! %2"
+                          " ! aacparse ! audio/mpeg,mpegversion=4,stream-format=raw"
+                          " ! appsink name=soundout max-buffers=450 sync=false async=false"
+                          " wait-on-eos=false enable-last-sample=false")
+        .arg(encoder, MovieEncoders::soundDescription());
 }
 
 /// The decoder's configuration that the encoder has put beside the stream.

@@ -24,7 +24,7 @@ constexpr int LEAST_PLACES = 3;
 [[nodiscard]] inline std::vector<bool> chosen(const std::vector<bool> &checked, int room)
 {
     const std::size_t last = checked.size() - 1;
-    int free = shown(int(checked.size()), room) - 1;
+    int free = shown(static_cast<int>(checked.size()), room) - 1;
     std::vector<bool> result(checked.size(), false);
     result[last] = true;
     for (const bool wanted : {true, false}) {

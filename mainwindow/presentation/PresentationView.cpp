@@ -138,8 +138,8 @@ QTransform PresentationView::fromCanvas() const
     if (from.isEmpty())
         return {};
     return QTransform::fromTranslate(-from.x(), -from.y()) *
-           QTransform::fromScale(double(to.width()) / from.width(),
-                                 double(to.height()) / from.height()) *
+           QTransform::fromScale(static_cast<double>(to.width()) / from.width(),
+                                 static_cast<double>(to.height()) / from.height()) *
            QTransform::fromTranslate(to.x(), to.y());
 }
 

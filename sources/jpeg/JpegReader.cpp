@@ -17,7 +17,7 @@ unsigned int eighthsOf(qint64 mostPixels, const jpeg_decompress_struct &info)
 {
     const auto pixels = [&info](unsigned int eighths) {
         const auto side = [eighths](JDIMENSION whole) {
-            return (qint64(whole) * eighths + WHOLE - 1) / WHOLE;
+            return (static_cast<qint64>(whole) * eighths + WHOLE - 1) / WHOLE;
         };
         return side(info.image_width) * side(info.image_height);
     };
@@ -45,8 +45,9 @@ qint64 coefficientBytes(jpeg_decompress_struct &info)
         return 0;
     qint64 blocks = 0;
     for (int i = 0; i < info.num_components; ++i)
-        blocks += qint64(info.comp_info[i].width_in_blocks) * info.comp_info[i].height_in_blocks;
-    return blocks * qint64(sizeof(JBLOCK));
+        blocks += static_cast<qint64>(info.comp_info[i].width_in_blocks) *
+                  info.comp_info[i].height_in_blocks;
+    return blocks * static_cast<qint64>(sizeof(JBLOCK));
 }
 
 bool inScreenColours(const jpeg_decompress_struct &info)
@@ -64,7 +65,8 @@ QByteArray profileOf(JpegDecompressor &decompressor)
             length = 0;
     });
     const QByteArray profile =
-        read ? QByteArray(reinterpret_cast<const char *>(data), int(length)) : QByteArray();
+        read ? QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(length))
+             : QByteArray();
     std::free(data);
     return profile;
 }
@@ -101,7 +103,7 @@ JpegPicture readAt(QIODevice &device, qint64 mostBytes, Eighths eighths)
     if (rows == 0)
         return {};
     for (int y = rows; !whole && y < image.height(); ++y)
-        std::fill_n(image.scanLine(y), image.bytesPerLine(), uchar(255));
+        std::fill_n(image.scanLine(y), image.bytesPerLine(), static_cast<uchar>(255));
     return {image, profileOf(decompressor)};
 }
 

@@ -44,7 +44,7 @@ QString FileNames::decode(const QByteArray &name)
     for (int place = 0; place < name.size();) {
         const int length = characterLength(name, place);
         if (length == 0)
-            pieces += QChar(ushort(ESCAPE_BASE + uchar(name.at(place))));
+            pieces += QChar(static_cast<ushort>(ESCAPE_BASE + static_cast<uchar>(name.at(place))));
         else
             pieces += QFile::decodeName(name.mid(place, length));
         place += std::max(length, 1);
@@ -60,7 +60,7 @@ QByteArray FileNames::encode(const QString &name)
         if (!isEscape(name, i))
             continue;
         bytes += QFile::encodeName(name.mid(begin, i - begin));
-        bytes += char(name.at(i).unicode() - ESCAPE_BASE);
+        bytes += static_cast<char>(name.at(i).unicode() - ESCAPE_BASE);
         begin = i + 1;
     }
     return bytes + QFile::encodeName(name.mid(begin));

@@ -21,25 +21,25 @@ void layOverWhite(const QRgb *source, uchar *target, int width)
     for (int x = 0; x < width; ++x, target += 3) {
         const QRgb pixel = qPremultiply(source[x]);
         const int white = 255 - qAlpha(pixel);
-        target[0] = uchar(qRed(pixel) + white);
-        target[1] = uchar(qGreen(pixel) + white);
-        target[2] = uchar(qBlue(pixel) + white);
+        target[0] = static_cast<uchar>(qRed(pixel) + white);
+        target[1] = static_cast<uchar>(qGreen(pixel) + white);
+        target[2] = static_cast<uchar>(qBlue(pixel) + white);
     }
 }
 
 void takeOpaque(const QRgb *source, uchar *target, int width)
 {
     for (int x = 0; x < width; ++x, target += 3) {
-        target[0] = uchar(qRed(source[x]));
-        target[1] = uchar(qGreen(source[x]));
-        target[2] = uchar(qBlue(source[x]));
+        target[0] = static_cast<uchar>(qRed(source[x]));
+        target[1] = static_cast<uchar>(qGreen(source[x]));
+        target[2] = static_cast<uchar>(qBlue(source[x]));
     }
 }
 
 void leaveOutColumns(const QRgb *source, int sourceWidth, QRgb *target, int width)
 {
     for (int x = 0; x < width; ++x)
-        target[x] = source[qint64(x) * sourceWidth / width];
+        target[x] = source[static_cast<qint64>(x) * sourceWidth / width];
 }
 
 } // namespace
@@ -67,7 +67,9 @@ QImage PictureColours::prepared(const QImage &image, const QColorSpace &space, Q
     QVector<QRgb> narrow(size.width());
     for (int y = 0; y < size.height(); y += step) {
         const int rows = std::min(step, size.height() - y);
-        const int from = sameSize ? y : int(qint64(y) * image.height() / size.height());
+        const int from =
+            sameSize ? y
+                     : static_cast<int>(static_cast<qint64>(y) * image.height() / size.height());
         QImage block = image.copy(0, from, image.width(), rows).convertToFormat(between);
         if (!inScreenColours)
             block.applyColorTransform(transform);

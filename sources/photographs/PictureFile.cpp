@@ -17,8 +17,9 @@ constexpr qint64 NS_PER_SECOND = 1000 * 1000 * 1000;
 
 FileStamp stampOf(const struct stat &status)
 {
-    return {qint64(status.st_size),
-            qint64(status.st_mtim.tv_sec) * NS_PER_SECOND + qint64(status.st_mtim.tv_nsec),
+    return {static_cast<qint64>(status.st_size),
+            static_cast<qint64>(status.st_mtim.tv_sec) * NS_PER_SECOND +
+                static_cast<qint64>(status.st_mtim.tv_nsec),
             quint64(status.st_dev), quint64(status.st_ino)};
 }
 
@@ -49,12 +50,12 @@ PictureFile::PictureFile(const QString &path)
 QByteArray PictureFile::content(const Progress &progress)
 {
     QByteArray bytes;
-    bytes.reserve(int(m_stamp.bytes));
+    bytes.reserve(static_cast<int>(m_stamp.bytes));
     for (;;) {
         const int known = bytes.size();
-        bytes.resize(int(std::min(m_stamp.bytes, known + PIECE_BYTES)));
+        bytes.resize(static_cast<int>(std::min(m_stamp.bytes, known + PIECE_BYTES)));
         const qint64 count = m_file.read(bytes.data() + known, bytes.size() - known);
-        bytes.resize(known + int(std::max<qint64>(count, 0)));
+        bytes.resize(known + static_cast<int>(std::max<qint64>(count, 0)));
         if (count < 0)
             m_problem = PictureProblem::Unreadable;
         if (count <= 0)

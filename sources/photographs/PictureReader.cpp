@@ -28,7 +28,7 @@ constexpr int DAMAGED_COPIES = 3;
 
 qint64 pixels(QSize size)
 {
-    return qint64(size.width()) * size.height();
+    return static_cast<qint64>(size.width()) * size.height();
 }
 
 QSize atLeastOne(QSize size)
@@ -54,10 +54,12 @@ QImage upright(const QImage &image, QImageIOHandler::Transformations turn)
 /// The largest size of that shape that may be handed over.
 QSize limited(QSize size)
 {
-    const double shrink = std::sqrt(double(PictureReader::MAX_PIXELS) / double(pixels(size)));
+    const double shrink = std::sqrt(static_cast<double>(PictureReader::MAX_PIXELS) /
+                                    static_cast<double>(pixels(size)));
     if (shrink >= 1.0)
         return size;
-    return atLeastOne(QSize(int(size.width() * shrink), int(size.height() * shrink)));
+    return atLeastOne(
+        QSize(static_cast<int>(size.width() * shrink), static_cast<int>(size.height() * shrink)));
 }
 
 QSize fitting(QSize size, QSize bounds, bool enlarge)

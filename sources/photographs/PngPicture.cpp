@@ -54,8 +54,8 @@ bool PngPicture::hasProfile(QIODevice &device)
             return false;
         if (header.endsWith("iCCP"))
             return true;
-        place +=
-            CHUNK_HEADER + qint64(qFromBigEndian<quint32>(header.constData())) + CHUNK_CHECKSUM;
+        place += CHUNK_HEADER + static_cast<qint64>(qFromBigEndian<quint32>(header.constData())) +
+                 CHUNK_CHECKSUM;
     }
 }
 
@@ -75,7 +75,7 @@ QImage PngPicture::readDamaged(QIODevice &device)
         const uchar *one = first.constScanLine(y);
         const uchar *other = second.constScanLine(y);
         for (int x = 0; x < result.width(); ++x) {
-            const int place = int(qint64(x) * depth / 8);
+            const int place = static_cast<int>(static_cast<qint64>(x) * depth / 8);
             if (std::equal(one + place, one + place + pixelBytes, other + place))
                 found = true;
             else

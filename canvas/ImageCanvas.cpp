@@ -40,12 +40,12 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     m_refreshTimer.setInterval(REFRESH_INTERVAL_MS);
     connect(&m_refreshTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
     m_idleTimer.setInterval(REFRESH_INTERVAL_MS);
-    connect(&m_idleTimer, SIGNAL(timeout()), this, SLOT(refreshWhenIdle()));
+    connect(&m_idleTimer, &QTimer::timeout, this, &ImageCanvas::refreshWhenIdle);
     m_idleTimer.start();
     m_strokeTimer.setInterval(STROKE_DELAY_MS);
     m_strokeTimer.setSingleShot(true);
     m_strokeTimer.setTimerType(Qt::PreciseTimer);
-    connect(&m_strokeTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
+    connect(&m_strokeTimer, &QTimer::timeout, this, &ImageCanvas::autoRefresh);
 
     connect(m_text.editor(), &TextEditor::finished, this, &ImageCanvas::endTextEditing);
     connect(m_text.editor(), &TextEditor::undoAvailable, this, &ImageCanvas::announceHistory);

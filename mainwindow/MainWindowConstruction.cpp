@@ -213,13 +213,13 @@ void MainWindow::connectCommands()
             connect(each, SIGNAL(released()), this, row.stopSlot);
         }
     }
-    connect(m_liveSource, SIGNAL(recordFailed(QString)), this, SLOT(recordingFailed(QString)));
+    connect(m_liveSource, &LiveSource::recordFailed, this, &MainWindow::recordingFailed);
     connect(m_filmSource, SIGNAL(tick()), this, SLOT(filmTick()));
     connect(m_photographSource, SIGNAL(playDone()), this, SLOT(photographPlayDone()));
     connect(m_photographSource, SIGNAL(photographChanged(int)), this,
             SLOT(photographIdChange(int)));
-    connect(m_photographBar, SIGNAL(intervalMoved(int)), this,
-            SLOT(photographPlayIntervalChanged(int)));
+    connect(m_photographBar, &PhotographBar::intervalMoved, this,
+            &MainWindow::photographPlayIntervalChanged);
 }
 
 ImageCanvas *MainWindow::createCanvas()

@@ -69,7 +69,7 @@ LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingRe
     // A coarse one may be a twentieth early.
     m_pictureTimer.setTimerType(Qt::PreciseTimer);
     m_pictureTimer.setInterval(FIRST_PICTURE_MS);
-    connect(&m_pictureTimer, SIGNAL(timeout()), this, SLOT(checkPictures()));
+    connect(&m_pictureTimer, &QTimer::timeout, this, &LiveSource::checkPictures);
     checkExistance();
     m_existenceTimer.start(POLL_INTERVAL_MS);
 }

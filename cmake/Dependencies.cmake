@@ -1,7 +1,7 @@
-# What is missing is named by its Debian package, all of it at once.
+# Looks for all dependencies first, and then names the Debian packages of all that are missing.
 set(missing_packages "")
 
-# need(<Debian package> <found>): takes note of the package where that is not true.
+# need(<Debian package> <found>): adds the package to the missing ones unless <found> is true.
 macro(need package found)
     if(NOT ${found})
         list(APPEND missing_packages ${package})
@@ -38,7 +38,7 @@ need(libyuv-dev YUV_LIBRARY)
 if(missing_packages)
     list(REMOVE_DUPLICATES missing_packages)
     list(JOIN missing_packages " " missing_packages)
-    # The space at their beginning keeps the lines whole.
+    # CMake wraps lines of a message that do not begin with a space.
     message(FATAL_ERROR " Missing Debian packages: ${missing_packages}\n"
         " Install them as root: apt-get install ${missing_packages}")
 endif()

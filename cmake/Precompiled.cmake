@@ -1,5 +1,5 @@
-# The headers that most sources include, compiled once a layer. Off, every source is compiled by what
-# it includes itself, as `./test tidy` does, so that no source relies on them.
+# The headers that most sources include are compiled once for each layer. With OFF, each source is compiled
+# with only what it includes itself; `./test tidy` does so, and then shows a source that lacks an include.
 option(PRECOMPILED_HEADERS "Compile the common headers once a layer" ON)
 
 # precompiled_layer(<layer> LIBS <target>... HEADERS <header>...)
@@ -23,7 +23,7 @@ function(use_precompiled layer)
 endfunction()
 
 if(PRECOMPILED_HEADERS)
-    # Some libraries ask for it, and a layer serves those sources alone that are compiled as it is.
+    # Some libraries need this option, and a precompiled header serves only sources with the same options.
     add_compile_options(-pthread)
     set(standard_headers <algorithm> <array> <atomic> <chrono> <cmath> <cstdint> <cstring>
         <functional> <memory> <mutex> <optional> <utility> <vector>)

@@ -1,8 +1,8 @@
-# What makes a build of all tests quick. The tests' own code is compiled with few optimisations, which
-# takes two thirds of the time; what it tests is compiled as ever.
+# Makes a build of all tests quick. The tests' own code is compiled with few optimisations, which takes a
+# third less time; the code under test is compiled as usual.
 set(TEST_CODE_OPTIONS -O1)
 
-# Each test program is linked with most of the libraries, and this linker does that three times as fast.
+# Each test program links most of the libraries, and this linker is three times as fast as the usual one.
 if(BUILD_TESTING)
     find_program(LLD_LINKER ld.lld)
     if(LLD_LINKER)

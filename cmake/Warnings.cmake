@@ -1,4 +1,4 @@
-# Every target of ours links house_warnings; generated and third-party code does not see it.
+# Every target of this project links house_warnings; generated code does not.
 add_library(house_warnings INTERFACE)
 target_compile_options(house_warnings INTERFACE
     -Wall -Wextra -Wconversion -Wshadow -Werror)

@@ -113,7 +113,8 @@ void DragTool::pan(QPoint picturePoint, ViewGeometry &view)
 
 void DragTool::draw(const Shape &shape, AnnotationLayer &layer)
 {
-    const auto &[from, to] = shape.stroke;
+    const QPoint from = shape.stroke.from;
+    const QPoint to = shape.stroke.to;
     const Ink ink(shape.style.penColor, shape.style.penWidth);
     const bool filled = shape.tool->fillable && shape.style.fillEnabled;
     QVector<QRect> parts = AnnotationShapes::coveredParts(

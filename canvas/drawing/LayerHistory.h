@@ -48,7 +48,7 @@ public:
 private:
     struct Entry {
         LayerRecord record;
-        Kind kind;
+        Kind kind = Kind::Step;
     };
 
     /// Exchanges one record and keeps count of its memory.

@@ -88,6 +88,8 @@ void LayerPart::pack()
 {
     if (m_isPacked || isTransparent())
         return;
+    // Not cleared, as the packer writes all that is read.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     std::array<std::uint32_t, std::size_t{TILE} * TILE> packed;
     const std::size_t count =
         PixelRuns::pack(m_words.get(), m_count, packed.data(), m_count * 3 / 4);

@@ -49,8 +49,8 @@ void invert(const std::uint8_t *source, std::uint8_t *destination, std::size_t b
 void turnTile(const std::uint8_t *source, std::ptrdiff_t sourceStep, std::uint8_t *destination,
               std::ptrdiff_t destinationStep)
 {
-    for (int row = 0; row < TILE_ROWS; ++row) {
-        for (int column = 0; column < TILE_COLUMNS; ++column)
+    for (std::ptrdiff_t row = 0; row < TILE_ROWS; ++row) {
+        for (std::ptrdiff_t column = 0; column < TILE_COLUMNS; ++column)
             std::memcpy(destination + column * destinationStep + 3 * row,
                         source + row * sourceStep + 3 * column, 3);
     }
@@ -114,13 +114,14 @@ void weighColumns(const std::int16_t *sums, int pixelBytes,
 {
     // Red stands first in 3 bytes and third in the 4 bytes of ARGB32.
     const int red = pixelBytes == 3 ? 0 : 2;
+    const std::ptrdiff_t step = std::ptrdiff_t{2} * pixelBytes;
     for (std::size_t pixel = 0; pixel < columns.pixels; ++pixel) {
         const std::int16_t *in = sums + columns.offsets[pixel];
         const std::int16_t *weights = columns.weights +
                                       pixel / 2 * 4 * static_cast<std::size_t>(columns.pairs) +
                                       pixel % 2 * 2;
         std::array<std::int32_t, 3> total{};
-        for (int pair = 0; pair < columns.pairs; ++pair, weights += 4, in += 2 * pixelBytes) {
+        for (int pair = 0; pair < columns.pairs; ++pair, weights += 4, in += step) {
             for (std::size_t i = 0; i < 3; ++i)
                 total[i] += in[i] * weights[0] + in[static_cast<int>(i) + pixelBytes] * weights[1];
         }

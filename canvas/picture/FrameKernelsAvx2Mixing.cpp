@@ -76,7 +76,7 @@ template <int pixelBytes>
 WIDE inline __m256i weighTwoPixels(const std::int16_t *first, const std::int16_t *second,
                                    const std::int16_t *weights, int pairs)
 {
-    constexpr std::ptrdiff_t step = 2 * pixelBytes;
+    constexpr std::ptrdiff_t step = std::ptrdiff_t{2} * pixelBytes;
     // The values of two neighbours side by side, blue first.
     const __m256i channels =
         pixelBytes == 3

@@ -108,7 +108,8 @@ void blendArgb(const std::uint32_t *layer, uchar *out, int width)
         const std::uint32_t rest = 65535U - (layer[x] >> 24) * 257U;
         for (int channel = 0; channel < 3; ++channel) {
             const std::uint32_t source = (layer[x] >> (8 * channel) & 0xffU) * 257U;
-            const std::uint64_t product = std::uint64_t{out[channel] * 257U} * rest;
+            const std::uint32_t under = out[channel] * 257U;
+            const std::uint64_t product = std::uint64_t{under} * rest;
             const auto below =
                 static_cast<std::uint32_t>((product + (product >> 16) + 0x8000U) >> 16);
             const std::uint32_t sum = source + below + 128U;

@@ -22,7 +22,7 @@ std::vector<int> painterPositions(int from, int to, bool vertical)
     const QSize targetSize = vertical ? QSize(1, to) : QSize(to, 1);
     QImage source(sourceSize, QImage::Format_RGB888);
     for (int i = 0; i < from; ++i) {
-        uchar *pixel = vertical ? source.scanLine(i) : source.bits() + 3 * i;
+        uchar *pixel = vertical ? source.scanLine(i) : source.bits() + std::ptrdiff_t{3} * i;
         pixel[0] = static_cast<uchar>((i + 1) >> 16);
         pixel[1] = static_cast<uchar>((i + 1) >> 8);
         pixel[2] = static_cast<uchar>(i + 1);
@@ -37,7 +37,8 @@ std::vector<int> painterPositions(int from, int to, bool vertical)
 
     std::vector<int> positions(static_cast<std::size_t>(to));
     for (int i = 0; i < to; ++i) {
-        const uchar *pixel = vertical ? target.constScanLine(i) : target.constBits() + 3 * i;
+        const uchar *pixel =
+            vertical ? target.constScanLine(i) : target.constBits() + std::ptrdiff_t{3} * i;
         positions[static_cast<std::size_t>(i)] = (pixel[0] << 16 | pixel[1] << 8 | pixel[2]) - 1;
     }
     return positions;

@@ -47,7 +47,7 @@ void ScreenScaler::prepare(const ConstPixelRows &source, QSize to)
     m_rows = AxisFilter(from.height(), to.height());
     layOutColumns(AxisFilter(from.width(), to.width()));
     // The last columns also mix, with weights of 0, values that lie past the row.
-    const auto behind = static_cast<std::size_t>(2 * m_pairs * m_pixelBytes);
+    const auto behind = std::size_t{2} * static_cast<std::size_t>(m_pairs * m_pixelBytes);
     m_sums.assign(source.rowBytes() + behind + SLACK, 0);
 }
 

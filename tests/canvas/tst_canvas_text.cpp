@@ -1,38 +1,16 @@
-#include "canvas/ImageCanvas.h"
 #include "tests/TestProgram.h"
 #include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/CanvasText.h"
 #include "tests/canvas/GoldenPicture.h"
 
 #include <QtTest>
 
-#include <QInputMethodEvent>
 #include <QPushButton>
-#include <QTextBlock>
-#include <QTextEdit>
 
-#include <memory>
+using namespace CanvasText;
 
 namespace
 {
-
-constexpr QSize FRAME(400, 300);
-
-QImage paper(QSize size = FRAME)
-{
-    QImage picture(size, QImage::Format_RGB888);
-    picture.fill(Qt::white);
-    return picture;
-}
-
-std::unique_ptr<ImageCanvas> canvasOf(QSize widget = FRAME, QSize picture = FRAME)
-{
-    auto canvas = std::make_unique<ImageCanvas>();
-    canvas->resize(widget);
-    canvas->imageCaptured(paper(picture));
-    canvas->setMouseMode(CanvasModes::Text);
-    canvas->show();
-    return canvas;
-}
 
 /// A canvas that is not on the screen while its window is not.
 ImageCanvas *addCanvas(QWidget &window)
@@ -44,58 +22,11 @@ ImageCanvas *addCanvas(QWidget &window)
     return canvas;
 }
 
-QTextEdit &editorOf(ImageCanvas &canvas)
-{
-    return *canvas.findChild<QTextEdit *>();
-}
-
-void type(ImageCanvas &canvas, const QString &text)
-{
-    QTest::keyClicks(&editorOf(canvas), text);
-}
-
 /// Types as the window system delivers it: to the window, which hands it to what has the focus.
 void typeAt(QWidget &window, const QString &text)
 {
     for (const QChar letter : text)
         QTest::keyClick(window.windowHandle(), letter.toLatin1());
-}
-
-/// What an input method sends: the text while it is composed, and then its commit.
-void compose(QTextEdit &editor, const QString &preedit, const QString &commit)
-{
-    QInputMethodEvent composing(preedit, {});
-    QCoreApplication::sendEvent(&editor, &composing);
-    QInputMethodEvent committing;
-    committing.setCommitString(commit);
-    QCoreApplication::sendEvent(&editor, &committing);
-}
-
-QImage shown(ImageCanvas &canvas)
-{
-    canvas.autoRefresh();
-    return canvas.currentImage();
-}
-
-/// The smallest rectangle that holds every pixel that is not white.
-QRect inkOf(const QImage &picture)
-{
-    QRect ink;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.pixel(x, y) != 0xFFFFFFFFU)
-                ink |= QRect(x, y, 1, 1);
-        }
-    }
-    return ink;
-}
-
-/// The format of each letter of the first line.
-QTextCharFormat formatAt(QTextEdit &editor, int position)
-{
-    QTextCursor cursor(editor.document());
-    cursor.setPosition(position + 1);
-    return cursor.charFormat();
 }
 
 void select(QTextEdit &editor, int from, int to)
@@ -108,6 +39,7 @@ void select(QTextEdit &editor, int from, int to)
 
 } // namespace
 
+/// The editor of a text: its focus, its keys, its formats and what ends it.
 class CanvasTextTest : public QObject
 {
     Q_OBJECT
@@ -326,142 +258,6 @@ private slots:
         QVERIFY(editorOf(*canvas).isHidden());
     }
 
-    void textStandsWhereItWasTyped_data()
-    {
-        QTest::addColumn<QSize>("widget");
-        QTest::addColumn<int>("view");
-        QTest::newRow("same-size") << FRAME << 0;
-        QTest::newRow("smaller-canvas") << QSize(200, 150) << 0;
-        QTest::newRow("larger-canvas") << QSize(800, 600) << 0;
-        QTest::newRow("wider-canvas") << QSize(800, 300) << 0;
-        QTest::newRow("zoomed-panned") << FRAME << 1;
-        QTest::newRow("turned") << FRAME << 2;
-    }
-
-    void textStandsWhereItWasTyped()
-    {
-        QFETCH(QSize, widget);
-        QFETCH(int, view);
-        const auto canvas = canvasOf(widget);
-        if (view == 1) {
-            canvas->zoomIn();
-            canvas->zoomIn();
-            canvas->setViewport(300, 200);
-        } else if (view == 2) {
-            canvas->rotate();
-        }
-        const QPoint click(widget.width() / 2 - 30, widget.height() / 3);
-        CanvasMouse::click(*canvas, click);
-        canvas->setTextColor(Qt::red);
-        type(*canvas, "Where?");
-        canvas->endTextEditing();
-        const QImage picture = shown(*canvas);
-        COMPARE_GOLDEN(picture, QString("text-%1").arg(QTest::currentDataTag()));
-        const QPoint anchor = canvas->transformMousePoint(click);
-        QRect red;
-        for (int y = 0; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                if (picture.pixelColor(x, y) == QColor(Qt::red))
-                    red |= QRect(x, y, 1, 1);
-            }
-        }
-        QVERIFY(red.left() >= anchor.x() && red.top() >= anchor.y());
-        // Letters grow with the scale twice: once in the drawing and once more on the screen.
-        const int growth = view == 1 ? 9 : 1;
-        QVERIFY(red.left() - anchor.x() < 40 * growth && red.top() - anchor.y() < 60 * growth);
-    }
-
-    void committedTextTurnsWithThePicture()
-    {
-        const auto canvas = canvasOf({300, 300}, {300, 300});
-        CanvasMouse::click(*canvas, {50, 60});
-        type(*canvas, "Hello");
-        canvas->endTextEditing();
-        const QImage upright = shown(*canvas);
-        canvas->rotate();
-        QCOMPARE(shown(*canvas), upright.transformed(QTransform().rotate(90)));
-        canvas->clearPainting();
-        QCOMPARE(inkOf(shown(*canvas)), QRect());
-    }
-
-    void anOpenTextTurnsWithThePicture_data()
-    {
-        QTest::addColumn<int>("turns");
-        QTest::addColumn<QRect>("place");
-        // Where the letters may stand in the upright picture: they run upwards in a picture that
-        // is turned clockwise, downwards in one that is turned the other way.
-        QTest::newRow("clockwise") << 1 << QRect(250, 120, 40, 80);
-        QTest::newRow("upside down") << 2 << QRect(170, 160, 81, 41);
-        QTest::newRow("anticlockwise") << -1 << QRect(210, 200, 41, 80);
-        QTest::newRow("all around") << 4 << QRect(250, 200, 80, 40);
-    }
-
-    void anOpenTextTurnsWithThePicture()
-    {
-        QFETCH(int, turns);
-        QFETCH(QRect, place);
-        const auto canvas = canvasOf();
-        CanvasMouse::click(*canvas, {250, 200});
-        type(*canvas, "Hello");
-        for (int i = 0; i < std::abs(turns); ++i)
-            turns > 0 ? canvas->rotate() : canvas->rotateRev();
-        canvas->endTextEditing();
-        while (canvas->rotation() != 0)
-            canvas->rotate();
-        const QRect ink = inkOf(shown(*canvas));
-        QVERIFY(ink.isValid());
-        QVERIFY(place.contains(ink));
-    }
-
-    void anOpenTextStaysOnTheTurnedPicture()
-    {
-        // Turned about the end of the last line, a text would begin at the very edge.
-        const auto canvas = canvasOf({300, 300}, {300, 300});
-        CanvasMouse::click(*canvas, {150, 2});
-        type(*canvas, "Hello");
-        canvas->rotate();
-        canvas->endTextEditing();
-        QCOMPARE(inkOf(shown(*canvas)).size(), inkOfHello({300, 300}, {300, 300}));
-    }
-
-    void anOpenTextStaysOnASmallerPicture()
-    {
-        const auto canvas = canvasOf();
-        CanvasMouse::click(*canvas, {390, 290});
-        editorOf(*canvas).resize(300, 300);
-        type(*canvas, "Hello");
-        canvas->imageCaptured(paper({200, 150}));
-        canvas->endTextEditing();
-        QCOMPARE(inkOf(shown(*canvas)).size(), inkOfHello(FRAME, {200, 150}));
-    }
-
-    void inputMethodsWriteChineseAndJapanese()
-    {
-        const auto canvas = canvasOf();
-        CanvasMouse::click(*canvas, {20, 20});
-        QTextEdit &editor = editorOf(*canvas);
-        QVERIFY(editor.testAttribute(Qt::WA_InputMethodEnabled));
-        compose(editor, QString::fromUtf8("にほ"), QString::fromUtf8("日本"));
-        canvas->setTextColor(Qt::red);
-        compose(editor, QString::fromUtf8("zhong wen"), QString::fromUtf8("中文"));
-        QCOMPARE(editor.toPlainText(), QString::fromUtf8("日本中文"));
-        QCOMPARE(formatAt(editor, 3).foreground().color(), QColor(Qt::red));
-        canvas->endTextEditing();
-        COMPARE_GOLDEN(shown(*canvas), "text-cjk");
-    }
-
-    void rightToLeftTextStandsAtTheRightOfTheEditor()
-    {
-        const auto canvas = canvasOf();
-        CanvasMouse::click(*canvas, {20, 20});
-        QTextEdit &editor = editorOf(*canvas);
-        compose(editor, {}, QString::fromUtf8("שלום עולם"));
-        QCOMPARE(editor.document()->firstBlock().textDirection(), Qt::RightToLeft);
-        canvas->endTextEditing();
-        const QRect ink = inkOf(shown(*canvas));
-        QVERIFY(ink.left() > 150 && ink.right() > 290);
-    }
-
     void typingStaysInTheEditor()
     {
         QWidget window;
@@ -566,16 +362,6 @@ private:
         }
         int presses = 0;
     };
-
-    /// The size of the word where it has all the space that it needs.
-    static QSize inkOfHello(QSize widget, QSize picture)
-    {
-        const auto canvas = canvasOf(widget, picture);
-        CanvasMouse::click(*canvas, {50, 50});
-        type(*canvas, "Hello");
-        canvas->endTextEditing();
-        return inkOf(shown(*canvas)).size();
-    }
 
     static void disturb(ImageCanvas &canvas, int event)
     {

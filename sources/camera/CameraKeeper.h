@@ -17,7 +17,7 @@ class CameraOwner;
 class UvcCamera;
 
 /// Brings the camera back when it was unplugged, could not be opened or fell silent, and reports
-/// its state. It starts when the program has opened a camera for the first time.
+/// its state. It starts when the program has opened a camera, or tried to, for the first time.
 ///
 /// Belongs to the GUI thread. Whatever touches the bus runs on the thread "CameraKeeper", also the
 /// end of a camera that was replaced; the GUI thread waits for none of it. The owner is used until

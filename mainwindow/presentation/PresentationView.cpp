@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHoverEvent>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QRadialGradient>

@@ -6,6 +6,8 @@
 
 /// libjpeg's own source reads by 4096 bytes, and near the end of each part its decoder is slow.
 struct JpegDecompressor::DeviceSource {
+    // The buffer is not cleared, as it is filled before it is read.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     explicit DeviceSource(QIODevice &from)
         : device(from)
     {

@@ -64,7 +64,7 @@ QByteArray profileOf(JpegDecompressor &decompressor)
         if (jpeg_read_icc_profile(&info, &data, &length) == FALSE)
             length = 0;
     });
-    const QByteArray profile =
+    QByteArray profile =
         read ? QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(length))
              : QByteArray();
     std::free(data);

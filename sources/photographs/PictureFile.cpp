@@ -12,8 +12,8 @@
 namespace
 {
 
-constexpr qint64 PIECE_BYTES = 1024 * 1024;
-constexpr qint64 NS_PER_SECOND = 1000 * 1000 * 1000;
+constexpr qint64 PIECE_BYTES = 1LL << 20;
+constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
 
 FileStamp stampOf(const struct stat &status)
 {

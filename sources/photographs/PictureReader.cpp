@@ -21,7 +21,7 @@ namespace
 constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
 /// This much of such a file is read before the image library opens it. While the library looks for
 /// the format, no other thread can open a picture, so it must not wait for a disk then.
-constexpr qint64 HEADER_BYTES = 64 * 1024;
+constexpr qint64 HEADER_BYTES = 64LL * 1024;
 
 /// What PngPicture::readDamaged() holds at once.
 constexpr int DAMAGED_COPIES = 3;

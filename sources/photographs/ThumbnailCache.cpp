@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr qint64 NS_PER_SECOND = 1000 * 1000 * 1000;
+constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
 /// What an address has as it is, besides letters and digits.
 constexpr char PLAIN[] = "-_.~!$&'()*+,:=@/";
 

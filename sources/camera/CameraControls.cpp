@@ -85,8 +85,8 @@ int CameraControls::takeAnswer(Value &value, int result, const Bytes &answer, vo
     if (result == UVC_ERROR_TIMEOUT)
         return lastKnown(value, data, length);
     const auto bytes = static_cast<std::size_t>(std::max(result, 0));
-    value.known.assign(answer.begin(),
-                       answer.begin() + std::ptrdiff_t(std::min(bytes, answer.size())));
+    value.known.assign(answer.begin(), answer.begin() + static_cast<std::ptrdiff_t>(
+                                                            std::min(bytes, answer.size())));
     if (data)
         std::memcpy(data, value.known.data(), std::min(length, value.known.size()));
     return result;

@@ -106,14 +106,14 @@ private:
     {
         const ssize_t count = ::read(m_events.get(), m_buffer.data(), m_buffer.size());
         for (ssize_t place = 0; place < count;) {
-            inotify_event event;
+            inotify_event event{};
             std::memcpy(&event, m_buffer.data() + place, sizeof event);
             const char *name = m_buffer.data() + place + sizeof event;
             // Too many events at once: some are lost.
             concerned = concerned || (event.mask & IN_Q_OVERFLOW) != 0;
             if (event.len > 0)
                 note(FileNames::decode(name), event.mask, written, concerned);
-            place += ssize_t(sizeof event + event.len);
+            place += static_cast<ssize_t>(sizeof event + event.len);
         }
     }
 

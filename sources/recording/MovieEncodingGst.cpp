@@ -37,7 +37,7 @@ QByteArray configurationOf(const GstStructure *caps)
     GstMapInfo map;
     if (!buffer || !gst_buffer_map(buffer, &map, GST_MAP_READ))
         return {};
-    const QByteArray bytes(reinterpret_cast<const char *>(map.data), static_cast<int>(map.size));
+    QByteArray bytes(reinterpret_cast<const char *>(map.data), static_cast<int>(map.size));
     gst_buffer_unmap(buffer, &map);
     return bytes;
 }

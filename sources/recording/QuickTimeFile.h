@@ -26,7 +26,7 @@ class QuickTimeFile
 {
 public:
     struct Chunk {
-        int track;
+        int track = 0;
         QVector<MovieSample> samples;
         /// Those of all samples behind each other.
         QByteArray bytes;

@@ -49,6 +49,14 @@ uvc_error_t UvcViewer::open()
     return uvc_open(device, &handle);
 }
 
+bool UvcViewer::openWhenFound()
+{
+    const uvc_error_t result = waitUntilFound(true) ? open() : UVC_ERROR_NO_DEVICE;
+    if (result < 0)
+        uvc_perror(result, "openWhenFound");
+    return result == UVC_SUCCESS;
+}
+
 void UvcViewer::close()
 {
     if (handle)

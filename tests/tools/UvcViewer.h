@@ -26,6 +26,8 @@ public:
     /// find() until it is as wanted; false after ten seconds.
     [[nodiscard]] bool waitUntilFound(bool wanted);
     [[nodiscard]] uvc_error_t open();
+    /// Waits for the camera and opens it; false, with libuvc's reason in the log, when that fails.
+    [[nodiscard]] bool openWhenFound();
     void close();
     /// Forgets the open camera without closing it: with the camera gone, libusb 1.0.26 would abort.
     void abandon();

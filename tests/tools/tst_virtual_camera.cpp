@@ -77,8 +77,7 @@ void VirtualCameraTest::hasTheExtensionUnit()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     const uvc_extension_unit_t *unit = viewer.extensionUnit();
     QVERIFY(unit);
     QCOMPARE(unit->bUnitID, uint8_t(4));
@@ -91,8 +90,7 @@ void VirtualCameraTest::describesItsStreams()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     const uvc_format_desc_t *format = uvc_get_format_descs(viewer.handle);
     QVERIFY(format && !format->next);
     QCOMPARE(format->bDescriptorSubtype, UVC_VS_FORMAT_MJPEG);
@@ -122,8 +120,7 @@ void VirtualCameraTest::streams()
     VirtualCamera camera(unhurried(transport));
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     QCOMPARE(viewer.start(size), UVC_SUCCESS);
 
     std::optional<quint32> last;
@@ -148,8 +145,7 @@ void VirtualCameraTest::keepsItsPace()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     QCOMPARE(viewer.start(QSize(1024, 768)), UVC_SUCCESS);
     QTRY_VERIFY_WITH_TIMEOUT(camera.statistics().deliveries.size() > 60, 20000);
     viewer.stop();
@@ -169,8 +165,7 @@ void VirtualCameraTest::streamsAgainAtAnotherSize()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     for (const QSize size : {QSize(1024, 768), QSize(1920, 1080), QSize(1280, 720)}) {
         QCOMPARE(viewer.start(size), UVC_SUCCESS);
         for (int i = 0; i < 3; ++i) {
@@ -188,8 +183,7 @@ void VirtualCameraTest::answersEveryParameter()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     QCOMPARE(uvc_get_ctrl_len(viewer.handle, 4, 19), 8);
     QCOMPARE(uvc_get_ctrl_len(viewer.handle, 4, 20), 8);
     quint64 value = 0;
@@ -217,8 +211,7 @@ void VirtualCameraTest::logsTheExtensionUnit()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     viewer.setParameter(CameraParameter::DIGITAL_ZOOM, 2500);
     QCOMPARE(viewer.parameter(CameraParameter::DIGITAL_ZOOM), quint64(2500));
     const std::vector<ExtensionTransfer> expected{{true, 19, CameraParameter::DIGITAL_ZOOM},
@@ -234,8 +227,7 @@ void VirtualCameraTest::keysActOnThePicture()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     QCOMPARE(viewer.start(QSize(1024, 768)), UVC_SUCCESS);
     const auto greyAt = [&viewer](QPoint point) {
         const auto frame = viewer.takeFrame();
@@ -275,8 +267,7 @@ void VirtualCameraTest::idleCameraIsNotPolled()
     VirtualCamera camera;
     UvcViewer viewer;
     QVERIFY(camera.plug());
-    QVERIFY(viewer.waitUntilFound(true));
-    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    QVERIFY(viewer.openWhenFound());
     QCOMPARE(viewer.parameter(CameraParameter::BRIGHTNESS), quint64(6));
     const auto before = camera.statistics().ioctls;
     QTest::qWait(300); // the time over which a spinning library would ask thousands of times

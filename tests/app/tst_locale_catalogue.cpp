@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <QFile>
+
 class LocaleCatalogueTest : public QObject
 {
     Q_OBJECT
@@ -35,6 +37,35 @@ private slots:
         QFETCH(QString, locale);
         QFETCH(QString, file);
         QCOMPARE(catalogueForLocale(locale), file);
+    }
+
+    void theManualsNameEachLocaleOfTheList_data()
+    {
+        QTest::addColumn<QString>("manual");
+        QTest::newRow("README") << "README.md";
+        QTest::newRow("manual page") << "packaging/document-camera.1.in";
+    }
+
+    void theManualsNameEachLocaleOfTheList()
+    {
+        QFETCH(QString, manual);
+        const QString text = textOf(manual);
+        int rows = 0;
+        for (const QString &line : textOf("resources/translations/languages.txt").split('\n')) {
+            const QString locale = line.section(' ', 0, 0);
+            if (line.isEmpty() || line.startsWith('#'))
+                continue;
+            ++rows;
+            QVERIFY2(text.contains(locale), qPrintable(locale));
+        }
+        QVERIFY(rows >= 6);
+    }
+
+private:
+    static QString textOf(const QString &path)
+    {
+        QFile file(QStringLiteral(SOURCE_ROOT "/") + path);
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }
 };
 

@@ -12,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QPainter>
 #include <QProcess>
@@ -26,7 +27,6 @@
 namespace
 {
 
-const char *const LOCALES[] = {"en_US", "zh_TW", "fr_FR", "ja_JP", "de_DE", "es_ES", "ru_RU"};
 /// Pixels that stay free left and right of a caption.
 constexpr int MARGIN = 1;
 /// Rows above and below the letters in the line of a label.
@@ -35,6 +35,20 @@ constexpr int AIR = 2;
 constexpr int FOLD_SIGN = 108;
 
 int breaches = 0;
+
+/// English, and each locale of the list of languages.
+QStringList locales()
+{
+    QStringList all{"en_US"};
+    QFile list(QStringLiteral(TEST_SOURCE_DIR "/../../resources/translations/languages.txt"));
+    if (!list.open(QIODevice::ReadOnly))
+        qFatal("The list of languages cannot be read.");
+    for (const QByteArray &line : list.readAll().split('\n')) {
+        if (!line.isEmpty() && !line.startsWith('#'))
+            all << QString::fromLatin1(line).section(' ', 0, 0);
+    }
+    return all;
+}
 
 void tell(const QString &place, const QString &text, int needed, int room)
 {
@@ -259,7 +273,7 @@ int measureAll(int argc, char **argv)
     initialiseSkin();
     initialiseTranslations();
     SkinStyle::install();
-    for (const char *locale : LOCALES)
+    for (const QString &locale : locales())
         measureLanguage(locale);
     std::printf("measured with %s\n", qPrintable(QFontInfo(QFont("Arial")).family()));
     return breaches;

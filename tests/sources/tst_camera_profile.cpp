@@ -68,6 +68,26 @@ private slots:
         QVERIFY(textOf("README.md").contains(vendor + ':' + product, Qt::CaseInsensitive));
     }
 
+    void thePackageGivesThatCameraItsPermissionAtOnce_data() { addCameras(); }
+    void thePackageGivesThatCameraItsPermissionAtOnce()
+    {
+        QFETCH(QString, vendor);
+        QFETCH(QString, product);
+        const QString trigger =
+            QString("--attr-match=idVendor=%1 --attr-match=idProduct=%2").arg(vendor, product);
+        QVERIFY(textOf("packaging/debian/document-camera.postinst").contains(trigger));
+    }
+
+    void programCataloguesOfferTheProgramForThatCamera_data() { addCameras(); }
+    void programCataloguesOfferTheProgramForThatCamera()
+    {
+        QFETCH(QString, vendor);
+        QFETCH(QString, product);
+        const QString alias = QString("<modalias>usb:v%1p%2d*</modalias>").arg(vendor, product);
+        QVERIFY(textOf("packaging/org.quillmark.documentcamera.metainfo.xml.in")
+                    .contains(alias, Qt::CaseInsensitive));
+    }
+
     void theStartScriptFindsThatCameraOnTheBus_data() { addCameras(); }
     void theStartScriptFindsThatCameraOnTheBus()
     {

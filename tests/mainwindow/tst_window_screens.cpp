@@ -166,6 +166,7 @@ int lookAround(int argc, char **argv)
     if (!QTest::qWaitFor([&] { return window.geometry() == screen; }, 10000))
         return std::printf("no full screen\n");
     expectControlsInside(window, screen, "full screen");
+    expectPopupsInside(window, screen, "full screen");
     std::printf("scale %g\n", window.devicePixelRatioF());
     return breaches;
 }

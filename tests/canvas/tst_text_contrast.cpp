@@ -1,7 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "tests/TestProgram.h"
+#include "tests/canvas/TypedText.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QTextCursor>
 #include <QTextEdit>
 
@@ -33,34 +33,6 @@ QPalette desktop(const QColor &ground, const QColor &ink)
     palette.setColor(QPalette::Text, ink);
     palette.setColor(QPalette::WindowText, ink);
     return palette;
-}
-
-/// The letters alone, as large as the editor.
-QImage lettersOf(const QTextEdit &editor)
-{
-    QImage image(editor.size(), QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    editor.document()->drawContents(&painter);
-    return image;
-}
-
-/// The pixels beside a letter that no letter covers.
-QVector<QPoint> pixelsAround(const QImage &letters)
-{
-    QVector<QPoint> around;
-    const auto isInk = [&](int x, int y) {
-        return letters.valid(x, y) && qAlpha(letters.pixel(x, y)) > 0;
-    };
-    for (int y = 1; y < letters.height(); ++y) {
-        for (int x = 1; x < letters.width(); ++x) {
-            const bool beside =
-                isInk(x - 1, y) || isInk(x + 1, y) || isInk(x, y - 1) || isInk(x, y + 1);
-            if (!isInk(x, y) && beside)
-                around.append({x, y});
-        }
-    }
-    return around;
 }
 
 void fill(ImageCanvas &canvas, const QColor &color)
@@ -117,7 +89,7 @@ void TextContrastTest::theTextBeingTypedCanBeRead()
     QTest::keyClicks(editor, "Math");
     // The caret would lie over what is looked at.
     editor->clearFocus();
-    const QVector<QPoint> around = pixelsAround(lettersOf(*editor));
+    const QVector<QPoint> around = TypedText::pixelsAround(TypedText::letters(*editor));
     QVERIFY(around.size() > 100);
     // Nothing is worse than a picture in the colour of the ink.
     for (const QColor &ground : {ink, QColor(Qt::white), QColor(Qt::black), QColor(Qt::gray)}) {
@@ -146,11 +118,11 @@ void TextContrastTest::eachInkOfALineCanBeRead()
     canvas.setTextColor(Qt::black);
     QTest::keyClicks(editor, "   M");
     editor->clearFocus();
-    const QImage letters = lettersOf(*editor);
+    const QImage letters = TypedText::letters(*editor);
     const QImage shown = canvas.grab(editor->geometry()).toImage();
     int whites = 0;
     int blacks = 0;
-    for (const QPoint &pixel : pixelsAround(letters)) {
+    for (const QPoint &pixel : TypedText::pixelsAround(letters)) {
         const QColor color = shown.pixelColor(pixel);
         whites += color == QColor(Qt::white) ? 1 : 0;
         blacks += color == QColor(Qt::black) ? 1 : 0;

@@ -1,5 +1,8 @@
+#include "canvas/ImageCanvas.h"
 #include "mainwindow/pages/MoreToolWindow.h"
 #include "resources/SkinStyle.h"
+#include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/TypedText.h"
 #include "tests/mainwindow/WindowProbe.h"
 #include "tests/widgets/Contrast.h"
 #include "widgets/CameraPage.h"
@@ -104,6 +107,29 @@ QStringList unreadable(const QWidget &window)
     return found;
 }
 
+/// The least contrast between the ink of a text that is being typed onto the picture and what lies
+/// around its letters; 0 when nothing can be typed.
+double leastContrastOfTypedText(const MainWindow &window, const QColor &ink)
+{
+    ImageCanvas *canvas = window.currentCanvas();
+    window.button(Command::Text)->click();
+    canvas->setTextColor(ink);
+    CanvasMouse::click(*canvas, {100, 100});
+    auto *editor = canvas->findChild<QTextEdit *>();
+    if (!editor || !editor->isVisible())
+        return 0.0;
+    QTest::keyClicks(editor, "Math");
+    // The caret would lie over what is looked at.
+    editor->clearFocus();
+    const QImage shown = canvas->grab(editor->geometry()).toImage();
+    const QVector<QPoint> around = TypedText::pixelsAround(TypedText::letters(*editor));
+    double least = around.size() > 100 ? 21.0 : 0.0;
+    for (const QPoint &pixel : around)
+        least = std::min(least, Contrast::of(shown.pixelColor(pixel), ink));
+    CanvasMouse::click(*canvas, {10, 10});
+    return least;
+}
+
 } // namespace
 
 /// Whether every text of the window, its pop-ups and its boxes can be read, measured on the
@@ -129,6 +155,7 @@ void WindowContrastTest::everyTextCanBeRead_data()
     QTest::addColumn<QPalette>("palette");
     QTest::newRow("no theme") << SkinStyle::darkPalette();
     QTest::newRow("light") << QPalette(QColor(0xEFEFEF));
+    QTest::newRow("dark") << QPalette(QColor(0x202326));
     QPalette yellow(Qt::black);
     for (const QPalette::ColorRole role :
          {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
@@ -157,6 +184,13 @@ void WindowContrastTest::everyTextCanBeRead()
     QCOMPARE(unreadable(*window.currentToolWindow()), QStringList());
     window.About();
     QCOMPARE(unreadable(*window.currentToolWindow()), QStringList());
+    window.currentToolWindow()->close();
+    // The live picture is black until a camera comes, the drawing board is white.
+    for (const int mode : {0, 3}) {
+        enter(window, mode);
+        for (const QColor &ink : {QColor(Qt::black), QColor(Qt::white)})
+            QVERIFY(leastContrastOfTypedText(window, ink) >= LEAST);
+    }
 }
 
 void WindowContrastTest::everyTextOfABoxCanBeRead()

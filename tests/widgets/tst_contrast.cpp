@@ -209,9 +209,10 @@ void ContrastTest::indicationsAreSeenFromTheLastRow()
     const QImage image = onGround("OSD/OSD_" + name, Qt::white);
     // A caption stands right of this.
     const QRect sign(0, 0, std::min(image.width(), 2 * 40), image.height());
+    // On black the plate is no lighter than the ground.
     const QSize ink = extentOf(
-        image, sign, [](const QColor &colour) { return colour.lightness() > 128; },
-        coloursOf(image).face);
+        onGround("OSD/OSD_" + name, Qt::black), sign,
+        [](const QColor &colour) { return colour.lightness() > 128; }, Qt::black);
     const QSize plate = extentOf(
         image, sign, [](const QColor &) { return true; }, Qt::white);
     const double inkPixels = std::max(ink.width(), ink.height()) / 2.0;

@@ -37,7 +37,7 @@ int characterLength(const QByteArray &name, int place)
 
 QString FileNames::decode(const QByteArray &name)
 {
-    const QString text = QFile::decodeName(name);
+    QString text = QFile::decodeName(name);
     if (QFile::encodeName(text) == name)
         return text;
     QString pieces;

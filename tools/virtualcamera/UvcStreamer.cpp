@@ -70,8 +70,8 @@ void UvcStreamer::run()
     const auto period = std::chrono::nanoseconds(1000000000 / m_settings.framesPerSecond);
     auto due = UsbFs::Clock::now();
     while (const auto stream = m_usbFs.waitForStream()) {
-        setSize(QSize(stream->size.width, stream->size.height));
-        if (due + LATE_PERIODS * period < UsbFs::Clock::now())
+        const bool begun = setSize(QSize(stream->size.width, stream->size.height));
+        if (begun || due + LATE_PERIODS * period < UsbFs::Clock::now())
             due = UsbFs::Clock::now();
         if (!m_usbFs.sleepUntil(due))
             return;
@@ -81,13 +81,16 @@ void UvcStreamer::run()
     }
 }
 
-void UvcStreamer::setSize(QSize size)
+bool UvcStreamer::setSize(QSize size)
 {
     if (m_size == size)
-        return;
+        return false;
     m_size = size;
     m_picture = std::make_unique<SheetPicture>(size, m_settings.banner);
     m_encoder = std::make_unique<TileEncoder>(size, m_settings.jpegQuality);
+    // The first picture is encoded whole. It takes so long that those behind it would come at once.
+    (void)encode();
+    return true;
 }
 
 void UvcStreamer::sendFrame(const UsbFs::Stream &stream)

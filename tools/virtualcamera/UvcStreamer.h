@@ -41,7 +41,8 @@ private:
     using Bytes = std::vector<std::uint8_t>;
 
     void run();
-    void setSize(QSize size);
+    /// Whether the size has changed.
+    bool setSize(QSize size);
     void sendFrame(const UsbFs::Stream &stream);
     [[nodiscard]] Bytes encode();
     [[nodiscard]] Bytes spoil(Bytes jpeg);

@@ -1,5 +1,7 @@
 #include "sources/film/FormatRepairGst.h"
 
+#include "sources/gst/GstFactoryName.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -9,12 +11,6 @@ namespace
 {
 
 constexpr std::array PARSERS{std::string_view("h264parse"), std::string_view("h265parse")};
-
-std::string_view factoryOf(GstElement *element)
-{
-    GstElementFactory *factory = gst_element_get_factory(element);
-    return factory ? gst_plugin_feature_get_name(GST_PLUGIN_FEATURE(factory)) : "";
-}
 
 } // namespace
 
@@ -32,7 +28,7 @@ std::string FormatRepairGst::namedColours() const
 /// Any thread of the library.
 void FormatRepairGst::onElement(GstBin *, GstBin *, GstElement *element, gpointer self)
 {
-    const std::string_view factory = factoryOf(element);
+    const std::string_view factory = factoryNameOf(element);
     if (std::find(PARSERS.begin(), PARSERS.end(), factory) != PARSERS.end()) {
         GstPad *pad = gst_element_get_static_pad(element, "sink");
         gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onFormat, self, nullptr);

@@ -3,7 +3,6 @@
 #include "sources/film/SeekEventGst.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace
@@ -18,39 +17,10 @@ void KeyFrameSeekGst::watch(GstElement *pipeline, std::vector<qint64> keyFrames)
 {
     m_keyFrames = std::move(keyFrames);
     if (!m_keyFrames.empty())
-        g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(onElement), this);
+        DemuxerEventsGst::watch(pipeline);
 }
 
-void KeyFrameSeekGst::onElement(GstBin *, GstBin *, GstElement *element, gpointer self)
-{
-    GstElementFactory *factory = gst_element_get_factory(element);
-    const std::string_view name =
-        factory ? gst_plugin_feature_get_name(GST_PLUGIN_FEATURE(factory)) : "";
-    if (name == "avidemux")
-        g_signal_connect(element, "pad-added", G_CALLBACK(onPad), self);
-}
-
-void KeyFrameSeekGst::onPad(GstElement *, GstPad *pad, gpointer self)
-{
-    const int events = GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM | GST_PAD_PROBE_TYPE_EVENT_UPSTREAM;
-    gst_pad_add_probe(pad, static_cast<GstPadProbeType>(events), onEvent, self, nullptr);
-}
-
-GstPadProbeReturn KeyFrameSeekGst::onEvent(GstPad *, GstPadProbeInfo *info, gpointer self)
-{
-    auto *seek = static_cast<KeyFrameSeekGst *>(self);
-    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
-    GstEvent *other = nullptr;
-    if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK)
-        other = seek->fromKeyFrame(event);
-    else if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT)
-        other = seek->fromPlace(event);
-    if (other)
-        replaceEvent(info, other);
-    return GST_PAD_PROBE_OK;
-}
-
-GstEvent *KeyFrameSeekGst::fromKeyFrame(GstEvent *event)
+GstEvent *KeyFrameSeekGst::insteadOfSeek(GstEvent *event)
 {
     SeekEventGst seek(event);
     m_place = -1;
@@ -66,12 +36,13 @@ GstEvent *KeyFrameSeekGst::fromKeyFrame(GstEvent *event)
     return seek.make();
 }
 
-GstEvent *KeyFrameSeekGst::fromPlace(GstEvent *event) const
+GstEvent *KeyFrameSeekGst::insteadOfSegment(GstEvent *event)
 {
     GstSegment segment;
     gst_event_copy_segment(event, &segment);
-    const auto place = static_cast<guint64>(m_place.load());
-    if (m_place < 0 || segment.format != GST_FORMAT_TIME || segment.start >= place)
+    const gint64 sought = m_place;
+    const auto place = static_cast<guint64>(sought);
+    if (sought < 0 || segment.format != GST_FORMAT_TIME || segment.start >= place)
         return nullptr;
     segment.start = place;
     segment.time = place;

@@ -26,12 +26,3 @@ struct SeekEventGst {
     gint64 start = 0;
     gint64 stop = 0;
 };
-
-/// Puts another event in the place of a probe's, which it follows in the library's count.
-inline void replaceEvent(GstPadProbeInfo *info, GstEvent *other)
-{
-    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
-    gst_event_set_seqnum(other, gst_event_get_seqnum(event));
-    GST_PAD_PROBE_INFO_DATA(info) = other;
-    gst_event_unref(event);
-}

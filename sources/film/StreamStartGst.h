@@ -1,6 +1,6 @@
 #pragma once
 
-#include <gst/gst.h>
+#include "sources/film/DemuxerEventsGst.h"
 
 #include <atomic>
 
@@ -8,23 +8,19 @@
 /// most of a second. This lets its film begin at 0 instead: the times that the demuxer tells are
 /// moved, and the places that are sought are moved back. Outlives the pipeline, whose threads call
 /// it.
-class StreamStartGst
+class StreamStartGst : public DemuxerEventsGst
 {
 public:
-    StreamStartGst() = default;
-    StreamStartGst(const StreamStartGst &) = delete;
-    StreamStartGst &operator=(const StreamStartGst &) = delete;
+    StreamStartGst()
+        : DemuxerEventsGst("tsdemux")
+    {
+    }
 
-    /// To be called before the pipeline opens anything.
-    void watch(GstElement *pipeline);
+protected:
+    GstEvent *insteadOfSeek(GstEvent *seek) override;
+    GstEvent *insteadOfSegment(GstEvent *segment) override;
 
 private:
-    static void onElement(GstBin *, GstBin *, GstElement *element, gpointer self);
-    static void onPad(GstElement *, GstPad *pad, gpointer self);
-    static GstPadProbeReturn onEvent(GstPad *, GstPadProbeInfo *info, gpointer self);
-    [[nodiscard]] GstEvent *moved(GstEvent *segment);
-    [[nodiscard]] GstEvent *movedBack(GstEvent *seek) const;
-
     /// Stream time of the first picture or sound; below 0 while none has come.
     std::atomic<gint64> m_start{-1};
 };

@@ -1,6 +1,7 @@
 #include "tests/TestProgram.h"
 #include "tests/canvas/RawFrame.h"
 #include "tests/canvas/ReferencePipeline.h"
+#include "tests/canvas/ViewOf.h"
 
 #include <QtTest>
 
@@ -12,13 +13,6 @@ namespace
 
 using ReferencePipeline::noise;
 using ReferencePipeline::same;
-
-ViewGeometry viewOf(QSize size)
-{
-    ViewGeometry view;
-    view.setFrameSize(size);
-    return view;
-}
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "canvas/picture/ViewGeometry.h"
 #include "tests/TestProgram.h"
+#include "tests/canvas/ViewOf.h"
 
 #include <QtTest>
 
@@ -8,13 +9,6 @@
 
 namespace
 {
-
-ViewGeometry viewOf(QSize frame)
-{
-    ViewGeometry view;
-    view.setFrameSize(frame);
-    return view;
-}
 
 ViewGeometry turned(ViewGeometry view, int clockwiseTurns)
 {

@@ -142,7 +142,9 @@ void ToolTips::show(QWidget *widget, const QString &text, QPoint pointer)
 
 void ToolTips::add(QWidget *widget)
 {
-    widget->installEventFilter(new TipFilter(widget));
+    // One for all, as a strip may have ten thousand buttons.
+    static TipFilter filter;
+    widget->installEventFilter(&filter);
 }
 
 void ToolTips::addName(QWidget *widget)

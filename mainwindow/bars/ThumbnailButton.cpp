@@ -2,7 +2,6 @@
 
 #include "widgets/ToolTips.h"
 
-#include <QHelpEvent>
 #include <QPainter>
 
 ThumbnailButton::ThumbnailButton(QWidget *parent)
@@ -10,6 +9,7 @@ ThumbnailButton::ThumbnailButton(QWidget *parent)
 {
     setFlat(true);
     setCheckable(true);
+    ToolTips::add(this);
 }
 
 void ThumbnailButton::setImage(const QImage &image)
@@ -17,14 +17,6 @@ void ThumbnailButton::setImage(const QImage &image)
     m_image = image;
     m_hasImage = true;
     update();
-}
-
-bool ThumbnailButton::event(QEvent *event)
-{
-    if (event->type() != QEvent::ToolTip || toolTip().isEmpty())
-        return TabFocusButton::event(event);
-    ToolTips::show(this, toolTip(), static_cast<QHelpEvent *>(event)->globalPos());
-    return true;
 }
 
 void ThumbnailButton::enterEvent(QEvent *)

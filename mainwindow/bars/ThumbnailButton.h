@@ -19,7 +19,6 @@ public:
     [[nodiscard]] QImage image() const { return m_image; }
 
 protected:
-    bool event(QEvent *event) override;
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

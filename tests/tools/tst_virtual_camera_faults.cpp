@@ -6,6 +6,7 @@
 #include <QBuffer>
 #include <QImage>
 #include <QImageReader>
+#include <QProcess>
 #include <QtTest>
 
 #include <chrono>
@@ -38,6 +39,7 @@ private slots:
     void unplugEndsTheStream();
     void namesLeadToFaults();
     void countsRunOut();
+    void whoDoesNotUseTheBusDoesNotSeeIt();
 };
 
 namespace
@@ -333,6 +335,19 @@ void VirtualCameraFaultsTest::countsRunOut()
     count = -1;
     QVERIFY(takeFault(count));
     QVERIFY(takeFault(count));
+}
+
+/// A helper that listens to the bus would take the announcements away from the camera's program.
+void VirtualCameraFaultsTest::whoDoesNotUseTheBusDoesNotSeeIt()
+{
+    const VirtualCamera camera;
+    QVERIFY(qEnvironmentVariableIsSet("UMOCKDEV_DIR"));
+    QProcess helper;
+    helper.start("env", QStringList());
+    QVERIFY(helper.waitForFinished());
+    const QByteArray variables = helper.readAllStandardOutput();
+    QVERIFY(variables.contains("libumockdev-preload"));
+    QVERIFY(!variables.contains("UMOCKDEV_DIR"));
 }
 
 REGISTER_TEST(VirtualCameraFaultsTest)

@@ -1,6 +1,7 @@
 /* Preloaded before libumockdev-preload.so.0: keeps every path under /dev but those of the USB bus
  * away from it. Its table of descriptors has 50 places and loses one with every failed open, after
  * which sound and media libraries abort; and it answers the ioctls of real devices with ENOTTY.
+ * It also keeps the mocked bus from programs that do not use it.
  *
  * Any thread; no state but the addresses of the functions behind. */
 #define _GNU_SOURCE
@@ -14,6 +15,16 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+/* The mocked bus announces a plugged camera to a socket that is named after the number of the
+ * listener's descriptor. Another process that listens under the same number takes that name over,
+ * and the camera's program never hears of it again. Helpers of the media library do listen, for
+ * cameras of other kinds, so whoever is started without the USB library does not see the bus. */
+__attribute__((constructor)) static void leave_bus_to_its_users(void)
+{
+    if (!dlopen("libusb-1.0.so.0", RTLD_LAZY | RTLD_NOLOAD))
+        unsetenv("UMOCKDEV_DIR");
+}
 
 enum verdict { TO_UMOCKDEV, TO_KERNEL, REFUSED };
 

@@ -1,6 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
@@ -116,11 +116,11 @@ private:
         explicit Show(const QString &path)
             : name(path)
         {
-            wall.readNumber = TestFilm::numberIn;
+            sink.readNumber = TestFilm::numberIn;
             connect(&source, &FilmSource::faulty, &source, [this] { faulty = true; });
             call([this] { source.setFile(name); });
         }
-        bool answered() const { return faulty || wall.count() > 0 || wall.refreshing(); }
+        bool answered() const { return faulty || sink.count() > 0 || sink.refreshing(); }
         template <class Call>
         void call(const Call &what)
         {
@@ -131,8 +131,8 @@ private:
         }
 
         QString name;
-        PictureWall wall;
-        FilmSource source{&wall, nullptr};
+        RecordingSink sink;
+        FilmSource source{&sink, nullptr};
         bool faulty = false;
         qint64 slowestMs = 0;
     };
@@ -152,10 +152,10 @@ private:
         }
         for (const auto &show : shows) {
             show->call([&] { show->source.setFile(m_good); });
-            show->wall.forget();
+            show->sink.forget();
         }
         for (const auto &show : shows) {
-            QVERIFY2(QTest::qWaitFor([&] { return show->wall.lastNumber() == 9; }, TIMEOUT_MS),
+            QVERIFY2(QTest::qWaitFor([&] { return show->sink.lastNumber() == 9; }, TIMEOUT_MS),
                      qPrintable(show->name));
             QVERIFY2(show->slowestMs < CALL_LIMIT_MS, qPrintable(show->name));
         }

@@ -1,6 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 
 #include <QtTest>
 
@@ -94,12 +94,12 @@ class FilmColoursTest : public QObject
 
     QImage shown(const QString &name)
     {
-        PictureWall wall;
-        FilmSource source(&wall, nullptr);
+        RecordingSink sink;
+        FilmSource source(&sink, nullptr);
         source.setFile(m_folder.filePath(name));
         source.pause();
-        const bool came = QTest::qWaitFor([&wall] { return wall.count() > 0; }, timeoutMs);
-        return came ? wall.last() : QImage();
+        const bool came = QTest::qWaitFor([&sink] { return sink.count() > 0; }, timeoutMs);
+        return came ? sink.last() : QImage();
     }
 
     QImage shownByMpv(const QString &name)

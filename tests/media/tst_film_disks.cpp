@@ -3,8 +3,8 @@
 #include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/HangingFolder.h"
-#include "tests/fakes/PictureWall.h"
 #include "tests/fakes/PulledDisk.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
@@ -33,7 +33,7 @@ class FilmDisksTest : public QObject
     QTemporaryDir m_dead;
     QString m_film;
     QString m_deadFilm;
-    PictureWall m_wall;
+    RecordingSink m_sink;
     std::unique_ptr<FilmSource> m_source;
     std::unique_ptr<HangingFolder> m_disk;
     QVector<FilmFault> m_faults;
@@ -62,17 +62,17 @@ private slots:
         made.seconds = 1;
         QVERIFY(made.write(m_film));
         QVERIFY(QFile::copy(m_film, m_deadFilm));
-        m_wall.readNumber = TestFilm::numberIn;
+        m_sink.readNumber = TestFilm::numberIn;
     }
 
     void init()
     {
-        m_source = std::make_unique<FilmSource>(&m_wall, nullptr);
+        m_source = std::make_unique<FilmSource>(&m_sink, nullptr);
         m_faults.clear();
         connect(m_source.get(), &FilmSource::faulty, this,
                 [this](FilmFault fault) { m_faults.append(fault); });
-        m_wall.forget();
-        m_wall.takeRefreshes();
+        m_sink.forget();
+        m_sink.takeRefreshes();
     }
 
     void cleanup()
@@ -92,11 +92,11 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!m_faults.isEmpty(), TIMEOUT_MS);
         QVERIFY2(clock.elapsed() < TOLD_WITHIN_MS, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(m_faults, QVector<FilmFault>{FilmFault::NotAnswering});
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         QVERIFY(!m_source->moving());
         // The next film has its sound, as nothing is known against that.
         m_source->setFile(m_film);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 29, TIMEOUT_MS);
         QCOMPARE(m_faults.size(), 1);
         QCOMPARE(m_disk->waiting(), 1);
     }
@@ -109,16 +109,16 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 0, TIMEOUT_MS);
         QVERIFY2(clock.elapsed() < 2500, qPrintable(QString::number(clock.elapsed())));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 29, TIMEOUT_MS);
         QCOMPARE(m_faults, QVector<FilmFault>());
         QCOMPARE(m_disk->waiting(), 1);
         // A disk that is back is used again.
         m_disk.reset();
-        m_wall.forget();
+        m_sink.forget();
         m_source->setFile(m_deadFilm);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 29, TIMEOUT_MS);
     }
 
     void theEndDoesNotWaitForIt()
@@ -138,16 +138,16 @@ private slots:
         made.video = QStringList{"-c:v", "mjpeg", "-q:v", "2"};
         QVERIFY(made.write(m_dead.filePath("long.avi")));
         m_source->setFile(m_dead.filePath("long.avi"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 5, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 5, TIMEOUT_MS);
         const PulledDisk pulled(m_dead.path());
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         QCOMPARE(m_faults, QVector<FilmFault>{FilmFault::BrokenOff});
         // Its last picture stands.
-        QVERIFY(m_wall.lastNumber() > 0 && m_wall.lastNumber() < 599);
+        QVERIFY(m_sink.lastNumber() > 0 && m_sink.lastNumber() < 599);
         QVERIFY(!m_source->moving());
-        m_wall.forget();
+        m_sink.forget();
         m_source->setFile(m_film);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 29, TIMEOUT_MS);
         QCOMPARE(m_faults.size(), 1);
     }
 

@@ -1,6 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
@@ -45,7 +45,7 @@ class FilmFaultsTest : public QObject
     QString m_film;
     /// A third of a second long.
     QString m_nextFilm;
-    PictureWall m_wall;
+    RecordingSink m_sink;
     std::unique_ptr<FilmSource> m_source;
 
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -54,10 +54,10 @@ class FilmFaultsTest : public QObject
     void verifyTheNextFilmPlays()
     {
         m_source->setFile(m_nextFilm);
-        m_wall.forget();
-        m_wall.takeRefreshes();
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 9, TIMEOUT_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        m_sink.forget();
+        m_sink.takeRefreshes();
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 9, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         QCOMPARE(m_source->currentPosition(), 100);
     }
 
@@ -71,14 +71,14 @@ private slots:
         made.seconds = 1.0 / 3;
         m_nextFilm = path("next.mp4");
         QVERIFY(made.write(m_nextFilm));
-        m_wall.readNumber = TestFilm::numberIn;
+        m_sink.readNumber = TestFilm::numberIn;
     }
 
     void init()
     {
-        m_source = std::make_unique<FilmSource>(&m_wall, nullptr);
-        m_wall.forget();
-        m_wall.takeRefreshes();
+        m_source = std::make_unique<FilmSource>(&m_sink, nullptr);
+        m_sink.forget();
+        m_sink.takeRefreshes();
     }
 
     void cleanup() { m_source.reset(); }
@@ -129,21 +129,21 @@ private slots:
 
         m_source->setFile(m_film);
         m_source->pause();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
-        m_wall.forget();
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 0, TIMEOUT_MS);
+        m_sink.forget();
         QFETCH(int, fault);
         QVector<FilmFault> faults;
         connect(m_source.get(), &FilmSource::faulty, this,
                 [&faults](FilmFault each) { faults.append(each); });
         QVERIFY(m_source->setFile(bad));
-        QVERIFY(!m_wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QVERIFY(!m_sink.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         QCOMPARE(faults.size(), 1);
         QCOMPARE(int(faults.first()), fault);
         QVERIFY(!m_source->moving());
-        QCOMPARE(m_wall.count(), 1);
-        QCOMPARE(m_wall.last().size(), QSize(320, 240));
-        QVERIFY(m_wall.last() == blackPicture());
+        QCOMPARE(m_sink.count(), 1);
+        QCOMPARE(m_sink.last().size(), QSize(320, 240));
+        QVERIFY(m_sink.last() == blackPicture());
         QCOMPARE(m_source->currentPosition(), 0);
         // Every button still answers.
         m_source->setPosition(50);
@@ -167,7 +167,7 @@ private slots:
         for (int i = 0; i < 12; ++i) {
             faults.clear();
             m_source->setFile(path("cut.mp4"));
-            QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
             QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoFilm});
         }
         verifyTheNextFilmPlays();
@@ -183,17 +183,17 @@ private slots:
         QVERIFY(writeTo(path("broken.mp4"), whole.left(whole.size() / 2)));
         m_source->setFile(path("broken.mp4"));
         m_source->setPosition(30);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 90, TIMEOUT_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
-        QVERIFY(m_wall.lastNumber() > 110 && m_wall.lastNumber() < 200);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.lastNumber() >= 90, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
+        QVERIFY(m_sink.lastNumber() > 110 && m_sink.lastNumber() < 200);
         m_source->pause();
         m_source->setPosition(90); // beyond what is there
         m_source->setPosition(10);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 30, TIMEOUT_MS);
         m_source->setPosition(90);
         QTest::qWait(200);
         m_source->setPosition(20);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 60, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 60, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -221,12 +221,12 @@ private slots:
             content[i] = char(i * 31);
         QVERIFY(writeTo(path(name), content));
         m_source->setFile(path(name));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
-        QCOMPARE(m_wall.lastNumber(), 59);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
+        QCOMPARE(m_sink.lastNumber(), 59);
         m_source->pause();
         m_source->setPosition(100);
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 30, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -234,9 +234,9 @@ private slots:
     {
         QVERIFY(QFile::copy(m_film, path("vanishing.mp4")));
         m_source->setFile(path("vanishing.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 2, TIMEOUT_MS);
         QVERIFY(QFile::remove(path("vanishing.mp4")));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 29, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -272,14 +272,14 @@ private slots:
         QFile::remove(path("replaced.avi"));
         QVERIFY(QFile::copy(path("large.avi"), path("replaced.avi")));
         m_source->setFile(path("replaced.avi"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 2, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 2, TIMEOUT_MS);
         QVERIFY(writeTo(path("replaced.avi"), content));
         m_source->setPosition(50);
         m_source->setPosition(90);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         m_source->setPosition(10);
         m_source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -292,13 +292,13 @@ private slots:
         made.sound.clear();
         QVERIFY(made.write(path("long.mp4")));
         m_source->setFile(path("long.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 0, TIMEOUT_MS);
         m_source->pause();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 1800, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 1800, TIMEOUT_MS);
         QCOMPARE(m_source->currentPosition(), 50);
         m_source->setPosition(99);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 3564, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 3564, TIMEOUT_MS);
         m_source->play();
         m_source->forward();
         QTest::qWait(300);
@@ -314,15 +314,15 @@ private slots:
         made.output = QStringList{"-movflags", "frag_keyframe+empty_moov+default_base_moof"};
         QVERIFY(made.write(path("fragments.mp4")));
         m_source->setFile(path("fragments.mp4"));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 59, TIMEOUT_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 59, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         // Now the length is known: two seconds, of which the half is the first.
         QCOMPARE(m_source->currentPosition(), 100);
         m_source->pause();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 30, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 30, TIMEOUT_MS);
         m_source->stop();
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 0, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 0, TIMEOUT_MS);
         verifyTheNextFilmPlays();
     }
 
@@ -334,8 +334,8 @@ private slots:
         made.output = QStringList{"-f", "h264"};
         QVERIFY(made.write(path("bare.h264")));
         m_source->setFile(path("bare.h264"));
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 29, TIMEOUT_MS);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 29, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
         for (const int percent : {50, 100, 0})
             m_source->setPosition(percent);
         m_source->forward();
@@ -354,12 +354,12 @@ private slots:
         made.sound.clear();
         QVERIFY(made.write(path("one.mp4")));
         m_source->setFile(path("one.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
-        QCOMPARE(m_wall.numbers(), QVector<int>{0});
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
+        QCOMPARE(m_sink.numbers(), QVector<int>{0});
         m_source->setPosition(100);
         m_source->stop();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 1, TIMEOUT_MS);
-        QCOMPARE(m_wall.lastNumber(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 1, TIMEOUT_MS);
+        QCOMPARE(m_sink.lastNumber(), 0);
         verifyTheNextFilmPlays();
     }
 
@@ -373,8 +373,8 @@ private slots:
         connect(m_source.get(), &FilmSource::faulty, this,
                 [&faults](FilmFault each) { faults.append(each); });
         m_source->setFile(path("sound.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
-        QCOMPARE(m_wall.count(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
+        QCOMPARE(m_sink.count(), 0);
         QCOMPARE(m_source->currentPosition(), 100);
         QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoPicture});
         verifyTheNextFilmPlays();
@@ -398,8 +398,8 @@ private slots:
         made.turned = turned;
         QVERIFY(made.write(path("turned.mp4")));
         m_source->setFile(path("turned.mp4"));
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.refreshing(), TIMEOUT_MS);
-        const QImage upright = m_wall.last();
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
+        const QImage upright = m_sink.last();
         QCOMPARE(upright.size(), size);
         // It was turned anticlockwise: after a quarter what stood left stands below.
         QTransform back;
@@ -416,14 +416,14 @@ private slots:
         QVERIFY(made.write(path("variable.mp4")));
         m_source->setFile(path("variable.mp4"));
         m_source->pause();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 0, TIMEOUT_MS);
         for (const auto &[percent, number] :
              {std::pair(10, 30), std::pair(40, 120), std::pair(60, 180), std::pair(90, 270)}) {
             m_source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), number, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), number, TIMEOUT_MS);
         }
         m_source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() == 297, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.lastNumber() == 297, TIMEOUT_MS);
     }
 };
 

@@ -2,7 +2,7 @@
 #include "sources/recording/MovieWriter.h"
 #include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/MovieFile.h"
 #include "tests/media/SyntheticPictures.h"
 
@@ -92,14 +92,14 @@ private slots:
         QVERIFY(record(whole, recorded, cut));
         const QString path = killed ? cut : whole;
 
-        PictureWall wall;
-        wall.readNumber = numberIn;
-        FilmSource source(&wall, nullptr);
+        RecordingSink sink;
+        sink.readNumber = numberIn;
+        FilmSource source(&sink, nullptr);
         source.setFile(path);
-        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(sink.refreshing(), TIMEOUT_MS);
         QCOMPARE(source.currentPosition(), 100);
-        QCOMPARE(wall.last().size(), played);
-        const QVector<int> numbers = wall.numbers();
+        QCOMPARE(sink.last().size(), played);
+        const QVector<int> numbers = sink.numbers();
         QCOMPARE(numbers.first(), 0);
         QCOMPARE(numbers.last(), pictures - 1);
         for (int i = 1; i < numbers.size(); ++i)
@@ -109,7 +109,7 @@ private slots:
         source.pause();
         for (const auto &[percent, number] : {std::pair(70, 60), std::pair(40, 30)}) {
             source.setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(wall.lastNumber(), number, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(sink.lastNumber(), number, TIMEOUT_MS);
         }
     }
 };

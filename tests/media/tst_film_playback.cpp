@@ -1,6 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
@@ -51,12 +51,12 @@ class FilmPlaybackTest : public QObject
     struct Show {
         explicit Show(const QString &path)
         {
-            wall.readNumber = TestFilm::numberIn;
+            sink.readNumber = TestFilm::numberIn;
             shown = source.setFile(path);
         }
 
-        PictureWall wall;
-        FilmSource source{&wall, nullptr};
+        RecordingSink sink;
+        FilmSource source{&sink, nullptr};
         bool shown = false;
     };
 
@@ -122,42 +122,42 @@ private slots:
         QFETCH(TestFilm, made);
         const std::unique_ptr<Show> show = std::move(m_shows[name]);
         QVERIFY(show->shown);
-        const PictureWall &wall = show->wall;
-        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), TIMEOUT_MS);
+        const RecordingSink &sink = show->sink;
+        QTRY_VERIFY_WITH_TIMEOUT(sink.refreshing(), TIMEOUT_MS);
         QCOMPARE(show->source.currentPosition(), 100);
-        QCOMPARE(wall.last().size(), made.size);
-        QCOMPARE(wall.stride(), (made.size.width() * 3 + 3) / 4 * 4);
-        const QVector<int> numbers = wall.numbers();
+        QCOMPARE(sink.last().size(), made.size);
+        QCOMPARE(sink.stride(), (made.size.width() * 3 + 3) / 4 * 4);
+        const QVector<int> numbers = sink.numbers();
         QVERIFY(strictlyRising(numbers));
         QCOMPARE(numbers.first(), 0);
         // Late pictures are left out, but never the last.
         QCOMPARE(numbers.last(), int(made.rate * made.seconds) - 1);
-        QCOMPARE(wall.rawFrames(), 0);
-        QVERIFY(!wall.refreshedElsewhere());
-        QVERIFY(!wall.anyOnGuiThread());
+        QCOMPARE(sink.rawFrames(), 0);
+        QVERIFY(!sink.refreshedElsewhere());
+        QVERIFY(!sink.anyOnGuiThread());
     }
 
     void aLatePictureIsLeftOutButNotTheLast()
     {
         QVERIFY(film({"-c:v", "libx264", "-bf", "0"}, {}).write(path("late.mp4")));
-        PictureWall wall;
-        wall.readNumber = TestFilm::numberIn;
-        FilmSource source(&wall, nullptr);
+        RecordingSink sink;
+        sink.readNumber = TestFilm::numberIn;
+        FilmSource source(&sink, nullptr);
         QVERIFY(source.setFile(path("late.mp4")));
-        QTRY_VERIFY_WITH_TIMEOUT(wall.lastNumber() >= 5, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(sink.lastNumber() >= 5, TIMEOUT_MS);
         // The film's clock goes on while the process stands still, until beyond the film's end.
         QProcess::execute("sh", {"-c", "kill -STOP $PPID; sleep 2; kill -CONT $PPID"});
-        QTRY_VERIFY_WITH_TIMEOUT(wall.refreshing(), TIMEOUT_MS);
-        QCOMPARE(wall.lastNumber(), 44);
-        QVERIFY(wall.count() < 45);
+        QTRY_VERIFY_WITH_TIMEOUT(sink.refreshing(), TIMEOUT_MS);
+        QCOMPARE(sink.lastNumber(), 44);
+        QVERIFY(sink.count() < 45);
     }
 
     void playAtTheLastPositionBeginsAgain()
     {
         QVERIFY(film({"-c:v", "mjpeg"}, {"-c:a", "pcm_s16le"}).write(path("again.avi")));
-        PictureWall wall;
-        wall.readNumber = TestFilm::numberIn;
-        FilmSource source(&wall, nullptr);
+        RecordingSink sink;
+        sink.readNumber = TestFilm::numberIn;
+        FilmSource source(&sink, nullptr);
         QVERIFY(source.setFile(path("again.avi")));
         for (int i = 0; i < 3; ++i) {
             // At once when the last position is reached: the player may not have said yet that it
@@ -167,11 +167,11 @@ private slots:
             waiting.start();
             while (source.moving() && !waiting.hasExpired(TIMEOUT_MS))
                 QCoreApplication::processEvents();
-            wall.forget();
+            sink.forget();
             source.play();
-            QTRY_VERIFY_WITH_TIMEOUT(wall.lastNumber() >= 5 && wall.lastNumber() < 15, TIMEOUT_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(sink.lastNumber() >= 5 && sink.lastNumber() < 15, TIMEOUT_MS);
             QVERIFY(source.moving());
-            QVERIFY(!wall.refreshing());
+            QVERIFY(!sink.refreshing());
         }
     }
 };

@@ -1,6 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
@@ -29,15 +29,15 @@ double processorSeconds()
 struct Show {
     explicit Show(const QString &path)
     {
-        wall.readNumber = TestFilm::numberIn;
-        source = std::make_unique<FilmSource>(&wall, nullptr);
+        sink.readNumber = TestFilm::numberIn;
+        source = std::make_unique<FilmSource>(&sink, nullptr);
         source->setFile(path);
         source->pause();
     }
 
-    bool ready() const { return wall.count() > 0; }
+    bool ready() const { return sink.count() > 0; }
 
-    PictureWall wall;
+    RecordingSink sink;
     std::unique_ptr<FilmSource> source;
 };
 
@@ -92,7 +92,7 @@ private slots:
         for (const int percent : {70, 10, 50, 90, 0, 30}) {
             show.source->setPosition(percent);
             const int expected = int(percent / 10 * made.rate);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), expected, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), expected, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
         }
     }
@@ -102,10 +102,10 @@ private slots:
         Show show(m_film);
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(100);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 599, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 599, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 100);
         show.source->setPosition(0);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 0, TIMEOUT_MS);
     }
 
     void beyondTheLastPictureThatOneShows()
@@ -119,14 +119,14 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (const int percent : {90, 20, 100, 80}) {
             show.source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent == 20 ? 60 : 179, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), percent == 20 ? 60 : 179, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
-            show.wall.forget();
+            show.sink.forget();
         }
         // It plays on from the place, not from that picture.
         show.source->play();
         QTRY_VERIFY_WITH_TIMEOUT(show.source->currentPosition() > 82, TIMEOUT_MS);
-        QCOMPARE(show.wall.count(), 0);
+        QCOMPARE(show.sink.count(), 0);
     }
 
     void beforeTheFirstPictureThatOneShows()
@@ -136,11 +136,11 @@ private slots:
         made.filter = "setpts=PTS+3/TB";
         QVERIFY(made.write(path("late.mp4")));
         Show show(path("late.mp4"));
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 0, TIMEOUT_MS);
         show.source->setPosition(80);
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 0, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.lastNumber() > 0, TIMEOUT_MS);
         show.source->setPosition(10);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 0, TIMEOUT_MS);
         QVERIFY(show.source->currentPosition() <= 10);
     }
 
@@ -158,7 +158,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (const int percent : {70, 10, 50, 90, 0, 30}) {
             show.source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), percent * 3, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
         }
     }
@@ -170,10 +170,10 @@ private slots:
         made.video = QStringList{"-c:v", "libx264", "-preset", "ultrafast", "-g", "60"};
         QVERIFY(made.write(path("stream.ts")));
         Show show(path("stream.ts"));
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 0, TIMEOUT_MS);
         for (const int percent : {70, 10, 50, 90, 0, 30}) {
             show.source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), percent * 3, TIMEOUT_MS);
         }
     }
 
@@ -189,7 +189,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (const int percent : {90, 20, 70, 0}) {
             show.source->setPosition(percent);
-            QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), percent * 3, TIMEOUT_MS);
+            QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), percent * 3, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
         }
     }
@@ -201,8 +201,8 @@ private slots:
         for (int i = 0; i < 500; ++i)
             show.source->setPosition(i * 37 % 101);
         show.source->setPosition(35);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 7 * 30, TIMEOUT_MS);
-        QVERIFY(show.wall.count() < 400);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 7 * 30, TIMEOUT_MS);
+        QVERIFY(show.sink.count() < 400);
     }
 
     void aSeekWhilePlayingPlaysOnFromThere()
@@ -210,8 +210,8 @@ private slots:
         Show show(m_film);
         show.source->play();
         show.source->setPosition(50);
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305, TIMEOUT_MS);
-        const QVector<int> numbers = show.wall.numbers();
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.lastNumber() > 305, TIMEOUT_MS);
+        const QVector<int> numbers = show.sink.numbers();
         QVERIFY(numbers.contains(300));
         QVERIFY(show.source->currentPosition() >= 50);
     }
@@ -223,11 +223,11 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (int i = 0; i < 4; ++i)
             show.source->forward();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 100, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.lastNumber() > 100, TIMEOUT_MS);
         QVERIFY(show.source->currentPosition() > 16);
-        QVERIFY(!show.wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QVERIFY(!show.sink.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.refreshing(), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 0, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 0);
     }
 
@@ -236,12 +236,12 @@ private slots:
         Show show(m_film);
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(10);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 60, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 60, TIMEOUT_MS);
         show.source->play();
-        show.wall.forget();
+        show.sink.forget();
         show.source->backward();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 0, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.refreshing(), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 0, TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 0);
     }
 
@@ -251,15 +251,15 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->play();
         show.source->setPosition(96);
-        show.wall.takeRefreshes();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
+        show.sink.takeRefreshes();
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.refreshing(), TIMEOUT_MS);
         QCOMPARE(show.source->currentPosition(), 100);
-        QCOMPARE(show.wall.lastNumber(), 599);
-        show.wall.forget();
+        QCOMPARE(show.sink.lastNumber(), 599);
+        show.sink.forget();
         show.source->play();
-        QVERIFY(!show.wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, TIMEOUT_MS);
-        QVERIFY(show.wall.lastNumber() < 500);
+        QVERIFY(!show.sink.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.count() > 5, TIMEOUT_MS);
+        QVERIFY(show.sink.lastNumber() < 500);
     }
 
     void seekingBackFromTheEndPlaysOn()
@@ -268,11 +268,11 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->play();
         show.source->setPosition(96);
-        show.wall.takeRefreshes();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.refreshing(), TIMEOUT_MS);
+        show.sink.takeRefreshes();
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.refreshing(), TIMEOUT_MS);
         show.source->setPosition(50);
-        QVERIFY(!show.wall.refreshing());
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.lastNumber() > 305 && show.wall.lastNumber() < 400,
+        QVERIFY(!show.sink.refreshing());
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.lastNumber() > 305 && show.sink.lastNumber() < 400,
                                  TIMEOUT_MS);
     }
 
@@ -280,31 +280,31 @@ private slots:
     {
         Show show(m_film);
         show.source->play();
-        QTRY_VERIFY_WITH_TIMEOUT(show.wall.count() > 5, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(show.sink.count() > 5, TIMEOUT_MS);
         show.source->pause();
         QTest::qWait(500);
-        const int before = show.wall.count();
+        const int before = show.sink.count();
         const double used = processorSeconds();
         QTest::qWait(1000);
         QVERIFY(processorSeconds() - used < 0.05);
-        QCOMPARE(show.wall.count(), before);
+        QCOMPARE(show.sink.count(), before);
     }
 
     void destroyingItInAnyStateIsSafe()
     {
-        PictureWall wall;
+        RecordingSink sink;
         for (int i = 0; i < 24; ++i) {
-            FilmSource source(&wall, nullptr);
+            FilmSource source(&sink, nullptr);
             source.setFile(m_film);
             if (i % 2)
-                QTRY_VERIFY_WITH_TIMEOUT(wall.count() > 0, TIMEOUT_MS);
+                QTRY_VERIFY_WITH_TIMEOUT(sink.count() > 0, TIMEOUT_MS);
             if (i % 3 == 1)
                 source.setPosition(50);
             if (i % 4 == 2)
                 source.stop();
             if (i % 6 == 5)
                 source.releaseObjects();
-            wall.forget();
+            sink.forget();
         }
     }
 
@@ -348,11 +348,11 @@ private slots:
         }
         show.source->setFile(m_film);
         show.source->pause();
-        show.wall.forget();
+        show.sink.forget();
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         show.source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(show.wall.lastNumber(), 300, TIMEOUT_MS);
-        QVERIFY(!show.wall.refreshedElsewhere());
+        QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), 300, TIMEOUT_MS);
+        QVERIFY(!show.sink.refreshedElsewhere());
     }
 };
 

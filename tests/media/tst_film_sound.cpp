@@ -1,7 +1,7 @@
 #include "sources/FilmSource.h"
 #include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/SoundServer.h"
 #include "tests/media/TestFilm.h"
 
@@ -78,14 +78,14 @@ class FilmSoundTest : public QObject
     QTemporaryDir m_folder;
     QString m_film;
     std::unique_ptr<SoundServer> m_server;
-    PictureWall m_wall;
+    RecordingSink m_sink;
     std::unique_ptr<FilmSource> m_source;
 
     void verifyThePicturesGoOn()
     {
-        const int before = m_wall.count();
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > before + 12, TIMEOUT_MS);
-        QVERIFY(!m_wall.refreshing());
+        const int before = m_sink.count();
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > before + 12, TIMEOUT_MS);
+        QVERIFY(!m_sink.refreshing());
     }
 
 private slots:
@@ -96,15 +96,15 @@ private slots:
         made.seconds = 60;
         made.rate = 25;
         QVERIFY(made.write(m_film));
-        m_wall.readNumber = TestFilm::numberIn;
+        m_sink.readNumber = TestFilm::numberIn;
     }
 
     void init()
     {
         m_server = std::make_unique<SoundServer>(m_folder.filePath("server"));
         QVERIFY(m_server->start(QString()));
-        m_source = std::make_unique<FilmSource>(&m_wall, nullptr);
-        m_wall.forget();
+        m_source = std::make_unique<FilmSource>(&m_sink, nullptr);
+        m_sink.forget();
     }
 
     void cleanup()
@@ -144,24 +144,24 @@ private slots:
     void thePicturesGoOnWhenTheServerDies()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, TIMEOUT_MS);
-        const int before = m_wall.lastNumber();
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_sink.lastNumber() > 10, TIMEOUT_MS);
+        const int before = m_sink.lastNumber();
         m_server->kill();
         verifyThePicturesGoOn();
-        QVERIFY(m_wall.lastNumber() > before);
+        QVERIFY(m_sink.lastNumber() > before);
         m_source->pause();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 750, TIMEOUT_MS);
     }
 
     void aServerThatDiesWhilePausedIsNotMissed()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_sink.lastNumber() > 10, TIMEOUT_MS);
         m_source->pause();
         m_server->kill();
         m_source->setPosition(50);
-        QTRY_COMPARE_WITH_TIMEOUT(m_wall.lastNumber(), 750, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 750, TIMEOUT_MS);
         m_source->play();
         verifyThePicturesGoOn();
     }
@@ -169,7 +169,7 @@ private slots:
     void soundIsBackForTheNextFilm()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.count() > 10, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_sink.count() > 10, TIMEOUT_MS);
         m_server->kill();
         verifyThePicturesGoOn();
         QVERIFY(m_server->start(QString()));
@@ -212,14 +212,14 @@ private slots:
         verifyThePicturesGoOn();
         QVERIFY(m_source->moving());
         // The next film does not ask again.
-        m_wall.forget();
+        m_sink.forget();
         clock.start();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 0, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 0, TIMEOUT_MS);
         qInfo("the next film after %lld ms", clock.elapsed());
         QCOMPARE(faults.size(), 2);
         m_source->setPosition(50);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.lastNumber() >= 750, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.lastNumber() >= 750, TIMEOUT_MS);
         // A server that answers again is used again.
         m_server->freeze(false);
         QTRY_COMPARE_WITH_TIMEOUT((m_source->setFile(m_film), QTest::qWait(1000), streams()), 1,
@@ -230,13 +230,13 @@ private slots:
     void aServerThatStopsAnsweringHoldsUpNeitherTheEndNorTheNextFilm()
     {
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_wall.lastNumber() > 10, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(streams() == 1 && m_sink.lastNumber() > 10, TIMEOUT_MS);
         m_server->freeze(true);
         QElapsedTimer clock;
         clock.start();
-        m_wall.forget();
+        m_sink.forget();
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(m_wall.count() > 30, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 30, TIMEOUT_MS);
         qInfo("the next film after %lld ms", clock.elapsed());
         clock.start();
         m_source.reset();

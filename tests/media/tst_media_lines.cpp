@@ -3,7 +3,7 @@
 #include "sources/recording/MovieWriter.h"
 #include "sources/recording/SoundCapture.h"
 #include "tests/TestProgram.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tests/media/SoundServer.h"
 #include "tests/media/TestFilm.h"
 
@@ -50,8 +50,8 @@ private slots:
 
     void aFilmThatCannotBePlayedIsNamed()
     {
-        PictureWall wall;
-        FilmSource source(&wall, nullptr);
+        RecordingSink sink;
+        FilmSource source(&sink, nullptr);
         const QString garbage = m_folder.filePath("garbage.mp4");
         QFile file(garbage);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(5000, 'x')) == 5000);
@@ -81,8 +81,8 @@ private slots:
         const QByteArray content = file.readAll().replace("avc1", "zzzz");
         QVERIFY(file.seek(0) && file.write(content) == content.size());
         file.close();
-        PictureWall wall;
-        FilmSource source(&wall, nullptr);
+        RecordingSink sink;
+        FilmSource source(&sink, nullptr);
         source.setFile(path);
         const QString line =
             TerminalLines::text(Line::DecoderMissing, {path, "zzzz decoder"}).toLower();

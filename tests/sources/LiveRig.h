@@ -1,7 +1,7 @@
 #pragma once
 
 #include "sources/LiveSource.h"
-#include "tests/fakes/FrameSink.h"
+#include "tests/fakes/RecordingSink.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QtTest>
@@ -78,7 +78,7 @@ struct LiveRig {
     /// Far more than anything takes, as the machine may stand still for half a minute.
     static constexpr int TIMEOUT_MS = 90000;
 
-    FrameSink sink;
+    RecordingSink sink;
     std::unique_ptr<LiveSource> source =
         std::make_unique<LiveSource>(&sink, PREVIEW, RECORDING, nullptr);
 
@@ -121,7 +121,7 @@ struct LiveRig {
 };
 
 /// That no frame comes for as long as several would have.
-inline bool staysWithoutFrames(const FrameSink &sink, int milliseconds = 400)
+inline bool staysWithoutFrames(const RecordingSink &sink, int milliseconds = 400)
 {
     const int before = sink.count();
     return !QTest::qWaitFor([&sink, before] { return sink.count() != before; }, milliseconds);

@@ -1,7 +1,7 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/FakeFilmPlayer.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 
 #include <QtTest>
 
@@ -14,7 +14,7 @@ namespace
 /// A film source over fakes, with or without a film of a minute and a second in it.
 struct Bench {
     explicit Bench(double opened = -1)
-        : source(&wall, nullptr, std::make_unique<FakeFilmPlayer>(film),
+        : source(&sink, nullptr, std::make_unique<FakeFilmPlayer>(film),
                  [this](std::function<void()> tick) {
                      return std::make_unique<FakeDisplayLink>(refresh, std::move(tick));
                  })
@@ -31,7 +31,7 @@ struct Bench {
         QCoreApplication::processEvents();
         film.takeCalls();
         film.seeks.clear();
-        wall.takeRefreshes();
+        sink.takeRefreshes();
     }
 
     QTimer *timer() { return source.findChild<QTimer *>(); }
@@ -43,7 +43,7 @@ struct Bench {
         source.tickEvent();
     }
 
-    PictureWall wall;
+    RecordingSink sink;
     FakeFilm film;
     FakeRefresh refresh;
     FilmSource source;
@@ -72,7 +72,7 @@ private slots:
         bench.source.setVolume(10);
         bench.source.releaseObjects();
         QCOMPARE(bench.film.takeCalls(), nothing);
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
         QCOMPARE(bench.film.volume, 1.0F);
         QCOMPARE(bench.source.currentPosition(), 0);
         QVERIFY(!bench.refresh.running);
@@ -84,9 +84,9 @@ private slots:
     {
         Bench bench;
         bench.source.resumeCapture();
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         bench.source.pauseCapture();
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"stop"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"stop"});
     }
 
     void leavingTheModePausesAndEndsWithoutRefresh()
@@ -94,12 +94,12 @@ private slots:
         Bench bench(61);
         bench.source.pauseCapture();
         QCOMPARE(bench.film.takeCalls(), QStringList{"pause"});
-        QCOMPARE(bench.wall.takeRefreshes(), (QStringList{"start", "stop"}));
+        QCOMPARE(bench.sink.takeRefreshes(), (QStringList{"start", "stop"}));
         QVERIFY(!bench.refresh.running);
         QVERIFY(!bench.timer()->isActive());
         bench.source.resumeCapture();
         QCOMPARE(bench.film.takeCalls(), QStringList{"prepare"});
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
     }
 
     void settingAFilePlaysIt()
@@ -108,7 +108,7 @@ private slots:
         QVERIFY(bench.source.setFile("/films/a.mp4"));
         QCOMPARE(bench.film.path, QString("/films/a.mp4"));
         QCOMPARE(bench.film.takeCalls(), (QStringList{"open", "play"}));
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"stop"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"stop"});
         QVERIFY(bench.refresh.running);
         QVERIFY(bench.timer()->isActive());
         QCOMPARE(bench.timer()->interval(), 100);
@@ -121,12 +121,12 @@ private slots:
         bench.film.ends();
         bench.forget();
         QCOMPARE(bench.source.currentPosition(), 0);
-        QVERIFY(bench.wall.refreshing());
+        QVERIFY(bench.sink.refreshing());
         bench.source.setVolume(50);
         QCOMPARE(bench.film.volume, 0.5F);
         bench.source.setFile("/films/a.mp4");
         QCOMPARE(bench.film.path, QString("/films/a.mp4"));
-        QVERIFY(!bench.wall.refreshing());
+        QVERIFY(!bench.sink.refreshing());
     }
 
     void aFilmThatCannotBeShownStandsAndSaysWhy()
@@ -143,7 +143,7 @@ private slots:
         QVERIFY(!bench.refresh.running);
         QVERIFY(!bench.timer()->isActive());
         QVERIFY(!bench.film.playing);
-        QVERIFY(bench.wall.refreshing());
+        QVERIFY(bench.sink.refreshing());
         // It still counts as loaded.
         bench.source.play();
         QVERIFY(bench.source.moving());
@@ -223,29 +223,29 @@ private slots:
     void picturesComeAtTheRefreshOnlyWhileThereIsOne()
     {
         Bench bench(61);
-        const int before = bench.wall.count();
+        const int before = bench.sink.count();
         bench.refresh.tick();
-        QCOMPARE(bench.wall.count(), before);
+        QCOMPARE(bench.sink.count(), before);
         bench.film.picturesDue = 1;
         bench.refresh.tick();
         bench.refresh.tick();
-        QCOMPARE(bench.wall.count(), before + 1);
-        QCOMPARE(bench.wall.last().format(), QImage::Format_RGB888);
+        QCOMPARE(bench.sink.count(), before + 1);
+        QCOMPARE(bench.sink.last().format(), QImage::Format_RGB888);
     }
 
     void whileWindingPicturesComeFromSeeksAlone()
     {
         Bench bench(61);
         bench.source.forward();
-        const int before = bench.wall.count();
+        const int before = bench.sink.count();
         bench.film.picturesDue = 1;
         bench.refresh.tick();
-        QCOMPARE(bench.wall.count(), before);
+        QCOMPARE(bench.sink.count(), before);
         bench.film.holdSeeks = true;
         bench.source.setPosition(10);
-        QCOMPARE(bench.wall.count(), before);
+        QCOMPARE(bench.sink.count(), before);
         bench.film.complete();
-        QCOMPARE(bench.wall.count(), before + 1);
+        QCOMPARE(bench.sink.count(), before + 1);
     }
 
     void theFirstPictureShowsEvenIfPausedMeanwhile()
@@ -255,7 +255,7 @@ private slots:
         bench.source.pause();
         bench.film.picturesDue = 1;
         bench.film.opened(61);
-        QCOMPARE(bench.wall.count(), 1);
+        QCOMPARE(bench.sink.count(), 1);
     }
 
     void aPictureOfTheFilmBeforeIsNotShown()
@@ -264,9 +264,9 @@ private slots:
         bench.film.holdSeeks = true;
         bench.source.setPosition(50);
         bench.source.setFile("/films/b.mp4");
-        const int before = bench.wall.count();
+        const int before = bench.sink.count();
         bench.film.complete();
-        QCOMPARE(bench.wall.count(), before);
+        QCOMPARE(bench.sink.count(), before);
     }
 
     void anEventOfTheFilmBeforeIsIgnored()
@@ -281,7 +281,7 @@ private slots:
         bench.film.time = 5;
         QCoreApplication::processEvents();
         QCOMPARE(bench.source.currentPosition(), 50);
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
     }
 
     void playRestoresEverything()
@@ -292,7 +292,7 @@ private slots:
         bench.forget();
         bench.source.play();
         QCOMPARE(bench.film.takeCalls(), QStringList{"play"});
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"stop"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"stop"});
         QVERIFY(bench.refresh.running);
         QVERIFY(bench.timer()->isActive());
         bench.film.time = 30.5;
@@ -312,7 +312,7 @@ private slots:
         Bench bench(61);
         bench.source.pause();
         QCOMPARE(bench.film.takeCalls(), QStringList{"pause"});
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         QVERIFY(!bench.refresh.running);
         QVERIFY(!bench.timer()->isActive());
     }
@@ -322,12 +322,12 @@ private slots:
         Bench bench(61);
         bench.film.time = 30;
         QSignalSpy ticks(&bench.source, &FilmSource::tick);
-        const int before = bench.wall.count();
+        const int before = bench.sink.count();
         bench.source.stop();
         QCOMPARE(bench.film.takeCalls(), (QStringList{"pause", "seek"}));
         QCOMPARE(bench.film.seeks, QVector<double>{0.0});
-        QCOMPARE(bench.wall.count(), before + 1);
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.count(), before + 1);
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         QCOMPARE(bench.source.currentPosition(), 0);
         QCOMPARE(ticks.count(), 1);
         QVERIFY(!bench.refresh.running);
@@ -429,12 +429,12 @@ private slots:
         bench.tickAfter100ms();
         QVERIFY(bench.film.seeks.size() == 2 && bench.film.seeks[0] < 0);
         QCOMPARE(bench.film.seeks[1], 0.0);
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         QCOMPARE(bench.source.currentPosition(), 0);
         bench.forget();
         bench.tickAfter100ms();
         QCOMPARE(bench.film.takeCalls(), nothing);
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
     }
 
     void windingPastTheEndParksAtTheStart()
@@ -446,7 +446,7 @@ private slots:
         bench.tickAfter100ms();
         QVERIFY(bench.film.seeks.size() == 2 && bench.film.seeks[0] >= 61);
         QCOMPARE(bench.film.seeks[1], 0.0);
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         // Parked: back at normal speed it does not play by itself.
         bench.forget();
         bench.source.backward();
@@ -461,7 +461,7 @@ private slots:
         for (int i = 0; i < 5; ++i)
             bench.source.tickEvent();
         QCOMPARE(bench.film.seeks, QVector<double>{0.0});
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         QCOMPARE(bench.source.currentPosition(), 0);
     }
 
@@ -474,10 +474,10 @@ private slots:
         bench.tickAfter100ms();
         QCOMPARE(bench.film.seeks.size(), 1);
         QVERIFY(bench.film.seeks.first() > 0.19);
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
         bench.film.opened(61);
         bench.source.tickEvent();
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
     }
 
     void theSliderSeeksToWholeSeconds()
@@ -537,9 +537,9 @@ private slots:
         Bench bench(61);
         bench.film.time = 61;
         bench.film.ends();
-        QCOMPARE(bench.wall.takeRefreshes(), nothing); // not on the player's thread
+        QCOMPARE(bench.sink.takeRefreshes(), nothing); // not on the player's thread
         QCoreApplication::processEvents();
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"start"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"start"});
         QCOMPARE(bench.film.takeCalls(), nothing);
         QVERIFY(bench.timer()->isActive());
         QVERIFY(bench.refresh.running);
@@ -551,9 +551,9 @@ private slots:
         Bench bench(61);
         bench.film.picturesDue = 2;
         bench.film.ends();
-        QCOMPARE(bench.wall.count(), 2);
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
-        QTRY_VERIFY(bench.wall.refreshing());
+        QCOMPARE(bench.sink.count(), 2);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
+        QTRY_VERIFY(bench.sink.refreshing());
     }
 
     void seekingBackFromTheEndStopsTheRefresh()
@@ -562,9 +562,9 @@ private slots:
         bench.film.ends();
         bench.forget();
         bench.source.setPosition(10);
-        QCOMPARE(bench.wall.takeRefreshes(), QStringList{"stop"});
+        QCOMPARE(bench.sink.takeRefreshes(), QStringList{"stop"});
         bench.source.setPosition(20);
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
     }
 
     void anEndThatASeekOvertookIsNone()
@@ -573,7 +573,7 @@ private slots:
         bench.film.ends();
         bench.source.setPosition(10);
         QCoreApplication::processEvents();
-        QCOMPARE(bench.wall.takeRefreshes(), nothing);
+        QCOMPARE(bench.sink.takeRefreshes(), nothing);
     }
 
     void anEndAfterLeavingTheModeRefreshesNothing()
@@ -582,7 +582,7 @@ private slots:
         bench.film.ends();
         bench.source.pauseCapture();
         bench.forget();
-        QCOMPARE(bench.wall.refreshing(), false);
+        QCOMPARE(bench.sink.refreshing(), false);
     }
 
     void aFilmThatFailsAfterLeavingTheModeRefreshesNothing()
@@ -592,7 +592,7 @@ private slots:
         bench.source.pauseCapture();
         bench.film.ends();
         bench.forget();
-        QVERIFY(!bench.wall.refreshing());
+        QVERIFY(!bench.sink.refreshing());
     }
 
     void releasingDetachesTheFilm()
@@ -603,9 +603,9 @@ private slots:
         QVERIFY(!bench.timer()->isActive());
         QVERIFY(!bench.refresh.running);
         bench.film.picturesDue = 1;
-        const int before = bench.wall.count();
+        const int before = bench.sink.count();
         bench.refresh.tick();
-        QCOMPARE(bench.wall.count(), before);
+        QCOMPARE(bench.sink.count(), before);
         bench.source.play();
         QCOMPARE(bench.film.takeCalls(), nothing);
         bench.source.setFile("/films/b.mp4");
@@ -627,11 +627,11 @@ private slots:
 
     void destroyingItCompletesSeeksWithoutPictures()
     {
-        PictureWall wall;
+        RecordingSink sink;
         FakeFilm film;
         FakeRefresh refresh;
         {
-            FilmSource source(&wall, nullptr, std::make_unique<FakeFilmPlayer>(film),
+            FilmSource source(&sink, nullptr, std::make_unique<FakeFilmPlayer>(film),
                               [&refresh](std::function<void()> tick) {
                                   return std::make_unique<FakeDisplayLink>(refresh,
                                                                            std::move(tick));
@@ -644,7 +644,7 @@ private slots:
         }
         QVERIFY(film.gone);
         QVERIFY(film.waiting.empty());
-        QCOMPARE(wall.count(), 0);
+        QCOMPARE(sink.count(), 0);
     }
 };
 

@@ -1,7 +1,7 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/FakeFilmPlayer.h"
-#include "tests/fakes/PictureWall.h"
+#include "tests/fakes/RecordingSink.h"
 
 #include <QtTest>
 
@@ -140,10 +140,10 @@ private slots:
     {
         QFETCH(quint32, seed);
         QRandomGenerator random(seed);
-        PictureWall wall;
+        RecordingSink sink;
         FakeFilm film;
         FakeRefresh refresh;
-        FilmSource source(&wall, nullptr, std::make_unique<FakeFilmPlayer>(film),
+        FilmSource source(&sink, nullptr, std::make_unique<FakeFilmPlayer>(film),
                           [&refresh](std::function<void()> tick) {
                               return std::make_unique<FakeDisplayLink>(refresh, std::move(tick));
                           });
@@ -265,7 +265,7 @@ private slots:
             QVERIFY2(film.playing == model.playerPlays, told);
             QVERIFY2(refresh.running == model.linkRuns, told);
             QVERIFY2(timer->isActive() == model.timerRuns, told);
-            QVERIFY2(wall.refreshing() == model.refreshing, told);
+            QVERIFY2(sink.refreshing() == model.refreshing, told);
             QVERIFY2(ticks.count() == model.ticks, told);
             const int position = source.currentPosition();
             QVERIFY2(position >= 0 && position <= 100, told);

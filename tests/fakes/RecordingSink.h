@@ -9,37 +9,46 @@
 
 #include <functional>
 #include <mutex>
+#include <utility>
 #include <vector>
 
-/// Receives pictures as a canvas does and remembers what came.
-class PictureWall : public ICaptureCB
+/// Receives pictures as a canvas does, from whatever thread, and remembers what came.
+class RecordingSink : public ICaptureCB
 {
 public:
     void imageCaptured(const QImage &image) override
     {
         const std::lock_guard lock(m_mutex);
-        m_last = image.copy();
-        m_stride = image.bytesPerLine();
-        ++m_count;
-        m_onGuiThread = m_onGuiThread || QThread::currentThread() == m_gui;
+        remember(image);
         if (readNumber)
             m_numbers.push_back(readNumber(image));
     }
 
-    void imageCaptured(void *, int, int, bool, bool) override
+    void imageCaptured(void *data, int width, int height, bool mirror, bool rgb32) override
     {
+        if (onRawFrame)
+            onRawFrame();
         const std::lock_guard lock(m_mutex);
+        remember(
+            QImage(static_cast<uchar *>(data), width, height, width * 3, QImage::Format_RGB888));
+        m_plain = m_plain && !mirror && !rgb32;
         ++m_rawFrames;
     }
 
     void startAutoRefresh() override { refresh("start"); }
     void stopAutoRefresh() override { refresh("stop"); }
 
+    /// Of pictures and raw frames.
     int count() const { return locked(m_count); }
     int rawFrames() const { return locked(m_rawFrames); }
     /// A copy of the newest picture.
     QImage last() const { return locked(m_last); }
+    QSize size() const { return last().size(); }
     int stride() const { return locked(m_stride); }
+    /// Whether every raw frame came unmirrored and packed.
+    bool plain() const { return locked(m_plain); }
+    /// That of the newest picture.
+    QThread *thread() const { return locked(m_thread); }
     bool anyOnGuiThread() const { return locked(m_onGuiThread); }
     /// What readNumber() said of each picture, in their order.
     QVector<int> numbers() const
@@ -67,6 +76,8 @@ public:
 
     /// Set it before pictures come.
     std::function<int(const QImage &)> readNumber;
+    /// Called before each raw frame, on its thread. Set it before frames come.
+    std::function<void()> onRawFrame;
 
 private:
     template <class T>
@@ -74,6 +85,16 @@ private:
     {
         const std::lock_guard lock(m_mutex);
         return value;
+    }
+
+    /// Called with the lock held.
+    void remember(const QImage &image)
+    {
+        m_last = image.copy();
+        m_stride = image.bytesPerLine();
+        ++m_count;
+        m_thread = QThread::currentThread();
+        m_onGuiThread = m_onGuiThread || m_thread == m_gui;
     }
 
     void refresh(const char *operation)
@@ -91,10 +112,12 @@ private:
     /// Guards all the members below.
     mutable std::mutex m_mutex;
     QImage m_last;
+    QThread *m_thread = nullptr;
     // No implicit sharing between the threads.
     std::vector<int> m_numbers;
     int m_count = 0;
     int m_rawFrames = 0;
     int m_stride = 0;
+    bool m_plain = true;
     bool m_onGuiThread = false;
 };

@@ -6,12 +6,11 @@
 #include <QColorSpace>
 #include <QImageWriter>
 #include <QPainter>
+#include <QProcess>
 #include <QTemporaryDir>
-#include <QtEndian>
 
 #include <fstream>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace
@@ -37,70 +36,6 @@ void writeTagged(const QString &path, int orientation)
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(jpeg);
-}
-
-quint32 crc32(const QByteArray &bytes)
-{
-    quint32 crc = 0xffffffff;
-    for (const char byte : bytes) {
-        crc ^= quint8(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (crc & 1 ? 0xedb88320 : 0);
-    }
-    return ~crc;
-}
-
-QByteArray bigEndian(quint32 value)
-{
-    QByteArray bytes(4, 0);
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray chunk(const QByteArray &name, const QByteArray &data)
-{
-    return bigEndian(quint32(data.size())) + name + data + bigEndian(crc32(name + data));
-}
-
-/// A black PNG file of any size, either one bit a pixel, or in colour with most of its rows
-/// missing at the end of the stream (a whole one takes seconds to write).
-void writeBlackPng(const QString &path, int side, bool colour)
-{
-    const QByteArray header =
-        bigEndian(quint32(side)) + bigEndian(quint32(side)) +
-        (colour ? QByteArray("\x08\x02\0\0\0", 5) : QByteArray("\x01\0\0\0\0", 5));
-    const int rowBytes = colour ? side * 3 + 1 : (side + 7) / 8 + 1;
-    const QByteArray rows(colour ? rowBytes * (side / 50) : rowBytes * side, 0);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    // qCompress() puts the length before the zlib stream.
-    file.write(QByteArray("\x89PNG\r\n\x1a\n") + chunk("IHDR", header) +
-               chunk("IDAT", qCompress(rows).mid(4)) + chunk("IEND", {}));
-}
-
-/// Writes 20,000 x 20,000 into the header of a JPEG file with several scans or of a PNG file.
-void pretendToBeHuge(const QString &path)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QByteArray bytes = file.readAll();
-    if (bytes.startsWith("\x89PNG")) {
-        const QByteArray header = "IHDR" + bigEndian(20000) + bigEndian(20000) + bytes.mid(24, 5);
-        bytes.replace(12, header.size() + 4, header + bigEndian(crc32(header)));
-    } else {
-        const int frame = bytes.indexOf(QByteArray("\xff\xc2", 2));
-        QVERIFY(frame > 0);
-        bytes.replace(frame + 5, 4, QByteArray("\x4e\x20\x4e\x20", 4));
-    }
-    file.seek(0);
-    file.write(bytes);
-}
-
-long mostMemoryKb()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
 }
 
 } // namespace
@@ -371,34 +306,6 @@ private slots:
                  QSize(56, 42));
     }
 
-    void fittedPicturesHaveTheSizeOfAWholeOneScaled_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QString>("suffix");
-        for (const QSize &size :
-             {QSize(1, 1), QSize(4000, 3000), QSize(3000, 4000), QSize(113, 100), QSize(5000, 101),
-              QSize(101, 5000), QSize(30, 20)}) {
-            for (const char *suffix : {"jpg", "png"})
-                QTest::addRow("%dx%d %s", size.width(), size.height(), suffix) << size << suffix;
-        }
-    }
-
-    void fittedPicturesHaveTheSizeOfAWholeOneScaled()
-    {
-        QFETCH(QSize, size);
-        QFETCH(QString, suffix);
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(QColor(40, 120, 200));
-        const QString file = path("sized." + suffix);
-        QVERIFY(image.save(file));
-        const QImage expected =
-            QImage(file).scaled(56, 50, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        const QImage actual = PictureReader::readFitted(file, QSize(56, 50));
-        QCOMPARE(actual.size(), expected.size());
-        const QRgb middle = actual.pixel(actual.rect().center());
-        QVERIFY(qAbs(qRed(middle) - 40) < 4 && qAbs(qBlue(middle) - 200) < 4);
-    }
-
     void deepAndPrintersColoursAreReadable()
     {
         for (const char *arguments : {"-depth 16 deep.png", "-colorspace CMYK cmyk.jpg"}) {
@@ -424,111 +331,7 @@ private slots:
         QCOMPARE(small.pixel(5, 5), qRgb(255, 0, 0));
     }
 
-    void aHugePictureIsReadReducedAndBounded_data()
-    {
-        QTest::addColumn<bool>("colour");
-        QTest::newRow("one bit a pixel") << false;
-        QTest::newRow("colour, cut off") << true;
-    }
-
-    void aHugePictureIsReadReducedAndBounded()
-    {
-        QFETCH(bool, colour);
-        writeBlackPng(path("huge.png"), 20000, colour);
-        const QImage image = PictureReader::read(path("huge.png"));
-        QVERIFY(colour || !image.isNull());
-        QVERIFY(qint64(image.width()) * image.height() <= PictureReader::MAX_PIXELS);
-        QVERIFY(colour || image.width() > 8000);
-        QCOMPARE(image.width(), image.height());
-        const QImage small = PictureReader::readFitted(path("huge.png"), QSize(56, 50));
-        QVERIFY(colour || small.size() == QSize(50, 50));
-        rusage usage{};
-        QCOMPARE(getrusage(RUSAGE_SELF, &usage), 0);
-        QVERIFY2(usage.ru_maxrss < 900 * 1024, qPrintable(QString::number(usage.ru_maxrss)));
-    }
-
-    void aProgressivePhotographIsReadLikeAnyOther()
-    {
-        const QImage plain = PictureReader::readFitted(photograph("none"), QSize(56, 50));
-        const QImage progressive = PictureReader::readFitted(photograph("JPEG"), QSize(56, 50));
-        QCOMPARE(progressive.size(), QSize(56, 42));
-        QCOMPARE(progressive, plain);
-    }
-
-    void aGreyPhotographIsReadReduced()
-    {
-        QImage image(1200, 900, QImage::Format_Grayscale8);
-        image.fill(90);
-        QVERIFY(image.save(path("grey.jpg")));
-        const QImage small = PictureReader::readFitted(path("grey.jpg"), QSize(56, 50));
-        QCOMPARE(small.size(), QSize(56, 42));
-        QVERIFY(qAbs(qGreen(small.pixel(20, 20)) - 90) < 4);
-    }
-
-    void aThumbnailLooksLikeTheWholePictureMadeSmall()
-    {
-        const QString file = photograph("none");
-        const QImage small = PictureReader::readFitted(file, QSize(56, 50));
-        const QImage whole =
-            QImage(file).scaled(56, 50, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        for (int y = 0; y < small.height(); ++y) {
-            for (int x = 0; x < small.width(); ++x) {
-                QVERIFY(qAbs(qRed(small.pixel(x, y)) - qRed(whole.pixel(x, y))) < 12);
-                QVERIFY(qAbs(qBlue(small.pixel(x, y)) - qBlue(whole.pixel(x, y))) < 12);
-            }
-        }
-    }
-
-    void aHugePictureInSeveralPassesIsRefused_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("passes");
-        QTest::newRow("progressive JPEG") << "passes.jpg" << QByteArray("JPEG");
-        QTest::newRow("interlaced PNG") << "passes.png" << QByteArray("PNG");
-    }
-
-    void aHugePictureInSeveralPassesIsRefused()
-    {
-        // A small file that only says that it is huge: the decoder would make room for the whole.
-        QFETCH(QString, file);
-        QFETCH(QByteArray, passes);
-        QCOMPARE(QProcess::execute("convert", {"-size", "64x48", "gradient:red-blue", "-interlace",
-                                               passes, path(file)}),
-                 0);
-        QVERIFY(!PictureReader::read(path(file)).isNull());
-        pretendToBeHuge(path(file));
-        const long before = mostMemoryKb();
-        QVERIFY(PictureReader::read(path(file)).isNull());
-        QVERIFY(PictureReader::readFitted(path(file), QSize(56, 50)).isNull());
-        QVERIFY(mostMemoryKb() < before + 100 * 1024);
-    }
-
-    void aHugePictureThatCannotBeReadReducedIsRefused()
-    {
-        // The header of a 20,000 x 20,000 bitmap; its 1.2 gigabytes of pixels are a hole in the
-        // file.
-        const QByteArray header = QByteArray::fromHex(
-            "424d 00000000 00000000 36000000 28000000 204e0000 204e0000 0100 1800 00000000"
-            "00000000 00000000 00000000 00000000 00000000");
-        QCOMPARE(header.size(), 54);
-        QFile file(path("huge.bmp"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(header);
-        QVERIFY(file.resize(54 + qint64(60000) * 20000));
-        file.close();
-        QVERIFY(PictureReader::read(path("huge.bmp")).isNull());
-    }
-
 private:
-    /// A photograph of 1200 x 900 with that kind of interlacing.
-    QString photograph(const QString &interlace) const
-    {
-        const QString file = path("photograph-" + interlace + ".jpg");
-        QProcess::execute("convert", {"-seed", "1", "-size", "1200x900", "plasma:red-blue",
-                                      "-interlace", interlace, file});
-        return file;
-    }
-
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
     QTemporaryDir m_folder;

@@ -31,6 +31,10 @@ std::unique_ptr<MainWindow> DrivenWindow::open()
 bool DrivenWindow::clicked(ImageButton *button)
 {
     QSignalSpy spy(button, SIGNAL(clicked()));
+    Pointer::moveTo(Pointer::middle(button));
+    // The frame of a window that has just been closed may lie over it for a moment.
+    if (!QTest::qWaitFor([button] { return button->underMouse(); }, TIMEOUT_MS))
+        return false;
     Pointer::click(button);
     return QTest::qWaitFor([&spy] { return spy.count() == 1; }, TIMEOUT_MS);
 }

@@ -44,14 +44,15 @@ inline QStackedWidget *stack(const MainWindow &window)
     return window.findChild<QStackedWidget *>();
 }
 
-/// Lets `answer` deal with the next modal dialog of that kind, once it is shown.
+/// Lets `answer` deal with the next modal dialog of that kind, once it has the focus: one that goes
+/// earlier is shown by the window manager all the same, for a moment, over what is clicked next.
 template <typename Dialog>
 void whenAsked(QObject *context, std::function<void(Dialog *)> answer)
 {
     auto *timer = new QTimer(context);
     QObject::connect(timer, &QTimer::timeout, context, [timer, answer] {
         auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->isVisible())
+        if (!dialog || !dialog->isActiveWindow())
             return;
         timer->stop();
         timer->deleteLater();

@@ -137,11 +137,12 @@ void MainWindowDrivenTest::everyButtonAnswersInEveryMode()
         QVERIFY(enterMode(*m_window, mode));
     if (mode == 2)
         QVERIFY(clicked(button(*m_window, "Slideshow interval")));
-    // Dialogs that some of them open are dismissed as they come.
+    // Dialogs that some of them open are dismissed as they come, but not before the window manager
+    // has shown them: it would show them later, over the buttons.
     QTimer dismisser;
     connect(&dismisser, &QTimer::timeout, this, [] {
         auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (dialog && dialog->isVisible())
+        if (dialog && dialog->isActiveWindow())
             dialog->reject();
     });
     dismisser.start(10);

@@ -146,11 +146,12 @@ QImage fittedJpeg(QIODevice &device, QSize target)
         turn);
 }
 
-/// Whether the toolkit makes the picture smaller as it decodes it.
+/// Whether the toolkit makes the picture smaller as it decodes it, instead of afterwards.
 bool decodesReduced(const QImageReader &reader, QIODevice &device)
 {
-    return reader.format() == "png" && reader.imageFormat() >= QImage::Format_RGB32 &&
-           !PngPicture::isInterlaced(device);
+    const QImage::Format format = reader.imageFormat();
+    const bool isEightBitColour = format == QImage::Format_RGB32 || format == QImage::Format_ARGB32;
+    return reader.format() == "png" && isEightBitColour && !PngPicture::isInterlaced(device);
 }
 
 /// As the file has it, or smaller where it could not be held.

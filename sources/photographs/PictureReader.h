@@ -18,7 +18,7 @@ namespace PictureReader
 constexpr qint64 MAX_PIXELS = 64LL * 1024 * 1024;
 
 /// What decoding may hold at once. A larger picture is decoded reduced where its format can do so
-/// (JPEG, and PNG in full colour), and not at all where it cannot.
+/// (JPEG, and PNG in colours of 8 bits), and not at all where it cannot.
 constexpr qint64 MAX_DECODED_BYTES = 512LL * 1024 * 1024;
 
 /// A picture, and what else its file told.

@@ -1,0 +1,89 @@
+#include "sources/photographs/PictureReader.h"
+#include "tests/TestProgram.h"
+
+#include <QtTest>
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+
+namespace
+{
+
+/// The process at its largest.
+qint64 megabytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+}
+
+/// Writes a black PNG file with as many of its rows as asked for. Another process does it, so that
+/// this one stays small.
+const char *const WRITER = R"(
+import struct, sys, zlib
+path, width, height, rows, depth, colour, channels = sys.argv[1], *map(int, sys.argv[2:])
+def chunk(name, data):
+    return struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data))
+stream = zlib.compressobj(1)
+row = bytes(1 + width * channels * depth // 8)
+pixels = b"".join(stream.compress(row) for _ in range(rows)) + stream.flush()
+with open(path, "wb") as file:
+    file.write(b"\x89PNG\r\n\x1a\n")
+    file.write(chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, depth, colour, 0, 0, 0)))
+    file.write(chunk(b"IDAT", pixels) + chunk(b"IEND", b""))
+)";
+
+} // namespace
+
+/// Pictures of 108 megapixels, as the sensors of telephones have them.
+class PictureMemoryTest : public QObject
+{
+    Q_OBJECT
+
+    static constexpr int WIDTH = 12000;
+    static constexpr int HEIGHT = 9000;
+
+    QTemporaryDir m_folder;
+
+    QString written(int rows, int depth, int colour, int channels) const
+    {
+        const QString path = m_folder.filePath("picture.png");
+        QStringList arguments{"-c", WRITER, path};
+        for (const int number : {WIDTH, HEIGHT, rows, depth, colour, channels})
+            arguments << QString::number(number);
+        return QProcess::execute("python3", arguments) == 0 ? path : QString();
+    }
+
+private slots:
+    void sixteenBitsAChannelAreRefused()
+    {
+        // They would need 824 MiB. The decoder would write the tenth that is there.
+        const QString path = written(HEIGHT / 10, 16, 2, 3);
+        QVERIFY(!path.isEmpty());
+        const qint64 before = megabytes();
+        const PictureReader::Reading reading = PictureReader::readFile(path);
+        QVERIFY(reading.picture.isNull());
+        QVERIFY(reading.problem == PictureProblem::Damaged);
+        constexpr qint64 HEADER_MEGABYTES = 20;
+        QVERIFY2(megabytes() < before + HEADER_MEGABYTES, qPrintable(QString::number(megabytes())));
+    }
+
+    void greyIsReducedAsItIsConverted()
+    {
+        const QString path = written(HEIGHT, 8, 0, 1);
+        QVERIFY(!path.isEmpty());
+        const qint64 before = megabytes();
+        const QImage picture = PictureReader::read(path);
+        QVERIFY(picture.width() > 9000);
+        QVERIFY(qint64(picture.width()) * picture.height() <= PictureReader::MAX_PIXELS);
+        QCOMPARE(picture.pixel(picture.rect().center()), qRgb(0, 0, 0));
+        // 103 of the file's and 192 of the answer's.
+        constexpr qint64 BOTH_MEGABYTES = 400;
+        QVERIFY2(megabytes() < before + BOTH_MEGABYTES, qPrintable(QString::number(megabytes())));
+    }
+};
+
+REGISTER_TEST(PictureMemoryTest)
+#include "tst_picture_memory.moc"

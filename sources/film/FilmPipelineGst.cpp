@@ -12,6 +12,9 @@ namespace
 // deinterlacing. No subtitles and no colour controls.
 constexpr int PLAY_FLAGS = 0x1 | 0x2 | 0x10 | 0x200;
 
+// More than the seconds between two key frames and those by which pictures come before their time.
+constexpr gint64 PROGRAM_STREAM_LEAD = 3 * GST_SECOND;
+
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
 {
     (*static_cast<const std::function<void(GstMessage *)> *>(handler))(message);
@@ -41,6 +44,8 @@ FilmPipelineGst::FilmPipelineGst(quint64 film, FrameQueueGst &pictures,
     : m_film(film)
     , m_pictures(pictures)
     , m_onMessage(onMessage)
+    , m_transportStream("tsdemux")
+    , m_programStream("mpegpsdemux", PROGRAM_STREAM_LEAD)
     , m_videoSink(film, pictures, m_repair)
 {
 }
@@ -62,7 +67,8 @@ bool FilmPipelineGst::build(const File &file, bool silent)
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
 
     m_repair.watch(playbin);
-    m_start.watch(playbin);
+    m_transportStream.watch(playbin);
+    m_programStream.watch(playbin);
     m_keyFrames.watch(playbin, file.keyFrames);
     m_times.watch(playbin);
     GstElement *videoSink = m_videoSink.build();

@@ -73,7 +73,8 @@ private:
     FrameQueueGst &m_pictures;
     const std::function<void(GstMessage *)> &m_onMessage;
     FormatRepairGst m_repair;
-    StreamStartGst m_start;
+    StreamStartGst m_transportStream;
+    StreamStartGst m_programStream;
     KeyFrameSeekGst m_keyFrames;
     PictureTimesGst m_times;
     FilmVideoSinkGst m_videoSink;

@@ -44,8 +44,6 @@ GstEvent *KeyFrameSeekGst::insteadOfSegment(GstEvent *event)
     const auto place = static_cast<guint64>(sought);
     if (sought < 0 || segment.format != GST_FORMAT_TIME || segment.start >= place)
         return nullptr;
-    segment.start = place;
-    segment.time = place;
-    segment.position = place;
+    setSegmentPlace(segment, place);
     return gst_event_new_segment(&segment);
 }

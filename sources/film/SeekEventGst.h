@@ -26,3 +26,11 @@ struct SeekEventGst {
     gint64 start = 0;
     gint64 stop = 0;
 };
+
+/// Lets a segment begin at a later place than the demuxer does; in nanoseconds.
+inline void setSegmentPlace(GstSegment &segment, guint64 place)
+{
+    segment.start = place;
+    segment.time = place;
+    segment.position = place;
+}

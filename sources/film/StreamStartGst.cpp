@@ -12,6 +12,9 @@ GstEvent *StreamStartGst::insteadOfSegment(GstEvent *event)
         return nullptr;
     gint64 first = -1;
     m_start.compare_exchange_strong(first, static_cast<gint64>(segment.time));
+    const gint64 place = m_place;
+    if (place > static_cast<gint64>(segment.start))
+        setSegmentPlace(segment, static_cast<guint64>(place));
     segment.time -= std::min(segment.time, static_cast<guint64>(m_start.load()));
     return gst_event_new_segment(&segment);
 }
@@ -19,8 +22,12 @@ GstEvent *StreamStartGst::insteadOfSegment(GstEvent *event)
 GstEvent *StreamStartGst::insteadOfSeek(GstEvent *event)
 {
     SeekEventGst seek(event);
-    if (m_start <= 0 || !seek.goesToTime())
+    if (m_start < 0 || !seek.goesToTime())
         return nullptr;
     seek.start += m_start;
+    const bool early = m_lead > 0 && (seek.flags & GST_SEEK_FLAG_ACCURATE);
+    m_place = early ? seek.start : -1;
+    if (early)
+        seek.start = std::max<gint64>(0, seek.start - m_lead);
     return seek.make();
 }

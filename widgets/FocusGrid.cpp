@@ -46,7 +46,7 @@ QList<QWidget *> FocusGrid::stops(const QWidget *window)
 {
     QList<QWidget *> found;
     for (QWidget *each : window->findChildren<QWidget *>()) {
-        if (each->window() == window && each->isVisibleTo(window) && each->isEnabled() &&
+        if (each->window() == window->window() && each->isVisibleTo(window) && each->isEnabled() &&
             (each->focusPolicy() & Qt::TabFocus))
             found << each;
     }

@@ -2,6 +2,7 @@
 
 #include "resources/SkinImages.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -16,8 +17,14 @@ FramelessWindow::FramelessWindow(const QImage &background, bool frameless, QWidg
     : QWidget(parent)
     , m_frameless(frameless)
 {
-    if (m_frameless)
+    if (m_frameless && parent && QGuiApplication::platformName().startsWith("wayland")) {
+        // So the tabulator key stays within it, as within a window.
+        setWindowFlags(Qt::SubWindow);
+        setAutoFillBackground(true);
+        setAttribute(Qt::WA_NoMousePropagation);
+    } else if (m_frameless) {
         setWindowFlags(Qt::Tool | Qt::FramelessWindowHint);
+    }
     setBackgroundImage(background);
 }
 
@@ -35,7 +42,7 @@ void FramelessWindow::setBackgroundImage(const QImage &image)
 bool FramelessWindow::event(QEvent *event)
 {
     // Without a widget that takes the focus, the platform would choose the first button.
-    if (event->type() == QEvent::WindowActivate && !focusIsShown())
+    if (event->type() == QEvent::WindowActivate && isWindow() && !focusIsShown())
         setFocus(Qt::ActiveWindowFocusReason);
     return QWidget::event(event);
 }

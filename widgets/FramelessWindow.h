@@ -14,7 +14,8 @@ class FramelessWindow : public QWidget
     Q_OBJECT
 
 public:
-    /// With `frameless` it is a tool window without the platform's frame.
+    /// With `frameless` it is a tool window without the platform's frame; under Wayland, where no
+    /// program places its windows, a part of its parent's window.
     FramelessWindow(const QImage &background, bool frameless, QWidget *parent);
 
     /// Takes the image's size as size and minimum size. A null image leaves the background

@@ -3,6 +3,7 @@
 #include "widgets/FocusGrid.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
+#include "widgets/PopupPlace.h"
 
 #include <QAbstractButton>
 #include <QGuiApplication>
@@ -44,6 +45,10 @@ void ToolWindow::alignToToolButton()
 {
     if (!m_toolButton)
         return;
+    if (!isWindow()) {
+        move(placeInWindow());
+        return;
+    }
     // The area's width and height are used as its right and bottom edges: on every screen the
     // pop-up comes to the primary one.
     const QSize area = QGuiApplication::primaryScreen()->availableGeometry().size();
@@ -53,6 +58,22 @@ void ToolWindow::alignToToolButton()
     if (point.y() + height() > area.height())
         point.setY(area.height() - height());
     move(point);
+}
+
+QPoint ToolWindow::placeInWindow() const
+{
+    const QWidget *window = parentWidget();
+    const auto placeOf = [window](const QWidget *widget) {
+        return QRect(widget->mapTo(window, QPoint(0, 0)), widget->size());
+    };
+    QVector<QRect> others;
+    for (const QWidget *each : window->findChildren<ImageButton *>()) {
+        // Of a long strip of thumbnails few are within the window.
+        if (each != m_toolButton && each->isVisible() && !isAncestorOf(each) &&
+            placeOf(each).intersects(window->rect()))
+            others << placeOf(each);
+    }
+    return PopupPlace::beside(placeOf(m_toolButton), size(), window->rect(), others);
 }
 
 bool ToolWindow::eventFilter(QObject *watched, QEvent *event)
@@ -89,12 +110,17 @@ void ToolWindow::resizeEvent(QResizeEvent *event)
 void ToolWindow::showEvent(QShowEvent *event)
 {
     alignToToolButton();
+    if (!isWindow())
+        raise();
     FramelessWindow::showEvent(event);
 }
 
 void ToolWindow::hideEvent(QHideEvent *event)
 {
     FramelessWindow::hideEvent(event);
+    // A window leaves the focus to another window, a part of one would keep it.
+    if (!isWindow() && isAncestorOf(window()->focusWidget()))
+        window()->setFocus(Qt::OtherFocusReason);
     if (!std::exchange(m_givesFocusBack, false) || !m_toolButton)
         return;
     m_toolButton->window()->activateWindow();

@@ -20,7 +20,7 @@ public:
     [[nodiscard]] ImageButton *toolButton() const;
 
     /// Moves the window just right of its button, level with its top, pushed back into the work
-    /// area.
+    /// area; as a part of the main window, see PopupPlace.
     void alignToToolButton();
 
     /// Gives the focus to the chosen button, or to the first that takes it; when the window closes,
@@ -44,6 +44,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    [[nodiscard]] QPoint placeInWindow() const;
     /// Moves the focus to the nearest widget in the direction of an arrow key.
     void moveFocus(int key);
 

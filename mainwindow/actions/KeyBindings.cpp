@@ -38,6 +38,13 @@ bool isPressKey(int key)
     return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
+bool isInPopUp(const QWidget *widget)
+{
+    while (widget && !qobject_cast<const ToolWindow *>(widget))
+        widget = widget->parentWidget();
+    return widget != nullptr;
+}
+
 } // namespace
 
 KeyBindings::KeyBindings(QWidget *window, const CanvasDeck *deck, const Popups *popups)
@@ -97,7 +104,7 @@ bool KeyBindings::focusNeeds(QWidget *focus, int key) const
     if (!qobject_cast<QAbstractButton *>(focus))
         return false;
     // In a pop-up, arrow keys move among the buttons.
-    return isPressKey(key) || (focus->window() != m_window && FocusGrid::isArrow(key));
+    return isPressKey(key) || (isInPopUp(focus) && FocusGrid::isArrow(key));
 }
 
 bool KeyBindings::keepsFromText(QWidget *receiver, int key) const
@@ -105,7 +112,7 @@ bool KeyBindings::keepsFromText(QWidget *receiver, int key) const
     if (takesText(receiver) || focusNeeds(receiver, key))
         return true;
     const bool leavesPopUp = key == Qt::Key_Escape || key == Qt::Key_Tab || key == Qt::Key_Backtab;
-    return leavesPopUp && receiver->window() != m_window;
+    return leavesPopUp && isInPopUp(receiver);
 }
 
 QTextEdit *KeyBindings::openText() const

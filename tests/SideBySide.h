@@ -69,8 +69,8 @@ private:
     SideBySide m_runs;
 };
 
-/// As REGISTER_TEST, for a class whose functions are to run side by side.
-#define REGISTER_TEST_SIDE_BY_SIDE(CLASS)                                                          \
+/// As REGISTER_TEST_IN, for a class whose functions are to run side by side.
+#define REGISTER_TEST_SIDE_BY_SIDE_IN(KIND, CLASS)                                                 \
     static std::unique_ptr<QObject> makeTest()                                                     \
     {                                                                                              \
         if (FunctionsSideBySide::named())                                                          \
@@ -78,4 +78,6 @@ private:
         return std::make_unique<FunctionsSideBySide>(__FILE__);                                    \
     }                                                                                              \
     static const bool isRegistered =                                                               \
-        TestProgram::registerTest(__FILE__, TestProgram::Application::Widgets, &makeTest);
+        TestProgram::registerTest(__FILE__, TestProgram::Application::KIND, &makeTest);
+#define REGISTER_TEST_SIDE_BY_SIDE(CLASS) REGISTER_TEST_SIDE_BY_SIDE_IN(Widgets, CLASS)
+#define REGISTER_CORE_TEST_SIDE_BY_SIDE(CLASS) REGISTER_TEST_SIDE_BY_SIDE_IN(Core, CLASS)

@@ -1,4 +1,4 @@
-#include "tests/TestProgram.h"
+#include "tests/SideBySide.h"
 #include "tests/media/MovieFile.h"
 #include "tests/media/RecordProbe.h"
 #include "tests/media/SoundServer.h"
@@ -145,5 +145,5 @@ private:
     QString m_file;
 };
 
-REGISTER_CORE_TEST(ClapAndFlashTest)
+REGISTER_CORE_TEST_SIDE_BY_SIDE(ClapAndFlashTest)
 #include "tst_clap_and_flash.moc"

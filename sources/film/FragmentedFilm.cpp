@@ -177,7 +177,7 @@ std::optional<Box> boxAt(QFile &file, qint64 at)
 {
     if (!file.seek(at))
         return {};
-    Fields header(file.read(2 * BOX_HEADER));
+    Fields header(file.read(qint64{2} * BOX_HEADER));
     const quint32 size = header.u32();
     const quint32 kind = qToBigEndian(header.u32());
     const bool large = size == 1;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #if defined(__x86_64__) || defined(__i386__)
 #include <tmmintrin.h>
@@ -52,14 +53,14 @@ void PlanarToRgb::plainRow(const std::uint8_t *y, const std::uint8_t *u, const s
                            std::uint8_t *rgb, int from, int width) const
 {
     for (int x = from; x < width; ++x)
-        pixel(y[x], u[x / 2], v[x / 2], rgb + 3 * x);
+        pixel(y[x], u[x / 2], v[x / 2], rgb + std::ptrdiff_t{3} * x);
 }
 
 void PlanarToRgb::rowOfFullColour(const std::uint8_t *y, const std::uint8_t *u,
                                   const std::uint8_t *v, std::uint8_t *rgb, int width) const
 {
     for (int x = 0; x < width; ++x)
-        pixel(y[x], u[x], v[x], rgb + 3 * x);
+        pixel(y[x], u[x], v[x], rgb + std::ptrdiff_t{3} * x);
 }
 
 inline void PlanarToRgb::pixel(int y, int u, int v, std::uint8_t *rgb) const
@@ -107,7 +108,7 @@ __attribute__((target("ssse3"))) inline void storePixels(std::uint8_t *rgb, __m1
     for (int third = 0; third < 3; ++third) {
         const __m128i bytes = _mm_or_si128(
             placed(red, third, 0), _mm_or_si128(placed(green, third, 1), placed(blue, third, 2)));
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(rgb + third * 16), bytes);
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(rgb + std::ptrdiff_t{16} * third), bytes);
     }
 }
 
@@ -139,7 +140,7 @@ __attribute__((target("ssse3"))) int PlanarToRgb::vectorRow(const std::uint8_t *
         const __m128i cu = _mm_sub_epi16(_mm_unpacklo_epi8(us, zero), grey);
         const __m128i cv = _mm_sub_epi16(_mm_unpacklo_epi8(vs, zero), grey);
         const __m128i green = _mm_add_epi16(times(cu, m_greenFromU), times(cv, m_greenFromV));
-        storePixels(rgb + 3 * x, colourOf(low, high, times(cv, m_redFromV)),
+        storePixels(rgb + std::ptrdiff_t{3} * x, colourOf(low, high, times(cv, m_redFromV)),
                     colourOf(low, high, green), colourOf(low, high, times(cu, m_blueFromU)));
     }
     return x;

@@ -11,7 +11,7 @@ std::shared_ptr<PlaybackThreadGst>
 PlaybackThreadGst::start(std::shared_ptr<FilmPlayerState> state,
                          std::shared_ptr<PlaybackThreadGst> hanging)
 {
-    const std::shared_ptr<PlaybackThreadGst> engine(
+    std::shared_ptr<PlaybackThreadGst> engine(
         new PlaybackThreadGst(std::move(state), std::move(hanging)));
     engine->m_thread = std::thread([engine] {
         const DetachedThreads::Running running;

@@ -18,7 +18,7 @@
 /// from one clock, and both are stamped in the time of the sound: without sound no picture is
 /// written. Records from construction to finish(); a writer that fails meanwhile takes nothing any
 /// more and waits for finish() all the same.
-class MovieRecorder : public FrameRecorder
+class MovieRecorder final : public FrameRecorder
 {
 public:
     /// `pictureSize` is that of the writer; pictures of another size are left out.

@@ -23,7 +23,7 @@ constexpr qint64 REPEAT_BEHIND_US = 300000;
 /// stand still for a slow one.
 constexpr std::chrono::milliseconds FINISH_TIMEOUT(500);
 
-class MovieWriterGst : public MovieWriter
+class MovieWriterGst final : public MovieWriter
 {
 public:
     MovieWriterGst(const Settings &settings, FailureHandler failed)

@@ -198,7 +198,7 @@ private:
     bool m_finished = false;
 };
 
-class SoundCaptureGst : public SoundCapture
+class SoundCaptureGst final : public SoundCapture
 {
 public:
     SoundCaptureGst(MicrophoneId microphone, milliseconds interval)

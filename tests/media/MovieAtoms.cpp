@@ -107,7 +107,7 @@ void MovieAtoms::readTrack(Range track)
         auto left = static_cast<qint64>(number(chunks.first + 8 + 12 * run + 4, 4));
         for (; left > 0 && samples.size() < count; --left) {
             const auto bytes =
-                static_cast<qint64>(number(sizes.first + 12 + 4 * samples.size(), 4));
+                static_cast<qint64>(number(sizes.first + 12 + qint64{4} * samples.size(), 4));
             if (at + bytes > m_file.size())
                 return fail("a sample is behind the end of the file");
             samples.append({at, bytes});

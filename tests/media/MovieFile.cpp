@@ -75,7 +75,7 @@ QString MovieFile::container() const
 
 QJsonObject MovieFile::stream(const QString &kind) const
 {
-    for (const QJsonValue &stream : description()["streams"].toArray()) {
+    for (const auto &stream : description()["streams"].toArray()) {
         if (stream.toObject()["codec_type"].toString() == kind)
             return stream.toObject();
     }
@@ -94,13 +94,14 @@ QVector<MovieFile::Picture> MovieFile::pictures() const
     const QByteArray strips =
         read("ffmpeg", {"-i", m_fileName, "-an", "-fps_mode", "passthrough", "-vf", crop,
                         "-pix_fmt", "gray", "-f", "rawvideo", "-"});
-    constexpr int stripBytes = Strip::STRIP_WIDTH * Strip::STRIP_HEIGHT;
+    constexpr qptrdiff stripBytes = qptrdiff{Strip::STRIP_WIDTH} * Strip::STRIP_HEIGHT;
     QVector<Picture> pictures;
     for (int n = 0; n < strips.size() / stripBytes && n < times.size(); ++n) {
         const char *middle = strips.constData() + n * stripBytes +
-                             Strip::STRIP_HEIGHT / 2 * Strip::STRIP_WIDTH + Strip::CELL / 2;
+                             qptrdiff{Strip::STRIP_HEIGHT / 2} * Strip::STRIP_WIDTH +
+                             Strip::CELL / 2;
         const auto white = [&](int cell) {
-            return static_cast<uchar>(middle[cell * Strip::CELL]) > WHITE;
+            return static_cast<uchar>(middle[qptrdiff{cell} * Strip::CELL]) > WHITE;
         };
         int number = 0;
         for (int bit = 0; bit < Strip::CELLS - 1; ++bit)

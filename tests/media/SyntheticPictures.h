@@ -23,6 +23,7 @@ public:
     const std::uint8_t *picture(int number, bool flash);
 
 private:
+    std::uint8_t *at(int x, int y);
     void fillCell(int cell, bool white);
 
     QSize m_size;

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "sources/recording/MovieWriter.h"
+#include "sources/threads/DetachedThreads.h"
+#include "tests/media/SyntheticPictures.h"
+
+#include <QtTest>
+
+#include <QSize>
+#include <QStringList>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+inline constexpr qint64 START_US = 5000000000;
+inline constexpr int TIMEOUT_MS = 20000;
+inline constexpr QSize SMALL(640, 360);
+
+inline qint64 timeOf(int number)
+{
+    return START_US + number * 1000000LL / 30;
+}
+
+/// A writer with what it reported.
+class WrittenMovie
+{
+public:
+    explicit WrittenMovie(const QString &fileName, QSize size = SMALL,
+                          const QStringList &encoders = {"x264enc"})
+        : m_pictures(size)
+        , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
+            const std::lock_guard lock(m_mutex);
+            m_failures << sentence;
+        }))
+    {
+        writer->startSession(START_US);
+    }
+
+    void appendSound(int number)
+    {
+        const std::vector<std::int16_t> sound(1470, 1000);
+        writer->appendSound(sound.data(), 1470, timeOf(number));
+    }
+    void appendPicture(int number)
+    {
+        writer->appendPicture(m_pictures.picture(number, number >= 15 && number < 18),
+                              timeOf(number));
+    }
+    /// A thirtieth of a second of both; offers the picture until the encoder has caught up.
+    void append(int number)
+    {
+        appendSound(number);
+        qint64 dropped = 0;
+        do {
+            dropped = writer->droppedPictures();
+            appendPicture(number);
+            std::this_thread::yield();
+        } while (writer->droppedPictures() > dropped);
+    }
+
+    /// And waits until the file is complete, which a slow disk may leave to the background.
+    void finish()
+    {
+        writer->finish();
+        waitUntilCompleted();
+    }
+    static void waitUntilCompleted()
+    {
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)));
+    }
+
+    QStringList failures() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_failures;
+    }
+
+private:
+    SyntheticPictures m_pictures;
+    mutable std::mutex m_mutex;
+    QStringList m_failures;
+
+public:
+    std::unique_ptr<MovieWriter> writer;
+};

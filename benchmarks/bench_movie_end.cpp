@@ -63,7 +63,7 @@ int main(int argc, char **argv)
     const bool finished = file.finish();
     const double end = seconds() - begun;
     const qint64 content =
-        qint64{saves} * (PICTURES * qint64{pictureBytes} + PACKETS * PACKET_BYTES);
+        qint64{saves} * (PICTURES * qint64{pictureBytes} + qint64{PACKETS} * PACKET_BYTES);
     const qint64 size = QFileInfo(argv[3]).size();
     std::sort(costs.begin(), costs.end());
     std::printf("finished %d in %.1f ms; a save %.1f ms in the median, %.1f ms at most\n", finished,

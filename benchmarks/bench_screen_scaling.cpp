@@ -20,7 +20,7 @@ namespace
 {
 
 struct Case {
-    const char *name;
+    const char *name = nullptr;
     QSize from;
     QSize to;
 };

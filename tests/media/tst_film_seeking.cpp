@@ -91,7 +91,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(show.ready(), TIMEOUT_MS);
         for (const int percent : {70, 10, 50, 90, 0, 30}) {
             show.source->setPosition(percent);
-            const int expected = int(percent / 10 * made.rate);
+            const int expected = int(percent * made.rate) / 10;
             QTRY_COMPARE_WITH_TIMEOUT(show.sink.lastNumber(), expected, TIMEOUT_MS);
             QCOMPARE(show.source->currentPosition(), percent);
         }

@@ -65,10 +65,11 @@ private slots:
         // Four quarters in four colours: a wrong stride or matrix shows at once.
         const std::uint8_t colours[4][3] = {
             {200, 30, 40}, {20, 180, 60}, {30, 50, 210}, {230, 220, 90}};
-        std::vector<std::uint8_t> rgb(static_cast<size_t>(size.width() * size.height() * 3));
+        std::vector<std::uint8_t> rgb(static_cast<size_t>(size.width()) *
+                                      static_cast<size_t>(size.height()) * 3);
         for (int y = 0; y < size.height(); ++y)
             for (int x = 0; x < size.width(); ++x)
-                memcpy(&rgb[static_cast<size_t>((y * size.width() + x) * 3)],
+                memcpy(rgb.data() + (qptrdiff{y} * size.width() + x) * 3,
                        colours[2 * (2 * y / size.height()) + 2 * x / size.width()], 3);
         for (int n = 0; n < 5; ++n) {
             movie.appendSound(n);

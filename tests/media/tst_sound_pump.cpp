@@ -81,7 +81,7 @@ private slots:
         }
         // In real time: no faster than the clock, and as many as it allowed for.
         const qint64 heardUs = pieces.back().arrivalUs - pieces.front().arrivalUs;
-        QVERIFY(heardUs >= 20000 * 48);
+        QVERIFY(heardUs >= qint64{20000} * 48);
     }
 
     void theSoundOfASourcePassesAsItIs()

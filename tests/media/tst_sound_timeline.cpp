@@ -31,7 +31,7 @@ private slots:
         SoundTimeline timeline(RATE);
         for (int n = 0; n < 50; ++n) {
             const auto samples = counting(n * 441, 441);
-            QVERIFY(timeline.place(samples.data(), 441, n * 10000) == samples);
+            QVERIFY(timeline.place(samples.data(), 441, qint64{n} * 10000) == samples);
         }
     }
 

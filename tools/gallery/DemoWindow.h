@@ -32,5 +32,5 @@ private:
     QWidget *m_intervalText = nullptr;
     QWidget *m_index = nullptr;
     QWidget *m_about;
-    Panel *m_panel;
+    Panel *m_panel = nullptr;
 };

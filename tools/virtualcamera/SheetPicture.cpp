@@ -115,10 +115,10 @@ std::vector<QRect> SheetPicture::movingAreas(quint32 frameNumber) const
 
 void SheetPicture::restore(const QRect &area)
 {
-    const auto bytes = static_cast<std::size_t>(4 * area.width());
+    const std::ptrdiff_t left = std::ptrdiff_t{4} * area.left();
+    const auto bytes = std::size_t{4} * static_cast<std::size_t>(area.width());
     for (int y = area.top(); y <= area.bottom(); ++y)
-        std::memcpy(m_sharp.scanLine(y) + 4 * area.left(),
-                    m_background.constScanLine(y) + 4 * area.left(), bytes);
+        std::memcpy(m_sharp.scanLine(y) + left, m_background.constScanLine(y) + left, bytes);
 }
 
 void SheetPicture::paintMoving(quint32 frameNumber, const QRect &area)
@@ -140,7 +140,7 @@ void SheetPicture::brighten(const QRect &area)
         tone[static_cast<std::size_t>(value)] =
             static_cast<uchar>(qMin(255, static_cast<int>(value * m_view.brightness)));
     for (int y = area.top(); y <= area.bottom(); ++y) {
-        uchar *bytes = m_sharp.scanLine(y) + 4 * area.left();
+        uchar *bytes = m_sharp.scanLine(y) + std::ptrdiff_t{4} * area.left();
         for (int i = 0; i < 4 * area.width(); ++i)
             bytes[i] = tone[bytes[i]];
     }

@@ -123,7 +123,8 @@ void paintPostcard(QPainter &painter)
     painter.drawEllipse(QPointF(84, 214), 26, 26);
     for (int hill = 0; hill < 3; ++hill) {
         QPainterPath ridge(view.bottomLeft());
-        for (double x = view.left(); x <= view.right(); x += 6) {
+        for (int step = 0; 6 * step <= view.width(); ++step) {
+            const double x = view.left() + 6 * step;
             ridge.lineTo(x, 252 + 28 * hill + 22 * std::sin(x * (0.011 + 0.006 * hill) + 2 * hill));
         }
         ridge.lineTo(view.bottomRight());
@@ -140,8 +141,10 @@ void paintPatches(QPainter &painter)
                                    0xFF9DBC40, 0xFFE0A32E, 0xFF383D96, 0xFF469449, 0xFFAF363C,
                                    0xFFE7C71F, 0xFFBB5695, 0xFF0885A1};
     painter.setPen(Qt::NoPen);
-    for (int i = 0; i < 18; ++i)
-        painter.fillRect(QRectF(262 + i % 6 * 78, -376 + i / 6 * 78, 70, 70), QColor(COLOURS[i]));
+    for (int i = 0; i < 18; ++i) {
+        const int row = i / 6;
+        painter.fillRect(QRectF(262 + i % 6 * 78, -376 + row * 78, 70, 70), QColor(COLOURS[i]));
+    }
     for (int i = 0; i < 12; ++i) {
         const int grey = i * 255 / 11;
         painter.fillRect(QRectF(262 + i * 38.5, -136, 38.5, 40), QColor(grey, grey, grey));
@@ -155,10 +158,12 @@ void paintResolution(QPainter &painter)
     painter.setPen(Qt::NoPen);
     painter.setBrush(INK);
     double x = -720;
-    for (double width = 8; width >= 1; width *= 0.8) {
+    double width = 8;
+    while (width >= 1) {
         for (int line = 0; line < 4; ++line, x += 2 * width)
             painter.drawRect(QRectF(x, 70, width, 60));
         x += 12;
+        width *= 0.8;
     }
     painter.translate(-590, 250);
     for (int ray = 0; ray < 36; ++ray) {

@@ -62,7 +62,8 @@ public:
         jpeg_start_compress(&m_state, TRUE);
         while (m_state.next_scanline < m_state.image_height) {
             const int y = corner.y() + static_cast<int>(m_state.next_scanline);
-            auto *row = const_cast<JSAMPROW>(picture.constScanLine(y) + 4 * corner.x());
+            auto *row =
+                const_cast<JSAMPROW>(picture.constScanLine(y) + std::ptrdiff_t{4} * corner.x());
             jpeg_write_scanlines(&m_state, &row, 1);
         }
         jpeg_finish_compress(&m_state);
@@ -148,7 +149,9 @@ void TileEncoder::store(const Bytes &jpeg, int column, int firstRow)
         const bool restart = at[0] == MARKER && (at[1] & 0xF8) == FIRST_RESTART;
         if (!restart && !(at[0] == MARKER && at[1] == END_OF_IMAGE))
             continue;
-        m_tiles[static_cast<std::size_t>(row++ * m_columns + column)].assign(begin, at);
+        m_tiles[static_cast<std::size_t>(row++) * static_cast<std::size_t>(m_columns) +
+                static_cast<std::size_t>(column)]
+            .assign(begin, at);
         begin = at + 2;
         ++at;
     }

@@ -10,6 +10,7 @@
 #include "resources/Skin.h"
 #include "resources/SkinStyle.h"
 #include "resources/translations/Translations.h"
+#include "settings/StoredSettings.h"
 #include "sources/gst/MediaPreloader.h"
 #include "sources/threads/DetachedThreads.h"
 
@@ -44,13 +45,24 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
     return std::make_unique<QApplication>(argc, argv);
 }
 
-void tellWhatIsMissing()
+/// Says what is wrong with the settings file. Whether it can be read.
+bool checkSettings()
 {
     const QSettings settings;
     // A fault in the file is only found when its keys are read.
     (void)settings.allKeys();
-    if (settings.status() != QSettings::NoError || QFileInfo(settings.fileName()).isDir())
+    if (settings.status() != QSettings::NoError || QFileInfo(settings.fileName()).isDir()) {
         TerminalLines::tell(Line::SettingsUnreadable, {settings.fileName()});
+        return false;
+    }
+    const QStringList odd = StoredSettings::outOfRange(settings);
+    if (!odd.isEmpty())
+        TerminalLines::tell(Line::SettingsOutOfRange, {settings.fileName(), odd.join(", ")});
+    return true;
+}
+
+void tellWhatIsMissing()
+{
     // The toolkit lists font families even where no font file is installed.
     if (QRawFont::fromFont(QApplication::font()).fontTable("cmap").isEmpty())
         TerminalLines::tell(Line::NoFont);
@@ -88,6 +100,7 @@ int runProgram(int argc, char **argv)
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
     QGuiApplication::setDesktopFileName("document-camera");
+    const bool settingsAreReadable = checkSettings();
     tellWhatIsMissing();
 
     QTranslator translator;
@@ -100,7 +113,9 @@ int runProgram(int argc, char **argv)
     SkinStyle::install();
     QApplication::setWindowIcon(applicationIcon());
     const int code = showWindow();
-    writeSettings();
+    // What cannot be read cannot be written either, and has been said.
+    if (settingsAreReadable)
+        writeSettings();
     return code;
 }
 

@@ -38,6 +38,8 @@ const std::vector<TerminalLines::Row> &TerminalLines::rows()
          "No display can be opened (%1): start the program in a graphical session."},
         {Line::SettingsUnreadable,
          "The settings %1 cannot be read, the defaults are used: repair or remove that."},
+        {Line::SettingsOutOfRange, "The settings %1 hold what makes no sense (%2): choose anew in "
+                                   "the settings and press OK."},
         {Line::SettingsNotWritten,
          "The settings %1 were not written: look at the room on that disk and at the folder's "
          "permissions."},

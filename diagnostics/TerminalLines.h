@@ -24,6 +24,7 @@ enum class Line {
     NoFont,
     NoDisplay,          ///< what was tried
     SettingsUnreadable, ///< the file
+    SettingsOutOfRange, ///< the file, KEY=VALUE
     SettingsNotWritten, ///< the file
     VariableIgnored     ///< NAME=VALUE
 };

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <unistd.h>
 
 using TerminalLines::Line;
 
@@ -259,22 +260,40 @@ private slots:
     void settingsThatCannotBeReadAreSaidAndLeftAlone_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("binary") << QByteArray("\x7f\x45\x4c\x46\0\x01\xff[[[\n=\n]]", 16);
-        QTest::newRow("folder") << QByteArray();
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<bool>("readable");
+        const QByteArray unreadable = lineOf(Line::SettingsUnreadable, {settingsFile()});
+        QTest::newRow("binary") << QByteArray("\x7f\x45\x4c\x46\0\x01\xff[[[\n=\n]]", 16)
+                                << unreadable << true;
+        QTest::newRow("folder") << QByteArray() << unreadable << true;
+        QTest::newRow("forbidden")
+            << QByteArray("[General]\nresolution=1\n") << unreadable << false;
+        QTest::newRow("out of range")
+            << QByteArray("[General]\nresolution=99\nsnapshotMode=1\n")
+            << lineOf(Line::SettingsOutOfRange, {settingsFile(), "resolution=99"}) << true;
     }
 
     void settingsThatCannotBeReadAreSaidAndLeftAlone()
     {
         QFETCH(QByteArray, content);
         const QString path = settingsFile();
+        QFETCH(QByteArray, line);
+        QFETCH(bool, readable);
         QVERIFY(content.isEmpty() ? QDir().mkpath(path) : write(path, content));
+        QFile file(path);
+        QVERIFY(readable || file.setPermissions({}));
+        // Permissions do not count for the system's user, unless that is taken from it.
+        QStringList asOthers;
+        if (!readable && geteuid() == 0)
+            asOthers = QStringList{"setpriv", "--bounding-set=-dac_override,-dac_read_search"};
         ProgramUnderTest program;
-        QVERIFY(program.start());
+        QVERIFY(program.start(QProcessEnvironment::systemEnvironment(), {}, asOthers));
         QVERIFY(program.waitForWindow());
         QVERIFY(program.closeAndWait());
         QCOMPARE(program.exitCode(), 0);
-        QCOMPARE(program.output().count(lineOf(Line::SettingsUnreadable, {path})), 1);
-        QFile file(path);
+        QCOMPARE(program.output().count(line), 1);
+        QCOMPARE(program.output().count("The settings"), 1);
+        QVERIFY(readable || file.setPermissions(QFile::ReadOwner));
         QVERIFY(content.isEmpty() ? QFileInfo(path).isDir()
                                   : file.open(QIODevice::ReadOnly) && file.readAll() == content);
         file.close();

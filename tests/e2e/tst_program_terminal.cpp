@@ -176,7 +176,10 @@ private slots:
         QVERIFY(m_camera->plug());
         m_camera->faults().claimBusy = 1;
         QProcess holder;
-        holder.start("sh", {"-c", "exec 3<>" + node() + "; echo; exec sleep 60"});
+        // The emulated bus is kept from a program without the USB library, the files behind it are
+        // not.
+        holder.start("sh",
+                     {"-c", "exec 3<>" + m_camera->root() + node() + "; echo; exec sleep 60"});
         QVERIFY(holder.waitForReadyRead());
         const QString name = QString("sleep (process %1)").arg(holder.processId());
         // Others that hold it are named beside it: the emulated camera's own process.

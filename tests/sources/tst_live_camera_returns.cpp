@@ -369,34 +369,46 @@ Holding settled()
     return holding();
 }
 
+/// Pulls the camera out and plugs it in, over and over; how long the quickest return took, negative
+/// when the picture stayed away.
+qint64 quickestOfReturns(VirtualCamera &camera, KeptRig &rig, int rounds)
+{
+    qint64 quickestMs = LiveRig::TIMEOUT_MS;
+    for (int round = 0; round < rounds; ++round) {
+        pull(camera);
+        const qint64 tookMs = plugAndWait(camera, rig);
+        if (tookMs < 0)
+            return tookMs;
+        quickestMs = std::min(quickestMs, tookMs);
+    }
+    return quickestMs;
+}
+
 /// A camera that comes and goes all day leaves nothing behind.
 bool oftenPulledAndPlugged(VirtualCamera &camera, KeptRig &rig)
 {
     constexpr int ROUNDS = 5;
     constexpr long KILOBYTES_A_ROUND = 1024;
+    // A busy machine has more pictures on their way at once than before, and their memory is kept
+    // for the next ones; what every return loses is lost in each series.
+    constexpr int SERIES = 3;
     CHECK(rig.bringUp(camera));
-    pull(camera);
-    CHECK(plugAndWait(camera, rig) >= 0);
-    const Holding before = settled();
-    qint64 quickestMs = LiveRig::TIMEOUT_MS;
-    for (int round = 0; round < ROUNDS; ++round) {
-        pull(camera);
-        const qint64 tookMs = plugAndWait(camera, rig);
-        CHECK(tookMs >= 0);
-        quickestMs = std::min(quickestMs, tookMs);
+    CHECK(quickestOfReturns(camera, rig, 1) >= 0);
+    for (int series = 0; series < SERIES; ++series) {
+        const Holding before = settled();
+        const qint64 quickestMs = quickestOfReturns(camera, rig, ROUNDS);
+        CHECK(quickestMs >= 0 && quickestMs <= RETURN_LIMIT_MS);
+        const Holding after = settled();
+        const long kilobytes = after.residentKilobytes - before.residentKilobytes;
+        std::printf("%d returns: %+d descriptors, %+d threads, %+ld kB\n", ROUNDS,
+                    after.descriptors - before.descriptors, after.threads - before.threads,
+                    kilobytes);
+        CHECK(after.descriptors <= before.descriptors);
+        CHECK(after.threads <= before.threads);
+        if (kilobytes < ROUNDS * KILOBYTES_A_ROUND)
+            return true;
     }
-    CHECK(quickestMs <= RETURN_LIMIT_MS);
-    const Holding after = settled();
-    std::printf("%d returns: %+d descriptors, %+d threads, %+ld kB\n", ROUNDS,
-                after.descriptors - before.descriptors, after.threads - before.threads,
-                after.residentKilobytes - before.residentKilobytes);
-    CHECK(after.descriptors <= before.descriptors);
-    CHECK(after.threads <= before.threads);
-    // The pictures on their way come and go with the load; what is lost does not come back.
-    const auto fits = [&before] {
-        return holding().residentKilobytes - before.residentKilobytes < ROUNDS * KILOBYTES_A_ROUND;
-    };
-    return check(QTest::qWaitFor(fits, LiveRig::TIMEOUT_MS), "memory");
+    return check(false, "memory");
 }
 
 struct NamedLife {

@@ -5,10 +5,35 @@
 
 #include <QtTest>
 
+#include <QFile>
 #include <QTemporaryDir>
 
-/// Films without an index and without a beginning of their own: streams, as broadcasts and discs
-/// have them.
+#include <algorithm>
+
+namespace
+{
+
+/// The number in a picture whose bars are all as black or as white as they were drawn; -1 in one
+/// that was decoded without the picture that it builds upon.
+int numberInClear(const QImage &picture)
+{
+    constexpr int NEARLY_BLACK = 48;
+    constexpr int NEARLY_WHITE = 207;
+    for (int bar = 0; bar < 16; ++bar) {
+        const int x = (2 * bar + 1) * picture.width() / 32;
+        for (int y = picture.height() / 8; y < picture.height(); y += picture.height() / 4) {
+            const int grey = qGray(picture.pixel(x, y));
+            if (grey > NEARLY_BLACK && grey < NEARLY_WHITE)
+                return -1;
+        }
+    }
+    return TestFilm::numberIn(picture);
+}
+
+} // namespace
+
+/// Films without an index: streams, as broadcasts and discs have them, and recordings that were cut
+/// off.
 class FilmStreamsTest : public QObject
 {
     Q_OBJECT
@@ -16,6 +41,36 @@ class FilmStreamsTest : public QObject
     QTemporaryDir m_folder;
 
 private slots:
+    void windingAnAviFilmWithoutAnIndexShowsWholePictures()
+    {
+        constexpr int TIMEOUT_MS = 30000;
+        TestFilm made;
+        made.seconds = 20;
+        made.sound.clear();
+        made.video = QStringList{"-c:v", "mpeg4", "-q:v", "3", "-g", "90"};
+        const QString path = m_folder.filePath("cut.avi");
+        QVERIFY(made.write(path));
+        QFile film(path);
+        QVERIFY(film.open(QIODevice::ReadWrite));
+        QVERIFY(film.resize(film.readAll().lastIndexOf("idx1")));
+        RecordingSink sink;
+        sink.readNumber = numberInClear;
+        FilmSource source(&sink, nullptr);
+        source.setFile(path);
+        QTRY_VERIFY_WITH_TIMEOUT(sink.lastNumber() > 3, TIMEOUT_MS);
+        for (int i = 0; i < 3; ++i)
+            source.forward();
+        QTRY_VERIFY_WITH_TIMEOUT(sink.lastNumber() > 400 || sink.refreshing(), TIMEOUT_MS);
+        const QVector<int> wound = sink.numbers();
+        QVERIFY2(!wound.contains(-1), "a picture was damaged");
+        QVERIFY(wound.last() > 400);
+        for (int i = 0; i < 10; ++i)
+            source.backward();
+        QTRY_VERIFY_WITH_TIMEOUT(sink.lastNumber() < wound.last() - 60, TIMEOUT_MS);
+        QVERIFY2(!sink.numbers().contains(-1), "a picture was damaged");
+        QVERIFY(std::is_sorted(wound.begin(), wound.end()));
+    }
+
     void aSeekInAProgramStreamShowsItsPicture()
     {
         constexpr int TIMEOUT_MS = 30000;

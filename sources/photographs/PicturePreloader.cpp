@@ -95,6 +95,7 @@ private:
     void run();
     void look(Lock &lock, const EntryPtr &entry);
     void keepWithinBound();
+    [[nodiscard]] bool makeRoom(const EntryPtr &entry, qint64 bytes);
 
     const Arrived m_arrived;
     /// Guards all below, and the entries.
@@ -254,6 +255,12 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     PictureFile file(entry->path);
     const bool isSame = wasRead && file.problem() == PictureProblem::None && file.stamp() == known;
     Reading reading;
+    if (!isSame && !makeRoom(entry, PictureReader::pictureBytes(file))) {
+        lock.lock();
+        entry->isBeingRead = false;
+        m_readsAhead = m_readsAhead && !ahead;
+        return;
+    }
     if (!isSame) {
         reading = PictureReader::readFile(file, [&](qint64 bytes) {
             const std::lock_guard sign(m_mutex);
@@ -281,6 +288,35 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     lock.unlock();
     m_arrived(path);
     lock.lock();
+}
+
+/// Before a picture of that size is decoded: drops those that could not be kept beside it. False
+/// for one that nobody waits for and that could not be kept itself. Locks the mutex.
+bool PicturePreloader::Shared::makeRoom(const EntryPtr &entry, qint64 bytes)
+{
+    std::vector<Reading> dropped;
+    const Lock lock(m_mutex);
+    const auto place = std::find(m_wanted.begin(), m_wanted.end(), entry);
+    qint64 kept = bytes;
+    if (!entry->isUrgent) {
+        for (auto before = m_wanted.begin(); before != place; ++before)
+            kept += bytesOf(**before);
+        entry->isTooLarge = kept > MAX_KEPT_BYTES;
+        if (entry->isTooLarge)
+            return false;
+    }
+    const auto first = entry->isUrgent || place == m_wanted.end() ? m_wanted.begin() : place;
+    for (auto other = first; other != m_wanted.end(); ++other) {
+        const bool stays = *other == entry || (*other)->isAwaited || !(*other)->isRead;
+        kept += *other == entry ? 0 : bytesOf(**other);
+        if (stays || kept <= MAX_KEPT_BYTES)
+            continue;
+        kept -= bytesOf(**other);
+        (*other)->isRead = false;
+        (*other)->isTooLarge = true;
+        dropped.push_back(std::exchange((*other)->reading, Reading()));
+    }
+    return true;
 }
 
 /// Drops the least important pictures. One that somebody waits for is still delivered.

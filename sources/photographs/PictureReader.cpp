@@ -244,6 +244,18 @@ Reading PictureReader::readFile(const QString &path, const PictureFile::Progress
     return readFile(file, progress);
 }
 
+qint64 PictureReader::pictureBytes(PictureFile &file)
+{
+    if (file.problem() != PictureProblem::None)
+        return 0;
+    // While the image library looks for the format, it must not wait for a disk.
+    QByteArray beginning = file.device().peek(HEADER_BYTES);
+    QBuffer buffer(&beginning);
+    buffer.open(QIODevice::ReadOnly);
+    const QSize size = QImageReader(&buffer).size();
+    return size.isValid() ? 3 * std::min(pixels(size), MAX_PIXELS) : 0;
+}
+
 Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge)
 {
     return readWith(file, {}, [&](QIODevice &device, bool jpeg, Reading &reading) {

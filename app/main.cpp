@@ -2,6 +2,7 @@
 #include "app/ExitSignals.h"
 #include "app/FatalMessages.h"
 #include "app/LocaleCatalogue.h"
+#include "app/LostDisplay.h"
 #include "app/Platform.h"
 #include "app/ScreenScale.h"
 #include "diagnostics/TerminalLines.h"
@@ -38,6 +39,8 @@ constexpr std::chrono::milliseconds END_TIMEOUT(200);
 
 /// The exit code for a command line that makes no sense.
 constexpr int REFUSED = 2;
+/// The exit code when the display server ends.
+constexpr int DISPLAY_LOST = 1;
 
 std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
@@ -68,14 +71,6 @@ void tellWhatIsMissing()
         TerminalLines::tell(Line::NoFont);
 }
 
-int showWindow()
-{
-    MainWindow window;
-    window.show();
-    const MediaPreloader warmUp(WARM_UP_DELAY);
-    return QApplication::exec();
-}
-
 /// Settings that were changed a moment ago are not on the disk yet.
 void writeSettings()
 {
@@ -83,6 +78,20 @@ void writeSettings()
     settings.sync();
     if (settings.status() == QSettings::AccessError)
         TerminalLines::tell(Line::SettingsNotWritten, {settings.fileName()});
+}
+
+int showWindow(bool settingsAreReadable)
+{
+    auto window = std::make_unique<MainWindow>();
+    const LostDisplay lostDisplay([&window, settingsAreReadable] {
+        window.reset();
+        if (settingsAreReadable)
+            writeSettings();
+        DetachedThreads::exitProcess(DISPLAY_LOST, END_TIMEOUT);
+    });
+    window->show();
+    const MediaPreloader warmUp(WARM_UP_DELAY);
+    return QApplication::exec();
 }
 
 int runProgram(int argc, char **argv)
@@ -112,7 +121,7 @@ int runProgram(int argc, char **argv)
 
     SkinStyle::install();
     QApplication::setWindowIcon(applicationIcon());
-    const int code = showWindow();
+    const int code = showWindow(settingsAreReadable);
     // What cannot be read cannot be written either, and has been said.
     if (settingsAreReadable)
         writeSettings();

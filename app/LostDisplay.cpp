@@ -1,0 +1,45 @@
+#include "app/LostDisplay.h"
+
+#include <QCoreApplication>
+#include <QString>
+#include <QThread>
+
+#include <utility>
+
+namespace
+{
+
+QtMessageHandler previous = nullptr;
+std::function<void()> endOnce;
+
+/// The toolkit announces it by no other means.
+bool tellsTheEnd(const QString &message)
+{
+    return message.startsWith(QLatin1String("The X11 connection broke")) ||
+           message.startsWith(QLatin1String("The Wayland connection broke"));
+}
+
+void look(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (previous)
+        previous(type, context, message);
+    if (!tellsTheEnd(message) || QThread::currentThread() != QCoreApplication::instance()->thread())
+        return;
+    // What is closed may say the same again.
+    if (const auto end = std::exchange(endOnce, {}))
+        end();
+}
+
+} // namespace
+
+LostDisplay::LostDisplay(std::function<void()> end)
+{
+    endOnce = std::move(end);
+    previous = qInstallMessageHandler(look);
+}
+
+LostDisplay::~LostDisplay()
+{
+    qInstallMessageHandler(previous);
+    endOnce = {};
+}

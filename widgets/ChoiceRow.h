@@ -22,7 +22,7 @@ public:
         QPoint label;
         QPoint firstButton;
         /// Distance between the left edges of two buttons.
-        int pitch;
+        int pitch = 0;
         /// Where the caption has to end; 0 for before the first button.
         int captionEnd = 0;
     };

@@ -35,6 +35,7 @@ std::vector<ChoiceRow::Choice> widthChoices()
 std::vector<ChoiceRow::Choice> colorChoices(const QString &skin)
 {
     std::vector<ChoiceRow::Choice> choices;
+    choices.reserve(DrawingColors::PEN.size());
     for (const DrawingColors::Entry &entry : DrawingColors::PEN)
         choices.push_back({skin.arg(entry.skin), DrawingColors::name(entry)});
     return choices;

@@ -15,6 +15,7 @@ FillBackgroundToolWindow::FillBackgroundToolWindow(ImageButton *toolButton, Main
     setStyleSheet("font-family: Arial; font-size: 15px; color: white;");
     if (!label.isEmpty()) {
         std::vector<ChoiceRow::Choice> choices;
+        choices.reserve(DrawingColors::BOARD.size());
         for (const DrawingColors::Entry &entry : DrawingColors::BOARD) {
             choices.push_back(
                 {QStringLiteral("ICON_FILL_COLOR_%1").arg(entry.skin), DrawingColors::name(entry)});

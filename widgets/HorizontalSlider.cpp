@@ -89,5 +89,6 @@ double HorizontalSlider::handleX() const
     const double middle =
         (static_cast<double>(m_value) - static_cast<double>(m_minimum) + 0.5) * strip() + MARGIN;
     const double rightmost = width() - MARGIN - m_handleWidth;
-    return qMax(qMin(middle - m_handleWidth / 2, rightmost), static_cast<double>(MARGIN));
+    const int half = m_handleWidth / 2;
+    return qMax(qMin(middle - half, rightmost), static_cast<double>(MARGIN));
 }

@@ -137,8 +137,8 @@ void ImageButton::setMarked(bool marked)
 
 QImage ImageButton::convertToGrayScale(const QImage &image)
 {
-    const QImage result = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
-                                                                        : QImage::Format_RGB32);
+    QImage result = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                                  : QImage::Format_RGB32);
     if (result.isNull() || result.constBits() != image.constBits())
         return result;
     for (int y = 0; y < image.height(); ++y) {

@@ -33,5 +33,6 @@ void TabFocusButton::focusInEvent(QFocusEvent *event)
 {
     // The push button's own handler takes the other buttons of its group out of the tab order,
     // because it expects the arrow keys to reach them.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QWidget::focusInEvent(event);
 }

@@ -29,6 +29,7 @@ TextToolWindow::TextToolWindow(ImageButton *toolButton, MainWindow *mainWindow)
     FormControls::keepLineHeight(label);
 
     std::vector<ChoiceRow::Choice> choices;
+    choices.reserve(DrawingColors::PEN.size());
     for (const DrawingColors::Entry &entry : DrawingColors::PEN) {
         choices.push_back(
             {QStringLiteral("ICON_LINE_COLOR_%1").arg(entry.skin), DrawingColors::name(entry)});

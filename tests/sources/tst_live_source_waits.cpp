@@ -46,6 +46,7 @@ struct uvc_context;
 struct uvc_device;
 
 /// In the place of the library's own, which answers with a number, too.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int uvc_get_device_list(uvc_context *context, uvc_device ***list)
 {
     using List = int (*)(uvc_context *, uvc_device ***);

@@ -21,7 +21,7 @@ std::string formatted(const char *format, unsigned value)
 
 std::string owned(gchar *text)
 {
-    const std::string copy = text ? text : "";
+    std::string copy = text ? text : "";
     g_free(text);
     return copy;
 }

@@ -45,7 +45,7 @@ struct VirtualCamera::Parts {
     UsbPort port;
 };
 
-VirtualCamera::VirtualCamera(VirtualCameraConfig config)
+VirtualCamera::VirtualCamera(const VirtualCameraConfig &config)
     : m_parts(std::make_unique<Parts>(config))
 {
 }

@@ -33,7 +33,7 @@ struct VirtualCameraConfig {
 class VirtualCamera
 {
 public:
-    explicit VirtualCamera(VirtualCameraConfig config = {});
+    explicit VirtualCamera(const VirtualCameraConfig &config = {});
     /// Unplugs. Programs should have closed the camera or be past using it.
     ~VirtualCamera();
     VirtualCamera(const VirtualCamera &) = delete;

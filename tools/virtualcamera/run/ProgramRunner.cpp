@@ -106,9 +106,11 @@ void ProgramRunner::becomeProgram() const
         ::dup2(nothing, STDIN_FILENO);
     }
     std::vector<QByteArray> texts;
+    texts.reserve(static_cast<std::size_t>(m_options.program.size()));
     for (const QString &argument : m_options.program)
         texts.push_back(argument.toLocal8Bit());
     std::vector<char *> arguments;
+    arguments.reserve(texts.size() + 1);
     for (QByteArray &text : texts)
         arguments.push_back(text.data());
     arguments.push_back(nullptr);

@@ -7,7 +7,7 @@ bool RunOptions::parse(const QStringList &arguments, QString &error)
     bool startsPlugged = true;
     int i = 0;
     for (; i < arguments.size() && arguments[i] != QLatin1String("--"); ++i) {
-        const QString name = arguments[i];
+        const QString &name = arguments[i];
         if (name == QLatin1String("--help")) {
             helpWanted = true;
             return true;

@@ -1,14 +1,12 @@
-#include "tests/mainwindow/WindowProbe.h"
-
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/Modes.h"
-#include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/ThumbnailButton.h"
 #include "mainwindow/bars/ThumbnailWidget.h"
 #include "sources/PhotographSource.h"
 #include "widgets/Slider.h"
 
 #include "tests/TestProgram.h"
+#include "tests/mainwindow/WindowKeysTest.h"
 
 #include <QComboBox>
 #include <QSignalSpy>
@@ -17,27 +15,12 @@
 
 using namespace WindowProbe;
 
-namespace
-{
-
-/// Whether the keys go there, at once or after a while. The platform also calls a pop-up active
-/// when they go to its parent.
-bool becomesActive(const QWidget *window)
-{
-    return QTest::qWaitFor([window] { return QApplication::activeWindow() == window; });
-}
-
-} // namespace
-
 /// The keys of a presenter remote in the main window and its pop-ups.
-class PresenterKeysTest : public QObject
+class PresenterKeysTest : public WindowKeysTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { beOnOneself(); }
-    void init();
-    void cleanup();
     void noButtonHasTheFocusAtTheStart();
     void aKeyWithoutAnActionDoesNothing_data();
     void aKeyWithoutAnActionDoesNothing();
@@ -48,52 +31,15 @@ private slots:
     void pageDownTurnsThePageWhateverWasUsedLast();
     void repeatsDuringAStepAreDropped();
     void everyPressOfItsOwnIsAStep();
-    void aZoomEndsWithItsKeyWhateverItsSign();
-    void aSecondZoomKeyEndsTheFirst();
-    void aModeChangeOrAnotherWindowEndsAKeysZoom_data();
-    void aModeChangeOrAnotherWindowEndsAKeysZoom();
     void escapeClosesAPopUpBeforeFullScreen();
     void aPopUpKeepsItsKeysFromAnOpenText();
 
 private:
-    /// To the widget of the active window that has the focus.
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    void send(QEvent::Type type, int key, quint32 scanCode, bool repeated = false);
     void openFolder();
     QTextEdit *openText();
 
-    std::unique_ptr<MainWindow> m_window;
     QTemporaryDir m_folder;
 };
-
-void PresenterKeysTest::init()
-{
-    usualSettings();
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    m_window->activateWindow();
-    QVERIFY(becomesActive(m_window.get()));
-}
-
-void PresenterKeysTest::cleanup()
-{
-    m_window.reset();
-}
-
-void PresenterKeysTest::press(int key, Qt::KeyboardModifiers modifiers)
-{
-    QWidget *window = QApplication::activeWindow();
-    QVERIFY(window);
-    QWidget *focus = window->focusWidget();
-    QTest::keyClick(focus ? focus : window, Qt::Key(key), modifiers);
-}
-
-void PresenterKeysTest::send(QEvent::Type type, int key, quint32 scanCode, bool repeated)
-{
-    QKeyEvent event(type, key, Qt::NoModifier, scanCode, 0, 0, QString(), repeated);
-    QWidget *focus = m_window->focusWidget();
-    QCoreApplication::sendEvent(focus ? focus : m_window.get(), &event);
-}
 
 void PresenterKeysTest::openFolder()
 {
@@ -275,75 +221,6 @@ void PresenterKeysTest::everyPressOfItsOwnIsAStep()
         send(QEvent::KeyRelease, Qt::Key_PageDown, 117);
         QCOMPARE(changed.count(), i);
     }
-}
-
-void PresenterKeysTest::aZoomEndsWithItsKeyWhateverItsSign()
-{
-    QSignalSpy released(m_window->findChild<KeyBindings *>(), &KeyBindings::stopped);
-    // Shift and "=" give a plus; Shift is let go first.
-    send(QEvent::KeyPress, Qt::Key_Plus, 21);
-    send(QEvent::KeyRelease, Qt::Key_Shift, 50);
-    QCOMPARE(released.count(), 0);
-    send(QEvent::KeyRelease, Qt::Key_Equal, 21);
-    QCOMPARE(released.count(), 1);
-    // The release of another key with the same sign does not count.
-    send(QEvent::KeyPress, Qt::Key_Plus, 21);
-    send(QEvent::KeyRelease, Qt::Key_Plus, 86);
-    QCOMPARE(released.count(), 1);
-    send(QEvent::KeyRelease, Qt::Key_Plus, 21);
-    QCOMPARE(released.count(), 2);
-    // Where no scan code is reported, the sign has to be enough.
-    send(QEvent::KeyPress, Qt::Key_Plus, 0);
-    send(QEvent::KeyRelease, Qt::Key_Plus, 0);
-    QCOMPARE(released.count(), 3);
-}
-
-void PresenterKeysTest::aSecondZoomKeyEndsTheFirst()
-{
-    auto *keys = m_window->findChild<KeyBindings *>();
-    QStringList said;
-    const auto name = [](Command command) {
-        return QString(command == Command::ZoomIn ? "in" : "out");
-    };
-    connect(keys, &KeyBindings::started, this, [&](Command command) { said << name(command); });
-    connect(keys, &KeyBindings::stopped, this,
-            [&](Command command) { said << name(command) + " ends"; });
-    send(QEvent::KeyPress, Qt::Key_Plus, 86);
-    send(QEvent::KeyPress, Qt::Key_Minus, 82);
-    send(QEvent::KeyRelease, Qt::Key_Plus, 86);
-    send(QEvent::KeyRelease, Qt::Key_Minus, 82);
-    QCOMPARE(said, QStringList({"in", "in ends", "out", "out ends"}));
-}
-
-void PresenterKeysTest::aModeChangeOrAnotherWindowEndsAKeysZoom_data()
-{
-    QTest::addColumn<bool>("modeChange");
-    QTest::newRow("mode change") << true;
-    QTest::newRow("another window") << false;
-}
-
-void PresenterKeysTest::aModeChangeOrAnotherWindowEndsAKeysZoom()
-{
-    QFETCH(bool, modeChange);
-    send(QEvent::KeyPress, Qt::Key_Plus, 86);
-    QWidget other;
-    if (modeChange) {
-        enter(*m_window, 1);
-    } else {
-        other.show();
-        other.activateWindow();
-        QVERIFY(becomesActive(&other));
-        m_window->activateWindow();
-        QVERIFY(becomesActive(m_window.get()));
-    }
-    // The release comes late or, in the other window, never: neither ends a zoom a second time,
-    // which would close the pop-up.
-    QSignalSpy released(m_window->findChild<KeyBindings *>(), &KeyBindings::stopped);
-    m_window->lineHold();
-    send(QEvent::KeyRelease, Qt::Key_Plus, 86);
-    QVERIFY(m_window->currentToolWindow());
-    send(QEvent::KeyPress, Qt::Key_Minus, 82);
-    QCOMPARE(released.count(), 0);
 }
 
 void PresenterKeysTest::escapeClosesAPopUpBeforeFullScreen()

@@ -23,8 +23,10 @@ private slots:
         m_source->resumeCapture();
         QCOMPARE(m_source->photographCount(), 2);
         QCOMPARE(m_receiver.calls, QStringList({"start"}));
-        m_source->next();
-        QVERIFY(m_receiver.pictures.last().isNull());
+        // One that was read ahead is shown when the machine has no time to look whether it is
+        // there.
+        QTRY_VERIFY((m_source->next(), m_receiver.pictures.last().isNull()));
+        QCOMPARE(m_source->photographCount(), 2);
     }
 
     void aFolderThatVanishesDuringASlideshowGivesNullPictures()
@@ -34,8 +36,7 @@ private slots:
         m_source->setPlayInterval(1);
         QVERIFY(m_folder->remove());
         m_source->play();
-        QTRY_VERIFY(m_receiver.pictures.size() >= 4);
-        QVERIFY(m_receiver.pictures.last().isNull());
+        QTRY_VERIFY(m_receiver.pictures.size() >= 4 && m_receiver.pictures.last().isNull());
     }
 
     void aRefilledFolderIsReadAnewOnReturn()

@@ -1,6 +1,7 @@
 #include "resources/SkinStyle.h"
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -34,8 +35,19 @@ bool themeSuppliesColours()
 void SkinStyle::install()
 {
     QApplication::setStyle(new SkinStyle);
-    if (!themeSuppliesColours())
-        QApplication::setPalette(darkPalette());
+    if (themeSuppliesColours())
+        return;
+    QApplication::setPalette(darkPalette());
+    const QFont font = QApplication::font();
+    if (proportional(font) != font)
+        QApplication::setFont(proportional(font));
+}
+
+QFont SkinStyle::proportional(QFont font)
+{
+    if (QFontInfo(font).fixedPitch())
+        font.setFamily(QStringLiteral("Arial"));
+    return font;
 }
 
 QPalette SkinStyle::darkPalette()

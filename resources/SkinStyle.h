@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QPalette>
 #include <QProxyStyle>
 
@@ -12,12 +13,17 @@ class SkinStyle : public QProxyStyle
 public:
     using QProxyStyle::QProxyStyle;
 
-    /// Gives the application this style, and the dark colours too when no theme of the desktop
-    /// supplies any. Once the application object stands.
+    /// Gives the application this style; when no theme of the desktop supplies any colours, also
+    /// the dark ones and a proportional font. Once the application object stands.
     static void install();
 
     /// The colours of the pop-ups for fields, lists and whole dialogs.
     [[nodiscard]] static QPalette darkPalette();
+
+    /// The font, or that of the pop-ups in its place when all its letters have one width: without a
+    /// theme the system takes such a one for the dialogs of some languages (French, for one) where
+    /// few fonts are installed.
+    [[nodiscard]] static QFont proportional(QFont font);
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget = nullptr) const override;

@@ -6,6 +6,7 @@
 #include "widgets/ImageButton.h"
 
 #include <QComboBox>
+#include <QFontInfo>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSignalSpy>
@@ -32,6 +33,7 @@ private slots:
     void theColoursCanBeRead();
     void tipsHaveTheEdgeOfThePopUps();
     void dialogButtonsHaveNoIcons();
+    void noDialogIsWrittenLikeATerminal();
     void aPathIsCutAtItsBeginning();
     void aDoubleClickAsksForAnotherFolder();
     void aTipNamesTheKey();
@@ -86,6 +88,16 @@ void DarkMaterialTest::tipsHaveTheEdgeOfThePopUps()
 void DarkMaterialTest::dialogButtonsHaveNoIcons()
 {
     QCOMPARE(SkinStyle().styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 0);
+}
+
+void DarkMaterialTest::noDialogIsWrittenLikeATerminal()
+{
+    QFont font("Liberation Mono", 11);
+    QVERIFY(QFontInfo(font).fixedPitch());
+    QVERIFY(!QFontInfo(SkinStyle::proportional(font)).fixedPitch());
+    QCOMPARE(SkinStyle::proportional(font).pointSize(), 11);
+    font.setFamily("Liberation Serif");
+    QCOMPARE(SkinStyle::proportional(font), font);
 }
 
 void DarkMaterialTest::aPathIsCutAtItsBeginning()

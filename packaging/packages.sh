@@ -39,11 +39,11 @@ BENCHMARK_PACKAGES="
     graphicsmagick libvips-tools libgdk-pixbuf2.0-bin"
 
 # check_folder FOLDER: fails, saying so in one line, where nothing can be built. Search paths for libraries
-# and lists of files are separated by these characters, and no quotes help.
+# and lists of files are separated by ':' and ';', and the build tools end a name at '"'.
 check_folder() {
     case $1 in
-    *[:\;]*)
-        echo "The path of this folder holds ':' or ';', with which nothing can be built: $1" >&2
+    *[:\;\"]*)
+        echo "The path of this folder holds ':', ';' or '\"', with which nothing can be built: $1" >&2
         return 1
         ;;
     esac

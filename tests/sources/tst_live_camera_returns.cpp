@@ -1,14 +1,15 @@
-#include "tests/SideBySide.h"
-#include "tests/sources/LiveRig.h"
+#include "tests/media/MovieFile.h"
+#include "tests/sources/CameraLives.h"
+#include "tests/sources/Holding.h"
+#include "tests/sources/KeptRig.h"
 
 #include "app/Platform.h"
-#include "sources/camera/CameraKeeper.h"
 #include "sources/camera/CameraParameters.h"
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -33,58 +34,6 @@ constexpr qint64 RETURN_LIMIT_MS = 3500;
 constexpr qint64 FIRST_PICTURE_LIMIT_MS = 2900;
 /// Of lives that mostly wait, on the two processors of a small machine.
 constexpr int LIVES_AT_ONCE = 2;
-
-/// A program's live source with its keeper.
-struct KeptRig : LiveRig {
-    CameraKeeper keeper{*source};
-
-    bool waitForState(State state)
-    {
-        return QTest::qWaitFor([this, state] { return keeper.status().state == state; },
-                               TIMEOUT_MS);
-    }
-};
-
-/// A short life of a program whose camera comes back. True when it went as it should.
-using Life = bool (*)(VirtualCamera &, KeptRig &);
-
-bool check(bool good, const char *what)
-{
-    if (!good)
-        std::printf("not so: %s\n", what);
-    return good;
-}
-#define CHECK(condition)                                                                           \
-    do {                                                                                           \
-        if (!check(condition, #condition))                                                         \
-            return false;                                                                          \
-    } while (false)
-
-/// Plugs the camera in and says how long the picture took; negative when it stayed away.
-qint64 plugAndWait(VirtualCamera &camera, KeptRig &rig)
-{
-    const std::uint8_t before = rig.source->cameraLink().address;
-    const auto again = [&rig, before] {
-        const CameraLink link = rig.source->cameraLink();
-        return link.address != before && link.frames > 0;
-    };
-    QElapsedTimer timer;
-    timer.start();
-    if (!check(camera.plug(), "plugged in"))
-        return -1;
-    if (!QTest::qWaitFor(again, LiveRig::TIMEOUT_MS)) {
-        const CameraLink link = rig.source->cameraLink();
-        std::printf("state %d, address %d before and %d now, gone %d, opened with %d, stream %d, "
-                    "pending %d, %lld frames\n",
-                    static_cast<int>(rig.keeper.status().state), before, link.address, link.gone,
-                    link.openResult, link.streamResult, link.streamPending,
-                    static_cast<long long>(link.frames));
-        return -1;
-    }
-    const qint64 elapsedMs = timer.elapsed();
-    std::printf("picture again after %lld ms\n", static_cast<long long>(elapsedMs));
-    return elapsedMs;
-}
 
 bool pluggedInAgain(VirtualCamera &camera, KeptRig &rig)
 {
@@ -143,41 +92,6 @@ bool stoppedMeanwhile(VirtualCamera &camera, KeptRig &rig)
     return rig.waitForFrames();
 }
 
-/// What a movie has: the pictures in it, and the seconds of its picture and of its sound.
-struct MovieFacts {
-    int pictures = 0;
-    double pictureSeconds = 0.0;
-    double soundSeconds = 0.0;
-};
-
-MovieFacts probe(const QString &file)
-{
-    QProcess ffprobe;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove("LD_PRELOAD");
-    ffprobe.setProcessEnvironment(environment);
-    ffprobe.start("ffprobe",
-                  {"-v", "error", "-count_packets", "-show_entries",
-                   "stream=codec_type,duration,nb_read_packets", "-of", "csv=p=0", file});
-    MovieFacts facts;
-    if (!ffprobe.waitForFinished(LiveRig::TIMEOUT_MS))
-        return facts;
-    for (const QString &line : QString(ffprobe.readAllStandardOutput()).split('\n')) {
-        const QStringList fields = line.split(',');
-        if (fields.size() < 3)
-            continue;
-        if (fields[0] == "video") {
-            facts.pictureSeconds = fields[1].toDouble();
-            facts.pictures = fields[2].toInt();
-        } else {
-            facts.soundSeconds = fields[1].toDouble();
-        }
-    }
-    std::printf("%d pictures, %.2f s of pictures, %.2f s of sound\n", facts.pictures,
-                facts.pictureSeconds, facts.soundSeconds);
-    return facts;
-}
-
 /// One movie, whose sound goes on while the camera is away.
 bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
 {
@@ -203,10 +117,11 @@ bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
     rig.source->stopRecord();
     const double seconds = static_cast<double>(length.elapsed()) / 1000.0;
     CHECK(rig.waitForSize(LiveRig::PREVIEW));
-    const MovieFacts facts = probe(file);
-    CHECK(facts.pictures >= 10); // a machine under load drops some
-    CHECK(facts.soundSeconds > seconds - 1.5);
-    CHECK(facts.pictureSeconds > seconds - 1.5);
+    const MovieFile movie(file);
+    // A machine under load drops some.
+    CHECK(movie.stream("video")["nb_frames"].toString().toInt() >= 10);
+    CHECK(movie.stream("audio")["duration"].toString().toDouble() > seconds - 1.5);
+    CHECK(movie.stream("video")["duration"].toString().toDouble() > seconds - 1.5);
     for (const QList<QVariant> &failure : failures)
         std::printf("told: %s\n", qPrintable(failure.first().toString()));
     // On a machine under load the first picture may come too late for the recording.
@@ -326,49 +241,6 @@ bool goneAgainWhileItIsOpened(VirtualCamera &camera, KeptRig &rig)
     return plugAndWait(camera, rig) >= 0;
 }
 
-/// What a process holds.
-struct Holding {
-    int descriptors = 0;
-    int threads = 0;
-    long residentKilobytes = 0;
-};
-
-Holding holding()
-{
-    Holding now;
-    now.descriptors =
-        static_cast<int>(QDir("/proc/self/fd").entryList(QDir::Files | QDir::System).size());
-    now.threads = static_cast<int>(
-        QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size());
-    QFile status("/proc/self/status");
-    if (status.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            if (line.startsWith("VmRSS:"))
-                now.residentKilobytes = line.mid(6).trimmed().split(' ').first().toLong();
-        }
-    }
-    return now;
-}
-
-/// How many threads there are whose call of a camera may hang, and of the library's for a camera.
-int cameraThreads()
-{
-    int count = 0;
-    for (const QString &thread : QDir("/proc/self/task").entryList(QDir::Dirs)) {
-        QFile name("/proc/self/task/" + thread + "/comm");
-        count += name.open(QIODevice::ReadOnly) && name.readAll().trimmed() == "UvcCommands";
-    }
-    return count;
-}
-
-/// What is held once the camera that was replaced has been given back, which takes its own time.
-Holding settled()
-{
-    constexpr int OF_ONE_CAMERA = 2;
-    (void)QTest::qWaitFor([] { return cameraThreads() <= OF_ONE_CAMERA; }, LiveRig::TIMEOUT_MS);
-    return holding();
-}
-
 /// Pulls the camera out and plugs it in, over and over; how long the quickest return took, negative
 /// when the picture stayed away.
 qint64 quickestOfReturns(VirtualCamera &camera, KeptRig &rig, int rounds)
@@ -411,13 +283,7 @@ bool oftenPulledAndPlugged(VirtualCamera &camera, KeptRig &rig)
     return check(false, "memory");
 }
 
-struct NamedLife {
-    const char *name;
-    Life life;
-    bool dirtyToo;
-};
-
-const NamedLife LIVES[] = {
+const CameraLife<KeptRig> LIVES[] = {
     {"plugged in again", pluggedInAgain, true},
     {"pulled and plugged at once", pulledAndPluggedAtOnce, true},
     {"resized meanwhile", resizedMeanwhile, false},
@@ -434,7 +300,7 @@ const NamedLife LIVES[] = {
     {"gone again while it is opened", goneAgainWhileItIsOpened, true},
 };
 
-/// The child's main().
+/// Every way in which a camera comes back.
 int live(const char *name)
 {
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
@@ -442,65 +308,14 @@ int live(const char *name)
         becomeUser();
     VirtualCamera camera(rigCamera());
     KeptRig rig;
-    for (const NamedLife &row : LIVES) {
-        if (std::strcmp(row.name, name) == 0)
-            return row.life(camera, rig) ? 0 : 1;
-    }
-    return 1;
+    return lifeNamed(LIVES, name)(camera, rig) ? 0 : 1;
 }
 
 } // namespace
-
-/// Every way in which a camera comes back, each in a process of its own, which must end by itself.
-class LiveCameraReturnsTest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void initTestCase()
-    {
-        std::vector<SideBySide::Run> runs;
-        // The two that record take a processor each: they do not run at once.
-        for (const NamedLife &row : LIVES)
-            runs.push_back({row.name, {"--live", row.name}, {}});
-        for (const NamedLife &row : LIVES) {
-            if (row.dirtyToo)
-                runs.push_back({dirtyName(row), {"--live", row.name}, {DIRTY}});
-        }
-        m_runs.start(std::move(runs), LIVES_AT_ONCE);
-    }
-
-    void thePictureIsThereAgain_data()
-    {
-        QTest::addColumn<QString>("life");
-        for (const NamedLife &row : LIVES) {
-            QTest::newRow(row.name) << QString(row.name);
-            if (row.dirtyToo)
-                QTest::newRow(qPrintable(dirtyName(row))) << dirtyName(row);
-        }
-    }
-
-    void thePictureIsThereAgain()
-    {
-        QFETCH(QString, life);
-        const QString fault = m_runs.fault(life);
-        QVERIFY2(fault.isEmpty(), qPrintable(fault));
-    }
-
-private:
-    static QString dirtyName(const NamedLife &row) { return QString("%1, dirty").arg(row.name); }
-
-    SideBySide m_runs;
-};
 
 int main(int argc, char **argv)
 {
     preparePlatform(); // large blocks go back to the system, as they do in the program
     QGuiApplication application(argc, argv);
-    if (argc == 3 && std::strcmp(argv[1], "--live") == 0)
-        return live(argv[2]);
-    LiveCameraReturnsTest test;
-    return QTest::qExec(&test, argc, argv);
+    return CameraLives::run(LIVES, LIVES_AT_ONCE, &live);
 }
-
-#include "tst_live_camera_returns.moc"

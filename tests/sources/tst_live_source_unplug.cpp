@@ -1,4 +1,4 @@
-#include "tests/SideBySide.h"
+#include "tests/sources/CameraLives.h"
 #include "tests/sources/LiveRig.h"
 
 #include "sources/camera/CameraParameters.h"
@@ -18,10 +18,6 @@ namespace
 constexpr qint64 TEARDOWN_LIMIT_MS = 10000;
 /// Of lives that mostly wait, on the two processors of a small machine.
 constexpr int LIVES_AT_ONCE = 3;
-
-/// A short life of a program that uses the camera. True when it went as it should; it then leaves
-/// through main(), as a real program does.
-using Life = bool (*)(VirtualCamera &, LiveRig &);
 
 bool letTimePass(int milliseconds)
 {
@@ -140,13 +136,7 @@ bool leftWithoutAnAnswer(VirtualCamera &camera, LiveRig &rig)
     return refused && timer.elapsed() < 500 && value == 3 && rig.waitForFrames(5);
 }
 
-struct NamedLife {
-    const char *name;
-    Life life;
-    bool dirtyToo;
-};
-
-const NamedLife LIVES[] = {
+const CameraLife<LiveRig> LIVES[] = {
     {"no camera at all", neverThere, false},
     {"left while waiting", leftWhileWaiting, false},
     {"unplugged while waiting", unpluggedWhileWaiting, false},
@@ -159,7 +149,8 @@ const NamedLife LIVES[] = {
     {"plugged in again", pluggedInAgain, true},
 };
 
-/// The child's main(). The camera outlives the program's end of it, as a real one would.
+/// Every way in which a camera and a program part. The camera outlives the program's end of it, as
+/// a real one would.
 int live(const char *name)
 {
     VirtualCamera camera(rigCamera());
@@ -167,10 +158,7 @@ int live(const char *name)
     bool good = false;
     {
         LiveRig rig;
-        for (const NamedLife &row : LIVES) {
-            if (std::strcmp(row.name, name) == 0)
-                good = row.life(camera, rig);
-        }
+        good = lifeNamed(LIVES, name)(camera, rig);
         QElapsedTimer timer;
         timer.start();
         rig.source.reset();
@@ -182,54 +170,8 @@ int live(const char *name)
 
 } // namespace
 
-/// Every way in which a camera and a program part: each in a process of its own, which must end by
-/// itself with exit code 0.
-class LiveSourceUnplugTest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void initTestCase()
-    {
-        std::vector<SideBySide::Run> runs;
-        for (const NamedLife &row : LIVES) {
-            runs.push_back({row.name, {"--live", row.name}, {}});
-            if (row.dirtyToo)
-                runs.push_back({dirtyName(row), {"--live", row.name}, {DIRTY}});
-        }
-        m_runs.start(std::move(runs), LIVES_AT_ONCE);
-    }
-
-    void everyPartingEndsWell_data()
-    {
-        QTest::addColumn<QString>("life");
-        for (const NamedLife &row : LIVES) {
-            QTest::newRow(row.name) << QString(row.name);
-            if (row.dirtyToo)
-                QTest::newRow(qPrintable(dirtyName(row))) << dirtyName(row);
-        }
-    }
-
-    void everyPartingEndsWell()
-    {
-        QFETCH(QString, life);
-        const QString fault = m_runs.fault(life);
-        QVERIFY2(fault.isEmpty(), qPrintable(fault));
-    }
-
-private:
-    static QString dirtyName(const NamedLife &row) { return QString("%1, dirty").arg(row.name); }
-
-    SideBySide m_runs;
-};
-
 int main(int argc, char **argv)
 {
     QGuiApplication application(argc, argv);
-    if (argc == 3 && std::strcmp(argv[1], "--live") == 0)
-        return live(argv[2]);
-    LiveSourceUnplugTest test;
-    return QTest::qExec(&test, argc, argv);
+    return CameraLives::run(LIVES, LIVES_AT_ONCE, &live);
 }
-
-#include "tst_live_source_unplug.moc"

@@ -1,5 +1,6 @@
 #include "app/Platform.h"
 
+#include "tests/Allocator.h"
 #include "tests/TestProgram.h"
 
 #include <QCoreApplication>
@@ -132,9 +133,8 @@ void PlatformTest::aScaleOfTheEnvironmentStands()
 
 void PlatformTest::largeBlocksGoBackToTheSystem()
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    QSKIP("The sanitizer has an allocator of its own.");
-#endif
+    if (!SYSTEM_ALLOCATOR)
+        QSKIP("The sanitizer has an allocator of its own.");
     preparePlatform();
     // Volatile, or the compiler leaves out blocks that nobody writes to.
     void *volatile picture = std::malloc(std::size_t{8} << 20);

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/StartPicture.h"
 #include "resources/Skin.h"
+#include "tests/Allocator.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>
@@ -9,12 +10,6 @@
 
 namespace
 {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool ALLOCATOR_COUNTS = false;
-#else
-constexpr bool ALLOCATOR_COUNTS = true;
-#endif
 
 std::size_t allocatedBytes()
 {
@@ -74,7 +69,7 @@ void StartPictureTest::isGoneWithTheLastOfThem()
 
 void StartPictureTest::hiddenCanvasesGiveBackTheirScreen()
 {
-    if (!ALLOCATOR_COUNTS)
+    if (!SYSTEM_ALLOCATOR)
         QSKIP("the sanitizer's allocator tells nothing");
     ImageCanvas canvas;
     canvas.resize(1000, 700);

@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/Modes.h"
 
+#include "tests/Allocator.h"
 #include "tests/TestProgram.h"
 
 #include <QComboBox>
@@ -14,18 +15,6 @@
 #include <QSignalSpy>
 
 using namespace WindowProbe;
-
-namespace
-{
-
-// A sanitizer keeps what was freed aside for a while.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool ALLOCATOR_GIVES_BACK = false;
-#else
-constexpr bool ALLOCATOR_GIVES_BACK = true;
-#endif
-
-} // namespace
 
 /// The buttons of the side panel and their pop-up windows.
 class WindowToolsTest : public QObject
@@ -257,7 +246,7 @@ void WindowToolsTest::thousandPopUpsLeaveNothingBehind()
     for (int i = 0; i < 1000 / 13 + 1; ++i)
         round();
     QCOMPARE(window.findChildren<QObject *>().size(), objects);
-    if (!ALLOCATOR_GIVES_BACK)
+    if (!SYSTEM_ALLOCATOR)
         return;
     const int growth = residentKilobytes() - before;
     QVERIFY2(growth < 4096, qPrintable(QString("%1 kB").arg(growth)));

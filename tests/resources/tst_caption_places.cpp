@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QFontMetrics>
+#include <QGuiApplication>
 
 #include <algorithm>
 
@@ -142,5 +143,12 @@ private slots:
     }
 };
 
-QTEST_MAIN(CaptionPlacesTest)
+// Not by the macro of the test library, which takes every display for one of 96 dpi.
+int main(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    CaptionPlacesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_caption_places.moc"

@@ -1,5 +1,6 @@
 #include "sources/photographs/PicturePreloader.h"
 #include "sources/photographs/PictureReader.h"
+#include "tests/Allocator.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>
@@ -11,12 +12,6 @@
 
 namespace
 {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool ALLOCATOR_GIVES_BACK = false;
-#else
-constexpr bool ALLOCATOR_GIVES_BACK = true;
-#endif
 
 /// The process at its largest.
 qint64 megabytes()
@@ -91,7 +86,7 @@ private slots:
         QVERIFY(picture.width() > 9000);
         QVERIFY(qint64(picture.width()) * picture.height() <= PictureReader::MAX_PIXELS);
         QCOMPARE(picture.pixel(picture.rect().center()), qRgb(0, 0, 0));
-        QVERIFY2(!ALLOCATOR_GIVES_BACK || megabytes() < m_before + GREY_MEGABYTES,
+        QVERIFY2(!SYSTEM_ALLOCATOR || megabytes() < m_before + GREY_MEGABYTES,
                  qPrintable(QString::number(megabytes())));
     }
 
@@ -115,7 +110,7 @@ private slots:
         (void)preloader.take(first);
         QTRY_VERIFY_WITH_TIMEOUT(preloader.holds(first), TIMEOUT_MS);
         QVERIFY(!preloader.holds(second));
-        QVERIFY2(!ALLOCATOR_GIVES_BACK || megabytes() < m_before + GREY_MEGABYTES,
+        QVERIFY2(!SYSTEM_ALLOCATOR || megabytes() < m_before + GREY_MEGABYTES,
                  qPrintable(QString::number(megabytes())));
     }
 };

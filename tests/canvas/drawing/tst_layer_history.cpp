@@ -1,6 +1,7 @@
 #include "canvas/drawing/Drawing.h"
 #include "canvas/drawing/LayerHistory.h"
 #include "canvas/picture/ViewGeometry.h"
+#include "tests/Allocator.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>
@@ -50,13 +51,6 @@ namespace
 {
 
 constexpr QSize LAYER(640, 640);
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// A sanitizer keeps what is freed.
-constexpr bool MEMORY_CAN_BE_MEASURED = false;
-#else
-constexpr bool MEMORY_CAN_BE_MEASURED = true;
-#endif
 
 /// Of the process, in bytes.
 qint64 residentMemory()
@@ -199,8 +193,7 @@ private slots:
         QCOMPARE(board.drawing.history().steps(), LayerHistory::MOST_STEPS);
         QVERIFY(board.drawing.history().bytes() < LayerHistory::MOST_BYTES);
         const qint64 growth = residentMemory() - before;
-        QVERIFY2(!MEMORY_CAN_BE_MEASURED || growth < MOST_GROWTH,
-                 qPrintable(QString::number(growth)));
+        QVERIFY2(!SYSTEM_ALLOCATOR || growth < MOST_GROWTH, qPrintable(QString::number(growth)));
     }
 
     void aStepThatFindsNoMemoryIsDroppedAndNotTheDrawing()

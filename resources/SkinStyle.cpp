@@ -38,9 +38,9 @@ void SkinStyle::install()
     if (themeSuppliesColours())
         return;
     QApplication::setPalette(darkPalette());
-    const QFont font = QApplication::font();
-    if (proportional(font) != font)
-        QApplication::setFont(proportional(font));
+    const QFont font = proportional(QApplication::font());
+    if (font != QApplication::font())
+        QApplication::setFont(font);
 }
 
 QFont SkinStyle::proportional(QFont font)

@@ -50,10 +50,9 @@ bool FilmSource::setFile(const QString &path)
         clearFlags();
     {
         const std::lock_guard lock(m_private->mutex);
-        ++m_private->generation;
         m_private->duration = 0;
         m_private->opening = true;
-        m_private->player->open(path, filmEvents());
+        m_private->film = m_private->player->open(path, filmEvents());
     }
     m_private->loaded = true;
     m_private->playing = true;
@@ -180,7 +179,7 @@ void FilmSource::releaseObjects()
     clearFlags();
     m_private->displayLink->stop();
     const std::lock_guard lock(m_private->mutex);
-    ++m_private->generation;
+    m_private->film = 0;
     m_private->player->close();
 }
 
@@ -223,15 +222,15 @@ void FilmSource::tickEvent()
     emit tick();
 }
 
-void FilmSource::filmOpened(quint64 generation)
+void FilmSource::filmOpened(quint64 film)
 {
-    if (m_private->loaded && generation == m_private->generation && m_pendingPercent >= 0)
+    if (m_private->loaded && film == m_private->film && m_pendingPercent >= 0)
         setPosition(m_pendingPercent);
 }
 
-void FilmSource::filmEnded(quint64 generation)
+void FilmSource::filmEnded(quint64 film)
 {
-    if (!m_private->loaded || generation != m_private->generation)
+    if (!m_private->loaded || film != m_private->film)
         return;
     m_private->opening = false;
     m_pendingPercent = -1;
@@ -243,9 +242,9 @@ void FilmSource::filmEnded(quint64 generation)
     m_callback->startAutoRefresh();
 }
 
-void FilmSource::filmFaulty(quint64 generation, int fault)
+void FilmSource::filmFaulty(quint64 film, int fault)
 {
-    if (!m_private->loaded || generation != m_private->generation)
+    if (!m_private->loaded || film != m_private->film)
         return;
     const auto told = static_cast<FilmFault>(fault);
     const bool shows = told == FilmFault::NoPicture || told == FilmFault::SoundNotAnswering ||
@@ -262,31 +261,28 @@ FilmPlayer::Events FilmSource::filmEvents()
 {
     // Called on the player's thread, at the latest while the destructor joins it.
     FilmSourcePrivate *shared = m_private.get();
-    const quint64 generation = shared->generation;
     FilmPlayer::Events events;
-    events.durationKnown = [this, shared, generation](double seconds) {
+    events.durationKnown = [this, shared](quint64 film, double seconds) {
         {
             const std::lock_guard lock(shared->mutex);
-            if (generation != shared->generation)
+            if (film != shared->film)
                 return;
             shared->duration = seconds;
             shared->opening = false;
         }
         // The first picture shows even if the film has been paused meanwhile.
-        shared->displayPicture(generation);
-        QMetaObject::invokeMethod(this, "filmOpened", Qt::QueuedConnection,
-                                  Q_ARG(quint64, generation));
+        shared->displayPicture(film);
+        QMetaObject::invokeMethod(this, "filmOpened", Qt::QueuedConnection, Q_ARG(quint64, film));
     };
-    events.ended = [this, shared, generation] {
+    events.ended = [this, shared](quint64 film) {
         // The screen may not have asked for the last pictures yet, and whoever hears of the end may
         // stop it from asking.
-        shared->displayPicturesLeft(generation);
-        QMetaObject::invokeMethod(this, "filmEnded", Qt::QueuedConnection,
-                                  Q_ARG(quint64, generation));
+        shared->displayPicturesLeft(film);
+        QMetaObject::invokeMethod(this, "filmEnded", Qt::QueuedConnection, Q_ARG(quint64, film));
     };
-    events.faulty = [this, generation](FilmFault fault) {
-        QMetaObject::invokeMethod(this, "filmFaulty", Qt::QueuedConnection,
-                                  Q_ARG(quint64, generation), Q_ARG(int, static_cast<int>(fault)));
+    events.faulty = [this](quint64 film, FilmFault fault) {
+        QMetaObject::invokeMethod(this, "filmFaulty", Qt::QueuedConnection, Q_ARG(quint64, film),
+                                  Q_ARG(int, static_cast<int>(fault)));
     };
     return events;
 }
@@ -311,9 +307,8 @@ void FilmSource::seekTo(double seconds)
 {
     m_pendingPercent = -1;
     FilmSourcePrivate *target = m_private.get();
-    const quint64 generation = target->generation;
-    m_private->player->seek(seconds,
-                            [target, generation](bool) { target->displayPicture(generation); });
+    const quint64 film = target->film;
+    m_private->player->seek(seconds, [target, film](bool) { target->displayPicture(film); });
 }
 
 void FilmSource::parkAtStart()

@@ -76,9 +76,9 @@ signals:
 
 private slots:
     // Posted by the player's thread.
-    void filmOpened(quint64 generation);
-    void filmEnded(quint64 generation);
-    void filmFaulty(quint64 generation, int fault);
+    void filmOpened(quint64 film);
+    void filmEnded(quint64 film);
+    void filmFaulty(quint64 film, int fault);
 
 private:
     void clearFlags();

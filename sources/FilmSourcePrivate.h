@@ -35,19 +35,19 @@ public:
         player.reset();
     }
 
-    /// Shows the picture that is due, if it belongs to the film of that generation.
-    void displayPicture(quint64 ofGeneration)
+    /// Shows the picture that is due, if it belongs to the film of that number.
+    void displayPicture(quint64 ofFilm)
     {
         const std::lock_guard lock(mutex);
-        if (loaded && ofGeneration == generation)
+        if (loaded && ofFilm == film)
             showNewPicture();
     }
 
-    /// Shows all that is due of the film of that generation.
-    void displayPicturesLeft(quint64 ofGeneration)
+    /// Shows all that is due of the film of that number.
+    void displayPicturesLeft(quint64 ofFilm)
     {
         const std::lock_guard lock(mutex);
-        while (loaded && ofGeneration == generation && !stepping && showNewPicture()) {
+        while (loaded && ofFilm == film && !stepping && showNewPicture()) {
         }
     }
 
@@ -65,12 +65,13 @@ public:
     /// The film is neither open nor given up yet.
     std::atomic<bool> opening{false};
 
-    /// Guards generation, and is held while a picture is taken from the player and shown and while
+    /// Guards film, and is held while a picture is taken from the player and shown and while
     /// the film is replaced. The GUI thread holds it for a replacement only.
     std::mutex mutex;
-    /// Counts the films, so that what belongs to one before is told apart. Written on the GUI
-    /// thread, which therefore reads it without the lock.
-    quint64 generation = 0;
+    /// The number that the player gave the present film, so that what belongs to one before is told
+    /// apart; 0 without a film. Written on the GUI thread, which therefore reads it without the
+    /// lock.
+    quint64 film = 0;
 
     /// Takes the picture of the film before away; GUI thread.
     void showNothing()

@@ -31,24 +31,25 @@ enum class FilmFault {
 /// decoder or the sound server; the work is done on a thread of the player's own. The newest
 /// request counts: operations that arrive while an earlier one is under way replace what it had not
 /// begun. Events and completions are called on the player's thread, with no lock of the player
-/// held. After open() or close() an event of the film before may still be under way, so each open()
-/// brings its own. The destructor joins the thread, or leaves it behind after a second when a sound
-/// server or a disk does not answer; nothing is called afterwards.
+/// held. After open() or close() an event of the film before may still be under way, so each tells
+/// the number of its film. The destructor joins the thread, or leaves it behind after a second when
+/// a sound server or a disk does not answer; nothing is called afterwards.
 class FilmPlayer
 {
 public:
+    /// `film` is the number that open() returned.
     struct Events {
         /// The film is open: its length in seconds, 0 when unknown. Again when it turns out longer
         /// or shorter. Not called for a film that cannot be opened.
-        std::function<void(double seconds)> durationKnown;
+        std::function<void(quint64 film, double seconds)> durationKnown;
         /// No more pictures will come: the end was reached while playing, or the film cannot be
         /// opened or read any further. Once for each time that this happens. A play() or seek()
         /// that comes meanwhile may make it untrue: atEnd() tells.
-        std::function<void()> ended;
+        std::function<void(quint64 film)> ended;
         /// Something that the user should be told: at the latest five seconds after the sound or
         /// the disk was asked for, or ten when it answers but the film still does not show. `ended`
         /// follows when nothing will be shown.
-        std::function<void(FilmFault fault)> faulty;
+        std::function<void(quint64 film, FilmFault fault)> faulty;
     };
 
     /// True when the place was reached and its picture waits for showNewPicture(); false when it
@@ -63,9 +64,10 @@ public:
     virtual void prepare() = 0;
 
     /// Replaces the film by the file at `path`, paused at its start; pictures of the one before are
-    /// not shown from then on. A file that cannot be opened
-    /// reports `ended` and leaves a player that can open the next one.
-    virtual void open(const QString &path, Events events) = 0;
+    /// not shown from then on. Returns the film's number, higher than that of each film before and
+    /// never 0. A file that cannot be opened reports `ended` and leaves a player that can open the
+    /// next one.
+    virtual quint64 open(const QString &path, Events events) = 0;
     /// Gives up the film: file and sound device are closed and currentTime() is 0.
     virtual void close() = 0;
 

@@ -53,10 +53,10 @@ public:
         m_watch = std::thread([this] { watch(); });
     }
 
-    void open(const QString &path, Events events) override
+    quint64 open(const QString &path, Events events) override
     {
         prepare();
-        setFilm(path, std::move(events));
+        return setFilm(path, std::move(events));
     }
 
     void close() override { setFilm(std::nullopt, {}); }
@@ -108,16 +108,17 @@ private:
         return m_engine;
     }
 
-    void setFilm(const std::optional<QString> &path, Events events)
+    quint64 setFilm(const std::optional<QString> &path, Events events)
     {
-        m_state->pictures.expect(m_state->requests.setFilm(path, std::move(events)));
+        const quint64 film = m_state->requests.setFilm(path, std::move(events));
+        m_state->pictures.expect(film);
         const std::shared_ptr<PlaybackThreadGst> current = engine();
-        if (!current)
-            return;
         // A new film must not wait long for the disk of the previous one.
-        if (current->asksDisk())
+        if (current && current->asksDisk())
             current->hurry(LEAVE_TIMEOUT);
-        current->wake();
+        if (current)
+            current->wake();
+        return film;
     }
 
     void wake()
@@ -153,16 +154,16 @@ private:
                 PlaybackThreadGst::start(m_state, sound ? hanging : hanging->hangingOnSound());
         }
         if (!film.path)
-            m_state->gate.pass([&film] { giveUp(film.events); });
+            m_state->gate.pass([&film] { giveUp(film); });
         return true;
     }
 
-    static void giveUp(const Events &events)
+    static void giveUp(const PlaybackRequests::Film &film)
     {
-        if (events.faulty)
-            events.faulty(FilmFault::NotAnswering);
-        if (events.ended)
-            events.ended();
+        if (film.events.faulty)
+            film.events.faulty(film.openedAs, FilmFault::NotAnswering);
+        if (film.events.ended)
+            film.events.ended(film.openedAs);
     }
 
     const std::shared_ptr<FilmPlayerState> m_state = std::make_shared<FilmPlayerState>();

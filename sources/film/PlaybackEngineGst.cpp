@@ -354,7 +354,7 @@ void PlaybackEngineGst::tellEnd()
     if (m_seek)
         finishSeek(false);
     if (m_requests.ended(m_film.number) && m_film.events.ended)
-        m_around.gate.pass(m_film.events.ended);
+        m_around.gate.pass([this] { m_film.events.ended(m_film.openedAs); });
     wake();
 }
 
@@ -364,7 +364,7 @@ void PlaybackEngineGst::tell(FilmFault fault)
     if (newest)
         tellFilmFault(fault, *m_film.path, m_missingDecoder);
     if (newest && m_film.events.faulty)
-        m_around.gate.pass([this, fault] { m_film.events.faulty(fault); });
+        m_around.gate.pass([this, fault] { m_film.events.faulty(m_film.openedAs, fault); });
 }
 
 void PlaybackEngineGst::reportDuration()
@@ -375,7 +375,8 @@ void PlaybackEngineGst::reportDuration()
         return;
     m_duration = duration;
     if (m_film.events.durationKnown)
-        m_around.gate.pass([this, duration] { m_film.events.durationKnown(duration); });
+        m_around.gate.pass(
+            [this, duration] { m_film.events.durationKnown(m_film.openedAs, duration); });
 }
 
 void PlaybackEngineGst::checkLength()

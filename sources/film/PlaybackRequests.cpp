@@ -16,7 +16,7 @@ constexpr double SAME_END_SECONDS = 0.5;
 quint64 PlaybackRequests::setFilm(const std::optional<QString> &path, FilmPlayer::Events events)
 {
     const std::lock_guard lock(m_mutex);
-    ++m_film.number;
+    m_film.openedAs = ++m_film.number;
     m_film.path = path;
     m_film.events = std::move(events);
     m_film.resumeAt = 0;

@@ -12,8 +12,10 @@ class PlaybackRequests
 {
 public:
     struct Film {
-        /// Counts the calls of setFilm(); 0 before the first.
+        /// Counts the calls of setFilm() and renew(); 0 before the first.
         quint64 number = 0;
+        /// The number that setFilm() returned, by which the callers know the film.
+        quint64 openedAs = 0;
         /// None when the film was given up.
         std::optional<QString> path;
         FilmPlayer::Events events;
@@ -55,9 +57,9 @@ public:
 
     // The player's part.
 
-    /// Gives the film another number, so that an engine that still works on it is ignored. Its
-    /// seeks, its motion and its place are kept. If it is the film `unreadable`, its path is taken
-    /// from it. Returns the film.
+    /// Gives the film another number, but not another `openedAs`, so that an engine that still
+    /// works on it is ignored. Its seeks, its motion and its place are kept. If it is the film
+    /// `unreadable`, its path is taken from it. Returns the film.
     Film renew(std::optional<quint64> unreadable = {});
     [[nodiscard]] bool finished() const;
     /// The film, if it is another than that number.

@@ -17,16 +17,16 @@ struct FakeFilm {
     void opened(double seconds)
     {
         length = seconds;
-        events.durationKnown(seconds);
+        events.durationKnown(number, seconds);
     }
     void ends()
     {
         atEnd = true;
-        events.ended();
+        events.ended(number);
     }
     void fails(FilmFault fault)
     {
-        events.faulty(fault);
+        events.faulty(number, fault);
         ends();
     }
 
@@ -42,6 +42,8 @@ struct FakeFilm {
     QStringList takeCalls() { return std::exchange(calls, {}); }
 
     QStringList calls;
+    /// Counts the films.
+    quint64 number = 0;
     QString path;
     FilmPlayer::Events events;
     bool playing = false;
@@ -75,7 +77,7 @@ public:
 
     void prepare() override { m_film.calls.append("prepare"); }
 
-    void open(const QString &path, Events events) override
+    quint64 open(const QString &path, Events events) override
     {
         m_film.calls.append("open");
         m_film.path = path;
@@ -84,6 +86,7 @@ public:
         m_film.atEnd = false;
         m_film.time = 0;
         m_film.length = 0;
+        return ++m_film.number;
     }
 
     void close() override

@@ -39,7 +39,7 @@ private slots:
         QCOMPARE(m_requests->setFilm(std::nullopt, {}), quint64(2));
         QVERIFY(!m_requests->otherFilm(2));
         const auto film = m_requests->otherFilm(1);
-        QVERIFY(film && film->number == 2 && !film->path);
+        QVERIFY(film && film->number == 2 && film->openedAs == 2 && !film->path);
     }
 
     void anotherFilmBeginsPausedAtItsStart()
@@ -147,6 +147,8 @@ private slots:
         m_requests->seek(7, {});
         const PlaybackRequests::Film again = m_requests->renew();
         QCOMPARE(again.number, film + 1);
+        // Its callers still know it by the number that they were given.
+        QCOMPARE(again.openedAs, film);
         QCOMPARE(again.path, std::optional<QString>("a"));
         QCOMPARE(again.resumeAt, 7.0);
         // An engine that still works on the film under its old number is ignored.

@@ -110,7 +110,7 @@ private slots:
             connect(&rig.source, &FilmSource::faulty, this, [&told] { ++told; });
             rig.source.setFile("/films/a.mp4");
             rig.film.opened(61);
-            rig.film.events.faulty(fault);
+            rig.film.events.faulty(rig.film.number, fault);
             QCoreApplication::processEvents();
             QCOMPARE(told, 1);
             QVERIFY(rig.source.moving());
@@ -165,12 +165,12 @@ private slots:
     void anEventOfTheFilmBeforeIsIgnored()
     {
         FilmRig rig(61);
-        const FilmPlayer::Events old = rig.film.events;
+        const quint64 before = rig.film.number;
         rig.source.setFile("/films/b.mp4");
         rig.film.opened(10);
         rig.forget();
-        old.durationKnown(1000);
-        old.ended();
+        rig.film.events.durationKnown(before, 1000);
+        rig.film.events.ended(before);
         rig.film.time = 5;
         QCoreApplication::processEvents();
         QCOMPARE(rig.source.currentPosition(), 50);

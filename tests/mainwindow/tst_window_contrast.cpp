@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScrollArea>
 #include <QStyleOptionButton>
 
@@ -49,14 +50,39 @@ double contrastIn(const QImage &image)
     return best;
 }
 
-/// The widget as it is seen, on the ground of its window, less an edge.
-QImage seen(const QWidget &widget)
+/// That part of the widget as it is seen, on the ground of its window.
+QImage seen(const QWidget &widget, const QRect &part)
 {
     QWidget *window = widget.window();
-    const QRect place(widget.mapTo(window, QPoint(0, 0)), widget.size());
-    return window->grab(place.adjusted(3, 3, -3, -3))
+    return window->grab(QRect(widget.mapTo(window, part.topLeft()), part.size()))
         .toImage()
         .convertToFormat(QImage::Format_RGB32);
+}
+
+/// All of it, less an edge.
+QImage seen(const QWidget &widget)
+{
+    return seen(widget, widget.rect().adjusted(3, 3, -3, -3));
+}
+
+/// Where its text is; signs beside it would be taken for letters.
+QRect textOf(const QAbstractButton &button)
+{
+    QStyleOptionButton option;
+    option.initFrom(&button);
+    if (qobject_cast<const QCheckBox *>(&button))
+        return button.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &button);
+    if (qobject_cast<const QRadioButton *>(&button))
+        return button.style()->subElementRect(QStyle::SE_RadioButtonContents, &option, &button);
+    return button.rect().adjusted(3, 3, -3, -3);
+}
+
+QRect textOf(const QComboBox &box)
+{
+    QStyleOptionComboBox option;
+    option.initFrom(&box);
+    return box.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField,
+                                       &box);
 }
 
 /// How far the box itself stands apart from its ground.
@@ -64,13 +90,9 @@ double indicatorContrast(const QCheckBox &box)
 {
     QStyleOptionButton option;
     option.initFrom(&box);
-    const QRect place = box.style()
-                            ->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box)
-                            .adjusted(-3, -3, 3, 3);
-    const QImage image = box.window()
-                             ->grab(QRect(box.mapTo(box.window(), place.topLeft()), place.size()))
-                             .toImage()
-                             .convertToFormat(QImage::Format_RGB32);
+    const QImage image = seen(box, box.style()
+                                       ->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box)
+                                       .adjusted(-3, -3, 3, 3));
     // The ground is in the corner.
     double best = 1.0;
     for (int x = 0; x < image.width(); ++x)
@@ -83,26 +105,26 @@ double indicatorContrast(const QCheckBox &box)
 QStringList unreadable(const QWidget &window)
 {
     QStringList found;
-    const auto look = [&found](const QWidget &widget, const QString &text) {
-        const double contrast = contrastIn(seen(widget));
+    const auto look = [&found](const QImage &image, const QString &text) {
+        const double contrast = contrastIn(image);
         if (contrast < LEAST)
             found << QString("%1: %2").arg(text).arg(contrast);
     };
     for (const QLabel *label : window.findChildren<QLabel *>()) {
         if (label->isVisible() && !label->text().isEmpty())
-            look(*label, label->text());
+            look(seen(*label), label->text());
     }
     for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
         if (button->isVisible() && !button->text().isEmpty())
-            look(*button, button->text());
+            look(seen(*button, textOf(*button)), button->text());
     }
     for (const QComboBox *box : window.findChildren<QComboBox *>()) {
         if (box->isVisible())
-            look(*box, box->currentText());
+            look(seen(*box, textOf(*box)), box->currentText());
     }
     for (const QLineEdit *field : window.findChildren<QLineEdit *>()) {
         if (field->isVisible() && !field->text().isEmpty())
-            look(*field, field->text());
+            look(seen(*field), field->text());
     }
     return found;
 }

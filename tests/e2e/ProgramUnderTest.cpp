@@ -170,15 +170,34 @@ bool ProgramUnderTest::click(QPoint point)
 
 bool ProgramUnderTest::acceptSettings()
 {
+    const WId popup = openSettings();
+    return popup != 0 && closeSettings(popup);
+}
+
+bool ProgramUnderTest::chooseSeries()
+{
+    constexpr QPoint CAPTURE_BOX(200, 140);
+    const WId popup = openSettings();
+    // A turn of the wheel chooses the second of two.
+    return popup != 0 &&
+           drive({"mousemove", "--window", QString::number(popup), QString::number(CAPTURE_BOX.x()),
+                  QString::number(CAPTURE_BOX.y()), "click", "5"}) &&
+           closeSettings(popup);
+}
+
+WId ProgramUnderTest::openSettings()
+{
     constexpr QPoint SETTINGS_BUTTON(72, 663);
+    if (!click(SETTINGS_BUTTON) || !waitForWindows(2))
+        return 0;
+    return managedWindows(m_process.processId()).last();
+}
+
+bool ProgramUnderTest::closeSettings(WId popup)
+{
     // From the middle of the pop-up's lower edge.
     constexpr QPoint OK_BUTTON(48, -24);
-    if (!click(SETTINGS_BUTTON))
-        return false;
-    if (!waitForWindows(2))
-        return false;
-    const xcb_window_t popup = managedWindows(m_process.processId()).last();
-    const QSize size = sizeOf(popup);
+    const QSize size = sizeOf(xcb_window_t(popup));
     return drive({"mousemove", "--window", QString::number(popup),
                   QString::number(size.width() / 2 + OK_BUTTON.x()),
                   QString::number(size.height() + OK_BUTTON.y()), "click", "1"}) &&

@@ -25,6 +25,8 @@ public:
     bool click(QPoint point);
     /// Presses OK in the settings, opened by their button.
     bool acceptSettings();
+    /// Chooses a series of snapshots there and presses OK.
+    bool chooseSeries();
     /// Presses Return in the dialog that comes, which closes it.
     bool acceptDialog();
     /// Asks the window to close, as its title bar's button does, and waits for the process: whether
@@ -51,6 +53,10 @@ public:
     static QImage screenshot();
 
 private:
+    /// The X11 number of the settings, opened by their button; 0 if they never come.
+    WId openSettings();
+    /// Presses OK there.
+    bool closeSettings(WId popup);
     /// Whether the window manager comes to look after that many windows of it.
     bool waitForWindows(int count);
 

@@ -2,10 +2,12 @@
 #include "tests/e2e/ProgramUnderTest.h"
 #include "tests/media/MovieFile.h"
 
+#include "settings/CanvasModes.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>
+#include <QSettings>
 #include <QtTest>
 
 #include <csignal>
@@ -42,7 +44,7 @@ private slots:
     void cleanupTestCase() { m_camera.reset(); }
     void init() { m_camera->faults().hangControls = 0; }
 
-    void aSignalEndsItInOrder_data()
+    void aSignalWritesTheSettingsAndEndsIt_data()
     {
         QTest::addColumn<int>("number");
         QTest::newRow("HUP") << SIGHUP;
@@ -50,12 +52,20 @@ private slots:
         QTest::newRow("TERM") << SIGTERM;
     }
 
-    void aSignalEndsItInOrder()
+    /// What could not be written when it was chosen.
+    void aSignalWritesTheSettingsAndEndsIt()
     {
         QFETCH(int, number);
+        // Nothing can be written while a file is in the way of their folder.
+        const QString folder = QDir::homePath() + "/.config/Quillmark";
+        QVERIFY(QDir(folder).removeRecursively() && QDir().mkpath(QDir::homePath() + "/.config"));
+        QFile inTheWay(folder);
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         ProgramUnderTest program;
         QVERIFY(program.start());
         QVERIFY(program.waitForWindow());
+        QVERIFY(program.chooseSeries());
+        QVERIFY(inTheWay.remove());
         program.sendSignal(number);
         QElapsedTimer sinceSignal;
         sinceSignal.start();
@@ -63,6 +73,8 @@ private slots:
         QCOMPARE(program.exitCode(), 128 + number);
         QVERIFY2(sinceSignal.elapsed() < END_MS,
                  qPrintable(QString::number(sinceSignal.elapsed())));
+        const QSettings stored(folder + "/Document Camera.conf", QSettings::IniFormat);
+        QCOMPARE(stored.value("snapshotMode").toInt(), int(CanvasModes::Continuous));
     }
 
     /// The camera hangs and a movie runs, which is finished all the same.

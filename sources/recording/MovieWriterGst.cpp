@@ -50,6 +50,7 @@ public:
 
 private:
     void repeatPicture(qint64 positionUs);
+    void feedSound(const std::vector<std::int16_t> &samples);
 
     const std::shared_ptr<MovieJobGst> m_job;
     std::thread m_thread;
@@ -86,11 +87,15 @@ void MovieWriterGst::appendSound(const std::int16_t *samples, int count, qint64 
     if (status() != Status::Writing)
         return;
     const qint64 positionUs = presentationUs - m_startUs;
-    const std::vector<std::int16_t> placed = m_timeline.place(samples, count, positionUs);
-    const size_t skipped = std::min(m_priming, placed.size());
-    m_priming -= skipped;
     repeatPicture(positionUs);
-    if (!m_job->feed.takeSound(placed.data() + skipped, placed.size() - skipped))
+    feedSound(m_timeline.place(samples, count, positionUs));
+}
+
+void MovieWriterGst::feedSound(const std::vector<std::int16_t> &samples)
+{
+    const size_t skipped = std::min(m_priming, samples.size());
+    m_priming -= skipped;
+    if (!m_job->feed.takeSound(samples.data() + skipped, samples.size() - skipped))
         m_job->failToWrite();
 }
 
@@ -98,6 +103,8 @@ void MovieWriterGst::finish()
 {
     if (!m_thread.joinable())
         return;
+    if (status() == Status::Writing)
+        feedSound(m_timeline.placeRest());
     Status writing = status();
     while (writing != Status::Failed &&
            !m_job->status.compare_exchange_weak(writing, Status::Finished)) {

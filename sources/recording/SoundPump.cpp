@@ -4,6 +4,7 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <chrono>
 
 namespace
@@ -15,8 +16,6 @@ constexpr int SILENCE_SAMPLES = static_cast<int>(SILENCE_US * SoundCapture::SAMP
 constexpr qint64 FIRST_SOUND_US = 500000;
 /// How late the sound of a source may come before silence takes its place.
 constexpr qint64 STALL_US = 700000;
-/// How far a piece may reach into the one before it because its stamp scatters.
-constexpr qint64 JITTER_US = 20000;
 
 qint64 durationUs(size_t samples)
 {
@@ -39,6 +38,7 @@ void SoundPump::start(SoundCapture::Handler handler)
     m_pieces.clear();
     m_startUs = captureMicroseconds();
     m_endUs = -1;
+    m_silenceEndUs = -1;
     m_thread = std::thread(&SoundPump::run, this);
 }
 
@@ -99,21 +99,22 @@ void SoundPump::run()
         }
         const qint64 fromUs = m_endUs < 0 ? captureMicroseconds() - SILENCE_US : m_endUs;
         deliver({std::vector<std::int16_t>(SILENCE_SAMPLES), fromUs}, lock);
+        m_silenceEndUs = m_endUs;
     }
 }
 
 void SoundPump::deliver(Piece piece, std::unique_lock<std::mutex> &lock)
 {
     const qint64 endUs = piece.presentationUs + durationUs(piece.samples.size());
-    if (endUs <= m_endUs || piece.samples.empty())
+    if (endUs <= m_silenceEndUs || piece.samples.empty())
         return;
-    const qint64 overlapUs = m_endUs - piece.presentationUs;
-    if (m_endUs >= 0 && overlapUs > JITTER_US) {
-        const qint64 cut = overlapUs * SoundCapture::SAMPLE_RATE / 1000000;
+    if (piece.presentationUs < m_silenceEndUs) {
+        const qint64 cut =
+            (m_silenceEndUs - piece.presentationUs) * SoundCapture::SAMPLE_RATE / 1000000;
         piece.samples.erase(piece.samples.begin(), piece.samples.begin() + cut);
-        piece.presentationUs = m_endUs;
+        piece.presentationUs = m_silenceEndUs;
     }
-    m_endUs = endUs;
+    m_endUs = std::max(m_endUs, endUs);
     lock.unlock();
     m_handler({piece.samples.data(), static_cast<int>(piece.samples.size()), piece.presentationUs});
     lock.lock();

@@ -25,7 +25,8 @@ public:
 
     /// Whether a source is there. Any thread.
     void setSource(bool present);
-    /// A piece of the source's sound; pieces older than what was handed on are dropped. Any thread.
+    /// A piece of the source's sound. What silence took the place of is dropped; otherwise every
+    /// sample is handed on, also of pieces that arrive together and are stamped so. Any thread.
     void push(std::vector<std::int16_t> samples, qint64 presentationUs);
 
 private:
@@ -47,7 +48,9 @@ private:
     std::deque<Piece> m_pieces;
     bool m_stopping = false;
     bool m_sourceAbsent = false;
-    /// When start() was called, and where the sound handed on so far ends; -1 before the first.
+    /// When start() was called, and where the sound and the silence handed on so far end; -1
+    /// before the first.
     qint64 m_startUs = 0;
     qint64 m_endUs = -1;
+    qint64 m_silenceEndUs = -1;
 };

@@ -21,7 +21,8 @@ constexpr int FAST_PPM = 4000;
 double median(QVector<double> values)
 {
     std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+    const int middle = values.size() / 2;
+    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
 /// By how much the values grow from one to the next, in the median of all pairs of them (Theil and

@@ -100,6 +100,21 @@ private slots:
         QCOMPARE(listener.pieces()[1].presentationUs, startUs + 68);
     }
 
+    void piecesThatArriveTogetherPassWhole()
+    {
+        Listener listener;
+        SoundPump pump;
+        pump.start(listener.handler());
+        pump.setSource(true);
+        const qint64 startUs = captureMicroseconds();
+        for (int n = 0; n < 20; ++n)
+            pump.push(std::vector<std::int16_t>(2047, 7), startUs + n * 100);
+        QTRY_COMPARE(int(listener.pieces().size()), 20);
+        pump.stop();
+        for (const Listener::Piece &piece : listener.pieces())
+            QCOMPARE(int(piece.samples.size()), 2047);
+    }
+
     void silenceTakesOverFromASourceThatStallsAndGivesWayAgain()
     {
         Listener listener;

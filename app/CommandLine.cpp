@@ -15,7 +15,8 @@ struct PlatformOption {
     bool joins;
 };
 
-/// What the application object and its X11 platform take from the arguments, with one dash or two.
+/// The options that the application object and its X11 platform take from the arguments themselves,
+/// with one dash or two.
 constexpr PlatformOption PLATFORM_OPTIONS[] = {
     {"platform", true, false},
     {"platformpluginpath", true, false},

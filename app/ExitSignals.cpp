@@ -16,7 +16,7 @@ constexpr int SIGNALS[] = {SIGTERM, SIGINT, SIGHUP};
 /// A shell's exit code for a process that a signal has ended.
 constexpr int SIGNALLED = 128;
 
-/// Left open at the end, as a signal may still come.
+/// They stay open when the program ends, because a signal may still arrive.
 int pipeEnds[2] = {-1, -1};
 std::atomic<bool> asked{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "used by a signal handler");

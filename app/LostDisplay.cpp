@@ -25,7 +25,7 @@ void look(QtMsgType type, const QMessageLogContext &context, const QString &mess
         previous(type, context, message);
     if (!tellsTheEnd(message) || QThread::currentThread() != QCoreApplication::instance()->thread())
         return;
-    // What is closed may say the same again.
+    // Closing the windows may cause the same message again.
     if (const auto end = std::exchange(endOnce, {}))
         end();
 }

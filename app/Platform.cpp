@@ -73,7 +73,8 @@ bool areScales(const QString &text)
            });
 }
 
-/// For "xcb;wayland", each with its own arguments behind a colon: whether any is installed.
+/// Whether any platform of a list such as "xcb;wayland" is installed; each may have arguments of
+/// its own behind a colon.
 bool isPlatform(const QString &text)
 {
     const QStringList known =

@@ -48,7 +48,7 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
     return std::make_unique<QApplication>(argc, argv);
 }
 
-/// Says what is wrong with the settings file. Whether it can be read.
+/// Reports what is wrong with the settings file. Returns whether it can be read.
 bool checkSettings()
 {
     const QSettings settings;
@@ -103,9 +103,10 @@ int runProgram(int argc, char **argv)
     const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
     const ExitSignals exitSignals;
     fitScaleToScreen();
-    // Every language of the program runs that way, and its layout is not made to be mirrored.
+    // All languages of the program are written from left to right, and its layout cannot be
+    // mirrored.
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    // The scope of the settings; before anything reads them.
+    // These names say where the settings are stored, so they come before anything reads them.
     QCoreApplication::setOrganizationName("Quillmark");
     QCoreApplication::setApplicationName("Document Camera");
     QGuiApplication::setDesktopFileName("document-camera");
@@ -113,8 +114,8 @@ int runProgram(int argc, char **argv)
     tellWhatIsMissing();
 
     QTranslator translator;
-    // A catalogue that is not there is no error: the interface then shows its English source texts.
-    // Empty rather than null suffix and delimiters: the name is the whole name.
+    // A missing catalogue is no error: the interface then shows its English source texts. The
+    // suffix and the delimiters are empty, not null, so that the name is taken as it is.
     (void)translator.load(catalogueForLocale(QLocale::system().name()), ":/translations",
                           QStringLiteral(""), QStringLiteral(""));
     QCoreApplication::installTranslator(&translator);
@@ -122,7 +123,7 @@ int runProgram(int argc, char **argv)
     SkinStyle::install();
     QApplication::setWindowIcon(applicationIcon());
     const int code = showWindow(settingsAreReadable);
-    // What cannot be read cannot be written either, and has been said.
+    // A file that cannot be read cannot be written either, and that was reported at the start.
     if (settingsAreReadable)
         writeSettings();
     return code;

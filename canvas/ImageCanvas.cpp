@@ -129,7 +129,7 @@ void ImageCanvas::snapshot()
     const std::shared_ptr<OutputFolder> folder = OutputFolder::of(snapshotFolder);
     const OutputFolder::State state = folder->state();
     if (state == OutputFolder::State::Missing) {
-        // Nothing is taken then, and the terminal alone is told.
+        // No picture is taken then, and only the terminal reports it.
         TerminalLines::tell(TerminalLines::Line::SnapshotNotWritten,
                             {snapshotFolder, qt_error_string(ENOENT)}, snapshotFolder);
         return;

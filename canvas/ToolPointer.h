@@ -27,6 +27,6 @@ private:
 
     ImageCanvas *m_canvas;
     bool m_dragging = false;
-    /// Nothing before it was shown first.
+    /// Empty until the pointer was set for the first time.
     std::optional<ToolCursor> m_shown;
 };

@@ -4,15 +4,15 @@
 
 class CanvasDeck;
 
-/// Tells screen readers what the indications on the picture tell the eyes, and which mode has been
-/// entered: each of them once, as an alert. Never shown; its name is what was said last. A child of
-/// the window. GUI thread.
+/// Tells screen readers which indication is shown over the picture and which mode was entered, each
+/// once and as an alert. The widget is never shown; its accessible name is the text that was
+/// announced last. A child of the window. GUI thread.
 class Announcer : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Speaks for all canvases that the deck has by now.
+    /// Announces for the canvases that the deck has at this moment.
     Announcer(const CanvasDeck *deck, QWidget *window);
 
     void say(const QString &text);

@@ -38,7 +38,7 @@ EmptyScreen::EmptyScreen(ImageCanvas *canvas, const QImage &pictogram, const QSt
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(line);
     hide();
-    // Under a text that is written and under messages.
+    // It lies below an open text editor and below messages.
     lower();
     canvas->installEventFilter(this);
     if (delay.count() > 0)

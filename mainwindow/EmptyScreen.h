@@ -8,9 +8,9 @@
 
 class ImageCanvas;
 
-/// What to do while a canvas has nothing to show yet: one line under a pictogram, over the start
-/// picture. It lets the mouse through, no snapshot, movie or print has it, and it goes with the
-/// first frame or the first stroke.
+/// Tells the user what to do while a canvas has nothing to show yet: one line under a pictogram,
+/// over the start picture. It lets the mouse through, appears in no snapshot, movie or print, and
+/// disappears with the first frame or the first stroke.
 ///
 /// A child of the canvas. GUI thread.
 class EmptyScreen : public QWidget
@@ -18,8 +18,9 @@ class EmptyScreen : public QWidget
     Q_OBJECT
 
 public:
-    /// With a pictogram the start picture's drawing is covered; a null one leaves that drawing to
-    /// be the pictogram. The line shows after `delay`, so that nobody is told to do what is done.
+    /// A pictogram covers the start picture's own drawing; with a null one, that drawing serves as
+    /// the pictogram. The line appears after `delay`, so that the user is not told to do what has
+    /// been done.
     EmptyScreen(ImageCanvas *canvas, const QImage &pictogram, const QString &line,
                 std::chrono::milliseconds delay = std::chrono::milliseconds(0));
 

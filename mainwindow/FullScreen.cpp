@@ -13,7 +13,8 @@
 FullScreen::FullScreen(QWidget *window)
     : m_window(window)
 {
-    // The window manager's place is on a screen that is left; the one from before need not be.
+    // The place from before may have been on the screen that is gone. The window manager chooses
+    // one on a screen that remains.
     QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, window,
                      [this] { m_before.reset(); });
 }

@@ -321,7 +321,7 @@ void MainWindow::openMore()
         popup->setMarked(Pages::Id::Camera, m_card->cameraWrong());
         popup->setMarked(Pages::Id::Recording, m_card->failureUnread());
     };
-    // A failure is read there.
+    // That page shows the failure, so it counts as read.
     const auto read = [this](Pages::Id id) {
         if (id == Pages::Id::Recording)
             m_card->setFailureUnread(false);
@@ -370,7 +370,7 @@ void MainWindow::showPresentation()
     button(Command::BlankPresentation)->setChecked(m_presentation->isBlank());
     button(Command::HoldPresentation)->setGray(!m_presentation->isOpen());
     button(Command::BlankPresentation)->setGray(!m_presentation->isOpen());
-    // What is on has to be seen on the card.
+    // Checked commands have a place on the card, so the card is laid out again.
     reposition();
 }
 

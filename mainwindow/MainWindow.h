@@ -74,8 +74,7 @@ public slots:
     void switchMode();
     void expand();
     void toggleFullScreen();
-    /// Leaves what lies on top: a pop-up that is to be seen, else the full screen, else the
-    /// presentation.
+    /// Closes what lies on top: a visible pop-up, else full screen, else the presentation.
     void leave();
     /// Opens the pop-up with the pages; showKeys() opens it on the page of the keys.
     void more();
@@ -194,7 +193,7 @@ private:
     ImageButton *createPanelButton(const QString &key, const QString &toolTip,
                                    const char *clickSlot, const char *holdSlot,
                                    QButtonGroup *group);
-    /// What a tool's button does that has no slot of its own.
+    /// Connects the button of a tool that has no slot of its own.
     void connectTool(const Commands::Row &row, ImageButton *button);
     /// Opens the pop-up of a button for a user who cannot hold the mouse on it.
     void connectOptions(const Commands::Row &row, ImageButton *toolButton);
@@ -205,9 +204,9 @@ private:
     void createEmptyScreens();
     void createKeyBindings();
     void openMore();
-    /// Whether there is something to undo and to redo on the current canvas.
+    /// Updates the buttons of undo and redo for the current canvas.
     void showHistory();
-    /// Whether the presentation is open, holds its picture or is blank.
+    /// Updates the buttons of the presentation: whether it is open, holds its picture or is blank.
     void showPresentation();
     void perform(Command command);
     /// Calls one of this window's slots, coded by SLOT().

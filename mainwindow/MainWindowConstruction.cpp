@@ -77,7 +77,8 @@ MainWindow::~MainWindow()
     const ExitDeadline end(END_TIMEOUT);
     if (m_capture->recording())
         m_liveSource->stopRecord();
-    // Reset before any canvas is destroyed: what still asks for the camera then finds none.
+    // The pointer is reset before any canvas is destroyed, so that nothing asks a camera that is
+    // gone.
     LiveSource *live = m_liveSource;
     m_liveSource = nullptr;
     m_capture->setSource(nullptr);

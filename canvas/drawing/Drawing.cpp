@@ -32,7 +32,8 @@ void Drawing::endStep()
     if (m_tool.dragging())
         m_layer.beginShape();
     if (!shape.isComplete && m_original) {
-        // The steps before belong to a drawing of another size, which this one has been drawn over.
+        // The earlier steps belong to a drawing of another size, over which this one has been
+        // drawn.
         m_history.clear();
         m_original.reset();
         return;
@@ -44,8 +45,8 @@ void Drawing::endStep()
         m_history.add({std::move(*m_original), m_turns}, LayerHistory::Kind::BeforeStep);
         m_original.reset();
     }
-    // Each record exchanges the very pixels of its parts, so that steps which lie below what could
-    // not be kept take it away and bring it back with their own.
+    // Each record exchanges all pixels of its parts. The pixels of a step that could not be kept
+    // are therefore removed and restored together with the earlier steps that cover them.
     m_history.add({std::move(shape.changed), m_turns},
                   shape.isComplete ? LayerHistory::Kind::Step : LayerHistory::Kind::AfterStep);
 }

@@ -83,7 +83,7 @@ private:
     LayerHistory m_history;
     /// Quarter turns of the layer clockwise, 0 to 3.
     int m_turns = 0;
-    /// Of the picture that is drawn on, and of the last one that was not empty.
+    /// The size of the picture that is drawn on, and of the last picture that was not empty.
     QSize m_size{0, 0};
     QSize m_lastSize{0, 0};
     /// Whether the last step discarded the drawing because the picture became empty.

@@ -18,9 +18,9 @@ public:
     /// Records are packed when they have not been used for this long.
     static constexpr std::int64_t REST_MS = 2000;
 
-    /// What a record belongs to: a step of the user, a change that comes with the step after it, or
-    /// what there was memory for of a change that is no step: it goes and comes with the step
-    /// before.
+    /// What a record is: a step of the user; a change that is undone and redone with the step after
+    /// it; or as much of a change as there was memory for, which is no step of its own but is
+    /// undone and redone with the step before it.
     enum class Kind { Step, BeforeStep, AfterStep };
 
     /// Adds what has just been done. Steps that had been undone cannot be redone any more.

@@ -37,7 +37,7 @@ public:
     /// Packs the pixels where that saves a quarter.
     void pack();
 
-    // These need parts that are not packed.
+    // The parts must not be packed.
     void copyTo(QImage &layer) const;
     /// Only what lies in that rectangle, too.
     void copyTo(QImage &layer, const QRect &rect) const;

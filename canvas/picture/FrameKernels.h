@@ -27,9 +27,10 @@ struct FrameKernels {
         std::size_t pixels = 0;
     };
 
-    /// The grey of FrameSteps::grey() into all three bytes; the same row or none of it.
+    /// Writes the grey of FrameSteps::grey() into all three bytes. Source and destination are the
+    /// same row, or do not overlap.
     void (*grey)(const std::uint8_t *source, std::uint8_t *destination, std::size_t pixels);
-    /// All bits; the same row or none of it.
+    /// Inverts all bits. Source and destination are the same row, or do not overlap.
     void (*invert)(const std::uint8_t *source, std::uint8_t *destination, std::size_t bytes);
     /// Turns a tile of 4 source columns and 16 source rows into 4 destination rows of 16 pixels:
     /// the pixel c to the right and r * sourceStep on goes to c * destinationStep and r to the

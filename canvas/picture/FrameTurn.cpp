@@ -9,8 +9,8 @@
 namespace
 {
 
-/// What the turning kernel writes at once, and how many rows make a band that is turned before the
-/// next one: 64 pixels are three cache lines of the source.
+/// The tile that the turning kernel writes at once, and the rows of a band that is turned before
+/// the next one: 64 pixels are three cache lines of the source.
 constexpr int TURN_TILE_WIDTH = 16;
 constexpr int TURN_TILE_HEIGHT = 4;
 constexpr int TURN_BAND = 64;

@@ -22,7 +22,7 @@ public:
 
     /// The second record button, beside the panel's.
     void setLiveRecordButton(ImageButton *button);
-    /// What says in every mode that a recording runs.
+    /// Sets the sign that shows in every mode that a recording runs.
     void setRecordingSign(RecordingSign *sign);
 
     /// One picture, or the start or end of a series, as the settings say.

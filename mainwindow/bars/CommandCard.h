@@ -25,9 +25,10 @@ public:
 
     /// Moves the card to its place and shows as many buttons as fit.
     void place(const WindowLayout &at);
-    // What the pages behind "More" tell of is marked on it.
+    // "More" is marked while its pages have something to report.
     void setCameraStatus(const CameraStatus &status);
-    /// Until then it is not marked that no camera was found: one that is there may still be opened.
+    /// For that time a missing camera is not marked, because a camera that is connected may still
+    /// be opening.
     void allowForOpening(std::chrono::milliseconds time);
     [[nodiscard]] bool cameraWrong() const;
     void setFailureUnread(bool unread);

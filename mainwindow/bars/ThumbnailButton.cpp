@@ -50,7 +50,7 @@ void ThumbnailButton::paintEvent(QPaintEvent *)
     painter.drawRect(QRect(QPoint(1, 1), QPoint(width() - 2, height() - 2)));
     if (!isChecked())
         return;
-    // Who cannot tell the red from the gray sees the second line.
+    // The second line is for users who cannot tell the red from the gray.
     painter.setPen(Qt::white);
     painter.drawRect(rect().adjusted(2, 2, -3, -3));
 }

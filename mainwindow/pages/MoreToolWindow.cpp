@@ -21,7 +21,7 @@ constexpr int TAB_ROW = 24;
 constexpr int TABS_A_ROW = 2;
 constexpr int HIDDEN_PITCH = 36;
 constexpr int HIDDEN_ROW = 34;
-/// Around what a page says.
+/// The margins around the content of a page.
 constexpr QMargins PAGE_MARGINS(6, 10, 6, 6);
 constexpr int TAB_POINTS = 10;
 

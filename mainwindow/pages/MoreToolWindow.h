@@ -24,7 +24,8 @@ public:
     /// Builds that page with the current information.
     void showPage(Pages::Id id);
     [[nodiscard]] Pages::Id page() const;
-    /// Whether there is something to be read on that page, as on the tool button.
+    /// Sets whether the tab of that page is marked, as the tool button is, because there is
+    /// something to read.
     void setMarked(Pages::Id id, bool marked);
 
 signals:

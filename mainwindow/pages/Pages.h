@@ -16,7 +16,7 @@ namespace Pages
 
 enum class Id { Camera, Recording, Presentation, Keys };
 
-/// What pages tell of; all outlive the pop-up.
+/// The objects that the pages report on; all outlive the pop-up.
 struct Context {
     const CanvasDeck *deck = nullptr;
     const CameraKeeper *keeper = nullptr;

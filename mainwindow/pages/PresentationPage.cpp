@@ -25,7 +25,7 @@ QComboBox *makeScreens(Presentation *presentation, QWidget *parent)
     for (const QString &name : Presentation::screens())
         screens->addItem(name, name);
     const QString chosen = Presentation::screen();
-    // One that is not plugged in stays chosen.
+    // A chosen screen that is not plugged in stays chosen.
     if (screens->findData(chosen) < 0)
         screens->addItem(chosen, chosen);
     screens->setCurrentIndex(screens->findData(chosen));

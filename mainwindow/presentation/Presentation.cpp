@@ -20,7 +20,7 @@ const QString SCREEN_KEY = QStringLiteral("presentationScreen");
 const QString START_KEY = QStringLiteral("presentationAtStart");
 const QString POINTER_KEY = QStringLiteral("presentationPointer");
 constexpr QSize ORDINARY_SIZE(960, 540);
-/// For the window manager to place what was shown, and for a window that is dragged to arrive.
+/// The time in which a window manager places a window that was shown, and a dragged window arrives.
 constexpr int SETTLE_MS = 400;
 
 QStringList namesOf(const QList<QScreen *> &screens)

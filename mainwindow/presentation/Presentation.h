@@ -50,14 +50,14 @@ public slots:
     void toggleBlank();
 
 signals:
-    /// Whether it is open, holds its picture or is blank.
+    /// It was opened or closed, holds its picture or follows it again, or is blank or no longer so.
     void changed();
 
 private slots:
     void followDeck();
     void losesScreen(QScreen *screen);
     void findsScreen();
-    /// Goes where it belongs, once more if the window manager put it elsewhere.
+    /// Places the window once more if the window manager put it elsewhere.
     void checkPlace();
 
 private:

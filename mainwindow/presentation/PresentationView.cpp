@@ -17,7 +17,7 @@
 namespace
 {
 
-/// Of the picture's height: seen from the last row, and no letter hidden.
+/// As a part of the picture's height: the ring is seen from the last row and hides no letter.
 constexpr double RING_RADIUS = 0.022;
 constexpr double LEAST_RING = 10.0;
 /// What PicturePainter leaves free at the edge, for the line around a canvas.
@@ -33,7 +33,7 @@ PresentationView::PresentationView(QWidget *window)
     setWindowIcon(window->windowIcon());
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    // The program ends with its main window.
+    // The program ends when its main window is closed, even if this one is still open.
     setAttribute(Qt::WA_QuitOnClose, false);
     setCursor(Qt::BlankCursor);
 }
@@ -255,7 +255,7 @@ void PresentationView::forward(const QKeyEvent *event)
 
 void PresentationView::closeEvent(QCloseEvent *event)
 {
-    // Its owner closes it, and knows then that it is closed.
+    // The owner closes this window, as it keeps the state that belongs to it.
     event->ignore();
     emit leaveWanted();
 }

@@ -57,7 +57,7 @@ private:
     [[nodiscard]] QRect picturePlace() const;
     /// From the coordinates of the canvas to those of this widget.
     [[nodiscard]] QTransform fromCanvas() const;
-    /// What the ring reaches around that point of the canvas.
+    /// The rectangle that the ring covers around that point of the canvas.
     [[nodiscard]] QRect ringPlace(QPointF canvasPoint) const;
     void paintRing(QPainter *painter) const;
 

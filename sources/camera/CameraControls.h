@@ -22,8 +22,8 @@ class CameraControls
 {
 public:
     explicit CameraControls(UvcCamera &camera);
-    /// For a camera that takes the place of the one before: what is not known of it yet is what was
-    /// known of that one.
+    /// For a camera that replaces another one: as long as a value is not known of it, the one known
+    /// of the camera before is used.
     CameraControls(UvcCamera &camera, const CameraControls &before);
 
     /// Writes / reads `length` bytes: the bytes transferred, or an error of libuvc, which is

@@ -15,10 +15,10 @@ namespace
 {
 
 constexpr int INTERVAL_MS = 500;
-/// For a camera to be opened. One that works takes a few ten milliseconds.
+/// The time limit for opening a camera. A working one takes a few tens of milliseconds.
 constexpr std::chrono::milliseconds OPEN_TIMEOUT{3000};
-/// For the interfaces of the camera before it, which the system does not give back while it waits
-/// for an answer of that camera.
+/// The time limit for releasing the interfaces of the previous camera, which the system keeps while
+/// it waits for that camera's answer.
 constexpr std::chrono::milliseconds RELEASE_TIMEOUT{500};
 
 void releaseWithin(std::chrono::milliseconds bound,
@@ -102,7 +102,8 @@ void CameraKeeper::decide(const BusCameras &listed)
 void CameraKeeper::open(const BusCamera &camera)
 {
     m_opening = true;
-    // A camera in use that hangs, or that has lost its device node, keeps its interfaces otherwise.
+    // Otherwise a camera in use that hangs, or that has lost its device node, would keep its
+    // interfaces.
     m_worker.post([this, camera, gate = m_gate, before = m_owner.camera().connection()] {
         const DetachedThreads::Running running;
         releaseWithin(RELEASE_TIMEOUT, before);

@@ -19,12 +19,12 @@ struct CameraStatus {
     };
 
     State state = State::Waiting;
-    /// That is wanted, in pixels; and what is shown of it while the state is Showing.
+    /// In pixels: the size that is wanted, or the size that is shown while the state is Showing.
     QSize size;
     double framesPerSecond = 0.0;
-    /// Of the stream that runs.
+    /// Counted for the stream that runs.
     std::uint64_t framesLost = 0;
-    /// Of the camera in use, or of the one that is waited for.
+    /// The numbers of the camera in use, or of the one that is waited for.
     std::uint16_t vendorId = 0;
     std::uint16_t productId = 0;
 

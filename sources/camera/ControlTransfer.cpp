@@ -15,9 +15,9 @@ using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
 constexpr milliseconds ANSWER_TIMEOUT{1500};
-/// For a transfer that others wait for: many times what a camera takes that works.
+/// The time limit of a transfer that others wait for: many times what a working camera takes.
 constexpr milliseconds HURRIED_TIMEOUT{200};
-/// For the library to give a transfer back that was taken back.
+/// The time limit for the library to return a transfer that was cancelled.
 constexpr milliseconds TAKE_BACK_TIMEOUT{300};
 
 constexpr std::uint8_t SET_CUR = 0x01;
@@ -65,13 +65,13 @@ int errorOf(libusb_transfer_status status)
 
 /// Lives as long as the calls of hurry() and run() that use it.
 struct ControlTransfer::Shared {
-    /// Guards the others, and what a pending says of itself.
+    /// Guards the members below, and `completed` of each transfer.
     std::mutex mutex;
     std::condition_variable changed;
     bool hurried = false;
 };
 
-/// One transfer on its way: the library's, until it has given it back.
+/// A transfer on its way. It belongs to the library until ended() is called.
 struct ControlTransfer::Pending {
     explicit Pending(std::shared_ptr<Shared> owner, std::size_t length)
         : shared(std::move(owner))
@@ -154,7 +154,7 @@ int ControlTransfer::await(const std::shared_ptr<Pending> &pending) const
         lock.unlock();
         libusb_cancel_transfer(pending->transfer);
         lock.lock();
-        // One that is not given back belongs to the library for good.
+        // A transfer that is not returned belongs to the library for good.
         if (!m_shared->changed.wait_for(lock, TAKE_BACK_TIMEOUT, completed))
             return LIBUSB_ERROR_TIMEOUT;
     }

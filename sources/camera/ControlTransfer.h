@@ -10,9 +10,10 @@ struct libusb_device_handle;
 struct ControlRequest {
     bool read = false;
     std::uint8_t selector = 0;
-    /// Written, or as long as what is to be read.
+    /// The bytes to write; for a read, as many bytes as are to be read.
     std::vector<std::uint8_t> data;
-    /// Whether the camera has answered it, be it with an error. The sending thread's.
+    /// Whether the camera has answered the request, even with an error. For the sending thread
+    /// only.
     bool answered = false;
 };
 
@@ -34,7 +35,7 @@ public:
     /// gives LIBUSB_ERROR_TIMEOUT.
     int run(libusb_device_handle *handle, std::uint8_t unit, ControlRequest &request);
 
-    /// Something else waits for the bus: a transfer that is under way has a moment left.
+    /// Something else waits for the bus: the transfer that is under way gets a short time limit.
     void hurry();
 
 private:

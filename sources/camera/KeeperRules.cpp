@@ -50,7 +50,7 @@ State KeeperRules::stateOf(int openResult)
 
 void KeeperRules::notePresence(std::int64_t nowMs, const BusCameras &listed, const CameraLink &link)
 {
-    // The one in use before another of its make.
+    // The camera in use is preferred to another one of its make.
     auto found = std::find_if(listed.begin(), listed.end(), [&link](const BusCamera &camera) {
         return camera.isAt(link.busNumber, link.address) && camera.isOf(*link.profile);
     });
@@ -122,7 +122,7 @@ KeeperRules::Decision KeeperRules::withoutPictures(std::int64_t nowMs, const Cam
     if (link.sinceFrameMs < intervalMs || nowMs < m_nextRestartMs)
         return decision;
     m_nextRestartMs = nowMs + intervalMs;
-    // A camera that has no such size is in order otherwise.
+    // A camera that only lacks the size works, so opening it again would not help.
     if (link.streamResult != ERROR_INVALID_MODE && ++m_restarts > RESTARTS)
         decision.open = m_candidate;
     else

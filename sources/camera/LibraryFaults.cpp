@@ -56,7 +56,7 @@ libusb_set_interface_alt_setting(libusb_device_handle *handle, int interface, in
 {
     using Setting = int (*)(libusb_device_handle *, int, int);
     static const auto set = original<Setting>("libusb_set_interface_alt_setting");
-    // This question looks whether the device is there, and does so without the fault.
+    // This call also finds out whether the device is there, and does not have the fault.
     if (settingsLeftAlone || !set ||
         libusb_kernel_driver_active(handle, interface) == LIBUSB_ERROR_NO_DEVICE)
         return LIBUSB_ERROR_NO_DEVICE;

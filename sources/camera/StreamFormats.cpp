@@ -11,9 +11,9 @@ using StreamFormats::Choice;
 using StreamFormats::Offer;
 using StreamFormats::Sizes;
 
-/// Slower than once a minute is no picture that moves, and 0 no interval.
+/// A picture that comes less than once a minute does not move, and 0 is no interval.
 constexpr std::uint32_t LONGEST_INTERVAL = 600'000'000;
-/// In units of a wanted interval: what counts as the same rate.
+/// Intervals that differ by at most one part in this many count as the same rate.
 constexpr std::uint32_t SAME_RATE_PART = 200;
 
 std::int64_t pixels(QSize size)
@@ -39,7 +39,7 @@ std::pair<bool, std::int64_t> rank(std::uint32_t interval, std::uint32_t wanted)
     return {tooSlow, distance};
 }
 
-/// Of a range the step that is nearest below the wanted interval.
+/// The step of a range that is nearest below the wanted interval.
 std::uint32_t inRange(const Offer &offer, std::uint32_t wanted)
 {
     const std::uint32_t shortest = std::max(offer.shortest, 1u);

@@ -41,10 +41,10 @@ struct Choice {
 /// Whether a size that the camera does not have is replaced.
 enum class Sizes { Exact, Nearest };
 
-/// The wanted size, else the one whose number of pixels is nearest; of its rates that which is
-/// nearest above the wanted one, or which is it, else the fastest; of equal rates the best coding.
-/// Nothing when the camera offers nothing usable. A rate within half a percent counts as the wanted
-/// one, as 29.97 does for 30.
+/// Takes the wanted size, or else the size whose number of pixels is nearest; of its rates the
+/// wanted one or the nearest above it, or else the fastest; of equal rates the one with the best
+/// coding. Nothing when the camera offers nothing usable. A rate within half a percent counts as
+/// the wanted one, as 29.97 does for 30.
 [[nodiscard]] std::optional<Choice> choose(const std::vector<Offer> &offers, QSize wanted,
                                            int framesPerSecond, Sizes sizes);
 

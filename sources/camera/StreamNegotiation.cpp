@@ -56,7 +56,7 @@ int negotiateStream(uvc_device_handle *handle, QSize size, int framesPerSecond,
         (block.bFormatIndex == choice->formatIndex && block.bFrameIndex == choice->frameIndex &&
          block.dwFrameInterval == choice->interval))
         return agreed;
-    // It has taken another of the rates that it counts as the same.
+    // The library has chosen another of the rates that it counts as the same.
     block.bFormatIndex = choice->formatIndex;
     block.bFrameIndex = choice->frameIndex;
     block.dwFrameInterval = choice->interval;

@@ -17,7 +17,7 @@ namespace
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// Of the end of a camera. One that works is through with each within a few ten milliseconds.
+// The time limits for closing a camera. A working one takes a few tens of milliseconds for each.
 constexpr milliseconds LAST_ANSWER_TIMEOUT{500};
 constexpr milliseconds CLOSE_TIMEOUT{1000};
 // After an unplug libuvc may wait for transfers that never come back.
@@ -39,7 +39,7 @@ UvcCamera::~UvcCamera()
     m_connection->hurry();
     const auto listed = m_worker.call(ExitDeadline::capped(LAST_ANSWER_TIMEOUT),
                                       [connection = m_connection] { return connection->listed(); });
-    // Also behind a call that was waited for in vain: otherwise the camera's interfaces would stay
+    // The camera is closed even after a call that timed out; otherwise its interfaces would stay
     // taken for as long as the process runs.
     const auto running = std::make_shared<DetachedThreads::Running>();
     const BoundedWorker::Ticket closing = m_worker.post(

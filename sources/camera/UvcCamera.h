@@ -16,11 +16,11 @@
 class UvcConnection;
 struct ControlRequest;
 
-/// The camera on the bus, for the GUI thread: whatever touches the bus runs on a worker, in the
-/// order of the calls, but that a stream asked for goes before controls. The caller waits for
+/// The camera on the bus, for the GUI thread: everything that touches the bus runs on a worker, in
+/// the order of the calls, except that a stream request goes before controls. The caller waits for
 /// answers within a WaitBudget, and asks again later for those that take longer.
 ///
-/// It belongs to one thread at a time: one that was opened elsewhere may be handed to the GUI
+/// It belongs to one thread at a time: a camera that was opened elsewhere may be handed to the GUI
 /// thread.
 ///
 /// Results are libuvc's codes, negative on failure.
@@ -71,14 +71,15 @@ public:
     /// What a control would fail with at once: UVC_ERROR_NO_DEVICE for a camera that has gone or
     /// was never opened, UVC_ERROR_NOT_FOUND without an extension unit; 0 otherwise.
     [[nodiscard]] int controlError() const;
-    /// Sends controls of the extension unit one after the other, but for those that were answered
-    /// before, up to the first that the camera does not answer: the result of the last one sent.
-    /// What is read is in the control then.
+    /// Sends controls of the extension unit one after the other, without those that were answered
+    /// before, up to the first that the camera does not answer. The ticket gives the result of the
+    /// last one sent; the bytes that were read are then in the control.
     BoundedWorker::Ticket send(std::vector<std::shared_ptr<ControlRequest>> controls);
 
-    /// Fills in how this camera and its stream stand, but for `seen` and `running`.
+    /// Fills in the state of this camera and its stream, except `seen` and `running`.
     void report(CameraLink &link) const;
-    /// What lets another thread give the interfaces back while this camera hangs.
+    /// The connection, through which another thread can release the interfaces while this camera
+    /// hangs.
     [[nodiscard]] std::shared_ptr<UvcConnection> connection() const { return m_connection; }
 
     /// Waits as long as the budget allows; not at all while an earlier answer is late.

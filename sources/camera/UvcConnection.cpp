@@ -184,7 +184,7 @@ int UvcConnection::start(const Request &request)
     uvc_stream_ctrl_t block{};
     const int agreed =
         noteResult(negotiateStream(m_handle, stream->size(), request.framesPerSecond, block));
-    // The keeper asks again and again; it is said once.
+    // The keeper asks repeatedly, so a refusal is reported once.
     const bool said = m_refusedSize == stream->size();
     if (agreed < 0 && !said)
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");

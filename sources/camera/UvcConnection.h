@@ -57,7 +57,7 @@ public:
 
     // Any thread --------------------------------------------------------------------------------
     [[nodiscard]] bool gone() const { return m_gone; }
-    /// Sets what stream() is to bring about; whether a call of stream() is needed for it.
+    /// Sets what stream() is to achieve. Returns whether a call of stream() is needed for it.
     bool request(Request request);
     /// Others wait for the worker: a control that does not answer is given up soon.
     void hurry() { m_transfer.hurry(); }
@@ -91,7 +91,7 @@ private:
     std::uint8_t m_busNumber = 0;
     std::uint8_t m_address = 0;
     std::shared_ptr<UvcStream> m_running;
-    /// That the camera did not agree to when it was asked last.
+    /// The size that the camera refused when it was asked last.
     std::optional<QSize> m_refusedSize;
     ControlTransfer m_transfer;
     std::atomic<bool> m_gone{false};

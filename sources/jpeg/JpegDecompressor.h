@@ -21,8 +21,8 @@ public:
     JpegDecompressor(const JpegDecompressor &) = delete;
     JpegDecompressor &operator=(const JpegDecompressor &) = delete;
 
-    /// Runs calls of the library; false when one of them failed, which leaves `work` where it is:
-    /// nothing that it makes may need its destructor.
+    /// Runs calls of the library; false when one of them failed. A failure jumps out of `work`, so
+    /// that no object in it may need its destructor.
     template <typename Work>
     bool run(Work work)
     {

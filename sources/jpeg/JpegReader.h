@@ -26,6 +26,7 @@ struct JpegPicture {
 /// that holds `enough`.
 [[nodiscard]] JpegPicture readReducedJpeg(QIODevice &device, QSize enough, qint64 mostBytes);
 
-/// What decoding holds whatever size is asked for: 0 for a picture that comes from top to bottom,
-/// all of its coefficients for one that comes in several scans. 0 without a readable header.
+/// The memory in bytes that decoding takes whatever size is asked for: 0 for a picture that is
+/// stored from top to bottom, all of its coefficients for one that is stored in several scans. 0
+/// without a readable header.
 [[nodiscard]] qint64 jpegCoefficientBytes(QIODevice &device);

@@ -33,7 +33,7 @@ std::optional<FolderLister::Listing> FolderLister::list(const QDir &folder, cons
     if (!m_worker)
         m_worker = std::make_unique<BoundedWorker>("FolderLister");
     const auto listing = std::make_shared<Listing>();
-    // The call's own copy of the folder keeps what it remembers of it to itself.
+    // QDir caches what it has read, so the call works on an object of its own.
     const auto job = [listing, own = unshared(path), name = unshared(file)] {
         const DetachedThreads::Running detached;
         listing->names = PhotographList::list(QDir(own));

@@ -105,8 +105,8 @@ QSize upright(QSize size, QImageIOHandler::Transformations turn)
     return sidesSwap(turn) ? size.transposed() : size;
 }
 
-/// Of a JPEG file that libjpeg alone does not bring to the screen's colours: a printer's. A size
-/// that is not empty is that of the answer.
+/// Reads a JPEG file in a printer's colours, which libjpeg alone does not convert to the screen's.
+/// A size that is not empty is that of the result.
 QImage printersColours(QIODevice &device, QSize size)
 {
     device.seek(0);
@@ -133,7 +133,7 @@ QImage wholeJpeg(QIODevice &device)
     return upright(PictureColours::prepared(image, spaceOf(jpeg), limited(image.size())), turn);
 }
 
-/// Decoded at a reduced size where that holds twice the answer's, then averaged.
+/// Decodes at a reduced size of at least twice the result's, and averages that.
 QImage fittedJpeg(QIODevice &device, QSize target)
 {
     const QImageIOHandler::Transformations turn = turnOf(device);

@@ -37,8 +37,8 @@ struct Reading {
 [[nodiscard]] Reading readFile(const QString &path, const PictureFile::Progress &progress = {});
 [[nodiscard]] Reading readFile(PictureFile &file, const PictureFile::Progress &progress = {});
 
-/// What the picture of that file will take when it has been read, at the most, in bytes; 0 for a
-/// file that does not say. Reads the beginning of the file.
+/// The most bytes that the picture of that file takes once it has been read; 0 for a file that does
+/// not say. Reads the beginning of the file.
 [[nodiscard]] qint64 pictureBytes(PictureFile &file);
 
 /// The picture fitted into `bounds` with its aspect ratio kept; nothing is made larger than it is

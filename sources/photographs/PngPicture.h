@@ -4,8 +4,8 @@
 
 class QIODevice;
 
-/// What the toolkit's reader does not tell of a PNG file, or does not do with it. The device may
-/// stand anywhere and is left anywhere.
+/// What the toolkit's reader cannot tell of a PNG file or do with one. The device may stand
+/// anywhere, and its position afterwards is not defined.
 namespace PngPicture
 {
 
@@ -13,8 +13,8 @@ namespace PngPicture
 [[nodiscard]] bool isPng(QIODevice &device);
 /// Whether it comes in seven passes: it can only be decoded whole.
 [[nodiscard]] bool isInterlaced(QIODevice &device);
-/// Whether it has an ICC profile. What it says of gamma and primaries alone is not meant here:
-/// programs write the screen's by habit.
+/// Whether it has an ICC profile. Gamma and primaries without a profile do not count, as programs
+/// write those of the screen by habit.
 [[nodiscard]] bool hasProfile(QIODevice &device);
 
 /// The part of a damaged file that can be decoded, ARGB32, with the rest transparent; null when

@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
-/// What an address has as it is, besides letters and digits.
+/// The characters that stand in an address as they are, besides letters and digits.
 constexpr char PLAIN[] = "-_.~!$&'()*+,:=@/";
 
 QString cacheFolder()

@@ -19,7 +19,7 @@ using ReferencePipeline::same;
 constexpr std::size_t LARGE = 100000;
 
 std::atomic<bool> memoryIsShort{false};
-/// What the large blocks that are held measure together. Frames ask operator new[] for theirs.
+/// How many bytes the large blocks take that are held now. Frames get theirs from operator new[].
 std::atomic<std::size_t> largeBytes{0};
 
 void *allocate(std::size_t bytes)

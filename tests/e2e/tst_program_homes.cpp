@@ -165,7 +165,7 @@ private slots:
         QVERIFY2(second.output().contains(holder.toUtf8()), second.output().constData());
         const auto before = m_camera->statistics().framesSent;
         QTRY_VERIFY_WITH_TIMEOUT(m_camera->statistics().framesSent > before + 3, TIMEOUT_MS);
-        // What one of them keeps the other does not undo.
+        // What one program saves the other does not undo.
         QVERIFY(second.acceptSettings());
         QVERIFY(second.closeAndWait());
         QVERIFY(first.closeAndWait());

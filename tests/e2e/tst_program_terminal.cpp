@@ -45,7 +45,7 @@ QString settingsFile()
     return QDir::homePath() + "/.config/Quillmark/Document Camera.conf";
 }
 
-/// Each thing that it says, by how often.
+/// How often the program prints each line.
 QMap<QByteArray, int> linesOf(const QByteArray &output)
 {
     QMap<QByteArray, int> lines;
@@ -318,9 +318,10 @@ private:
             60000);
     }
 
-    /// What the program says with that camera, closed when it has said `line` and, where that is
-    /// given, has a live picture once its remedy is followed: the line once, and after the line
-    /// that has always been there.
+    /// What the program prints with that camera until it has printed `line`; then it is closed.
+    /// With a remedy, the live picture must come once that has been followed. `line` must be
+    /// printed once, and after `always`, which every version has printed. Otherwise the text begins
+    /// with "wrong".
     QString runUntil(const QByteArray &always, const QByteArray &line,
                      const std::function<bool()> &remedy = {})
     {

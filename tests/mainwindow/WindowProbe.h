@@ -81,7 +81,7 @@ inline QList<Command> poppingButtons()
     return found;
 }
 
-/// No dialog and no print server of the machine's own, whatever it has.
+/// Keeps the machine's own dialogs and print server out of the tests.
 inline void beOnOneself()
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);

@@ -51,7 +51,7 @@ private:
     std::unique_ptr<VirtualCamera> m_camera;
     std::unique_ptr<MainWindow> m_window;
     std::vector<ExtensionTransfer> m_transfers;
-    /// Of one window: what it saves.
+    /// The folder into which a window saves.
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 

@@ -23,7 +23,7 @@ QString strayPixel(const QImage &picture, const QImage &before, const QImage &af
         };
         const QRgb *seen = line(picture), *earlier = line(before), *later = line(after);
         for (int x = 0; x < picture.width(); ++x) {
-            // What the screen has beside the colours means nothing.
+            // The bits of a screen pixel that are no colour mean nothing.
             if (((seen[x] ^ earlier[x]) & RGB_MASK) && ((seen[x] ^ later[x]) & RGB_MASK))
                 return QString("%1 at %2, %3").arg(QColor(seen[x]).name()).arg(x).arg(y);
         }

@@ -25,9 +25,9 @@ using namespace WindowProbe;
 namespace
 {
 
-/// What letters and small signs need.
+/// The least contrast of letters and small signs.
 constexpr double LEAST = 4.5;
-/// What larger signs need, and the edges of controls.
+/// The least contrast of larger signs and of the edges of controls.
 constexpr double LEAST_OF_SIGNS = 3.0;
 /// Fewer pixels of a colour are no letter.
 constexpr int LEAST_PIXELS = 3;

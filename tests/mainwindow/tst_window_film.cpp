@@ -84,7 +84,7 @@ bool WindowFilmTest::comesTo(int from, int to) const
     return QTest::qWaitFor([=] { return position() >= from && position() <= to; }, TIMEOUT_MS);
 }
 
-/// With the mouse: what the film writes into its slider seeks nothing.
+/// Drags with the mouse, as a value that the film itself writes into its slider seeks nothing.
 void WindowFilmTest::dragTo(int percent) const
 {
     const QPoint place(m_slider->width() * percent / 100, m_slider->height() / 2);

@@ -75,7 +75,7 @@ QStringList heardWhile(Deed deed)
     return alerts();
 }
 
-/// What is done to a window, by its buttons or behind their backs.
+/// Something that is done to a window, by its buttons or by direct calls.
 using Deed = std::function<void(MainWindow &)>;
 
 struct Case {

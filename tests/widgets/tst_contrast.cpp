@@ -13,7 +13,7 @@
 namespace
 {
 
-/// For letters and small signs, and for signs of 24 pixels and more.
+/// The least contrast of letters and small signs, and of signs of 24 pixels and more.
 constexpr double SMALL = 4.5;
 constexpr double LARGE = 3.0;
 /// Of the copy at twice the size; fewer pixels of a colour are no sign.
@@ -61,7 +61,8 @@ Colours coloursOf(const QImage &image)
     return colours;
 }
 
-/// What the pixels reach that differ from the ground and that `counts`, within `area`.
+/// The size of the rectangle around those pixels within `area` that differ from the ground and that
+/// `counts` accepts.
 template <class Counts>
 QSize extentOf(const QImage &image, const QRect &area, const Counts &counts, const QColor &ground)
 {
@@ -157,7 +158,7 @@ void ContrastTest::captionsCanBeRead()
         const QColor push = coloursOf(onGround(QString(state) + "POPUP_BUTTON", 0x15181B)).face;
         QVERIFY(Contrast::of(push, Qt::black) >= SMALL);
     }
-    // What the style sheets of the pop-ups make gray, and the pill of the record time.
+    // The gray letters of the pop-ups' style sheets, and those of the record time on its pill.
     QVERIFY(Contrast::of(Qt::gray, QColor(0x15181B)) >= SMALL);
     const QColor pill = coloursOf(onGround("OSD/OSD_TIME", Qt::white)).face;
     QVERIFY(Contrast::of(pill, Qt::red) >= SMALL);

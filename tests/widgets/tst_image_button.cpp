@@ -37,7 +37,7 @@ private slots:
 namespace
 {
 
-// Grabbed over a ground that no skin contains, so that see-through pixels show.
+// The widget over a colour that no skin contains, so that transparent pixels show.
 QImage picture(QWidget &widget)
 {
     QImage image(widget.size() * widget.devicePixelRatioF(), QImage::Format_RGB32);

@@ -22,7 +22,7 @@ namespace
 /// More than any bookkeeping and less than a tile.
 constexpr std::size_t LARGE = 8000;
 std::atomic<bool> memoryIsShort{false};
-/// Large blocks that there is memory for all the same.
+/// How many large blocks can still be had while memory counts as used up.
 std::atomic<int> blocksLeft{0};
 
 bool isRefused(std::size_t bytes)

@@ -1,6 +1,7 @@
 #include "sources/film/FilmVideoSinkGst.h"
 
 #include "sources/film/FilmFormat.h"
+#include "sources/film/FormatProbeGst.h"
 
 #include <algorithm>
 #include <gst/video/video.h>
@@ -136,17 +137,9 @@ void FilmVideoSinkGst::connectSink(GstElement *sink)
 /// On the streaming thread, before the elements see the format.
 GstPadProbeReturn FilmVideoSinkGst::onFormat(GstPad *, GstPadProbeInfo *info, gpointer self)
 {
-    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
-    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS)
-        return GST_PAD_PROBE_OK;
-    GstCaps *caps = nullptr;
-    gst_event_parse_caps(event, &caps);
-    caps = gst_caps_copy(caps);
-    static_cast<FilmVideoSinkGst *>(self)->setFormat(gst_caps_get_structure(caps, 0));
-    GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_caps(caps);
-    gst_event_unref(event);
-    gst_caps_unref(caps);
-    return GST_PAD_PROBE_OK;
+    return changePassingFormat(info, [self](GstStructure *format) {
+        static_cast<FilmVideoSinkGst *>(self)->setFormat(format);
+    });
 }
 
 void FilmVideoSinkGst::setFormat(GstStructure *format)

@@ -1,5 +1,6 @@
 #include "sources/film/FormatRepairGst.h"
 
+#include "sources/film/FormatProbeGst.h"
 #include "sources/gst/GstFactoryName.h"
 
 #include <algorithm>
@@ -43,17 +44,9 @@ void FormatRepairGst::onElement(GstBin *, GstBin *, GstElement *element, gpointe
 
 GstPadProbeReturn FormatRepairGst::onFormat(GstPad *, GstPadProbeInfo *info, gpointer self)
 {
-    GstEvent *event = GST_PAD_PROBE_INFO_EVENT(info);
-    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS)
-        return GST_PAD_PROBE_OK;
-    GstCaps *caps = nullptr;
-    gst_event_parse_caps(event, &caps);
-    caps = gst_caps_copy(caps);
-    static_cast<FormatRepairGst *>(self)->repair(gst_caps_get_structure(caps, 0));
-    GST_PAD_PROBE_INFO_DATA(info) = gst_event_new_caps(caps);
-    gst_event_unref(event);
-    gst_caps_unref(caps);
-    return GST_PAD_PROBE_OK;
+    return changePassingFormat(info, [self](GstStructure *format) {
+        static_cast<FormatRepairGst *>(self)->repair(format);
+    });
 }
 
 void FormatRepairGst::repair(GstStructure *format)

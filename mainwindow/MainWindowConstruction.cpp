@@ -42,6 +42,12 @@ constexpr std::chrono::seconds CAMERA_DELAY(5);
 /// are left behind come after them.
 constexpr std::chrono::milliseconds END_TIMEOUT(1500);
 
+/// The slot of the row opens it, or the tool of a row that has none.
+bool holdOpensPopUp(const Commands::Row &row)
+{
+    return row.holdSlot || (row.tool && row.popUp != Commands::PopUp::None);
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
@@ -181,16 +187,20 @@ void MainWindow::connectTool(const Commands::Row &row, ImageButton *toolButton)
     const Command command = row.command;
     if (!row.clickSlot)
         connect(toolButton, &ImageButton::clicked, this, [=] { m_tools->select(command); });
-    if (!row.holdSlot && row.popUp != Commands::PopUp::None)
+    if (!row.holdSlot && holdOpensPopUp(row))
         connect(toolButton, &ImageButton::hold, this, [=] { m_tools->showOptions(command); });
 }
 
 void MainWindow::connectOptions(const Commands::Row &row, ImageButton *toolButton)
 {
     const char *slot = row.holdSlot;
+    const Command command = row.command;
     toolButton->setHasOptions(true);
-    connect(toolButton, &ImageButton::optionsWanted, this, [this, slot] {
-        call(slot);
+    connect(toolButton, &ImageButton::optionsWanted, this, [this, slot, command] {
+        if (slot)
+            call(slot);
+        else
+            m_tools->showOptions(command);
         if (m_popups.current())
             m_popups.current()->takeFocus();
     });
@@ -207,7 +217,7 @@ void MainWindow::connectCommands()
         // The panel's are connected where they are made.
         if (row.clickSlot && !Commands::inPanel(row.group))
             connect(each, SIGNAL(clicked()), this, row.clickSlot);
-        if (row.holdSlot)
+        if (holdOpensPopUp(row))
             connectOptions(row, each);
         if (row.startSlot) {
             connect(each, SIGNAL(pressed()), this, row.startSlot);

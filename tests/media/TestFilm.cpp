@@ -1,6 +1,7 @@
 #include "tests/media/TestFilm.h"
 
 #include <QDebug>
+#include <QFile>
 #include <QImage>
 #include <QProcess>
 
@@ -43,6 +44,15 @@ bool TestFilm::write(const QString &path) const
     return run(arguments << straight) &&
            run({"-v", "error", "-y", "-i", straight, "-c", "copy", "-metadata:s:v:0",
                 QStringLiteral("rotate=%1").arg(turned), path});
+}
+
+bool TestFilm::removeIndex(const QString &path)
+{
+    QFile film(path);
+    if (!film.open(QIODevice::ReadWrite))
+        return false;
+    const int index = film.readAll().lastIndexOf("idx1");
+    return index > 0 && film.resize(index);
 }
 
 int TestFilm::numberIn(const QImage &picture)

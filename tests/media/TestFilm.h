@@ -26,6 +26,8 @@ struct TestFilm {
 
     /// Makes the file; false, with ffmpeg's words in the log, when that fails.
     [[nodiscard]] bool write(const QString &path) const;
+    /// Ends an AVI file where its index begins; false when it has none.
+    [[nodiscard]] static bool removeIndex(const QString &path);
 
     /// The number that a picture carries.
     [[nodiscard]] static int numberIn(const QImage &picture);

@@ -143,6 +143,7 @@ private slots:
         m_source->setPosition(10);
         QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 30, TIMEOUT_MS);
         m_source->setPosition(90);
+        // The player begins this seek, so that the next one finds it under way.
         QTest::qWait(200);
         m_source->setPosition(20);
         QTRY_COMPARE_WITH_TIMEOUT(m_sink.lastNumber(), 60, TIMEOUT_MS);

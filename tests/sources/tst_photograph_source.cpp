@@ -81,6 +81,7 @@ private slots:
         m_source->previous();
         m_source->setPlayInterval(1);
         m_source->play();
+        // Many intervals, in which no step may be made.
         QTest::qWait(20);
         QCOMPARE(changed.size(), 0);
         QCOMPARE(m_receiver.pictures.size(), 0);
@@ -101,6 +102,7 @@ private slots:
         for (int i = 0; i < expected.size(); ++i)
             QCOMPARE(changed[i][0].toInt(), expected[i]);
         const int shown = changed.size();
+        // Many intervals of the show that was stopped.
         QTest::qWait(30);
         QCOMPARE(changed.size(), shown);
     }
@@ -135,6 +137,7 @@ private slots:
         else
             QVERIFY(m_source->setDirectory(dir(), "b.png"));
         const int shown = m_receiver.pictures.size();
+        // Many intervals of the show that was ended.
         QTest::qWait(30);
         QCOMPARE(m_receiver.pictures.size(), shown);
         QCOMPARE(done.size(), 0);
@@ -151,6 +154,7 @@ private slots:
         QTRY_VERIFY(changed.size() >= 2);
         m_source->play();
         changed.clear();
+        // Many of the intervals that were in use before.
         QTest::qWait(30);
         QCOMPARE(changed.size(), 0);
     }

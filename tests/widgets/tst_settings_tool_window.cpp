@@ -51,6 +51,19 @@ void whenAsked(QObject *context, std::function<void(Dialog *)> answer)
     timer->start(10);
 }
 
+/// The pop-up of a window that has a camera's source.
+struct SettingsOfACamera {
+    SettingsOfACamera()
+    {
+        scene.window.camera = &live;
+        popup.show();
+    }
+
+    PopupScene scene;
+    LiveSource live{&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr};
+    SettingsToolWindow popup{&scene.toolButton, &scene.window};
+};
+
 } // namespace
 
 class SettingsToolWindowTest : public QObject
@@ -138,11 +151,8 @@ void SettingsToolWindowTest::everyIntervalIsOffered()
 
 void SettingsToolWindowTest::okStoresEverythingAndAppliesIt()
 {
-    PopupScene scene;
-    LiveSource live(&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr);
-    scene.window.camera = &live;
-    SettingsToolWindow popup(&scene.toolButton, &scene.window);
-    popup.show();
+    SettingsOfACamera shown;
+    SettingsToolWindow &popup = shown.popup;
     box(popup, Resolution)->setCurrentIndex(0);
     box(popup, Recording)->setCurrentIndex(0);
     box(popup, Capture)->setCurrentIndex(1);
@@ -155,8 +165,8 @@ void SettingsToolWindowTest::okStoresEverythingAndAppliesIt()
     QCOMPARE(Config::recordPath(), QString("/tmp/recordings"));
     QCOMPARE(Config::resolutionIndex(), 0);
     QCOMPARE(Config::recordingResolutionIndex(), 0);
-    QCOMPARE(live.resolution(), QSize(1024, 768));
-    QCOMPARE(live.recordingResolution(), QSize(1024, 768));
+    QCOMPARE(shown.live.resolution(), QSize(1024, 768));
+    QCOMPARE(shown.live.recordingResolution(), QSize(1024, 768));
     QVERIFY(!popup.isVisible());
 }
 
@@ -172,11 +182,8 @@ void SettingsToolWindowTest::okWithoutACameraStoresAllTheSame()
 
 void SettingsToolWindowTest::cancelLeavesEverythingUntouched()
 {
-    PopupScene scene;
-    LiveSource live(&scene.canvas, Config::resolution(), Config::recordingResolution(), nullptr);
-    scene.window.camera = &live;
-    SettingsToolWindow popup(&scene.toolButton, &scene.window);
-    popup.show();
+    SettingsOfACamera shown;
+    SettingsToolWindow &popup = shown.popup;
     box(popup, Resolution)->setCurrentIndex(0);
     box(popup, Capture)->setCurrentIndex(1);
     popup.findChildren<QLineEdit *>()[1]->setText("/elsewhere");
@@ -185,7 +192,7 @@ void SettingsToolWindowTest::cancelLeavesEverythingUntouched()
     QCOMPARE(Config::resolutionIndex(), 1);
     QCOMPARE(Config::snapshotMode(), CanvasModes::Single);
     QCOMPARE(Config::snapshotPath(), QString("/tmp/snapshots"));
-    QCOMPARE(live.resolution(), QSize(1280, 720));
+    QCOMPARE(shown.live.resolution(), QSize(1280, 720));
 }
 
 void SettingsToolWindowTest::theLargestRecordingSizeIsAskedFor_data()

@@ -20,6 +20,21 @@ QImage ground(int width, int height)
     return image;
 }
 
+/// A pop-up beside the button of a window that has room for it on the screen.
+struct PlacedPopup {
+    [[nodiscard]] bool isShown()
+    {
+        scene.window.move(50, 40);
+        scene.window.show();
+        const bool exposed = QTest::qWaitForWindowExposed(&scene.window);
+        popup.show();
+        return exposed;
+    }
+
+    PopupScene scene;
+    ToolWindow popup{ground(200, 100), &scene.toolButton, &scene.window, "Title"};
+};
+
 } // namespace
 
 class ToolWindowTest : public QObject
@@ -85,14 +100,11 @@ void ToolWindowTest::aTitleInATallerScriptStaysInTheStrip()
 
 void ToolWindowTest::standsRightOfItsButton()
 {
-    PopupScene scene;
-    scene.window.move(50, 40);
-    scene.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
-    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
-    popup.show();
-    const QPoint expected = scene.toolButton.mapToGlobal(QPoint(scene.toolButton.width() + 3, 0));
-    QCOMPARE(popup.pos(), expected);
+    PlacedPopup placed;
+    QVERIFY(placed.isShown());
+    const QPoint expected =
+        placed.scene.toolButton.mapToGlobal(QPoint(placed.scene.toolButton.width() + 3, 0));
+    QCOMPARE(placed.popup.pos(), expected);
 }
 
 void ToolWindowTest::isPushedBackIntoTheWorkArea()
@@ -109,34 +121,26 @@ void ToolWindowTest::isPushedBackIntoTheWorkArea()
 
 void ToolWindowTest::followsTheMainWindow()
 {
-    PopupScene scene;
-    scene.window.move(50, 40);
-    scene.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
-    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
-    popup.show();
-    const QPoint before = popup.pos();
-    scene.window.move(90, 100);
-    QTRY_COMPARE(popup.pos(), before + QPoint(40, 60));
+    PlacedPopup placed;
+    QVERIFY(placed.isShown());
+    const QPoint before = placed.popup.pos();
+    placed.scene.window.move(90, 100);
+    QTRY_COMPARE(placed.popup.pos(), before + QPoint(40, 60));
 
-    scene.toolButton.move(30, 20);
-    scene.window.resize(820, 600);
-    QTRY_COMPARE(popup.pos(), before + QPoint(60, 60));
+    placed.scene.toolButton.move(30, 20);
+    placed.scene.window.resize(820, 600);
+    QTRY_COMPARE(placed.popup.pos(), before + QPoint(60, 60));
 }
 
 void ToolWindowTest::followsAButtonThatIsPlacedAfterTheResize()
 {
-    PopupScene scene;
-    scene.window.move(50, 40);
-    scene.window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
-    ToolWindow popup(ground(200, 100), &scene.toolButton, &scene.window, "Title");
-    popup.show();
-    const QPoint before = popup.pos();
-    scene.window.resize(800, 620);
+    PlacedPopup placed;
+    QVERIFY(placed.isShown());
+    const QPoint before = placed.popup.pos();
+    placed.scene.window.resize(800, 620);
     QCoreApplication::processEvents();
-    scene.toolButton.move(scene.toolButton.pos() + QPoint(0, 20));
-    QCOMPARE(popup.pos(), before + QPoint(0, 20));
+    placed.scene.toolButton.move(placed.scene.toolButton.pos() + QPoint(0, 20));
+    QCOMPARE(placed.popup.pos(), before + QPoint(0, 20));
 }
 
 void ToolWindowTest::alignsAgainWhenItGetsItsBackground()

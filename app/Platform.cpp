@@ -97,6 +97,14 @@ void dropUnless(bool (*makesSense)(const QString &), const char *variable)
     qunsetenv(variable);
 }
 
+/// Without such a place the Wayland library complains on the terminal before anything is tried.
+bool hasPlaceForACompositor()
+{
+    return qEnvironmentVariableIsSet("WAYLAND_SOCKET") ||
+           qEnvironmentVariable("WAYLAND_DISPLAY").startsWith(QLatin1Char('/')) ||
+           qEnvironmentVariable("XDG_RUNTIME_DIR").startsWith(QLatin1Char('/'));
+}
+
 double desktopScale(double dpi)
 {
     const bool isSane = dpi >= LEAST_DPI && dpi <= GREATEST_DPI;
@@ -141,7 +149,7 @@ void preparePlatform()
     mallopt(M_TRIM_THRESHOLD, LARGEST_REST);
     // Window moves, global positions and the placing of tool windows beside their buttons do
     // nothing under Wayland.
-    setUnlessChosen("QT_QPA_PLATFORM", "xcb;wayland");
+    setUnlessChosen("QT_QPA_PLATFORM", hasPlaceForACompositor() ? "xcb;wayland" : "xcb");
     // Everything is painted by the processor; loading the graphics driver costs 50 MB and a part
     // of the start.
     setUnlessChosen("QT_XCB_GL_INTEGRATION", "none");

@@ -17,6 +17,7 @@ class PlatformTest : public QObject
 private slots:
     void init();
     void choosesWhereNothingIsChosen();
+    void triesNoCompositorThatCannotBeReached();
     void leavesTheUsersChoice();
     void drawsSharpOnSharpScreens();
     void drawsAtTheDesktopsScaleUnlessTheScreenIsTooSmall_data();
@@ -40,6 +41,20 @@ void PlatformTest::choosesWhereNothingIsChosen()
     QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb;wayland"));
     QCOMPARE(qgetenv("QT_XCB_GL_INTEGRATION"), QByteArray("none"));
     QCOMPARE(qgetenv("QT_SCALE_FACTOR_ROUNDING_POLICY"), QByteArray("PassThrough"));
+}
+
+void PlatformTest::triesNoCompositorThatCannotBeReached()
+{
+    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
+    qunsetenv("XDG_RUNTIME_DIR");
+    preparePlatform();
+    QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb"));
+    qunsetenv("QT_QPA_PLATFORM");
+    qputenv("WAYLAND_DISPLAY", "/run/user/1000/wayland-0");
+    preparePlatform();
+    QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb;wayland"));
+    qunsetenv("WAYLAND_DISPLAY");
+    qputenv("XDG_RUNTIME_DIR", folder);
 }
 
 void PlatformTest::leavesTheUsersChoice()

@@ -113,11 +113,20 @@ private slots:
         QVERIFY(QDir(home).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
     }
 
+    void withoutADisplayItSaysSoAndLeaves_data()
+    {
+        QTest::addColumn<QString>("missing");
+        QTest::newRow("no server") << QString();
+        QTest::newRow("no runtime folder") << "XDG_RUNTIME_DIR";
+    }
+
     void withoutADisplayItSaysSoAndLeaves()
     {
+        QFETCH(QString, missing);
         ProgramUnderTest program;
         QProcessEnvironment environment = with("DISPLAY", ":4711");
         environment.remove("QT_QPA_PLATFORM");
+        environment.remove(missing);
         QVERIFY(program.start(environment));
         QVERIFY(program.waitForEnd());
         QCOMPARE(program.exitCode(), 1);

@@ -146,6 +146,7 @@ void PhotographSource::takeLate(const QString &path)
 {
     if (m_problem == PictureProblem::NoAnswer && path == pathOf(m_current))
         deliver();
+    prepareNeighbours(true);
 }
 
 void PhotographSource::takeChange(const FolderWatch::Change &change)

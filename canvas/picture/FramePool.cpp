@@ -8,6 +8,8 @@ namespace
 
 /// Enough for the frame that is coming in, its result, and what a slow painter still holds.
 constexpr std::size_t LARGEST_SHELF = 4;
+/// Photographs are larger than what streams, and come one at a time.
+constexpr std::size_t MOST_SPARE_BYTES = 128U << 20U;
 
 } // namespace
 
@@ -40,7 +42,9 @@ struct FramePool::Shelf {
     void putBack(std::unique_ptr<Frame> frame)
     {
         const std::lock_guard locker(lock);
-        if (frame->capacity() == wantedBytes && spare.size() < LARGEST_SHELF)
+        const bool hasRoom = spare.size() < LARGEST_SHELF &&
+                             (spare.size() + 1) * frame->capacity() <= MOST_SPARE_BYTES;
+        if (frame->capacity() == wantedBytes && hasRoom)
             spare.push_back(std::move(frame));
     }
 };

@@ -5,7 +5,8 @@
 #include <memory>
 
 /// Hands out frames and takes their memory back when the last holder lets go, so that a steady
-/// stream allocates nothing of frame size. Any thread; frames may outlive the pool.
+/// stream allocates nothing of frame size; the largest photographs are not kept. Any thread; frames
+/// may outlive the pool.
 class FramePool
 {
 public:

@@ -7,6 +7,14 @@
 
 #include <cstring>
 
+namespace
+{
+
+/// Two pictures of more than that are not held at once.
+constexpr qint64 LARGE_BYTES = 64LL * 1024 * 1024;
+
+} // namespace
+
 FramePtr ShownPicture::copyOf(const void *pixels, QSize size, bool mirror, bool rgb32)
 {
     const std::shared_ptr<Frame> frame =
@@ -31,6 +39,10 @@ FramePtr ShownPicture::copyOf(const QImage &picture)
     // A picture that wraps foreign memory may have rows of another length.
     const bool usual = picture.bytesPerLine() == (picture.width() * 3 + 3) / 4 * 4;
     const QImage aligned = usual ? picture : picture.copy();
+    if (aligned.sizeInBytes() > LARGE_BYTES) {
+        setInput(nullptr);
+        m_picture.reset();
+    }
     const std::shared_ptr<Frame> frame =
         m_pipeline.pool().acquire(aligned.size(), QImage::Format_RGB888);
     if (!frame)

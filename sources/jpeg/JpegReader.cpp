@@ -12,8 +12,11 @@ namespace
 constexpr unsigned int WHOLE = 8;
 constexpr int PROFILE_MARKER = JPEG_APP0 + 2;
 constexpr unsigned int LONGEST_MARKER = 0xffff;
+/// What a picture that is reduced anyway may take with all of its coefficients.
+constexpr qint64 MOST_REDUCED_BYTES = 400LL * 1024 * 1024;
+constexpr int PIXEL_BYTES = 3;
 
-unsigned int eighthsOf(qint64 mostPixels, const jpeg_decompress_struct &info)
+unsigned int eighthsOf(qint64 mostPixels, qint64 heldBytes, const jpeg_decompress_struct &info)
 {
     const auto pixels = [&info](unsigned int eighths) {
         const auto side = [eighths](JDIMENSION whole) {
@@ -22,6 +25,8 @@ unsigned int eighthsOf(qint64 mostPixels, const jpeg_decompress_struct &info)
         return side(info.image_width) * side(info.image_height);
     };
     unsigned int eighths = WHOLE;
+    if (pixels(WHOLE) > mostPixels)
+        mostPixels = std::min(mostPixels, (MOST_REDUCED_BYTES - heldBytes) / PIXEL_BYTES);
     while (eighths > 1 && pixels(eighths) > mostPixels)
         --eighths;
     return eighths;
@@ -80,7 +85,7 @@ JpegPicture readAt(QIODevice &device, qint64 mostBytes, Eighths eighths)
         jpeg_save_markers(&info, PROFILE_MARKER, LONGEST_MARKER);
         jpeg_read_header(&info, TRUE);
         heldBytes = coefficientBytes(info);
-        info.scale_num = eighths(info);
+        info.scale_num = eighths(info, heldBytes);
         info.scale_denom = WHOLE;
         info.out_color_space = JCS_RGB;
         jpeg_calc_output_dimensions(&info);
@@ -111,14 +116,15 @@ JpegPicture readAt(QIODevice &device, qint64 mostBytes, Eighths eighths)
 
 JpegPicture readJpeg(QIODevice &device, qint64 mostPixels, qint64 mostBytes)
 {
-    return readAt(device, mostBytes, [mostPixels](const jpeg_decompress_struct &info) {
-        return eighthsOf(mostPixels, info);
-    });
+    return readAt(device, mostBytes,
+                  [mostPixels](const jpeg_decompress_struct &info, qint64 heldBytes) {
+                      return eighthsOf(mostPixels, heldBytes, info);
+                  });
 }
 
 JpegPicture readReducedJpeg(QIODevice &device, QSize enough, qint64 mostBytes)
 {
-    return readAt(device, mostBytes, [enough](const jpeg_decompress_struct &info) {
+    return readAt(device, mostBytes, [enough](const jpeg_decompress_struct &info, qint64) {
         return eighthsHolding(enough, info);
     });
 }

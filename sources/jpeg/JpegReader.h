@@ -19,7 +19,8 @@ struct JpegPicture {
 /// read, is in a printer's colours, or needs more than `mostBytes` besides the answer. Any thread.
 
 /// The whole picture; one with more than `mostPixels` is decoded at the largest of the library's
-/// sizes (7/8, 6/8, ...) that has no more, 1/8 at the least.
+/// sizes (7/8, 6/8, ...) that has no more, 1/8 at the least, and less where it comes in several
+/// scans.
 [[nodiscard]] JpegPicture readJpeg(QIODevice &device, qint64 mostPixels, qint64 mostBytes);
 
 /// The picture at the smallest of the library's cheap sizes (whole, a half, a quarter, an eighth)

@@ -1,6 +1,6 @@
 #include "sources/photographs/PictureColours.h"
 
-#include <QColorTransform>
+#include "sources/photographs/PictureBuilder.h"
 
 #include <algorithm>
 
@@ -9,11 +9,6 @@ namespace
 
 /// Rows that are converted at once.
 constexpr int BLOCK_ROWS = 64;
-
-bool isScreenColours(const QColorSpace &space)
-{
-    return !space.isValid() || space == QColorSpace(QColorSpace::SRgb);
-}
 
 /// One row of 32-bit pixels that are not premultiplied, laid over white.
 void layOverWhite(const QRgb *source, uchar *target, int width)
@@ -36,13 +31,32 @@ void takeOpaque(const QRgb *source, uchar *target, int width)
     }
 }
 
-void leaveOutColumns(const QRgb *source, int sourceWidth, QRgb *target, int width)
+} // namespace
+
+PictureColours::PictureColours(const QColorSpace &space)
+    : m_inScreenColours(!space.isValid() || space == QColorSpace(QColorSpace::SRgb))
 {
-    for (int x = 0; x < width; ++x)
-        target[x] = source[static_cast<qint64>(x) * sourceWidth / width];
+    if (!m_inScreenColours)
+        m_transform = space.transformationToColorSpace(QColorSpace(QColorSpace::SRgb));
 }
 
-} // namespace
+QImage PictureColours::rgb(const QImage &rows) const
+{
+    if (rows.format() == QImage::Format_RGB888 && m_inScreenColours)
+        return rows;
+    const bool isOpaque = !rows.hasAlphaChannel();
+    QImage between = rows.convertToFormat(isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32);
+    QImage result(rows.size(), QImage::Format_RGB888);
+    if (between.isNull() || result.isNull())
+        return {};
+    if (!m_inScreenColours)
+        between.applyColorTransform(m_transform);
+    for (int y = 0; y < result.height(); ++y) {
+        const auto *pixels = reinterpret_cast<const QRgb *>(between.constScanLine(y));
+        (isOpaque ? takeOpaque : layOverWhite)(pixels, result.scanLine(y), result.width());
+    }
+    return result;
+}
 
 QImage PictureColours::prepared(const QImage &image, const QColorSpace &space)
 {
@@ -51,36 +65,16 @@ QImage PictureColours::prepared(const QImage &image, const QColorSpace &space)
 
 QImage PictureColours::prepared(const QImage &image, const QColorSpace &space, QSize size)
 {
-    const bool inScreenColours = isScreenColours(space);
-    const bool sameSize = size == image.size();
-    if (image.format() == QImage::Format_RGB888 && inScreenColours && sameSize)
-        return image;
-    QImage result(size, QImage::Format_RGB888);
-    if (image.isNull() || result.isNull())
+    if (image.isNull())
         return {};
-    const QColorTransform transform =
-        inScreenColours ? QColorTransform()
-                        : space.transformationToColorSpace(QColorSpace(QColorSpace::SRgb));
-    const bool isOpaque = !image.hasAlphaChannel();
-    const QImage::Format between = isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32;
-    const int step = sameSize ? BLOCK_ROWS : 1;
-    QVector<QRgb> narrow(size.width());
-    for (int y = 0; y < size.height(); y += step) {
-        const int rows = std::min(step, size.height() - y);
-        const int from =
-            sameSize ? y
-                     : static_cast<int>(static_cast<qint64>(y) * image.height() / size.height());
-        QImage block = image.copy(0, from, image.width(), rows).convertToFormat(between);
-        if (!inScreenColours)
-            block.applyColorTransform(transform);
-        for (int i = 0; i < rows; ++i) {
-            auto *pixels = reinterpret_cast<const QRgb *>(block.constScanLine(i));
-            if (!sameSize) {
-                leaveOutColumns(pixels, image.width(), narrow.data(), size.width());
-                pixels = narrow.constData();
-            }
-            (isOpaque ? takeOpaque : layOverWhite)(pixels, result.scanLine(y + i), size.width());
-        }
+    const PictureColours colours(space);
+    if (image.format() == QImage::Format_RGB888 && colours.m_inScreenColours &&
+        size == image.size())
+        return image;
+    PictureBuilder builder(image.size(), size);
+    for (int y = 0; y < image.height() && !builder.isNull(); y += BLOCK_ROWS) {
+        const int rows = std::min(BLOCK_ROWS, image.height() - y);
+        builder.addRows(colours.rgb(image.copy(0, y, image.width(), rows)));
     }
-    return result;
+    return builder.picture();
 }

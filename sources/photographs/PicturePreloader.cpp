@@ -1,5 +1,6 @@
 #include "sources/photographs/PicturePreloader.h"
 
+#include "sources/photographs/DecodingTurn.h"
 #include "sources/threads/DetachedThreads.h"
 
 #include <algorithm>
@@ -90,6 +91,7 @@ private:
     [[nodiscard]] EntryPtr find(const QString &path) const;
     [[nodiscard]] EntryPtr nextJob() const;
     [[nodiscard]] bool isWanted(const Entry &entry) const;
+    [[nodiscard]] bool ownerComesFirst() const;
     bool wait(Lock &lock, const EntryPtr &entry, int answers);
     void wakeThread();
     void run();
@@ -107,6 +109,8 @@ private:
     int m_threads = 0;
     int m_idleThreads = 0;
     bool m_readsAhead = false;
+    /// The owner has taken a picture, and what is wanted now is not known yet.
+    bool m_isTaken = false;
     bool m_wasSilent = false;
     bool m_quit = false;
 };
@@ -122,6 +126,7 @@ Reading PicturePreloader::Shared::take(const QString &path)
     entry->isAwaited = true;
     entry->lastSign = Clock::now();
     m_urgent = entry;
+    m_isTaken = true;
     if (!entry->isBeingRead)
         wakeThread();
     const bool answered = wait(lock, entry, answers);
@@ -155,6 +160,7 @@ void PicturePreloader::Shared::prepare(const QStringList &paths)
 {
     std::vector<EntryPtr> dropped;
     const Lock lock(m_mutex);
+    m_isTaken = false;
     std::vector<EntryPtr> wanted;
     for (const QString &path : paths) {
         EntryPtr entry = find(path);
@@ -197,11 +203,18 @@ bool PicturePreloader::Shared::isWanted(const Entry &entry) const
                        [&entry](const EntryPtr &wanted) { return wanted.get() == &entry; });
 }
 
+/// Whether nothing may be read ahead: the owner's picture is being decoded or handed over, and a
+/// third one beside it and the one that is shown would be too much memory.
+bool PicturePreloader::Shared::ownerComesFirst() const
+{
+    return m_isTaken || (m_urgent && m_urgent->isUrgent && m_urgent->isDecoding);
+}
+
 PicturePreloader::Shared::EntryPtr PicturePreloader::Shared::nextJob() const
 {
     if (m_urgent && m_urgent->isUrgent && !m_urgent->isBeingRead)
         return m_urgent;
-    if (m_readsAhead)
+    if (m_readsAhead || ownerComesFirst())
         return nullptr;
     const auto found = std::find_if(m_wanted.begin(), m_wanted.end(), [](const EntryPtr &entry) {
         return !entry->isRead && !entry->isBeingRead && !entry->isTooLarge;
@@ -255,17 +268,22 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     PictureFile file(entry->path);
     const bool isSame = wasRead && file.problem() == PictureProblem::None && file.stamp() == known;
     Reading reading;
-    if (!isSame && !makeRoom(entry, PictureReader::pictureBytes(file))) {
+    const qint64 bytes = isSame ? 0 : PictureReader::pictureBytes(file);
+    lock.lock();
+    entry->isDecoding = bytes > 0;
+    lock.unlock();
+    const DecodingTurn turn(bytes);
+    if (!isSame && !makeRoom(entry, bytes)) {
         lock.lock();
         entry->isBeingRead = false;
         m_readsAhead = m_readsAhead && !ahead;
         return;
     }
     if (!isSame) {
-        reading = PictureReader::readFile(file, [&](qint64 bytes) {
+        reading = PictureReader::readFile(file, [&](qint64 count) {
             const std::lock_guard sign(m_mutex);
             entry->lastSign = Clock::now();
-            entry->isDecoding = bytes >= file.stamp().bytes;
+            entry->isDecoding = count >= file.stamp().bytes;
             m_changed.notify_all();
         });
     }
@@ -284,6 +302,8 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     m_changed.notify_all();
     if (!std::exchange(entry->isLate, false))
         return;
+    // The owner will take it now.
+    m_isTaken = m_isTaken || entry == m_urgent;
     const QString path = unshared(entry->path);
     lock.unlock();
     m_arrived(path);
@@ -291,13 +311,18 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
 }
 
 /// Before a picture of that size is decoded: drops those that could not be kept beside it. False
-/// for one that nobody waits for and that could not be kept itself. Locks the mutex.
+/// for one that nobody waits for and that is not wanted any more or could not be kept itself. Locks
+/// the mutex.
 bool PicturePreloader::Shared::makeRoom(const EntryPtr &entry, qint64 bytes)
 {
     std::vector<Reading> dropped;
     const Lock lock(m_mutex);
+    entry->isDecoding = false;
+    entry->lastSign = Clock::now();
     const auto place = std::find(m_wanted.begin(), m_wanted.end(), entry);
     qint64 kept = bytes;
+    if (!entry->isUrgent && (place == m_wanted.end() || ownerComesFirst()))
+        return false;
     if (!entry->isUrgent) {
         for (auto before = m_wanted.begin(); before != place; ++before)
             kept += bytesOf(**before);

@@ -31,7 +31,8 @@ public:
 
     /// The picture as the file has it now. One that was read ahead is there at once; any other is
     /// waited for as long as its drive sends bytes or it is being decoded, three seconds at the
-    /// most. After that the problem is NoAnswer, and `arrived` is called when it has come.
+    /// most. After that the problem is NoAnswer, and `arrived` is called when it has come. Nothing
+    /// is begun ahead until prepare() tells what is wanted next.
     [[nodiscard]] Reading take(const QString &path);
 
     /// Reads these ahead, the first one first, and lets go of all others. Keeps as many of them as

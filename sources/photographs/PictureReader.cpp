@@ -1,8 +1,10 @@
 #include "sources/photographs/PictureReader.h"
 
 #include "sources/jpeg/JpegReader.h"
+#include "sources/photographs/BmpPicture.h"
+#include "sources/photographs/PictureBuilder.h"
 #include "sources/photographs/PictureColours.h"
-#include "sources/photographs/PngPicture.h"
+#include "sources/png/PngReader.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -10,6 +12,8 @@
 #include <QTransform>
 
 #include <cmath>
+#include <functional>
+#include <optional>
 
 using PictureReader::Reading;
 
@@ -21,10 +25,11 @@ namespace
 constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
 /// This much of such a file is read before the image library opens it. While the library looks for
 /// the format, no other thread can open a picture, so it must not wait for a disk then.
-constexpr qint64 HEADER_BYTES = 64LL * 1024;
+constexpr qint64 HEADER_BYTES = 256LL * 1024;
 
-/// What PngPicture::readDamaged() holds at once.
-constexpr int DAMAGED_COPIES = 3;
+/// From here on a bitmap is decoded in parts, of so many rows.
+constexpr qint64 LARGE_BYTES = 64LL * 1024 * 1024;
+constexpr int BLOCK_ROWS = 64;
 
 qint64 pixels(QSize size)
 {
@@ -146,46 +151,101 @@ QImage fittedJpeg(QIODevice &device, QSize target)
         turn);
 }
 
-/// Whether the toolkit makes the picture smaller as it decodes it, instead of afterwards.
-bool decodesReduced(const QImageReader &reader, QIODevice &device)
+/// Says from the size of the whole picture how large it is wanted, no larger in either direction.
+using Wanted = std::function<QSize(QSize whole)>;
+
+/// In as many passes each pixel is looked at for itself, so that more of them take too long.
+bool isTooLarge(const PngReader::Header &header)
 {
-    const QImage::Format format = reader.imageFormat();
-    const bool isEightBitColour = format == QImage::Format_RGB32 || format == QImage::Format_ARGB32;
-    return reader.format() == "png" && isEightBitColour && !PngPicture::isInterlaced(device);
+    return header.isInterlaced && 3 * pixels(header.size) > PictureReader::MAX_DECODED_BYTES;
 }
 
-/// As the file has it, or smaller where it could not be held.
-QImage decoded(QIODevice &device)
+void fillCells(PictureBuilder &builder, const PngReader::Row &row, const QImage &rgb)
+{
+    const uchar *pixel = rgb.constScanLine(0);
+    for (int x = row.left, i = 0; i < rgb.width(); ++i, x += row.step, pixel += 3)
+        builder.fill({QPoint(x, row.y), row.cell}, pixel);
+}
+
+void readPng(QIODevice &device, const Wanted &wanted, Reading &reading)
+{
+    std::optional<PictureColours> colours;
+    std::optional<PictureBuilder> builder;
+    bool isInterlaced = false;
+    const auto begin = [&](const PngReader::Header &header) {
+        reading.wholeSize = header.size;
+        reading.isTransparent = header.isTransparent;
+        isInterlaced = header.isInterlaced;
+        colours.emplace(header.profile.isEmpty() ? QColorSpace()
+                                                 : QColorSpace::fromIccProfile(header.profile));
+        return !isTooLarge(header);
+    };
+    PngReader::read(device, begin, [&](const PngReader::Row &row) {
+        if (!builder)
+            builder.emplace(reading.wholeSize, wanted(reading.wholeSize));
+        const QImage rgb = colours->rgb(row.pixels);
+        if (builder->isNull())
+            return;
+        if (isInterlaced)
+            fillCells(*builder, row, rgb);
+        else
+            builder->addRows(rgb);
+    });
+    if (builder)
+        reading.picture = builder->picture();
+}
+
+QImage inParts(BmpPicture &file, QSize size)
+{
+    const PictureColours colours{QColorSpace()};
+    PictureBuilder builder(file.size(), size);
+    bool found = false;
+    for (int y = 0; y < file.size().height() && !builder.isNull(); y += BLOCK_ROWS) {
+        const int count = std::min(BLOCK_ROWS, file.size().height() - y);
+        const QImage rows = file.rows(y, count);
+        found = found || !rows.isNull();
+        if (rows.isNull())
+            builder.skipRows(count);
+        else
+            builder.addRows(colours.rgb(rows));
+    }
+    return found ? builder.picture() : QImage();
+}
+
+/// Through the toolkit, which decodes whole pictures alone.
+void readOther(QIODevice &device, const Wanted &wanted, Reading &reading)
 {
     device.seek(0);
     QImageReader reader(&device);
-    const QSize size = reader.size();
+    const QSize whole = reader.size();
     // The reader does not know it any more when it has failed.
-    const qint64 bytes = size.isValid() ? decodedBytes(reader) : 0;
-    if (pixels(size) > PictureReader::MAX_PIXELS || bytes > PictureReader::MAX_DECODED_BYTES) {
+    const qint64 bytes = whole.isValid() ? decodedBytes(reader) : 0;
+    if (bytes > LARGE_BYTES) {
         const qint64 place = device.pos();
-        const bool reduced = decodesReduced(reader, device);
+        std::optional<BmpPicture> parts = BmpPicture::open(device);
+        if (parts) {
+            reading.wholeSize = parts->size();
+            reading.picture = inParts(*parts, wanted(parts->size()));
+            return;
+        }
         device.seek(place);
-        if (reduced)
-            reader.setScaledSize(limited(size));
-        else if (bytes > PictureReader::MAX_DECODED_BYTES)
-            return {};
+        if (bytes + 3 * pixels(wanted(whole)) > PictureReader::MAX_DECODED_BYTES)
+            return;
     }
     const QImage image = reader.read();
-    const bool mayHaveParts = image.isNull() && size.isValid() &&
-                              DAMAGED_COPIES * bytes <= PictureReader::MAX_DECODED_BYTES;
-    return mayHaveParts && PngPicture::isPng(device) ? PngPicture::readDamaged(device) : image;
-}
-
-void readOther(QIODevice &device, Reading &reading)
-{
-    const QImage image = decoded(device);
     if (image.isNull())
         return;
-    const bool ignored = PngPicture::isPng(device) && !PngPicture::hasProfile(device);
+    reading.wholeSize = image.size();
     reading.isTransparent = image.hasAlphaChannel();
-    reading.picture = PictureColours::prepared(image, ignored ? QColorSpace() : image.colorSpace(),
-                                               limited(image.size()));
+    reading.picture = PictureColours::prepared(image, image.colorSpace(), wanted(image.size()));
+}
+
+void readAny(QIODevice &device, const Wanted &wanted, Reading &reading)
+{
+    if (PngReader::isPng(device))
+        readPng(device, wanted, reading);
+    else
+        readOther(device, wanted, reading);
 }
 
 /// Calls `decode` with a device that holds the file, and completes the answer.
@@ -218,11 +278,11 @@ Reading readWith(PictureFile &file, const PictureFile::Progress &progress, Decod
     return reading;
 }
 
-QSize sizeIn(QIODevice &device, bool jpeg)
+QSize sizeOfJpeg(QIODevice &device)
 {
     device.seek(0);
     const QSize size = QImageReader(&device).size();
-    return jpeg && size.isValid() ? upright(size, turnOf(device)) : size;
+    return size.isValid() ? upright(size, turnOf(device)) : size;
 }
 
 } // namespace
@@ -230,10 +290,11 @@ QSize sizeIn(QIODevice &device, bool jpeg)
 Reading PictureReader::readFile(PictureFile &file, const PictureFile::Progress &progress)
 {
     return readWith(file, progress, [](QIODevice &device, bool jpeg, Reading &reading) {
-        if (jpeg)
-            reading.picture = wholeJpeg(device);
-        else
-            readOther(device, reading);
+        if (!jpeg) {
+            readAny(device, limited, reading);
+            return;
+        }
+        reading.picture = wholeJpeg(device);
         reading.wholeSize = reading.picture.size();
     });
 }
@@ -259,15 +320,17 @@ qint64 PictureReader::pictureBytes(PictureFile &file)
 Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge)
 {
     return readWith(file, {}, [&](QIODevice &device, bool jpeg, Reading &reading) {
-        reading.wholeSize = sizeIn(device, jpeg);
-        if (jpeg && reading.wholeSize.isValid()) {
-            reading.picture = fittedJpeg(device, fitting(reading.wholeSize, bounds, enlarge));
+        const auto fitted = [&](QSize whole) { return fitting(whole, bounds, enlarge); };
+        if (jpeg) {
+            reading.wholeSize = sizeOfJpeg(device);
+            if (reading.wholeSize.isValid())
+                reading.picture = fittedJpeg(device, fitted(reading.wholeSize));
             return;
         }
-        readOther(device, reading);
-        reading.wholeSize = reading.picture.size();
+        readAny(
+            device, [&](QSize whole) { return (2 * fitted(whole)).boundedTo(whole); }, reading);
         if (!reading.picture.isNull())
-            reading.picture = scaled(reading.picture, fitting(reading.wholeSize, bounds, enlarge));
+            reading.picture = scaled(reading.picture, fitted(reading.wholeSize));
     });
 }
 

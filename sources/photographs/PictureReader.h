@@ -17,8 +17,9 @@ namespace PictureReader
 /// What a picture may have when it is handed over; 64 megapixels are 192 MiB at 3 bytes each.
 constexpr qint64 MAX_PIXELS = 64LL * 1024 * 1024;
 
-/// What decoding may hold at once. A larger picture is decoded reduced where its format can do so
-/// (JPEG, and PNG in colours of 8 bits), and not at all where it cannot.
+/// What decoding may hold at once. JPEG, PNG and bitmap files that are not compressed are decoded
+/// row by row; a picture of another kind, or one in several passes, that would hold more is not
+/// decoded at all.
 constexpr qint64 MAX_DECODED_BYTES = 512LL * 1024 * 1024;
 
 /// A picture, and what else its file told.

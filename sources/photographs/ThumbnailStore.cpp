@@ -1,5 +1,6 @@
 #include "sources/photographs/ThumbnailStore.h"
 
+#include "sources/photographs/DecodingTurn.h"
 #include "sources/photographs/FileNames.h"
 #include "sources/photographs/PictureColours.h"
 #include "sources/photographs/PictureReader.h"
@@ -79,6 +80,7 @@ QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds
         const std::lock_guard lock(m_mutex);
         ++m_decoded;
     }
+    const DecodingTurn turn(PictureReader::pictureBytes(file));
     const PictureReader::Reading whole =
         PictureReader::readFileFitted(file, shares ? SHARED_SIZE : bounds, !shares);
     if (whole.picture.isNull())

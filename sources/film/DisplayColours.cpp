@@ -113,7 +113,7 @@ DisplayColours::DisplayColours(Primaries primaries, Transfer transfer)
     , m_bright(transfer != Transfer::Usual)
 {
     for (std::size_t i = 0; i < m_light.size(); ++i)
-        m_light[i] = static_cast<float>(lightOf(static_cast<double>(i) / 255, transfer));
+        m_light[i] = static_cast<float>(lightOf(static_cast<double>(i) / (255 * 16), transfer));
     for (std::size_t i = 0; i < m_bytes.size(); ++i)
         m_bytes[i] = static_cast<std::uint8_t>(
             std::lround(255 * std::pow(static_cast<double>(i) / 1024, 2 / SCREEN_GAMMA)));
@@ -131,22 +131,28 @@ DisplayColours::DisplayColours(Primaries primaries, Transfer transfer)
 
 void DisplayColours::row(std::uint8_t *rgb, int width) const
 {
-    for (std::uint8_t *pixel = rgb; pixel != rgb + 3 * static_cast<std::ptrdiff_t>(width);
-         pixel += 3) {
-        const float red = m_light[pixel[0]];
-        const float green = m_light[pixel[1]];
-        const float blue = m_light[pixel[2]];
-        std::array<float, 3> light{};
-        for (std::size_t i = 0; i < 3; ++i)
-            light[i] =
-                m_matrix[3 * i] * red + m_matrix[3 * i + 1] * green + m_matrix[3 * i + 2] * blue;
-        float scale = 1;
-        const float most = std::max({light[0], light[1], light[2]});
-        if (m_bright && most > KNEE)
-            scale = pressed(most) / most;
-        for (std::size_t i = 0; i < 3; ++i) {
-            const float shown = std::clamp(light[i] * scale, 0.0F, 1.0F);
-            pixel[i] = m_bytes[static_cast<std::size_t>(std::sqrt(shown) * 1024 + 0.5F)];
-        }
+    for (std::uint8_t *at = rgb; at != rgb + 3 * static_cast<std::ptrdiff_t>(width); at += 3)
+        pixel(m_light[16 * std::size_t{at[0]}], m_light[16 * std::size_t{at[1]}],
+              m_light[16 * std::size_t{at[2]}], at);
+}
+
+void DisplayColours::row(const std::uint16_t *sixteenths, std::uint8_t *rgb, int width) const
+{
+    for (int x = 0; x < width; ++x, sixteenths += 3, rgb += 3)
+        pixel(m_light[sixteenths[0]], m_light[sixteenths[1]], m_light[sixteenths[2]], rgb);
+}
+
+inline void DisplayColours::pixel(float red, float green, float blue, std::uint8_t *rgb) const
+{
+    std::array<float, 3> light{};
+    for (std::size_t i = 0; i < 3; ++i)
+        light[i] = m_matrix[3 * i] * red + m_matrix[3 * i + 1] * green + m_matrix[3 * i + 2] * blue;
+    float scale = 1;
+    const float most = std::max({light[0], light[1], light[2]});
+    if (m_bright && most > KNEE)
+        scale = pressed(most) / most;
+    for (std::size_t i = 0; i < 3; ++i) {
+        const float shown = std::clamp(light[i] * scale, 0.0F, 1.0F);
+        rgb[i] = m_bytes[static_cast<std::size_t>(std::sqrt(shown) * 1024 + 0.5F)];
     }
 }

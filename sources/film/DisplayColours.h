@@ -20,12 +20,17 @@ public:
     [[nodiscard]] bool changesNothing() const { return m_changesNothing; }
     /// `width` pixels of red, green and blue bytes, in place.
     void row(std::uint8_t *rgb, int width) const;
+    /// The same from sixteenths of a byte's step, 0 to 255 * 16, so that each colour is rounded
+    /// once.
+    void row(const std::uint16_t *sixteenths, std::uint8_t *rgb, int width) const;
 
 private:
+    void pixel(float red, float green, float blue, std::uint8_t *rgb) const;
+
     bool m_changesNothing;
     bool m_bright;
-    /// From a byte to light; 1 is this screen's white.
-    std::array<float, 256> m_light{};
+    /// From a sixteenth of a byte's step to light; 1 is this screen's white.
+    std::array<float, 255 * 16 + 1> m_light{};
     /// From the root of light to a byte.
     std::array<std::uint8_t, 1025> m_bytes{};
     std::array<float, 9> m_matrix{};

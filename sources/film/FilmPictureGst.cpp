@@ -34,6 +34,38 @@ DisplayColours::Transfer transferOf(const GstVideoColorimetry &colours)
                                                                : DisplayColours::Transfer::Usual;
 }
 
+bool isDeep(const GstVideoFrame &frame)
+{
+    return GST_VIDEO_FRAME_COMP_DEPTH(&frame, 0) > 8;
+}
+
+PlanarToRgb conversionFor(const GstVideoColorimetry &colours)
+{
+    double kr = 0.299;
+    double kb = 0.114;
+    gst_video_color_matrix_get_Kr_Kb(colours.matrix, &kr, &kb);
+    return {kr, kb, colours.range == GST_VIDEO_COLOR_RANGE_0_255};
+}
+
+/// Fills rows of `stride` bytes with a frame of 10 bits a sample, in this screen's colours.
+void unpackDeep(const GstVideoFrame &frame, const DisplayColours &display, uchar *rgb, int stride)
+{
+    const int width = GST_VIDEO_FRAME_WIDTH(&frame);
+    const bool halved = GST_VIDEO_FRAME_FORMAT(&frame) == GST_VIDEO_FORMAT_I420_10LE;
+    const auto row = [&frame](int plane, int line) {
+        return reinterpret_cast<const std::uint16_t *>(
+            static_cast<const uchar *>(GST_VIDEO_FRAME_PLANE_DATA(&frame, plane)) +
+            static_cast<std::ptrdiff_t>(line) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, plane));
+    };
+    const PlanarToRgb convert = conversionFor(frame.info.colorimetry);
+    std::vector<std::uint16_t> sixteenths(3 * static_cast<std::size_t>(width));
+    for (int y = 0; y < GST_VIDEO_FRAME_HEIGHT(&frame); ++y, rgb += stride) {
+        const int line = halved ? y / 2 : y;
+        convert.deepRow(row(0, y), row(1, line), row(2, line), sixteenths.data(), width, halved);
+        display.row(sixteenths.data(), rgb, width);
+    }
+}
+
 /// Fills rows of `stride` bytes with the frame in packed RGB.
 void unpack(const GstVideoFrame &frame, uchar *rgb, int stride)
 {
@@ -43,11 +75,7 @@ void unpack(const GstVideoFrame &frame, uchar *rgb, int stride)
                static_cast<std::ptrdiff_t>(line) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, plane);
     };
     const GstVideoFormat format = GST_VIDEO_FRAME_FORMAT(&frame);
-    const GstVideoColorimetry &colours = frame.info.colorimetry;
-    double kr = 0.299;
-    double kb = 0.114;
-    gst_video_color_matrix_get_Kr_Kb(colours.matrix, &kr, &kb);
-    const PlanarToRgb convert(kr, kb, colours.range == GST_VIDEO_COLOR_RANGE_0_255);
+    const PlanarToRgb convert = conversionFor(frame.info.colorimetry);
     for (int y = 0; y < GST_VIDEO_FRAME_HEIGHT(&frame); ++y, rgb += stride) {
         if (format == GST_VIDEO_FORMAT_RGB)
             std::copy_n(row(0, y), 3 * width, rgb);
@@ -70,6 +98,10 @@ QImage packed(const GstVideoFrame &frame, std::vector<uchar> &converted)
                 GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0), QImage::Format_RGB888};
     const int stride = (width * 3 + 3) / 4 * 4;
     converted.resize(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height));
+    if (isDeep(frame)) {
+        unpackDeep(frame, display, converted.data(), stride);
+        return {converted.data(), width, height, stride, QImage::Format_RGB888};
+    }
     unpack(frame, converted.data(), stride);
     for (int y = 0; y < height && !display.changesNothing(); ++y)
         display.row(converted.data() + static_cast<std::ptrdiff_t>(y) * stride, width);
@@ -77,6 +109,11 @@ QImage packed(const GstVideoFrame &frame, std::vector<uchar> &converted)
 }
 
 } // namespace
+
+bool hasOtherColours(const GstVideoColorimetry &colours)
+{
+    return !DisplayColours(primariesOf(colours), transferOf(colours)).changesNothing();
+}
 
 bool showSample(GstSample *sample, std::vector<uchar> &converted,
                 const std::function<void(const QImage &picture)> &show)

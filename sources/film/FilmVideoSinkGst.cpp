@@ -1,6 +1,7 @@
 #include "sources/film/FilmVideoSinkGst.h"
 
 #include "sources/film/FilmFormat.h"
+#include "sources/film/FilmPictureGst.h"
 #include "sources/film/FormatProbeGst.h"
 
 #include <algorithm>
@@ -68,13 +69,21 @@ void nameColours(GstStructure *format, const GstVideoFormatInfo *stored, QSize s
     g_free(full);
 }
 
-/// Which of the formats of showSample() keeps all stored colours.
-const char *formatFor(const GstVideoFormatInfo *stored)
+/// Which of the formats of showSample() keeps all stored colours. Those that are converted to this
+/// screen's keep more than 8 bits until then: beside what it cannot show a small step becomes a
+/// large one.
+const char *formatFor(const GstVideoFormatInfo *stored, const GstStructure *format)
 {
     if (!stored || !GST_VIDEO_FORMAT_INFO_IS_YUV(stored))
         return "video/x-raw,format=RGB";
     const bool quartered =
         GST_VIDEO_FORMAT_INFO_W_SUB(stored, 1) == 1 && GST_VIDEO_FORMAT_INFO_H_SUB(stored, 1) == 1;
+    GstVideoColorimetry colours{};
+    const char *named = gst_structure_get_string(format, "colorimetry");
+    if (named)
+        gst_video_colorimetry_from_string(&colours, named);
+    if (GST_VIDEO_FORMAT_INFO_DEPTH(stored, 0) > 8 && hasOtherColours(colours))
+        return quartered ? "video/x-raw,format=I420_10LE" : "video/x-raw,format=Y444_10LE";
     return quartered ? "video/x-raw,format=I420" : "video/x-raw,format=Y444";
 }
 
@@ -121,7 +130,7 @@ GstElement *FilmVideoSinkGst::build()
 
 void FilmVideoSinkGst::connectSink(GstElement *sink)
 {
-    setCaps(sink, "video/x-raw,format={I420,Y444,RGB}");
+    setCaps(sink, "video/x-raw,format={I420,Y444,I420_10LE,Y444_10LE,RGB}");
     g_object_set(sink, "max-buffers", 1, "drop", TRUE, "sync", TRUE, "qos", TRUE,
                  "enable-last-sample", FALSE, nullptr);
     GstAppSinkCallbacks callbacks{};
@@ -164,7 +173,7 @@ void FilmVideoSinkGst::setFormat(GstStructure *format)
                                           shown.width(), shown.height());
     setCaps(m_size, wanted);
     g_free(wanted);
-    setCaps(m_sink, formatFor(stored));
+    setCaps(m_sink, formatFor(stored, format));
 }
 
 GstFlowReturn FilmVideoSinkGst::onPreroll(GstAppSink *sink, gpointer self)

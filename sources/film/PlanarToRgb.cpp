@@ -1,5 +1,7 @@
 #include "sources/film/PlanarToRgb.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -21,6 +23,17 @@ std::int16_t fixed(double factor)
 int product(int value, std::int16_t factor)
 {
     return (value * 128 * factor + 0x4000) >> 15;
+}
+
+/// The same for a value of 10 bits, which counts in quarters.
+int deepProduct(int value, std::int16_t factor)
+{
+    return (value * 32 * factor + 0x4000) >> 15;
+}
+
+std::uint16_t clamped(int sixteenths)
+{
+    return static_cast<std::uint16_t>(std::clamp(sixteenths, 0, 255 * 16));
 }
 
 std::uint8_t step(int sixteenths)
@@ -61,6 +74,21 @@ void PlanarToRgb::rowOfFullColour(const std::uint8_t *y, const std::uint8_t *u,
 {
     for (int x = 0; x < width; ++x)
         pixel(y[x], u[x], v[x], rgb + std::ptrdiff_t{3} * x);
+}
+
+void PlanarToRgb::deepRow(const std::uint16_t *y, const std::uint16_t *u, const std::uint16_t *v,
+                          std::uint16_t *sixteenths, int width, bool halvedColours) const
+{
+    for (int x = 0; x < width; ++x, sixteenths += 3) {
+        const int column = halvedColours ? x / 2 : x;
+        const int light = deepProduct(qFromLittleEndian(y[x]) - 4 * m_black, m_brightness);
+        const int cu = qFromLittleEndian(u[column]) - 512;
+        const int cv = qFromLittleEndian(v[column]) - 512;
+        sixteenths[0] = clamped(light + deepProduct(cv, m_redFromV));
+        sixteenths[1] =
+            clamped(light + deepProduct(cu, m_greenFromU) + deepProduct(cv, m_greenFromV));
+        sixteenths[2] = clamped(light + deepProduct(cu, m_blueFromU));
+    }
 }
 
 inline void PlanarToRgb::pixel(int y, int u, int v, std::uint8_t *rgb) const

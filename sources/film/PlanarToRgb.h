@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Turns rows of 8-bit planar pictures into packed red, green, blue. A colour value serves both
+/// Turns rows of planar pictures into packed red, green, blue. A colour value serves both
 /// pixels that share it, without interpolation.
 ///
 /// Fixed-point, within 1 of the exact values; the same on every processor. A value; any thread.
@@ -24,6 +24,12 @@ public:
     /// The same for colours at the full resolution: `u` and `v` have `width` bytes.
     void rowOfFullColour(const std::uint8_t *y, const std::uint8_t *u, const std::uint8_t *v,
                          std::uint8_t *rgb, int width) const;
+
+    /// From 10 bits a sample, little-endian, to sixteenths of a byte's step, 0 to 255 * 16: nothing
+    /// is rounded to bytes. `u` and `v` have `width` samples, or half as many where
+    /// `halvedColours`.
+    void deepRow(const std::uint16_t *y, const std::uint16_t *u, const std::uint16_t *v,
+                 std::uint16_t *sixteenths, int width, bool halvedColours) const;
 
 private:
     void pixel(int y, int u, int v, std::uint8_t *rgb) const;

@@ -5,6 +5,7 @@
 
 #include <QRandomGenerator>
 #include <QVector>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -20,7 +21,7 @@ struct Standard {
 };
 
 /// The definition of the conversion, in real numbers.
-std::array<double, 3> exact(const Standard &standard, int y, int u, int v)
+std::array<double, 3> exact(const Standard &standard, double y, double u, double v)
 {
     const double light = standard.fullRange ? y / 255.0 : (y - 16) / 219.0;
     const double scale = standard.fullRange ? 255.0 : 224.0;
@@ -77,6 +78,41 @@ private slots:
             }
         }
         QVERIFY2(worst <= 1, qPrintable(QString::number(worst)));
+    }
+
+    void tenBitsAreWithinAnEighthOfAStep()
+    {
+        const Standard standard{0.2627, 0.0593, false};
+        const PlanarToRgb convert(standard.kr, standard.kb, standard.fullRange);
+        double worst = 0;
+        for (int y = 64; y < 940; y += 7) {
+            for (int u = 64; u < 960; u += 31) {
+                const int v = 1023 - u;
+                const quint16 deep[3] = {qToLittleEndian(quint16(y)), qToLittleEndian(quint16(u)),
+                                         qToLittleEndian(quint16(v))};
+                quint16 rgb[3];
+                convert.deepRow(deep, deep + 1, deep + 2, rgb, 1, false);
+                const auto expected = exact(standard, y / 4.0, u / 4.0, v / 4.0);
+                for (std::size_t c = 0; c < 3; ++c)
+                    worst = std::max(worst, std::abs(expected[c] - rgb[c] / 16.0));
+            }
+        }
+        QVERIFY2(worst <= 0.125, qPrintable(QString::number(worst)));
+    }
+
+    void twoPixelsOfTenBitsShareAColour()
+    {
+        const PlanarToRgb convert(0.2627, 0.0593, false);
+        const quint16 y[3] = {qToLittleEndian(quint16(300)), qToLittleEndian(quint16(300)),
+                              qToLittleEndian(quint16(300))};
+        const quint16 u[2] = {qToLittleEndian(quint16(400)), qToLittleEndian(quint16(700))};
+        const quint16 v[2] = {qToLittleEndian(quint16(600)), qToLittleEndian(quint16(500))};
+        quint16 rgb[10] = {};
+        rgb[9] = 77;
+        convert.deepRow(y, u, v, rgb, 3, true);
+        QVERIFY(std::equal(rgb, rgb + 3, rgb + 3));
+        QVERIFY(!std::equal(rgb, rgb + 3, rgb + 6));
+        QCOMPARE(int(rgb[9]), 77);
     }
 
     void aColourForEachPixelIsThatOfTheHalvedWay()

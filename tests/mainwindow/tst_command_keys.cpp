@@ -13,6 +13,17 @@
 
 using namespace WindowProbe;
 
+namespace
+{
+
+/// Whether a hold of the row's button opens a pop-up: its slot does, or its tool's own one opens.
+bool hasOptions(const Commands::Row &row)
+{
+    return row.holdSlot || (row.tool && row.popUp != Commands::PopUp::None);
+}
+
+} // namespace
+
 /// What the keys of the table do in the window, and what a user without a mouse reaches.
 class CommandKeysTest : public QObject
 {
@@ -225,7 +236,7 @@ void CommandKeysTest::optionsOpenWithoutHolding()
         }
         const ToolWindow *popup = m_window->currentToolWindow();
         const bool opened = popup && popup->isVisible() && popup->toolButton() == each;
-        QVERIFY2(opened == (row.holdSlot != nullptr), row.text);
+        QVERIFY2(opened == hasOptions(row), row.text);
     }
 }
 
@@ -267,14 +278,14 @@ void CommandKeysTest::theAccessibleButtonsDoWhatTheButtonsDo()
         QVERIFY2(!heard->text(QAccessible::Name).isEmpty(), row.text);
         QCOMPARE(bool(heard->state().checkable), each->isCheckable());
         QCOMPARE(bool(heard->state().checked), each->isChecked());
-        QCOMPARE(bool(heard->state().hasPopup), row.holdSlot != nullptr);
+        QCOMPARE(bool(heard->state().hasPopup), hasOptions(row));
         QAccessibleActionInterface *actions = heard->actionInterface();
         QVERIFY(actions);
         const QStringList names = actions->actionNames();
         const bool usable = each->isEnabled() && !each->isGray();
         QCOMPARE(names.contains(QAccessibleActionInterface::pressAction()), usable);
         QCOMPARE(names.contains(QAccessibleActionInterface::showMenuAction()),
-                 usable && row.holdSlot);
+                 usable && hasOptions(row));
     }
     const auto act = [this](Command command, const QString &action) {
         QAccessible::queryAccessibleInterface(m_window->button(command))

@@ -26,7 +26,6 @@ private slots:
     void init() { usualSettings(); }
     void holdingOpensThePopUpAndItsTool_data();
     void holdingOpensThePopUpAndItsTool();
-    void whatAHoldOpensIsOfferedToOtherUsersToo();
     void popUpsCloseByTheirRules();
     void onlyOnePopUpIsOpen();
     void erasingAllClearsTheDrawing();
@@ -92,22 +91,6 @@ void WindowToolsTest::holdingOpensThePopUpAndItsTool()
             ++choices[each->y()];
     }
     QCOMPARE(choices.values(), rows);
-}
-
-void WindowToolsTest::whatAHoldOpensIsOfferedToOtherUsersToo()
-{
-    MainWindow window;
-    enter(window, 3);
-    for (const Commands::Row &row : Commands::rows()) {
-        const bool opens = row.holdSlot || (row.tool && row.popUp != Commands::PopUp::None);
-        if (!opens)
-            continue;
-        ImageButton *offering = window.button(row.command);
-        QVERIFY2(offering->hasOptions(), row.text);
-        emit offering->optionsWanted();
-        QVERIFY2(window.currentToolWindow(), row.text);
-        QCOMPARE(window.currentToolWindow()->toolButton(), offering);
-    }
 }
 
 void WindowToolsTest::popUpsCloseByTheirRules()

@@ -93,7 +93,7 @@ constexpr std::array CODECS{
 struct Chunk {
     QByteArray kind;
     qint64 content = 0;
-    /// Of the file, where the chunk is cut off or its size was never written.
+    /// The file's end, where the chunk is cut off or its size was never written.
     qint64 end = 0;
     bool whole = false;
 };

@@ -9,7 +9,7 @@
 class DemuxerEventsGst
 {
 public:
-    /// Of the demuxers whose factory has that name.
+    /// Watches the demuxers whose factory has that name.
     explicit DemuxerEventsGst(std::string_view demuxer)
         : m_demuxer(demuxer)
     {

@@ -6,9 +6,9 @@
 
 /// What the media library does not find out about a film by itself.
 struct FilmIndex {
-    /// Of a film in fragments; 0 for any other.
+    /// The length of a film in fragments; 0 for any other.
     double seconds = 0;
-    /// Of an AVI film without an index, as AviKeyFrames tells them.
+    /// Those of an AVI film without an index, as AviKeyFrames tells them.
     std::vector<qint64> keyFrames;
 
     /// Looks through the file for up to two seconds; waits for the disk.

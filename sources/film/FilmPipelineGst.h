@@ -85,7 +85,7 @@ private:
     SeekStep m_seekStep = SeekStep::ToPlace;
     /// Where the seek goes, in seconds.
     double m_seekPlace = 0;
-    /// Of its step under way, as the library counts.
+    /// The number of its step under way, as the library counts.
     guint32 m_seekNumber = 0;
     /// The picture that was fetched from elsewhere.
     GstPtr<GstSample> m_nearest;

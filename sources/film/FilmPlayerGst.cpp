@@ -19,9 +19,9 @@ namespace
 /// A call that lasts longer does not return: a healthy one takes a few milliseconds, loading code
 /// from a slow disk some hundred. The user is told within five seconds.
 constexpr std::chrono::seconds HANG_TIMEOUT(3);
-/// For a disk that has not answered when another film is chosen.
+/// How long a disk that has not answered has left when another film is chosen.
 constexpr std::chrono::milliseconds LEAVE_TIMEOUT(300);
-/// For the end of the program; a healthy film is closed in a tenth of that.
+/// How long the end of the program waits; a healthy film is closed in a tenth of that.
 constexpr std::chrono::seconds END_TIMEOUT(1);
 
 /// The callers leave their requests, and an engine carries them out. Another thread, "FilmWatch",

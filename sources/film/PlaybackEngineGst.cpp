@@ -10,13 +10,13 @@
 namespace
 {
 
-// Far more than a healthy file needs; what takes longer is given up, so that every seek completes.
+// Far more than a healthy file needs; longer work is given up, so that every seek completes.
 constexpr std::chrono::seconds WORK_TIMEOUT(10);
-// For what has already failed, until the message that says why.
+// How long work that has already failed waits for the message that says why.
 constexpr std::chrono::milliseconds FAILURE_TIMEOUT(500);
 constexpr std::chrono::milliseconds CHECK_INTERVAL(200);
 constexpr std::chrono::milliseconds LENGTH_INTERVAL(500);
-// The pipeline knows the place.
+// Stands for a place that the pipeline knows.
 constexpr std::nullopt_t UNKNOWN_PLACE = std::nullopt;
 
 } // namespace

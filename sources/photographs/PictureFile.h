@@ -10,7 +10,7 @@
 /// What tells one content of a file from another without reading it.
 struct FileStamp {
     qint64 bytes = -1;
-    /// Of the last change, since 1970.
+    /// The time of the last change, since 1970.
     qint64 modifiedNs = 0;
     quint64 device = 0;
     quint64 inode = 0;

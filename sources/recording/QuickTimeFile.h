@@ -28,7 +28,7 @@ public:
     struct Chunk {
         int track = 0;
         QVector<MovieSample> samples;
-        /// Those of all samples behind each other.
+        /// The bytes of all samples, one after the other.
         QByteArray bytes;
     };
 

@@ -6,13 +6,13 @@
 namespace
 {
 
-/// For how long a piece waits for others that tell how late it was itself.
+/// How long a piece waits for others that tell how late it was itself.
 constexpr std::int64_t LOOK_AHEAD_US = 250000;
 /// More than this is a repetition or a hole, less is drift.
 constexpr std::int64_t REPETITION_US = 20000;
 constexpr std::int64_t HOLE_US = 60000;
 constexpr std::int64_t LONGEST_FILL_US = 10000000;
-/// Of the stamps in this time the earliest tells the drift.
+/// The earliest of the stamps in this time tells the drift.
 constexpr std::int64_t WINDOW_US = 2000000;
 /// The drift that is left alone.
 constexpr std::int64_t DRIFT_TOLERANCE_US = 2000;

@@ -1,6 +1,7 @@
 #include "app/ScreenScale.h"
 
 #include "app/Platform.h"
+#include "app/ReducedPainting.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -10,6 +11,7 @@
 
 void fitScaleToScreen()
 {
+    paintSmallRatios();
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (scaleIsChosen() || screen == nullptr || QGuiApplication::platformName() != "xcb")
         return;

@@ -104,6 +104,43 @@ void expectInside(const QRect &area, const QRect &rect, const QString &what)
                 rect.width(), rect.height(), area.x(), area.y(), area.width(), area.height());
 }
 
+/// Grey pixels of an eighth of the width and height, in which sharpness makes no difference.
+QImage coarse(const QImage &image, QSize size)
+{
+    return image.scaled(size / 8, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_Grayscale8);
+}
+
+/// The part of the pixels that differ clearly.
+double difference(const QImage &first, const QImage &second)
+{
+    constexpr int CLEARLY = 48;
+    int different = 0;
+    for (int y = 0; y < first.height(); ++y) {
+        for (int x = 0; x < first.width(); ++x)
+            different += std::abs(qGray(first.pixel(x, y)) - qGray(second.pixel(x, y))) > CLEARLY;
+    }
+    return double(different) / (first.width() * first.height());
+}
+
+/// Whether the screen shows what the window paints, at the window's scale and not cut off.
+void expectPainted(QWidget &window, const QString &what)
+{
+    constexpr double FEW = 0.025;
+    double part = 1;
+    const bool painted = QTest::qWaitFor([&] {
+        QImage wanted(window.size(), QImage::Format_RGB32);
+        window.render(&wanted);
+        const QImage shown = window.screen()->grabWindow(window.winId()).toImage();
+        part = difference(coarse(wanted, window.size()), coarse(shown, window.size()));
+        return part < FEW;
+    });
+    if (painted)
+        return;
+    ++breaches;
+    std::printf("%s: %g of it is not what it should be\n", qPrintable(what), part);
+}
+
 void expectControlsInside(const MainWindow &window, const QRect &area, const QString &state)
 {
     for (const QWidget *widget : window.findChildren<QWidget *>()) {
@@ -128,6 +165,7 @@ void expectPopupsInside(MainWindow &window, const QRect &area, const QString &st
             continue;
         }
         expectInside(area, popup->frameGeometry(), state + ": " + slot);
+        expectPainted(*popup, state + ": " + slot);
     }
 }
 
@@ -159,6 +197,7 @@ int lookAround(int argc, char **argv)
         }
         expectInside(area, window.frameGeometry(), state + ": window");
         expectControlsInside(window, area, state);
+        expectPainted(window, state + ": window");
     }
     expectPopupsInside(window, area, "window");
 
@@ -167,6 +206,7 @@ int lookAround(int argc, char **argv)
     if (!QTest::qWaitFor([&] { return window.geometry() == screen; }, 10000))
         return std::printf("no full screen\n");
     expectControlsInside(window, screen, "full screen");
+    expectPainted(window, "full screen");
     expectPopupsInside(window, screen, "full screen");
     std::printf("scale %g\n", window.devicePixelRatioF());
     return breaches;

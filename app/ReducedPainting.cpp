@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QGraphicsEffect>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QWidget>
 
@@ -28,14 +29,26 @@ protected:
             drawSource(painter);
             return;
         }
+        const QRegion dirty = toPaint(painter->paintEngine()->systemClip(), ratio);
         painter->save();
         painter->scale(ratio, ratio);
-        m_window.render(painter, QPoint(), QRegion(),
+        m_window.render(painter, dirty.boundingRect().topLeft(), dirty,
                         QWidget::DrawWindowBackground | QWidget::DrawChildren);
         painter->restore();
     }
 
 private:
+    /// In units of the layout, what a region in device pixels touches; all when it is empty.
+    QRegion toPaint(const QRegion &devicePixels, double ratio) const
+    {
+        QRegion region;
+        for (const QRect &rect : devicePixels) {
+            const QPointF topLeft = QPointF(rect.topLeft()) / ratio;
+            region += QRectF(topLeft, QSizeF(rect.size()) / ratio).toAlignedRect();
+        }
+        return region.isEmpty() ? m_window.rect() : region & m_window.rect();
+    }
+
     QWidget &m_window;
 };
 

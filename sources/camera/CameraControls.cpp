@@ -7,7 +7,6 @@
 #include <libuvc/libuvc.h>
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 CameraControls::CameraControls(UvcCamera &camera)
@@ -79,6 +78,13 @@ std::vector<CameraControls::Control> CameraControls::withParameter(Control contr
     return {m_number, std::move(control)};
 }
 
+void CameraControls::copyKnown(const Value &value, void *data, std::size_t length)
+{
+    if (data)
+        std::copy_n(value.known.begin(), std::min(length, value.known.size()),
+                    static_cast<std::uint8_t *>(data));
+}
+
 int CameraControls::takeAnswer(Value &value, int result, const Bytes &answer, void *data,
                                std::size_t length)
 {
@@ -87,8 +93,7 @@ int CameraControls::takeAnswer(Value &value, int result, const Bytes &answer, vo
     const auto bytes = static_cast<std::size_t>(std::max(result, 0));
     value.known.assign(answer.begin(), answer.begin() + static_cast<std::ptrdiff_t>(
                                                             std::min(bytes, answer.size())));
-    if (data)
-        std::memcpy(data, value.known.data(), std::min(length, value.known.size()));
+    copyKnown(value, data, length);
     return result;
 }
 
@@ -96,7 +101,6 @@ int CameraControls::lastKnown(const Value &value, void *data, std::size_t length
 {
     if (value.known.empty())
         return UVC_ERROR_TIMEOUT;
-    if (data)
-        std::memcpy(data, value.known.data(), std::min(length, value.known.size()));
+    copyKnown(value, data, length);
     return static_cast<int>(value.known.size());
 }

@@ -48,6 +48,7 @@ private:
     [[nodiscard]] static Control numberControl(const Bytes &number);
     int selectParameter(const Bytes &number);
     [[nodiscard]] std::vector<Control> withParameter(Control control) const;
+    static void copyKnown(const Value &value, void *data, std::size_t length);
     int takeAnswer(Value &value, int result, const Bytes &answer, void *data, std::size_t length);
     static int lastKnown(const Value &value, void *data, std::size_t length);
 

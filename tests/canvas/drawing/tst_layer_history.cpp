@@ -37,6 +37,13 @@ void *operator new[](std::size_t bytes, const std::nothrow_t &) noexcept
     return isRefused(bytes) ? nullptr : std::malloc(bytes);
 }
 
+void *operator new[](std::size_t bytes)
+{
+    if (void *block = std::malloc(bytes))
+        return block;
+    throw std::bad_alloc();
+}
+
 void operator delete[](void *block) noexcept
 {
     std::free(block);

@@ -16,7 +16,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <memory>
 
 using namespace DrivenWindow;
@@ -176,12 +175,11 @@ void MainWindowDrivenTest::everyButtonAnswersInEveryMode()
         ++answered;
     }
     // The panel, its titles, About, Presentation, More, and the mode's own.
-    const auto inPanel = std::count_if(
-        Commands::rows().begin(), Commands::rows().end(), [mode](const Commands::Row &row) {
-            return Commands::inPanel(row.group) && Modes::contains(row.modes, mode);
-        });
     const int own[] = {1, 7, 6, 0};
-    QCOMPARE(answered, int(inPanel) + Commands::PANEL_GROUP_COUNT + 3 + own[mode]);
+    int expected = Commands::PANEL_GROUP_COUNT + 3 + own[mode];
+    for (const Commands::Row &row : Commands::rows())
+        expected += Commands::inPanel(row.group) && Modes::contains(row.modes, mode) ? 1 : 0;
+    QCOMPARE(answered, expected);
     QCOMPARE(gray, QStringList({"Undo", "Redo", "Hold the presentation", "Black presentation"}));
     QCOMPARE(m_window->currentMode(), mode);
     m_window.reset();

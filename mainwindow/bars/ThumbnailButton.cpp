@@ -35,7 +35,7 @@ void ThumbnailButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), QBrush(Qt::black, Qt::SolidPattern));
-    if (m_hasImage) {
+    if (!m_image.isNull()) {
         // An image for a sharp screen has more pixels than its place in the layout.
         const QSize size = m_image.size() / m_image.devicePixelRatioF();
         painter.drawImage((width() - size.width()) / 2, (height() - size.height()) / 2, m_image);

@@ -252,6 +252,7 @@ void PhotographBar::createIndex()
     m_indexLabel->setPalette(palette);
     m_indexLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_indexLabel->hide();
+    connect(m_source, &PhotographSource::folderChanged, this, &PhotographBar::showIndex);
 }
 
 void PhotographBar::createThumbnails(ImageCanvas *canvas)

@@ -2,8 +2,13 @@
 
 #include "sources/film/AviKeyFrames.h"
 #include "sources/film/FragmentedFilm.h"
+#include "sources/film/TransportStream.h"
+
+#include <algorithm>
 
 FilmIndex FilmIndex::of(const QString &path)
 {
-    return {FragmentedFilm::seconds(path), AviKeyFrames::nanosecondsOf(path)};
+    const double shortStream = TransportStream::seconds(path);
+    return {std::max(FragmentedFilm::seconds(path), shortStream), AviKeyFrames::nanosecondsOf(path),
+            shortStream > 0};
 }

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace
@@ -14,6 +16,7 @@ constexpr int PLAY_FLAGS = 0x1 | 0x2 | 0x10 | 0x200;
 
 // More than the seconds between two key frames and those by which pictures come before their time.
 constexpr gint64 PROGRAM_STREAM_LEAD = 3 * GST_SECOND;
+constexpr gint64 FROM_START = std::numeric_limits<gint64>::max();
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
 {
@@ -35,16 +38,17 @@ std::unique_ptr<FilmPipelineGst>
 FilmPipelineGst::create(const File &file, bool silent, quint64 film, FrameQueueGst &pictures,
                         const std::function<void(GstMessage *)> &onMessage)
 {
-    std::unique_ptr<FilmPipelineGst> pipeline(new FilmPipelineGst(film, pictures, onMessage));
+    std::unique_ptr<FilmPipelineGst> pipeline(
+        new FilmPipelineGst(file.index.soughtFromStart, film, pictures, onMessage));
     return pipeline->build(file, silent) ? std::move(pipeline) : nullptr;
 }
 
-FilmPipelineGst::FilmPipelineGst(quint64 film, FrameQueueGst &pictures,
+FilmPipelineGst::FilmPipelineGst(bool soughtFromStart, quint64 film, FrameQueueGst &pictures,
                                  const std::function<void(GstMessage *)> &onMessage)
     : m_film(film)
     , m_pictures(pictures)
     , m_onMessage(onMessage)
-    , m_transportStream("tsdemux")
+    , m_transportStream("tsdemux", soughtFromStart ? FROM_START : 0)
     , m_programStream("mpegpsdemux", PROGRAM_STREAM_LEAD)
     , m_videoSink(film, pictures, m_repair)
 {
@@ -69,7 +73,7 @@ bool FilmPipelineGst::build(const File &file, bool silent)
     m_repair.watch(playbin);
     m_transportStream.watch(playbin);
     m_programStream.watch(playbin);
-    m_keyFrames.watch(playbin, file.keyFrames);
+    m_keyFrames.watch(playbin, file.index.keyFrames);
     m_times.watch(playbin);
     GstElement *videoSink = m_videoSink.build();
     m_audioSink = gst_element_factory_make(silent ? "fakesink" : "autoaudiosink", nullptr);
@@ -115,7 +119,7 @@ FilmPipelineGst::Result FilmPipelineGst::sendSeek(SeekStep step, double seconds)
     m_seekStep = step;
     GstEvent *event =
         gst_event_new_seek(1, GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags), GST_SEEK_TYPE_SET,
-                           static_cast<gint64>(seconds * GST_SECOND), GST_SEEK_TYPE_NONE, 0);
+                           std::llround(seconds * GST_SECOND), GST_SEEK_TYPE_NONE, 0);
     m_seekNumber = gst_event_get_seqnum(event);
     return gst_element_send_event(m_playbin.get(), event) ? Result::Later : Result::Failed;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/film/FilmIndex.h"
 #include "sources/film/FilmVideoSinkGst.h"
 #include "sources/film/FormatRepairGst.h"
 #include "sources/film/FrameQueueGst.h"
@@ -22,9 +23,8 @@ public:
     enum class Result { Failed, Done, Later };
 
     struct File {
-        QString path;
-        /// In nanoseconds, where the library does not know them.
-        std::vector<qint64> keyFrames;
+        const QString &path;
+        const FilmIndex &index;
     };
 
     /// Null when an element is missing. Messages go to `onMessage`, which
@@ -63,7 +63,7 @@ private:
     /// be decoded, and goes to its place once more.
     enum class SeekStep { ToPlace, ToNearest, ToKeyFrame, ToPlaceAgain };
 
-    FilmPipelineGst(quint64 film, FrameQueueGst &pictures,
+    FilmPipelineGst(bool soughtFromStart, quint64 film, FrameQueueGst &pictures,
                     const std::function<void(GstMessage *)> &onMessage);
     [[nodiscard]] bool build(const File &file, bool silent);
     void watchBus();

@@ -132,8 +132,8 @@ void PlaybackEngineGst::openPipeline(double at)
         breakOff(FilmFault::Unreadable);
         return;
     }
-    m_pipeline = FilmPipelineGst::create({*m_film.path, m_index->keyFrames}, m_silent,
-                                         m_film.number, m_pictures, m_onMessage);
+    m_pipeline = FilmPipelineGst::create({*m_film.path, *m_index}, m_silent, m_film.number,
+                                         m_pictures, m_onMessage);
     if (!m_pipeline) {
         breakOff(FilmFault::NoFilm);
         return;
@@ -369,8 +369,10 @@ void PlaybackEngineGst::tell(FilmFault fault)
 
 void PlaybackEngineGst::reportDuration()
 {
+    const double told = m_pipeline->duration();
     // What has been played exists, whatever the file says.
-    const double duration = std::max({m_pipeline->duration(), currentTime(), m_index->seconds});
+    const double duration =
+        std::max({told > 0 ? told : m_duration, currentTime(), m_index->seconds});
     if (duration == m_duration || !m_requests.setLength(m_film.number, duration))
         return;
     m_duration = duration;

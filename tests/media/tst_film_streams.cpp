@@ -1,13 +1,16 @@
 #include "sources/FilmSource.h"
+#include "sources/film/TransportStream.h"
 #include "tests/TestProgram.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
 #include <QtTest>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -39,6 +42,27 @@ class FilmStreamsTest : public QObject
 
     QTemporaryDir m_folder;
 
+    /// Seconds of 25 pictures each; its path.
+    QString transportStream(int seconds)
+    {
+        QString path = m_folder.filePath(QStringLiteral("%1.ts").arg(seconds));
+        TestFilm made;
+        made.rate = 25;
+        made.seconds = seconds;
+        made.sound.clear(); // it would move the pictures by a fraction
+        made.video = QStringList{"-c:v", "libx264", "-preset", "fast", "-g", "50", "-bf", "3"};
+        return QFile::exists(path) || made.write(path) ? path : QString();
+    }
+
+    double secondsOf(const QByteArray &content)
+    {
+        QFile file(m_folder.filePath("content.ts"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            return -1;
+        file.close();
+        return TransportStream::seconds(file.fileName());
+    }
+
 private slots:
     void windingAnAviFilmWithoutAnIndexShowsWholePictures()
     {
@@ -66,6 +90,55 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(sink.lastNumber() < wound.last() - 60, TIMEOUT_MS);
         QVERIFY2(!sink.numbers().contains(-1), "a picture was damaged");
         QVERIFY(std::is_sorted(wound.begin(), wound.end()));
+    }
+
+    void aSeekInAShortTransportStreamShowsItsPicture_data()
+    {
+        QTest::addColumn<int>("seconds");
+        QTest::newRow("no length in the library") << 4;
+        QTest::newRow("places that it guesses wrong") << 10;
+    }
+
+    void aSeekInAShortTransportStreamShowsItsPicture()
+    {
+        constexpr int TIMEOUT_MS = 30000;
+        QFETCH(int, seconds);
+        RecordingSink sink;
+        sink.readNumber = TestFilm::numberIn;
+        FilmSource source(&sink, nullptr);
+        source.setFile(transportStream(seconds));
+        source.pause();
+        QTRY_COMPARE_WITH_TIMEOUT(sink.lastNumber(), 0, TIMEOUT_MS);
+        for (const int percent : {10, 30, 0, 80, 40, 100, 70}) {
+            source.setPosition(percent);
+            const int second = percent * seconds / 100;
+            QTRY_COMPARE_WITH_TIMEOUT(sink.lastNumber(), second * 25 - (percent == 100 ? 1 : 0),
+                                      TIMEOUT_MS);
+        }
+    }
+
+    void theTimesInAShortTransportStreamTellItsLength()
+    {
+        QFile whole(transportStream(10));
+        QVERIFY(whole.open(QIODevice::ReadOnly));
+        const QByteArray plain = whole.readAll();
+        QCOMPARE(secondsOf(plain), 10.0);
+        const double half = secondsOf(plain.left(plain.size() / 2));
+        QVERIFY2(std::fabs(half - 5) < 0.2, qPrintable(QString::number(half)));
+        QCOMPARE(secondsOf({}), 0.0);
+        QCOMPARE(secondsOf(plain.mid(7)), 0.0);
+        QCOMPARE(secondsOf(plain + QByteArray(512 * 1024, 'G')), 0.0);
+
+        QByteArray timed;
+        for (int at = 0; at < plain.size(); at += 188)
+            timed += "time" + plain.mid(at, 188);
+        QCOMPARE(secondsOf(timed), 10.0);
+
+        QByteArray damaged = plain;
+        for (int at = 500; at < damaged.size(); at += 1000)
+            damaged[at] = '!';
+        const double seconds = secondsOf(damaged);
+        QVERIFY2(std::fabs(seconds - 10) < 1, qPrintable(QString::number(seconds)));
     }
 
     void aSeekInAProgramStreamShowsItsPicture()

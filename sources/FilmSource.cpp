@@ -247,13 +247,15 @@ void FilmSource::filmFaulty(quint64 film, int fault)
     if (!m_private->loaded || film != m_private->film)
         return;
     const auto told = static_cast<FilmFault>(fault);
-    const bool shows = told == FilmFault::NoPicture || told == FilmFault::SoundNotAnswering ||
-                       told == FilmFault::BrokenOff;
-    if (!shows) {
+    const bool shows = told == FilmFault::SoundNotAnswering || told == FilmFault::BrokenOff;
+    const bool plays = shows || told == FilmFault::NoPicture;
+    if (!plays) {
+        m_pendingPercent = -1;
         if (m_private->playing)
             pause();
-        m_private->showNothing();
     }
+    if (!shows)
+        m_private->showNothing();
     emit faulty(told);
 }
 

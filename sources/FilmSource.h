@@ -34,7 +34,8 @@ public:
     ~FilmSource() override;
 
     /// Opens and plays a file; always true. A film that cannot be opened counts as loaded, with the
-    /// duration 0, is paused as soon as that is known, and shows black.
+    /// duration 0, is paused as soon as that is known, and shows black. So does one that has only
+    /// sound, which plays.
     /// The speed step stays.
     bool setFile(const QString &path);
     void play();

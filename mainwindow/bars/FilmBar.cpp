@@ -37,7 +37,8 @@ QString sentenceOn(FilmFault fault)
         return QCoreApplication::translate("MainWindow", "There is no picture in this film.");
     case FilmFault::DecoderMissing:
         return QCoreApplication::translate(
-            "MainWindow", "The film cannot be shown: a decoder for it is missing.");
+            "MainWindow", "The film cannot be shown: a decoder for it is missing (packages "
+                          "gstreamer1.0-libav, gstreamer1.0-plugins-bad).");
     case FilmFault::NotAnswering:
         return QCoreApplication::translate(
             "MainWindow", "The film cannot be shown: its disk or network does not answer.");
@@ -62,8 +63,11 @@ FilmBar::FilmBar(FilmSource *source, ImageCanvas *canvas, Popups *popups, Comman
 {
     createBar(buttons);
     createSliders();
-    connect(source, &FilmSource::faulty, m_message,
-            [this](FilmFault fault) { m_message->pass(sentenceOn(fault)); });
+    connect(source, &FilmSource::faulty, m_message, [this](FilmFault fault) {
+        m_message->pass(sentenceOn(fault));
+        // A film that was given up ticks no more.
+        showPosition();
+    });
 }
 
 QSize FilmBar::barSize() const

@@ -473,8 +473,8 @@
         <translation>Dieser Film enthält kein Bild.</translation>
     </message>
     <message>
-        <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>Der Film kann nicht gezeigt werden: Ein Decoder dafür fehlt.</translation>
+        <source>The film cannot be shown: a decoder for it is missing (packages gstreamer1.0-libav, gstreamer1.0-plugins-bad).</source>
+        <translation>Der Film kann nicht gezeigt werden: Ein Decoder dafür fehlt (Pakete gstreamer1.0-libav, gstreamer1.0-plugins-bad).</translation>
     </message>
     <message>
         <source>The film cannot be read any further.</source>

@@ -473,8 +473,8 @@
         <translation>Este vídeo no contiene imagen.</translation>
     </message>
     <message>
-        <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>No se puede mostrar el vídeo: falta un decodificador.</translation>
+        <source>The film cannot be shown: a decoder for it is missing (packages gstreamer1.0-libav, gstreamer1.0-plugins-bad).</source>
+        <translation>No se puede mostrar el vídeo: falta un decodificador (paquetes gstreamer1.0-libav, gstreamer1.0-plugins-bad).</translation>
     </message>
     <message>
         <source>The film cannot be read any further.</source>

@@ -473,8 +473,8 @@
         <translation>Ce film ne contient pas d’image.</translation>
     </message>
     <message>
-        <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>Le film ne peut pas être affiché : il manque un décodeur.</translation>
+        <source>The film cannot be shown: a decoder for it is missing (packages gstreamer1.0-libav, gstreamer1.0-plugins-bad).</source>
+        <translation>Le film ne peut pas être affiché : il manque un décodeur (paquets gstreamer1.0-libav, gstreamer1.0-plugins-bad).</translation>
     </message>
     <message>
         <source>The film cannot be read any further.</source>

@@ -473,8 +473,8 @@
         <translation>この動画には映像がありません。</translation>
     </message>
     <message>
-        <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>動画を表示できません。必要なデコーダーがありません。</translation>
+        <source>The film cannot be shown: a decoder for it is missing (packages gstreamer1.0-libav, gstreamer1.0-plugins-bad).</source>
+        <translation>動画を表示できません。必要なデコーダー（パッケージ gstreamer1.0-libav、gstreamer1.0-plugins-bad）がありません。</translation>
     </message>
     <message>
         <source>The film cannot be read any further.</source>

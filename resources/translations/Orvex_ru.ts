@@ -473,8 +473,8 @@
         <translation>В этом видео нет изображения.</translation>
     </message>
     <message>
-        <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>Видео не может быть показано: нет нужного декодера.</translation>
+        <source>The film cannot be shown: a decoder for it is missing (packages gstreamer1.0-libav, gstreamer1.0-plugins-bad).</source>
+        <translation>Видео не может быть показано: нет нужного декодера (пакеты gstreamer1.0-libav, gstreamer1.0-plugins-bad).</translation>
     </message>
     <message>
         <source>The film cannot be read any further.</source>

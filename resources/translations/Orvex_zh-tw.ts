@@ -473,8 +473,8 @@
         <translation>這部影片沒有畫面。</translation>
     </message>
     <message>
-        <source>The film cannot be shown: a decoder for it is missing.</source>
-        <translation>無法播放影片：缺少所需的解碼器。</translation>
+        <source>The film cannot be shown: a decoder for it is missing (packages gstreamer1.0-libav, gstreamer1.0-plugins-bad).</source>
+        <translation>無法播放影片：缺少所需的解碼器（套件 gstreamer1.0-libav、gstreamer1.0-plugins-bad）。</translation>
     </message>
     <message>
         <source>The film cannot be read any further.</source>

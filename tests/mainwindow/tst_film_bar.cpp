@@ -45,6 +45,7 @@ private slots:
     void theButtonsStandInARowAndJoinTheOthers();
     void theModeShowsAndHidesItsParts();
     void theFilmIsPlayedAndPaused();
+    void aFilmThatCannotBeShownHasNoPosition();
     void thePlayerAloneKnowsWhetherTheFilmMoves();
     void everyButtonClosesThePopUp();
 };
@@ -94,6 +95,18 @@ void FilmBarTest::theFilmIsPlayedAndPaused()
     QCOMPARE(scene.position()->value(), 50);
     scene.volume()->setValue(50);
     QCOMPARE(scene.film.volume, 0.5F);
+}
+
+void FilmBarTest::aFilmThatCannotBeShownHasNoPosition()
+{
+    FilmScene scene;
+    scene.source.setFile("film.mov");
+    scene.film.opened(100);
+    scene.film.time = 50;
+    scene.bar.showPosition();
+    scene.source.setFile("noise.mov");
+    scene.film.fails(FilmFault::NoFilm);
+    QTRY_COMPARE(scene.position()->value(), 0);
 }
 
 void FilmBarTest::thePlayerAloneKnowsWhetherTheFilmMoves()

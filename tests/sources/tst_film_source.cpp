@@ -87,10 +87,16 @@ private slots:
         QVector<FilmFault> faults;
         connect(&rig.source, &FilmSource::faulty, this,
                 [&faults](FilmFault fault) { faults.append(fault); });
+        QVector<int> positions;
+        connect(&rig.source, &FilmSource::faulty, this,
+                [&] { positions.append(rig.source.currentPosition()); });
         rig.source.setFile("/films/none.mp4");
+        rig.source.setPosition(40);
         rig.film.fails(FilmFault::NoFilm);
         QCoreApplication::processEvents();
         QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoFilm});
+        QCOMPARE(positions, QVector<int>{0});
+        QCOMPARE(rig.sink.last().pixel(0, 0), qRgb(0, 0, 0));
         QVERIFY(!rig.source.moving());
         QVERIFY(!rig.refresh.running);
         QVERIFY(!rig.timer()->isActive());
@@ -114,6 +120,8 @@ private slots:
             QCoreApplication::processEvents();
             QCOMPARE(told, 1);
             QVERIFY(rig.source.moving());
+            // The picture of the film before goes where no other comes.
+            QCOMPARE(rig.sink.count(), fault == FilmFault::NoPicture ? 1 : 0);
         }
     }
 

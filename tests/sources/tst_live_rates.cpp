@@ -26,7 +26,7 @@ private slots:
         QFETCH(QVector<quint32>, intervals);
         QFETCH(quint32, taken);
         VirtualCameraConfig config = rigCamera();
-        config.intervals = {intervals.begin(), intervals.end()};
+        config.formats.front().intervals = {intervals.begin(), intervals.end()};
         VirtualCamera camera(config);
         LiveRig rig;
         QVERIFY(rig.bringUp(camera));

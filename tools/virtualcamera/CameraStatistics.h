@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/virtualcamera/UsbDescriptors.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -34,6 +36,7 @@ struct CameraStatistics {
     int streamWidth = 0; ///< of the last commit, 0 before the first
     int streamHeight = 0;
     std::uint32_t streamInterval = 0; ///< between two frames, in units of 100 ns
+    UsbDescriptors::StreamCoding streamCoding = UsbDescriptors::StreamCoding::MotionJpeg;
     bool plugged = false;
     bool streaming = false;                ///< committed and not yet stopped
     std::uint32_t lastFrame = 0;           ///< number of the newest frame on the bus

@@ -1,5 +1,6 @@
 #include "tools/virtualcamera/UsbDescriptors.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace UsbDescriptors
@@ -59,36 +60,70 @@ Bytes videoControl(bool extensionUnit)
     return b;
 }
 
-/// A tiny size stands in the place of the missing one, 1 the first; 0 for none.
-Bytes videoStreaming(int missingSize, const std::vector<std::uint32_t> &intervals)
+constexpr unsigned UNCOMPRESSED_FORMAT = 4, UNCOMPRESSED_FRAME = 5, JPEG_FORMAT = 6, JPEG_FRAME = 7;
+
+Bytes formatDescriptor(const StreamFormat &format, unsigned index)
 {
+    const auto sizes = static_cast<unsigned>(format.sizes.size());
     Bytes b;
-    b.u8(14).bytes({0x24, 1, 1}).u16(0).bytes({VIDEO_ENDPOINT, 0, 3, 0, 0, 0, 1, 0});
-    b.u8(11).bytes({0x24, 6, 1}).u8(STREAM_SIZES.size()).bytes({1, 1, 0, 0, 0, 0});
-    constexpr std::uint32_t bitRate = MAXIMUM_FRAME * 8 * 10;
-    unsigned index = 1;
-    for (const StreamSize &size : STREAM_SIZES) {
-        const bool missing = missingSize == static_cast<int>(index);
-        b.u8(26 + 4 * static_cast<unsigned>(intervals.size())).bytes({0x24, 7}).u8(index++).u8(0);
-        b.u16(missing ? 160 : size.width).u16(missing ? 120 : size.height);
-        b.u32(bitRate).u32(bitRate).u32(MAXIMUM_FRAME).u32(intervals.front());
-        b.u8(static_cast<unsigned>(intervals.size()));
-        for (const std::uint32_t interval : intervals)
-            b.u32(interval);
+    if (format.coding == StreamCoding::MotionJpeg)
+        return b.u8(11).bytes({0x24, JPEG_FORMAT, index, sizes, 1, 1, 0, 0, 0, 0});
+    const char *name = format.coding == StreamCoding::Yuyv   ? "YUY2"
+                       : format.coding == StreamCoding::Uyvy ? "UYVY"
+                                                             : "Y800";
+    b.u8(27).bytes({0x24, UNCOMPRESSED_FORMAT, index, sizes});
+    for (int i = 0; i < 4; ++i)
+        b.u8(static_cast<unsigned char>(name[i]));
+    b.bytes({0, 0, 0x10, 0, 0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71});
+    return b.u8(format.coding == StreamCoding::Grey ? 8 : 16).bytes({1, 0, 0, 0, 0});
+}
+
+Bytes frameDescriptor(const StreamFormat &format, StreamSize size, unsigned index)
+{
+    constexpr std::uint32_t picturesInBitRate = 10;
+    const std::uint32_t bytes = format.frameBytes(size);
+    const bool jpeg = format.coding == StreamCoding::MotionJpeg;
+    Bytes b;
+    b.u8(26 + 4 * static_cast<unsigned>(format.intervals.size()));
+    b.bytes({0x24, jpeg ? JPEG_FRAME : UNCOMPRESSED_FRAME, index, 0});
+    b.u16(size.width).u16(size.height);
+    b.u32(bytes * 8 * picturesInBitRate).u32(bytes * 8 * picturesInBitRate);
+    b.u32(bytes).u32(format.intervals.front());
+    b.u8(format.range ? 0 : static_cast<unsigned>(format.intervals.size()));
+    for (const std::uint32_t interval : format.intervals)
+        b.u32(interval);
+    return b;
+}
+
+Bytes videoStreaming(const Device &device)
+{
+    constexpr StreamSize tiny{160, 120};
+    const auto formats = static_cast<unsigned>(device.formats.size());
+    Bytes b;
+    b.u8(13 + formats).bytes({0x24, 1, formats}).u16(0).bytes({VIDEO_ENDPOINT, 0, 3, 0, 0, 0, 1});
+    for (unsigned i = 0; i < formats; ++i)
+        b.u8(0);
+    for (unsigned i = 0; i < formats; ++i) {
+        const StreamFormat &format = device.formats[i];
+        b.append(formatDescriptor(format, i + 1));
+        unsigned index = 1;
+        for (const StreamSize &size : format.sizes) {
+            const bool missing = device.missingSize == static_cast<int>(index);
+            b.append(frameDescriptor(format, missing ? tiny : size, index++));
+        }
+        b.u8(6).bytes({0x24, 0x0D, 1, 1, 4});
     }
-    b.u8(6).bytes({0x24, 0x0D, 1, 1, 4});
     b.patch16(4, b.data.size());
     return b;
 }
 
 /// Bulk has its endpoint in the only setting; isochronous has none in setting 0 and one, two and
 /// three transactions a microframe in the settings 1 to 3.
-void appendStreamingInterface(Bytes &b, bool isochronous, int missingSize,
-                              const std::vector<std::uint32_t> &intervals)
+void appendStreamingInterface(Bytes &b, const Device &device)
 {
-    b.u8(9).bytes({4, STREAMING_INTERFACE, 0, isochronous ? 0u : 1u, 14, 2, 0, 0});
-    b.append(videoStreaming(missingSize, intervals));
-    if (!isochronous) {
+    b.u8(9).bytes({4, STREAMING_INTERFACE, 0, device.isochronous ? 0u : 1u, 14, 2, 0, 0});
+    b.append(videoStreaming(device));
+    if (!device.isochronous) {
         b.u8(7).bytes({5, VIDEO_ENDPOINT, 2}).u16(512).u8(0);
         return;
     }
@@ -100,19 +135,26 @@ void appendStreamingInterface(Bytes &b, bool isochronous, int missingSize,
 
 } // namespace
 
-std::vector<std::uint8_t> build(bool isochronous, bool extensionUnit, int missingSize,
-                                const std::vector<std::uint32_t> &intervals)
+std::uint32_t StreamFormat::frameBytes(StreamSize size) const
+{
+    const std::uint32_t pixels = std::uint32_t{size.width} * size.height;
+    if (coding == StreamCoding::MotionJpeg)
+        return std::max(MAXIMUM_FRAME, pixels);
+    return coding == StreamCoding::Grey ? pixels : 2 * pixels;
+}
+
+std::vector<std::uint8_t> build(const Device &device)
 {
     Bytes b;
     b.u8(DEVICE_DESCRIPTOR_SIZE).u8(1).u16(0x0200).bytes({0xEF, 2, 1, 64});
-    b.u16(VENDOR_ID).u16(PRODUCT_ID).u16(0x0100).bytes({1, 2, 3, 1});
+    b.u16(device.vendorId).u16(device.productId).u16(0x0100).bytes({1, 2, 3, 1});
     b.u8(9).u8(2).u16(0).bytes({2, 1, 0, 0x80, 250});
     b.u8(8).bytes({11, 0, 2, 14, 3, 0, 0});
     b.u8(9).bytes({4, 0, 0, 1, 14, 1, 0, 0});
-    b.append(videoControl(extensionUnit));
+    b.append(videoControl(device.extensionUnit));
     b.u8(7).bytes({5, STATUS_ENDPOINT, 3}).u16(16).u8(8);
     b.u8(5).bytes({0x25, 3}).u16(16);
-    appendStreamingInterface(b, isochronous, missingSize, intervals);
+    appendStreamingInterface(b, device);
     b.patch16(DEVICE_DESCRIPTOR_SIZE + 2, b.data.size() - DEVICE_DESCRIPTOR_SIZE);
     return b.data;
 }

@@ -2,7 +2,6 @@
 
 #include "sources/camera/CameraProfile.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -28,16 +27,38 @@ struct StreamSize {
     std::uint16_t width;
     std::uint16_t height;
 };
-/// In the order of their frame indices, which start at 1.
-constexpr std::array<StreamSize, 3> STREAM_SIZES{{{1024, 768}, {1280, 720}, {1920, 1080}}};
+
+enum class StreamCoding { MotionJpeg, Yuyv, Uyvy, Grey };
+
+/// A format with its sizes, in the order of their frame indices, which start at 1.
+struct StreamFormat {
+    StreamCoding coding = StreamCoding::MotionJpeg;
+    std::vector<StreamSize> sizes{{1024, 768}, {1280, 720}, {1920, 1080}};
+    /// In units of 100 ns, as listed for every size, the first being the default.
+    std::vector<std::uint32_t> intervals{FRAME_INTERVAL};
+    /// The intervals stand for a range: the shortest, the longest and the step.
+    bool range = false;
+
+    /// The most bytes that a frame of that size has.
+    [[nodiscard]] std::uint32_t frameBytes(StreamSize size) const;
+};
+
+/// What a camera says of itself.
+struct Device {
+    std::uint16_t vendorId = VENDOR_ID;
+    std::uint16_t productId = PRODUCT_ID;
+    bool isochronous = false;
+    bool extensionUnit = true;
+    /// A tiny size stands in the place of this one of each format, 1 the first; 0 for none.
+    int missingSize = 0;
+    /// In the order of their format indices, which start at 1.
+    std::vector<StreamFormat> formats{{}};
+};
 
 constexpr std::size_t DEVICE_DESCRIPTOR_SIZE = 18;
 
 /// The device descriptor and, behind it, the one configuration with all its interfaces.
-/// `intervals`: the frame intervals that every size has, the first being the default.
-[[nodiscard]] std::vector<std::uint8_t>
-build(bool isochronous, bool extensionUnit, int missingSize = 0,
-      const std::vector<std::uint32_t> &intervals = {FRAME_INTERVAL});
+[[nodiscard]] std::vector<std::uint8_t> build(const Device &device);
 
 /// A string descriptor of at most 126 Latin-1 characters.
 [[nodiscard]] std::vector<std::uint8_t> buildString(const char *text);

@@ -100,6 +100,7 @@ void UsbFs::report(CameraStatistics &statistics) const
     statistics.streamWidth = m_current.size.width;
     statistics.streamHeight = m_current.size.height;
     statistics.streamInterval = m_current.interval;
+    statistics.streamCoding = m_current.coding;
     statistics.plugged = m_plugged;
     statistics.streaming = m_streaming;
     statistics.deliveries.assign(m_queue.deliveries().begin(), m_queue.deliveries().end());
@@ -324,7 +325,7 @@ int UsbFs::answer(const SetupPacket &setup, std::uint8_t *data)
     const int result = m_function.control(setup, data);
     if (const auto commit = m_function.takeCommit()) {
         stopStream();
-        m_current = {commit->size, m_current.number + 1, commit->interval};
+        m_current = {*commit, m_current.number + 1};
         m_streaming = true;
         m_changed.notify_all();
     }

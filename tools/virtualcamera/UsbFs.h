@@ -38,10 +38,8 @@ public:
     void handleIoctl(UMockdevIoctlClient *client);
 
     /// A stream from its commit to its end; two of the same size differ in their number.
-    struct Stream {
-        UsbDescriptors::StreamSize size{0, 0};
+    struct Stream : UvcFunction::Commit {
         unsigned number = 0;
-        std::uint32_t interval = UsbDescriptors::FRAME_INTERVAL; ///< in units of 100 ns
     };
     /// Blocks the streamer until a stream runs; nothing after shutDown().
     [[nodiscard]] std::optional<Stream> waitForStream();

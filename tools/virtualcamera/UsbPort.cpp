@@ -1,16 +1,14 @@
 #include "tools/virtualcamera/UsbPort.h"
 
-#include "tools/virtualcamera/UsbDescriptors.h"
-
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <mutex>
+#include <set>
 #include <utility>
 
 namespace
 {
-
-constexpr char PORT_NAME[] = "1-1";
 
 std::string formatted(const char *format, unsigned value)
 {
@@ -28,9 +26,53 @@ std::string owned(gchar *text)
 
 } // namespace
 
+/// The mocked file system of the process, which exists as long as a port does.
+class UsbBus
+{
+public:
+    static std::shared_ptr<UsbBus> shared()
+    {
+        static std::mutex mutex;
+        static std::weak_ptr<UsbBus> current;
+        const std::lock_guard lock(mutex);
+        std::shared_ptr<UsbBus> bus = current.lock();
+        if (!bus)
+            current = bus = std::make_shared<UsbBus>();
+        return bus;
+    }
+
+    [[nodiscard]] UMockdevTestbed *testbed() const { return m_testbed.get(); }
+
+    [[nodiscard]] int takePort()
+    {
+        const std::lock_guard lock(m_mutex);
+        int port = 1;
+        while (!m_ports.insert(port).second)
+            ++port;
+        return port;
+    }
+    void returnPort(int port)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ports.erase(port);
+    }
+    [[nodiscard]] int nextDeviceNumber()
+    {
+        const std::lock_guard lock(m_mutex);
+        return ++m_deviceNumber;
+    }
+
+private:
+    const std::unique_ptr<UMockdevTestbed, GObjectUnref> m_testbed{umockdev_testbed_new()};
+    std::mutex m_mutex; ///< guards all below
+    std::set<int> m_ports;
+    int m_deviceNumber = 1;
+};
+
 UsbPort::UsbPort(std::shared_ptr<UsbFs> usbFs)
     : m_usbFs(std::move(usbFs))
-    , m_testbed(umockdev_testbed_new())
+    , m_bus(UsbBus::shared())
+    , m_number(m_bus->takePort())
     , m_ioctls(umockdev_ioctl_base_new())
 {
     g_signal_connect(
@@ -45,20 +87,21 @@ UsbPort::UsbPort(std::shared_ptr<UsbFs> usbFs)
 UsbPort::~UsbPort()
 {
     pullOut(false);
+    m_bus->returnPort(m_number);
 }
 
 bool UsbPort::plugIn(const Names &names)
 {
     if (!m_systemPath.empty())
         return true;
-    ++m_deviceNumber;
+    m_deviceNumber = m_bus->nextDeviceNumber();
     m_node = formatted("/dev/bus/usb/001/%03u", static_cast<unsigned>(m_deviceNumber));
     const std::filesystem::path path = root() + m_node;
     std::error_code ignored;
     std::filesystem::create_directories(path.parent_path(), ignored);
     if (!m_usbFs->plugIn(path.string(), m_deviceNumber))
         return false;
-    if (!umockdev_testbed_attach_ioctl(m_testbed.get(), m_node.c_str(), m_ioctls.get(), nullptr)) {
+    if (!umockdev_testbed_attach_ioctl(m_bus->testbed(), m_node.c_str(), m_ioctls.get(), nullptr)) {
         m_usbFs->pullOut(false);
         return false;
     }
@@ -72,24 +115,24 @@ void UsbPort::pullOut(bool dirty)
         return;
     m_usbFs->pullOut(dirty);
     // Not every release of umockdev announces a removal by itself.
-    umockdev_testbed_uevent(m_testbed.get(), m_systemPath.c_str(), "remove");
-    umockdev_testbed_remove_device(m_testbed.get(), m_systemPath.c_str());
-    umockdev_testbed_detach_ioctl(m_testbed.get(), m_node.c_str(), nullptr);
+    umockdev_testbed_uevent(m_bus->testbed(), m_systemPath.c_str(), "remove");
+    umockdev_testbed_remove_device(m_bus->testbed(), m_systemPath.c_str());
+    umockdev_testbed_detach_ioctl(m_bus->testbed(), m_node.c_str(), nullptr);
     m_systemPath.clear();
 }
 
 std::string UsbPort::root() const
 {
-    return owned(umockdev_testbed_get_root_dir(m_testbed.get()));
+    return owned(umockdev_testbed_get_root_dir(m_bus->testbed()));
 }
 
 /// Adds the device. The binary descriptors must be there before it is announced, so they are
 /// written first, into the folder where it will be.
 void UsbPort::writeSystemFiles(const Names &names)
 {
-    using namespace UsbDescriptors;
+    const std::string port = "1-" + std::to_string(m_number);
     const std::string folder =
-        owned(umockdev_testbed_get_sys_dir(m_testbed.get())) + "/devices/" + PORT_NAME;
+        owned(umockdev_testbed_get_sys_dir(m_bus->testbed())) + "/devices/" + port;
     std::filesystem::create_directories(folder);
     const std::vector<std::uint8_t> bytes = m_usbFs->descriptors();
     std::ofstream(folder + "/descriptors", std::ios::binary)
@@ -100,10 +143,10 @@ void UsbPort::writeSystemFiles(const Names &names)
     const std::string deviceNumber = formatted("%u\n", number),
                       dev = formatted("189:%u", number - 1),
                       paddedNumber = formatted("%03u", number),
-                      vendor = formatted("%04x\n", VENDOR_ID),
-                      product = formatted("%04x\n", PRODUCT_ID), serial = names.serial + "\n",
+                      vendor = formatted("%04x\n", names.vendorId),
+                      product = formatted("%04x\n", names.productId), serial = names.serial + "\n",
                       manufacturer = names.manufacturer + "\n", productName = names.product + "\n",
-                      id = formatted("%x/", VENDOR_ID) + formatted("%x/100", PRODUCT_ID);
+                      id = formatted("%x/", names.vendorId) + formatted("%x/100", names.productId);
     const char *attributes[] = {"busnum",
                                 "1\n",
                                 "devnum",
@@ -139,7 +182,7 @@ void UsbPort::writeSystemFiles(const Names &names)
                                 "BUSNUM",  "001",        "DEVNUM",  paddedNumber.c_str(),
                                 "PRODUCT", id.c_str(),   "TYPE",    "239/2/1",
                                 "MAJOR",   "189",        nullptr};
-    m_systemPath = owned(umockdev_testbed_add_devicev(m_testbed.get(), "usb", PORT_NAME, nullptr,
-                                                      const_cast<gchar **>(attributes),
+    m_systemPath = owned(umockdev_testbed_add_devicev(m_bus->testbed(), "usb", port.c_str(),
+                                                      nullptr, const_cast<gchar **>(attributes),
                                                       const_cast<gchar **>(properties)));
 }

@@ -4,11 +4,14 @@
 
 #include <umockdev.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
-/// The port that the camera is plugged into: the mocked /sys and /dev, and the announcements of
-/// coming and going. One per process at a time; not thread-safe.
+class UsbBus;
+
+/// The port that a camera is plugged into: its part of the mocked /sys and /dev, and the
+/// announcements of coming and going. All ports of a process are on one bus. Not thread-safe.
 class UsbPort
 {
 public:
@@ -18,6 +21,8 @@ public:
     UsbPort &operator=(const UsbPort &) = delete;
 
     struct Names {
+        std::uint16_t vendorId = 0;
+        std::uint16_t productId = 0;
         std::string manufacturer;
         std::string product;
         std::string serial;
@@ -33,14 +38,11 @@ public:
 private:
     void writeSystemFiles(const Names &names);
 
-    struct Unref {
-        void operator()(gpointer object) const { g_object_unref(object); }
-    };
-
     std::shared_ptr<UsbFs> m_usbFs;
-    std::unique_ptr<UMockdevTestbed, Unref> m_testbed;
-    std::unique_ptr<UMockdevIoctlBase, Unref> m_ioctls;
+    std::shared_ptr<UsbBus> m_bus;
+    const int m_number; ///< on the bus, from 1 on
+    std::unique_ptr<UMockdevIoctlBase, GObjectUnref> m_ioctls;
     std::string m_node;       ///< as the program sees it
     std::string m_systemPath; ///< empty while nothing is plugged in
-    int m_deviceNumber = 1;
+    int m_deviceNumber = 0;
 };

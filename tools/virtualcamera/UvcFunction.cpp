@@ -87,9 +87,9 @@ UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit, Camera
 void UvcFunction::powerOn(bool withExtensionUnit, int missingSize)
 {
     m_hasExtensionUnit = withExtensionUnit;
-    m_descriptors =
-        build(m_settings.isochronous, withExtensionUnit, missingSize, m_settings.intervals);
-    m_probe = m_commit = streamControl(1, m_settings.intervals.front());
+    m_descriptors = build({m_settings.vendorId, m_settings.productId, m_settings.isochronous,
+                           withExtensionUnit, missingSize, m_settings.formats});
+    m_probe = m_commit = streamControl(agreed(1, 1, 0));
     m_committed.reset();
     m_extensionUnit.powerOn();
 }
@@ -190,16 +190,10 @@ int UvcFunction::streaming(const SetupPacket &setup, std::uint8_t *data)
     case SET_CUR: {
         if (setup.length < 8)
             return -EPIPE;
-        const bool known = data[2] == 1 && data[3] >= 1 && data[3] <= STREAM_SIZES.size();
-        const unsigned frameIndex = known ? data[3] : 1;
-        // A camera answers with a rate of its own where it lacks the one that is asked for.
-        const auto &intervals = m_settings.intervals;
-        const bool listed =
-            std::find(intervals.begin(), intervals.end(), get32(data + 4)) != intervals.end();
-        const std::uint32_t interval = listed ? get32(data + 4) : intervals.front();
-        current = streamControl(frameIndex, interval);
+        const Agreed answer = agreed(data[2], data[3], get32(data + 4));
+        current = streamControl(answer);
         if (selector == COMMIT_CONTROL)
-            m_committed = Commit{STREAM_SIZES[frameIndex - 1], interval};
+            m_committed = answer.stream;
         return setup.length;
     }
     case GET_CUR:
@@ -207,8 +201,7 @@ int UvcFunction::streaming(const SetupPacket &setup, std::uint8_t *data)
     case GET_MIN:
     case GET_MAX:
     case GET_DEF:
-        return reply(setup, data, streamControl(1, m_settings.intervals.front()).data(),
-                     current.size());
+        return reply(setup, data, streamControl(agreed(1, 1, 0)).data(), current.size());
     case GET_LEN:
         return replyLength(setup, data, static_cast<std::uint8_t>(current.size()));
     case GET_INFO:
@@ -252,16 +245,32 @@ int UvcFunction::extension(const SetupPacket &setup, std::uint8_t *data)
     }
 }
 
-/// The answer of the camera to a wish for that frame size: the layout of UVC 1.1.
-UvcFunction::StreamControl UvcFunction::streamControl(unsigned frameIndex,
-                                                      std::uint32_t interval) const
+UvcFunction::Agreed UvcFunction::agreed(unsigned formatIndex, unsigned frameIndex,
+                                        std::uint32_t interval) const
+{
+    if (formatIndex < 1 || formatIndex > m_settings.formats.size())
+        formatIndex = 1;
+    const StreamFormat &format = m_settings.formats[formatIndex - 1];
+    if (frameIndex < 1 || frameIndex > format.sizes.size())
+        frameIndex = 1;
+    const auto &intervals = format.intervals;
+    const bool listed =
+        format.range ? interval >= intervals[0] && interval <= intervals[1]
+                     : std::find(intervals.begin(), intervals.end(), interval) != intervals.end();
+    return {static_cast<std::uint8_t>(formatIndex),
+            static_cast<std::uint8_t>(frameIndex),
+            {format.coding, format.sizes[frameIndex - 1], listed ? interval : intervals.front()}};
+}
+
+/// The layout of UVC 1.1.
+UvcFunction::StreamControl UvcFunction::streamControl(const Agreed &agreed) const
 {
     StreamControl block{};
     block[0] = 1; // the frame interval is kept
-    block[2] = 1; // format index
-    block[3] = static_cast<std::uint8_t>(frameIndex);
-    put32(&block[4], interval);
-    put32(&block[18], MAXIMUM_FRAME);
+    block[2] = agreed.formatIndex;
+    block[3] = agreed.frameIndex;
+    put32(&block[4], agreed.stream.interval);
+    put32(&block[18], m_settings.formats[agreed.formatIndex - 1u].frameBytes(agreed.stream.size));
     put32(&block[22], m_settings.isochronous ? ISOCHRONOUS_PACKET : m_settings.maximumPayload);
     put32(&block[26], CLOCK_FREQUENCY);
     block[30] = 3; // frame id and end of frame are used

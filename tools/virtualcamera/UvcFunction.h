@@ -35,7 +35,9 @@ public:
         std::string manufacturer;
         std::string product;
         std::string serial;
-        std::vector<std::uint32_t> intervals{UsbDescriptors::FRAME_INTERVAL};
+        std::uint16_t vendorId = UsbDescriptors::VENDOR_ID;
+        std::uint16_t productId = UsbDescriptors::PRODUCT_ID;
+        std::vector<UsbDescriptors::StreamFormat> formats{{}};
     };
 
     UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults);
@@ -47,10 +49,11 @@ public:
     /// at least.
     [[nodiscard]] int control(const SetupPacket &setup, std::uint8_t *data);
 
-    /// The size and the frame interval of the stream committed since the last call, if any.
+    /// The stream committed since the last call, if any.
     struct Commit {
+        UsbDescriptors::StreamCoding coding = UsbDescriptors::StreamCoding::MotionJpeg;
         UsbDescriptors::StreamSize size{0, 0};
-        std::uint32_t interval = 0;
+        std::uint32_t interval = UsbDescriptors::FRAME_INTERVAL; ///< in units of 100 ns
     };
     [[nodiscard]] std::optional<Commit> takeCommit();
     [[nodiscard]] const std::vector<std::uint8_t> &descriptors() const { return m_descriptors; }
@@ -60,13 +63,22 @@ public:
 
 private:
     using StreamControl = std::array<std::uint8_t, 34>;
+    struct Agreed {
+        std::uint8_t formatIndex;
+        std::uint8_t frameIndex;
+        Commit stream;
+    };
 
     [[nodiscard]] int standard(const SetupPacket &setup, std::uint8_t *data) const;
     [[nodiscard]] int classRequest(const SetupPacket &setup, std::uint8_t *data);
     [[nodiscard]] int descriptor(const SetupPacket &setup, std::uint8_t *data) const;
     [[nodiscard]] int streaming(const SetupPacket &setup, std::uint8_t *data);
     [[nodiscard]] int extension(const SetupPacket &setup, std::uint8_t *data);
-    [[nodiscard]] StreamControl streamControl(unsigned frameIndex, std::uint32_t interval) const;
+    /// What the camera agrees to when it is asked for those indices and that interval: the first
+    /// of each kind for one that it does not list.
+    [[nodiscard]] Agreed agreed(unsigned formatIndex, unsigned frameIndex,
+                                std::uint32_t interval) const;
+    [[nodiscard]] StreamControl streamControl(const Agreed &agreed) const;
 
     Settings m_settings;
     ExtensionUnit &m_extensionUnit;

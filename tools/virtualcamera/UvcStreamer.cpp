@@ -2,6 +2,7 @@
 
 #include "tools/virtualcamera/SheetPicture.h"
 #include "tools/virtualcamera/TileEncoder.h"
+#include "tools/virtualcamera/UncompressedFrame.h"
 
 #include <algorithm>
 #include <pthread.h>
@@ -70,7 +71,7 @@ void UvcStreamer::run()
     const auto period = std::chrono::nanoseconds(1000000000 / m_settings.framesPerSecond);
     auto due = UsbFs::Clock::now();
     while (const auto stream = m_usbFs.waitForStream()) {
-        const bool begun = setSize(QSize(stream->size.width, stream->size.height));
+        const bool begun = setForm(QSize(stream->size.width, stream->size.height), stream->coding);
         if (begun || due + LATE_PERIODS * period < UsbFs::Clock::now())
             due = UsbFs::Clock::now();
         if (!m_usbFs.sleepUntil(due))
@@ -81,13 +82,16 @@ void UvcStreamer::run()
     }
 }
 
-bool UvcStreamer::setSize(QSize size)
+bool UvcStreamer::setForm(QSize size, UsbDescriptors::StreamCoding coding)
 {
-    if (m_size == size)
+    if (m_size == size && m_coding == coding)
         return false;
     m_size = size;
+    m_coding = coding;
     m_picture = std::make_unique<SheetPicture>(size, m_settings.banner);
-    m_encoder = std::make_unique<TileEncoder>(size, m_settings.jpegQuality);
+    m_encoder.reset();
+    if (coding == UsbDescriptors::StreamCoding::MotionJpeg)
+        m_encoder = std::make_unique<TileEncoder>(size, m_settings.jpegQuality);
     // The first picture is encoded whole. It takes so long that those behind it would come at once.
     (void)encode();
     return true;
@@ -95,12 +99,12 @@ bool UvcStreamer::setSize(QSize size)
 
 void UvcStreamer::sendFrame(const UsbFs::Stream &stream)
 {
-    Bytes jpeg = spoil(encode());
-    const std::size_t size = jpeg.size();
+    Bytes frame = spoil(encode());
+    const std::size_t size = frame.size();
     const std::uint32_t number = m_frameNumber++;
     if (takeFault(m_faults.dropFrames))
         return;
-    switch (m_usbFs.send(stream, packets(std::move(jpeg)))) {
+    switch (m_usbFs.send(stream, packets(std::move(frame)))) {
     case UsbFs::Sent::Queued:
         ++m_framesSent;
         m_bytesSent += size;
@@ -116,12 +120,24 @@ void UvcStreamer::sendFrame(const UsbFs::Stream &stream)
 
 UvcStreamer::Bytes UvcStreamer::encode()
 {
-    for (const QRect &area : m_picture->draw(m_frameNumber, m_extensionUnit.view()))
+    const std::vector<QRect> areas = m_picture->draw(m_frameNumber, m_extensionUnit.view());
+    if (!m_encoder)
+        return UncompressedFrame::encode(m_picture->image(), m_coding);
+    for (const QRect &area : areas)
         m_encoder->update(m_picture->image(), area);
     return m_encoder->frame();
 }
 
-UvcStreamer::Bytes UvcStreamer::spoil(Bytes jpeg)
+UvcStreamer::Bytes UvcStreamer::spoil(Bytes frame)
+{
+    if (m_encoder)
+        frame = spoilJpeg(std::move(frame));
+    if (takeFault(m_faults.truncateFrames))
+        frame.resize(frame.size() / 2);
+    return frame;
+}
+
+UvcStreamer::Bytes UvcStreamer::spoilJpeg(Bytes jpeg)
 {
     if (takeFault(m_faults.emptyFrames))
         return {MARKER, START_OF_IMAGE, MARKER, END_OF_IMAGE};
@@ -131,12 +147,10 @@ UvcStreamer::Bytes UvcStreamer::spoil(Bytes jpeg)
         setHeight(jpeg, m_size.height() / 2);
     if (takeFault(m_faults.corruptFrames))
         damageTables(jpeg);
-    if (takeFault(m_faults.truncateFrames))
-        jpeg.resize(jpeg.size() / 2);
     return jpeg;
 }
 
-std::vector<Payload> UvcStreamer::packets(Bytes jpeg)
+std::vector<Payload> UvcStreamer::packets(Bytes frame)
 {
     const std::size_t room =
         (m_settings.isochronous ? UsbDescriptors::ISOCHRONOUS_PACKET : m_settings.maximumPayload) -
@@ -144,7 +158,7 @@ std::vector<Payload> UvcStreamer::packets(Bytes jpeg)
     const auto ticks = UsbFs::Clock::now().time_since_epoch() /
                        std::chrono::nanoseconds(1000000000 / UsbDescriptors::CLOCK_FREQUENCY);
     Payload packet;
-    packet.frame = std::make_shared<const Bytes>(std::move(jpeg));
+    packet.frame = std::make_shared<const Bytes>(std::move(frame));
     packet.frameNumber = m_frameNumber - 1;
     packet.clock = static_cast<std::uint32_t>(ticks);
     m_frameId = !m_frameId;

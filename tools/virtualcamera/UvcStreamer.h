@@ -41,12 +41,13 @@ private:
     using Bytes = std::vector<std::uint8_t>;
 
     void run();
-    /// Whether the size has changed.
-    bool setSize(QSize size);
+    /// Whether the size or the coding has changed.
+    bool setForm(QSize size, UsbDescriptors::StreamCoding coding);
     void sendFrame(const UsbFs::Stream &stream);
     [[nodiscard]] Bytes encode();
-    [[nodiscard]] Bytes spoil(Bytes jpeg);
-    [[nodiscard]] std::vector<Payload> packets(Bytes jpeg);
+    [[nodiscard]] Bytes spoil(Bytes frame);
+    [[nodiscard]] Bytes spoilJpeg(Bytes jpeg);
+    [[nodiscard]] std::vector<Payload> packets(Bytes frame);
 
     const Settings m_settings;
     UsbFs &m_usbFs;
@@ -55,8 +56,9 @@ private:
 
     // The streamer's thread alone:
     QSize m_size;
+    UsbDescriptors::StreamCoding m_coding = UsbDescriptors::StreamCoding::MotionJpeg;
     std::unique_ptr<SheetPicture> m_picture;
-    std::unique_ptr<TileEncoder> m_encoder;
+    std::unique_ptr<TileEncoder> m_encoder; ///< for Motion-JPEG
     std::uint32_t m_frameNumber = 0;
     bool m_frameId = false;
 

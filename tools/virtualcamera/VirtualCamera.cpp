@@ -12,7 +12,6 @@ namespace
 {
 
 constexpr char MANUFACTURER[] = "Document Camera Project";
-constexpr char PRODUCT[] = "Emulated document camera";
 
 bool isochronous(const VirtualCameraConfig &config)
 {
@@ -23,9 +22,10 @@ bool isochronous(const VirtualCameraConfig &config)
 
 struct VirtualCamera::Parts {
     explicit Parts(const VirtualCameraConfig &config)
-        : names{MANUFACTURER, PRODUCT, config.serial.toStdString()}
+        : names{config.vendorId, config.productId, MANUFACTURER, config.product.toStdString(),
+                config.serial.toStdString()}
         , function({isochronous(config), config.maximumPayload, names.manufacturer, names.product,
-                    names.serial, config.intervals},
+                    names.serial, config.vendorId, config.productId, config.formats},
                    extensionUnit, faults)
         , usbFs(std::make_shared<UsbFs>(function, faults))
         , streamer({isochronous(config), config.maximumPayload, config.framesPerSecond,

@@ -18,17 +18,20 @@ struct VirtualCameraConfig {
     QString serial = QStringLiteral("EDC0001");
     QString banner = QStringLiteral("Emulated camera"); ///< printed on the sheet
     int framesPerSecond = 30;
-    /// In units of 100 ns, as listed for every size, the first being the default. Pictures come at
-    /// framesPerSecond whichever is chosen.
-    std::vector<std::uint32_t> intervals{333333};
+    std::uint16_t vendorId = UsbDescriptors::VENDOR_ID;
+    std::uint16_t productId = UsbDescriptors::PRODUCT_ID;
+    QString product = QStringLiteral("Emulated document camera");
+    /// Pictures come at framesPerSecond, whichever interval is chosen. Motion-JPEG wants sizes
+    /// whose width is a multiple of 128 and whose height one of 8; the others an even width.
+    std::vector<UsbDescriptors::StreamFormat> formats{{}};
     int jpegQuality = 85;
 };
 
-/// A document camera 04FC:6330 that exists in this process alone: programs find it, steer it and
-/// stream Motion-JPEG from it through the unmodified USB libraries.
+/// A camera that exists in this process alone, unless told otherwise a document camera 04FC:6330:
+/// programs find it, steer it and stream from it through the unmodified USB libraries.
 ///
 /// The process, and any child that is to see the camera, runs with the device guard and
-/// libumockdev-preload.so.0 preloaded. One camera per process at a time; with it no real USB device
+/// libumockdev-preload.so.0 preloaded. Several cameras share one bus; with them no real USB device
 /// is visible. All operations are safe on any thread. Texts on the sheet need a QGuiApplication.
 class VirtualCamera
 {

@@ -193,6 +193,7 @@ CameraLink LiveSource::cameraLink() const
     m_private->camera->report(link);
     link.seen = m_presenceTimer.isValid();
     link.running = m_running;
+    link.choice = m_choice;
     return link;
 }
 
@@ -211,6 +212,19 @@ std::unique_ptr<UvcCamera> LiveSource::takeOver(std::unique_ptr<UvcCamera> camer
     initUVCControl();
     restartStream();
     return camera;
+}
+
+std::unique_ptr<UvcCamera> LiveSource::choose(const CameraChoice &choice)
+{
+    m_choice = choice;
+    if (suits(m_private->camera->identity(), choice) && m_running)
+        return nullptr;
+    m_presenceTimer.invalidate();
+    m_opening = false;
+    std::unique_ptr<UvcCamera> before = takeOver(std::make_unique<UvcCamera>());
+    // What is known of the one says nothing about the other.
+    m_private->controls = std::make_unique<CameraControls>(*m_private->camera);
+    return before;
 }
 
 void LiveSource::restartStream()
@@ -232,7 +246,7 @@ void LiveSource::checkExistance()
         openCamera();
         return;
     }
-    const std::optional<bool> found = m_private->camera->find();
+    const std::optional<bool> found = m_private->camera->find(m_choice);
     if (!found) {
         askAgainSoon();
         return;
@@ -296,7 +310,8 @@ void LiveSource::createCaptureGraph(bool record)
     if (!record)
         return;
 
-    std::unique_ptr<FrameRecorder> recorder = createRecorder(*m_streamSize);
+    std::unique_ptr<FrameRecorder> recorder =
+        createRecorder(m_private->camera->sizeFor(*m_streamSize));
     const std::lock_guard lock(m_private->recorderMutex);
     m_private->recorder = std::move(recorder);
 }
@@ -338,7 +353,7 @@ std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
         });
     };
     auto writer = MovieWriter::create({m_recording.fileName(), size}, failed);
-    const CameraProfile &camera = m_private->camera->profile();
+    const CameraIdentity &camera = m_private->camera->identity();
     auto sound = SoundCapture::create({camera.vendorId, camera.productId});
     return std::make_unique<MovieRecorder>(std::move(writer), std::move(sound), size);
 }

@@ -78,6 +78,7 @@ public:
     [[nodiscard]] CameraLink cameraLink() const override;
     [[nodiscard]] const UvcCamera &camera() const override;
     [[nodiscard]] std::unique_ptr<UvcCamera> takeOver(std::unique_ptr<UvcCamera> camera) override;
+    [[nodiscard]] std::unique_ptr<UvcCamera> choose(const CameraChoice &choice) override;
     void restartStream() override;
 
 public slots:
@@ -108,6 +109,7 @@ private:
 
     std::unique_ptr<LiveSourcePrivate> m_private;
     QTimer m_existenceTimer;
+    CameraChoice m_choice;
     bool m_running = false;
     /// The camera is being opened.
     bool m_opening = false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sources/camera/CameraProfile.h"
+#include "sources/camera/CameraIdentity.h"
 
 #include <QString>
 
@@ -8,25 +8,23 @@
 #include <vector>
 
 /// A camera as the bus lists it, known without opening it.
-struct BusCamera {
-    std::uint16_t vendorId = 0;
-    std::uint16_t productId = 0;
+struct BusCamera : CameraIdentity {
     /// Where it is. Each plugging gives a new address, so the two tell one stay from the next.
     std::uint8_t busNumber = 0;
     std::uint8_t address = 0;
-    /// As the system read them; any text, also none.
-    QString serial;
+    /// As the system read it; any text, also none.
     QString name;
 
     [[nodiscard]] bool isAt(std::uint8_t bus, std::uint8_t device) const
     {
         return busNumber == bus && address == device;
     }
-    /// Whether it is of that make.
-    [[nodiscard]] bool isOf(const CameraProfile &profile) const
-    {
-        return vendorId == profile.vendorId && productId == profile.productId;
-    }
 };
+
+inline bool operator==(const BusCamera &a, const BusCamera &b)
+{
+    return static_cast<const CameraIdentity &>(a) == b && a.isAt(b.busNumber, b.address) &&
+           a.name == b.name;
+}
 
 using BusCameras = std::vector<BusCamera>;

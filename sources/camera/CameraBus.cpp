@@ -74,8 +74,9 @@ BusCameras CameraBus::cameras()
         if (libusb_get_device_descriptor(device, &descriptor) != 0 || !hasVideo(device))
             continue;
         const QString folder = systemFolder(device);
-        cameras.push_back({descriptor.idVendor, descriptor.idProduct, libusb_get_bus_number(device),
-                           libusb_get_device_address(device), text(folder, "serial"),
+        cameras.push_back({{descriptor.idVendor, descriptor.idProduct, text(folder, "serial")},
+                           libusb_get_bus_number(device),
+                           libusb_get_device_address(device),
                            text(folder, "product")});
     }
     if (list)

@@ -68,10 +68,6 @@ CameraKeeper::~CameraKeeper()
 void CameraKeeper::look()
 {
     m_timer.start(INTERVAL_MS);
-    if (!m_owner.cameraLink().running) {
-        decide({});
-        return;
-    }
     if (m_looking || m_opening)
         return;
     m_looking = true;
@@ -80,6 +76,10 @@ void CameraKeeper::look()
         answer(*gate, this, [this, listed = bus->cameras()] {
             m_looking = false;
             decide(listed);
+            if (m_cameras == listed)
+                return;
+            m_cameras = listed;
+            emit camerasChanged();
         });
         return 0;
     });
@@ -119,15 +119,28 @@ void CameraKeeper::opened(const std::shared_ptr<Opened> &result)
 {
     m_opening = false;
     m_rules.opened(m_clock.elapsed(), result->result);
-    if (result->result < 0)
+    // Another one may have been chosen meanwhile.
+    const bool wanted = suits(result->camera->identity(), m_choice);
+    if (result->result < 0 || !wanted)
         retire(std::move(result->camera));
     else
         retire(m_owner.takeOver(std::move(result->camera)));
     look();
 }
 
+void CameraKeeper::choose(const CameraChoice &choice)
+{
+    if (m_choice == choice)
+        return;
+    m_choice = choice;
+    retire(m_owner.choose(choice));
+    look();
+}
+
 void CameraKeeper::retire(std::unique_ptr<UvcCamera> camera)
 {
+    if (!camera)
+        return;
     m_worker.post([last = std::shared_ptr<UvcCamera>(std::move(camera))]() mutable {
         const DetachedThreads::Running running;
         last.reset();
@@ -145,8 +158,10 @@ void CameraKeeper::setState(CameraStatus::State state)
     if (state == CameraStatus::State::Showing)
         status.framesPerSecond = std::round(m_frameRate.perSecond() * 10.0) / 10.0;
     status.framesLost = link.lost;
-    status.vendorId = link.profile->vendorId;
-    status.productId = link.profile->productId;
+    status.wantedSize = link.wantedSize;
+    status.chosen = m_choice.has_value();
+    status.vendorId = m_choice ? m_choice->vendorId : link.identity.vendorId;
+    status.productId = m_choice ? m_choice->productId : link.identity.productId;
     if (status == m_status)
         return;
     m_status = status;

@@ -31,9 +31,16 @@ public:
     ~CameraKeeper() override;
 
     [[nodiscard]] const CameraStatus &status() const { return m_status; }
+    /// All cameras on the bus, in its order.
+    [[nodiscard]] const BusCameras &cameras() const { return m_cameras; }
+
+    /// From now on that camera is kept, and no other is opened.
+    void choose(const CameraChoice &choice);
+    [[nodiscard]] const CameraChoice &choice() const { return m_choice; }
 
 signals:
     void statusChanged();
+    void camerasChanged();
 
 private:
     struct Opened;
@@ -58,6 +65,8 @@ private:
     KeeperRules m_rules;
     FrameRate m_frameRate;
     CameraStatus m_status;
+    BusCameras m_cameras;
+    CameraChoice m_choice;
     bool m_looking = false;
     bool m_opening = false;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sources/camera/CameraProfile.h"
+#include "sources/camera/CameraIdentity.h"
 
 #include <QSize>
 
@@ -14,7 +14,9 @@ struct CameraLink {
     bool running = false;
     /// libuvc's result of opening it.
     int openResult = 0;
-    const CameraProfile *profile = CAMERA_PROFILES.data();
+    /// The camera that is wanted, and the one in use.
+    CameraChoice choice;
+    CameraIdentity identity;
     std::uint8_t busNumber = 0;
     std::uint8_t address = 0;
     /// A transfer or the bus said that there is no such device.
@@ -25,6 +27,8 @@ struct CameraLink {
     bool streamPending = false;
     int streamResult = 0;
     QSize size;
+    /// The size that was asked for, of which the camera has the nearest.
+    QSize wantedSize;
     /// Milliseconds since the stream was asked for, and since its last frame or, before the first,
     /// since it was asked for.
     std::int64_t sinceRequestMs = 0;

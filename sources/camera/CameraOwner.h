@@ -20,6 +20,10 @@ public:
     [[nodiscard]] virtual std::unique_ptr<UvcCamera>
     takeOver(std::unique_ptr<UvcCamera> camera) = 0;
 
+    /// From now on that camera is wanted. Returns the one in use when it is another one, from which
+    /// nothing comes any more. A recording goes on. Destroying it may wait.
+    [[nodiscard]] virtual std::unique_ptr<UvcCamera> choose(const CameraChoice &choice) = 0;
+
     /// Asks the camera in use for its stream again. A recording goes on.
     virtual void restartStream() = 0;
 

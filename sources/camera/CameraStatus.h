@@ -21,21 +21,25 @@ struct CameraStatus {
     State state = State::Waiting;
     /// In pixels: the size that is wanted, or the size that is shown while the state is Showing.
     QSize size;
+    QSize wantedSize;
     double framesPerSecond = 0.0;
     /// Counted for the stream that runs.
     std::uint64_t framesLost = 0;
     /// The numbers of the camera in use, or of the one that is waited for.
     std::uint16_t vendorId = 0;
     std::uint16_t productId = 0;
+    /// Whether the user has chosen that camera.
+    bool chosen = false;
 
     /// Whether the user is to be told that something is wrong.
     [[nodiscard]] bool wrong() const { return state != State::Showing && state != State::Seen; }
 
     bool operator==(const CameraStatus &other) const
     {
-        return state == other.state && size == other.size &&
-               framesPerSecond == other.framesPerSecond && framesLost == other.framesLost &&
-               vendorId == other.vendorId && productId == other.productId;
+        return state == other.state && size == other.size && wantedSize == other.wantedSize &&
+               chosen == other.chosen && framesPerSecond == other.framesPerSecond &&
+               framesLost == other.framesLost && vendorId == other.vendorId &&
+               productId == other.productId;
     }
     bool operator!=(const CameraStatus &other) const { return !(*this == other); }
 };

@@ -1,5 +1,7 @@
 #include "sources/camera/KeeperRules.h"
 
+#include "sources/camera/CameraProfile.h"
+
 #include <algorithm>
 
 using State = CameraStatus::State;
@@ -17,12 +19,13 @@ constexpr int ERROR_INVALID_MODE = -51;
 KeeperRules::Decision KeeperRules::decide(std::int64_t nowMs, const BusCameras &listed,
                                           const CameraLink &link)
 {
+    noteArrivals(nowMs, listed);
     if (!link.running) {
         Decision decision;
         decision.state = link.seen ? State::Seen : State::Waiting;
         return decision;
     }
-    notePresence(nowMs, listed, link);
+    notePresence(listed, link);
     const bool inUse = link.openResult >= 0 && !link.gone && m_candidate &&
                        m_candidate->isAt(link.busNumber, link.address);
     return inUse ? withCamera(nowMs, link) : withoutCamera(nowMs);
@@ -48,22 +51,33 @@ State KeeperRules::stateOf(int openResult)
     }
 }
 
-void KeeperRules::notePresence(std::int64_t nowMs, const BusCameras &listed, const CameraLink &link)
+void KeeperRules::noteArrivals(std::int64_t nowMs, const BusCameras &listed)
+{
+    std::map<Place, std::int64_t> arrivals;
+    for (const BusCamera &camera : listed) {
+        const Place place(camera.busNumber, camera.address);
+        const auto before = m_arrivals.find(place);
+        arrivals[place] = before == m_arrivals.end() ? nowMs : before->second;
+    }
+    m_arrivals = std::move(arrivals);
+}
+
+void KeeperRules::notePresence(const BusCameras &listed, const CameraLink &link)
 {
     // The camera in use is preferred to another one of its make.
     auto found = std::find_if(listed.begin(), listed.end(), [&link](const BusCamera &camera) {
-        return camera.isAt(link.busNumber, link.address) && camera.isOf(*link.profile);
+        return camera.isAt(link.busNumber, link.address) && suits(camera, link.choice);
     });
     if (found == listed.end())
         found = std::find_if(listed.begin(), listed.end(), [&link](const BusCamera &camera) {
-            return camera.isOf(*link.profile);
+            return suits(camera, link.choice);
         });
     if (found == listed.end()) {
         m_candidate.reset();
         return;
     }
     if (!m_candidate || !m_candidate->isAt(found->busNumber, found->address)) {
-        m_nextOpenMs = nowMs + SETTLE_MS;
+        m_nextOpenMs = m_arrivals.at({found->busNumber, found->address}) + SETTLE_MS;
         m_nextRestartMs = 0;
         m_restarts = 0;
         // A camera that is in use was opened when it had settled.

@@ -5,7 +5,9 @@
 #include "sources/camera/CameraStatus.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <utility>
 
 /// When a camera is opened again and when its stream is asked for again, decided from what the bus
 /// lists and how the camera in use stands. A value with the time passed in, in milliseconds of any
@@ -44,13 +46,18 @@ public:
     [[nodiscard]] static CameraStatus::State stateOf(int openResult);
 
 private:
-    void notePresence(std::int64_t nowMs, const BusCameras &listed, const CameraLink &link);
+    using Place = std::pair<std::uint8_t, std::uint8_t>;
+
+    void noteArrivals(std::int64_t nowMs, const BusCameras &listed);
+    void notePresence(const BusCameras &listed, const CameraLink &link);
     [[nodiscard]] Decision withoutCamera(std::int64_t nowMs) const;
     [[nodiscard]] Decision withCamera(std::int64_t nowMs, const CameraLink &link);
     [[nodiscard]] Decision withPendingStream(std::int64_t nowMs, const CameraLink &link) const;
     [[nodiscard]] Decision withoutPictures(std::int64_t nowMs, const CameraLink &link,
                                            CameraStatus::State state, std::int64_t intervalMs);
 
+    /// Since when the bus lists a camera at that place.
+    std::map<Place, std::int64_t> m_arrivals;
     /// The camera that is in use or to be opened, and when it may be opened.
     std::optional<BusCamera> m_candidate;
     std::int64_t m_nextOpenMs = 0;

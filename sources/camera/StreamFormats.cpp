@@ -16,6 +16,11 @@ constexpr std::uint32_t LONGEST_INTERVAL = 600'000'000;
 /// Intervals that differ by at most one part in this many count as the same rate.
 constexpr std::uint32_t SAME_RATE_PART = 200;
 
+/// Four times the largest size that cameras have.
+constexpr std::int64_t MOST_PIXELS = 1 << 25;
+/// The library collects a frame in a buffer of that size and looks at no limit.
+constexpr std::size_t LIBRARY_BUFFER = 16u << 20;
+
 std::int64_t pixels(QSize size)
 {
     return std::int64_t{size.width()} * size.height();
@@ -24,6 +29,15 @@ std::int64_t pixels(QSize size)
 bool usable(std::uint32_t interval)
 {
     return interval > 0 && interval <= LONGEST_INTERVAL;
+}
+
+bool usable(const Offer &offer)
+{
+    using StreamFormats::Coding;
+    const bool pairs = offer.coding == Coding::Yuyv || offer.coding == Coding::Uyvy;
+    return !offer.size.isEmpty() && pixels(offer.size) <= MOST_PIXELS &&
+           StreamFormats::frameBytes(offer.coding, offer.size) <= LIBRARY_BUFFER &&
+           !(pairs && offer.size.width() % 2);
 }
 
 /// How good an interval is, less is better: one that is as short as wanted before a longer one, of
@@ -65,6 +79,13 @@ std::uint32_t bestInterval(const Offer &offer, std::uint32_t wanted)
 
 } // namespace
 
+std::size_t StreamFormats::frameBytes(Coding coding, QSize size)
+{
+    if (size.isEmpty() || coding == Coding::MotionJpeg)
+        return 0;
+    return static_cast<std::size_t>(pixels(size)) * (coding == Coding::Grey ? 1 : 2);
+}
+
 std::optional<Choice> StreamFormats::choose(const std::vector<Offer> &offers, QSize wanted,
                                             int framesPerSecond, Sizes sizes)
 {
@@ -80,7 +101,7 @@ std::optional<Choice> StreamFormats::choose(const std::vector<Offer> &offers, QS
     const Offer *best = nullptr;
     std::uint32_t bestRate = 0;
     for (const Offer &offer : offers) {
-        if (offer.size.isEmpty() || (sizes == Sizes::Exact && offer.size != wanted))
+        if (!usable(offer) || (sizes == Sizes::Exact && offer.size != wanted))
             continue;
         const std::uint32_t interval = bestInterval(offer, wantedInterval);
         if (!usable(interval))

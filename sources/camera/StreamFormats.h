@@ -2,6 +2,7 @@
 
 #include <QSize>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -12,6 +13,9 @@ namespace StreamFormats
 
 /// How the pictures are coded, the best first.
 enum class Coding { MotionJpeg, Yuyv, Uyvy, Grey };
+
+/// The bytes that a frame has which is not compressed; 0 for one that is.
+[[nodiscard]] std::size_t frameBytes(Coding coding, QSize size);
 
 /// A size in which a format comes, as the camera's descriptor lists it.
 struct Offer {
@@ -43,8 +47,9 @@ enum class Sizes { Exact, Nearest };
 
 /// Takes the wanted size, or else the size whose number of pixels is nearest; of its rates the
 /// wanted one or the nearest above it, or else the fastest; of equal rates the one with the best
-/// coding. Nothing when the camera offers nothing usable. A rate within half a percent counts as
-/// the wanted one, as 29.97 does for 30.
+/// coding. Nothing when the camera offers nothing usable, which is also a picture too large for the
+/// library or this program. A rate within half a percent counts as the wanted one, as 29.97 does
+/// for 30.
 [[nodiscard]] std::optional<Choice> choose(const std::vector<Offer> &offers, QSize wanted,
                                            int framesPerSecond, Sizes sizes);
 

@@ -22,6 +22,8 @@ constexpr milliseconds LAST_ANSWER_TIMEOUT{500};
 constexpr milliseconds CLOSE_TIMEOUT{1000};
 // After an unplug libuvc may wait for transfers that never come back.
 constexpr milliseconds STOP_GONE_TIMEOUT{300};
+/// The size of a stream does not depend on the rate that is wanted.
+constexpr int ANY_RATE = 30;
 
 } // namespace
 
@@ -53,17 +55,18 @@ UvcCamera::~UvcCamera()
         (void)closing.wait(ExitDeadline::capped(*listed ? CLOSE_TIMEOUT : STOP_GONE_TIMEOUT));
 }
 
-std::optional<bool> UvcCamera::find()
+std::optional<bool> UvcCamera::find(const CameraChoice &choice)
 {
     if (!m_search.valid())
-        m_search = m_worker.post([connection = m_connection] { return connection->find(); });
-    const std::optional<int> row = wait(m_search);
-    if (!row)
+        m_search =
+            m_worker.post([connection = m_connection, choice] { return connection->find(choice); });
+    const std::optional<int> found = wait(m_search);
+    if (!found)
         return std::nullopt;
     m_search = {};
-    if (*row < 0)
+    if (*found < 0)
         return false;
-    m_profile = &CAMERA_PROFILES.at(static_cast<std::size_t>(*row));
+    m_identity = m_connection->found();
     return true;
 }
 
@@ -79,10 +82,7 @@ std::optional<int> UvcCamera::open()
 
 int UvcCamera::openWithin(std::chrono::milliseconds bound, const BusCamera &camera)
 {
-    const auto ofThatMake = [&camera](const CameraProfile &row) { return camera.isOf(row); };
-    m_profile = std::find_if(CAMERA_PROFILES.begin(), CAMERA_PROFILES.end(), ofThatMake);
-    if (m_profile == CAMERA_PROFILES.end())
-        m_profile = CAMERA_PROFILES.data();
+    m_identity = camera;
     m_opening = m_worker.post(
         [connection = m_connection, bus = camera.busNumber, address = camera.address] {
             const int found = connection->find(bus, address);
@@ -105,7 +105,8 @@ void UvcCamera::findExtensionUnit()
     m_extensionUnit = 0;
     if (!m_opened)
         return;
-    const auto &code = m_profile->extensionUnit;
+    const CameraProfile *row = CameraProfile::of(m_identity);
+    const auto &code = (row ? *row : CAMERA_PROFILES[0]).extensionUnit;
     // A walk over what was parsed when the camera was opened; nothing crosses the bus.
     for (const uvc_extension_unit_t *unit = uvc_get_extension_units(m_connection->handle()); unit;
          unit = unit->next) {
@@ -116,6 +117,12 @@ void UvcCamera::findExtensionUnit()
     }
 }
 
+QSize UvcCamera::sizeFor(QSize size) const
+{
+    const auto choice = choiceFor(size, ANY_RATE);
+    return choice ? choice->size : size;
+}
+
 void UvcCamera::startStreaming(QSize size, int framesPerSecond, FrameHandler handler)
 {
     stopDelivery();
@@ -124,7 +131,13 @@ void UvcCamera::startStreaming(QSize size, int framesPerSecond, FrameHandler han
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
         return;
     }
-    request(std::make_shared<UvcStream>(size, std::move(handler)), framesPerSecond);
+    m_wantedSize = size;
+    const auto choice = choiceFor(size, framesPerSecond);
+    if (choice)
+        request(std::make_shared<UvcStream>(choice->size, std::move(handler), choice->coding),
+                choice);
+    else
+        request(std::make_shared<UvcStream>(size, std::move(handler)), {});
 }
 
 void UvcCamera::stopDelivery()
@@ -138,7 +151,7 @@ void UvcCamera::stopStreaming()
     if (!m_stream)
         return;
     stopDelivery();
-    request(nullptr, 0);
+    request(nullptr, {});
 }
 
 bool UvcCamera::streaming() const
@@ -191,7 +204,7 @@ void UvcCamera::report(CameraLink &link) const
 {
     const qint64 now = captureMicroseconds();
     link.openResult = m_openResult;
-    link.profile = m_profile;
+    link.identity = m_identity;
     link.busNumber = m_connection->busNumber();
     link.address = m_connection->address();
     link.gone = m_connection->gone();
@@ -201,6 +214,7 @@ void UvcCamera::report(CameraLink &link) const
     if (!m_stream)
         return;
     link.size = m_stream->size();
+    link.wantedSize = m_wantedSize;
     link.frames = m_stream->frames();
     link.lost = m_stream->lost();
     link.sinceRequestMs = (now - m_requestedUs) / 1000;
@@ -213,10 +227,26 @@ void UvcCamera::noteOpened(int result)
     m_opened = result >= 0;
 }
 
-void UvcCamera::request(std::shared_ptr<UvcStream> stream, int framesPerSecond)
+std::optional<StreamFormats::Choice> UvcCamera::choiceFor(QSize size, int framesPerSecond) const
+{
+    if (!m_opened)
+        return std::nullopt;
+    std::vector<StreamFormats::Offer> offers = m_connection->offers();
+    if (!CameraProfile::of(m_identity))
+        return StreamFormats::choose(offers, size, framesPerSecond, StreamFormats::Sizes::Nearest);
+    offers.erase(std::remove_if(offers.begin(), offers.end(),
+                                [](const StreamFormats::Offer &offer) {
+                                    return offer.coding != StreamFormats::Coding::MotionJpeg;
+                                }),
+                 offers.end());
+    return StreamFormats::choose(offers, size, framesPerSecond, StreamFormats::Sizes::Exact);
+}
+
+void UvcCamera::request(std::shared_ptr<UvcStream> stream,
+                        const std::optional<StreamFormats::Choice> &choice)
 {
     m_stream = stream;
-    if (m_connection->request({std::move(stream), framesPerSecond}))
+    if (m_connection->request({std::move(stream), choice}))
         m_streaming = m_worker.post([connection = m_connection] { return connection->stream(); },
                                     BoundedWorker::Place::First);
     m_requestedUs = captureMicroseconds();

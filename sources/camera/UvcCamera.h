@@ -2,6 +2,7 @@
 
 #include "sources/camera/BusCamera.h"
 #include "sources/camera/CameraLink.h"
+#include "sources/camera/CameraProfile.h"
 #include "sources/camera/UvcStream.h"
 #include "sources/camera/WaitBudget.h"
 #include "sources/threads/BoundedWorker.h"
@@ -36,11 +37,11 @@ public:
     UvcCamera(const UvcCamera &) = delete;
     UvcCamera &operator=(const UvcCamera &) = delete;
 
-    /// Whether the bus lists a camera of CAMERA_PROFILES; nothing while the answer is not there,
+    /// Whether the bus lists a camera that suits the choice; nothing while the answer is not there,
     /// which the next call then asks for. Every answer is told once.
-    [[nodiscard]] std::optional<bool> find();
-    /// The row of the camera that was found last; the first one before that.
-    [[nodiscard]] const CameraProfile &profile() const { return *m_profile; }
+    [[nodiscard]] std::optional<bool> find(const CameraChoice &choice);
+    /// The camera that was found last; the first row of CAMERA_PROFILES before that.
+    [[nodiscard]] const CameraIdentity &identity() const { return m_identity; }
 
     /// Opens the camera that was found: the result, or nothing while it is being opened, which the
     /// next call then asks for.
@@ -52,10 +53,13 @@ public:
     /// Tells the terminal why open() failed with that code, from the worker and so a moment later.
     void tellOpenFailure(int error);
 
-    /// Looks up the extension unit that profile() names.
+    /// Looks up the extension unit that carries the numbered parameters.
     void findExtensionUnit();
 
-    /// Ends the stream that runs and asks for Motion-JPEG of that size. The handler gets each frame
+    /// The size of the stream that a wish for `size` gives. A camera of CAMERA_PROFILES gives that
+    /// one or none, any other the nearest that it has.
+    [[nodiscard]] QSize sizeFor(QSize size) const;
+    /// Ends the stream that runs and asks for one of sizeFor(size). The handler gets each frame
     /// that can be decoded; frames whose own header gives another size than the stream's are
     /// dropped. Without a handle, or when the camera does not agree, there is no stream; that is
     /// logged. Returns once the frame in flight is done; the rest follows on the worker.
@@ -89,7 +93,10 @@ public:
 
 private:
     void noteOpened(int result);
-    void request(std::shared_ptr<UvcStream> stream, int framesPerSecond);
+    [[nodiscard]] std::optional<StreamFormats::Choice> choiceFor(QSize size,
+                                                                 int framesPerSecond) const;
+    void request(std::shared_ptr<UvcStream> stream,
+                 const std::optional<StreamFormats::Choice> &choice);
 
     std::shared_ptr<UvcConnection> m_connection;
     BoundedWorker m_worker;
@@ -100,8 +107,9 @@ private:
     BoundedWorker::Ticket m_streaming;
     qint64 m_requestedUs = 0;
     int m_openResult = 0;
-    const CameraProfile *m_profile = CAMERA_PROFILES.data();
+    CameraIdentity m_identity{CAMERA_PROFILES[0].vendorId, CAMERA_PROFILES[0].productId, {}};
     bool m_opened = false;
     std::uint8_t m_extensionUnit = 0;
     std::shared_ptr<UvcStream> m_stream;
+    QSize m_wantedSize;
 };

@@ -34,18 +34,15 @@ int UvcConnection::initialise()
     return uvc_init(&m_context, nullptr);
 }
 
-int UvcConnection::find()
+int UvcConnection::find(const CameraChoice &choice)
 {
     m_device.reset();
-    if (!m_context)
-        return UVC_ERROR_NO_DEVICE;
-    for (std::size_t row = 0; row < CAMERA_PROFILES.size(); ++row) {
-        const CameraProfile &profile = CAMERA_PROFILES.at(row);
-        uvc_device_t *device = nullptr;
-        if (uvc_find_device(m_context, &device, profile.vendorId, profile.productId, nullptr) < 0)
+    // The library's own search opens every camera to read its serial number.
+    for (const BusCamera &camera : m_bus.cameras()) {
+        if (!suits(camera, choice))
             continue;
-        keep(device);
-        return static_cast<int>(row);
+        m_found = camera;
+        return find(camera.busNumber, camera.address);
     }
     return UVC_ERROR_NO_DEVICE;
 }
@@ -75,6 +72,8 @@ int UvcConnection::open()
     uvc_device_handle_t *handle = nullptr;
     const uvc_error_t error = uvc_open(m_device.get(), &handle);
     m_handle = error < 0 ? nullptr : handle;
+    if (m_handle)
+        m_offers = takeOffers(m_handle);
     return error;
 }
 
@@ -182,8 +181,8 @@ int UvcConnection::start(const Request &request)
     if (stream->closed()) // another one is wanted by now
         return UVC_SUCCESS;
     uvc_stream_ctrl_t block{};
-    const int agreed =
-        noteResult(negotiateStream(m_handle, stream->size(), request.framesPerSecond, block));
+    const int agreed = noteResult(request.choice ? negotiateStream(m_handle, *request.choice, block)
+                                                 : UVC_ERROR_INVALID_MODE);
     // The keeper asks repeatedly, so a refusal is reported once.
     const bool said = m_refusedSize == stream->size();
     if (agreed < 0 && !said)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "sources/camera/BusCamera.h"
+#include "sources/camera/CameraBus.h"
 #include "sources/camera/ControlTransfer.h"
+#include "sources/camera/StreamFormats.h"
 #include "sources/camera/UvcStream.h"
 
 #include <atomic>
@@ -8,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 struct uvc_context;
 struct uvc_device;
@@ -27,7 +31,8 @@ public:
     /// What is to be streamed; without a stream, nothing.
     struct Request {
         std::shared_ptr<UvcStream> stream;
-        int framesPerSecond = 0;
+        /// None when the camera has nothing that suits.
+        std::optional<StreamFormats::Choice> choice;
     };
 
     UvcConnection() = default;
@@ -36,8 +41,8 @@ public:
     UvcConnection &operator=(const UvcConnection &) = delete;
 
     int initialise();
-    /// Keeps the first camera of CAMERA_PROFILES that the bus lists now: the number of its row.
-    int find();
+    /// Keeps the first camera that the bus lists now and that suits the choice.
+    int find(const CameraChoice &choice);
     /// Keeps the camera that is there.
     int find(std::uint8_t busNumber, std::uint8_t address);
     /// Opens the camera found last; the library takes the interface over from a kernel driver.
@@ -54,6 +59,11 @@ public:
     int stop();
     /// Gives the camera and the library back, also when the camera has gone.
     int close();
+
+    /// The camera that find(choice) kept last, for who knows that the call has ended.
+    [[nodiscard]] const BusCamera &found() const { return m_found; }
+    /// What the camera offers, as handle().
+    [[nodiscard]] const std::vector<StreamFormats::Offer> &offers() const { return m_offers; }
 
     // Any thread --------------------------------------------------------------------------------
     [[nodiscard]] bool gone() const { return m_gone; }
@@ -85,6 +95,9 @@ private:
     int noteResult(int result);
 
     uvc_context *m_context = nullptr;
+    CameraBus m_bus;
+    BusCamera m_found;
+    std::vector<StreamFormats::Offer> m_offers;
     std::unique_ptr<uvc_device, Unreference> m_device;
     uvc_device_handle *m_handle = nullptr;
     std::mutex m_releaseMutex; ///< keeps release() and the closing of the handle apart

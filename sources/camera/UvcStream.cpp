@@ -24,8 +24,9 @@ void nameFrameThread()
 
 } // namespace
 
-UvcStream::UvcStream(QSize size, FrameHandler handler)
+UvcStream::UvcStream(QSize size, FrameHandler handler, StreamFormats::Coding coding)
     : m_size(size)
+    , m_coding(coding)
     , m_handler(std::move(handler))
 {
 }
@@ -40,6 +41,8 @@ void UvcStream::allocate()
 {
     if (m_rgb || m_size.isEmpty())
         return;
+    if (m_coding != StreamFormats::Coding::MotionJpeg)
+        m_packed.emplace(m_coding, m_size);
     m_rgb = uvc_allocate_frame(static_cast<std::size_t>(m_size.width()) *
                                static_cast<std::size_t>(m_size.height()) * BYTES_PER_PIXEL);
 }
@@ -68,22 +71,36 @@ void UvcStream::deliver(uvc_frame *frame, qint64 microseconds)
     if (!m_handler || !m_rgb)
         return;
     countGap(frame->sequence);
-    // The conversion writes rows by the JPEG's own size into a frame made for the stream's.
-    const QSize size(static_cast<int>(frame->width), static_cast<int>(frame->height));
-    const QSize own = jpegFrameSize(frame->data, frame->data_bytes);
-    if (!own.isEmpty() && own != size) {
-        ++m_lost;
-        return;
-    }
-    const uvc_error_t result = own.isEmpty() ? UVC_ERROR_OTHER : uvc_mjpeg2rgb(frame, m_rgb);
-    if (result < 0) {
-        uvc_perror(result, "ERROR");
+    if (!decode(frame)) {
         ++m_lost;
         return;
     }
     ++m_frames;
     m_lastFrameUs = microseconds;
-    m_handler(m_rgb->data, size.width(), size.height(), microseconds);
+    m_handler(m_rgb->data, static_cast<int>(frame->width), static_cast<int>(frame->height),
+              microseconds);
+}
+
+bool UvcStream::decode(uvc_frame *frame)
+{
+    if (!m_packed)
+        return decodeJpeg(frame);
+    const QSize size(static_cast<int>(frame->width), static_cast<int>(frame->height));
+    return size == m_size && m_packed->convert(frame->data, frame->data_bytes,
+                                               static_cast<std::uint8_t *>(m_rgb->data));
+}
+
+bool UvcStream::decodeJpeg(uvc_frame *frame)
+{
+    // The conversion writes rows by the JPEG's own size into a frame made for the stream's.
+    const QSize size(static_cast<int>(frame->width), static_cast<int>(frame->height));
+    const QSize own = jpegFrameSize(frame->data, frame->data_bytes);
+    if (!own.isEmpty() && own != size)
+        return false;
+    const uvc_error_t result = own.isEmpty() ? UVC_ERROR_OTHER : uvc_mjpeg2rgb(frame, m_rgb);
+    if (result < 0)
+        uvc_perror(result, "ERROR");
+    return result >= 0;
 }
 
 void UvcStream::countGap(std::uint32_t sequence)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/camera/PackedRgb.h"
+
 #include <QSize>
 #include <QtGlobal>
 
@@ -21,7 +23,9 @@ public:
     /// be written. `microseconds`: captureMicroseconds() when the frame arrived. Frame thread.
     using FrameHandler = std::function<void(void *rgb, int width, int height, qint64 microseconds)>;
 
-    UvcStream(QSize size, FrameHandler handler);
+    /// `size`: in pixels, one that StreamFormats::choose() gives for that coding.
+    UvcStream(QSize size, FrameHandler handler,
+              StreamFormats::Coding coding = StreamFormats::Coding::MotionJpeg);
     ~UvcStream();
     UvcStream(const UvcStream &) = delete;
     UvcStream &operator=(const UvcStream &) = delete;
@@ -51,9 +55,13 @@ public:
 
 private:
     void deliver(uvc_frame *frame, qint64 microseconds);
+    [[nodiscard]] bool decode(uvc_frame *frame);
+    [[nodiscard]] bool decodeJpeg(uvc_frame *frame);
     void countGap(std::uint32_t sequence);
 
     const QSize m_size;
+    const StreamFormats::Coding m_coding;
+    std::optional<PackedRgb> m_packed; ///< for what is not compressed
     std::atomic<bool> m_closing{false};
     /// Guards the handler and the frame, from the arrival of a frame to the handler's return.
     std::mutex m_mutex;

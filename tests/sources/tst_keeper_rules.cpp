@@ -1,3 +1,4 @@
+#include "sources/camera/CameraProfile.h"
 #include "sources/camera/KeeperRules.h"
 
 #include "tests/TestProgram.h"

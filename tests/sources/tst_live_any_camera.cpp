@@ -190,11 +190,12 @@ private slots:
         QVERIFY(QTest::qWaitFor([&rig] { return rig.keeper.cameras().size() == 1; },
                                 LiveRig::TIMEOUT_MS));
         QCOMPARE(rig.keeper.cameras().front().name, QString("Foreign camera"));
+        // An absence: longer than a camera that is wanted waits to be opened.
+        QTest::qWait(3000);
+        QVERIFY(!rig.source->running());
         VirtualCamera own;
         QVERIFY(rig.bringUp(own));
         QCOMPARE(rig.keeper.status().vendorId, UsbDescriptors::VENDOR_ID);
-        // An absence: longer than a camera that is wanted waits to be opened.
-        QTest::qWait(3000);
         QVERIFY(untouched(other));
     }
 

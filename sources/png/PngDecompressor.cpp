@@ -2,6 +2,8 @@
 
 #include <QIODevice>
 
+#include <algorithm>
+
 PngDecompressor::PngDecompressor(QIODevice &device)
     : m_device(device)
 {
@@ -11,6 +13,9 @@ PngDecompressor::PngDecompressor(QIODevice &device)
         return;
     m_info = png_create_info_struct(m_png);
     png_set_read_fn(m_png, this, read);
+    // What the library asks for at once is lost when the file ends before: a small part of it.
+    const qint64 portion = std::clamp<qint64>(device.size() / 256, 1, 8192);
+    png_set_compression_buffer_size(m_png, static_cast<png_size_t>(portion));
 }
 
 PngDecompressor::~PngDecompressor()

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 namespace
 {
@@ -12,11 +13,9 @@ namespace
 constexpr unsigned int WHOLE = 8;
 constexpr int PROFILE_MARKER = JPEG_APP0 + 2;
 constexpr unsigned int LONGEST_MARKER = 0xffff;
-/// What a picture that is reduced anyway may take with all of its coefficients.
-constexpr qint64 MOST_REDUCED_BYTES = 400LL * 1024 * 1024;
 constexpr int PIXEL_BYTES = 3;
 
-unsigned int eighthsOf(qint64 mostPixels, qint64 heldBytes, const jpeg_decompress_struct &info)
+unsigned int eighthsOf(qint64 mostPixels, const jpeg_decompress_struct &info)
 {
     const auto pixels = [&info](unsigned int eighths) {
         const auto side = [eighths](JDIMENSION whole) {
@@ -25,8 +24,6 @@ unsigned int eighthsOf(qint64 mostPixels, qint64 heldBytes, const jpeg_decompres
         return side(info.image_width) * side(info.image_height);
     };
     unsigned int eighths = WHOLE;
-    if (pixels(WHOLE) > mostPixels)
-        mostPixels = std::min(mostPixels, (MOST_REDUCED_BYTES - heldBytes) / PIXEL_BYTES);
     while (eighths > 1 && pixels(eighths) > mostPixels)
         --eighths;
     return eighths;
@@ -55,10 +52,42 @@ qint64 coefficientBytes(jpeg_decompress_struct &info)
     return blocks * static_cast<qint64>(sizeof(JBLOCK));
 }
 
-bool inScreenColours(const jpeg_decompress_struct &info)
+/// Printers' colours, which the library alone does not convert to the screen's.
+bool inPrintersColours(const jpeg_decompress_struct &info)
 {
-    return info.jpeg_color_space == JCS_YCbCr || info.jpeg_color_space == JCS_GRAYSCALE ||
-           info.jpeg_color_space == JCS_RGB;
+    return info.out_color_space == JCS_CMYK;
+}
+
+J_COLOR_SPACE outputOf(const jpeg_decompress_struct &info)
+{
+    return info.jpeg_color_space == JCS_CMYK || info.jpeg_color_space == JCS_YCCK ? JCS_CMYK
+                                                                                  : JCS_RGB;
+}
+
+/// One row of printers' colours, which such files store inverted: 255 is no ink.
+void convertInks(const std::vector<uchar> &inks, uchar *rgb)
+{
+    for (std::size_t i = 0; i + 3 < inks.size(); i += 4) {
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            *rgb++ = static_cast<uchar>(inks[i + channel] * inks[i + 3] / 255);
+    }
+}
+
+/// Reads the rows from where the library stands; false at an error.
+bool readRows(JpegDecompressor &decompressor, QImage &image)
+{
+    std::vector<uchar> inks;
+    if (inPrintersColours(decompressor.info()))
+        inks.resize(4 * static_cast<std::size_t>(image.width()));
+    return decompressor.run([&image, &inks](jpeg_decompress_struct &info) {
+        jpeg_start_decompress(&info);
+        while (info.output_scanline < info.output_height) {
+            uchar *target = image.scanLine(static_cast<int>(info.output_scanline));
+            JSAMPROW row = inks.empty() ? target : inks.data();
+            jpeg_read_scanlines(&info, &row, 1);
+            convertInks(inks, target);
+        }
+    });
 }
 
 QByteArray profileOf(JpegDecompressor &decompressor)
@@ -87,29 +116,26 @@ JpegPicture readAt(QIODevice &device, qint64 mostBytes, Eighths eighths)
         heldBytes = coefficientBytes(info);
         info.scale_num = eighths(info, heldBytes);
         info.scale_denom = WHOLE;
-        info.out_color_space = JCS_RGB;
+        info.out_color_space = outputOf(info);
         jpeg_calc_output_dimensions(&info);
     });
-    if (!begun || heldBytes > mostBytes || !inScreenColours(decompressor.info()))
+    const QSize size(static_cast<int>(decompressor.info().output_width),
+                     static_cast<int>(decompressor.info().output_height));
+    const qint64 answerBytes = PIXEL_BYTES * static_cast<qint64>(size.width()) * size.height();
+    if (!begun || heldBytes + answerBytes > mostBytes)
         return {};
 
-    QImage image(static_cast<int>(decompressor.info().output_width),
-                 static_cast<int>(decompressor.info().output_height), QImage::Format_RGB888);
+    QImage image(size, QImage::Format_RGB888);
     if (image.isNull())
         return {};
-    const bool whole = decompressor.run([&image](jpeg_decompress_struct &info) {
-        jpeg_start_decompress(&info);
-        while (info.output_scanline < info.output_height) {
-            JSAMPROW row = image.scanLine(static_cast<int>(info.output_scanline));
-            jpeg_read_scanlines(&info, &row, 1);
-        }
-    });
+    const bool whole = readRows(decompressor, image);
     const int rows = static_cast<int>(decompressor.info().output_scanline);
     if (rows == 0)
         return {};
     for (int y = rows; !whole && y < image.height(); ++y)
         std::fill_n(image.scanLine(y), image.bytesPerLine(), static_cast<uchar>(255));
-    return {image, profileOf(decompressor)};
+    const bool hasPrinters = inPrintersColours(decompressor.info());
+    return {image, hasPrinters ? QByteArray() : profileOf(decompressor)};
 }
 
 } // namespace
@@ -117,8 +143,9 @@ JpegPicture readAt(QIODevice &device, qint64 mostBytes, Eighths eighths)
 JpegPicture readJpeg(QIODevice &device, qint64 mostPixels, qint64 mostBytes)
 {
     return readAt(device, mostBytes,
-                  [mostPixels](const jpeg_decompress_struct &info, qint64 heldBytes) {
-                      return eighthsOf(mostPixels, heldBytes, info);
+                  [mostPixels, mostBytes](const jpeg_decompress_struct &info, qint64 heldBytes) {
+                      return eighthsOf(std::min(mostPixels, (mostBytes - heldBytes) / PIXEL_BYTES),
+                                       info);
                   });
 }
 

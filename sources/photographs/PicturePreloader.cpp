@@ -1,14 +1,15 @@
 #include "sources/photographs/PicturePreloader.h"
 
 #include "sources/photographs/DecodingTurn.h"
+#include "sources/photographs/PreloadEntries.h"
 #include "sources/threads/DetachedThreads.h"
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,7 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 using Reading = PictureReader::Reading;
+using EntryPtr = PreloadEntries::Ptr;
 
 /// A drive that sends nothing for this time is not waited for any longer.
 constexpr auto LONGEST_SILENCE = 1000ms;
@@ -37,41 +39,12 @@ QString unshared(const QString &text)
     return QString(text.constData(), text.size());
 }
 
-struct Entry {
-    explicit Entry(const QString &itsPath)
-        : path(unshared(itsPath))
-    {
-    }
-
-    const QString path;
-    /// Null and without a problem until it has been read.
-    Reading reading;
-    bool isRead = false;
-    bool isBeingRead = false;
-    /// It is to be checked before all others.
-    bool isUrgent = false;
-    /// The owner waits for it and will take a copy.
-    bool isAwaited = false;
-    /// The owner does not wait any more, but is to be notified.
-    bool isLate = false;
-    /// It would not fit into what may be kept beside those that come before it.
-    bool isTooLarge = false;
-    /// How often it was checked since it was added.
-    int answers = 0;
-    bool isDecoding = false;
-    Clock::time_point lastSign;
-};
-
-qint64 bytesOf(const Entry &entry)
-{
-    return entry.reading.picture.sizeInBytes();
-}
-
 } // namespace
 
 /// What the owner and the threads share. A thread holds it until it ends, as its owner may be
 /// destroyed before.
-class PicturePreloader::Shared : public std::enable_shared_from_this<Shared>
+class PicturePreloader::Shared : public DecodingTurn::Keeper,
+                                 public std::enable_shared_from_this<Shared>
 {
 public:
     explicit Shared(Arrived tell)
@@ -84,27 +57,30 @@ public:
     bool holds(const QString &path);
     void quit();
 
+    void letGo() override;
+    void goOn() override;
+
 private:
-    using EntryPtr = std::shared_ptr<Entry>;
     using Lock = std::unique_lock<std::mutex>;
 
     [[nodiscard]] EntryPtr find(const QString &path) const;
     [[nodiscard]] EntryPtr nextJob() const;
-    [[nodiscard]] bool isWanted(const Entry &entry) const;
     [[nodiscard]] bool ownerComesFirst() const;
     bool wait(Lock &lock, const EntryPtr &entry, int answers);
     void wakeThread();
     void run();
     void look(Lock &lock, const EntryPtr &entry);
     void keepWithinBound();
+    [[nodiscard]] bool readUnlocked(const EntryPtr &entry, const FileStamp *known,
+                                    std::optional<Reading> &reading);
+    [[nodiscard]] bool isWorthReading(const EntryPtr &entry, const PictureNeed &need);
     [[nodiscard]] bool makeRoom(const EntryPtr &entry, qint64 bytes);
 
     const Arrived m_arrived;
     /// Guards all below, and the entries.
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    /// In the order of importance.
-    std::vector<EntryPtr> m_wanted;
+    PreloadEntries m_wanted{MAX_KEPT_BYTES};
     EntryPtr m_urgent;
     int m_threads = 0;
     int m_idleThreads = 0;
@@ -120,7 +96,7 @@ Reading PicturePreloader::Shared::take(const QString &path)
     Lock lock(m_mutex);
     EntryPtr entry = find(path);
     if (!entry)
-        entry = std::make_shared<Entry>(path);
+        entry = std::make_shared<PreloadEntry>(path);
     const int answers = entry->answers;
     entry->isUrgent = true;
     entry->isAwaited = true;
@@ -165,11 +141,11 @@ void PicturePreloader::Shared::prepare(const QStringList &paths)
     for (const QString &path : paths) {
         EntryPtr entry = find(path);
         if (!entry)
-            entry = std::make_shared<Entry>(path);
+            entry = std::make_shared<PreloadEntry>(path);
         entry->isTooLarge = false;
         wanted.push_back(std::move(entry));
     }
-    dropped = std::exchange(m_wanted, std::move(wanted));
+    dropped = m_wanted.replace(std::move(wanted));
     keepWithinBound();
     wakeThread();
 }
@@ -181,6 +157,19 @@ bool PicturePreloader::Shared::holds(const QString &path)
     return entry && entry->isRead;
 }
 
+void PicturePreloader::Shared::letGo()
+{
+    PreloadEntries::Dropped dropped;
+    const Lock lock(m_mutex);
+    dropped = m_wanted.dropAll();
+}
+
+void PicturePreloader::Shared::goOn()
+{
+    const Lock lock(m_mutex);
+    wakeThread();
+}
+
 void PicturePreloader::Shared::quit()
 {
     const Lock lock(m_mutex);
@@ -188,19 +177,9 @@ void PicturePreloader::Shared::quit()
     m_changed.notify_all();
 }
 
-PicturePreloader::Shared::EntryPtr PicturePreloader::Shared::find(const QString &path) const
+EntryPtr PicturePreloader::Shared::find(const QString &path) const
 {
-    if (m_urgent && m_urgent->path == path)
-        return m_urgent;
-    const auto found = std::find_if(m_wanted.begin(), m_wanted.end(),
-                                    [&path](const EntryPtr &entry) { return entry->path == path; });
-    return found == m_wanted.end() ? nullptr : *found;
-}
-
-bool PicturePreloader::Shared::isWanted(const Entry &entry) const
-{
-    return std::any_of(m_wanted.begin(), m_wanted.end(),
-                       [&entry](const EntryPtr &wanted) { return wanted.get() == &entry; });
+    return m_urgent && m_urgent->path == path ? m_urgent : m_wanted.find(path);
 }
 
 /// Whether nothing may be read ahead: the owner's picture is being decoded or handed over, and a
@@ -210,16 +189,13 @@ bool PicturePreloader::Shared::ownerComesFirst() const
     return m_isTaken || (m_urgent && m_urgent->isUrgent && m_urgent->isDecoding);
 }
 
-PicturePreloader::Shared::EntryPtr PicturePreloader::Shared::nextJob() const
+EntryPtr PicturePreloader::Shared::nextJob() const
 {
     if (m_urgent && m_urgent->isUrgent && !m_urgent->isBeingRead)
         return m_urgent;
-    if (m_readsAhead || ownerComesFirst())
+    if (m_readsAhead || ownerComesFirst() || DecodingTurn::isAlone())
         return nullptr;
-    const auto found = std::find_if(m_wanted.begin(), m_wanted.end(), [](const EntryPtr &entry) {
-        return !entry->isRead && !entry->isBeingRead && !entry->isTooLarge;
-    });
-    return found == m_wanted.end() ? nullptr : *found;
+    return m_wanted.nextUnread();
 }
 
 void PicturePreloader::Shared::wakeThread()
@@ -265,39 +241,21 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     const FileStamp known = entry->reading.stamp;
     lock.unlock();
 
-    PictureFile file(entry->path);
-    const bool isSame = wasRead && file.problem() == PictureProblem::None && file.stamp() == known;
-    Reading reading;
-    const qint64 bytes = isSame ? 0 : PictureReader::pictureBytes(file);
-    lock.lock();
-    entry->isDecoding = bytes > 0;
-    lock.unlock();
-    const DecodingTurn turn(bytes);
-    if (!isSame && !makeRoom(entry, bytes)) {
-        lock.lock();
-        entry->isBeingRead = false;
-        m_readsAhead = m_readsAhead && !ahead;
-        return;
-    }
-    if (!isSame) {
-        reading = PictureReader::readFile(file, [&](qint64 count) {
-            const std::lock_guard sign(m_mutex);
-            entry->lastSign = Clock::now();
-            entry->isDecoding = count >= file.stamp().bytes;
-            m_changed.notify_all();
-        });
-    }
+    std::optional<Reading> reading;
+    const bool isSettled = readUnlocked(entry, wasRead ? &known : nullptr, reading);
 
     lock.lock();
-    if (!isSame) {
-        std::swap(entry->reading, reading);
+    entry->isBeingRead = false;
+    m_readsAhead = m_readsAhead && !ahead;
+    if (!isSettled)
+        return;
+    if (reading) {
+        std::swap(entry->reading, *reading);
         entry->isRead = true;
     }
-    entry->isBeingRead = false;
     entry->isDecoding = false;
     entry->isUrgent = false;
     ++entry->answers;
-    m_readsAhead = m_readsAhead && !ahead;
     keepWithinBound();
     m_changed.notify_all();
     if (!std::exchange(entry->isLate, false))
@@ -310,60 +268,72 @@ void PicturePreloader::Shared::look(Lock &lock, const EntryPtr &entry)
     lock.lock();
 }
 
+/// Reads the picture unless its file still has the content that is known. False when it is not
+/// worth reading now. Without the mutex, as the turn's end asks the keepers to go on.
+bool PicturePreloader::Shared::readUnlocked(const EntryPtr &entry, const FileStamp *known,
+                                            std::optional<Reading> &reading)
+{
+    PictureFile file(entry->path);
+    if (known && file.problem() == PictureProblem::None && file.stamp() == *known)
+        return true;
+    const PictureNeed need = PictureReader::need(file);
+    if (!isWorthReading(entry, need))
+        return false;
+    DecodingTurn turn(need);
+    if (!makeRoom(entry, need.answer))
+        return false;
+    reading = PictureReader::readFile(file, [&](qint64 count) {
+        const qint64 all = file.stamp().bytes;
+        if (count >= all && all <= PictureReader::MAX_CONTENT_BYTES)
+            turn.setRead();
+        const std::lock_guard sign(m_mutex);
+        entry->lastSign = Clock::now();
+        entry->isDecoding = count >= all;
+        m_changed.notify_all();
+    });
+    return true;
+}
+
+/// False for a picture ahead that must stand alone while it is decoded, so that more important ones
+/// would have to go. Locks the mutex.
+bool PicturePreloader::Shared::isWorthReading(const EntryPtr &entry, const PictureNeed &need)
+{
+    const Lock lock(m_mutex);
+    if (!entry->isUrgent && !m_wanted.isFirst(entry) && DecodingTurn::standsAlone(need)) {
+        entry->isTooLarge = true;
+        return false;
+    }
+    return true;
+}
+
 /// Before a picture of that size is decoded: drops those that could not be kept beside it. False
 /// for one that nobody waits for and that is not wanted any more or could not be kept itself. Locks
 /// the mutex.
 bool PicturePreloader::Shared::makeRoom(const EntryPtr &entry, qint64 bytes)
 {
-    std::vector<Reading> dropped;
+    PreloadEntries::Dropped dropped;
     const Lock lock(m_mutex);
     entry->isDecoding = false;
     entry->lastSign = Clock::now();
-    const auto place = std::find(m_wanted.begin(), m_wanted.end(), entry);
-    qint64 kept = bytes;
-    if (!entry->isUrgent && (place == m_wanted.end() || ownerComesFirst()))
+    const bool isAhead = !entry->isUrgent;
+    if (isAhead &&
+        (ownerComesFirst() || !m_wanted.has(entry) || !m_wanted.hasRoomFor(entry, bytes)))
         return false;
-    if (!entry->isUrgent) {
-        for (auto before = m_wanted.begin(); before != place; ++before)
-            kept += bytesOf(**before);
-        entry->isTooLarge = kept > MAX_KEPT_BYTES;
-        if (entry->isTooLarge)
-            return false;
-    }
-    const auto first = entry->isUrgent || place == m_wanted.end() ? m_wanted.begin() : place;
-    for (auto other = first; other != m_wanted.end(); ++other) {
-        const bool stays = *other == entry || (*other)->isAwaited || !(*other)->isRead;
-        kept += *other == entry ? 0 : bytesOf(**other);
-        if (stays || kept <= MAX_KEPT_BYTES)
-            continue;
-        kept -= bytesOf(**other);
-        (*other)->isRead = false;
-        (*other)->isTooLarge = true;
-        dropped.push_back(std::exchange((*other)->reading, Reading()));
-    }
+    dropped = m_wanted.makeRoom(entry, bytes, !isAhead);
     return true;
 }
 
-/// Drops the least important pictures. One that somebody waits for is still delivered.
 void PicturePreloader::Shared::keepWithinBound()
 {
-    if (m_urgent && !m_urgent->isAwaited && !m_urgent->isLate && !isWanted(*m_urgent))
+    if (m_urgent && !m_urgent->isAwaited && !m_urgent->isLate && !m_wanted.has(m_urgent))
         m_urgent.reset();
-    qint64 kept = 0;
-    for (const EntryPtr &entry : m_wanted) {
-        kept += bytesOf(*entry);
-        if (kept <= MAX_KEPT_BYTES || entry->isAwaited || !entry->isRead)
-            continue;
-        kept -= bytesOf(*entry);
-        entry->isTooLarge = true;
-        entry->isRead = false;
-        entry->reading = Reading();
-    }
+    (void)m_wanted.keepWithinBound();
 }
 
 PicturePreloader::PicturePreloader(Arrived arrived)
     : m_shared(std::make_shared<Shared>(std::move(arrived)))
 {
+    DecodingTurn::add(m_shared);
 }
 
 PicturePreloader::~PicturePreloader()

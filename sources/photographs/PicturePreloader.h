@@ -21,7 +21,7 @@ public:
     using Arrived = std::function<void(const QString &path)>;
 
     /// What is kept may have that many bytes in all: three pictures of 24 megapixels.
-    static constexpr qint64 MAX_KEPT_BYTES = 256LL * 1024 * 1024;
+    static constexpr qint64 MAX_KEPT_BYTES = 224LL * 1024 * 1024;
 
     explicit PicturePreloader(Arrived arrived);
     /// `arrived` may still be under way when it returns.

@@ -20,16 +20,21 @@ using PictureReader::Reading;
 namespace
 {
 
-/// Larger files that are no JPEG files are decoded from the disk: with their bytes in memory too
-/// there would be too much of it.
-constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
-/// This much of such a file is read before the image library opens it. While the library looks for
-/// the format, no other thread can open a picture, so it must not wait for a disk then.
+/// This much of a file that is decoded from the disk is read before the image library opens it.
+/// While the library looks for the format, no other thread can open a picture, so it must not wait
+/// for a disk then.
 constexpr qint64 HEADER_BYTES = 256LL * 1024;
+
+/// The most pixels of a PNG file in several passes.
+constexpr qint64 MOST_PASSED_PIXELS = 170LL * 1024 * 1024;
 
 /// From here on a bitmap is decoded in parts, of so many rows.
 constexpr qint64 LARGE_BYTES = 64LL * 1024 * 1024;
 constexpr int BLOCK_ROWS = 64;
+
+/// Nothing is reduced further for want of memory.
+constexpr qint64 LEAST_PIXELS = 2LL * 1024 * 1024;
+constexpr int PIXEL_BYTES = 3;
 
 qint64 pixels(QSize size)
 {
@@ -56,15 +61,21 @@ QImage upright(const QImage &image, QImageIOHandler::Transformations turn)
     return sidesSwap(turn) ? mirrored.transformed(QTransform().rotate(90)) : mirrored;
 }
 
-/// The largest size of that shape that may be handed over.
-QSize limited(QSize size)
+/// The largest size of that shape that has no more pixels.
+QSize withAtMost(qint64 mostPixels, QSize size)
 {
-    const double shrink = std::sqrt(static_cast<double>(PictureReader::MAX_PIXELS) /
-                                    static_cast<double>(pixels(size)));
+    const double shrink =
+        std::sqrt(static_cast<double>(mostPixels) / static_cast<double>(pixels(size)));
     if (shrink >= 1.0)
         return size;
     return atLeastOne(
         QSize(static_cast<int>(size.width() * shrink), static_cast<int>(size.height() * shrink)));
+}
+
+/// The largest size of that shape that may be handed over.
+QSize limited(QSize size)
+{
+    return withAtMost(PictureReader::MAX_PIXELS, size);
 }
 
 QSize fitting(QSize size, QSize bounds, bool enlarge)
@@ -110,32 +121,14 @@ QSize upright(QSize size, QImageIOHandler::Transformations turn)
     return sidesSwap(turn) ? size.transposed() : size;
 }
 
-/// Reads a JPEG file in a printer's colours, which libjpeg alone does not convert to the screen's.
-/// A size that is not empty is that of the result.
-QImage printersColours(QIODevice &device, QSize size)
-{
-    device.seek(0);
-    if (jpegCoefficientBytes(device) > PictureReader::MAX_DECODED_BYTES)
-        return {};
-    device.seek(0);
-    QImageReader reader(&device, "jpeg");
-    if (!reader.size().isValid())
-        return {};
-    if (!size.isEmpty())
-        reader.setScaledSize(size);
-    else if (decodedBytes(reader) > PictureReader::MAX_DECODED_BYTES)
-        return {};
-    return reader.read();
-}
-
 QImage wholeJpeg(QIODevice &device)
 {
     const QImageIOHandler::Transformations turn = turnOf(device);
     device.seek(0);
     const JpegPicture jpeg =
         readJpeg(device, PictureReader::MAX_PIXELS, PictureReader::MAX_DECODED_BYTES);
-    const QImage image = jpeg.image.isNull() ? printersColours(device, {}) : jpeg.image;
-    return upright(PictureColours::prepared(image, spaceOf(jpeg), limited(image.size())), turn);
+    return upright(PictureColours::prepared(jpeg.image, spaceOf(jpeg), limited(jpeg.image.size())),
+                   turn);
 }
 
 /// Decodes at a reduced size of at least twice the result's, and averages that.
@@ -145,10 +138,9 @@ QImage fittedJpeg(QIODevice &device, QSize target)
     const QSize size = upright(target, turn);
     device.seek(0);
     const JpegPicture jpeg = readReducedJpeg(device, 2 * size, PictureReader::MAX_DECODED_BYTES);
-    const QImage image = jpeg.image.isNull() ? printersColours(device, size) : jpeg.image;
-    return upright(
-        PictureColours::prepared(image.isNull() ? image : scaled(image, size), spaceOf(jpeg)),
-        turn);
+    if (jpeg.image.isNull())
+        return {};
+    return upright(PictureColours::prepared(scaled(jpeg.image, size), spaceOf(jpeg)), turn);
 }
 
 /// Says from the size of the whole picture how large it is wanted, no larger in either direction.
@@ -157,7 +149,7 @@ using Wanted = std::function<QSize(QSize whole)>;
 /// In as many passes each pixel is looked at for itself, so that more of them take too long.
 bool isTooLarge(const PngReader::Header &header)
 {
-    return header.isInterlaced && 3 * pixels(header.size) > PictureReader::MAX_DECODED_BYTES;
+    return header.isInterlaced && pixels(header.size) > MOST_PASSED_PIXELS;
 }
 
 void fillCells(PictureBuilder &builder, const PngReader::Row &row, const QImage &rgb)
@@ -229,15 +221,17 @@ void readOther(QIODevice &device, const Wanted &wanted, Reading &reading)
             return;
         }
         device.seek(place);
-        if (bytes + 3 * pixels(wanted(whole)) > PictureReader::MAX_DECODED_BYTES)
-            return;
     }
+    const qint64 mostPixels = (PictureReader::MAX_DECODED_BYTES - bytes) / PIXEL_BYTES;
+    if (mostPixels < std::min(pixels(whole), LEAST_PIXELS))
+        return;
     const QImage image = reader.read();
     if (image.isNull())
         return;
     reading.wholeSize = image.size();
     reading.isTransparent = image.hasAlphaChannel();
-    reading.picture = PictureColours::prepared(image, image.colorSpace(), wanted(image.size()));
+    reading.picture = PictureColours::prepared(image, image.colorSpace(),
+                                               withAtMost(mostPixels, wanted(image.size())));
 }
 
 void readAny(QIODevice &device, const Wanted &wanted, Reading &reading)
@@ -260,14 +254,14 @@ Reading readWith(PictureFile &file, const PictureFile::Progress &progress, Decod
     reading.problem = PictureProblem::Damaged;
     const bool jpeg = isJpeg(file.device());
     file.device().seek(0);
-    if (file.stamp().bytes <= (jpeg ? PictureReader::MAX_DECODED_BYTES : MAX_CONTENT_BYTES)) {
+    if (file.stamp().bytes <= PictureReader::MAX_CONTENT_BYTES) {
         QByteArray content = file.content(progress);
         if (file.problem() != PictureProblem::None)
             reading.problem = file.problem();
         QBuffer buffer(&content);
         buffer.open(QIODevice::ReadOnly);
         decode(buffer, jpeg, reading);
-    } else if (!jpeg) {
+    } else {
         (void)file.device().read(HEADER_BYTES);
         if (progress)
             progress(file.stamp().bytes);
@@ -276,6 +270,21 @@ Reading readWith(PictureFile &file, const PictureFile::Progress &progress, Decod
     if (!reading.picture.isNull())
         reading.problem = PictureProblem::None;
     return reading;
+}
+
+/// What the decoder of that file holds besides the answer.
+qint64 decoderBytes(QIODevice &beginning, const QImageReader &reader, PictureFile &file)
+{
+    if (isJpeg(beginning)) {
+        beginning.seek(0);
+        return jpegCoefficientBytes(beginning);
+    }
+    if (PngReader::isPng(beginning))
+        return 0;
+    const qint64 bytes = decodedBytes(reader);
+    const bool inParts = bytes > LARGE_BYTES && BmpPicture::open(file.device());
+    file.device().seek(0);
+    return inParts ? 0 : bytes;
 }
 
 QSize sizeOfJpeg(QIODevice &device)
@@ -305,16 +314,23 @@ Reading PictureReader::readFile(const QString &path, const PictureFile::Progress
     return readFile(file, progress);
 }
 
-qint64 PictureReader::pictureBytes(PictureFile &file)
+PictureNeed PictureReader::need(PictureFile &file)
 {
     if (file.problem() != PictureProblem::None)
-        return 0;
+        return {};
     // While the image library looks for the format, it must not wait for a disk.
     QByteArray beginning = file.device().peek(HEADER_BYTES);
     QBuffer buffer(&beginning);
     buffer.open(QIODevice::ReadOnly);
-    const QSize size = QImageReader(&buffer).size();
-    return size.isValid() ? 3 * std::min(pixels(size), MAX_PIXELS) : 0;
+    QImageReader reader(&buffer);
+    const QSize size = reader.size();
+    if (!size.isValid())
+        return {};
+    const qint64 decoder = decoderBytes(buffer, reader, file);
+    // What would hold more is not decoded.
+    return decoder > MAX_DECODED_BYTES
+               ? PictureNeed()
+               : PictureNeed{PIXEL_BYTES * std::min(pixels(size), MAX_PIXELS), decoder};
 }
 
 Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/photographs/DecodingTurn.h"
 #include "sources/photographs/PictureFile.h"
 #include "sources/photographs/PictureProblem.h"
 
@@ -14,13 +15,18 @@
 namespace PictureReader
 {
 
-/// What a picture may have when it is handed over; 64 megapixels are 192 MiB at 3 bytes each.
-constexpr qint64 MAX_PIXELS = 64LL * 1024 * 1024;
+/// What a picture may have when it is handed over: those of 50 megapixels are whole. At 3 bytes
+/// each they are 144 MiB, which the canvas that shows it takes again.
+constexpr qint64 MAX_PIXELS = 48LL * 1024 * 1024;
 
-/// What decoding may hold at once. JPEG, PNG and bitmap files that are not compressed are decoded
-/// row by row; a picture of another kind, or one in several passes, that would hold more is not
-/// decoded at all.
-constexpr qint64 MAX_DECODED_BYTES = 512LL * 1024 * 1024;
+/// What decoding may hold at once, the answer included. JPEG, PNG and bitmap files that are not
+/// compressed are decoded row by row. A picture of another kind, or a JPEG file in several scans,
+/// is reduced until it fits, or not decoded at all when the decoder alone would hold more.
+constexpr qint64 MAX_DECODED_BYTES = 336LL * 1024 * 1024;
+
+/// Larger files are decoded from the disk: with their bytes in memory too there would be too much
+/// of it.
+constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
 
 /// A picture, and what else its file told.
 struct Reading {
@@ -38,9 +44,8 @@ struct Reading {
 [[nodiscard]] Reading readFile(const QString &path, const PictureFile::Progress &progress = {});
 [[nodiscard]] Reading readFile(PictureFile &file, const PictureFile::Progress &progress = {});
 
-/// The most bytes that the picture of that file takes once it has been read; 0 for a file that does
-/// not say. Reads the beginning of the file.
-[[nodiscard]] qint64 pictureBytes(PictureFile &file);
+/// What reading the whole picture takes. Reads the beginning of the file.
+[[nodiscard]] PictureNeed need(PictureFile &file);
 
 /// The picture fitted into `bounds` with its aspect ratio kept; nothing is made larger than it is
 /// unless `enlarge`. A JPEG file is decoded at reduced size, which costs a fraction of the whole

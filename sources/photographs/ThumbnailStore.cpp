@@ -80,7 +80,7 @@ QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds
         const std::lock_guard lock(m_mutex);
         ++m_decoded;
     }
-    const DecodingTurn turn(PictureReader::pictureBytes(file));
+    const DecodingTurn turn({0, PictureReader::need(file).decoder});
     const PictureReader::Reading whole =
         PictureReader::readFileFitted(file, shares ? SHARED_SIZE : bounds, !shares);
     if (whole.picture.isNull())

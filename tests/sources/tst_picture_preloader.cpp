@@ -9,6 +9,7 @@
 #include <atomic>
 #include <memory>
 #include <optional>
+#include <thread>
 
 class PicturePreloaderTest : public QObject
 {
@@ -95,6 +96,49 @@ private slots:
         QVERIFY(!m_preloader->holds(paths[2]));
         // A slow machine answers to the first question that it is still at it.
         QTRY_COMPARE_WITH_TIMEOUT(m_preloader->take(paths[2]).picture.width(), side, 20000);
+    }
+
+    void nothingIsKeptBesideADecoderThatHoldsMuch()
+    {
+        const QString shown = made("a.png", 1);
+        const QString next = made("b.png", 2);
+        m_preloader->prepare({next, shown});
+        QTRY_VERIFY(m_preloader->holds(next) && m_preloader->holds(shown));
+        {
+            const DecodingTurn small({0, 50LL * 1024 * 1024});
+            QVERIFY(m_preloader->holds(next) && m_preloader->holds(shown));
+        }
+        {
+            const DecodingTurn large({0, 300LL * 1024 * 1024});
+            QVERIFY(!m_preloader->holds(next) && !m_preloader->holds(shown));
+            m_preloader->prepare({next});
+            // Whoever waits does not wait for that decoder.
+            QCOMPARE(m_preloader->take(shown).picture.width(), 1);
+            QVERIFY(!m_preloader->holds(next));
+            m_preloader->prepare({next, shown});
+        }
+        QTRY_VERIFY(m_preloader->holds(next) && m_preloader->holds(shown));
+    }
+
+    void oneLargePictureIsDecodedAtATime()
+    {
+        const PictureNeed large{200LL * 1024 * 1024, 0};
+        auto first = std::make_unique<DecodingTurn>(large);
+        std::atomic<bool> has{false};
+        std::thread other([&] {
+            const DecodingTurn second(large);
+            has = true;
+        });
+        first->setRead();
+        {
+            const DecodingTurn small({1, 0});
+        }
+        // Time for the other thread to get past its turn, which it must not.
+        QTest::qWait(50);
+        QVERIFY(!has);
+        first.reset();
+        other.join();
+        QVERIFY(has);
     }
 
     void aSilentDriveHoldsNobodyAndItsPictureComesLater()

@@ -1,18 +1,16 @@
 #include "canvas/ImageCanvas.h"
 
+#include "canvas/CanvasStrokes.h"
 #include "canvas/OSDProcessor.h"
+#include "canvas/PointerEvents.h"
 #include "canvas/StartPicture.h"
 #include "canvas/TextEditor.h"
 #include "canvas/ToolPointer.h"
 #include "canvas/model/ShotSaver.h"
 #include "diagnostics/TerminalLines.h"
 
-#include <QClipboard>
 #include <QFileInfo>
-#include <QGuiApplication>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QPixmap>
 #include <QTextDocument>
 #include <QThread>
 
@@ -52,7 +50,16 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     connect(m_text.editor(), &TextEditor::redoAvailable, this, &ImageCanvas::announceHistory);
     connect(m_text.editor(), &TextEditor::textChanged, this, &ImageCanvas::typedTextChanged);
 
-    new ToolPointer(this);
+    m_strokes = std::make_unique<CanvasStrokes>(*this, m_model);
+    m_pointer = new ToolPointer(this, m_strokes.get());
+    connect(m_strokes.get(), &CanvasStrokes::drawn, this, &ImageCanvas::showStroke);
+    connect(m_strokes.get(), &CanvasStrokes::historyTouched, this, &ImageCanvas::announceHistory);
+    connect(m_strokes.get(), &CanvasStrokes::clipDone, this, &ImageCanvas::clipDone);
+    connect(m_strokes.get(), &CanvasStrokes::textPlaced, this, &ImageCanvas::openTextEditor);
+    connect(m_strokes.get(), &CanvasStrokes::zoomed, this, [this](bool in) {
+        if (m_osd)
+            in ? m_osd->osdZoomIn() : m_osd->osdZoomOut();
+    });
     if (const FramePtr picture = startPicture())
         m_model.take(picture);
 }
@@ -253,7 +260,7 @@ void ImageCanvas::undo()
     if (m_text.isOpen())
         m_text.editor()->undo();
     else if (m_model.undo())
-        requestStroke();
+        showStroke();
     announceHistory();
 }
 
@@ -262,7 +269,7 @@ void ImageCanvas::redo()
     if (m_text.isOpen())
         m_text.editor()->redo();
     else if (m_model.redo())
-        requestStroke();
+        showStroke();
     announceHistory();
 }
 
@@ -277,62 +284,54 @@ void ImageCanvas::announceHistory()
     emit historyChanged();
 }
 
+void ImageCanvas::showStroke()
+{
+    if (!m_strokeTimer.isActive() && m_model.msSinceFrame() >= REFRESH_INTERVAL_MS)
+        m_strokeTimer.start();
+    announceHistory();
+}
+
+void ImageCanvas::setPenPressure(bool on)
+{
+    m_strokes->setPressure(on);
+}
+
+bool ImageCanvas::takePointer(QEvent *event)
+{
+    const bool taken = m_strokes->take(event);
+    m_pointer->show();
+    return taken;
+}
+
+bool ImageCanvas::event(QEvent *event)
+{
+    return PointerEvents::isOfFingers(*event) ? takePointer(event) : QWidget::event(event);
+}
+
 void ImageCanvas::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() != Qt::LeftButton)
-        return;
-    m_model.press(m_mouseMode, event->localPos().toPoint(), size());
-    announceHistory();
+    takePointer(event);
 }
 
 void ImageCanvas::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!event->buttons().testFlag(Qt::LeftButton)) {
-        // The release went to another window, such as a dialog that opened under the pointer.
-        m_model.release();
-        announceHistory();
-        return;
-    }
-    m_model.move(m_mouseMode, event->localPos().toPoint(), size(),
-                 {penColor, penWidth, fillEnabled, fillColor});
-    requestStroke();
-    announceHistory();
-}
-
-void ImageCanvas::requestStroke()
-{
-    if (!m_strokeTimer.isActive() && m_model.msSinceFrame() >= REFRESH_INTERVAL_MS)
-        m_strokeTimer.start();
+    takePointer(event);
 }
 
 void ImageCanvas::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
-        endDrag(event->localPos().toPoint());
+    takePointer(event);
 }
 
-void ImageCanvas::endDrag(QPoint widgetPoint)
+void ImageCanvas::tabletEvent(QTabletEvent *event)
 {
-    const std::optional<QRect> selection = m_model.release();
-    if (!selection)
-        return;
-    announceHistory();
-    if (m_mouseMode == Clip)
-        copyClip(*selection);
-    else if (m_mouseMode == Text)
-        openTextEditor(widgetPoint);
+    takePointer(event);
 }
 
-void ImageCanvas::copyClip(const QRect &selection)
+void ImageCanvas::wheelEvent(QWheelEvent *event)
 {
-    const QImage part = m_model.part(selection);
-    if (part.isNull())
-        return;
-    // The clipboard emits its signal at once, and its receivers may call the canvas.
-    QGuiApplication::clipboard()->setPixmap(QPixmap::fromImage(part));
-    emit clipDone();
+    takePointer(event);
 }
-
 void ImageCanvas::openTextEditor(QPoint widgetPoint)
 {
     if (m_text.isOpen()) {

@@ -20,9 +20,12 @@
 
 #include <atomic>
 #include <limits>
+#include <memory>
 #include <optional>
 
+class CanvasStrokes;
 class OSDProcessor;
+class ToolPointer;
 
 /// The widget that shows the picture. It hands frames to its model, paints and saves the picture
 /// that is made from them, writes it back to the caller, and turns mouse events into drawing.
@@ -114,6 +117,8 @@ public:
     void setMouseMode(MouseMode mode);
     [[nodiscard]] MouseMode mouseMode() const { return m_mouseMode; }
     void clearPainting();
+    /// Whether the pressure of a pen makes freehand lines thinner; off at first.
+    void setPenPressure(bool on);
     /// The format acts on the selection of a text that is being edited, or on what is typed next.
     void setTextColor(const QColor &color) { m_text.setColor(color); }
     void setFontFace(const QString &face) { m_text.setFontFace(face); }
@@ -183,7 +188,10 @@ signals:
     void snapshotFailed(const QString &path, const QString &reason);
 
 protected:
-    // The left button drives the tools, also when a pen or a finger stands for it.
+    // Mice, pens, fingers and wheels all go one way; see PointerInput.
+    bool event(QEvent *event) override;
+    void tabletEvent(QTabletEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -197,16 +205,16 @@ private slots:
     void keepSnapshotFailure(const QString &path, const QString &reason);
     void updatePosted();
     void announceHistory();
+    /// Shows what has changed on a standing picture; a source in motion does so with its next
+    /// frame.
+    void showStroke();
+    void openTextEditor(QPoint widgetPoint);
 
 private:
     void save(const CanvasModel::Shot &shot);
     void reportSnapshotFailure(const QString &path, const QString &reason);
     void requestRepaint();
-    /// Shows what was drawn on a standing picture; a source in motion does so with its next frame.
-    void requestStroke();
-    void endDrag(QPoint widgetPoint);
-    void copyClip(const QRect &selection);
-    void openTextEditor(QPoint widgetPoint);
+    bool takePointer(QEvent *event);
 
     CanvasModel m_model{*this};
     /// Written by any thread.
@@ -224,6 +232,8 @@ private:
     QColor m_boardColor = Qt::white;
     MouseMode m_mouseMode = Hand;
     TextAnnotation m_text;
+    std::unique_ptr<CanvasStrokes> m_strokes;
+    ToolPointer *m_pointer;
     /// What historyChanged() has reported last.
     bool m_canUndo = false;
     bool m_canRedo = false;

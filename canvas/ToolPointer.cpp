@@ -1,43 +1,24 @@
 #include "canvas/ToolPointer.h"
 
+#include "canvas/CanvasStrokes.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/drawing/AnnotationShapes.h"
 
-#include <QMouseEvent>
+#include <QEvent>
 
-ToolPointer::ToolPointer(ImageCanvas *canvas)
+ToolPointer::ToolPointer(ImageCanvas *canvas, const CanvasStrokes *strokes)
     : QObject(canvas)
     , m_canvas(canvas)
+    , m_strokes(strokes)
 {
     canvas->installEventFilter(this);
 }
 
 bool ToolPointer::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != m_canvas)
-        return false;
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease:
-        setDragging(static_cast<QMouseEvent *>(event)->buttons().testFlag(Qt::LeftButton));
-        break;
-    case QEvent::Enter:
-    case QEvent::Paint:
+    if (watched == m_canvas && (event->type() == QEvent::Enter || event->type() == QEvent::Paint))
         show();
-        break;
-    default:
-        break;
-    }
     return false;
-}
-
-void ToolPointer::setDragging(bool dragging)
-{
-    if (m_dragging == dragging)
-        return;
-    m_dragging = dragging;
-    show();
 }
 
 void ToolPointer::show()
@@ -45,9 +26,9 @@ void ToolPointer::show()
     const double scale =
         m_canvas->zoomScale() * ViewGeometry::fit(m_canvas->pictureSize(), m_canvas->size()).factor;
     const int eraserEdge = AnnotationShapes::eraserSquare({0, 0}, m_canvas->penWidth).width();
-    const ToolCursor cursor{
-        m_canvas->mouseMode(), m_canvas->penColor, m_canvas->penWidth * scale,
-        eraserEdge * scale,    m_dragging,         m_canvas->devicePixelRatioF()};
+    const ToolCursor cursor{m_strokes->mode(),          m_canvas->penColor,
+                            m_canvas->penWidth * scale, eraserEdge * scale,
+                            m_strokes->isRunning(),     m_canvas->devicePixelRatioF()};
     if (m_shown == cursor)
         return;
     m_shown = cursor;

@@ -76,7 +76,7 @@ std::vector<Row> panelRows()
             .lasts(SLOT(zoomInStart()), SLOT(zoomInStop()))
             .on({Qt::Key_Plus, Qt::SHIFT | Qt::Key_Plus, Qt::Key_Equal}),
         Row(C::ZoomReset, A, "ICON_ZOOM_RESET", QT_TRANSLATE_NOOP("MainWindow", "Reset zoom"))
-            .clicks(SLOT(zoomReset())),
+            .clicks(SLOT(zoomReset())).on({Qt::CTRL | Qt::Key_0}),
         Row(C::AutoFocus, A, "ICON_AUTOFOCUS", QT_TRANSLATE_NOOP("MainWindow", "Auto focus"))
             .clicks(SLOT(autoFocus())).in(LIVE).on({Qt::CTRL | Qt::Key_F}),
         Row(C::BrightnessDown, A, "ICON_BRIGHTNESS_REDUCE", QT_TRANSLATE_NOOP("MainWindow", "Brightness down"))

@@ -14,7 +14,11 @@ PopupCloser::PopupCloser(Popups *popups, QWidget *canvas)
 
 bool PopupCloser::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == parent() && event->type() == QEvent::MouseButtonPress)
+    // A pen or a finger on the canvas makes no mouse event.
+    const bool isPress = event->type() == QEvent::MouseButtonPress ||
+                         event->type() == QEvent::TabletPress ||
+                         event->type() == QEvent::TouchBegin;
+    if (watched == parent() && isPress)
         m_popups->closeAny();
     return false;
 }

@@ -139,7 +139,7 @@ void DragTool::drawFreehand(const Stroke &piece, const ShapeStyle &style, Annota
         m_freehand.clear();
         m_freehandBase = layer.shapeBase();
     }
-    const Ink ink(style.penColor, style.penWidth);
+    const Ink ink(style.penColor, style.penWidth, style.widthFactor);
     const QRect part = m_freehand.add(piece.from, piece.to, ink) & layer.rect();
     if (part.isEmpty())
         return;

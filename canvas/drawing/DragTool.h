@@ -29,6 +29,8 @@ public:
         int penWidth = 3;
         bool fillEnabled = false;
         QColor fillColor = Qt::black;
+        /// What the width of a freehand line is multiplied by.
+        double widthFactor = 1.0;
     };
 
     void press(CanvasModes::MouseMode mode, QPoint picturePoint, AnnotationLayer &layer);

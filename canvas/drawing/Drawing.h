@@ -39,6 +39,8 @@ public:
               ViewGeometry &view);
     /// Ends the drag. Returns the clip selection, invalid when there is none.
     QRect release();
+    /// Ends the drag and takes back what it has drawn; that was no step.
+    void cancel() { m_tool.cancel(m_layer); }
     [[nodiscard]] bool dragging() const { return m_tool.dragging(); }
     /// The clip selection while it is dragged; null at other times.
     [[nodiscard]] QRect clipRectangle() const { return m_tool.clipRectangle(); }

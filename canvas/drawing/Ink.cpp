@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-Ink::Ink(const QColor &color, int width)
+Ink::Ink(const QColor &color, int width, double factor)
     : m_pen(color)
 {
     // A width of 0 would make the line hold its width at every zoom; the default is wanted.
@@ -14,6 +14,8 @@ Ink::Ink(const QColor &color, int width)
         m_pen.setWidth(width);
     if (width <= 1)
         return;
+    if (factor < 1.0)
+        m_pen.setWidthF(std::max(width * factor, 1.0));
     m_pen.setCapStyle(Qt::RoundCap);
     m_pen.setJoinStyle(Qt::RoundJoin);
     m_shift = width % 2 != 0 ? 0.5 : 0.0;
@@ -43,6 +45,11 @@ QRect FreehandStroke::add(QPoint from, QPoint to, const Ink &ink)
 void FreehandStroke::paint(QPainter &painter, const QRect &part) const
 {
     for (std::size_t first = 0; first < m_pieces.size();) {
+        // A line of changing width is made of many inks, and few of them lie in the part.
+        if (!m_pieces[first].cover.intersects(part)) {
+            ++first;
+            continue;
+        }
         const Ink &ink = m_pieces[first].ink;
         QPainterPath line;
         painter.save();

@@ -14,8 +14,9 @@ class QPainter;
 class Ink
 {
 public:
-    /// A width of 1 or less draws lines 1 wide, not smoothed.
-    Ink(const QColor &color, int width);
+    /// A width of 1 or less draws lines 1 wide, not smoothed. `factor` makes a wider line thinner
+    /// where it stands, down to 1.
+    Ink(const QColor &color, int width, double factor = 1.0);
 
     [[nodiscard]] const QPen &pen() const { return m_pen; }
     [[nodiscard]] bool isSmooth() const { return m_smooth; }

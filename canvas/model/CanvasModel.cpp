@@ -45,6 +45,11 @@ QPoint CanvasModel::State::picturePoint(QPoint widgetPoint, QSize widgetSize) co
     return ViewGeometry::picturePoint(widgetPoint, picture.size(), widgetSize);
 }
 
+QPointF CanvasModel::State::exactPicturePoint(QPointF widgetPoint, QSize widgetSize) const
+{
+    return ViewGeometry::exactPicturePoint(widgetPoint, picture.size(), widgetSize);
+}
+
 void CanvasModel::State::publishTo(Published &published) const
 {
     const QSize frame = view.frameSize();
@@ -204,6 +209,29 @@ void CanvasModel::setViewport(QPoint corner)
     m_state.view.setViewport(corner.x(), corner.y());
 }
 
+void CanvasModel::zoomSteps(int steps, QPointF widgetPoint, QSize widgetSize)
+{
+    const Lock lock(m_mutex);
+    m_state.view.zoomStepsAbout(m_state.exactPicturePoint(widgetPoint, widgetSize), steps);
+    m_state.publishTo(m_published);
+}
+
+void CanvasModel::gripView(QPointF widgetPoint, QSize widgetSize)
+{
+    const Lock lock(m_mutex);
+    m_state.grippedPoint =
+        m_state.view.rotatedPoint(m_state.exactPicturePoint(widgetPoint, widgetSize));
+    m_state.grippedScale = m_state.view.scale();
+}
+
+void CanvasModel::moveView(QPointF widgetPoint, double factor, QSize widgetSize)
+{
+    const Lock lock(m_mutex);
+    m_state.view.place(m_state.grippedPoint, m_state.exactPicturePoint(widgetPoint, widgetSize),
+                       m_state.grippedScale * factor);
+    m_state.publishTo(m_published);
+}
+
 void CanvasModel::refit()
 {
     const Lock lock(m_mutex);
@@ -246,6 +274,15 @@ std::optional<QRect> CanvasModel::release()
     const QRect selection = m_state.drawing.release();
     m_state.publishTo(m_published);
     return selection;
+}
+
+void CanvasModel::cancel()
+{
+    const Lock lock(m_mutex);
+    if (!m_state.drawing.dragging())
+        return;
+    m_state.drawing.cancel();
+    m_state.publishTo(m_published);
 }
 
 QRect CanvasModel::clipRectangle() const

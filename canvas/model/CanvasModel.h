@@ -82,6 +82,13 @@ public:
     void zoomOut();
     void zoomReset();
     void setViewport(QPoint corner);
+    // In the coordinates of a widget of the size that goes with the point.
+    /// Whole zoom steps about a point, inwards above 0.
+    void zoomSteps(int steps, QPointF widgetPoint, QSize widgetSize);
+    /// Notes what is seen at that point, and at what scale, for moveView().
+    void gripView(QPointF widgetPoint, QSize widgetSize);
+    /// Brings that there, at so many times the noted scale.
+    void moveView(QPointF widgetPoint, double factor, QSize widgetSize);
     void refit();
     /// Turns the view, and with it the drawing, by a quarter.
     void turn(bool clockwise);
@@ -93,6 +100,8 @@ public:
     /// Ends the drag. Returns the clip selection in processed-picture coordinates, invalid when
     /// there is none; nothing when no drag was under way.
     std::optional<QRect> release();
+    /// Ends the drag, if one is under way, and takes back what it has drawn.
+    void cancel();
     /// The clip selection in processed-picture coordinates, null when there is none.
     [[nodiscard]] QRect clipRectangle() const;
     [[nodiscard]] QRectF clippingRect(QSize widgetSize) const;
@@ -130,6 +139,9 @@ private:
         std::shared_ptr<OutputFolder> armedFolder;
         /// The size of the last picture that was not empty, in output pixels.
         QSize lastTransformedSize;
+        /// What the fingers hold, in rotated-picture coordinates, and the scale when they took it.
+        QPointF grippedPoint;
+        double grippedScale = 1.0;
 
         /// Whether the standing frame is kept. The freeze button may be pressed at any moment, so
         /// this is asked once a frame.
@@ -138,6 +150,7 @@ private:
         [[nodiscard]] bool renewPicture(const PictureSettings &settings);
         [[nodiscard]] Shot dueShot(std::int64_t nowMs) const;
         [[nodiscard]] QPoint picturePoint(QPoint widgetPoint, QSize widgetSize) const;
+        [[nodiscard]] QPointF exactPicturePoint(QPointF widgetPoint, QSize widgetSize) const;
         void publishTo(Published &published) const;
     };
 

@@ -102,7 +102,7 @@ bool ViewGeometry::zoomIn()
     if (m_scale + 1.0 > LARGEST_SCALE)
         return false;
     const QPointF centre = centerPoint();
-    m_scale = std::max(minimumScale(), static_cast<double>(truncated(m_scale + 1.0)));
+    m_scale = stepped(true);
     centreOn(centre);
     return true;
 }
@@ -110,7 +110,7 @@ bool ViewGeometry::zoomIn()
 void ViewGeometry::zoomOut()
 {
     const QPointF centre = centerPoint();
-    m_scale = std::max(minimumScale(), static_cast<double>(truncated(m_scale / 1.1)));
+    m_scale = stepped(false);
     centreOn(centre);
 }
 
@@ -119,6 +119,49 @@ void ViewGeometry::zoomReset()
     const QPointF centre = centerPoint();
     m_scale = minimumScale();
     centreOn(centre);
+}
+
+void ViewGeometry::zoomAbout(QPointF processedPoint, double scale)
+{
+    place(rotatedPoint(processedPoint), processedPoint, scale);
+}
+
+void ViewGeometry::zoomStepsAbout(QPointF processedPoint, int steps)
+{
+    // One by one, as a step depends on the scale that the one before has left. The point is kept
+    // over all of them: each placing rounds.
+    const QPointF kept = rotatedPoint(processedPoint);
+    for (; steps > 0 && m_scale < LARGEST_SCALE; --steps)
+        place(kept, processedPoint, stepped(true));
+    for (; steps < 0 && m_scale > minimumScale(); ++steps)
+        place(kept, processedPoint, stepped(false));
+}
+
+void ViewGeometry::place(QPointF rotatedPoint, QPointF processedPoint, double scale)
+{
+    if (isEmpty() || std::isnan(scale))
+        return;
+    m_scale = std::clamp(scale, minimumScale(), LARGEST_SCALE);
+    const QPointF corner = rotatedPoint * m_scale - processedPoint + bars();
+    setViewport(truncated(std::round(corner.x())), truncated(std::round(corner.y())));
+}
+
+QPointF ViewGeometry::rotatedPoint(QPointF processedPoint) const
+{
+    return isEmpty() ? QPointF() : (processedPoint + m_offset - bars()) / m_scale;
+}
+
+double ViewGeometry::stepped(bool in) const
+{
+    const int scale = truncated(in ? m_scale + 1.0 : m_scale / 1.1);
+    return std::max(minimumScale(), static_cast<double>(scale));
+}
+
+QPointF ViewGeometry::bars() const
+{
+    const QSize rotated = rotatedSize();
+    return {std::max((m_frame.width() - rotated.width() * m_scale) * 0.5, 0.0),
+            std::max((m_frame.height() - rotated.height() * m_scale) * 0.5, 0.0)};
 }
 
 void ViewGeometry::setViewport(int x, int y)
@@ -174,11 +217,17 @@ ViewGeometry::Fit ViewGeometry::fit(QSize picture, QSize widget)
 
 QPoint ViewGeometry::picturePoint(QPoint widgetPoint, QSize picture, QSize widget)
 {
+    const QPointF exact = exactPicturePoint(widgetPoint, picture, widget);
+    return {truncated(exact.x()), truncated(exact.y())};
+}
+
+QPointF ViewGeometry::exactPicturePoint(QPointF widgetPoint, QSize picture, QSize widget)
+{
     const Fit fitted = fit(picture, widget);
     if (!(fitted.factor > 0.0))
         return {};
-    return {truncated((widgetPoint.x() - fitted.margin.x()) / fitted.factor),
-            truncated((widgetPoint.y() - fitted.margin.y()) / fitted.factor)};
+    return {(widgetPoint.x() - fitted.margin.x()) / fitted.factor,
+            (widgetPoint.y() - fitted.margin.y()) / fitted.factor};
 }
 
 QRectF ViewGeometry::widgetRectangle(const QRect &picturePart, QSize picture, QSize widget)

@@ -62,6 +62,16 @@ public:
     bool zoomIn();
     void zoomOut();
     void zoomReset();
+    /// Scales to between the fitting and the largest scale. What is seen at that point of the
+    /// processed picture stays there, as far as the picture reaches.
+    void zoomAbout(QPointF processedPoint, double scale);
+    /// As many steps of zoomIn(), or of zoomOut() below 0, about a point of the processed picture.
+    void zoomStepsAbout(QPointF processedPoint, int steps);
+    /// Brings a point of the rotated picture under one of the processed picture, at that scale,
+    /// within the limits of zoomAbout().
+    void place(QPointF rotatedPoint, QPointF processedPoint, double scale);
+    /// The point of the rotated picture that is seen at one of the processed picture.
+    [[nodiscard]] QPointF rotatedPoint(QPointF processedPoint) const;
     /// Moves the view's top left corner, in output pixels, as far as the picture reaches.
     void setViewport(int x, int y);
     void turn(bool clockwise);
@@ -70,6 +80,9 @@ public:
     [[nodiscard]] static Fit fit(QSize picture, QSize widget);
     /// Widget coordinates to processed-picture coordinates, truncated toward zero.
     [[nodiscard]] static QPoint picturePoint(QPoint widgetPoint, QSize picture, QSize widget);
+    /// The same between the pixels, not truncated.
+    [[nodiscard]] static QPointF exactPicturePoint(QPointF widgetPoint, QSize picture,
+                                                   QSize widget);
     /// A rectangle of the processed picture in widget coordinates.
     [[nodiscard]] static QRectF widgetRectangle(const QRect &picturePart, QSize picture,
                                                 QSize widget);
@@ -83,6 +96,10 @@ public:
 
 private:
     void centreOn(QPointF centre);
+    /// The scale after one step in or out.
+    [[nodiscard]] double stepped(bool in) const;
+    /// The black bars left and above, in output pixels.
+    [[nodiscard]] QPointF bars() const;
 
     QSize m_frame{-1, -1};
     int m_rotation = 0;

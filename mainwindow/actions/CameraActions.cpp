@@ -72,8 +72,8 @@ void CameraActions::zoomReset()
     m_popups->closeAny();
     if (m_deck->onLive())
         m_camera->zoomReset();
-    else
-        m_deck->current()->zoomReset();
+    // The wheel and fingers zoom the live canvas too.
+    m_deck->current()->zoomReset();
     m_deck->indications()->osdZoomIn();
 }
 

@@ -91,6 +91,12 @@ void CameraActionsTest::zoomIsTheCamerasOnTheLiveCanvasAlone()
     QVERIFY(scene.camera.written.contains(CameraParameter::ZOOM_IN_KEY));
     QCOMPARE(scene.deck.current()->zoomScale(), scene.deck.current()->minimumScale());
     scene.actions.zoomInStop();
+    // The wheel has zoomed the canvas: a reset undoes that too.
+    scene.deck.current()->zoom({640, 360}, 3);
+    scene.camera.written.clear();
+    scene.actions.zoomReset();
+    QVERIFY(!scene.camera.written.isEmpty());
+    QCOMPARE(scene.deck.current()->zoomScale(), scene.deck.current()->minimumScale());
 
     scene.deck.setMode(Modes::Film);
     scene.camera.written.clear();

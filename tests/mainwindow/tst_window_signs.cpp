@@ -5,6 +5,7 @@
 #include "mainwindow/RecordingSign.h"
 
 #include "tests/TestProgram.h"
+#include "tests/canvas/CanvasPointers.h"
 #include "widgets/HorizontalSlider.h"
 
 #include <QComboBox>
@@ -101,6 +102,7 @@ private slots:
     void nothingOfItIsInThePicture();
     void aRecordingIsSeenOnTheTabAndInTheTitle();
     void aPressOnTheCanvasClosesThePopUp();
+    void aPenAndAFingerCloseThePopUpToo();
     void everySliderHasATip();
     void aTipCoversNoNeighbour();
 };
@@ -204,6 +206,21 @@ void WindowSignsTest::aPressOnTheCanvasClosesThePopUp()
     const QImage start =
         QImage(":/icons/Background/MAIN_WINDOWS.png").convertToFormat(QImage::Format_RGB888);
     QVERIFY(canvas->currentImage() != start);
+}
+
+void WindowSignsTest::aPenAndAFingerCloseThePopUpToo()
+{
+    MainWindow window;
+    window.show();
+    window.lineHold();
+    QVERIFY(window.currentToolWindow() != nullptr);
+    CanvasPointers::pen(*window.currentCanvas(), QEvent::TabletPress, {300, 300});
+    QVERIFY(window.currentToolWindow() == nullptr);
+    CanvasPointers::pen(*window.currentCanvas(), QEvent::TabletRelease, {300, 300});
+    window.lineHold();
+    QVERIFY(window.currentToolWindow() != nullptr);
+    CanvasPointers::Hand(*window.currentCanvas()).press(0, {300, 300}, 5000);
+    QVERIFY(window.currentToolWindow() == nullptr);
 }
 
 void WindowSignsTest::everySliderHasATip()

@@ -254,6 +254,96 @@ private slots:
         QCOMPARE(ViewGeometry::widgetRectangle(part, {1280, 720}, {1000, 1000}),
                  QRectF(100, 269, 100, 100));
     }
+
+    void zoomingAboutAPointKeepsWhatIsSeenThere_data()
+    {
+        QTest::addColumn<QSize>("frame");
+        QTest::addColumn<int>("turns");
+        for (const QSize frame : {QSize(1280, 720), QSize(1024, 768), QSize(300, 400)}) {
+            for (int turns = 0; turns < 4; ++turns)
+                QTest::addRow("%dx%d %d", frame.width(), frame.height(), turns) << frame << turns;
+        }
+    }
+
+    void zoomingAboutAPointKeepsWhatIsSeenThere()
+    {
+        QFETCH(QSize, frame);
+        QFETCH(int, turns);
+        ViewGeometry view = turned(viewOf(frame), turns);
+        // Two places that stay inside at each of these scales.
+        view.zoomAbout({frame.width() / 2.0, frame.height() / 2.0}, 3.0);
+        for (const QPointF part : {QPointF(0.4, 0.55), QPointF(0.5, 0.5)}) {
+            const QPointF point(frame.width() * part.x(), frame.height() * part.y());
+            for (const double scale : {3.7, 6.0, 2.2, 5.51, 3.0}) {
+                const QPointF before = view.rotatedPoint(point);
+                view.zoomAbout(point, scale);
+                QCOMPARE(view.scale(), scale);
+                // Offsets are whole output pixels, and the view ends a pixel before the picture.
+                const QPointF way = (view.rotatedPoint(point) - before) * scale;
+                const double most = turns % 2 == 0 ? 0.51 : 1.01;
+                QVERIFY2(std::abs(way.x()) <= most && std::abs(way.y()) <= most,
+                         qPrintable(QString("%1: %2, %3").arg(scale).arg(way.x()).arg(way.y())));
+            }
+        }
+    }
+
+    void aPlaceIsFoundAgainHoweverManyStepsLieBetween()
+    {
+        ViewGeometry view = viewOf({1280, 720});
+        view.zoomAbout({640, 360}, 2.0);
+        const QPointF held = view.rotatedPoint({640, 360});
+        for (int i = 0; i <= 1000; ++i)
+            view.place(held, {640.0 + i % 7, 360.0 - i % 5}, 2.0 + i * 0.003);
+        const QPointF way = view.rotatedPoint({640.0 + 1000 % 7, 360.0 - 1000 % 5}) - held;
+        QVERIFY(std::abs(way.x()) <= 0.2 && std::abs(way.y()) <= 0.2);
+    }
+
+    void zoomingAboutAPointStaysWithinTheScalesAndThePicture()
+    {
+        constexpr double endless = std::numeric_limits<double>::infinity();
+        ViewGeometry view = viewOf({1280, 720});
+        view.zoomAbout({0, 0}, endless);
+        QCOMPARE(view.scale(), 6.0);
+        QCOMPARE(view.offset(), QPoint(0, 0));
+        view.zoomAbout({1e300, -1e300}, 4.0);
+        QCOMPARE(view.scale(), 4.0);
+        QVERIFY(view.visibleRectangle().isValid());
+        const ViewGeometry before = view;
+        view.zoomAbout({640, 360}, std::nan(""));
+        QVERIFY(view == before);
+        view.zoomAbout({640, 360}, -3.0);
+        QVERIFY(view == viewOf({1280, 720}));
+        ViewGeometry upright = turned(view, 1);
+        upright.zoomAbout({640, 360}, 0.0);
+        QCOMPARE(upright.scale(), 0.5625);
+        ViewGeometry none;
+        none.zoomAbout({1, 1}, 3.0);
+        none.zoomStepsAbout({1, 1}, 3);
+        QVERIFY(none == ViewGeometry());
+        QCOMPARE(none.rotatedPoint({5, 5}), QPointF());
+    }
+
+    void zoomsByWholeStepsAboutAPoint()
+    {
+        ViewGeometry view = viewOf({1280, 720});
+        view.zoomStepsAbout({960, 180}, 2);
+        QCOMPARE(view.scale(), 3.0);
+        QCOMPARE(view.offset(), QPoint(1920, 360));
+        view.zoomAbout({960, 180}, 5.5);
+        view.zoomStepsAbout({960, 180}, 1);
+        QCOMPARE(view.scale(), 6.0);
+        view.zoomStepsAbout({960, 180}, 1000000000);
+        QCOMPARE(view.scale(), 6.0);
+        view.zoomAbout({960, 180}, 2.9);
+        view.zoomStepsAbout({960, 180}, -1);
+        QCOMPARE(view.scale(), 2.0);
+        view.zoomStepsAbout({960, 180}, -1000000000);
+        QVERIFY(view == viewOf({1280, 720}));
+        // A turned picture steps from its fitting scale to whole ones.
+        ViewGeometry upright = turned(view, 1);
+        upright.zoomStepsAbout({640, 360}, 1);
+        QCOMPARE(upright.scale(), 1.0);
+    }
 };
 
 REGISTER_PLAIN_TEST(ViewGeometryTest)

@@ -5,6 +5,7 @@
 #include "mainwindow/Announcer.h"
 #include "mainwindow/EmptyScreen.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/PenPressure.h"
 #include "mainwindow/PopupCloser.h"
 #include "mainwindow/PulledScreens.h"
 #include "mainwindow/RecordingSign.h"
@@ -312,6 +313,7 @@ void MainWindow::start()
     expand();
     qApp->installEventFilter(this);
     createKeyBindings();
+    PenPressure::apply(*m_deck);
     showPresentation();
 }
 

@@ -11,6 +11,8 @@ const std::vector<Pages::Page> &Pages::all()
         {Id::Presentation, QT_TRANSLATE_NOOP("MoreToolWindow", "Presentation"),
          makePresentationPage},
         {Id::Keys, QT_TRANSLATE_NOOP("MoreToolWindow", "Keys"), makeKeysPage},
+        // Last: the page that was chosen last is kept by its number.
+        {Id::Pen, QT_TRANSLATE_NOOP("MoreToolWindow", "Pen and fingers"), makePenPage},
     };
     return pages;
 }

@@ -14,7 +14,7 @@ class QWidget;
 namespace Pages
 {
 
-enum class Id { Camera, Recording, Presentation, Keys };
+enum class Id { Camera, Recording, Presentation, Keys, Pen };
 
 /// The objects that the pages report on; all outlive the pop-up.
 struct Context {
@@ -39,6 +39,7 @@ struct Page {
 [[nodiscard]] QWidget *makeRecordingPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makePresentationPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makeKeysPage(const Context &context, QWidget *parent);
+[[nodiscard]] QWidget *makePenPage(const Context &context, QWidget *parent);
 
 /// A row of a page with two columns: a name and its value.
 struct Line {

@@ -651,6 +651,54 @@
         <source>Show where the pointer is</source>
         <translation>Zeiger anzeigen</translation>
     </message>
+    <message>
+        <source>Pen and fingers</source>
+        <translation>Stift und Finger</translation>
+    </message>
+    <message>
+        <source>Move and zoom</source>
+        <translation>Verschieben und zoomen</translation>
+    </message>
+    <message>
+        <source>two fingers</source>
+        <translation>zwei Finger</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>wheel of the mouse</source>
+        <translation>Mausrad</translation>
+    </message>
+    <message>
+        <source>tap with two fingers</source>
+        <translation>mit zwei Fingern tippen</translation>
+    </message>
+    <message>
+        <source>tap with three fingers</source>
+        <translation>mit drei Fingern tippen</translation>
+    </message>
+    <message>
+        <source>lower button of the pen, middle mouse button</source>
+        <translation>untere Taste des Stifts, mittlere Maustaste</translation>
+    </message>
+    <message>
+        <source>upper button or other end of the pen</source>
+        <translation>obere Taste oder anderes Ende des Stifts</translation>
+    </message>
+    <message>
+        <source>Options of a tool</source>
+        <translation>Optionen eines Werkzeugs</translation>
+    </message>
+    <message>
+        <source>hold its button</source>
+        <translation>seine Schaltfläche gedrückt halten</translation>
+    </message>
+    <message>
+        <source>Press the pen harder to draw wider</source>
+        <translation>Stärkerer Druck zeichnet breiter</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -651,6 +651,54 @@
         <source>Show where the pointer is</source>
         <translation>Mostrar el puntero</translation>
     </message>
+    <message>
+        <source>Pen and fingers</source>
+        <translation>Lápiz y dedos</translation>
+    </message>
+    <message>
+        <source>Move and zoom</source>
+        <translation>Mover y ampliar</translation>
+    </message>
+    <message>
+        <source>two fingers</source>
+        <translation>dos dedos</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>wheel of the mouse</source>
+        <translation>rueda del ratón</translation>
+    </message>
+    <message>
+        <source>tap with two fingers</source>
+        <translation>toque con dos dedos</translation>
+    </message>
+    <message>
+        <source>tap with three fingers</source>
+        <translation>toque con tres dedos</translation>
+    </message>
+    <message>
+        <source>lower button of the pen, middle mouse button</source>
+        <translation>botón inferior del lápiz, botón central del ratón</translation>
+    </message>
+    <message>
+        <source>upper button or other end of the pen</source>
+        <translation>botón superior u otro extremo del lápiz</translation>
+    </message>
+    <message>
+        <source>Options of a tool</source>
+        <translation>Opciones de una herramienta</translation>
+    </message>
+    <message>
+        <source>hold its button</source>
+        <translation>mantener pulsado su botón</translation>
+    </message>
+    <message>
+        <source>Press the pen harder to draw wider</source>
+        <translation>Más presión, trazo más ancho</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -651,6 +651,54 @@
         <source>Show where the pointer is</source>
         <translation>Montrer le pointeur</translation>
     </message>
+    <message>
+        <source>Pen and fingers</source>
+        <translation>Stylet et doigts</translation>
+    </message>
+    <message>
+        <source>Move and zoom</source>
+        <translation>Déplacer et zoomer</translation>
+    </message>
+    <message>
+        <source>two fingers</source>
+        <translation>deux doigts</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>wheel of the mouse</source>
+        <translation>molette de la souris</translation>
+    </message>
+    <message>
+        <source>tap with two fingers</source>
+        <translation>toucher avec deux doigts</translation>
+    </message>
+    <message>
+        <source>tap with three fingers</source>
+        <translation>toucher avec trois doigts</translation>
+    </message>
+    <message>
+        <source>lower button of the pen, middle mouse button</source>
+        <translation>bouton inférieur du stylet, bouton central de la souris</translation>
+    </message>
+    <message>
+        <source>upper button or other end of the pen</source>
+        <translation>bouton supérieur ou autre extrémité du stylet</translation>
+    </message>
+    <message>
+        <source>Options of a tool</source>
+        <translation>Options d’un outil</translation>
+    </message>
+    <message>
+        <source>hold its button</source>
+        <translation>maintenir son bouton enfoncé</translation>
+    </message>
+    <message>
+        <source>Press the pen harder to draw wider</source>
+        <translation>Appuyer plus fort élargit le trait</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -651,6 +651,54 @@
         <source>Show where the pointer is</source>
         <translation>ポインターの位置を表示</translation>
     </message>
+    <message>
+        <source>Pen and fingers</source>
+        <translation>ペンと指</translation>
+    </message>
+    <message>
+        <source>Move and zoom</source>
+        <translation>移動とズーム</translation>
+    </message>
+    <message>
+        <source>two fingers</source>
+        <translation>2 本の指</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>ズーム</translation>
+    </message>
+    <message>
+        <source>wheel of the mouse</source>
+        <translation>マウスホイール</translation>
+    </message>
+    <message>
+        <source>tap with two fingers</source>
+        <translation>2 本の指でタップ</translation>
+    </message>
+    <message>
+        <source>tap with three fingers</source>
+        <translation>3 本の指でタップ</translation>
+    </message>
+    <message>
+        <source>lower button of the pen, middle mouse button</source>
+        <translation>ペンの下ボタン、マウスの中央ボタン</translation>
+    </message>
+    <message>
+        <source>upper button or other end of the pen</source>
+        <translation>ペンの上ボタンまたは反対側の端</translation>
+    </message>
+    <message>
+        <source>Options of a tool</source>
+        <translation>ツールのオプション</translation>
+    </message>
+    <message>
+        <source>hold its button</source>
+        <translation>ボタンを長押し</translation>
+    </message>
+    <message>
+        <source>Press the pen harder to draw wider</source>
+        <translation>筆圧で線を太くする</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

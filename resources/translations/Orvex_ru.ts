@@ -651,6 +651,54 @@
         <source>Show where the pointer is</source>
         <translation>Показывать указатель</translation>
     </message>
+    <message>
+        <source>Pen and fingers</source>
+        <translation>Перо и пальцы</translation>
+    </message>
+    <message>
+        <source>Move and zoom</source>
+        <translation>Сдвиг и масштаб</translation>
+    </message>
+    <message>
+        <source>two fingers</source>
+        <translation>два пальца</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Масштаб</translation>
+    </message>
+    <message>
+        <source>wheel of the mouse</source>
+        <translation>колесо мыши</translation>
+    </message>
+    <message>
+        <source>tap with two fingers</source>
+        <translation>касание двумя пальцами</translation>
+    </message>
+    <message>
+        <source>tap with three fingers</source>
+        <translation>касание тремя пальцами</translation>
+    </message>
+    <message>
+        <source>lower button of the pen, middle mouse button</source>
+        <translation>нижняя кнопка пера, средняя кнопка мыши</translation>
+    </message>
+    <message>
+        <source>upper button or other end of the pen</source>
+        <translation>верхняя кнопка или другой конец пера</translation>
+    </message>
+    <message>
+        <source>Options of a tool</source>
+        <translation>Параметры инструмента</translation>
+    </message>
+    <message>
+        <source>hold its button</source>
+        <translation>удерживать его кнопку</translation>
+    </message>
+    <message>
+        <source>Press the pen harder to draw wider</source>
+        <translation>Сильнее нажим – шире линия</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

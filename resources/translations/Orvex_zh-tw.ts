@@ -651,6 +651,54 @@
         <source>Show where the pointer is</source>
         <translation>顯示指標位置</translation>
     </message>
+    <message>
+        <source>Pen and fingers</source>
+        <translation>筆與手指</translation>
+    </message>
+    <message>
+        <source>Move and zoom</source>
+        <translation>移動與縮放</translation>
+    </message>
+    <message>
+        <source>two fingers</source>
+        <translation>兩指</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>縮放</translation>
+    </message>
+    <message>
+        <source>wheel of the mouse</source>
+        <translation>滑鼠滾輪</translation>
+    </message>
+    <message>
+        <source>tap with two fingers</source>
+        <translation>兩指輕點</translation>
+    </message>
+    <message>
+        <source>tap with three fingers</source>
+        <translation>三指輕點</translation>
+    </message>
+    <message>
+        <source>lower button of the pen, middle mouse button</source>
+        <translation>筆的下方按鈕、滑鼠中鍵</translation>
+    </message>
+    <message>
+        <source>upper button or other end of the pen</source>
+        <translation>筆的上方按鈕或另一端</translation>
+    </message>
+    <message>
+        <source>Options of a tool</source>
+        <translation>工具選項</translation>
+    </message>
+    <message>
+        <source>hold its button</source>
+        <translation>按住其按鈕</translation>
+    </message>
+    <message>
+        <source>Press the pen harder to draw wider</source>
+        <translation>用力下筆，線條變粗</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

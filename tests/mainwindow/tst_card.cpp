@@ -2,11 +2,16 @@
 #include "mainwindow/bars/CommandCard.h"
 #include "mainwindow/pages/MoreToolWindow.h"
 
+#include "mainwindow/PenPressure.h"
 #include "mainwindow/WindowLayout.h"
+#include "settings/Preferences.h"
 
 #include "tests/TestProgram.h"
+#include "tests/canvas/CanvasPointers.h"
 #include "tests/mainwindow/HelperScene.h"
 
+#include <QCheckBox>
+#include <QFile>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -17,6 +22,12 @@ class CardTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        // The preferences are named for the program.
+        QCoreApplication::setOrganizationName("Quillmark");
+        QCoreApplication::setApplicationName("Document Camera");
+    }
     void asManyStandOnItAsFit_data();
     void asManyStandOnItAsFit();
     void whatIsCheckedStandsOnIt_data();
@@ -25,6 +36,7 @@ private slots:
     void itsButtonsStandInARowAndJoinTheOthers();
     void aHiddenButtonIsOfferedInThePopUp();
     void thePagesTellOfKeysAndFailures();
+    void thePressureOfAPenIsChosenOnItsPage();
     void theMarkIsOfTheCameraOrOfAFailure();
     void aCameraHasTimeToBeOpened();
 };
@@ -172,6 +184,52 @@ void CardTest::thePagesTellOfKeysAndFailures()
     }());
     popup->showPage(Pages::Id::Recording);
     QVERIFY2(text().contains("Not saved"), qPrintable(text()));
+}
+
+void CardTest::thePressureOfAPenIsChosenOnItsPage()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    scene.popups.setMore({&scene.deck, nullptr, nullptr}, &card);
+    const auto rowsDrawn = [&scene](double pressure) {
+        ImageCanvas *canvas = scene.deck.canvas(Modes::DrawingBoard);
+        canvas->resize(160, 120);
+        QImage paper(160, 120, QImage::Format_RGB888);
+        paper.fill(Qt::white);
+        canvas->imageCaptured(paper);
+        canvas->clearPainting();
+        canvas->setMouseMode(CanvasModes::Freehand);
+        canvas->penColor = Qt::red;
+        canvas->penWidth = 40;
+        CanvasPointers::penDrag(*canvas, {{20, 60}, {140, 60}}, {pressure, QTabletEvent::Pen, {}});
+        canvas->autoRefresh();
+        const QImage picture = canvas->currentImage();
+        int rows = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            rows += picture.pixelColor(80, y) == QColor(Qt::red) ? 1 : 0;
+        return rows;
+    };
+    PenPressure::apply(scene.deck);
+    QCOMPARE(rowsDrawn(0.5), 40);
+    QVERIFY(!QFile::exists(Preferences::fileName()));
+
+    auto *popup = qobject_cast<MoreToolWindow *>(scene.open(Command::More));
+    QVERIFY(popup);
+    popup->showPage(Pages::Id::Pen);
+    auto *pressure = popup->findChild<QCheckBox *>();
+    QVERIFY(pressure && !pressure->isChecked());
+    pressure->click();
+    QVERIFY(PenPressure::isOn());
+    // 40 (0.35 + 0.65 / 2) = 27, of which the outer two rows are mixed with the paper.
+    QCOMPARE(rowsDrawn(0.5), 26);
+    // The next program reads it.
+    HelperScene next;
+    PenPressure::apply(next.deck);
+    popup->showPage(Pages::Id::Pen);
+    QVERIFY(popup->findChild<QCheckBox *>()->isChecked());
+    popup->findChild<QCheckBox *>()->click();
+    QCOMPARE(rowsDrawn(0.5), 40);
+    QVERIFY(!PenPressure::isOn());
 }
 
 void CardTest::theMarkIsOfTheCameraOrOfAFailure()

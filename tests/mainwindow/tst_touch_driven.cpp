@@ -1,0 +1,186 @@
+#include "canvas/ImageCanvas.h"
+#include "tests/TestProgram.h"
+#include "tests/mainwindow/DrivenWindow.h"
+#include "tests/mainwindow/InputDevice.h"
+
+using namespace DrivenWindow;
+
+/// What a teacher does with a touch screen and a pen to a window on a real display server.
+class TouchDrivenTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase() { m_window.reset(); }
+    void aFingerChoosesATool();
+    void aFingerHoldsAToolForItsOptions();
+    void aFingerDraws();
+    void twoFingersZoomAndDrawNothing();
+    void tapsTakeTheDrawingBackAndBringItAgain();
+    void thePenDrawsEveryPoint();
+    void theEraserEndErases();
+    void theHandUnderThePenDrawsNothing();
+    void theWheelZoomsAboutThePointer();
+
+private:
+    void tap(QPoint screenPoint)
+    {
+        m_touch.press(0, screenPoint);
+        m_touch.lift(0, screenPoint);
+    }
+    [[nodiscard]] ImageCanvas &canvas() const { return *m_window->currentCanvas(); }
+    [[nodiscard]] QPoint at(int x, int y) const { return onCanvas(*m_window, x, y); }
+
+    InputDevice m_touch{"touch"};
+    InputDevice m_stylus{"stylus"};
+    InputDevice m_eraser{"eraser"};
+    std::unique_ptr<MainWindow> m_window;
+};
+
+void TouchDrivenTest::initTestCase()
+{
+    WindowProbe::beOnOneself();
+    m_window = open();
+    QVERIFY(m_window);
+    QVERIFY(enterMode(*m_window, 3));
+    canvas().penColor = Qt::red;
+    canvas().penWidth = 9;
+}
+
+void TouchDrivenTest::aFingerChoosesATool()
+{
+    ImageButton *line = m_window->button(Command::Line);
+    tap(Pointer::middle(line));
+    QTRY_VERIFY(line->isChecked());
+    QCOMPARE(canvas().mouseMode(), ImageCanvas::Line);
+}
+
+void TouchDrivenTest::aFingerHoldsAToolForItsOptions()
+{
+    const QPoint middle = Pointer::middle(m_window->button(Command::Freehand));
+    m_touch.press(0, middle);
+    QTRY_VERIFY(m_window->currentToolWindow() && m_window->currentToolWindow()->isVisible());
+    m_touch.lift(0, middle);
+    QTRY_COMPARE(canvas().mouseMode(), ImageCanvas::Freehand);
+    ToolWindow *popup = m_window->currentToolWindow();
+    QVERIFY(popup && QTest::qWaitForWindowExposed(popup));
+    // A choice in it.
+    ImageButton *widest = row(popup, 20).last();
+    QVERIFY(!widest->isChecked());
+    tap(Pointer::middle(widest));
+    QTRY_VERIFY(widest->isChecked());
+    // A press on the canvas closes it.
+    tap(at(20, 20));
+    QTRY_VERIFY(!m_window->currentToolWindow());
+    canvas().clearPainting();
+    canvas().penWidth = 9;
+    canvas().penColor = Qt::red;
+}
+
+void TouchDrivenTest::aFingerDraws()
+{
+    m_touch.press(0, at(200, 300));
+    for (int x = 220; x <= 500; x += 20)
+        m_touch.slide(0, at(x, 300));
+    m_touch.lift(0, at(500, 300));
+    QVERIFY(shows(*m_window, 350, 300, 0xFFFF0000));
+    QVERIFY(shows(*m_window, 480, 300, 0xFFFF0000));
+}
+
+void TouchDrivenTest::twoFingersZoomAndDrawNothing()
+{
+    m_touch.press(0, at(300, 400));
+    m_touch.press(1, at(400, 400));
+    for (int i = 10; i <= 100; i += 10) {
+        m_touch.slide(0, at(300 - i, 400));
+        m_touch.slide(1, at(400 + i, 400));
+    }
+    QTRY_VERIFY(std::abs(canvas().zoomScale() - 3.0) < 0.1);
+    m_touch.lift(0, at(200, 400));
+    m_touch.lift(1, at(500, 400));
+    canvas().zoomReset();
+    canvas().autoRefresh();
+    QVERIFY(shows(*m_window, 350, 300, 0xFFFF0000));
+    QVERIFY(shows(*m_window, 250, 400, 0xFFFFFFFF));
+    QVERIFY(shows(*m_window, 450, 400, 0xFFFFFFFF));
+}
+
+void TouchDrivenTest::tapsTakeTheDrawingBackAndBringItAgain()
+{
+    const auto tapWith = [this](unsigned fingers) {
+        for (unsigned i = 0; i < fingers; ++i)
+            m_touch.press(i, at(300 + 60 * int(i), 450));
+        for (unsigned i = 0; i < fingers; ++i)
+            m_touch.lift(i, at(300 + 60 * int(i), 450));
+    };
+    tapWith(2);
+    QVERIFY(shows(*m_window, 350, 300, 0xFFFFFFFF));
+    QVERIFY(canvas().canRedo());
+    tapWith(3);
+    QVERIFY(shows(*m_window, 350, 300, 0xFFFF0000));
+}
+
+void TouchDrivenTest::thePenDrawsEveryPoint()
+{
+    const auto zigzag = [this](int x) { return at(x, x / 20 % 2 == 0 ? 350 : 420); };
+    m_stylus.come();
+    m_stylus.move(zigzag(200), 0.0);
+    m_stylus.down(1, zigzag(200), 0.3);
+    for (int x = 220; x <= 500; x += 20)
+        m_stylus.move(zigzag(x), 0.8);
+    m_stylus.up(1, zigzag(500));
+    m_stylus.go();
+    for (int x = 220; x < 500; x += 20)
+        QVERIFY2(shows(*m_window, x, x / 20 % 2 == 0 ? 350 : 420, 0xFFFF0000),
+                 qPrintable(QString::number(x)));
+}
+
+void TouchDrivenTest::theEraserEndErases()
+{
+    m_eraser.come();
+    m_eraser.move(at(330, 300), 0.0);
+    m_eraser.down(1, at(330, 300), 0.5);
+    m_eraser.move(at(350, 300), 0.5);
+    m_eraser.up(1, at(350, 300));
+    m_eraser.go();
+    QVERIFY(shows(*m_window, 350, 300, 0xFFFFFFFF));
+    QVERIFY(shows(*m_window, 450, 300, 0xFFFF0000));
+    QCOMPARE(canvas().mouseMode(), ImageCanvas::Freehand);
+}
+
+void TouchDrivenTest::theHandUnderThePenDrawsNothing()
+{
+    m_stylus.come();
+    m_stylus.move(at(300, 200), 0.0);
+    m_touch.press(0, at(400, 500));
+    m_touch.slide(0, at(430, 500));
+    m_stylus.down(1, at(300, 200), 0.5);
+    m_stylus.move(at(360, 200), 0.5);
+    m_touch.slide(0, at(460, 500));
+    m_stylus.up(1, at(360, 200));
+    m_stylus.go();
+    m_touch.slide(0, at(490, 500));
+    m_touch.lift(0, at(490, 500));
+    QVERIFY(shows(*m_window, 340, 200, 0xFFFF0000));
+    QVERIFY(shows(*m_window, 450, 500, 0xFFFFFFFF));
+    // The pen is forgotten a second after it, by the server's clock.
+    QTest::qWait(1100);
+    m_touch.press(0, at(400, 500));
+    m_touch.slide(0, at(490, 500));
+    m_touch.lift(0, at(490, 500));
+    QVERIFY(shows(*m_window, 450, 500, 0xFFFF0000));
+}
+
+void TouchDrivenTest::theWheelZoomsAboutThePointer()
+{
+    Pointer::moveTo(at(350, 200));
+    Pointer::run({"click", "4"});
+    QTRY_COMPARE(canvas().zoomScale(), 2.0);
+    QVERIFY(shows(*m_window, 350, 200, 0xFFFF0000));
+    Pointer::run({"click", "5"});
+    QTRY_COMPARE(canvas().zoomScale(), 1.0);
+}
+
+REGISTER_TEST(TouchDrivenTest)
+#include "tst_touch_driven.moc"

@@ -5,7 +5,9 @@
 //       dragged over 4000x3000 by a mouse of 740 points a second
 //   bench_stroke_latency live SECONDS: over the camera's 1920x1080 at 30 frames a second
 //   bench_stroke_latency recording SECONDS FILE: the same while it is recorded
-// The last two need the camera on the bus (virtualcamera-run).
+//   bench_stroke_latency pinch SECONDS: two fingers that zoom, 60 events a second, over the
+//   camera's
+// The last three need the camera on the bus (virtualcamera-run).
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
@@ -15,11 +17,14 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QTimer>
+#include <QTouchDevice>
+#include <QTouchEvent>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <deque>
 #include <thread>
 #include <vector>
 
@@ -42,13 +47,30 @@ public:
     void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override
     {
         ++m_frames;
+        const int steps = m_steps;
         ImageCanvas::imageCaptured(pixels, width, height, mirror, rgb32);
+        m_stepsInPicture = steps;
     }
 
     /// Any thread. The moment counts from here, the way through the event queue included.
     void post(QEvent::Type type, QPoint point, Qt::MouseButton button)
     {
         auto *event = new QMouseEvent(type, point, button, Qt::LeftButton, Qt::NoModifier);
+        event->setTimestamp(static_cast<ulong>(captureMicroseconds()));
+        QCoreApplication::postEvent(this, event);
+    }
+
+    /// Two fingers that far apart, about the middle of the canvas. Any thread.
+    void postFingers(QEvent::Type type, Qt::TouchPointState state, double apart)
+    {
+        QList<QTouchEvent::TouchPoint> points;
+        for (const int id : {0, 1}) {
+            QTouchEvent::TouchPoint point(id);
+            point.setPos(QPointF(CANVAS.width() + (id == 0 ? -apart : apart), CANVAS.height()) / 2);
+            point.setState(state);
+            points << point;
+        }
+        auto *event = new QTouchEvent(type, &m_screen, Qt::NoModifier, state, points);
         event->setTimestamp(static_cast<ulong>(captureMicroseconds()));
         QCoreApplication::postEvent(this, event);
     }
@@ -62,6 +84,16 @@ public:
     [[nodiscard]] const std::vector<double> &pressLatenciesMs() const { return m_pressesMs; }
 
 protected:
+    bool event(QEvent *event) override
+    {
+        const bool taken = ImageCanvas::event(event);
+        if (event->type() == QEvent::TouchUpdate) {
+            const auto posted = static_cast<const QTouchEvent *>(event)->timestamp();
+            m_pendingSteps.push_back({++m_steps, static_cast<qint64>(posted), m_frames.load()});
+        }
+        return taken;
+    }
+
     void mousePressEvent(QMouseEvent *event) override
     {
         ImageCanvas::mousePressEvent(event);
@@ -82,8 +114,15 @@ protected:
     {
         // What is painted is the current picture or a newer one.
         const QImage picture = m_pending.empty() ? QImage() : currentImage();
+        const int steps = m_stepsInPicture;
         ImageCanvas::paintEvent(event);
         const qint64 now = captureMicroseconds();
+        while (!m_pendingSteps.empty() && m_pendingSteps.front().number <= steps) {
+            const Step step = m_pendingSteps.front();
+            m_pendingSteps.pop_front();
+            m_latenciesMs.push_back(static_cast<double>(now - step.microseconds) / 1e3);
+            m_framesLate.push_back(m_frames - step.frames);
+        }
         const auto shown = [&](const Point &point) {
             if (picture.pixelColor(point.picturePoint) != penColor)
                 return false;
@@ -101,7 +140,19 @@ private:
         int frames;
     };
 
+    /// One change of the view.
+    struct Step {
+        int number;
+        qint64 microseconds;
+        int frames;
+    };
+
     std::atomic<int> m_frames{0};
+    std::atomic<int> m_steps{0};
+    /// How many of them were made before the picture that was made last.
+    std::atomic<int> m_stepsInPicture{0};
+    std::deque<Step> m_pendingSteps;
+    QTouchDevice m_screen;
     std::vector<Point> m_pending;
     std::vector<double> m_latenciesMs;
     std::vector<double> m_pressesMs;
@@ -146,6 +197,40 @@ private:
     std::thread m_thread;
 };
 
+/// Two fingers that go apart and together again, from the whole picture to the largest scale.
+class PinchingHand
+{
+public:
+    explicit PinchingHand(TimedCanvas &canvas)
+        : m_thread([this, &canvas] { pinch(canvas); })
+    {
+    }
+    ~PinchingHand()
+    {
+        m_stop = true;
+        m_thread.join();
+    }
+
+private:
+    void pinch(TimedCanvas &canvas)
+    {
+        constexpr auto INTERVAL = std::chrono::microseconds(16667);
+        constexpr double CLOSE = 120;
+        canvas.postFingers(QEvent::TouchBegin, Qt::TouchPointPressed, CLOSE);
+        auto next = std::chrono::steady_clock::now();
+        for (int i = 1; !m_stop; ++i) {
+            std::this_thread::sleep_until(next += INTERVAL);
+            const int phase = i % 120;
+            canvas.postFingers(QEvent::TouchUpdate, Qt::TouchPointMoved,
+                               CLOSE * (1.0 + (phase < 60 ? phase : 120 - phase) / 12.0));
+        }
+        canvas.postFingers(QEvent::TouchEnd, Qt::TouchPointReleased, CLOSE);
+    }
+
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
 int report(const char *work, const TimedCanvas &canvas)
 {
     std::vector<double> times = canvas.latenciesMs();
@@ -170,8 +255,13 @@ int measure(const char *work, TimedCanvas &canvas, double seconds)
 {
     runFor(WARM_UP_SECONDS);
     canvas.reset();
-    const Hand hand(canvas);
-    runFor(seconds);
+    if (qstrcmp(work, "pinch") == 0) {
+        const PinchingHand hand(canvas);
+        runFor(seconds);
+    } else {
+        const Hand hand(canvas);
+        runFor(seconds);
+    }
     return report(work, canvas);
 }
 
@@ -229,7 +319,7 @@ int main(int argc, char **argv)
     canvas.setMouseMode(CanvasModes::Freehand);
     canvas.penColor = Qt::red;
     canvas.show();
-    if (work == "live" || (work == "recording" && argc == 4))
+    if (work == "live" || work == "pinch" || (work == "recording" && argc == 4))
         return measureLive(argv[1], canvas, seconds, QString::fromLocal8Bit(argv[3]));
     if (work != "still" && work != "shape")
         return 2;

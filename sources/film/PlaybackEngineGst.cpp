@@ -15,7 +15,9 @@ constexpr std::chrono::seconds WORK_TIMEOUT(10);
 // How long work that has already failed waits for the message that says why.
 constexpr std::chrono::milliseconds FAILURE_TIMEOUT(500);
 constexpr std::chrono::milliseconds CHECK_INTERVAL(200);
-constexpr std::chrono::milliseconds LENGTH_INTERVAL(500);
+constexpr std::chrono::milliseconds PLAY_INTERVAL(500);
+// A film whose sound has hung twice stays silent: each time costs it seconds without a picture.
+constexpr int MOST_RETRIES = 1;
 // Stands for a place that the pipeline knows.
 constexpr std::nullopt_t UNKNOWN_PLACE = std::nullopt;
 
@@ -31,7 +33,7 @@ PlaybackEngineGst::PlaybackEngineGst(Surroundings around, GMainContext *context)
         handle(message);
     })
     , m_workTimer([this] { checkWork(); })
-    , m_lengthTimer([this] { checkLength(); })
+    , m_playTimer([this] { checkPlaying(); })
 {
 }
 
@@ -107,6 +109,7 @@ void PlaybackEngineGst::takeFilm(PlaybackRequests::Film film)
     m_duration = 0;
     m_index.reset();
     m_silent = !m_around.soundAnswers();
+    m_awaitsSound = m_silent && m_film.renewals <= MOST_RETRIES;
     m_wasOpen = false;
     m_atEnd = false;
     // Another film may have been chosen while the closing took long.
@@ -149,7 +152,7 @@ void PlaybackEngineGst::openPipeline(double at)
 void PlaybackEngineGst::closePipeline()
 {
     endWork();
-    m_lengthTimer.stop();
+    m_playTimer.stop();
     m_playing = false;
     show(nullptr);
     m_pipeline.reset();
@@ -179,8 +182,7 @@ void PlaybackEngineGst::follow(Result seek)
 void PlaybackEngineGst::finishSeek(bool reached)
 {
     endWork();
-    std::optional<PlaybackRequests::Seek> seek;
-    seek.swap(m_seek);
+    const std::optional<PlaybackRequests::Seek> seek = std::exchange(m_seek, std::nullopt);
     if (m_playing || !reached)
         m_requests.setPlace(m_film.number, UNKNOWN_PLACE);
     if (seek)
@@ -202,9 +204,9 @@ void PlaybackEngineGst::setPlaying(bool playing)
     const Result result = m_pipeline->setState(playing ? GST_STATE_PLAYING : GST_STATE_PAUSED);
     if (playing) {
         m_requests.setPlace(m_film.number, UNKNOWN_PLACE);
-        m_lengthTimer.start(m_context, LENGTH_INTERVAL);
+        m_playTimer.start(m_context, PLAY_INTERVAL);
     } else {
-        m_lengthTimer.stop();
+        m_playTimer.stop();
     }
     if (result == Result::Later)
         begin(Work::ChangingState, WORK_TIMEOUT);
@@ -287,14 +289,12 @@ void PlaybackEngineGst::handle(GstMessage *message)
 
 void PlaybackEngineGst::workDone()
 {
-    const Work done = m_work;
-    if (done == Work::Opening) {
+    if (m_work == Work::Opening)
         opened();
-    } else if (done == Work::Seeking) {
+    else if (m_work == Work::Seeking)
         follow(m_pipeline->continueSeek());
-    } else {
+    else
         endWork();
-    }
 }
 
 void PlaybackEngineGst::opened()
@@ -381,11 +381,17 @@ void PlaybackEngineGst::reportDuration()
             [this, duration] { m_film.events.durationKnown(m_film.openedAs, duration); });
 }
 
-void PlaybackEngineGst::checkLength()
+void PlaybackEngineGst::checkPlaying()
 {
     const CallWatch::Call call(m_around.watch);
-    if (m_playing && m_work == Work::None)
-        reportDuration();
+    if (!m_playing || m_work != Work::None)
+        return;
+    reportDuration();
+    if (m_awaitsSound && !m_atEnd && m_around.soundAnswers()) {
+        m_awaitsSound = false;
+        m_silent = false;
+        openPipeline(currentTime());
+    }
 }
 
 void PlaybackEngineGst::wake()

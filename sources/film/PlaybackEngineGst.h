@@ -78,7 +78,7 @@ private:
     void handle(GstMessage *message);
     void handleError(GstMessage *message);
     void reportDuration();
-    void checkLength();
+    void checkPlaying();
     void wake();
     void checkWork();
     [[nodiscard]] bool standsStill();
@@ -99,8 +99,9 @@ private:
     Work m_work = Work::None;
     /// Checks the work while there is any.
     LoopTimerGst m_workTimer;
-    /// Asks for the length while a film plays: some formats only reveal it as they are read.
-    LoopTimerGst m_lengthTimer;
+    /// Asks, while a film plays, for its length, which some formats only reveal as they are read,
+    /// and for the sound that did not answer.
+    LoopTimerGst m_playTimer;
     std::chrono::steady_clock::time_point m_workEnds;
     bool m_stoodStill = false;
     std::optional<PlaybackRequests::Seek> m_seek;
@@ -110,6 +111,8 @@ private:
     /// None until the film's file was looked through.
     std::optional<FilmIndex> m_index;
     std::atomic<bool> m_silent{false};
+    /// It is silent until the sound answers.
+    bool m_awaitsSound = false;
     std::atomic<bool> m_asksDisk{false};
     std::atomic<quint64> m_filmNumber{0};
     /// In the media library's words; empty while none is missing.

@@ -17,6 +17,7 @@ quint64 PlaybackRequests::setFilm(const std::optional<QString> &path, FilmPlayer
 {
     const std::lock_guard lock(m_mutex);
     m_film.openedAs = ++m_film.number;
+    m_film.renewals = 0;
     m_film.path = path;
     m_film.events = std::move(events);
     m_film.resumeAt = 0;
@@ -100,6 +101,7 @@ PlaybackRequests::Film PlaybackRequests::renew(std::optional<quint64> unreadable
     const std::lock_guard lock(m_mutex);
     const bool givenUp = unreadable == m_film.number;
     ++m_film.number;
+    ++m_film.renewals;
     for (Seek &seek : m_seeks) {
         if (seek.film + 1 == m_film.number)
             seek.film = m_film.number;

@@ -16,6 +16,8 @@ public:
         quint64 number = 0;
         /// The number that setFilm() returned, by which the callers know the film.
         quint64 openedAs = 0;
+        /// Counts the calls of renew() for it.
+        int renewals = 0;
         /// None when the film was given up.
         std::optional<QString> path;
         FilmPlayer::Events events;

@@ -233,12 +233,13 @@ private slots:
         QCOMPARE(faults.size(), 2);
         m_source->setPosition(50);
         QTRY_VERIFY_WITH_TIMEOUT(m_sink.lastNumber() >= 750, TIMEOUT_MS);
-        // A server that answers again is used again, by the first film that is opened after the
-        // thread that hung on it has ended.
+        // A server that answers again, as a slow machine's does, is used again where the film is.
         m_server->freeze(false);
-        QTRY_COMPARE_WITH_TIMEOUT((m_source->setFile(m_film), QTest::qWait(1000), streams()), 1,
-                                  TIMEOUT_MS);
+        // The call that hung leaves a silent stream there for a moment.
+        SoundMeter meter;
+        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         verifyThePicturesGoOn();
+        QVERIFY(m_sink.lastNumber() >= 750);
     }
 
     void aServerThatStopsAnsweringHoldsUpNeitherTheEndNorTheNextFilm()

@@ -47,6 +47,7 @@ private slots:
     void thePenIsARingOfItsWidthAndColour();
     void theEraserIsASquareOfItsSize();
     void everyToolIsSeenOnBlackAndOnWhite();
+    void everyPointerIsSharpOnASharpScreen();
     void handsOpenAndClose();
     void theCanvasShowsItsToolWithTheZoom();
     void writtenTextLiesOnThePicture();
@@ -94,6 +95,27 @@ void ToolCursorTest::everyToolIsSeenOnBlackAndOnWhite()
             }
             QVERIFY2(dark >= 8 && light >= 8, qPrintable(QString::number(tool)));
         }
+    }
+}
+
+void ToolCursorTest::everyPointerIsSharpOnASharpScreen()
+{
+    for (const CanvasModes::MouseMode tool :
+         {CanvasModes::Freehand, CanvasModes::Line, CanvasModes::Eraser, CanvasModes::Clip}) {
+        ToolCursor cursor = pen(12.0);
+        cursor.tool = tool;
+        cursor.eraserSide = 25.0;
+        const QCursor usual = cursor.cursor();
+        cursor.pixelRatio = 2.0;
+        const QCursor sharp = cursor.cursor();
+        const QPixmap picture = sharp.pixmap();
+        QCOMPARE(picture.devicePixelRatio(), 2.0);
+        QCOMPARE(picture.size(), usual.pixmap().size() * 2);
+        // The hot spot stays in the middle, and the picture is not the usual one enlarged.
+        QCOMPARE(sharp.hotSpot(), usual.hotSpot());
+        QImage enlarged = usual.pixmap().toImage().scaled(picture.size());
+        QVERIFY(picture.toImage().convertToFormat(QImage::Format_ARGB32) !=
+                enlarged.convertToFormat(QImage::Format_ARGB32));
     }
 }
 

@@ -2,6 +2,7 @@
 #include "tests/TestProgram.h"
 #include "tests/mainwindow/DrivenWindow.h"
 #include "tests/mainwindow/InputDevice.h"
+#include "widgets/Slider.h"
 
 using namespace DrivenWindow;
 
@@ -22,6 +23,7 @@ private slots:
     void theEraserEndErases();
     void theHandUnderThePenDrawsNothing();
     void theWheelZoomsAboutThePointer();
+    void aFingerMovesASlider();
 
 private:
     void tap(QPoint screenPoint)
@@ -180,6 +182,31 @@ void TouchDrivenTest::theWheelZoomsAboutThePointer()
     QVERIFY(shows(*m_window, 350, 200, 0xFFFF0000));
     Pointer::run({"click", "5"});
     QTRY_COMPARE(canvas().zoomScale(), 1.0);
+}
+
+void TouchDrivenTest::aFingerMovesASlider()
+{
+    QVERIFY(enterMode(*m_window, 2));
+    tap(Pointer::middle(m_window->button(Command::SlideshowInterval)));
+    const auto shownSlider = [this]() -> Slider * {
+        for (auto *slider : m_window->findChildren<Slider *>()) {
+            if (slider->isVisible())
+                return slider;
+        }
+        return nullptr;
+    };
+    QTRY_VERIFY(shownSlider());
+    Slider *slider = shownSlider();
+    slider->setValue(slider->minimum());
+    // The handle is at the very left.
+    const int y = slider->height() / 2;
+    const QPoint left = slider->mapToGlobal(QPoint(6, y));
+    const QPoint right = slider->mapToGlobal(QPoint(slider->width() - 6, y));
+    m_touch.press(0, left);
+    for (int i = 1; i <= 10; ++i)
+        m_touch.slide(0, left + (right - left) * i / 10);
+    m_touch.lift(0, right);
+    QTRY_COMPARE(slider->value(), slider->maximum());
 }
 
 REGISTER_TEST(TouchDrivenTest)

@@ -1,3 +1,4 @@
+#include "mainwindow/CameraPreferences.h"
 #include "mainwindow/MainWindow.h"
 
 #include "canvas/ImageCanvas.h"
@@ -247,6 +248,7 @@ void MainWindow::createLivePart()
     m_liveSource =
         new LiveSource(createCanvas(), Config::resolution(), Config::recordingResolution(), this);
     m_keeper = new CameraKeeper(*m_liveSource, m_liveSource);
+    CameraPreferences::restore(*m_keeper, *m_liveSource);
     m_capture->setSource(m_liveSource);
     m_camera = std::make_unique<CameraActions>(m_deck, &m_popups, m_liveSource);
 }

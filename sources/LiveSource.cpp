@@ -2,6 +2,7 @@
 
 #include "sources/ICaptureCB.h"
 #include "sources/camera/CameraControls.h"
+#include "sources/camera/FrameMirror.h"
 #include "sources/camera/UvcCamera.h"
 #include "sources/recording/FrameRecorder.h"
 #include "sources/recording/MovieRecorder.h"
@@ -9,6 +10,7 @@
 
 #include <QtGlobal>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -38,6 +40,7 @@ public:
     /// Frame thread.
     void frameArrived(void *rgb, int width, int height, qint64 microseconds)
     {
+        mirror.apply(static_cast<std::uint8_t *>(rgb), {width, height}, mirrored.load());
         callback->imageCaptured(rgb, width, height, false, false);
         const std::lock_guard lock(recorderMutex);
         if (recorder)
@@ -45,6 +48,8 @@ public:
     }
 
     ICaptureCB *callback;
+    FrameMirror mirror; ///< the frame thread's
+    std::atomic<Qt::Orientations> mirrored{Qt::Orientations()};
     /// Guards the pointer to the recorder, which is set while frames already come. Held by the
     /// frame thread while the recorder takes a picture; never held while the recorder is made or
     /// finished.
@@ -165,6 +170,16 @@ void LiveSource::setResolution(QSize resolution)
 void LiveSource::setRecordingResolution(QSize resolution)
 {
     m_recordingResolution = resolution;
+}
+
+void LiveSource::setMirrored(Qt::Orientations directions)
+{
+    m_private->mirrored = directions;
+}
+
+Qt::Orientations LiveSource::mirrored() const
+{
+    return m_private->mirrored;
 }
 
 QSize LiveSource::resolution() const

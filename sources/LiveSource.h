@@ -68,6 +68,11 @@ public:
     /// Takes effect at the next recording.
     void setRecordingResolution(QSize resolution);
 
+    /// Turns the camera's pictures over before anybody sees them: Qt::Horizontal changes left and
+    /// right, Qt::Vertical top and bottom. Not at first; from the next picture on.
+    void setMirrored(Qt::Orientations directions);
+    [[nodiscard]] Qt::Orientations mirrored() const;
+
     [[nodiscard]] QSize resolution() const;
     [[nodiscard]] QSize recordingResolution() const;
     /// Whether the camera streams for a recording.

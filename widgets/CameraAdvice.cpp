@@ -45,6 +45,14 @@ constexpr Row ROWS[] = {
                        "and plug it in again.")},
 };
 
+/// In place of the sentences on a camera that is not there.
+constexpr Row CHOSEN_AWAY{State::Waiting,
+                          QT_TRANSLATE_NOOP("CameraPage", "The chosen camera is not plugged in."),
+                          QT_TRANSLATE_NOOP("CameraPage", "Plug it in, or choose another camera.")};
+
+constexpr char NEAREST_SIZE[] = QT_TRANSLATE_NOOP(
+    "CameraPage", "The camera has no pictures of %1 x %2. These are the nearest that it has.");
+
 QString translated(const char *text)
 {
     return *text ? QCoreApplication::translate(CONTEXT, text) : QString();
@@ -81,6 +89,16 @@ CameraAdvice CameraAdvice::of(const CameraStatus &status)
         advice.sentence =
             advice.sentence.arg(width, height, QLocale().toString(status.framesPerSecond, 'f', 1),
                                 QString::number(status.framesLost));
+    const bool away = status.state == State::Waiting || status.state == State::Unplugged;
+    if (status.chosen && away) {
+        advice.sentence = translated(CHOSEN_AWAY.sentence);
+        advice.remedy = translated(CHOSEN_AWAY.remedy);
+    }
+    if (status.state == State::Showing && !status.wantedSize.isEmpty() &&
+        status.wantedSize != status.size)
+        advice.remedy = translated(NEAREST_SIZE)
+                            .arg(QString::number(status.wantedSize.width()),
+                                 QString::number(status.wantedSize.height()));
     if (status.state == State::NoSuchSize)
         advice.sentence = advice.sentence.arg(width, height);
     if (status.state == State::NoPermission)

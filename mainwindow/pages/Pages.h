@@ -19,8 +19,8 @@ enum class Id { Camera, Recording, Presentation, Keys, Pen };
 /// The objects that the pages report on; all outlive the pop-up.
 struct Context {
     const CanvasDeck *deck = nullptr;
-    const CameraKeeper *keeper = nullptr;
-    const LiveSource *camera = nullptr;
+    CameraKeeper *keeper = nullptr;
+    LiveSource *camera = nullptr;
     ::Presentation *presentation = nullptr;
 };
 

@@ -90,6 +90,18 @@
         <source>Copy</source>
         <translation>Kopieren</translation>
     </message>
+    <message>
+        <source>The chosen camera is not plugged in.</source>
+        <translation>Die gewählte Kamera ist nicht angeschlossen.</translation>
+    </message>
+    <message>
+        <source>Plug it in, or choose another camera.</source>
+        <translation>Schließen Sie sie an oder wählen Sie eine andere Kamera.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2. These are the nearest that it has.</source>
+        <translation>Die Kamera hat keine Bilder mit %1 x %2. Dies sind die nächstliegenden, die sie hat.</translation>
+    </message>
 </context>
 <context>
     <name>ChoiceRow</name>
@@ -698,6 +710,24 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Stärkerer Druck zeichnet breiter</translation>
+        <source>Camera to show</source>
+        <translation>Angezeigte Kamera</translation>
+    </message>
+    <message>
+        <source>The document camera</source>
+        <translation>Die Dokumentenkamera</translation>
+    </message>
+    <message>
+        <source>%1 (not plugged in)</source>
+        <translation>%1 (nicht angeschlossen)</translation>
+    </message>
+    <message>
+        <source>Mirror left and right</source>
+        <translation>Links und rechts spiegeln</translation>
+    </message>
+    <message>
+        <source>Mirror top and bottom</source>
+        <translation>Oben und unten spiegeln</translation>
     </message>
 </context>
 <context>

@@ -90,6 +90,18 @@
         <source>Copy</source>
         <translation>Copiar</translation>
     </message>
+    <message>
+        <source>The chosen camera is not plugged in.</source>
+        <translation>La cámara elegida no está conectada.</translation>
+    </message>
+    <message>
+        <source>Plug it in, or choose another camera.</source>
+        <translation>Conéctela o elija otra cámara.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2. These are the nearest that it has.</source>
+        <translation>La cámara no tiene imágenes de %1 x %2. Estas son las más parecidas que tiene.</translation>
+    </message>
 </context>
 <context>
     <name>ChoiceRow</name>
@@ -698,6 +710,24 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Más presión, trazo más ancho</translation>
+        <source>Camera to show</source>
+        <translation>Cámara que se muestra</translation>
+    </message>
+    <message>
+        <source>The document camera</source>
+        <translation>La cámara de documentos</translation>
+    </message>
+    <message>
+        <source>%1 (not plugged in)</source>
+        <translation>%1 (no conectada)</translation>
+    </message>
+    <message>
+        <source>Mirror left and right</source>
+        <translation>Reflejar izquierda y derecha</translation>
+    </message>
+    <message>
+        <source>Mirror top and bottom</source>
+        <translation>Reflejar arriba y abajo</translation>
     </message>
 </context>
 <context>

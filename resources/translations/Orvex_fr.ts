@@ -90,6 +90,18 @@
         <source>Copy</source>
         <translation>Copier</translation>
     </message>
+    <message>
+        <source>The chosen camera is not plugged in.</source>
+        <translation>La caméra choisie n’est pas branchée.</translation>
+    </message>
+    <message>
+        <source>Plug it in, or choose another camera.</source>
+        <translation>Branchez-la ou choisissez une autre caméra.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2. These are the nearest that it has.</source>
+        <translation>La caméra n’a pas d’images de %1 x %2. Celles-ci sont les plus proches qu’elle ait.</translation>
+    </message>
 </context>
 <context>
     <name>ChoiceRow</name>
@@ -698,6 +710,24 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Appuyer plus fort élargit le trait</translation>
+        <source>Camera to show</source>
+        <translation>Caméra affichée</translation>
+    </message>
+    <message>
+        <source>The document camera</source>
+        <translation>Le visualiseur</translation>
+    </message>
+    <message>
+        <source>%1 (not plugged in)</source>
+        <translation>%1 (non branchée)</translation>
+    </message>
+    <message>
+        <source>Mirror left and right</source>
+        <translation>Inverser gauche et droite</translation>
+    </message>
+    <message>
+        <source>Mirror top and bottom</source>
+        <translation>Inverser haut et bas</translation>
     </message>
 </context>
 <context>

@@ -90,6 +90,18 @@
         <source>Copy</source>
         <translation>コピー</translation>
     </message>
+    <message>
+        <source>The chosen camera is not plugged in.</source>
+        <translation>選択したカメラは接続されていません。</translation>
+    </message>
+    <message>
+        <source>Plug it in, or choose another camera.</source>
+        <translation>接続するか、別のカメラを選んでください。</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2. These are the nearest that it has.</source>
+        <translation>このカメラには %1 x %2 の画像がありません。最も近いサイズで表示しています。</translation>
+    </message>
 </context>
 <context>
     <name>ChoiceRow</name>
@@ -698,6 +710,24 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>筆圧で線を太くする</translation>
+        <source>Camera to show</source>
+        <translation>表示するカメラ</translation>
+    </message>
+    <message>
+        <source>The document camera</source>
+        <translation>書画カメラ</translation>
+    </message>
+    <message>
+        <source>%1 (not plugged in)</source>
+        <translation>%1（未接続）</translation>
+    </message>
+    <message>
+        <source>Mirror left and right</source>
+        <translation>左右反転</translation>
+    </message>
+    <message>
+        <source>Mirror top and bottom</source>
+        <translation>上下反転</translation>
     </message>
 </context>
 <context>

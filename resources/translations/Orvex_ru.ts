@@ -90,6 +90,18 @@
         <source>Copy</source>
         <translation>Копировать</translation>
     </message>
+    <message>
+        <source>The chosen camera is not plugged in.</source>
+        <translation>Выбранная камера не подключена.</translation>
+    </message>
+    <message>
+        <source>Plug it in, or choose another camera.</source>
+        <translation>Подключите её или выберите другую камеру.</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2. These are the nearest that it has.</source>
+        <translation>У камеры нет изображения %1 x %2. Показан ближайший размер, который у неё есть.</translation>
+    </message>
 </context>
 <context>
     <name>ChoiceRow</name>
@@ -698,6 +710,24 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Сильнее нажим – шире линия</translation>
+        <source>Camera to show</source>
+        <translation>Показываемая камера</translation>
+    </message>
+    <message>
+        <source>The document camera</source>
+        <translation>Документ-камера</translation>
+    </message>
+    <message>
+        <source>%1 (not plugged in)</source>
+        <translation>%1 (не подключена)</translation>
+    </message>
+    <message>
+        <source>Mirror left and right</source>
+        <translation>Отразить слева направо</translation>
+    </message>
+    <message>
+        <source>Mirror top and bottom</source>
+        <translation>Отразить сверху вниз</translation>
     </message>
 </context>
 <context>

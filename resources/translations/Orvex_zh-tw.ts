@@ -90,6 +90,18 @@
         <source>Copy</source>
         <translation>複製</translation>
     </message>
+    <message>
+        <source>The chosen camera is not plugged in.</source>
+        <translation>所選的攝影機沒有接上。</translation>
+    </message>
+    <message>
+        <source>Plug it in, or choose another camera.</source>
+        <translation>請接上它，或選擇其他攝影機。</translation>
+    </message>
+    <message>
+        <source>The camera has no pictures of %1 x %2. These are the nearest that it has.</source>
+        <translation>此攝影機沒有 %1 x %2 的畫面。目前顯示最接近的尺寸。</translation>
+    </message>
 </context>
 <context>
     <name>ChoiceRow</name>
@@ -698,6 +710,24 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>用力下筆，線條變粗</translation>
+        <source>Camera to show</source>
+        <translation>要顯示的攝影機</translation>
+    </message>
+    <message>
+        <source>The document camera</source>
+        <translation>實物投影機</translation>
+    </message>
+    <message>
+        <source>%1 (not plugged in)</source>
+        <translation>%1（未接上）</translation>
+    </message>
+    <message>
+        <source>Mirror left and right</source>
+        <translation>左右鏡像</translation>
+    </message>
+    <message>
+        <source>Mirror top and bottom</source>
+        <translation>上下鏡像</translation>
     </message>
 </context>
 <context>

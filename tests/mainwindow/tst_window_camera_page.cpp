@@ -3,10 +3,13 @@
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/bars/CommandCard.h"
+#include "sources/LiveSource.h"
 #include "sources/camera/CameraKeeper.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 #include "widgets/CameraPage.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QSignalSpy>
 
 using namespace WindowProbe;
@@ -27,6 +30,7 @@ class WindowCameraPageTest : public QObject
 private slots:
     void initTestCase()
     {
+        QCoreApplication::setOrganizationName("Window camera page");
         beOnOneself();
         usualSettings();
         m_camera = std::make_unique<VirtualCamera>();
@@ -83,6 +87,43 @@ private slots:
         openCameraPage();
     }
 
+    void theCameraIsChosenOnThePageAndRemembered()
+    {
+        VirtualCameraConfig config;
+        config.vendorId = 0x1d6b;
+        config.productId = 0x0104;
+        config.serial = "F1";
+        config.product = "Foreign\tcamera";
+        config.formats = {{UsbDescriptors::StreamCoding::Yuyv, {{640, 480}}}};
+        VirtualCamera foreign(config);
+        QCOMPARE(cameraNames(), QStringList({"The document camera", "Emulated document camera"}));
+        QVERIFY(foreign.plug());
+        QVERIFY(QTest::qWaitFor([this] { return cameraNames().contains("Foreign camera"); },
+                                TIMEOUT_MS));
+        QCOMPARE(cameras()->currentText(), QString("The document camera"));
+        chooseCamera("Foreign camera");
+        QVERIFY(comes("The camera shows 640 x 480"));
+        QCOMPARE(m_window->liveSource()->mirrored(), Qt::Orientations());
+        for (QCheckBox *mirror : m_window->currentToolWindow()->findChildren<QCheckBox *>())
+            mirror->click();
+        QCOMPARE(m_window->liveSource()->mirrored(), Qt::Horizontal | Qt::Vertical);
+
+        m_window.reset();
+        foreign.unplug();
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        m_more = m_window->button(Command::More);
+        openCameraPage();
+        QVERIFY(comes("The chosen camera is not plugged in."));
+        QCOMPARE(cameras()->currentText(), QString("Foreign camera (not plugged in)"));
+        QCOMPARE(m_window->liveSource()->mirrored(), Qt::Horizontal | Qt::Vertical);
+        QVERIFY(foreign.plug());
+        QVERIFY(comes("The camera shows 640 x 480"));
+        QCOMPARE(cameras()->currentText(), QString("Foreign camera"));
+        chooseCamera("The document camera");
+        QVERIFY(comes("The camera shows 1280 x 720"));
+    }
+
     void aPictureThatWasNotSavedIsMarkedUntilItIsRead()
     {
         QVERIFY(m_window->currentToolWindow());
@@ -106,6 +147,22 @@ private:
     {
         m_more->click();
         tab("Camera")->click();
+    }
+
+    QComboBox *cameras() const { return m_window->currentToolWindow()->findChild<QComboBox *>(); }
+
+    QStringList cameraNames() const
+    {
+        QStringList names;
+        for (int i = 0; i < cameras()->count(); ++i)
+            names.append(cameras()->itemText(i));
+        return names;
+    }
+
+    void chooseCamera(const QString &name)
+    {
+        cameras()->setCurrentIndex(cameras()->findText(name));
+        emit cameras()->activated(cameras()->currentIndex());
     }
 
     ImageButton *tab(const QString &name) const

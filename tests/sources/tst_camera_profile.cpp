@@ -1,5 +1,6 @@
 #include "tests/TestProgram.h"
 
+#include "sources/camera/CameraName.h"
 #include "sources/camera/CameraProfile.h"
 
 #include <QtTest>
@@ -52,6 +53,31 @@ private slots:
                                       .filter(QString("ATTR{idProduct}==\"%1\"").arg(product));
         QCOMPARE(rules.size(), 1);
         QVERIFY(rules.first().contains("TAG+=\"uaccess\""));
+    }
+
+    void anIdentityIsReadFromWhatItWasWrittenAs()
+    {
+        for (const QString &serial : {QString(), QString("F1"), QString(" a b:c "), QString("№")}) {
+            const CameraIdentity camera{0x04fc, 0x0002, serial};
+            const auto read = CameraIdentity::fromText(camera.text());
+            QVERIFY(read && *read == camera);
+        }
+        for (const char *garbage : {"", "04fc", "04fc:", "04fc:63", "04fc-6330", "g4fc:6330",
+                                    "04fc:6330x", "04fc:-330", "4294967295", " 04fc:6330"})
+            QVERIFY2(!CameraIdentity::fromText(garbage), garbage);
+    }
+
+    void aNameIsShownInOneLineOfPrintableCharacters()
+    {
+        QCOMPARE(shownCameraName("  Desk\tcamera\n2 "), QString("Desk camera 2"));
+        QCOMPARE(shownCameraName(QString(10000, 'x')), QString(60, 'x'));
+        const QString hidden = QString::fromUtf8("a\u202Eb\u200Fc\u0007d") + QChar::Null + "e";
+        QCOMPARE(shownCameraName(hidden), QString("abcde"));
+        QCOMPARE(shownCameraName("مصورة"), QString("مصورة"));
+        QCOMPARE(shownCameraName("\u200B\u0001"), QString());
+        // Not cut in the middle of one.
+        const QString pair = QString::fromUtf8("\U0001F4F7");
+        QCOMPARE(shownCameraName(pair.repeated(100)), pair.repeated(60));
     }
 
     void theRuleNamesNoOtherCamera()

@@ -1,4 +1,5 @@
 #include "MovieFile.h"
+#include "sources/camera/FrameMirror.h"
 #include "sources/camera/PackedRgb.h"
 #include "tests/SideBySide.h"
 #include "tests/sources/KeptRig.h"
@@ -165,6 +166,53 @@ private slots:
                          std::abs(wanted.blue() - got.blue()) <= tolerance,
                      qPrintable(wanted.name() + " became " + got.name()));
         }
+    }
+
+    void aPictureIsTurnedOverAsOneIsPrinted()
+    {
+        QImage picture(37, 23, QImage::Format_RGB888);
+        for (int y = 0; y < 23; ++y) {
+            for (int x = 0; x < 37; ++x)
+                picture.setPixelColor(x, y, QColor(x * 6, y * 11, (x * y) % 256));
+        }
+        FrameMirror mirror;
+        for (const bool horizontal : {false, true}) {
+            for (const bool vertical : {false, true}) {
+                std::vector<std::uint8_t> rgb;
+                for (int y = 0; y < 23; ++y)
+                    rgb.insert(rgb.end(), picture.constScanLine(y),
+                               picture.constScanLine(y) + 37 * 3);
+                mirror.apply(rgb.data(), picture.size(),
+                             Qt::Orientations(horizontal ? Qt::Horizontal : 0) |
+                                 Qt::Orientations(vertical ? Qt::Vertical : 0));
+                const QImage turned(rgb.data(), 37, 23, 37 * 3, QImage::Format_RGB888);
+                QCOMPARE(turned, picture.mirrored(horizontal, vertical));
+            }
+        }
+    }
+
+    void thePictureIsTurnedOverBeforeAnybodySeesIt()
+    {
+        VirtualCamera camera(rigCamera());
+        LiveRig rig;
+        QVERIFY(rig.bringUp(camera));
+        const QImage plain = rig.sink.last();
+        rig.source->setMirrored(Qt::Horizontal | Qt::Vertical);
+        QVERIFY(rig.waitForFrames());
+        const QImage turned = rig.sink.last();
+        // But for what moves on the sheet.
+        const auto differing = [&turned](const QImage &other) {
+            int count = 0;
+            for (int y = 0; y < turned.height(); y += 8) {
+                for (int x = 0; x < turned.width(); x += 8)
+                    count += std::abs(turned.pixelColor(x, y).lightness() -
+                                      other.pixelColor(x, y).lightness()) > 60;
+            }
+            return count;
+        };
+        const int unturned = differing(plain);
+        QVERIFY(unturned > 200);
+        QVERIFY(differing(plain.mirrored(true, true)) < unturned / 4);
     }
 
     void aFrameThatIsTooShortIsDropped()

@@ -85,6 +85,31 @@ private slots:
         QCOMPARE(page.sentence(), QString("The camera has no pictures of 1280 x 720."));
     }
 
+    void aChosenCameraThatIsAwayIsCalledSo()
+    {
+        for (const State state : {State::Waiting, State::Unplugged}) {
+            CameraStatus status = statusOf(state);
+            status.chosen = true;
+            const CameraAdvice advice = CameraAdvice::of(status);
+            QCOMPARE(advice.sentence, QString("The chosen camera is not plugged in."));
+            QVERIFY(advice.remedy.contains("choose another"));
+        }
+        CameraStatus there = statusOf(State::Busy);
+        there.chosen = true;
+        QCOMPARE(CameraAdvice::of(there).sentence,
+                 CameraAdvice::of(statusOf(State::Busy)).sentence);
+    }
+
+    void anotherSizeThanTheWantedOneIsExplained()
+    {
+        CameraStatus status = statusOf(State::Showing);
+        status.wantedSize = status.size;
+        QVERIFY(CameraAdvice::of(status).remedy.isEmpty());
+        status.wantedSize = {1920, 1080};
+        QVERIFY(CameraAdvice::of(status).remedy.contains("no pictures of 1920 x 1080"));
+        QVERIFY(!status.wrong());
+    }
+
     void withoutACameraItSaysWhatToDo()
     {
         CameraPage page;

@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPaintEvent>
+#include <QThread>
 #include <QTimer>
 #include <QTouchDevice>
 #include <QTouchEvent>
@@ -40,16 +41,18 @@ constexpr double WARM_UP_SECONDS = 3;
 constexpr int STROKE_INTERVAL_MS = 47;
 
 /// A canvas that notes when each point of a stroke is painted.
-class TimedCanvas : public ImageCanvas
+class TimedCanvas : public ImageCanvas, private PictureTap
 {
 public:
+    TimedCanvas() { setPictureTap(this); }
+    ~TimedCanvas() override { setPictureTap(nullptr); }
+
     using ImageCanvas::imageCaptured;
     void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override
     {
         ++m_frames;
-        const int steps = m_steps;
+        m_stepsBeforeFrame = m_steps.load();
         ImageCanvas::imageCaptured(pixels, width, height, mirror, rgb32);
-        m_stepsInPicture = steps;
     }
 
     /// Any thread. The moment counts from here, the way through the event queue included.
@@ -134,6 +137,13 @@ protected:
     }
 
 private:
+    /// Comes before the canvas asks for its repaint.
+    void pictureShown(const CanvasModel::Shown &) override
+    {
+        if (QThread::currentThread() != thread())
+            m_stepsInPicture = m_stepsBeforeFrame.load();
+    }
+
     struct Point {
         QPoint picturePoint;
         qint64 microseconds;
@@ -149,6 +159,7 @@ private:
 
     std::atomic<int> m_frames{0};
     std::atomic<int> m_steps{0};
+    std::atomic<int> m_stepsBeforeFrame{0};
     /// How many of them were made before the picture that was made last.
     std::atomic<int> m_stepsInPicture{0};
     std::deque<Step> m_pendingSteps;

@@ -313,6 +313,8 @@ void Tour::takeTyping()
     QCoreApplication::sendEvent(tool, &event);
     m_photographer.take("live-tip");
     QToolTip::hideText();
+    // The tip goes a moment later, and is not to be on the next picture.
+    Photographer::waitFor([] { return !QToolTip::isVisible(); }, 2000);
     tool->click();
 }
 

@@ -10,7 +10,7 @@ namespace
 {
 
 /// For a run, and those before it.
-constexpr int TIMEOUT_MS = 200000;
+constexpr int RUN_TIMEOUT_MS = 200000;
 /// Of processes that mostly wait, on the two processors of a small machine.
 constexpr int FUNCTIONS_AT_ONCE = 2;
 
@@ -44,7 +44,7 @@ SideBySide::~SideBySide()
 QString SideBySide::fault(const QString &name)
 {
     const auto ended = [this, &name] { return m_processes[name].ended; };
-    if (!QTest::qWaitFor(ended, TIMEOUT_MS))
+    if (!QTest::qWaitFor(ended, RUN_TIMEOUT_MS))
         return "still running: " + QString::fromUtf8(m_processes[name].process.readAll());
     QProcess &process = m_processes[name].process;
     if (process.error() == QProcess::FailedToStart)
@@ -115,7 +115,7 @@ QStringList FunctionsSideBySide::listFunctions() const
 {
     QProcess process;
     process.start(QCoreApplication::applicationFilePath(), {m_subject, "-datatags"});
-    if (!process.waitForFinished(TIMEOUT_MS))
+    if (!process.waitForFinished(RUN_TIMEOUT_MS))
         return {};
     QStringList functions;
     const QStringList lines = QString::fromUtf8(process.readAllStandardOutput()).split('\n');

@@ -71,13 +71,13 @@ private:
 
 /// As REGISTER_TEST_IN, for a class whose functions are to run side by side.
 #define REGISTER_TEST_SIDE_BY_SIDE_IN(KIND, CLASS)                                                 \
-    static std::unique_ptr<QObject> makeTest()                                                     \
+    static std::unique_ptr<QObject> make##CLASS()                                                  \
     {                                                                                              \
         if (FunctionsSideBySide::named())                                                          \
             return std::make_unique<CLASS>();                                                      \
         return std::make_unique<FunctionsSideBySide>(__FILE__);                                    \
     }                                                                                              \
-    static const bool isRegistered =                                                               \
-        TestProgram::registerTest(__FILE__, TestProgram::Application::KIND, &makeTest);
+    static const bool isRegistered##CLASS =                                                        \
+        TestProgram::registerTest(__FILE__, TestProgram::Application::KIND, &make##CLASS);
 #define REGISTER_TEST_SIDE_BY_SIDE(CLASS) REGISTER_TEST_SIDE_BY_SIDE_IN(Widgets, CLASS)
 #define REGISTER_CORE_TEST_SIDE_BY_SIDE(CLASS) REGISTER_TEST_SIDE_BY_SIDE_IN(Core, CLASS)

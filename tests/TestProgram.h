@@ -26,7 +26,7 @@ std::unique_ptr<QObject> make()
 } // namespace TestProgram
 
 #define REGISTER_TEST_IN(KIND, CLASS)                                                              \
-    static const bool isRegistered = TestProgram::registerTest(                                    \
+    static const bool isRegistered##CLASS = TestProgram::registerTest(                             \
         __FILE__, TestProgram::Application::KIND, &TestProgram::make<CLASS>);
 #define REGISTER_TEST(CLASS) REGISTER_TEST_IN(Widgets, CLASS)
 #define REGISTER_CORE_TEST(CLASS) REGISTER_TEST_IN(Core, CLASS)

@@ -1,5 +1,7 @@
 #include "tests/e2e/ProgramUnderTest.h"
 
+#include "tests/Timeout.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
@@ -19,8 +21,6 @@
 
 namespace
 {
-
-constexpr int TIMEOUT_MS = 60000;
 
 /// A connection to the X server for as long as it lives.
 class Display

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 
@@ -10,13 +11,6 @@
 #include <QTemporaryDir>
 
 #include <memory>
-
-namespace
-{
-
-constexpr int TIMEOUT_MS = 30000;
-
-} // namespace
 
 /// The camera's picture in the canvas, from the bus to the file.
 class LiveCanvasTest : public QObject

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/canvas/CanvasMouse.h"
 #include "tests/media/MovieFile.h"
 #include "tools/virtualcamera/SheetCounter.h"
@@ -17,7 +18,6 @@ namespace
 
 constexpr QSize PREVIEW(1024, 768);
 constexpr QSize RECORDING(1280, 720);
-constexpr int TIMEOUT_MS = 30000;
 
 QImage imageOf(const QByteArray &rgb)
 {

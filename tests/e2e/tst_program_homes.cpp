@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/e2e/ProgramUnderTest.h"
 
 #include "diagnostics/TerminalLines.h"
@@ -18,8 +19,6 @@ using TerminalLines::Line;
 
 namespace
 {
-
-constexpr int TIMEOUT_MS = 60000;
 
 /// A command that makes HOME a disk of its own, in a name space of its own, does `then` to it and
 /// becomes the program.

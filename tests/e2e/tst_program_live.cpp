@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/e2e/ProgramUnderTest.h"
 
 #include "tools/virtualcamera/SheetCounter.h"
@@ -14,8 +15,6 @@
 
 namespace
 {
-
-constexpr int TIMEOUT_MS = 60000;
 
 std::optional<quint32> counterOnScreen()
 {

@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/e2e/ProgramUnderTest.h"
 #include "tests/media/MovieFile.h"
 
@@ -16,7 +17,6 @@
 namespace
 {
 
-constexpr int TIMEOUT_MS = 60000;
 constexpr int END_MS = 2000;
 /// In the window as it opens.
 constexpr QPoint RECORD_BUTTON(72, 616);

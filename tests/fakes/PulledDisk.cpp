@@ -18,9 +18,9 @@ namespace
 
 /// Whether there is one. Libraries read before this file's objects are constructed.
 std::atomic<bool> pulled{false};
-/// Guards folder.
-std::mutex mutex;
-QByteArray folder;
+/// Guards pulledFolder.
+std::mutex folderMutex;
+QByteArray pulledFolder;
 
 bool isPulled(int descriptor)
 {
@@ -30,17 +30,18 @@ bool isPulled(int descriptor)
     char path[PATH_MAX];
     std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
     const ssize_t length = readlink(link, path, sizeof path);
-    const std::lock_guard<std::mutex> lock(mutex);
-    return length >= folder.size() &&
-           std::strncmp(path, folder.constData(), static_cast<std::size_t>(folder.size())) == 0;
+    const std::lock_guard<std::mutex> lock(folderMutex);
+    return length >= pulledFolder.size() &&
+           std::strncmp(path, pulledFolder.constData(),
+                        static_cast<std::size_t>(pulledFolder.size())) == 0;
 }
 
 } // namespace
 
 PulledDisk::PulledDisk(const QString &path)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
-    folder = QFile::encodeName(path);
+    const std::lock_guard<std::mutex> lock(folderMutex);
+    pulledFolder = QFile::encodeName(path);
     pulled = true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/Timeout.h"
 #include "tests/mainwindow/Pointer.h"
 #include "tests/mainwindow/WindowProbe.h"
 
@@ -10,8 +11,6 @@
 /// What a teacher does with the mouse to a window on a real display server, and what is seen then.
 namespace DrivenWindow
 {
-
-constexpr int TIMEOUT_MS = 20000;
 
 /// What stands on the screen now, in screen coordinates.
 QImage screen();

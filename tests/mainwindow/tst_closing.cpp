@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -28,7 +29,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int TIMEOUT_MS = 60000;
 /// What "at once" may take beside the compilers of a busy machine.
 constexpr int CLOSING_MS = 10000;
 /// Two seconds, and as much again for the compilers; a hung disk alone was waited for ten seconds.

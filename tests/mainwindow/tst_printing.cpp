@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -16,12 +17,6 @@
 #include <QTemporaryDir>
 
 using namespace WindowProbe;
-
-namespace
-{
-
-constexpr int TIMEOUT_MS = 60000;
-} // namespace
 
 /// Prints through a print server of its own to a printer that keeps the pages as files.
 class PrintingTest : public QObject

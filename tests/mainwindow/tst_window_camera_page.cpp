@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -13,13 +14,6 @@
 #include <QSignalSpy>
 
 using namespace WindowProbe;
-
-namespace
-{
-
-constexpr int TIMEOUT_MS = 30000;
-
-} // namespace
 
 /// What the pop-up "More" and its button tell of the camera and of pictures that were not saved,
 /// while a camera comes and goes.

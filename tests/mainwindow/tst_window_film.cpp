@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -17,7 +18,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int TIMEOUT_MS = 30000;
 /// A fifth of a second a percent; seeking goes to whole seconds.
 constexpr int SECONDS = 20;
 

@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -20,8 +21,6 @@ using namespace WindowProbe;
 
 namespace
 {
-
-constexpr int TIMEOUT_MS = 60000;
 
 /// A disk of its own under a folder, read-only or of that size, for as long as it lives.
 class Disk

@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -18,7 +19,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int TIMEOUT_MS = 60000;
 constexpr char NO_PICTURE[] = "Nothing was recorded because no picture came from the camera.";
 /// A colour that the camera's sheet does not have.
 constexpr QRgb INK = 0xFFFF00FF;

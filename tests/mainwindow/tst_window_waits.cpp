@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
@@ -20,7 +21,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int TIMEOUT_MS = 60000;
 /// The longest that the window may be away on a machine that compiles meanwhile; a wait for an
 /// answer of the camera takes one and a half seconds and more.
 constexpr qint64 AWAY_MS = 700;

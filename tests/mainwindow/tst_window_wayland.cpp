@@ -1,3 +1,4 @@
+#include "tests/Timeout.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "tests/TestProgram.h"
@@ -13,7 +14,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int TIMEOUT_MS = 60000;
 constexpr int BOARD = 3;
 
 QRect placeIn(const QWidget &window, const QWidget &widget)

@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr int TIMEOUT_MS = 600000;
+constexpr int TOOL_TIMEOUT_MS = 600000;
 constexpr int LOUD = 8000;
 constexpr int WHITE = 128;
 
@@ -29,7 +29,7 @@ QByteArray MovieFile::read(const QString &program, const QStringList &arguments,
 {
     QProcess process;
     process.start(program, QStringList{"-v", "warning"} + arguments);
-    process.waitForFinished(TIMEOUT_MS);
+    process.waitForFinished(TOOL_TIMEOUT_MS);
     if (complaints)
         *complaints += process.readAllStandardError();
     return process.readAllStandardOutput();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sources/FilmSource.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
@@ -16,8 +17,6 @@ class PlayedFilmTest : public QObject
     Q_OBJECT
 
 protected:
-    static constexpr int TIMEOUT_MS = 30000;
-
     QTemporaryDir m_folder;
     QString m_film;
     /// A third of a second long.

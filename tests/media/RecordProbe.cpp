@@ -3,7 +3,7 @@
 namespace
 {
 
-constexpr int TIMEOUT_MS = 90000;
+constexpr int PROBE_TIMEOUT_MS = 90000;
 constexpr char FAILURE[] = "failed: ";
 
 } // namespace
@@ -17,7 +17,7 @@ RecordProbe::RecordProbe(const QStringList &arguments, const QString &preload)
     }
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QStringLiteral(RECORDPROBE), arguments);
-    m_process.waitForStarted(TIMEOUT_MS);
+    m_process.waitForStarted(PROBE_TIMEOUT_MS);
 }
 
 RecordProbe::~RecordProbe()
@@ -31,7 +31,8 @@ bool RecordProbe::waitFor(const QByteArray &beginning)
         m_said += m_process.readAllStandardOutput();
         if (('\n' + m_said).contains('\n' + beginning))
             return true;
-        if (m_process.state() == QProcess::NotRunning || !m_process.waitForReadyRead(TIMEOUT_MS)) {
+        if (m_process.state() == QProcess::NotRunning ||
+            !m_process.waitForReadyRead(PROBE_TIMEOUT_MS)) {
             m_said += m_process.readAllStandardOutput();
             return ('\n' + m_said).contains('\n' + beginning);
         }
@@ -41,7 +42,7 @@ bool RecordProbe::waitFor(const QByteArray &beginning)
 bool RecordProbe::waitForEnd(int seconds)
 {
     const bool ended = m_process.state() == QProcess::NotRunning ||
-                       m_process.waitForFinished(seconds * 1000 + TIMEOUT_MS);
+                       m_process.waitForFinished(seconds * 1000 + PROBE_TIMEOUT_MS);
     m_said += m_process.readAllStandardOutput();
     return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
 }
@@ -49,7 +50,7 @@ bool RecordProbe::waitForEnd(int seconds)
 void RecordProbe::kill()
 {
     m_process.kill();
-    m_process.waitForFinished(TIMEOUT_MS);
+    m_process.waitForFinished(PROBE_TIMEOUT_MS);
     m_said += m_process.readAllStandardOutput();
 }
 

@@ -1,16 +1,11 @@
 #include "tests/media/SoundServer.h"
 
+#include "tests/Timeout.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 
 #include <csignal>
-
-namespace
-{
-
-constexpr int TIMEOUT_MS = 20000;
-
-} // namespace
 
 SoundServer::SoundServer(const QString &folder)
     : m_folder(folder)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaType>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -32,3 +33,5 @@ struct TestFilm {
     /// The number that a picture carries.
     [[nodiscard]] static int numberIn(const QImage &picture);
 };
+
+Q_DECLARE_METATYPE(TestFilm)

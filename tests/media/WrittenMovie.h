@@ -2,6 +2,7 @@
 
 #include "sources/recording/MovieWriter.h"
 #include "sources/threads/DetachedThreads.h"
+#include "tests/Timeout.h"
 #include "tests/media/SyntheticPictures.h"
 
 #include <QtTest>
@@ -17,7 +18,6 @@
 #include <vector>
 
 inline constexpr qint64 START_US = 5000000000;
-inline constexpr int TIMEOUT_MS = 20000;
 inline constexpr QSize SMALL(640, 360);
 
 inline qint64 timeOf(int number)

@@ -1,5 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
@@ -19,7 +20,6 @@
 namespace
 {
 
-constexpr int TIMEOUT_MS = 60000;
 /// Far more than any call of a player takes that does not wait for the file.
 constexpr int CALL_LIMIT_MS = 1000;
 constexpr std::array SUFFIXES{"mp4", "avi", "mkv", "ts", "mpg", "wmv"};

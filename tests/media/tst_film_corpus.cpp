@@ -1,5 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 
 #include <QtTest>
@@ -11,7 +12,6 @@
 namespace
 {
 
-constexpr int TIMEOUT_MS = 30000;
 /// Of 255 on average: what rounding, and where a colour is put between two pixels, may cost. The
 /// next picture differs by eight at least.
 constexpr double SAME_PICTURE = 3;

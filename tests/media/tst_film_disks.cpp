@@ -2,6 +2,7 @@
 #include "sources/film/FilmFile.h"
 #include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/HangingFolder.h"
 #include "tests/fakes/PulledDisk.h"
 #include "tests/fakes/RecordingSink.h"
@@ -19,7 +20,6 @@ Q_DECLARE_METATYPE(HangingFolder::Calls)
 namespace
 {
 
-constexpr int TIMEOUT_MS = 30000;
 constexpr int TOLD_WITHIN_MS = 5000;
 
 } // namespace

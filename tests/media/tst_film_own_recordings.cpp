@@ -2,6 +2,7 @@
 #include "sources/recording/MovieWriter.h"
 #include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/MovieFile.h"
 #include "tests/media/SyntheticPictures.h"
@@ -15,7 +16,6 @@
 namespace
 {
 
-constexpr int TIMEOUT_MS = 30000;
 constexpr int pictures = 90;
 
 qint64 timeOf(int number)

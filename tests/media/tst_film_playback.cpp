@@ -1,5 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
@@ -13,12 +14,8 @@
 #include <map>
 #include <memory>
 
-Q_DECLARE_METATYPE(TestFilm)
-
 namespace
 {
-
-constexpr int TIMEOUT_MS = 30000;
 
 TestFilm film(QStringList video, QStringList sound, double rate = 30, QSize size = {320, 240})
 {

@@ -1,5 +1,6 @@
 #include "sources/FilmSource.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
@@ -10,12 +11,8 @@
 
 #include <sys/resource.h>
 
-Q_DECLARE_METATYPE(TestFilm)
-
 namespace
 {
-
-constexpr int TIMEOUT_MS = 30000;
 
 double processorSeconds()
 {

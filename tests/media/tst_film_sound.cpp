@@ -1,6 +1,7 @@
 #include "sources/FilmSource.h"
 #include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/SoundServer.h"
 #include "tests/media/TestFilm.h"
@@ -17,8 +18,6 @@
 
 namespace
 {
-
-constexpr int TIMEOUT_MS = 30000;
 
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {

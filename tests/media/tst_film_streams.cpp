@@ -1,6 +1,7 @@
 #include "sources/FilmSource.h"
 #include "sources/film/TransportStream.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
 
@@ -66,7 +67,6 @@ class FilmStreamsTest : public QObject
 private slots:
     void windingAnAviFilmWithoutAnIndexShowsWholePictures()
     {
-        constexpr int TIMEOUT_MS = 30000;
         TestFilm made;
         made.seconds = 20;
         made.sound.clear();
@@ -101,7 +101,6 @@ private slots:
 
     void aSeekInAShortTransportStreamShowsItsPicture()
     {
-        constexpr int TIMEOUT_MS = 30000;
         QFETCH(int, seconds);
         RecordingSink sink;
         sink.readNumber = TestFilm::numberIn;
@@ -143,7 +142,6 @@ private slots:
 
     void aSeekInAProgramStreamShowsItsPicture()
     {
-        constexpr int TIMEOUT_MS = 30000;
         TestFilm made;
         made.rate = 25;
         made.seconds = 10;

@@ -3,6 +3,7 @@
 #include "sources/recording/MovieWriter.h"
 #include "sources/recording/SoundCapture.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/SoundServer.h"
 #include "tests/media/TestFilm.h"
@@ -15,8 +16,6 @@ using TerminalLines::Line;
 
 namespace
 {
-
-constexpr int TIMEOUT_MS = 30000;
 
 QMutex mutex;
 QStringList said;

@@ -21,7 +21,7 @@ namespace
 /// What of a movie may be missing after a fault, in seconds.
 constexpr double LAST_SECOND = 1.1;
 constexpr int MOVIES_AT_ONCE = 2;
-constexpr int TIMEOUT_MS = 90000;
+constexpr int FAULT_TIMEOUT_MS = 90000;
 
 /// What a recording has left.
 struct Outcome {
@@ -66,7 +66,7 @@ Outcome cutOff(const QString &file, double seconds)
     powered.start(QStringLiteral(UNTIL_THE_POWER_FAILS),
                   {QString::number(seconds), file, QStringLiteral(RECORDPROBE)});
     Outcome outcome;
-    outcome.asPlanned = powered.waitForFinished(TIMEOUT_MS) && powered.exitCode() == 0;
+    outcome.asPlanned = powered.waitForFinished(FAULT_TIMEOUT_MS) && powered.exitCode() == 0;
     outcome.said = powered.readAllStandardError();
     outcome.seconds = powered.readAllStandardOutput().split(' ').value(1).toDouble();
     return outcome;
@@ -78,7 +78,7 @@ Outcome onSmallDisk(const QString &file, const QStringList &kindAndSize, const Q
     QProcess mounted;
     mounted.start(QStringLiteral(ON_SMALL_DISK), kindAndSize + QStringList{file} + command);
     Outcome outcome;
-    outcome.asPlanned = mounted.waitForFinished(TIMEOUT_MS) && mounted.exitCode() == 0;
+    outcome.asPlanned = mounted.waitForFinished(FAULT_TIMEOUT_MS) && mounted.exitCode() == 0;
     outcome.said = mounted.readAllStandardOutput() + mounted.readAllStandardError();
     return outcome;
 }
@@ -271,7 +271,7 @@ private:
         mpv.setProcessChannelMode(QProcess::MergedChannels);
         mpv.start("mpv", {"--no-config", "--vo=null", "--ao=null", "--untimed",
                           "--msg-level=all=warn", file});
-        QVERIFY(mpv.waitForFinished(TIMEOUT_MS));
+        QVERIFY(mpv.waitForFinished(FAULT_TIMEOUT_MS));
         QCOMPARE(mpv.readAll(), QByteArray());
         QCOMPARE(mpv.exitCode(), 0);
     }

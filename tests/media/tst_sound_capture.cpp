@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/media/SoundServer.h"
 
 #include "tests/media/MicrophoneFeed.h"
@@ -39,7 +40,6 @@ private:
     std::unique_ptr<SoundCapture> m_capture;
 };
 
-constexpr int TIMEOUT_MS = 20000;
 constexpr qint64 PERIOD_US = 100000;
 constexpr int SECOND = 44100;
 /// In four seconds a microphone is looked for as often as in forty minutes.

@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/media/SoundServer.h"
 
 #include "sources/recording/SoundDevices.h"
@@ -12,7 +13,6 @@ namespace
 
 /// As often as a recording of forty minutes looks for the microphone.
 constexpr int LOOKS = 40 * 60 / 2;
-constexpr int TIMEOUT_MS = 20000;
 
 int openDescriptors()
 {

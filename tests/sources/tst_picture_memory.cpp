@@ -2,6 +2,7 @@
 #include "sources/photographs/PictureReader.h"
 #include "tests/Allocator.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 
 #include <QtTest>
 
@@ -150,7 +151,6 @@ private slots:
 
     void twoOfThemAreNeverHeldAtOnce()
     {
-        constexpr int TIMEOUT_MS = 60000;
         const QString first = written(HEIGHT / 10, 8, 0, 1);
         const QString second = m_folder.filePath("second.png");
         const QString small = m_folder.filePath("small.png");

@@ -45,7 +45,7 @@ private slots:
 namespace
 {
 
-const QSize SIZE(1024, 768);
+const QSize FRAME(1024, 768);
 
 /// Slow enough that libuvc, which keeps one frame, loses none on a machine that is busy.
 VirtualCameraConfig unhurried()
@@ -61,7 +61,7 @@ struct Bench {
 
     [[nodiscard]] bool plug() { return camera.plug() && viewer.waitUntilFound(true); }
     [[nodiscard]] bool open() { return plug() && viewer.open() == UVC_SUCCESS; }
-    [[nodiscard]] bool stream() { return open() && viewer.start(SIZE) == UVC_SUCCESS; }
+    [[nodiscard]] bool stream() { return open() && viewer.start(FRAME) == UVC_SUCCESS; }
 };
 
 std::optional<quint32> numberOf(const QByteArray &frame)
@@ -86,11 +86,11 @@ QByteArray spoiltFrame(Bench &bench, std::atomic<int> &fault,
 uvc_error_t convert(const QByteArray &jpeg)
 {
     uvc_frame_t source{}, target{};
-    QByteArray data = jpeg, rgb(SIZE.width() * SIZE.height() * 3, 0);
+    QByteArray data = jpeg, rgb(FRAME.width() * FRAME.height() * 3, 0);
     source.data = data.data();
     source.data_bytes = static_cast<size_t>(data.size());
-    source.width = static_cast<uint32_t>(SIZE.width());
-    source.height = static_cast<uint32_t>(SIZE.height());
+    source.width = static_cast<uint32_t>(FRAME.width());
+    source.height = static_cast<uint32_t>(FRAME.height());
     source.frame_format = UVC_FRAME_FORMAT_MJPEG;
     target.data = rgb.data();
     target.data_bytes = static_cast<size_t>(rgb.size());
@@ -146,9 +146,9 @@ void VirtualCameraFaultsTest::probesStall()
     Bench bench;
     QVERIFY(bench.open());
     bench.camera.faults().stallProbes = -1;
-    QVERIFY(bench.viewer.start(SIZE) != UVC_SUCCESS);
+    QVERIFY(bench.viewer.start(FRAME) != UVC_SUCCESS);
     bench.camera.faults().stallProbes = 0;
-    QCOMPARE(bench.viewer.start(SIZE), UVC_SUCCESS);
+    QCOMPARE(bench.viewer.start(FRAME), UVC_SUCCESS);
     QVERIFY(bench.viewer.takeFrame());
     bench.viewer.stop();
 }
@@ -182,7 +182,7 @@ void VirtualCameraFaultsTest::extensionUnitIsMissing()
     QVERIFY(bench.open());
     QVERIFY(!bench.viewer.extensionUnit());
     QCOMPARE(bench.viewer.set(19, 1), static_cast<int>(UVC_ERROR_PIPE));
-    QCOMPARE(bench.viewer.start(SIZE), UVC_SUCCESS);
+    QCOMPARE(bench.viewer.start(FRAME), UVC_SUCCESS);
     QVERIFY(bench.viewer.takeFrame());
     bench.viewer.stop();
 }
@@ -225,7 +225,7 @@ void VirtualCameraFaultsTest::framesSayAnotherSize()
 {
     Bench bench;
     QVERIFY(bench.stream());
-    const QSize twice(SIZE.width(), 2 * SIZE.height()), half(SIZE.width(), SIZE.height() / 2);
+    const QSize twice(FRAME.width(), 2 * FRAME.height()), half(FRAME.width(), FRAME.height() / 2);
     QVERIFY(
         !spoiltFrame(bench, bench.camera.faults().wrongSizeFrames, [twice](const QByteArray &jpeg) {
              return sizeInHeader(jpeg) == twice;
@@ -300,7 +300,7 @@ void VirtualCameraFaultsTest::unplugEndsTheStream()
     UvcViewer viewer;
     QVERIFY(viewer.find());
     QCOMPARE(viewer.open(), UVC_SUCCESS);
-    QCOMPARE(viewer.start(SIZE), UVC_SUCCESS);
+    QCOMPARE(viewer.start(FRAME), UVC_SUCCESS);
     QVERIFY(viewer.takeFrame());
     viewer.abandon();
     dirty ? camera.unplugDirty() : camera.unplug();

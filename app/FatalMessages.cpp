@@ -14,7 +14,7 @@
 namespace
 {
 
-QtMessageHandler previous = nullptr;
+QtMessageHandler keptHandler = nullptr;
 std::vector<std::pair<QtMsgType, QString>> kept;
 
 QString triedDisplays()
@@ -46,12 +46,12 @@ void keep(QtMsgType type, const QMessageLogContext &, const QString &message)
 
 FatalMessages::FatalMessages()
 {
-    previous = qInstallMessageHandler(keep);
+    keptHandler = qInstallMessageHandler(keep);
 }
 
 FatalMessages::~FatalMessages()
 {
-    qInstallMessageHandler(previous);
+    qInstallMessageHandler(keptHandler);
     const QMessageLogContext nowhere;
     for (const auto &[type, message] : std::exchange(kept, {}))
         qt_message_output(type, nowhere, message);

@@ -9,7 +9,7 @@
 namespace
 {
 
-QtMessageHandler previous = nullptr;
+QtMessageHandler handlerBefore = nullptr;
 std::function<void()> endOnce;
 
 /// The toolkit announces it by no other means.
@@ -21,8 +21,8 @@ bool tellsTheEnd(const QString &message)
 
 void look(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    if (previous)
-        previous(type, context, message);
+    if (handlerBefore)
+        handlerBefore(type, context, message);
     if (!tellsTheEnd(message) || QThread::currentThread() != QCoreApplication::instance()->thread())
         return;
     // Closing the windows may cause the same message again.
@@ -35,11 +35,11 @@ void look(QtMsgType type, const QMessageLogContext &context, const QString &mess
 LostDisplay::LostDisplay(std::function<void()> end)
 {
     endOnce = std::move(end);
-    previous = qInstallMessageHandler(look);
+    handlerBefore = qInstallMessageHandler(look);
 }
 
 LostDisplay::~LostDisplay()
 {
-    qInstallMessageHandler(previous);
+    qInstallMessageHandler(handlerBefore);
     endOnce = {};
 }

@@ -1,5 +1,7 @@
 #include "mainwindow/CanvasMessage.h"
 
+#include "mainwindow/CanvasFont.h"
+
 #include <QAccessible>
 #include <QEvent>
 #include <QFontMetrics>
@@ -10,10 +12,6 @@
 namespace
 {
 
-constexpr int LEAST_TEXT_HEIGHT = 18;
-constexpr int MOST_TEXT_HEIGHT = 60;
-/// How many lines of text the height of a canvas holds.
-constexpr int LINES_OF_CANVAS = 22;
 constexpr int TEXT_FLAGS = Qt::AlignCenter | Qt::TextWordWrap;
 const QColor GROUND(16, 16, 16, 215);
 
@@ -88,9 +86,7 @@ void CanvasMessage::place()
     if (text().isEmpty())
         return;
     const QSize canvas = parentWidget()->size();
-    QFont large("Arial");
-    large.setPixelSize(
-        std::clamp(canvas.height() / LINES_OF_CANVAS, LEAST_TEXT_HEIGHT, MOST_TEXT_HEIGHT));
+    const QFont large = canvasFont(canvas.height());
     setFont(large);
     const int margin = large.pixelSize();
     const QRect room(0, 0, std::max(canvas.width() * 4 / 5 - 2 * margin, 1), canvas.height());

@@ -1,5 +1,7 @@
 #include "mainwindow/EmptyScreen.h"
 
+#include "mainwindow/CanvasFont.h"
+
 #include "canvas/ImageCanvas.h"
 #include "canvas/picture/ViewGeometry.h"
 
@@ -19,11 +21,6 @@ constexpr double PICTOGRAM_MIDDLE = 0.38;
 constexpr double PICTOGRAM_HEIGHT = 0.24;
 constexpr double LINE_MIDDLE = 0.64;
 constexpr double LINE_UNDER_DRAWING = 0.90;
-
-constexpr int LEAST_TEXT_HEIGHT = 18;
-constexpr int MOST_TEXT_HEIGHT = 60;
-/// Lines of text that the height of a canvas would hold.
-constexpr int LINES_OF_CANVAS = 22;
 
 } // namespace
 
@@ -78,8 +75,7 @@ void EmptyScreen::paintEvent(QPaintEvent *)
         painter.drawImage(pictogram, m_pictogram);
         lineMiddle = LINE_MIDDLE;
     }
-    QFont font(QStringLiteral("Arial"));
-    font.setPixelSize(std::clamp(height() / LINES_OF_CANVAS, LEAST_TEXT_HEIGHT, MOST_TEXT_HEIGHT));
+    const QFont font = canvasFont(height());
     painter.setFont(font);
     painter.setPen(Qt::white);
     const int room = 3 * font.pixelSize();

@@ -8,17 +8,17 @@
 namespace
 {
 
-constexpr int FIRST_X = 20;
+constexpr int BAR_FIRST = 20;
 constexpr int PITCH = 40;
-constexpr int TOP = 5;
+constexpr int BAR_TOP = 5;
 
 } // namespace
 
 void BarButtons::create(Commands::Group group, QWidget *bar, CommandButtons *buttons)
 {
-    int x = FIRST_X;
+    int x = BAR_FIRST;
     for (const Commands::Row &row : Commands::rowsOf(group)) {
-        auto *button = new ImageButton(row.skin, bar, x, TOP);
+        auto *button = new ImageButton(row.skin, bar, x, BAR_TOP);
         button->setCheckable((row.look & Commands::Checkable) != 0);
         const QString name = QCoreApplication::translate("MainWindow", row.text);
         button->setAccessibleName(name);

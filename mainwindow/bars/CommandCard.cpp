@@ -12,8 +12,8 @@
 namespace
 {
 
-constexpr int FIRST_X = 3;
-constexpr int TOP = 5;
+constexpr int CARD_FIRST = 3;
+constexpr int CARD_TOP = 5;
 /// Edge of the background's corners, which are not stretched.
 constexpr int CORNER = 8;
 
@@ -24,7 +24,7 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
     , m_ground(SkinImages::load(":/icons/Background/CARD_BK.png"))
 {
     for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Card)) {
-        auto *button = new ImageButton(row.skin, this, FIRST_X, TOP);
+        auto *button = new ImageButton(row.skin, this, CARD_FIRST, CARD_TOP);
         const QString name = QCoreApplication::translate("MainWindow", row.text);
         button->setAccessibleName(name);
         button->setToolTip(name);
@@ -44,7 +44,7 @@ void CommandCard::place(const WindowLayout &at)
         checked.push_back(button->isChecked());
     const std::vector<bool> fits = CardLayout::chosen(checked, at.cardRoom);
     m_hidden.clear();
-    int x = FIRST_X;
+    int x = CARD_FIRST;
     int count = 0;
     for (std::size_t i = 0; i < m_buttons.size(); ++i) {
         m_buttons[i]->setVisible(fits[i]);
@@ -52,7 +52,7 @@ void CommandCard::place(const WindowLayout &at)
             m_hidden.push_back(m_buttons[i]);
             continue;
         }
-        m_buttons[i]->move(x, TOP);
+        m_buttons[i]->move(x, CARD_TOP);
         x += CardLayout::PITCH;
         ++count;
     }

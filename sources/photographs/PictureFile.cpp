@@ -13,7 +13,6 @@ namespace
 {
 
 constexpr qint64 PIECE_BYTES = 1LL << 20;
-constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
 
 FileStamp stampOf(const struct stat &status)
 {

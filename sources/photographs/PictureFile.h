@@ -7,6 +7,8 @@
 
 #include <functional>
 
+constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
+
 /// What tells one content of a file from another without reading it.
 struct FileStamp {
     qint64 bytes = -1;

@@ -14,7 +14,6 @@
 namespace
 {
 
-constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
 /// The characters that stand in an address as they are, besides letters and digits.
 constexpr char PLAIN[] = "-_.~!$&'()*+,:=@/";
 

@@ -1,6 +1,7 @@
 #include "tools/gallery/DemoWindow.h"
 
 #include "resources/SkinImages.h"
+#include "tools/gallery/SkinGround.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ImageWidget.h"
@@ -94,11 +95,6 @@ bool offered(const QString &skin, DemoWindow::Mode mode)
     if (skin == "ICON_HAND")
         return !live;
     return skin != "ICON_FILL" && (live || !cameraOnly.contains(skin));
-}
-
-QImage background(const QString &name)
-{
-    return SkinImages::load(":/icons/Background/" + name + ".png");
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "tools/gallery/WidgetPage.h"
 
 #include "resources/SkinImages.h"
+#include "tools/gallery/SkinGround.h"
 #include "widgets/FramelessWindow.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
@@ -18,11 +19,6 @@ namespace
 {
 
 constexpr QSize PAGE_SIZE(760, 560);
-
-QImage background(const QString &name)
-{
-    return SkinImages::load(":/icons/Background/" + name + ".png");
-}
 
 /// The nine pieces with nothing inside.
 class EmptyWindow : public StyleWindow

@@ -12,7 +12,6 @@ namespace SheetScene
 namespace
 {
 
-const QColor INK(30, 32, 40);
 const QRectF DIGITS(-206, -152, 412, 102);
 constexpr double CELL = 12.0;
 const QRectF CELLS(-CELL *SheetCounter::CELL_COUNT / 2, -24, CELL *SheetCounter::CELL_COUNT, 48);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QRectF>
 #include <QtGlobal>
 
@@ -13,6 +14,7 @@ namespace SheetScene
 {
 
 constexpr double DESK_WIDTH = 1920.0;
+inline const QColor INK(30, 32, 40);
 
 /// From scene units to pixels of a picture that shows the middle of the desk `zoom` times enlarged.
 [[nodiscard]] QTransform toPixels(const QSize &size, double zoom);

@@ -1,5 +1,7 @@
 #include "tools/virtualcamera/SheetStill.h"
 
+#include "tools/virtualcamera/SheetScene.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QImage>
@@ -14,7 +16,6 @@ namespace
 {
 
 const QRectF SHEET(-760, -500, 1520, 1000);
-const QColor INK(30, 32, 40);
 
 bool hasFonts()
 {

@@ -1,9 +1,13 @@
 #include "tools/virtualcamera/TileEncoder.h"
 
+#include "tools/virtualcamera/JpegMarkers.h"
+
 #include <cstdio>
 #include <cstdlib>
 
 #include <jpeglib.h>
+
+using namespace JpegMarkers;
 
 namespace
 {
@@ -11,8 +15,6 @@ namespace
 constexpr int COLUMNS = 8;
 constexpr int TILE_HEIGHT = 8;
 constexpr int BLOCK_WIDTH = 16; // 4:2:2
-constexpr std::uint8_t MARKER = 0xFF, FIRST_RESTART = 0xD0, END_OF_IMAGE = 0xD9;
-constexpr std::uint8_t START_OF_FRAME = 0xC0, START_OF_SCAN = 0xDA;
 
 /// Where the data after the marker begin: behind its length field for a segment with one.
 std::size_t findSegment(const std::vector<std::uint8_t> &jpeg, std::uint8_t marker)

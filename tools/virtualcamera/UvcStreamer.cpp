@@ -1,5 +1,6 @@
 #include "tools/virtualcamera/UvcStreamer.h"
 
+#include "tools/virtualcamera/JpegMarkers.h"
 #include "tools/virtualcamera/SheetPicture.h"
 #include "tools/virtualcamera/TileEncoder.h"
 #include "tools/virtualcamera/UncompressedFrame.h"
@@ -8,11 +9,11 @@
 #include <pthread.h>
 #include <utility>
 
+using namespace JpegMarkers;
+
 namespace
 {
 
-constexpr std::uint8_t MARKER = 0xFF, START_OF_IMAGE = 0xD8, END_OF_IMAGE = 0xD9;
-constexpr std::uint8_t START_OF_FRAME = 0xC0, HUFFMAN_TABLES = 0xC4;
 constexpr int LATE_PERIODS = 4; ///< later than that the clockwork starts again
 
 std::vector<std::uint8_t>::iterator findMarker(std::vector<std::uint8_t> &jpeg, std::uint8_t code)

@@ -102,7 +102,9 @@ private slots:
                 [&faults](FilmFault each) { faults.append(each); });
         m_source->setFile(path("sound.mp4"));
         QTRY_VERIFY_WITH_TIMEOUT(m_sink.refreshing(), TIMEOUT_MS);
-        QCOMPARE(m_sink.count(), 0);
+        // Black, in place of the film before.
+        QCOMPARE(m_sink.count(), 1);
+        QCOMPARE(m_sink.last().pixel(0, 0), qRgb(0, 0, 0));
         QCOMPARE(m_source->currentPosition(), 100);
         QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoPicture});
         verifyTheNextFilmPlays();

@@ -14,8 +14,12 @@ namespace
 // deinterlacing. No subtitles and no colour controls.
 constexpr int PLAY_FLAGS = 0x1 | 0x2 | 0x10 | 0x200;
 
-// More than the seconds between two key frames and those by which pictures come before their time.
+// More than the seconds between two key frames and those by which pictures come before their time:
+// of nearly all streams, and of those where that was too little.
 constexpr gint64 PROGRAM_STREAM_LEAD = 3 * GST_SECOND;
+constexpr gint64 LONG_LEAD = 15 * GST_SECOND;
+// More than the time of a picture in such a stream.
+constexpr double PICTURE_SECONDS = 0.1;
 constexpr gint64 FROM_START = std::numeric_limits<gint64>::max();
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
@@ -133,6 +137,10 @@ FilmPipelineGst::Result FilmPipelineGst::continueSeek()
         return Result::Done;
     }
     if (m_seekStep == SeekStep::ToPlace) {
+        const bool late =
+            found && m_pictures.nextSeconds().value_or(0) > m_seekPlace + PICTURE_SECONDS;
+        if (late && m_programStream.lengthenLead(LONG_LEAD))
+            return sendSeek(SeekStep::ToPlace, m_seekPlace);
         if (found)
             return Result::Done;
         // Beyond the last picture, or before the first.

@@ -54,6 +54,20 @@ bool FrameQueueGst::anySinceClear() const
     return m_newest != nullptr;
 }
 
+std::optional<double> FrameQueueGst::nextSeconds() const
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_samples.empty())
+        return {};
+    GstSample *sample = m_samples.front().get();
+    const guint64 place =
+        gst_segment_to_stream_time(gst_sample_get_segment(sample), GST_FORMAT_TIME,
+                                   GST_BUFFER_PTS(gst_sample_get_buffer(sample)));
+    if (!GST_CLOCK_TIME_IS_VALID(place))
+        return {};
+    return static_cast<double>(place) / GST_SECOND;
+}
+
 void FrameQueueGst::clear(quint64 film)
 {
     const std::lock_guard lock(m_mutex);

@@ -6,6 +6,7 @@
 
 #include <deque>
 #include <mutex>
+#include <optional>
 
 /// The pictures that are due and not shown yet, in their order. It holds two, so that the beat
 /// between the film's rate and the screen's costs no picture. Any thread.
@@ -19,6 +20,9 @@ public:
     [[nodiscard]] GstPtr<GstSample> take();
     /// Whether the place that was last sought has a picture.
     [[nodiscard]] bool anySinceClear() const;
+    /// When in the film the picture is due that take() would return, in seconds; none when there is
+    /// none, or it does not know.
+    [[nodiscard]] std::optional<double> nextSeconds() const;
     void clear(quint64 film);
 
 private:

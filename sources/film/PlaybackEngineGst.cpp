@@ -371,8 +371,8 @@ void PlaybackEngineGst::reportDuration()
 {
     const double told = m_pipeline->duration();
     // What has been played exists, whatever the file says.
-    const double duration =
-        std::max({told > 0 ? told : m_duration, currentTime(), m_index->seconds});
+    m_index->seconds = std::max(m_index->seconds, currentTime());
+    const double duration = std::max(told > 0 ? told : m_duration, m_index->seconds);
     if (duration == m_duration || !m_requests.setLength(m_film.number, duration))
         return;
     m_duration = duration;

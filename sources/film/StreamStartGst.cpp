@@ -4,6 +4,14 @@
 
 #include <algorithm>
 
+bool StreamStartGst::lengthenLead(gint64 lead)
+{
+    if (m_start < 0 || m_lead >= lead)
+        return false;
+    m_lead = lead;
+    return true;
+}
+
 GstEvent *StreamStartGst::insteadOfSegment(GstEvent *event)
 {
     GstSegment segment;

@@ -18,12 +18,16 @@ public:
     {
     }
 
+    /// Makes that the lead from now on; false when it is already as long, or no film of that
+    /// demuxer has come. Any thread.
+    [[nodiscard]] bool lengthenLead(gint64 lead);
+
 protected:
     GstEvent *insteadOfSeek(GstEvent *seek) override;
     GstEvent *insteadOfSegment(GstEvent *segment) override;
 
 private:
-    const gint64 m_lead;
+    std::atomic<gint64> m_lead;
     /// Stream time of the first picture or sound; below 0 while none has come.
     std::atomic<gint64> m_start{-1};
     /// Stream time of the place that the last seek leads to; below 0 when it begins there.

@@ -140,13 +140,22 @@ private slots:
         QVERIFY2(std::fabs(seconds - 10) < 1, qPrintable(QString::number(seconds)));
     }
 
+    void aSeekInAProgramStreamShowsItsPicture_data()
+    {
+        QTest::addColumn<QString>("picturesToTheNextKeyFrame");
+        QTest::newRow("as usual") << "40";
+        QTest::newRow("few key frames") << "200";
+    }
+
     void aSeekInAProgramStreamShowsItsPicture()
     {
+        QFETCH(QString, picturesToTheNextKeyFrame);
         TestFilm made;
         made.rate = 25;
         made.seconds = 10;
         made.sound.clear(); // it would move the pictures by a fraction
-        made.video = QStringList{"-c:v", "mpeg2video", "-q:v", "3", "-g", "40", "-bf", "2"};
+        made.video = QStringList{"-c:v", "mpeg2video", "-q:v", "3", "-g", picturesToTheNextKeyFrame,
+                                 "-bf",  "2"};
         const QString path = m_folder.filePath("stream.mpg");
         QVERIFY(made.write(path));
         RecordingSink sink;

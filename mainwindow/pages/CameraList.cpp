@@ -1,19 +1,13 @@
 #include "mainwindow/pages/CameraList.h"
 
 #include "mainwindow/CameraPreferences.h"
+#include "mainwindow/pages/Pages.h"
 #include "sources/camera/CameraKeeper.h"
 #include "sources/camera/CameraName.h"
 #include "widgets/FormControls.h"
 
-#include <QCoreApplication>
-
 namespace
 {
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate("MoreToolWindow", source);
-}
 
 /// Twins are told apart by their serial numbers.
 QString nameOf(const BusCamera &camera, const BusCameras &all)
@@ -46,7 +40,7 @@ CameraList::CameraList(CameraKeeper *keeper, QWidget *parent)
 void CameraList::refresh()
 {
     clear();
-    addItem(text(QT_TRANSLATE_NOOP("MoreToolWindow", "The document camera")), QString());
+    addItem(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "The document camera")), QString());
     const BusCameras &cameras = m_keeper->cameras();
     for (const BusCamera &camera : cameras) {
         if (findData(camera.text()) < 0)
@@ -56,7 +50,7 @@ void CameraList::refresh()
     const QString chosen = choice ? choice->text() : QString();
     if (findData(chosen) < 0) {
         const QString name = CameraPreferences::chosenName();
-        addItem(text(QT_TRANSLATE_NOOP("MoreToolWindow", "%1 (not plugged in)"))
+        addItem(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "%1 (not plugged in)"))
                     .arg(name.isEmpty() ? shownCameraName(chosen) : name),
                 chosen);
     }

@@ -8,17 +8,11 @@
 #include "widgets/FormControls.h"
 
 #include <QCheckBox>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QVBoxLayout>
 
 namespace
 {
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate("MoreToolWindow", source);
-}
 
 QCheckBox *makeMirror(const QString &caption, LiveSource *camera, Qt::Orientation direction,
                       QWidget *parent)
@@ -44,14 +38,15 @@ QWidget *Pages::makeCameraPage(const Context &context, QWidget *parent)
     QObject::connect(keeper, &CameraKeeper::statusChanged, state,
                      [state, keeper] { state->setStatus(keeper->status()); });
 
-    auto *caption = new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Camera to show")), page);
+    auto *caption =
+        new QLabel(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Camera to show")), page);
     auto *cameras = new CameraList(keeper, page);
     cameras->setAccessibleName(caption->text());
     QCheckBox *leftRight =
-        makeMirror(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Mirror left and right")),
+        makeMirror(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Mirror left and right")),
                    context.camera, Qt::Horizontal, page);
     QCheckBox *upsideDown =
-        makeMirror(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Mirror top and bottom")),
+        makeMirror(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Mirror top and bottom")),
                    context.camera, Qt::Vertical, page);
 
     auto *layout = new QVBoxLayout(page);

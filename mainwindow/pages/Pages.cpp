@@ -1,5 +1,6 @@
 #include "mainwindow/pages/Pages.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 #include <QtGlobal>
 
@@ -15,6 +16,11 @@ const std::vector<Pages::Page> &Pages::all()
         {Id::Pen, QT_TRANSLATE_NOOP("MoreToolWindow", "Pen and fingers"), makePenPage},
     };
     return pages;
+}
+
+QString Pages::text(const char *source)
+{
+    return QCoreApplication::translate("MoreToolWindow", source);
 }
 
 QWidget *Pages::makeTable(const std::vector<Line> &lines, QWidget *parent)

@@ -34,6 +34,9 @@ struct Page {
 
 [[nodiscard]] const std::vector<Page> &all();
 
+/// One of the marked source texts of the pop-up, in the language of now.
+[[nodiscard]] QString text(const char *source);
+
 // The makers
 [[nodiscard]] QWidget *makeCameraPage(const Context &context, QWidget *parent);
 [[nodiscard]] QWidget *makeRecordingPage(const Context &context, QWidget *parent);

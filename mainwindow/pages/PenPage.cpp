@@ -10,11 +10,6 @@
 namespace
 {
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("MoreToolWindow", source);
-}
-
 /// What a button is called.
 QString nameOf(const char *source)
 {
@@ -24,18 +19,19 @@ QString nameOf(const char *source)
 std::vector<Pages::Line> gestures()
 {
     return {
-        {text(QT_TRANSLATE_NOOP("MoreToolWindow", "Move and zoom")),
-         text(QT_TRANSLATE_NOOP("MoreToolWindow", "two fingers"))},
-        {text(QT_TRANSLATE_NOOP("MoreToolWindow", "Zoom")),
-         text(QT_TRANSLATE_NOOP("MoreToolWindow", "wheel of the mouse"))},
-        {nameOf("Undo"), text(QT_TRANSLATE_NOOP("MoreToolWindow", "tap with two fingers"))},
-        {nameOf("Redo"), text(QT_TRANSLATE_NOOP("MoreToolWindow", "tap with three fingers"))},
-        {nameOf("Hand"),
-         text(QT_TRANSLATE_NOOP("MoreToolWindow", "lower button of the pen, middle mouse button"))},
+        {Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Move and zoom")),
+         Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "two fingers"))},
+        {Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Zoom")),
+         Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "wheel of the mouse"))},
+        {nameOf("Undo"), Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "tap with two fingers"))},
+        {nameOf("Redo"),
+         Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "tap with three fingers"))},
+        {nameOf("Hand"), Pages::text(QT_TRANSLATE_NOOP(
+                             "MoreToolWindow", "lower button of the pen, middle mouse button"))},
         {nameOf("Eraser"),
-         text(QT_TRANSLATE_NOOP("MoreToolWindow", "upper button or other end of the pen"))},
-        {text(QT_TRANSLATE_NOOP("MoreToolWindow", "Options of a tool")),
-         text(QT_TRANSLATE_NOOP("MoreToolWindow", "hold its button"))},
+         Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "upper button or other end of the pen"))},
+        {Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Options of a tool")),
+         Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "hold its button"))},
     };
 }
 
@@ -48,7 +44,8 @@ QWidget *Pages::makePenPage(const Context &context, QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     auto *pressure = new QCheckBox(
-        text(QT_TRANSLATE_NOOP("MoreToolWindow", "Press the pen harder to draw wider")), page);
+        Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Press the pen harder to draw wider")),
+        page);
     FormControls::applyLook(pressure);
     pressure->setChecked(PenPressure::isOn());
     const CanvasDeck *deck = context.deck;

@@ -5,23 +5,18 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QVBoxLayout>
 
 namespace
 {
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("MoreToolWindow", source);
-}
-
 QComboBox *makeScreens(Presentation *presentation, QWidget *parent)
 {
     auto *screens = new QComboBox(parent);
     FormControls::applyLook(screens);
-    screens->addItem(text(QT_TRANSLATE_NOOP("MoreToolWindow", "The first free one")), QString());
+    screens->addItem(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "The first free one")),
+                     QString());
     for (const QString &name : Presentation::screens())
         screens->addItem(name, name);
     const QString chosen = Presentation::screen();
@@ -55,14 +50,14 @@ QWidget *Pages::makePresentationPage(const Context &context, QWidget *parent)
     if (!presentation)
         return page;
     auto *caption =
-        new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Screen for the class")), page);
+        new QLabel(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Screen for the class")), page);
     QComboBox *screens = makeScreens(presentation, page);
     screens->setAccessibleName(caption->text());
-    QCheckBox *atStart =
-        makeChoice(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Open it when the program starts")),
-                   ::Presentation::opensAtStart(), page);
+    QCheckBox *atStart = makeChoice(
+        Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Open it when the program starts")),
+        ::Presentation::opensAtStart(), page);
     QCheckBox *pointer =
-        makeChoice(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Show where the pointer is")),
+        makeChoice(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Show where the pointer is")),
                    ::Presentation::showsPointer(), page);
     QObject::connect(atStart, &QCheckBox::toggled, presentation, &::Presentation::setOpensAtStart);
     QObject::connect(pointer, &QCheckBox::toggled, presentation, &::Presentation::setShowsPointer);

@@ -1,6 +1,7 @@
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
 #include "sources/photographs/PictureReader.h"
+#include "tests/ProcessMemory.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>
@@ -11,8 +12,6 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-
-#include <sys/resource.h>
 
 namespace
 {
@@ -49,14 +48,6 @@ Difference difference(const QImage &one, const QImage &other)
     }
     result.mean = double(sum) / double(qint64(one.width()) * one.height() * 3);
     return result;
-}
-
-/// Of the whole process at its largest.
-qint64 megabytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
 }
 
 bool wantsAll()
@@ -222,11 +213,12 @@ void PictureCorpusTest::largePicturesStayWithinTheMemory()
         timer.start();
         const PictureReader::Reading reading = PictureReader::readFile(in("large").filePath(name));
         qInfo("%s: %d x %d in %lld ms; the process had %lld MB at the most", qPrintable(name),
-              reading.picture.width(), reading.picture.height(), timer.elapsed(), megabytes());
+              reading.picture.width(), reading.picture.height(), timer.elapsed(),
+              largestMegabytes());
         QVERIFY2(!reading.picture.isNull(), qPrintable(name));
     }
     constexpr qint64 MOST_MEGABYTES = 700;
-    QVERIFY(megabytes() < MOST_MEGABYTES);
+    QVERIFY(largestMegabytes() < MOST_MEGABYTES);
 }
 
 REGISTER_TEST(PictureCorpusTest)

@@ -1,6 +1,7 @@
 #include "sources/photographs/PicturePreloader.h"
 #include "sources/photographs/PictureReader.h"
 #include "tests/Allocator.h"
+#include "tests/ProcessMemory.h"
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
 
@@ -12,18 +13,8 @@
 
 #include <array>
 
-#include <sys/resource.h>
-
 namespace
 {
-
-/// The process at its largest.
-qint64 megabytes()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
 
 /// Writes a black PNG file with as many of its rows as asked for. Another process does it, so that
 /// this one stays small.
@@ -86,7 +77,7 @@ class PictureMemoryTest : public QObject
     }
 
 private slots:
-    void init() { m_before = m_before > 0 ? m_before : megabytes(); }
+    void init() { m_before = m_before > 0 ? m_before : largestMegabytes(); }
 
     void onlyTheAnswerIsHeld_data()
     {
@@ -110,8 +101,8 @@ private slots:
         QVERIFY(picture.width() > 8000);
         QVERIFY(qint64(picture.width()) * picture.height() <= PictureReader::MAX_PIXELS);
         QCOMPARE(picture.pixel(picture.width() / 2, picture.height() / 20), qRgb(0, 0, 0));
-        QVERIFY2(!SYSTEM_ALLOCATOR || megabytes() < m_before + ANSWER_MEGABYTES,
-                 qPrintable(QString::number(megabytes())));
+        QVERIFY2(!SYSTEM_ALLOCATOR || largestMegabytes() < m_before + ANSWER_MEGABYTES,
+                 qPrintable(QString::number(largestMegabytes())));
     }
 
     void aBitmapIsReadInParts()
@@ -130,8 +121,8 @@ private slots:
         QVERIFY(picture.width() > 8000);
         QCOMPARE(picture.pixel(picture.rect().center()), qRgb(0, 0, 0));
         QVERIFY(qRed(picture.pixel(picture.width() / 2, picture.height() - 1)) > 100);
-        QVERIFY2(!SYSTEM_ALLOCATOR || megabytes() < m_before + ANSWER_MEGABYTES,
-                 qPrintable(QString::number(megabytes())));
+        QVERIFY2(!SYSTEM_ALLOCATOR || largestMegabytes() < m_before + ANSWER_MEGABYTES,
+                 qPrintable(QString::number(largestMegabytes())));
         picture = QImage();
         QVERIFY(file.resize(54 + qint64(WIDTH) * 3 * HEIGHT / 2));
         picture = PictureReader::read(path);
@@ -145,8 +136,8 @@ private slots:
         const QImage picture = PictureReader::read(path);
         QCOMPARE(picture.size(), QSize(8000, 6000));
         QVERIFY(qRed(picture.pixel(9, 5)) > 200 && qBlue(picture.pixel(9, 5)) < 60);
-        QVERIFY2(!SYSTEM_ALLOCATOR || megabytes() < m_before + ANSWER_MEGABYTES,
-                 qPrintable(QString::number(megabytes())));
+        QVERIFY2(!SYSTEM_ALLOCATOR || largestMegabytes() < m_before + ANSWER_MEGABYTES,
+                 qPrintable(QString::number(largestMegabytes())));
     }
 
     void twoOfThemAreNeverHeldAtOnce()
@@ -168,8 +159,8 @@ private slots:
         (void)preloader.take(first);
         QTRY_VERIFY_WITH_TIMEOUT(preloader.holds(first), TIMEOUT_MS);
         QVERIFY(!preloader.holds(second));
-        QVERIFY2(!SYSTEM_ALLOCATOR || megabytes() < m_before + ANSWER_MEGABYTES,
-                 qPrintable(QString::number(megabytes())));
+        QVERIFY2(!SYSTEM_ALLOCATOR || largestMegabytes() < m_before + ANSWER_MEGABYTES,
+                 qPrintable(QString::number(largestMegabytes())));
     }
 
     // The last one, as the process was never larger.
@@ -180,8 +171,9 @@ private slots:
         const QImage picture = PictureReader::read(path);
         QCOMPARE(picture.size(), QSize(WIDTH, HEIGHT) / 4);
         QVERIFY2(!SYSTEM_ALLOCATOR ||
-                     megabytes() < m_before + PictureReader::MAX_DECODED_BYTES / 1024 / 1024 + 20,
-                 qPrintable(QString::number(megabytes())));
+                     largestMegabytes() <
+                         m_before + PictureReader::MAX_DECODED_BYTES / 1024 / 1024 + 20,
+                 qPrintable(QString::number(largestMegabytes())));
     }
 };
 

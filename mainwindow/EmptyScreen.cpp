@@ -24,11 +24,11 @@ constexpr double LINE_UNDER_DRAWING = 0.90;
 
 } // namespace
 
-EmptyScreen::EmptyScreen(ImageCanvas *canvas, const QImage &pictogram, const QString &line,
+EmptyScreen::EmptyScreen(ImageCanvas *canvas, const QString &pictogram, const QString &line,
                          std::chrono::milliseconds delay)
     : QWidget(canvas)
     , m_canvas(canvas)
-    , m_pictogram(pictogram)
+    , m_pictogramPath(pictogram)
     , m_line(line)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -59,28 +59,36 @@ void EmptyScreen::paintEvent(QPaintEvent *)
         return;
     }
     const QRect place = picturePlace();
-    const auto heightOf = [&place](double part) { return qRound(place.height() * part); };
     QPainter painter(this);
     double lineMiddle = LINE_UNDER_DRAWING;
-    if (!m_pictogram.isNull()) {
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.fillRect(QRect(place.topLeft(), QSize(place.width(), heightOf(DRAWING_END))) &
-                             rect().adjusted(2, 2, -2, -2),
-                         Qt::black);
-        QRectF pictogram(QPointF(0, 0), QSizeF(m_pictogram.size())
-                                            .scaled(place.width(), heightOf(PICTOGRAM_HEIGHT),
-                                                    Qt::KeepAspectRatio));
-        pictogram.moveCenter(
-            QPointF(place.left() + place.width() / 2.0, place.top() + heightOf(PICTOGRAM_MIDDLE)));
-        painter.drawImage(pictogram, m_pictogram);
+    if (!m_pictogramPath.isEmpty()) {
+        paintPictogram(painter, place);
         lineMiddle = LINE_MIDDLE;
     }
     const QFont font = canvasFont(height());
     painter.setFont(font);
     painter.setPen(Qt::white);
     const int room = 3 * font.pixelSize();
-    painter.drawText(QRect(0, place.top() + heightOf(lineMiddle) - room / 2, width(), room),
-                     Qt::AlignCenter | Qt::TextWordWrap, m_line);
+    painter.drawText(
+        QRect(0, place.top() + qRound(place.height() * lineMiddle) - room / 2, width(), room),
+        Qt::AlignCenter | Qt::TextWordWrap, m_line);
+}
+
+void EmptyScreen::paintPictogram(QPainter &painter, const QRect &place)
+{
+    if (m_pictogram.isNull())
+        m_pictogram = QImage(m_pictogramPath);
+    const auto heightOf = [&place](double part) { return qRound(place.height() * part); };
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.fillRect(QRect(place.topLeft(), QSize(place.width(), heightOf(DRAWING_END))) &
+                         rect().adjusted(2, 2, -2, -2),
+                     Qt::black);
+    QRectF target(QPointF(0, 0),
+                  QSizeF(m_pictogram.size())
+                      .scaled(place.width(), heightOf(PICTOGRAM_HEIGHT), Qt::KeepAspectRatio));
+    target.moveCenter(
+        QPointF(place.left() + place.width() / 2.0, place.top() + heightOf(PICTOGRAM_MIDDLE)));
+    painter.drawImage(target, m_pictogram);
 }
 
 QRect EmptyScreen::picturePlace() const

@@ -7,6 +7,7 @@
 #include <chrono>
 
 class ImageCanvas;
+class QPainter;
 
 /// Tells the user what to do while a canvas has nothing to show yet: one line under a pictogram,
 /// over the start picture. It lets the mouse through, appears in no snapshot, movie or print, and
@@ -18,10 +19,10 @@ class EmptyScreen : public QWidget
     Q_OBJECT
 
 public:
-    /// A pictogram covers the start picture's own drawing; with a null one, that drawing serves as
-    /// the pictogram. The line appears after `delay`, so that the user is not told to do what has
-    /// been done.
-    EmptyScreen(ImageCanvas *canvas, const QImage &pictogram, const QString &line,
+    /// The pictogram, the path of an image that is loaded when first painted, covers the start
+    /// picture's own drawing; with an empty path, that drawing serves as the pictogram. The line
+    /// appears after `delay`, so that the user is not told to do what has been done.
+    EmptyScreen(ImageCanvas *canvas, const QString &pictogram, const QString &line,
                 std::chrono::milliseconds delay = std::chrono::milliseconds(0));
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -30,11 +31,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void paintPictogram(QPainter &painter, const QRect &place);
     /// Where the canvas shows the start picture, in the canvas's coordinates.
     [[nodiscard]] QRect picturePlace() const;
     void appear();
 
     ImageCanvas *m_canvas;
+    QString m_pictogramPath;
     QImage m_pictogram;
     QString m_line;
 };

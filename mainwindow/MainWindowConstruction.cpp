@@ -295,7 +295,7 @@ void MainWindow::createDrawingBoard()
 void MainWindow::createEmptyScreens()
 {
     const auto pictogram = [](const char *name) {
-        return QImage(QStringLiteral(":/icons/Background/%1@2x.png").arg(name));
+        return QStringLiteral(":/icons/Background/%1@2x.png").arg(name);
     };
     new EmptyScreen(m_deck->canvas(Live), {}, tr("Connect the document camera"), CAMERA_DELAY);
     new EmptyScreen(m_deck->canvas(Film), pictogram("EMPTY_FILM"), tr("Open a film"));

@@ -80,12 +80,8 @@ void ImageButton::setImage(const QString &name)
 {
     m_skin = name;
     m_normalImage = loadState("Normal", name);
-    m_clickImage = loadState("Click", name);
-    if (m_clickImage.isNull())
-        m_clickImage = m_normalImage;
-    m_overImage = loadState("Over", name);
-    if (m_overImage.isNull())
-        m_overImage = m_normalImage;
+    m_clickImage = QImage();
+    m_overImage = QImage();
     setFixedSize(SkinImages::layoutSize(m_normalImage));
     update();
 }
@@ -180,10 +176,7 @@ void ImageButton::paintEvent(QPaintEvent *)
         paintFocusRing(painter);
         return;
     }
-    const QImage &image = isDown() || isChecked() ? m_clickImage
-                          : m_hovered             ? m_overImage
-                                                  : m_normalImage;
-    painter.drawImage(QPoint(0, 0), image);
+    painter.drawImage(QPoint(0, 0), stateImage());
     if (!text().isEmpty())
         paintCaption(painter);
     if (m_marked)
@@ -259,6 +252,19 @@ void ImageButton::focusOutEvent(QFocusEvent *event)
         m_focusedByKey = false;
     TabFocusButton::focusOutEvent(event);
     update();
+}
+
+const QImage &ImageButton::stateImage()
+{
+    const bool pressed = isDown() || isChecked();
+    if (!pressed && !m_hovered)
+        return m_normalImage;
+    QImage &image = pressed ? m_clickImage : m_overImage;
+    if (image.isNull())
+        image = loadState(pressed ? "Click" : "Over", m_skin);
+    if (image.isNull())
+        image = m_normalImage;
+    return image;
 }
 
 void ImageButton::paintCaption(QPainter &painter)

@@ -70,6 +70,8 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
+    /// The image of the current state, or the normal one where the skin has no other.
+    const QImage &stateImage();
     void paintCaption(QPainter &painter);
     void paintMark(QPainter &painter);
     void paintFocusRing(QPainter &painter);
@@ -85,6 +87,7 @@ private:
     QColor m_textColor;
     QString m_skin;
     QImage m_normalImage;
+    /// Loaded when first painted, as decoding all of them would delay the start.
     QImage m_overImage;
     QImage m_clickImage;
     /// Built when the button is first painted gray.

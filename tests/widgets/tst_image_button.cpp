@@ -1,3 +1,4 @@
+#include "resources/Skin.h"
 #include "resources/SkinImages.h"
 #include "tests/TestProgram.h"
 #include "widgets/ImageButton.h"
@@ -17,6 +18,7 @@ private slots:
     void toolTipButtonHasNoParent();
     void paintsItsState();
     void missingStatesFallBackToTheNormalImage();
+    void statesThatAreNotShownAreNotLoaded();
     void unknownNameGivesAnEmptyButton();
     void captionStandsOnItsBaseline();
     void captionIsBlackUntilItHasAColour();
@@ -33,6 +35,12 @@ private slots:
     void grayScaleLeavesOtherFormatsAlone();
     void grayScaleOfNothingIsNothing();
 };
+
+// Q_CLEANUP_RESOURCE must stand outside every namespace.
+static void removeSkin()
+{
+    Q_CLEANUP_RESOURCE(skin);
+}
 
 namespace
 {
@@ -126,6 +134,22 @@ void ImageButtonTest::missingStatesFallBackToTheNormalImage()
     QCOMPARE(picture(alone), normal);
     alone.setDown(true);
     QCOMPARE(picture(alone), normal);
+}
+
+void ImageButtonTest::statesThatAreNotShownAreNotLoaded()
+{
+    const QImage over = expected(skin("Over", "ICON_LINE"));
+    ImageButton button("ICON_LINE", nullptr, 0, 0);
+    ImageButton hovered("ICON_LINE", nullptr, 0, 0);
+    pointerEnters(hovered);
+    QCOMPARE(picture(hovered), over);
+    const QImage normal = picture(button);
+    removeSkin();
+    const auto bringBack = qScopeGuard(initialiseSkin);
+    // What was shown once is kept; what was not is only looked for when it is painted.
+    QCOMPARE(picture(hovered), over);
+    pointerEnters(button);
+    QCOMPARE(picture(button), normal);
 }
 
 void ImageButtonTest::unknownNameGivesAnEmptyButton()

@@ -62,7 +62,7 @@ void PhotographSource::open(QDir dir, const QStringList &names)
     });
     const QString folder = m_dir.absolutePath();
     m_watch = std::make_unique<FolderWatch>(
-        m_dir, [this, folder, gate = m_gate](const FolderWatch::Change &change) {
+        m_dir, names, [this, folder, gate = m_gate](const FolderWatch::Change &change) {
             gate->pass([this, &folder, &change] {
                 QMetaObject::invokeMethod(
                     this,

@@ -55,8 +55,9 @@ private:
 class FolderWatch::Thread
 {
 public:
-    Thread(const QDir &folder, Changed changed)
+    Thread(const QDir &folder, const QStringList &known, Changed changed)
         : m_path(FileNames::encode(folder.absolutePath()))
+        , m_known(fingerprint(known))
         , m_changed(std::move(changed))
     {
     }
@@ -72,6 +73,7 @@ public:
         if (inotify_add_watch(m_events.get(), m_path.constData(),
                               WRITTEN | IN_CREATE | IN_ONLYDIR) < 0)
             return;
+        tellNews();
         while (wait(FOR_EVER)) {
             const auto end = std::chrono::steady_clock::now() + LONGEST_DELAY;
             QStringList written;
@@ -87,6 +89,20 @@ public:
     }
 
 private:
+    /// A number, as the thread sanitizer does not see that the toolkit counts references.
+    static uint fingerprint(const QStringList &names)
+    {
+        return qHashRange(names.begin(), names.end());
+    }
+
+    /// The pictures that came after the listing and before the first event.
+    void tellNews()
+    {
+        const QStringList names = PhotographList::list(QDir(FileNames::decode(m_path)));
+        if (fingerprint(names) != m_known && !isStopped())
+            m_changed({names, {}});
+    }
+
     /// Whether events have come within that time, and nobody has stopped the thread.
     bool wait(int milliseconds)
     {
@@ -127,14 +143,15 @@ private:
     }
 
     const QByteArray m_path;
+    const uint m_known;
     const Changed m_changed;
     const Descriptor m_events{inotify_init1(IN_NONBLOCK | IN_CLOEXEC)};
     const Descriptor m_stop{eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)};
     alignas(inotify_event) std::array<char, BUFFER_BYTES> m_buffer{};
 };
 
-FolderWatch::FolderWatch(const QDir &folder, Changed changed)
-    : m_thread(std::make_shared<Thread>(folder, std::move(changed)))
+FolderWatch::FolderWatch(const QDir &folder, const QStringList &known, Changed changed)
+    : m_thread(std::make_shared<Thread>(folder, known, std::move(changed)))
 {
     std::thread([thread = m_thread] {
         pthread_setname_np(pthread_self(), "FolderWatch");

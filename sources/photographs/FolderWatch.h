@@ -23,7 +23,8 @@ public:
     /// Called on the watch's thread.
     using Changed = std::function<void(const Change &)>;
 
-    FolderWatch(const QDir &folder, Changed changed);
+    /// `known` are the pictures that were listed before. What has come since then is told, too.
+    FolderWatch(const QDir &folder, const QStringList &known, Changed changed);
     /// `changed` may still be under way when it returns.
     ~FolderWatch();
     FolderWatch(const FolderWatch &) = delete;

@@ -62,13 +62,23 @@ private slots:
         write("a.jpg");
         m_told = std::make_shared<Told>();
         m_watch = std::make_unique<FolderWatch>(
-            QDir(m_folder->path()),
+            QDir(m_folder->path()), QStringList("a.jpg"),
             [told = m_told](const FolderWatch::Change &change) { told->add(change); });
         // The watch looks at the folder when its thread runs: until then nothing is told.
         QTRY_VERIFY((write("first.jpg"), m_told->count() > 0));
     }
 
     void cleanup() { m_watch.reset(); }
+
+    void aPictureThatCameAfterTheListingIsTold()
+    {
+        // No event tells of it any more.
+        write("late.jpg");
+        const auto told = std::make_shared<Told>();
+        const FolderWatch watch(QDir(m_folder->path()), {"a.jpg", "first.jpg"},
+                                [told](const FolderWatch::Change &change) { told->add(change); });
+        QTRY_COMPARE(told->names(), QStringList({"a.jpg", "first.jpg", "late.jpg"}));
+    }
 
     void aNewPictureIsTold_data()
     {

@@ -1,5 +1,6 @@
 #include "sources/photographs/PicturePreloader.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/fakes/HangingFolder.h"
 
 #include <QtTest>
@@ -8,8 +9,39 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <thread>
+
+namespace
+{
+
+/// The pictures that came later, as their threads told.
+class Arrived
+{
+public:
+    void clear()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_names.clear();
+    }
+    void add(const QString &name)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_names.append(name);
+    }
+    [[nodiscard]] bool contains(const QString &name) const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_names.contains(name);
+    }
+
+private:
+    mutable std::mutex m_mutex; ///< Guards m_names.
+    QStringList m_names;
+};
+
+} // namespace
 
 class PicturePreloaderTest : public QObject
 {
@@ -19,8 +51,9 @@ private slots:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_arrivals = 0;
-        m_preloader = std::make_unique<PicturePreloader>([this](const QString &) { ++m_arrivals; });
+        m_arrived.clear();
+        m_preloader = std::make_unique<PicturePreloader>(
+            [this](const QString &name) { m_arrived.add(name); });
     }
 
     void cleanup() { m_preloader.reset(); }
@@ -38,9 +71,9 @@ private slots:
         const QString a = made("a.png", 1);
         const QString b = made("b.png", 2);
         m_preloader->prepare({b, a});
-        QTRY_VERIFY(m_preloader->holds(a));
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(a), TIMEOUT_MS);
         QVERIFY(m_preloader->holds(b));
-        QCOMPARE(m_preloader->take(b).picture.width(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(b), 2, TIMEOUT_MS);
         m_preloader->prepare({a});
         QVERIFY(m_preloader->holds(a));
         QVERIFY(!m_preloader->holds(b));
@@ -58,7 +91,7 @@ private slots:
         QFETCH(bool, replaced);
         const QString a = made("a.png", 1);
         m_preloader->prepare({a});
-        QTRY_VERIFY(m_preloader->holds(a));
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(a), TIMEOUT_MS);
         if (replaced) {
             const QString b = made("b.png", 7);
             QVERIFY(QFile::remove(a));
@@ -66,11 +99,11 @@ private slots:
         } else {
             made("a.png", 7);
         }
-        QCOMPARE(m_preloader->take(a).picture.width(), 7);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(a), 7, TIMEOUT_MS);
         QVERIFY(QFile::remove(a));
-        QVERIFY(m_preloader->take(a).problem == PictureProblem::Gone);
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->take(a).problem == PictureProblem::Gone, TIMEOUT_MS);
         made("a.png", 5);
-        QCOMPARE(m_preloader->take(a).picture.width(), 5);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(a), 5, TIMEOUT_MS);
     }
 
     void whatIsKeptIsBounded()
@@ -86,16 +119,15 @@ private slots:
         }
         QVERIFY(3 * qint64(side) * side * 3 > PicturePreloader::MAX_KEPT_BYTES);
         m_preloader->prepare(paths);
-        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(paths[1]), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(paths[1]), TIMEOUT_MS);
         made("last.png", 1);
         // When this is there, the third one was read and let go.
         m_preloader->prepare({paths[0], paths[1], paths[2], path("last.png")});
-        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(path("last.png")), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(path("last.png")), TIMEOUT_MS);
         QVERIFY(m_preloader->holds(paths[0]));
         QVERIFY(m_preloader->holds(paths[1]));
         QVERIFY(!m_preloader->holds(paths[2]));
-        // A slow machine answers to the first question that it is still at it.
-        QTRY_COMPARE_WITH_TIMEOUT(m_preloader->take(paths[2]).picture.width(), side, 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(paths[2]), side, TIMEOUT_MS);
     }
 
     void nothingIsKeptBesideADecoderThatHoldsMuch()
@@ -103,7 +135,7 @@ private slots:
         const QString shown = made("a.png", 1);
         const QString next = made("b.png", 2);
         m_preloader->prepare({next, shown});
-        QTRY_VERIFY(m_preloader->holds(next) && m_preloader->holds(shown));
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(next) && m_preloader->holds(shown), TIMEOUT_MS);
         {
             const DecodingTurn small({0, 50LL * 1024 * 1024});
             QVERIFY(m_preloader->holds(next) && m_preloader->holds(shown));
@@ -113,11 +145,11 @@ private slots:
             QVERIFY(!m_preloader->holds(next) && !m_preloader->holds(shown));
             m_preloader->prepare({next});
             // Whoever waits does not wait for that decoder.
-            QCOMPARE(m_preloader->take(shown).picture.width(), 1);
+            QTRY_COMPARE_WITH_TIMEOUT(widthOf(shown), 1, TIMEOUT_MS);
             QVERIFY(!m_preloader->holds(next));
             m_preloader->prepare({next, shown});
         }
-        QTRY_VERIFY(m_preloader->holds(next) && m_preloader->holds(shown));
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(next) && m_preloader->holds(shown), TIMEOUT_MS);
     }
 
     void oneLargePictureIsDecodedAtATime()
@@ -150,18 +182,18 @@ private slots:
         clock.start();
         QVERIFY(m_preloader->take(silent).problem == PictureProblem::NoAnswer);
         QVERIFY(clock.elapsed() < 10000);
-        QCOMPARE(m_preloader->take(fine).picture.width(), 2);
-        QCOMPARE(m_arrivals.load(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(fine), 2, TIMEOUT_MS);
+        QVERIFY(!m_arrived.contains(silent));
         hanging.reset();
-        QTRY_COMPARE(m_arrivals.load(), 1);
-        QCOMPARE(m_preloader->take(silent).picture.width(), 4);
+        QTRY_VERIFY_WITH_TIMEOUT(m_arrived.contains(silent), TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(silent), 4, TIMEOUT_MS);
     }
 
     void whatIsKeptIsShownThoughItsDriveFellSilent()
     {
         const QString a = made("a.png", 3);
         m_preloader->prepare({a});
-        QTRY_VERIFY(m_preloader->holds(a));
+        QTRY_VERIFY_WITH_TIMEOUT(m_preloader->holds(a), TIMEOUT_MS);
         const HangingFolder hanging(a, HangingFolder::Opening);
         QCOMPARE(m_preloader->take(a).picture.width(), 3);
     }
@@ -172,8 +204,8 @@ private slots:
         const QString fine = made("fine.png", 2);
         const HangingFolder hanging(silent, HangingFolder::Opening);
         m_preloader->prepare({silent});
-        QTRY_COMPARE(hanging.waiting(), 1);
-        QCOMPARE(m_preloader->take(fine).picture.width(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(hanging.waiting(), 1, TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(widthOf(fine), 2, TIMEOUT_MS);
     }
 
     void goingDoesNotWaitForASilentDrive()
@@ -181,13 +213,17 @@ private slots:
         const QString silent = made("silent.png", 4);
         const HangingFolder hanging(silent, HangingFolder::Opening);
         m_preloader->prepare({silent});
-        QTRY_COMPARE(hanging.waiting(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(hanging.waiting(), 1, TIMEOUT_MS);
         m_preloader.reset();
         QCOMPARE(hanging.waiting(), 1);
     }
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    /// Of the picture as it is known now. A slow machine answers to the first question that it is
+    /// still at it.
+    int widthOf(const QString &name) { return m_preloader->take(name).picture.width(); }
 
     /// The path of a picture that is so wide.
     QString made(const QString &name, int width) const
@@ -200,7 +236,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::atomic<int> m_arrivals{0};
+    Arrived m_arrived;
     std::unique_ptr<PicturePreloader> m_preloader;
 };
 

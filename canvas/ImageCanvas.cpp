@@ -332,6 +332,7 @@ void ImageCanvas::wheelEvent(QWheelEvent *event)
 {
     takePointer(event);
 }
+
 void ImageCanvas::openTextEditor(QPoint widgetPoint)
 {
     if (m_text.isOpen()) {

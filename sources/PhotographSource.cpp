@@ -114,6 +114,7 @@ void PhotographSource::selectPhotograph(int id)
     if (id < 0 || id >= photographCount())
         return;
     const bool forward = id >= m_current || playing();
+    m_stepIsDue = false;
     m_current = id;
     deliver();
     prepareNeighbours(forward);
@@ -146,7 +147,11 @@ void PhotographSource::takeLate(const QString &path)
 {
     if (m_problem == PictureProblem::NoAnswer && path == pathOf(m_current))
         deliver();
-    prepareNeighbours(true);
+    const int next = PhotographList::wrappedIndex(m_current, photographCount());
+    if (m_stepIsDue && playing() && path == pathOf(next))
+        selectPhotograph(next);
+    else
+        prepareNeighbours(true);
 }
 
 void PhotographSource::takeChange(const FolderWatch::Change &change)
@@ -174,6 +179,7 @@ void PhotographSource::resumeCapture()
 
 void PhotographSource::play()
 {
+    m_stepIsDue = false;
     m_slideshow.setInterval(m_playIntervalMs);
     m_slideshow.start();
     if (m_preloader)
@@ -203,5 +209,8 @@ void PhotographSource::nextPhotograph()
     const int index = PhotographList::wrappedIndex(m_current, photographCount());
     if (index < 0)
         return;
-    selectPhotograph(index);
+    // A picture that is still being read must not hold the window: the step is made when it comes.
+    m_stepIsDue = playing() && !m_preloader->request(pathOf(index));
+    if (!m_stepIsDue)
+        selectPhotograph(index);
 }

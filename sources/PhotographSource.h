@@ -18,9 +18,9 @@ class PicturePreloader;
 
 /// A folder of pictures as a source: shows one at a time, steps through them and plays them as a
 /// slideshow. Pictures are handed over on the GUI thread; other threads read them, the neighbours
-/// of the shown one ahead of time. A picture that changes on the disk is delivered again, and one
-/// that is added to the folder joins the list; one that is removed keeps its place. A child of the
-/// main window.
+/// of the shown one ahead of time. A step of the slideshow waits for its picture without holding
+/// the GUI thread. A picture that changes on the disk is delivered again, and one that is added to
+/// the folder joins the list; one that is removed keeps its place. A child of the main window.
 class PhotographSource : public QObject
 {
     Q_OBJECT
@@ -88,6 +88,8 @@ private:
     QStringList m_fileNames;
     QDir m_dir;
     bool m_hasDir = false;
+    /// The slideshow waits for its next picture, as its time has come before the picture.
+    bool m_stepIsDue = false;
     PictureProblem m_refusal = PictureProblem::None;
     PictureProblem m_problem = PictureProblem::None;
     QString m_openedFileName;

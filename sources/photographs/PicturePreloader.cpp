@@ -53,6 +53,7 @@ public:
     }
 
     Reading take(const QString &path);
+    bool request(const QString &path);
     void prepare(const QStringList &paths);
     bool holds(const QString &path);
     void quit();
@@ -64,6 +65,7 @@ private:
     using Lock = std::unique_lock<std::mutex>;
 
     [[nodiscard]] EntryPtr find(const QString &path) const;
+    EntryPtr makeUrgent(const QString &path);
     [[nodiscard]] EntryPtr nextJob() const;
     [[nodiscard]] bool ownerComesFirst() const;
     bool wait(Lock &lock, const EntryPtr &entry, int answers);
@@ -94,17 +96,9 @@ private:
 Reading PicturePreloader::Shared::take(const QString &path)
 {
     Lock lock(m_mutex);
-    EntryPtr entry = find(path);
-    if (!entry)
-        entry = std::make_shared<PreloadEntry>(path);
+    const EntryPtr entry = makeUrgent(path);
     const int answers = entry->answers;
-    entry->isUrgent = true;
     entry->isAwaited = true;
-    entry->lastSign = Clock::now();
-    m_urgent = entry;
-    m_isTaken = true;
-    if (!entry->isBeingRead)
-        wakeThread();
     const bool answered = wait(lock, entry, answers);
     entry->isAwaited = false;
     m_wasSilent = !answered;
@@ -114,6 +108,38 @@ Reading PicturePreloader::Shared::take(const QString &path)
     Reading none;
     none.problem = PictureProblem::NoAnswer;
     return none;
+}
+
+bool PicturePreloader::Shared::request(const QString &path)
+{
+    const Lock lock(m_mutex);
+    EntryPtr entry = find(path);
+    if (entry && entry->isRead)
+        return true;
+    if (entry && entry->isLate) {
+        const bool isSilent =
+            !entry->isDecoding && Clock::now() >= entry->lastSign + LONGEST_SILENCE;
+        m_wasSilent = m_wasSilent || isSilent;
+        return isSilent;
+    }
+    entry = makeUrgent(path);
+    entry->isLate = true;
+    return false;
+}
+
+/// The picture is to be checked before all others, from now on.
+EntryPtr PicturePreloader::Shared::makeUrgent(const QString &path)
+{
+    EntryPtr entry = find(path);
+    if (!entry)
+        entry = std::make_shared<PreloadEntry>(path);
+    entry->isUrgent = true;
+    entry->lastSign = Clock::now();
+    m_urgent = entry;
+    m_isTaken = true;
+    if (!entry->isBeingRead)
+        wakeThread();
+    return entry;
 }
 
 /// False when the drive was silent for too long.
@@ -349,6 +375,11 @@ Reading PicturePreloader::take(const QString &path)
 void PicturePreloader::prepare(const QStringList &paths)
 {
     m_shared->prepare(paths);
+}
+
+bool PicturePreloader::request(const QString &path)
+{
+    return m_shared->request(path);
 }
 
 bool PicturePreloader::holds(const QString &path) const

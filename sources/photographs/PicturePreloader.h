@@ -35,6 +35,11 @@ public:
     /// is begun ahead until prepare() tells what is wanted next.
     [[nodiscard]] Reading take(const QString &path);
 
+    /// Whether take() would answer at once, because the picture was read or its drive has been
+    /// silent for too long. If not, it is read before all others, and `arrived` is called when it
+    /// has come.
+    [[nodiscard]] bool request(const QString &path);
+
     /// Reads these ahead, the first one first, and lets go of all others. Keeps as many of them as
     /// the bound allows.
     void prepare(const QStringList &paths);

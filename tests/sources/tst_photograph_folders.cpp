@@ -117,6 +117,45 @@ private slots:
         QVERIFY(m_source->problem() == PictureProblem::None);
     }
 
+    void theSlideshowWaitsForASlowPictureWithoutHoldingTheWindow()
+    {
+        fill({"a.png", "b.png"});
+        std::optional<HangingFolder> hanging(std::in_place, dir().filePath("b.png"),
+                                             HangingFolder::Opening);
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        // The longer timer runs out after the shorter one, however slow the machine is.
+        int deliveredAfterTheTick = 0;
+        QTimer::singleShot(10, m_source,
+                           [&] { deliveredAfterTheTick = m_receiver.pictures.size(); });
+        m_source->play();
+        QTRY_VERIFY(deliveredAfterTheTick > 0);
+        QCOMPARE(deliveredAfterTheTick, 1);
+        hanging.reset();
+        QTRY_COMPARE(shownWidth(), 2);
+    }
+
+    void aStepThatIsDueIsNotMadeOnceTheUserHasChosen()
+    {
+        fill({"a.png", "b.png"});
+        std::optional<HangingFolder> hanging(std::in_place, dir().filePath("b.png"),
+                                             HangingFolder::Opening);
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        m_source->setPlayInterval(1);
+        QTimer::singleShot(10, m_source, [this] {
+            m_source->setPlayInterval(5000000);
+            m_source->play();
+            m_source->selectPhotograph(0);
+        });
+        m_source->play();
+        QTRY_COMPARE(m_receiver.pictures.size(), 2);
+        hanging.reset();
+        // Many times what the picture takes to come, which must not be shown.
+        QTest::qWait(50);
+        QCOMPARE(m_receiver.pictures.size(), 2);
+        QCOMPARE(shownWidth(), 1);
+    }
+
     void aRefusedFileIsToldGoneOrUnreadable()
     {
         fill({"a.png"});

@@ -189,6 +189,29 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(widthOf(silent), 4, TIMEOUT_MS);
     }
 
+    void aRequestDoesNotWaitAndTellsWhenItsPictureHasCome()
+    {
+        const QString slow = made("slow.png", 4);
+        std::optional<HangingFolder> hanging(std::in_place, slow, HangingFolder::Opening);
+        QVERIFY(!m_preloader->request(slow));
+        QTRY_COMPARE(hanging->waiting(), 1);
+        QVERIFY(!m_arrived.contains(slow));
+        hanging.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(m_arrived.contains(slow), TIMEOUT_MS);
+        QVERIFY(m_preloader->request(slow));
+        QCOMPARE(m_preloader->take(slow).picture.width(), 4);
+    }
+
+    void aRequestToASilentDriveIsGivenUp()
+    {
+        const QString silent = made("silent.png", 4);
+        const HangingFolder hanging(silent, HangingFolder::Opening);
+        QVERIFY(!m_preloader->request(silent));
+        QTRY_VERIFY(m_preloader->request(silent));
+        QVERIFY(m_preloader->take(silent).problem == PictureProblem::NoAnswer);
+        QVERIFY(!m_arrived.contains(silent));
+    }
+
     void whatIsKeptIsShownThoughItsDriveFellSilent()
     {
         const QString a = made("a.png", 3);

@@ -1,7 +1,11 @@
 #include "mainwindow/pages/Pages.h"
 
+#include "widgets/FormControls.h"
+
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QLabel>
+#include <QVBoxLayout>
 #include <QtGlobal>
 
 const std::vector<Pages::Page> &Pages::all()
@@ -21,6 +25,26 @@ const std::vector<Pages::Page> &Pages::all()
 QString Pages::text(const char *source)
 {
     return QCoreApplication::translate("MoreToolWindow", source);
+}
+
+QWidget *Pages::makeColumn(std::initializer_list<QWidget *> rows, QWidget *parent)
+{
+    auto *page = new QWidget(parent);
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    for (QWidget *row : rows)
+        layout->addWidget(row);
+    layout->addStretch();
+    return page;
+}
+
+QCheckBox *Pages::makeCheckBox(const char *source, bool checked, QWidget *parent)
+{
+    auto *box = new QCheckBox(text(source), parent);
+    FormControls::applyLook(box);
+    box->setChecked(checked);
+    return box;
 }
 
 QWidget *Pages::makeTable(const std::vector<Line> &lines, QWidget *parent)

@@ -2,12 +2,14 @@
 
 #include <QString>
 
+#include <initializer_list>
 #include <vector>
 
 class CameraKeeper;
 class CanvasDeck;
 class LiveSource;
 class Presentation;
+class QCheckBox;
 class QWidget;
 
 /// The pages of the pop-up "More". To add one is to add a row.
@@ -50,5 +52,10 @@ struct Line {
     QString how;
 };
 [[nodiscard]] QWidget *makeTable(const std::vector<Line> &lines, QWidget *parent);
+
+/// A page of these, one below the other; none of them is null.
+[[nodiscard]] QWidget *makeColumn(std::initializer_list<QWidget *> rows, QWidget *parent);
+/// A check box in the look of the pages.
+[[nodiscard]] QCheckBox *makeCheckBox(const char *source, bool checked, QWidget *parent);
 
 } // namespace Pages

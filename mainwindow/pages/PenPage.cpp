@@ -1,11 +1,8 @@
 #include "mainwindow/PenPressure.h"
 #include "mainwindow/pages/Pages.h"
-#include "widgets/FormControls.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
-#include <QLabel>
-#include <QVBoxLayout>
 
 namespace
 {
@@ -39,22 +36,13 @@ std::vector<Pages::Line> gestures()
 
 QWidget *Pages::makePenPage(const Context &context, QWidget *parent)
 {
-    auto *page = new QWidget(parent);
-    auto *layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
-    auto *pressure = new QCheckBox(
-        Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Press the pen harder to draw wider")),
-        page);
-    FormControls::applyLook(pressure);
-    pressure->setChecked(PenPressure::isOn());
+    QCheckBox *pressure =
+        makeCheckBox(QT_TRANSLATE_NOOP("MoreToolWindow", "Press the pen harder to draw wider"),
+                     PenPressure::isOn(), parent);
     const CanvasDeck *deck = context.deck;
     if (deck) {
-        QObject::connect(pressure, &QCheckBox::toggled, page,
+        QObject::connect(pressure, &QCheckBox::toggled, pressure,
                          [deck](bool on) { PenPressure::choose(on, *deck); });
     }
-    layout->addWidget(pressure);
-    layout->addWidget(makeTable(gestures(), page));
-    layout->addStretch();
-    return page;
+    return makeColumn({pressure, makeTable(gestures(), parent)}, parent);
 }

@@ -6,7 +6,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QVBoxLayout>
 
 namespace
 {
@@ -30,40 +29,24 @@ QComboBox *makeScreens(Presentation *presentation, QWidget *parent)
     return screens;
 }
 
-QCheckBox *makeChoice(const QString &caption, bool chosen, QWidget *parent)
-{
-    auto *choice = new QCheckBox(caption, parent);
-    FormControls::applyLook(choice);
-    choice->setChecked(chosen);
-    return choice;
-}
-
 } // namespace
 
 QWidget *Pages::makePresentationPage(const Context &context, QWidget *parent)
 {
-    auto *page = new QWidget(parent);
-    auto *layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
     ::Presentation *presentation = context.presentation;
     if (!presentation)
-        return page;
+        return new QWidget(parent);
     auto *caption =
-        new QLabel(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Screen for the class")), page);
-    QComboBox *screens = makeScreens(presentation, page);
+        new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Screen for the class")), parent);
+    QComboBox *screens = makeScreens(presentation, parent);
     screens->setAccessibleName(caption->text());
-    QCheckBox *atStart = makeChoice(
-        Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Open it when the program starts")),
-        ::Presentation::opensAtStart(), page);
+    QCheckBox *atStart =
+        makeCheckBox(QT_TRANSLATE_NOOP("MoreToolWindow", "Open it when the program starts"),
+                     ::Presentation::opensAtStart(), parent);
     QCheckBox *pointer =
-        makeChoice(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Show where the pointer is")),
-                   ::Presentation::showsPointer(), page);
+        makeCheckBox(QT_TRANSLATE_NOOP("MoreToolWindow", "Show where the pointer is"),
+                     ::Presentation::showsPointer(), parent);
     QObject::connect(atStart, &QCheckBox::toggled, presentation, &::Presentation::setOpensAtStart);
     QObject::connect(pointer, &QCheckBox::toggled, presentation, &::Presentation::setShowsPointer);
-    for (QWidget *each : {static_cast<QWidget *>(caption), static_cast<QWidget *>(screens),
-                          static_cast<QWidget *>(atStart), static_cast<QWidget *>(pointer)})
-        layout->addWidget(each);
-    layout->addStretch();
-    return page;
+    return makeColumn({caption, screens, atStart, pointer}, parent);
 }

@@ -8,15 +8,15 @@
 namespace
 {
 
-const QString IDENTITY = QStringLiteral("Camera/Chosen");
-const QString NAME = QStringLiteral("Camera/Name");
-const QString MIRRORED = QStringLiteral("Camera/Mirrored");
+const QString CHOSEN = QStringLiteral("cameraChosen");
+const QString NAME = QStringLiteral("cameraName");
+const QString MIRRORED = QStringLiteral("cameraMirrored");
 
 } // namespace
 
 void CameraPreferences::restore(CameraKeeper &keeper, LiveSource &source)
 {
-    keeper.choose(CameraIdentity::fromText(Preferences::text(IDENTITY)));
+    keeper.choose(CameraIdentity::fromText(Preferences::text(CHOSEN)));
     const int both = Qt::Horizontal | Qt::Vertical;
     source.setMirrored(Qt::Orientations(Preferences::number(MIRRORED, 0, 0, both)));
 }
@@ -24,7 +24,7 @@ void CameraPreferences::restore(CameraKeeper &keeper, LiveSource &source)
 void CameraPreferences::choose(CameraKeeper &keeper, const CameraChoice &choice,
                                const QString &name)
 {
-    Preferences::setText(IDENTITY, choice ? choice->text() : QString());
+    Preferences::setText(CHOSEN, choice ? choice->text() : QString());
     Preferences::setText(NAME, choice ? name : QString());
     keeper.choose(choice);
 }

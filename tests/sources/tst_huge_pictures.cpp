@@ -1,13 +1,12 @@
 #include "sources/photographs/PictureReader.h"
 #include "tests/Allocator.h"
+#include "tests/ProcessMemory.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>
 
 #include <QTemporaryDir>
 #include <QtEndian>
-
-#include <sys/resource.h>
 
 namespace
 {
@@ -69,13 +68,6 @@ void pretendToBeHuge(const QString &path)
     file.write(bytes);
 }
 
-long mostMemoryKb()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;
-}
-
 } // namespace
 
 /// Pictures of 400 million pixels, and files that say that they are.
@@ -104,10 +96,8 @@ private slots:
         QCOMPARE(image.width(), image.height());
         const QImage small = PictureReader::readFitted(path("huge.png"), QSize(56, 50));
         QVERIFY(colour || small.size() == QSize(50, 50));
-        rusage usage{};
-        QCOMPARE(getrusage(RUSAGE_SELF, &usage), 0);
-        QVERIFY2(!SYSTEM_ALLOCATOR || usage.ru_maxrss < 900 * 1024,
-                 qPrintable(QString::number(usage.ru_maxrss)));
+        QVERIFY2(!SYSTEM_ALLOCATOR || largestMegabytes() < 900,
+                 qPrintable(QString::number(largestMegabytes())));
     }
 
     void aHugePictureInSeveralPassesIsRefused_data()
@@ -128,10 +118,10 @@ private slots:
                  0);
         QVERIFY(!PictureReader::read(path(file)).isNull());
         pretendToBeHuge(path(file));
-        const long before = mostMemoryKb();
+        const qint64 before = largestMegabytes();
         QVERIFY(PictureReader::read(path(file)).isNull());
         QVERIFY(PictureReader::readFitted(path(file), QSize(56, 50)).isNull());
-        QVERIFY(mostMemoryKb() < before + 100 * 1024);
+        QVERIFY(largestMegabytes() < before + 100);
     }
 
     void aHugePictureThatCannotBeReadReducedIsRefused()

@@ -9,9 +9,9 @@
 namespace
 {
 
-/// For a run, and those before it.
+/// How long a run may take, with the wait for those before it.
 constexpr int RUN_TIMEOUT_MS = 200000;
-/// Of processes that mostly wait, on the two processors of a small machine.
+/// These processes mostly wait, so that two suit the two processors of a small machine.
 constexpr int FUNCTIONS_AT_ONCE = 2;
 
 QProcessEnvironment environmentWith(const QStringList &variables)
@@ -110,7 +110,8 @@ void FunctionsSideBySide::every()
     QVERIFY2(fault.isEmpty(), qPrintable(fault));
 }
 
-/// As the class lists them itself: its name, that of the function and that of the row in a line.
+/// As the class lists them itself: each line holds the name of the class, of a function and of one
+/// of its rows.
 QStringList FunctionsSideBySide::listFunctions() const
 {
     QProcess process;

@@ -139,7 +139,7 @@ void CanvasSnapshotsTest::tellsWhyAPictureIsMissing()
     QCOMPARE(failed.first().at(1).toString(), first.reason);
     QVERIFY(qAbs(first.time.secsTo(QDateTime::currentDateTime())) < 60);
 
-    // It was the last failure still, after a picture that was saved.
+    // A picture that is saved afterwards leaves that failure the last one.
     QTemporaryDir folder;
     canvas.snapshotFolder = folder.path();
     canvas.snapshot();

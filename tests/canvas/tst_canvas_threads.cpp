@@ -230,7 +230,7 @@ private slots:
                 canvas.imageCaptured(QImage(64, 48, QImage::Format_RGB888));
         });
         thread.join();
-        // Hundred frames before the window could paint are one request.
+        // A hundred frames before the window could paint are one request.
         QCoreApplication::sendPostedEvents(&canvas, QEvent::MetaCall);
         QCOMPARE(counter.metaCalls, 1);
     }

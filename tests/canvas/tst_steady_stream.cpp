@@ -1,4 +1,5 @@
 #include "canvas/ImageCanvas.h"
+#include "tests/canvas/CanvasMouse.h"
 
 #include <QtTest>
 
@@ -107,6 +108,38 @@ private slots:
         QCOMPARE(largeAllocations - allocationsBefore, 0);
         // A few for bookkeeping; one frame alone has 1519 pages.
         QVERIFY2(faults < 10, qPrintable(QString::number(faults)));
+    }
+
+    void undoAndRedoOfAStrokeTakeNothingLarge()
+    {
+        ImageCanvas canvas;
+        canvas.resize(1000, 670);
+        std::vector<uchar> frame(1920 * 1080 * 3, uchar{200});
+        QImage screen(canvas.size(), QImage::Format_RGB32);
+        const auto showOne = [&] {
+            canvas.imageCaptured(frame.data(), 1920, 1080, false, false);
+            canvas.render(&screen, QPoint(), QRegion(), QWidget::RenderFlags());
+        };
+        showOne();
+        const QImage blank = canvas.currentImage();
+        canvas.setMouseMode(CanvasModes::Line);
+        CanvasMouse::drag(canvas, {{100, 100}, {900, 600}});
+        for (int i = 0; i < 6; ++i) {
+            showOne();
+            i % 2 == 0 ? canvas.undo() : canvas.redo();
+        }
+
+        const int allocationsBefore = largeAllocations;
+        const long faultsBefore = pageFaults();
+        for (int i = 0; i < 20; ++i) {
+            i % 2 == 0 ? canvas.undo() : canvas.redo();
+            showOne();
+        }
+        const long faults = pageFaults() - faultsBefore;
+        QCOMPARE(largeAllocations - allocationsBefore, 0);
+        QVERIFY2(faults < 10, qPrintable(QString::number(faults)));
+        QVERIFY(canvas.canUndo());
+        QVERIFY(canvas.currentImage() != blank);
     }
 };
 

@@ -63,7 +63,7 @@ void CardTest::asManyStandOnItAsFit()
 
 void CardTest::whatIsCheckedStandsOnIt_data()
 {
-    // A letter a command, large when it is checked; "More" is m.
+    // Each letter is a command, a capital one when its button is checked; "More" is m.
     QTest::addColumn<QByteArray>("commands");
     QTest::addColumn<int>("places");
     QTest::addColumn<QByteArray>("shown");

@@ -263,7 +263,7 @@ void WindowToolsTest::maskButtonBringsTheMaskBack()
     QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskNone);
     mask->click();
     QCOMPARE(window.currentCanvas()->maskMode.load(), ImageCanvas::MaskLeft);
-    // No mask is nothing to remember, and one memory serves all canvases.
+    // The absence of a mask is not remembered, and all canvases share the last one.
     window.currentCanvas()->maskMode = ImageCanvas::MaskNone;
     mask->click();
     enter(window, 3);

@@ -32,7 +32,7 @@ constexpr qint64 RETURN_LIMIT_MS = 3500;
 /// A recording without a picture by then is told to have failed, and goes on until it is stopped.
 /// A little less, as it is measured elsewhere.
 constexpr qint64 FIRST_PICTURE_LIMIT_MS = 2900;
-/// Of lives that mostly wait, on the two processors of a small machine.
+/// Lives mostly wait, so that several run at once on the two processors of a small machine.
 constexpr int LIVES_AT_ONCE = 2;
 
 bool pluggedInAgain(VirtualCamera &camera, KeptRig &rig)

@@ -16,7 +16,7 @@ namespace
 // What the bounded waits of one teardown and one restart add up to at most, with room for a loaded
 // machine.
 constexpr qint64 TEARDOWN_LIMIT_MS = 10000;
-/// Of lives that mostly wait, on the two processors of a small machine.
+/// Lives mostly wait, so that several run at once on the two processors of a small machine.
 constexpr int LIVES_AT_ONCE = 3;
 
 bool letTimePass(int milliseconds)

@@ -36,9 +36,12 @@ struct Scene {
                          [this](Command command) { stopped << command; });
     }
 
+    /// `key` with its modifiers, as in the table.
     void send(QEvent::Type type, int key, bool repeated = false)
     {
-        QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
+        constexpr int MODIFIERS = int(Qt::KeyboardModifierMask);
+        QKeyEvent event(type, key & ~MODIFIERS, Qt::KeyboardModifiers(key & MODIFIERS), {},
+                        repeated);
         QWidget *focus = window.focusWidget();
         QCoreApplication::sendEvent(focus ? focus : &window, &event);
     }
@@ -65,6 +68,7 @@ private slots:
     void aKeyGivesTheCommandOfTheCurrentMode();
     void aCommandThatLastsEndsWithItsKey();
     void aHeldKeyRepeatsStepsAlone();
+    void everyKeyMayBeHeld();
     void escapeIsTakenOnlyToLeaveSomething();
     void aFieldKeepsItsKeys();
 };
@@ -188,7 +192,7 @@ void KeyBindingsTest::aCommandThatLastsEndsWithItsKey()
     QCOMPARE(scene.stopped, QList<Command>({Command::ZoomIn}));
     scene.send(QEvent::KeyRelease, Qt::Key_Minus);
     QCOMPARE(scene.stopped, QList<Command>({Command::ZoomIn, Command::ZoomOut}));
-    // What the window has ended itself is not ended twice.
+    // A command that the window itself has ended is not ended twice.
     scene.send(QEvent::KeyPress, Qt::Key_Plus);
     scene.keys->forgetHeldKey();
     scene.send(QEvent::KeyRelease, Qt::Key_Plus);
@@ -210,6 +214,35 @@ void KeyBindingsTest::aHeldKeyRepeatsStepsAlone()
         scene.send(QEvent::KeyPress, Qt::Key_PageDown, true);
         return scene.given.size() > 1;
     }());
+}
+
+void KeyBindingsTest::everyKeyMayBeHeld()
+{
+    for (int mode = 0; mode < Modes::COUNT; ++mode) {
+        Scene scene;
+        scene.deck.setMode(mode);
+        for (const Commands::Row &row : Commands::rows()) {
+            for (const int key : row.keys) {
+                if (!Modes::contains(row.modes, mode) || row.command == Command::Leave)
+                    continue;
+                scene.given.clear();
+                scene.started.clear();
+                scene.stopped.clear();
+                scene.send(QEvent::KeyPress, key);
+                // Ten seconds of a keyboard that repeats thirty times a second.
+                for (int i = 0; i < 300; ++i)
+                    scene.send(QEvent::KeyPress, key, true);
+                scene.send(QEvent::KeyRelease, key);
+                const QList<Command> once{row.command};
+                const QList<Command> none;
+                QCOMPARE(scene.given, row.startSlot ? none : once);
+                QCOMPARE(scene.started, row.startSlot ? once : none);
+                QCOMPARE(scene.stopped, row.startSlot ? once : none);
+                // The repeats of a step wait until the window has come round.
+                QCoreApplication::processEvents();
+            }
+        }
+    }
 }
 
 void KeyBindingsTest::escapeIsTakenOnlyToLeaveSomething()

@@ -2,7 +2,6 @@
 
 #include "mainwindow/CanvasFont.h"
 
-#include <QAccessible>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QPainter>
@@ -75,10 +74,8 @@ void CanvasMessage::update()
     setVisible(!text().isEmpty());
     place();
     QWidget::update();
-    if (news) {
-        QAccessibleEvent alert(this, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
-    }
+    if (news)
+        emit said(text());
 }
 
 void CanvasMessage::place()

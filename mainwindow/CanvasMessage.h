@@ -28,6 +28,10 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+signals:
+    /// Another sentence is shown now.
+    void said(const QString &text);
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 

@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "settings/Preferences.h"
 #include "tests/TestProgram.h"
+#include "tests/canvas/CanvasMouse.h"
 #include "tests/mainwindow/Outputs.h"
 #include "tests/mainwindow/PresentationProbe.h"
 
@@ -17,6 +18,23 @@ namespace
 {
 
 constexpr QSize CLASS_SCREEN(1024, 768);
+constexpr int SERVER_OUTPUTS = 16;
+
+QString output(int number)
+{
+    return QString("DUMMY%1").arg(number);
+}
+
+/// Every pixel of a colour of its own.
+QImage map(QSize size)
+{
+    QImage picture(size, QImage::Format_RGB888);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            picture.setPixelColor(x, y, QColor(x % 256, y % 256, x / 256 * 16 + y / 256));
+    }
+    return picture;
+}
 
 /// What the class sees: that part of the root window.
 QImage onScreen(const QScreen &screen)
@@ -54,8 +72,10 @@ private slots:
     {
         m_window.reset();
         QFile::remove(Preferences::fileName());
-        for (const char *output : {"DUMMY1", "DUMMY2"})
-            pull(output);
+        QStringList off{"--output", "DUMMY0", "--mode", "1280x1024", "--pos", "0x0"};
+        for (int i = 1; i < SERVER_OUTPUTS; ++i)
+            off << "--output" << output(i) << "--off";
+        xrandr(off);
     }
 
     void itFillsTheOtherScreenWithThePictureAlone()
@@ -74,6 +94,83 @@ private slots:
             QVERIFY(QTest::qWaitForWindowExposed(m_window->currentToolWindow()));
             QCOMPARE(onScreen(*view()->screen()), picture);
         }
+    }
+
+    void itShowsWhatASnapshotWould_data()
+    {
+        QTest::addColumn<QList<QByteArray>>("slotNames");
+        QTest::newRow("drawn on") << QList<QByteArray>();
+        QTest::newRow("masked") << QList<QByteArray>{"nextMask"};
+        QTest::newRow("negative") << QList<QByteArray>{"nextEffect", "nextEffect"};
+        QTest::newRow("upside down") << QList<QByteArray>{"rotate", "rotate"};
+        QTest::newRow("frozen") << QList<QByteArray>{"freeze"};
+        QTest::newRow("turned round, masked, black and white")
+            << QList<QByteArray>{"rotate", "rotate", "nextMask", "nextEffect"};
+    }
+
+    void itShowsWhatASnapshotWould()
+    {
+        QFETCH(QList<QByteArray>, slotNames);
+        ImageCanvas *canvas = m_window->currentCanvas();
+        canvas->imageCaptured(map(CLASS_SCREEN));
+        m_window->presentation()->setShowsPointer(false);
+        const QPoint middle = canvas->rect().center();
+        CanvasMouse::drag(*canvas, {middle, middle + QPoint(30, 50), middle + QPoint(60, 40)});
+        for (const QByteArray &each : slotNames)
+            QVERIFY(QMetaObject::invokeMethod(m_window.get(), each));
+        canvas->autoRefresh();
+        const QImage snapshot = canvas->currentImage().convertToFormat(QImage::Format_RGB888);
+        QCOMPARE(snapshot.size(), CLASS_SCREEN);
+        QVERIFY(snapshot != map(CLASS_SCREEN));
+        QTRY_COMPARE(onScreen(*view()->screen()), snapshot);
+        canvas->zoomIn();
+        QVERIFY(canvas->zoomScale() > canvas->minimumScale());
+        canvas->autoRefresh();
+        QTRY_COMPARE(onScreen(*view()->screen()),
+                     canvas->currentImage().convertToFormat(QImage::Format_RGB888));
+    }
+
+    void aPortraitScreenIsFilled()
+    {
+        QProcess::execute("xrandr", {"--newmode", "768x1024", "80", "768", "800", "900", "1000",
+                                     "1024", "1030", "1040", "1060"});
+        plug("DUMMY1", "768x1024", {"--right-of", "DUMMY0"});
+        QTRY_COMPARE(view()->geometry(), QRect(1280, 0, 768, 1024));
+        m_window->currentCanvas()->imageCaptured(map({768, 1024}));
+        QTRY_COMPARE(onScreen(*view()->screen()), map({768, 1024}));
+    }
+
+    void ofSixteenScreensTheChosenOneIsTaken()
+    {
+        constexpr int COLUMNS = 8;
+        QStringList grid;
+        for (int i = 1; i < SERVER_OUTPUTS; ++i) {
+            QProcess::execute("xrandr", {"--addmode", output(i), "640x480"});
+            grid << "--output" << output(i) << "--mode"
+                 << "640x480"
+                 << "--pos"
+                 << QString("%1x%2")
+                        .arg((i - 1) % COLUMNS * 640)
+                        .arg(1024 + (i - 1) / COLUMNS * 480);
+        }
+        xrandr(grid);
+        QTRY_COMPARE(QGuiApplication::screens().size(), SERVER_OUTPUTS);
+        QTRY_COMPARE(view()->geometry(), QRect(0, 1024, 640, 480));
+        m_window->presentation()->setScreen(output(15));
+        QTRY_COMPARE(view()->geometry(), QRect(6 * 640, 1024 + 480, 640, 480));
+    }
+
+    void allScreensMayBeOffForAMoment()
+    {
+        xrandr({"--output", "DUMMY0", "--off", "--output", "DUMMY1", "--off"});
+        // The toolkit never has less than one.
+        QTRY_COMPARE(QGuiApplication::screens().size(), 1);
+        plug("DUMMY0", "1280x1024", {"--pos", "0x0"});
+        plug("DUMMY1", "1024x768", {"--right-of", "DUMMY0"});
+        QTRY_COMPARE(view()->geometry(), QRect(QPoint(1280, 0), CLASS_SCREEN));
+        QTRY_VERIFY(view()->isVisible() && view()->isFullScreen());
+        // The window manager has placed the main window anew on the first screen that came.
+        QTRY_VERIFY(QRect(0, 0, 1280, 1024).contains(m_window->geometry().center()));
     }
 
     void theMainWindowKeepsTheFocus() { QTRY_VERIFY(m_window->isActiveWindow()); }

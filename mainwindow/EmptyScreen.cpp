@@ -44,10 +44,19 @@ EmptyScreen::EmptyScreen(ImageCanvas *canvas, const QString &pictogram, const QS
         appear();
 }
 
+void EmptyScreen::yieldTo(QWidget *message)
+{
+    m_message = message;
+    message->installEventFilter(this);
+}
+
 bool EmptyScreen::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_canvas && event->type() == QEvent::Resize)
         setGeometry(m_canvas->rect());
+    else if (watched == m_message &&
+             (event->type() == QEvent::Show || event->type() == QEvent::Hide))
+        update();
     return false;
 }
 
@@ -62,9 +71,13 @@ void EmptyScreen::paintEvent(QPaintEvent *)
     QPainter painter(this);
     double lineMiddle = LINE_UNDER_DRAWING;
     if (!m_pictogramPath.isEmpty()) {
-        paintPictogram(painter, place);
+        paintGround(painter, place);
         lineMiddle = LINE_MIDDLE;
     }
+    if (m_message && m_message->isVisible())
+        return;
+    if (!m_pictogramPath.isEmpty())
+        paintPictogram(painter, place);
     const QFont font = canvasFont(height());
     painter.setFont(font);
     painter.setPen(Qt::white);
@@ -74,15 +87,20 @@ void EmptyScreen::paintEvent(QPaintEvent *)
         Qt::AlignCenter | Qt::TextWordWrap, m_line);
 }
 
+void EmptyScreen::paintGround(QPainter &painter, const QRect &place) const
+{
+    const int height = qRound(place.height() * DRAWING_END);
+    painter.fillRect(QRect(place.topLeft(), QSize(place.width(), height)) &
+                         rect().adjusted(2, 2, -2, -2),
+                     Qt::black);
+}
+
 void EmptyScreen::paintPictogram(QPainter &painter, const QRect &place)
 {
     if (m_pictogram.isNull())
         m_pictogram = QImage(m_pictogramPath);
     const auto heightOf = [&place](double part) { return qRound(place.height() * part); };
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.fillRect(QRect(place.topLeft(), QSize(place.width(), heightOf(DRAWING_END))) &
-                         rect().adjusted(2, 2, -2, -2),
-                     Qt::black);
     QRectF target(QPointF(0, 0),
                   QSizeF(m_pictogram.size())
                       .scaled(place.width(), heightOf(PICTOGRAM_HEIGHT), Qt::KeepAspectRatio));

@@ -25,12 +25,17 @@ public:
     EmptyScreen(ImageCanvas *canvas, const QString &pictogram, const QString &line,
                 std::chrono::milliseconds delay = std::chrono::milliseconds(0));
 
+    /// Shows neither pictogram nor line while that widget is visible, as it lies over them. It is a
+    /// child of the canvas too.
+    void yieldTo(QWidget *message);
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void paintGround(QPainter &painter, const QRect &place) const;
     void paintPictogram(QPainter &painter, const QRect &place);
     /// Where the canvas shows the start picture, in the canvas's coordinates.
     [[nodiscard]] QRect picturePlace() const;
@@ -38,6 +43,8 @@ private:
 
     ImageCanvas *m_canvas;
     QString m_pictogramPath;
+    /// Null when there is none.
+    QWidget *m_message = nullptr;
     QImage m_pictogram;
     QString m_line;
 };

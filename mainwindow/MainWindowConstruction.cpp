@@ -298,9 +298,11 @@ void MainWindow::createEmptyScreens()
         return QStringLiteral(":/icons/Background/%1@2x.png").arg(name);
     };
     new EmptyScreen(m_deck->canvas(Live), {}, tr("Connect the document camera"), CAMERA_DELAY);
-    new EmptyScreen(m_deck->canvas(Film), pictogram("EMPTY_FILM"), tr("Open a film"));
-    new EmptyScreen(m_deck->canvas(Photograph), pictogram("EMPTY_PHOTOGRAPH"),
-                    tr("Open a picture of a folder"));
+    auto *film = new EmptyScreen(m_deck->canvas(Film), pictogram("EMPTY_FILM"), tr("Open a film"));
+    film->yieldTo(m_filmBar->message());
+    auto *photograph = new EmptyScreen(m_deck->canvas(Photograph), pictogram("EMPTY_PHOTOGRAPH"),
+                                       tr("Open a picture of a folder"));
+    photograph->yieldTo(m_photographBar->message());
 }
 
 void MainWindow::start()

@@ -80,6 +80,11 @@ QSize FilmBar::volumeSize() const
     return m_volume->size();
 }
 
+QWidget *FilmBar::message() const
+{
+    return m_message;
+}
+
 void FilmBar::place(const WindowLayout &at)
 {
     m_bar->move(at.filmBar);

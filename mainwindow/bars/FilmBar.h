@@ -27,6 +27,8 @@ public:
 
     [[nodiscard]] QSize barSize() const;
     [[nodiscard]] QSize volumeSize() const;
+    /// The sentence over the canvas.
+    [[nodiscard]] QWidget *message() const;
     void place(const WindowLayout &at);
 
     /// Shows the initial state of the mode; the volume slider is hidden until its button is

@@ -88,6 +88,11 @@ ThumbnailWidget *PhotographBar::thumbnails() const
     return m_thumbnails;
 }
 
+QWidget *PhotographBar::message() const
+{
+    return m_message;
+}
+
 void PhotographBar::place(const WindowLayout &at)
 {
     m_bar->move(at.photographBar);

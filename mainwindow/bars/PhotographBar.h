@@ -36,6 +36,8 @@ public:
 
     [[nodiscard]] QSize barSize() const;
     [[nodiscard]] ThumbnailWidget *thumbnails() const;
+    /// The sentence over the canvas.
+    [[nodiscard]] QWidget *message() const;
     void place(const WindowLayout &at);
 
     /// Shows the initial state of the mode; strip and interval are hidden until their buttons are

@@ -1,6 +1,7 @@
 #include "tests/mainwindow/WindowProbe.h"
 
 #include "canvas/ImageCanvas.h"
+#include "mainwindow/CanvasMessage.h"
 #include "mainwindow/EmptyScreen.h"
 #include "mainwindow/RecordingSign.h"
 
@@ -32,6 +33,19 @@ void openSliders(const MainWindow &window)
 QRect placeOf(const QWidget &widget)
 {
     return {widget.mapToGlobal(QPoint(0, 0)), widget.size()};
+}
+
+/// How many bright pixels a canvas shows within its edge and beside that place.
+int brightPixelsBeside(ImageCanvas *canvas, const QRect &place)
+{
+    const QImage shown = canvas->grab().toImage();
+    const QRect inner = shown.rect().adjusted(4, 4, -4, -4);
+    int count = 0;
+    for (int y = inner.top(); y <= inner.bottom(); ++y) {
+        for (int x = inner.left(); x <= inner.right(); ++x)
+            count += !place.contains(x, y) && qGray(shown.pixel(x, y)) > 100;
+    }
+    return count;
 }
 
 bool isControl(const QWidget *widget)
@@ -99,6 +113,8 @@ private slots:
     void anEmptyModeSaysWhatToDo_data();
     void anEmptyModeSaysWhatToDo();
     void aStrokeEndsTheEmptyScreen();
+    void aMessageStandsAloneOnTheEmptyScreen_data();
+    void aMessageStandsAloneOnTheEmptyScreen();
     void nothingOfItIsInThePicture();
     void aRecordingIsSeenOnTheTabAndInTheTitle();
     void aPressOnTheCanvasClosesThePopUp();
@@ -154,6 +170,27 @@ void WindowSignsTest::aStrokeEndsTheEmptyScreen()
     QTest::mousePress(canvas, Qt::LeftButton, {}, {100, 100});
     QTest::mouseRelease(canvas, Qt::LeftButton, {}, {100, 100});
     QTRY_VERIFY(!screen->isVisible());
+}
+
+void WindowSignsTest::aMessageStandsAloneOnTheEmptyScreen_data()
+{
+    anEmptyModeSaysWhatToDo_data();
+}
+
+void WindowSignsTest::aMessageStandsAloneOnTheEmptyScreen()
+{
+    QFETCH(int, mode);
+    MainWindow window;
+    window.show();
+    enter(window, mode);
+    ImageCanvas *canvas = window.currentCanvas();
+    auto *message = canvas->findChild<CanvasMessage *>();
+    const int bright = brightPixelsBeside(canvas, {});
+    QVERIFY(bright > 0);
+    message->pass("It is damaged.");
+    QCOMPARE(brightPixelsBeside(canvas, message->geometry()), 0);
+    message->pass({});
+    QCOMPARE(brightPixelsBeside(canvas, {}), bright);
 }
 
 void WindowSignsTest::nothingOfItIsInThePicture()

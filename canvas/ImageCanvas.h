@@ -52,8 +52,12 @@ public:
     void setDrawingBoardMode(bool on);
     /// A copy of the picture as shown, saved and printed; null before the first one.
     [[nodiscard]] QImage currentImage() const;
-    /// Whether there is the start picture only: no frame has come and nobody has drawn.
+    /// Whether there is nothing to be seen: no frame has come, not even since forgetFrames(), and
+    /// nobody has drawn.
     [[nodiscard]] bool isUntouched() const { return m_model.isUntouched(); }
+    /// The source has taken its picture away: the canvas counts as untouched until the next one,
+    /// unless somebody has drawn or a frame is frozen.
+    void forgetFrames() { m_model.forgetFrames(); }
     [[nodiscard]] QSize pictureSize() const { return m_model.pictureSize(); }
 
     // Snapshots ---------------------------------------------------------------------------------

@@ -44,6 +44,12 @@ EmptyScreen::EmptyScreen(ImageCanvas *canvas, const QString &pictogram, const QS
         appear();
 }
 
+void EmptyScreen::showAgain()
+{
+    m_canvas->forgetFrames();
+    appear();
+}
+
 void EmptyScreen::yieldTo(QWidget *message)
 {
     m_message = message;
@@ -64,7 +70,9 @@ void EmptyScreen::paintEvent(QPaintEvent *)
 {
     // It is painted whenever the canvas under it is.
     if (!m_canvas->isUntouched()) {
-        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+        // Not from within its own painting.
+        QMetaObject::invokeMethod(
+            this, [this] { setVisible(m_canvas->isUntouched()); }, Qt::QueuedConnection);
         return;
     }
     const QRect place = picturePlace();

@@ -10,8 +10,8 @@ class ImageCanvas;
 class QPainter;
 
 /// Tells the user what to do while a canvas has nothing to show yet: one line under a pictogram,
-/// over the start picture. It lets the mouse through, appears in no snapshot, movie or print, and
-/// disappears with the first frame or the first stroke.
+/// over the start picture or the black that a source leaves. It lets the mouse through, appears in
+/// no snapshot, movie or print, and disappears with the first frame or the first stroke.
 ///
 /// A child of the canvas. GUI thread.
 class EmptyScreen : public QWidget
@@ -24,6 +24,9 @@ public:
     /// appears after `delay`, so that the user is not told to do what has been done.
     EmptyScreen(ImageCanvas *canvas, const QString &pictogram, const QString &line,
                 std::chrono::milliseconds delay = std::chrono::milliseconds(0));
+
+    /// To be called when the source has taken its picture away.
+    void showAgain();
 
     /// Shows neither pictogram nor line while that widget is visible, as it lies over them. It is a
     /// child of the canvas too.

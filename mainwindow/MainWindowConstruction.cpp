@@ -300,6 +300,7 @@ void MainWindow::createEmptyScreens()
     new EmptyScreen(m_deck->canvas(Live), {}, tr("Connect the document camera"), CAMERA_DELAY);
     auto *film = new EmptyScreen(m_deck->canvas(Film), pictogram("EMPTY_FILM"), tr("Open a film"));
     film->yieldTo(m_filmBar->message());
+    connect(m_filmSource, &FilmSource::emptied, film, &EmptyScreen::showAgain);
     auto *photograph = new EmptyScreen(m_deck->canvas(Photograph), pictogram("EMPTY_PHOTOGRAPH"),
                                        tr("Open a picture of a folder"));
     photograph->yieldTo(m_photographBar->message());

@@ -256,6 +256,8 @@ void FilmSource::filmFaulty(quint64 film, int fault)
     }
     if (!shows)
         m_private->showNothing();
+    if (!plays)
+        emit emptied();
     emit faulty(told);
 }
 

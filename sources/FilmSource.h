@@ -71,6 +71,8 @@ public slots:
 signals:
     /// The position may have changed.
     void tick();
+    /// Nothing is shown but black, as the film cannot be shown; `faulty` follows and says why.
+    void emptied();
     /// Why the film is not shown, or not as it should be. A film that cannot be shown at all has
     /// been paused before.
     void faulty(FilmFault fault);

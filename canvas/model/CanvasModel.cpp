@@ -124,6 +124,13 @@ CanvasModel::Shown CanvasModel::shown() const
     return {m_state.picture.picture(), m_state.picture.serial()};
 }
 
+void CanvasModel::forgetFrames()
+{
+    const Lock lock(m_mutex);
+    m_untouched = !m_state.holdsInput(m_settings) && !m_state.drawing.dragging() &&
+                  m_state.drawing.layer().isBlank();
+}
+
 QSize CanvasModel::pictureSize() const
 {
     const Lock lock(m_mutex);

@@ -62,6 +62,9 @@ public:
     [[nodiscard]] QSize pictureSize() const;
     /// Whether a source has delivered nothing yet and nobody has drawn.
     [[nodiscard]] bool isUntouched() const { return m_untouched; }
+    /// What is shown counts as nothing that a source has delivered; not when it is a standing frame
+    /// or somebody has drawn on it.
+    void forgetFrames();
     [[nodiscard]] std::int64_t msSinceFrame() const { return m_clock.elapsed() - m_lastFrameMs; }
 
     // Snapshots

@@ -29,6 +29,7 @@ private slots:
     void isTheSkinsPicture();
     void isSharedByTheCanvases();
     void isGoneWithTheLastOfThem();
+    void aSourceThatTakesItsPictureAwayLeavesNothing();
     void hiddenCanvasesGiveBackTheirScreen();
 };
 
@@ -65,6 +66,37 @@ void StartPictureTest::isGoneWithTheLastOfThem()
         canvas.fillCanvas(Qt::white);
         QVERIFY(watched.expired());
     }
+}
+
+void StartPictureTest::aSourceThatTakesItsPictureAwayLeavesNothing()
+{
+    QImage picture(640, 360, QImage::Format_RGB888);
+    picture.fill(Qt::black);
+    ImageCanvas canvas;
+    QVERIFY(canvas.isUntouched());
+    canvas.imageCaptured(picture);
+    QVERIFY(!canvas.isUntouched());
+    canvas.forgetFrames();
+    QVERIFY(canvas.isUntouched());
+
+    // What stands frozen or is drawn stays to be seen.
+    canvas.imageCaptured(picture);
+    canvas.frozen = true;
+    canvas.forgetFrames();
+    QVERIFY(!canvas.isUntouched());
+    canvas.frozen = false;
+    canvas.setMouseMode(ImageCanvas::Line);
+    QTest::mousePress(&canvas, Qt::LeftButton, {}, {20, 20});
+    canvas.forgetFrames();
+    QVERIFY(!canvas.isUntouched());
+    QMouseEvent move(QEvent::MouseMove, QPointF(60, 60), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&canvas, &move);
+    QTest::mouseRelease(&canvas, Qt::LeftButton, {}, {60, 60});
+    canvas.forgetFrames();
+    QVERIFY(!canvas.isUntouched());
+    canvas.clearPainting();
+    canvas.forgetFrames();
+    QVERIFY(canvas.isUntouched());
 }
 
 void StartPictureTest::hiddenCanvasesGiveBackTheirScreen()

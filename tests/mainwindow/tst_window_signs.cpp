@@ -4,8 +4,10 @@
 #include "mainwindow/CanvasMessage.h"
 #include "mainwindow/EmptyScreen.h"
 #include "mainwindow/RecordingSign.h"
+#include "sources/FilmSource.h"
 
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/canvas/CanvasPointers.h"
 #include "widgets/HorizontalSlider.h"
 
@@ -115,6 +117,7 @@ private slots:
     void aStrokeEndsTheEmptyScreen();
     void aMessageStandsAloneOnTheEmptyScreen_data();
     void aMessageStandsAloneOnTheEmptyScreen();
+    void aFilmThatCannotBeOpenedLeavesTheEmptyScreen();
     void nothingOfItIsInThePicture();
     void aRecordingIsSeenOnTheTabAndInTheTitle();
     void aPressOnTheCanvasClosesThePopUp();
@@ -191,6 +194,30 @@ void WindowSignsTest::aMessageStandsAloneOnTheEmptyScreen()
     QCOMPARE(brightPixelsBeside(canvas, message->geometry()), 0);
     message->pass({});
     QCOMPARE(brightPixelsBeside(canvas, {}), bright);
+}
+
+void WindowSignsTest::aFilmThatCannotBeOpenedLeavesTheEmptyScreen()
+{
+    MainWindow window;
+    window.show();
+    enter(window, 1);
+    ImageCanvas *canvas = window.currentCanvas();
+    auto *screen = canvas->findChild<EmptyScreen *>();
+    auto *message = canvas->findChild<CanvasMessage *>();
+    QImage picture(640, 360, QImage::Format_RGB888);
+    picture.fill(Qt::green);
+    canvas->imageCaptured(picture);
+    QTRY_VERIFY(!screen->isVisible());
+
+    window.findChild<FilmSource *>()->setFile("/nonexistent/film.mp4");
+    QTRY_VERIFY_WITH_TIMEOUT(message->isVisible(), TIMEOUT_MS);
+    QVERIFY(screen->isVisible());
+    QCOMPARE(brightPixelsBeside(canvas, message->geometry()), 0);
+    message->pass({});
+    QVERIFY(brightPixelsBeside(canvas, {}) > 0);
+
+    canvas->imageCaptured(picture);
+    QTRY_VERIFY(!screen->isVisible());
 }
 
 void WindowSignsTest::nothingOfItIsInThePicture()

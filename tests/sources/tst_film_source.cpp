@@ -90,12 +90,14 @@ private slots:
         QVector<int> positions;
         connect(&rig.source, &FilmSource::faulty, this,
                 [&] { positions.append(rig.source.currentPosition()); });
+        QSignalSpy emptied(&rig.source, &FilmSource::emptied);
         rig.source.setFile("/films/none.mp4");
         rig.source.setPosition(40);
         rig.film.fails(FilmFault::NoFilm);
         QCoreApplication::processEvents();
         QCOMPARE(faults, QVector<FilmFault>{FilmFault::NoFilm});
         QCOMPARE(positions, QVector<int>{0});
+        QCOMPARE(emptied.count(), 1);
         QCOMPARE(rig.sink.last().pixel(0, 0), qRgb(0, 0, 0));
         QVERIFY(!rig.source.moving());
         QVERIFY(!rig.refresh.running);
@@ -114,11 +116,13 @@ private slots:
             FilmRig rig;
             int told = 0;
             connect(&rig.source, &FilmSource::faulty, this, [&told] { ++told; });
+            QSignalSpy emptied(&rig.source, &FilmSource::emptied);
             rig.source.setFile("/films/a.mp4");
             rig.film.opened(61);
             rig.film.events.faulty(rig.film.number, fault);
             QCoreApplication::processEvents();
             QCOMPARE(told, 1);
+            QCOMPARE(emptied.count(), 0);
             QVERIFY(rig.source.moving());
             // The picture of the film before goes where no other comes.
             QCOMPARE(rig.sink.count(), fault == FilmFault::NoPicture ? 1 : 0);

@@ -31,3 +31,13 @@ bool FilmFormat::isHighDefinition(QSize stored)
 {
     return stored.width() >= 1280 || stored.height() > 576;
 }
+
+int FilmFormat::televisionLines(QSize stored)
+{
+    if (isHighDefinition(stored))
+        return 0;
+    if (stored.height() == 576)
+        return 625;
+    // Some recorders store six lines more than a film has.
+    return stored.height() == 480 || stored.height() == 486 ? 525 : 0;
+}

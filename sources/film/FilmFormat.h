@@ -15,4 +15,8 @@ namespace FilmFormat
 /// high-definition ones (BT.709), as players agreed on, or for older ones (BT.601).
 [[nodiscard]] bool isHighDefinition(QSize stored);
 
+/// Of how many lines the television is that has pictures of that size: 525, 625, or 0 for none.
+/// Its screens' primaries are those of pictures that name none, as players agreed on.
+[[nodiscard]] int televisionLines(QSize stored);
+
 } // namespace FilmFormat

@@ -32,6 +32,23 @@ GstClockTimeDiff endOf(GstPad *pad)
     return GST_CLOCK_TIME_IS_VALID(end) ? static_cast<GstClockTimeDiff>(end) : 0;
 }
 
+/// The primaries of a film that names none.
+GstVideoColorPrimaries usualPrimaries(GstVideoColorMatrix matrix, QSize size)
+{
+    if (matrix == GST_VIDEO_COLOR_MATRIX_BT2020)
+        return GST_VIDEO_COLOR_PRIMARIES_BT2020;
+    if (matrix == GST_VIDEO_COLOR_MATRIX_BT709)
+        return GST_VIDEO_COLOR_PRIMARIES_BT709;
+    switch (FilmFormat::televisionLines(size)) {
+    case 525:
+        return GST_VIDEO_COLOR_PRIMARIES_SMPTE170M;
+    case 625:
+        return GST_VIDEO_COLOR_PRIMARIES_BT470BG;
+    default:
+        return GST_VIDEO_COLOR_PRIMARIES_BT709;
+    }
+}
+
 /// Completes the names of colours that the stream or, in its place, the container gives in part:
 /// the library forgets all of them when one is missing, and its guess differs from that of players.
 void nameColours(GstStructure *format, const GstVideoFormatInfo *stored, QSize size,
@@ -63,7 +80,7 @@ void nameColours(GstStructure *format, const GstVideoFormatInfo *stored, QSize s
     if (colours.transfer == GST_VIDEO_TRANSFER_UNKNOWN)
         colours.transfer = GST_VIDEO_TRANSFER_BT709;
     if (colours.primaries == GST_VIDEO_COLOR_PRIMARIES_UNKNOWN)
-        colours.primaries = GST_VIDEO_COLOR_PRIMARIES_BT709;
+        colours.primaries = usualPrimaries(colours.matrix, size);
     gchar *full = gst_video_colorimetry_to_string(&colours);
     gst_structure_set(format, "colorimetry", G_TYPE_STRING, full, nullptr);
     g_free(full);

@@ -153,6 +153,14 @@ private slots:
                     << stored(range, "bt709", "yuv420p") + encoder << "film.mp4" << QSize(1280, 720)
                     << asGoodAsEqual;
             }
+            for (const int lines : {480, 486, 576})
+                QTest::newRow(qPrintable(QString("%1 %2 lines, unnamed").arg(codec).arg(lines)))
+                    << stored("limited", "bt601", "yuv420p") + encoder << "film.mp4"
+                    << QSize(640, lines) << asGoodAsEqual;
+            QTest::newRow(qPrintable(QString("%1 2020, the matrix alone named").arg(codec)))
+                << stored("limited", "bt2020nc", "yuv420p10le") +
+                       QStringList{"-colorspace", "bt2020nc"} + encoder
+                << "film.mp4" << small << asGoodAsEqual;
             QTest::newRow(qPrintable(QString("%1 4K, unnamed").arg(codec)))
                 << stored("limited", "bt709", "yuv420p") + encoder << "film.mp4"
                 << QSize(3840, 2160) << asGoodAsEqual;
@@ -166,18 +174,25 @@ private slots:
         QTest::newRow("Motion-JPEG 4:2:2")
             << QStringList{"-pix_fmt", "yuvj422p", "-c:v", "mjpeg", "-q:v", "1"} << "film.avi"
             << small << asGoodAsEqual;
-        QTest::newRow("2020") << stored("limited", "bt2020nc", "yuv420p10le") +
-                                     QStringList{"-colorspace",
-                                                 "bt2020nc",
-                                                 "-color_primaries",
-                                                 "bt2020",
-                                                 "-color_trc",
-                                                 "bt2020-10",
-                                                 "-c:v",
-                                                 "libx265",
-                                                 "-x265-params",
-                                                 "log-level=error:qp=4"}
-                              << "film.mp4" << small << asGoodAsEqual;
+        for (const char *range : {"limited", "full"})
+            QTest::newRow(qPrintable(QString("2020 %1").arg(range)))
+                << stored(range, "bt2020nc", "yuv420p10le") + QStringList{"-colorspace",
+                                                                          "bt2020nc",
+                                                                          "-color_primaries",
+                                                                          "bt2020",
+                                                                          "-color_trc",
+                                                                          "bt2020-10",
+                                                                          "-c:v",
+                                                                          "libx265",
+                                                                          "-x265-params",
+                                                                          "log-level=error:qp=4"}
+                << "film.mp4" << small << asGoodAsEqual;
+        QTest::newRow("Motion-JPEG 480 lines")
+            << QStringList{"-pix_fmt", "yuvj420p", "-c:v", "mjpeg", "-q:v", "1"} << "film.avi"
+            << QSize(640, 480) << asGoodAsEqual;
+        QTest::newRow("MPEG-2 576 lines")
+            << QStringList{"-pix_fmt", "yuv420p", "-c:v", "mpeg2video", "-q:v", "1"} << "film.mpg"
+            << QSize(720, 576) << asGoodAsEqual;
         for (const char *pixels : {"bgr24", "bgra"})
             QTest::newRow(qPrintable(QString("not compressed, %1").arg(pixels)))
                 << QStringList{"-pix_fmt", pixels, "-c:v", "rawvideo"} << "film.avi" << small

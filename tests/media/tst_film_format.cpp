@@ -43,6 +43,16 @@ private slots:
         QVERIFY(FilmFormat::isHighDefinition({1280, 96}));
         QVERIFY(FilmFormat::isHighDefinition({768, 720}));
     }
+
+    void televisionIsToldByItsLines()
+    {
+        QCOMPARE(FilmFormat::televisionLines({720, 576}), 625);
+        QCOMPARE(FilmFormat::televisionLines({352, 576}), 625);
+        QCOMPARE(FilmFormat::televisionLines({640, 480}), 525);
+        QCOMPARE(FilmFormat::televisionLines({720, 486}), 525);
+        QCOMPARE(FilmFormat::televisionLines({640, 478}), 0);
+        QCOMPARE(FilmFormat::televisionLines({1280, 480}), 0);
+    }
 };
 
 REGISTER_CORE_TEST(FilmFormatTest)

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <vector>
@@ -14,17 +13,19 @@ namespace
 constexpr qint64 LARGE_BYTES = 96LL * 1024 * 1024;
 /// A decoder that holds this much stands alone.
 constexpr qint64 ALONE_BYTES = 96LL * 1024 * 1024;
-constexpr std::chrono::seconds LONGEST_WAIT(20);
 
+using SteadyClock = std::chrono::steady_clock;
 using KeeperPtr = std::shared_ptr<DecodingTurn::Keeper>;
 
 /// Never destroyed, as threads that were left behind may still ask when the program ends.
 struct Turns {
-    std::mutex mutex; ///< Guards isTaken, isRead and keepers.
+    std::mutex mutex; ///< Guards isTaken, isRead, lastSign and keepers.
     std::condition_variable changed;
     bool isTaken = false;
     /// Whether the one that has the turn needs its drive no more.
     bool isRead = false;
+    /// When that one got the turn or noted progress.
+    SteadyClock::time_point lastSign;
     std::vector<std::weak_ptr<DecodingTurn::Keeper>> keepers;
     std::atomic<int> alone{0};
 
@@ -54,22 +55,25 @@ std::vector<KeeperPtr> Turns::living()
 
 } // namespace
 
-DecodingTurn::DecodingTurn(const PictureNeed &need)
+DecodingTurn::DecodingTurn(const PictureNeed &need, std::chrono::milliseconds longestSilence)
     : m_isAlone(standsAlone(need))
 {
     if (need.answer + need.decoder <= LARGE_BYTES)
         return;
     {
         std::unique_lock lock(turns().mutex);
-        const auto end = std::chrono::steady_clock::now() + LONGEST_WAIT;
-        while (turns().isTaken && (turns().isRead || std::chrono::steady_clock::now() < end)) {
+        while (turns().isTaken) {
+            const SteadyClock::time_point end = turns().lastSign + longestSilence;
             if (turns().isRead)
                 turns().changed.wait(lock);
-            else
+            else if (SteadyClock::now() < end)
                 turns().changed.wait_until(lock, end);
+            else
+                break;
         }
         m_holds = !turns().isTaken;
         turns().isTaken = true;
+        turns().lastSign = SteadyClock::now();
     }
     if (!m_isAlone)
         return;
@@ -93,10 +97,13 @@ DecodingTurn::~DecodingTurn()
         keeper->goOn();
 }
 
-void DecodingTurn::setRead()
+void DecodingTurn::noteProgress(bool isRead)
 {
     const std::lock_guard lock(turns().mutex);
-    turns().isRead = turns().isRead || m_holds;
+    if (!m_holds)
+        return;
+    turns().isRead = turns().isRead || isRead;
+    turns().lastSign = SteadyClock::now();
 }
 
 bool DecodingTurn::standsAlone(const PictureNeed &need)

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <chrono>
 #include <memory>
 
 /// What reading a picture takes at the most, in bytes; zeros for a file that does not say.
@@ -28,16 +29,20 @@ public:
         virtual void goOn() = 0;
     };
 
-    /// Waits while another large picture is being decoded; twenty seconds at most as long as its
-    /// file is being read, as a drive that falls silent must not hold up the others. A small one
-    /// does not wait.
-    explicit DecodingTurn(const PictureNeed &need);
+    /// A drive that falls silent must not hold up the others for longer.
+    static constexpr std::chrono::seconds LONGEST_SILENCE{20};
+
+    /// Waits while another large picture is being decoded, unless it still reads its file and has
+    /// noted no progress for the silence. A small one does not wait.
+    explicit DecodingTurn(const PictureNeed &need,
+                          std::chrono::milliseconds longestSilence = LONGEST_SILENCE);
     ~DecodingTurn();
     DecodingTurn(const DecodingTurn &) = delete;
     DecodingTurn &operator=(const DecodingTurn &) = delete;
 
-    /// The file has been read: the others wait for the end, however long it takes.
-    void setRead();
+    /// Bytes of the file have come. Once it `isRead`, the others wait for the end, however long it
+    /// takes.
+    void noteProgress(bool isRead);
 
     /// Whether nothing may be kept beside the decoder of that one.
     [[nodiscard]] static bool standsAlone(const PictureNeed &need);

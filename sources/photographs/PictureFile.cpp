@@ -24,6 +24,17 @@ FileStamp stampOf(const struct stat &status)
 
 } // namespace
 
+qint64 PictureFile::Device::readData(char *data, qint64 mostBytes)
+{
+    const qint64 count = QFile::readData(data, mostBytes);
+    m_untold += std::max<qint64>(count, 0);
+    if (m_untold >= PIECE_BYTES && pieceRead) {
+        m_untold = 0;
+        pieceRead();
+    }
+    return count;
+}
+
 PictureFile::PictureFile(const QString &path)
 {
     // Without O_NONBLOCK the call waits for the other end of a pipe; on plain files it does

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <utility>
 
 constexpr qint64 NS_PER_SECOND = 1000LL * 1000 * 1000;
 
@@ -41,11 +42,25 @@ public:
     [[nodiscard]] PictureProblem problem() const { return m_problem; }
     [[nodiscard]] FileStamp stamp() const { return m_stamp; }
     [[nodiscard]] QFile &device() { return m_file; }
+    /// `piece` is called after about every MiB that is read from the device; empty for no more.
+    void setPieceRead(std::function<void()> piece) { m_file.pieceRead = std::move(piece); }
     /// All bytes of it; problem() says whether the disk failed meanwhile.
     [[nodiscard]] QByteArray content(const Progress &progress);
 
 private:
-    QFile m_file;
+    class Device : public QFile
+    {
+    public:
+        std::function<void()> pieceRead;
+
+    protected:
+        qint64 readData(char *data, qint64 mostBytes) override;
+
+    private:
+        qint64 m_untold = 0;
+    };
+
+    Device m_file;
     FileStamp m_stamp;
     PictureProblem m_problem = PictureProblem::None;
 };

@@ -310,8 +310,7 @@ bool PicturePreloader::Shared::readUnlocked(const EntryPtr &entry, const FileSta
         return false;
     reading = PictureReader::readFile(file, [&](qint64 count) {
         const qint64 all = file.stamp().bytes;
-        if (count >= all && all <= PictureReader::MAX_CONTENT_BYTES)
-            turn.setRead();
+        turn.noteProgress(PictureReader::isRead(file.stamp(), count));
         const std::lock_guard sign(m_mutex);
         entry->lastSign = Clock::now();
         entry->isDecoding = count >= all;

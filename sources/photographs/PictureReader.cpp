@@ -263,8 +263,11 @@ Reading readWith(PictureFile &file, const PictureFile::Progress &progress, Decod
         decode(buffer, jpeg, reading);
     } else {
         (void)file.device().read(HEADER_BYTES);
-        if (progress)
-            progress(file.stamp().bytes);
+        const auto tell = [&] { progress(file.stamp().bytes); };
+        if (progress) {
+            tell();
+            file.setPieceRead(tell);
+        }
         decode(file.device(), jpeg, reading);
     }
     if (!reading.picture.isNull())
@@ -279,6 +282,7 @@ qint64 decoderBytes(QIODevice &beginning, const QImageReader &reader, PictureFil
         beginning.seek(0);
         return jpegCoefficientBytes(beginning);
     }
+        file.setPieceRead({});
     if (PngReader::isPng(beginning))
         return 0;
     const qint64 bytes = decodedBytes(reader);
@@ -333,9 +337,10 @@ PictureNeed PictureReader::need(PictureFile &file)
                : PictureNeed{PIXEL_BYTES * std::min(pixels(size), MAX_PIXELS), decoder};
 }
 
-Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge)
+Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enlarge,
+                                      const PictureFile::Progress &progress)
 {
-    return readWith(file, {}, [&](QIODevice &device, bool jpeg, Reading &reading) {
+    return readWith(file, progress, [&](QIODevice &device, bool jpeg, Reading &reading) {
         const auto fitted = [&](QSize whole) { return fitting(whole, bounds, enlarge); };
         if (jpeg) {
             reading.wholeSize = sizeOfJpeg(device);

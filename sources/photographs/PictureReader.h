@@ -28,6 +28,12 @@ constexpr qint64 MAX_DECODED_BYTES = 336LL * 1024 * 1024;
 /// of it.
 constexpr qint64 MAX_CONTENT_BYTES = 64LL * 1024 * 1024;
 
+/// Whether decoding needs the drive no more, once progress has told of so many bytes.
+[[nodiscard]] inline bool isRead(const FileStamp &stamp, qint64 bytes)
+{
+    return bytes >= stamp.bytes && stamp.bytes <= MAX_CONTENT_BYTES;
+}
+
 /// A picture, and what else its file told.
 struct Reading {
     /// RGB888; null exactly when there is a problem.
@@ -50,7 +56,8 @@ struct Reading {
 /// The picture fitted into `bounds` with its aspect ratio kept; nothing is made larger than it is
 /// unless `enlarge`. A JPEG file is decoded at reduced size, which costs a fraction of the whole
 /// picture.
-[[nodiscard]] Reading readFileFitted(PictureFile &file, QSize bounds, bool enlarge);
+[[nodiscard]] Reading readFileFitted(PictureFile &file, QSize bounds, bool enlarge,
+                                     const PictureFile::Progress &progress = {});
 
 /// The pictures of those, null when they cannot be read; a fitted one is as large as fits.
 [[nodiscard]] QImage read(const QString &path);

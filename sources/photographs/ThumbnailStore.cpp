@@ -80,9 +80,11 @@ QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds
         const std::lock_guard lock(m_mutex);
         ++m_decoded;
     }
-    const DecodingTurn turn({0, PictureReader::need(file).decoder});
-    const PictureReader::Reading whole =
-        PictureReader::readFileFitted(file, shares ? SHARED_SIZE : bounds, !shares);
+    DecodingTurn turn({0, PictureReader::need(file).decoder});
+    const PictureReader::Reading whole = PictureReader::readFileFitted(
+        file, shares ? SHARED_SIZE : bounds, !shares, [&turn, &file](qint64 bytes) {
+            turn.noteProgress(PictureReader::isRead(file.stamp(), bytes));
+        });
     if (whole.picture.isNull())
         return {};
     // Other programs want to keep transparency, and a small picture needs no thumbnail. A file that

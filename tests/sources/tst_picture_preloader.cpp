@@ -161,7 +161,7 @@ private slots:
             const DecodingTurn second(large);
             has = true;
         });
-        first->setRead();
+        first->noteProgress(true);
         {
             const DecodingTurn small({1, 0});
         }
@@ -171,6 +171,31 @@ private slots:
         first.reset();
         other.join();
         QVERIFY(has);
+    }
+
+    void aSlowDriveKeepsItsTurnAndASilentOneLosesIt()
+    {
+        using Clock = std::chrono::steady_clock;
+        constexpr std::chrono::milliseconds SILENCE(300);
+        const PictureNeed large{200LL * 1024 * 1024, 0};
+        DecodingTurn first(large);
+        std::atomic<bool> has{false};
+        Clock::time_point when;
+        std::thread other([&] {
+            const DecodingTurn second(large, SILENCE);
+            when = Clock::now();
+            has = true;
+        });
+        const Clock::time_point begin = Clock::now();
+        Clock::time_point lastSign = begin;
+        while (!has && Clock::now() < begin + 3 * SILENCE) {
+            first.noteProgress(false);
+            lastSign = Clock::now();
+            // The drive sends something now and then.
+            QTest::qWait(10);
+        }
+        other.join();
+        QVERIFY(when - lastSign > SILENCE / 2);
     }
 
     void aSilentDriveHoldsNobodyAndItsPictureComesLater()

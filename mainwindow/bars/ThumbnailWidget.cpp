@@ -126,6 +126,7 @@ void ThumbnailWidget::folderChanged(int id)
     }
     m_fileNames = names;
     m_buttons = buttons;
+    m_early.clear();
     m_firstUnmade = 0;
     m_idle.start();
     fitView();
@@ -167,13 +168,19 @@ void ThumbnailWidget::viewChanged(int first)
 void ThumbnailWidget::thumbnailLoaded(int generation, int index, const QImage &image)
 {
     // A result that was under way when the folder changed belongs to buttons that no longer exist.
-    if (generation == m_loader->generation() && index < m_buttons.size())
-        buttonAt(index)->setImage(image);
+    if (generation != m_loader->generation() || index >= m_buttons.size())
+        return;
+    // Thousands may come at once, and making a button takes much longer than this.
+    if (ThumbnailButton *button = m_buttons.at(index))
+        button->setImage(image);
+    else
+        m_early.insert(index, image);
 }
 
 void ThumbnailWidget::removeButtons()
 {
     m_idle.stop();
+    m_early.clear();
     m_shown.clear();
     // The group is destroyed before its buttons: each of them would otherwise be searched for in
     // it.
@@ -222,6 +229,11 @@ ThumbnailButton *ThumbnailWidget::buttonAt(int id)
     connect(place, SIGNAL(clicked()), this, SLOT(photographSelected()));
     // An id of its own, because the group would otherwise search all others for a free one.
     m_group->addButton(place, -2 - m_made++);
+    const auto early = m_early.find(id);
+    if (early != m_early.end()) {
+        place->setImage(*early);
+        m_early.erase(early);
+    }
     return place;
 }
 

@@ -3,6 +3,8 @@
 #include "widgets/ImageWidget.h"
 
 #include <QButtonGroup>
+#include <QHash>
+#include <QImage>
 #include <QList>
 #include <QStringList>
 #include <QTimer>
@@ -80,6 +82,8 @@ private:
     /// How many buttons were made so far, for all folders.
     int m_made = 0;
     QTimer m_idle;
+    /// The thumbnails that have come for buttons that are not made yet.
+    QHash<int, QImage> m_early;
     /// The visible buttons, a range of m_buttons.
     QList<ThumbnailButton *> m_shown;
     QStringList m_fileNames;

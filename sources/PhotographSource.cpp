@@ -28,7 +28,8 @@ PhotographSource::~PhotographSource()
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool PhotographSource::setDirectory(QDir dir, QString fileName)
 {
-    const std::optional<FolderLister::Listing> listing = m_lister.list(dir, fileName);
+    const bool isSilent = isOpen(dir) && m_preloader->isSilent();
+    const std::optional<FolderLister::Listing> listing = m_lister.list(dir, fileName, isSilent);
     const int found = listing ? listing->names.indexOf(fileName) : -1;
     m_refusal = !listing            ? PictureProblem::NoAnswer
                 : !listing->hasFile ? PictureProblem::Gone
@@ -47,7 +48,7 @@ bool PhotographSource::setDirectory(QDir dir, QString fileName)
 
 void PhotographSource::open(QDir dir, const QStringList &names)
 {
-    const bool sameFolder = m_hasDir && dir.absolutePath() == m_dir.absolutePath();
+    const bool sameFolder = isOpen(dir);
     m_hasDir = true;
     m_dir = std::move(dir);
     m_fileNames = names;
@@ -73,6 +74,11 @@ void PhotographSource::open(QDir dir, const QStringList &names)
                     Qt::QueuedConnection);
             });
         });
+}
+
+bool PhotographSource::isOpen(const QDir &dir) const
+{
+    return m_hasDir && dir.absolutePath() == m_dir.absolutePath();
 }
 
 int PhotographSource::photographCount() const

@@ -72,6 +72,7 @@ private slots:
     void nextPhotograph();
 
 private:
+    [[nodiscard]] bool isOpen(const QDir &dir) const;
     void open(QDir dir, const QStringList &names);
     /// Hands the current picture over.
     void deliver();

@@ -27,7 +27,8 @@ FolderLister::FolderLister() = default;
 
 FolderLister::~FolderLister() = default;
 
-std::optional<FolderLister::Listing> FolderLister::list(const QDir &folder, const QString &file)
+std::optional<FolderLister::Listing> FolderLister::list(const QDir &folder, const QString &file,
+                                                        bool isSilent)
 {
     const QString path = folder.absolutePath();
     if (!m_worker)
@@ -41,7 +42,8 @@ std::optional<FolderLister::Listing> FolderLister::list(const QDir &folder, cons
             listing->names.contains(name) || QFileInfo::exists(QDir(own).filePath(name));
         return 0;
     };
-    if (m_worker->call(path == m_silentFolder ? TIMEOUT_AGAIN : TIMEOUT, job)) {
+    const auto timeout = isSilent || path == m_silentFolder ? TIMEOUT_AGAIN : TIMEOUT;
+    if (m_worker->call(timeout, job)) {
         m_silentFolder.clear();
         return *listing;
     }

@@ -24,8 +24,9 @@ public:
     };
 
     /// The folder, and whether `file` is in it; nothing when the drive did not answer within two
-    /// seconds, or within a tenth of one when it did not the last time.
-    [[nodiscard]] std::optional<Listing> list(const QDir &folder, const QString &file);
+    /// seconds, or within a tenth of one when it did not the last time or `isSilent`.
+    [[nodiscard]] std::optional<Listing> list(const QDir &folder, const QString &file,
+                                              bool isSilent = false);
 
 private:
     std::unique_ptr<BoundedWorker> m_worker;

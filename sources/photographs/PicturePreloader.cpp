@@ -54,6 +54,11 @@ public:
 
     Reading take(const QString &path);
     bool request(const QString &path);
+    bool isSilent()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_wasSilent;
+    }
     void prepare(const QStringList &paths);
     bool holds(const QString &path);
     void quit();
@@ -379,6 +384,11 @@ void PicturePreloader::prepare(const QStringList &paths)
 bool PicturePreloader::request(const QString &path)
 {
     return m_shared->request(path);
+}
+
+bool PicturePreloader::isSilent() const
+{
+    return m_shared->isSilent();
 }
 
 bool PicturePreloader::holds(const QString &path) const

@@ -40,6 +40,9 @@ public:
     /// has come.
     [[nodiscard]] bool request(const QString &path);
 
+    /// Whether the drive has not answered the last time.
+    [[nodiscard]] bool isSilent() const;
+
     /// Reads these ahead, the first one first, and lets go of all others. Keeps as many of them as
     /// the bound allows.
     void prepare(const QStringList &paths);

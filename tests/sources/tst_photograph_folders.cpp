@@ -117,6 +117,21 @@ private slots:
         QVERIFY(m_source->problem() == PictureProblem::None);
     }
 
+    void returningToADriveThatFellSilentHoldsTheWindowBriefly()
+    {
+        fill({"a.png", "b.png"});
+        QVERIFY(m_source->setDirectory(dir(), "a.png"));
+        const HangingFolder hanging(dir().path());
+        // The kept picture is shown all the same.
+        m_source->next();
+        QElapsedTimer timer;
+        timer.start();
+        m_source->resumeCapture();
+        QVERIFY(timer.elapsed() < 1500);
+        QVERIFY(m_source->refusal() == PictureProblem::NoAnswer);
+        QCOMPARE(m_source->photographCount(), 2);
+    }
+
     void theSlideshowWaitsForASlowPictureWithoutHoldingTheWindow()
     {
         fill({"a.png", "b.png"});

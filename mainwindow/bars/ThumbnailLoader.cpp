@@ -72,10 +72,21 @@ void ThumbnailLoader::run()
 {
     const DetachedThreads::Running detached;
     const QSize place(ThumbnailLayout::BUTTON_WIDTH, ThumbnailLayout::BUTTON_HEIGHT);
+    const QSize size = place * m_pixelRatio;
+    QVector<int> embedded;
     for (int i = 0; i < m_fileNames.size() && !m_stop; ++i) {
-        QImage image = m_store->thumbnail(m_fileNames.at(i), place * m_pixelRatio);
-        image.setDevicePixelRatio(m_pixelRatio);
-        emit thumbnailLoaded(m_generation, i, image);
+        const ThumbnailStore::Thumbnail quick = m_store->quickThumbnail(m_fileNames.at(i), size);
+        tell(i, quick.image);
+        if (quick.isEmbedded)
+            embedded.append(i);
     }
+    for (int i = 0; i < embedded.size() && !m_stop; ++i)
+        tell(embedded.at(i), m_store->thumbnail(m_fileNames.at(embedded.at(i)), size));
     m_stop.exchange(true);
+}
+
+void ThumbnailLoader::tell(int index, QImage image)
+{
+    image.setDevicePixelRatio(m_pixelRatio);
+    emit thumbnailLoaded(m_generation, index, image);
 }

@@ -10,7 +10,9 @@
 class ThumbnailStore;
 
 /// The thread that reads the pictures of the strip, from left to right. One loader reads one folder
-/// once; the next folder gets a loader of its own, so that nobody waits for a slow disk.
+/// once; the next folder gets a loader of its own, so that nobody waits for a slow disk. Where a
+/// camera has put a small picture into its file, the strip shows that first: when all thumbnails
+/// are there, the pictures themselves take the places of those, again from left to right.
 ///
 /// It works on its own copy of the file names and posts its results with its number; it touches no
 /// widget. All public functions belong to the GUI thread.
@@ -45,6 +47,8 @@ protected:
     void run() override;
 
 private:
+    void tell(int index, QImage image);
+
     std::atomic<bool> m_stop{false};
     const std::shared_ptr<ThumbnailStore> m_store;
     const QStringList m_fileNames;

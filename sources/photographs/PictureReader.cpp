@@ -1,5 +1,7 @@
 #include "sources/photographs/PictureReader.h"
 
+#include "sources/jpeg/ExifThumbnail.h"
+#include "sources/jpeg/JpegHeader.h"
 #include "sources/jpeg/JpegReader.h"
 #include "sources/photographs/BmpPicture.h"
 #include "sources/photographs/PictureBuilder.h"
@@ -31,6 +33,9 @@ constexpr qint64 MOST_PASSED_PIXELS = 170LL * 1024 * 1024;
 /// From here on a bitmap is decoded in parts, of so many rows.
 constexpr qint64 LARGE_BYTES = 64LL * 1024 * 1024;
 constexpr int BLOCK_ROWS = 64;
+
+/// The small pictures of cameras have 160 x 120 pixels, rarely more.
+constexpr qint64 MOST_EMBEDDED_PIXELS = 1024LL * 1024;
 
 /// Nothing is reduced further for want of memory.
 constexpr qint64 LEAST_PIXELS = 2LL * 1024 * 1024;
@@ -97,6 +102,14 @@ qint64 decodedBytes(const QImageReader &reader)
     const int bits =
         format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
     return pixels(reader.size()) * bits / 8;
+}
+
+/// Whether the small picture is the large one, to the nearest pixel. Cameras also put black bars
+/// around theirs.
+bool haveOneShape(QSize small, QSize large)
+{
+    const double scale = static_cast<double>(large.width()) / small.width();
+    return std::abs(large.height() / scale - small.height()) <= 1.0;
 }
 
 bool isJpeg(QIODevice &device)
@@ -269,6 +282,7 @@ Reading readWith(PictureFile &file, const PictureFile::Progress &progress, Decod
             file.setPieceRead(tell);
         }
         decode(file.device(), jpeg, reading);
+        file.setPieceRead({});
     }
     if (!reading.picture.isNull())
         reading.problem = PictureProblem::None;
@@ -282,7 +296,6 @@ qint64 decoderBytes(QIODevice &beginning, const QImageReader &reader, PictureFil
         beginning.seek(0);
         return jpegCoefficientBytes(beginning);
     }
-        file.setPieceRead({});
     if (PngReader::isPng(beginning))
         return 0;
     const qint64 bytes = decodedBytes(reader);
@@ -353,6 +366,26 @@ Reading PictureReader::readFileFitted(PictureFile &file, QSize bounds, bool enla
         if (!reading.picture.isNull())
             reading.picture = scaled(reading.picture, fitted(reading.wholeSize));
     });
+}
+
+QImage PictureReader::readEmbedded(PictureFile &file, QSize bounds)
+{
+    if (!isJpeg(file.device()))
+        return {};
+    QByteArray beginning = file.device().peek(HEADER_BYTES);
+    QByteArray thumbnail = exifThumbnail(beginning);
+    QBuffer buffer(&thumbnail);
+    buffer.open(QIODevice::ReadOnly);
+    const JpegPicture jpeg = readJpeg(buffer, MOST_EMBEDDED_PIXELS, MAX_DECODED_BYTES);
+    const auto whole =
+        jpegFrameSize(beginning.constData(), static_cast<std::size_t>(beginning.size()));
+    if (jpeg.image.isNull() || whole.isEmpty() || !haveOneShape(jpeg.image.size(), whole))
+        return {};
+    QBuffer header(&beginning);
+    header.open(QIODevice::ReadOnly);
+    const QImage image =
+        upright(PictureColours::prepared(jpeg.image, spaceOf(jpeg)), turnOf(header));
+    return scaled(image, fitting(image.size(), bounds, true));
 }
 
 QImage PictureReader::read(const QString &path)

@@ -59,6 +59,11 @@ struct Reading {
 [[nodiscard]] Reading readFileFitted(PictureFile &file, QSize bounds, bool enlarge,
                                      const PictureFile::Progress &progress = {});
 
+/// The small picture that the camera has put into a JPEG file, fitted into `bounds`, if it has the
+/// shape of the whole one; null without one. Costs the beginning of the file. It shows what the
+/// camera saw, even if the file was changed since then.
+[[nodiscard]] QImage readEmbedded(PictureFile &file, QSize bounds);
+
 /// The pictures of those, null when they cannot be read; a fitted one is as large as fits.
 [[nodiscard]] QImage read(const QString &path);
 [[nodiscard]] QImage readFitted(const QString &path, QSize bounds);

@@ -27,18 +27,29 @@ QImage fitted(const QImage &image, QSize bounds)
 
 QImage ThumbnailStore::thumbnail(const QString &path, QSize bounds)
 {
+    return thumbnail(path, bounds, false).image;
+}
+
+ThumbnailStore::Thumbnail ThumbnailStore::quickThumbnail(const QString &path, QSize bounds)
+{
+    return thumbnail(path, bounds, true);
+}
+
+ThumbnailStore::Thumbnail ThumbnailStore::thumbnail(const QString &path, QSize bounds,
+                                                    bool takesEmbedded)
+{
     PictureFile file(path);
     if (file.problem() != PictureProblem::None)
         return {};
     const std::string key = FileNames::encode(path).toStdString();
     const FileStamp stamp = file.stamp();
-    QImage image = kept(key, stamp, bounds);
-    if (!image.isNull())
-        return image;
-    image = make(path, file, bounds);
-    if (!image.isNull())
-        keep(key, {stamp, bounds, image});
-    return image;
+    Thumbnail found = kept(key, stamp, bounds);
+    if (!found.image.isNull() && (takesEmbedded || !found.isEmbedded))
+        return found;
+    found = make(path, file, bounds, takesEmbedded);
+    if (!found.image.isNull())
+        keep(key, {stamp, bounds, found});
+    return found;
 }
 
 int ThumbnailStore::decoded() const
@@ -47,34 +58,42 @@ int ThumbnailStore::decoded() const
     return m_decoded;
 }
 
-QImage ThumbnailStore::kept(const std::string &key, const FileStamp &stamp, QSize bounds) const
+ThumbnailStore::Thumbnail ThumbnailStore::kept(const std::string &key, const FileStamp &stamp,
+                                               QSize bounds) const
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_kept.find(key);
     const bool isSame =
         found != m_kept.end() && found->second.stamp == stamp && found->second.bounds == bounds;
-    return isSame ? found->second.image : QImage();
+    return isSame ? found->second.thumbnail : Thumbnail();
 }
 
 void ThumbnailStore::keep(const std::string &key, const Kept &made)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_bytes + made.image.sizeInBytes() > MAX_BYTES) {
+    const qint64 bytes = made.thumbnail.image.sizeInBytes();
+    if (m_bytes + bytes > MAX_BYTES) {
         m_kept.clear();
         m_bytes = 0;
     }
     Kept &place = m_kept[key];
-    m_bytes += made.image.sizeInBytes() - place.image.sizeInBytes();
+    m_bytes += bytes - place.thumbnail.image.sizeInBytes();
     place = made;
 }
 
-QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds)
+ThumbnailStore::Thumbnail ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds,
+                                               bool takesEmbedded)
 {
     const bool shares = fitsShared(bounds);
     if (shares) {
         const QImage shared = ThumbnailCache::read(path, file.stamp());
         if (!shared.isNull())
-            return fitted(PictureColours::prepared(shared, {}), bounds);
+            return {fitted(PictureColours::prepared(shared, {}), bounds)};
+    }
+    if (takesEmbedded) {
+        const QImage embedded = PictureReader::readEmbedded(file, bounds);
+        if (!embedded.isNull())
+            return {embedded, true};
     }
     {
         const std::lock_guard lock(m_mutex);
@@ -93,5 +112,5 @@ QImage ThumbnailStore::make(const QString &path, PictureFile &file, QSize bounds
                          whole.wholeSize.height() <= SHARED_SIZE.height();
     if (shares && !isSmall && !whole.isTransparent && PictureFile(path).stamp() == file.stamp())
         ThumbnailCache::write(path, file.stamp(), whole.picture);
-    return fitted(whole.picture, bounds);
+    return {fitted(whole.picture, bounds)};
 }

@@ -2,6 +2,7 @@
 #include "tests/TestProgram.h"
 #include "tests/fakes/HangingFolder.h"
 #include "tests/mainwindow/ThumbnailTest.h"
+#include "tests/sources/ExifPicture.h"
 
 #include <QPointer>
 
@@ -29,6 +30,32 @@ private slots:
             Qt::QueuedConnection);
         loader.start(QThread::InheritPriority);
         QTRY_COMPARE(order, QVector<int>({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+    }
+
+    void theSmallPicturesOfCamerasComeBeforeThePicturesThemselves()
+    {
+        const QByteArray bytes = ExifPicture::with(ExifPicture::jpeg(QSize(160, 120), Qt::yellow),
+                                                   ExifPicture::jpeg(QSize(800, 600), Qt::blue));
+        QStringList names;
+        for (int i = 0; i < 4; ++i) {
+            QFile file(m_folder->filePath(QString("e%1.jpg").arg(i)));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(bytes);
+            names.append(file.fileName());
+        }
+        ThumbnailLoader loader(1, names, 1, nullptr);
+        QVector<int> order;
+        QVector<bool> yellow;
+        connect(
+            &loader, &ThumbnailLoader::thumbnailLoaded, this,
+            [&](int, int index, const QImage &image) {
+                order.append(index);
+                yellow.append(image.pixelColor(28, 20).red() > 200);
+            },
+            Qt::QueuedConnection);
+        loader.start(QThread::InheritPriority);
+        QTRY_COMPARE(order, QVector<int>({0, 1, 2, 3, 0, 1, 2, 3}));
+        QCOMPARE(yellow, QVector<bool>({true, true, true, true, false, false, false, false}));
     }
 
     void aSharpScreenGetsAllItsPixels()

@@ -1,6 +1,7 @@
 #include "sources/photographs/ThumbnailCache.h"
 #include "sources/photographs/ThumbnailStore.h"
 #include "tests/TestProgram.h"
+#include "tests/sources/ExifPicture.h"
 
 #include <QtTest>
 
@@ -155,6 +156,44 @@ private slots:
         QVERIFY(!QFile::exists(ThumbnailCache::fileFor(path)));
     }
 
+    void theSmallPictureOfACameraComesFirst()
+    {
+        const QString path = written("a.jpg", QSize(160, 120), 1);
+        ThumbnailStore store;
+        const ThumbnailStore::Thumbnail quick = store.quickThumbnail(path, STRIP);
+        QVERIFY(quick.isEmbedded);
+        QCOMPARE(quick.image.size(), QSize(56, 42));
+        QVERIFY(isYellow(quick.image));
+        QCOMPARE(store.decoded(), 0);
+        QVERIFY(store.quickThumbnail(path, STRIP).isEmbedded);
+        QVERIFY(!isYellow(store.thumbnail(path, STRIP)));
+        // The picture itself counts from then on, also after the next start.
+        QVERIFY(!store.quickThumbnail(path, STRIP).isEmbedded);
+        ThumbnailStore later;
+        const ThumbnailStore::Thumbnail kept = later.quickThumbnail(path, STRIP);
+        QVERIFY(!kept.isEmbedded && !isYellow(kept.image));
+        QCOMPARE(later.decoded(), 0);
+    }
+
+    void theSmallPictureStandsUpright()
+    {
+        constexpr int TURNED_RIGHT = 6;
+        ThumbnailStore store;
+        const ThumbnailStore::Thumbnail quick =
+            store.quickThumbnail(written("a.jpg", QSize(160, 120), TURNED_RIGHT), STRIP);
+        QVERIFY(quick.isEmbedded);
+        QCOMPARE(quick.image.size(), QSize(37, 50));
+    }
+
+    void aSmallPictureOfAnotherShapeIsNotTaken()
+    {
+        ThumbnailStore store;
+        const ThumbnailStore::Thumbnail made =
+            store.quickThumbnail(written("a.jpg", QSize(160, 107), 1), STRIP);
+        QVERIFY(!made.isEmbedded && !isYellow(made.image));
+        QCOMPARE(store.decoded(), 1);
+    }
+
     void aSharpScreensThumbnailHasItsOwnPlaceInMemory()
     {
         const QString path = made("a.jpg", QSize(800, 600), Qt::blue);
@@ -180,6 +219,22 @@ private:
         if (!image.save(m_folder->filePath(name)))
             qFatal("cannot write a picture");
         return m_folder->filePath(name);
+    }
+
+    /// A blue picture with a small yellow one in it.
+    QString written(const QString &name, QSize small, int orientation) const
+    {
+        QFile file(m_folder->filePath(name));
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("cannot write a picture");
+        file.write(ExifPicture::with(ExifPicture::jpeg(small, Qt::yellow),
+                                     ExifPicture::jpeg(QSize(800, 600), Qt::blue), orientation));
+        return file.fileName();
+    }
+
+    static bool isYellow(const QImage &image)
+    {
+        return qRed(image.pixel(image.rect().center())) > 200;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -710,6 +710,8 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Stärkerer Druck zeichnet breiter</translation>
+    </message>
+    <message>
         <source>Camera to show</source>
         <translation>Angezeigte Kamera</translation>
     </message>

@@ -710,6 +710,8 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Más presión, trazo más ancho</translation>
+    </message>
+    <message>
         <source>Camera to show</source>
         <translation>Cámara que se muestra</translation>
     </message>

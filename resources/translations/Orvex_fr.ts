@@ -710,6 +710,8 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Appuyer plus fort élargit le trait</translation>
+    </message>
+    <message>
         <source>Camera to show</source>
         <translation>Caméra affichée</translation>
     </message>

@@ -710,6 +710,8 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>筆圧で線を太くする</translation>
+    </message>
+    <message>
         <source>Camera to show</source>
         <translation>表示するカメラ</translation>
     </message>

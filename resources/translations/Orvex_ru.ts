@@ -710,6 +710,8 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>Сильнее нажим – шире линия</translation>
+    </message>
+    <message>
         <source>Camera to show</source>
         <translation>Показываемая камера</translation>
     </message>

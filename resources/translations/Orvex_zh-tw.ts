@@ -710,6 +710,8 @@
     <message>
         <source>Press the pen harder to draw wider</source>
         <translation>用力下筆，線條變粗</translation>
+    </message>
+    <message>
         <source>Camera to show</source>
         <translation>要顯示的攝影機</translation>
     </message>

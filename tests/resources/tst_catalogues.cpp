@@ -186,6 +186,18 @@ private slots:
         }
     }
 
+    /// What the program loads: a text whose end is missing in the file takes the next one's place.
+    void everyTextIsInTheCompiledCatalogue()
+    {
+        for (const QString &file : catalogueFiles()) {
+            QTranslator translator;
+            QVERIFY(translator.load(QFileInfo(file).completeBaseName(), ":/translations"));
+            for (const Message &message : readCatalogue(file))
+                QCOMPARE(translator.translate(message.context.toUtf8(), message.source.toUtf8()),
+                         message.translation);
+        }
+    }
+
     /// "B & W" is no accelerator: none of the texts has one, so none of the translations may.
     void noTwoTextsOfAWindowShareAnAccelerator()
     {

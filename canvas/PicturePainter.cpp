@@ -5,6 +5,21 @@
 #include <QPainter>
 #include <QRegion>
 
+namespace
+{
+
+/// `corner` is in pixels of the screen, as the image is: the painter then copies, where it would
+/// scale by way of the layout's units.
+void drawPixels(QPainter *painter, QPoint corner, const QImage &image, double ratio)
+{
+    painter->save();
+    painter->scale(1.0 / ratio, 1.0 / ratio);
+    painter->drawImage(corner, image);
+    painter->restore();
+}
+
+} // namespace
+
 void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Shown &shown)
 {
     const ViewGeometry::Fit fitted =
@@ -25,5 +40,5 @@ void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Sho
     const QSize pixels(end.x() - corner.x(), end.y() - corner.y());
     const QImage &image = m_scaled.image(shown.picture, shown.serial, pixels);
     if (!image.isNull())
-        painter->drawImage(QRectF(QPointF(corner) / ratio, QSizeF(pixels) / ratio), image);
+        drawPixels(painter, corner, image, ratio);
 }

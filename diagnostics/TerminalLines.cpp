@@ -39,7 +39,7 @@ const std::vector<TerminalLines::Row> &TerminalLines::rows()
         {Line::SettingsUnreadable,
          "The settings %1 cannot be read, the defaults are used: repair or remove that."},
         {Line::SettingsOutOfRange, "The settings %1 hold what makes no sense (%2): choose anew in "
-                                   "the settings and press OK."},
+                                   "the settings and press OK, or on the pages of \"More\"."},
         {Line::SettingsNotWritten,
          "The settings %1 were not written: look at the room on that disk and at the folder's "
          "permissions."},

@@ -1,9 +1,13 @@
 #include "settings/Preferences.h"
 
+#include "diagnostics/TerminalLines.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QSettings>
 #include <QVariant>
+
+using TerminalLines::Line;
 
 namespace
 {
@@ -15,18 +19,10 @@ QSettings store()
                      QCoreApplication::applicationName() + " Extras");
 }
 
-/// Tells the terminal that the file cannot be read or written; once a process is enough.
-void sayThatItFails(const QSettings &settings)
-{
-    static bool said = false;
-    if (said)
-        return;
-    said = true;
-    qDebug("The preferences in %s cannot be used.", qPrintable(settings.fileName()));
-}
-
 bool usable(const QSettings &settings)
 {
+    // A fault in the file is only found when its keys are read.
+    (void)settings.allKeys();
     const QFileInfo file(settings.fileName());
     return settings.status() == QSettings::NoError && (!file.exists() || file.isFile());
 }
@@ -37,7 +33,7 @@ QVariant stored(const QString &key)
     const QSettings settings = store();
     if (usable(settings))
         return settings.value(key);
-    sayThatItFails(settings);
+    TerminalLines::tell(Line::SettingsUnreadable, {settings.fileName()});
     return {};
 }
 
@@ -49,16 +45,23 @@ void keep(const QString &key, const QVariant &value)
     settings.setValue(key, value);
     settings.sync();
     if (!usable(settings))
-        sayThatItFails(settings);
+        TerminalLines::tell(Line::SettingsNotWritten, {settings.fileName()});
 }
 
 } // namespace
 
 int Preferences::number(const QString &key, int otherwise, int least, int most)
 {
+    const QVariant value = stored(key);
+    if (!value.isValid())
+        return otherwise;
     bool isNumber = false;
-    const int number = stored(key).toInt(&isNumber);
-    return isNumber && number >= least && number <= most ? number : otherwise;
+    const int number = value.toInt(&isNumber);
+    if (isNumber && number >= least && number <= most)
+        return number;
+    TerminalLines::tell(Line::SettingsOutOfRange,
+                        {fileName(), QString("%1=%2").arg(key, value.toString())});
+    return otherwise;
 }
 
 void Preferences::setNumber(const QString &key, int value)

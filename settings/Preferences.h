@@ -3,8 +3,8 @@
 #include <QString>
 
 /// What the user has chosen beyond the settings: a store of its own, whose file does not exist
-/// until the first choice. A file that cannot be read or written gives the defaults and one debug
-/// line. GUI thread.
+/// until the first choice. A file that cannot be read or written gives the defaults, and a line on
+/// the terminal. GUI thread.
 namespace Preferences
 {
 

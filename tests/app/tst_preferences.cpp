@@ -1,11 +1,14 @@
 #include "settings/Preferences.h"
 
+#include "diagnostics/TerminalLines.h"
 #include "tests/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
+
+using TerminalLines::Line;
 
 class PreferencesTest : public QObject
 {
@@ -38,21 +41,31 @@ private slots:
     void whatIsNoNumberOrOutsideGivesTheDefault_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("garbage") << QByteArray("\x00\xff[[page\n=%%", 12);
-        QTest::newRow("a word") << QByteArray("[General]\npage=two\n");
-        QTest::newRow("too large") << QByteArray("[General]\npage=3\n");
-        QTest::newRow("too small") << QByteArray("[General]\npage=-1\n");
+        QTest::addColumn<QString>("line");
+        const QString file = Preferences::fileName();
+        QTest::newRow("garbage") << QByteArray("\x00\xff[[page\n=%%", 12)
+                                 << TerminalLines::text(Line::SettingsUnreadable, {file});
+        for (const char *value : {"two", "3", "-1"}) {
+            QTest::newRow(value) << QByteArray("[General]\npage=") + value + '\n'
+                                 << TerminalLines::text(
+                                        Line::SettingsOutOfRange,
+                                        {file, QStringLiteral("page=") + QLatin1String(value)});
+        }
     }
 
     void whatIsNoNumberOrOutsideGivesTheDefault()
     {
         QFETCH(QByteArray, content);
+        QFETCH(QString, line);
         QVERIFY(QDir().mkpath(QFileInfo(Preferences::fileName()).path()));
         QFile file(Preferences::fileName());
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(content);
         file.close();
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(line));
         QCOMPARE(Preferences::number("page", 1, 0, 2), 1);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), content);
     }
 
     void aFolderInItsPlaceIsNoHarm()

@@ -2,6 +2,7 @@
 
 #include "tests/TestProgram.h"
 
+#include <QFile>
 #include <QKeySequence>
 #include <QSet>
 #include <QTest>
@@ -21,6 +22,7 @@ private slots:
     void eachModeHasOneButton();
     void eachToolHasOneButton();
     void eachKeyHasOneCommand();
+    void theManualPageNamesEveryKey();
     void eachHoldHasAPopUp();
     void eachCommandDoesSomething();
     void eachButtonHasASkinAndAText();
@@ -103,6 +105,32 @@ void ButtonTableTest::eachKeyHasOneCommand()
         }
         QVERIFY(!commands.isEmpty());
     }
+}
+
+void ButtonTableTest::theManualPageNamesEveryKey()
+{
+    QFile manual(TEST_SOURCE_DIR "/../../packaging/document-camera.1.in");
+    QVERIFY(manual.open(QIODevice::ReadOnly));
+    const QString chapter =
+        QString::fromUtf8(manual.readAll()).section(".SH KEYS\n", 1).section("\n.SH", 0, 0);
+    QStringList named;
+    for (const QString &line : chapter.split('\n')) {
+        if (line.startsWith(".B "))
+            named += line.mid(3).remove('\\').split(", ");
+    }
+    QStringList keys;
+    for (const Row &row : Commands::rows()) {
+        for (const int key : row.keys) {
+            // A sign that some keyboards have on Shift is named once.
+            const QString name = QKeySequence(key & ~int(Qt::ShiftModifier)).toString();
+            const bool sign = name.size() == 1 && !name[0].isLetter();
+            keys += sign ? name : QKeySequence(key).toString();
+        }
+    }
+    keys.removeDuplicates();
+    keys.sort();
+    named.sort();
+    QCOMPARE(named, keys);
 }
 
 void ButtonTableTest::eachHoldHasAPopUp()

@@ -22,6 +22,10 @@ constexpr const char *ALL[] = {
                       "and masks it, takes snapshots, records movies with sound and prints."),
     QT_TRANSLATE_NOOP("DesktopTexts", "Three more modes play a film, show a folder of photographs "
                                       "and serve as a drawing board."),
+    QT_TRANSLATE_NOOP("DesktopTexts",
+                      "Pens and fingers draw, zoom and move the picture, and each step can be "
+                      "taken back. A second screen shows the class the picture alone. Other USB "
+                      "cameras can be chosen, and their pictures mirrored."),
     QT_TRANSLATE_NOOP("DesktopTexts", "The live picture, drawn on"),
     QT_TRANSLATE_NOOP("DesktopTexts", "A folder of photographs"),
     QT_TRANSLATE_NOOP("DesktopTexts", "The drawing board"),

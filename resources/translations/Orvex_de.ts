@@ -184,6 +184,10 @@
         <translation>Drei weitere Betriebsarten spielen einen Film ab, zeigen einen Ordner mit Fotos und dienen als Zeichentafel.</translation>
     </message>
     <message>
+        <source>Pens and fingers draw, zoom and move the picture, and each step can be taken back. A second screen shows the class the picture alone. Other USB cameras can be chosen, and their pictures mirrored.</source>
+        <translation>Stifte und Finger zeichnen, vergrößern und verschieben das Bild, und jeder Schritt lässt sich zurücknehmen. Ein zweiter Bildschirm zeigt der Klasse nur das Bild. Auch andere USB-Kameras lassen sich wählen und ihre Bilder spiegeln.</translation>
+    </message>
+    <message>
         <source>The live picture, drawn on</source>
         <translation>Das Livebild mit Zeichnungen</translation>
     </message>

@@ -184,6 +184,10 @@
         <translation>Otros tres modos reproducen un vídeo, muestran una carpeta de fotografías y sirven de pizarra.</translation>
     </message>
     <message>
+        <source>Pens and fingers draw, zoom and move the picture, and each step can be taken back. A second screen shows the class the picture alone. Other USB cameras can be chosen, and their pictures mirrored.</source>
+        <translation>Con un lápiz o con los dedos se dibuja, se amplía y se desplaza la imagen, y cada paso se puede deshacer. Una segunda pantalla muestra a la clase solo la imagen. También se pueden elegir otras cámaras USB y reflejar su imagen.</translation>
+    </message>
+    <message>
         <source>The live picture, drawn on</source>
         <translation>La imagen en directo, con dibujos</translation>
     </message>

@@ -184,6 +184,10 @@
         <translation>Trois autres modes lisent un film, montrent un dossier de photos et servent de tableau blanc.</translation>
     </message>
     <message>
+        <source>Pens and fingers draw, zoom and move the picture, and each step can be taken back. A second screen shows the class the picture alone. Other USB cameras can be chosen, and their pictures mirrored.</source>
+        <translation>Au stylet ou au doigt, on dessine, on agrandit et on déplace l’image, et chaque étape peut être annulée. Un second écran ne montre à la classe que l’image. D’autres caméras USB peuvent être choisies, et leur image inversée en miroir.</translation>
+    </message>
+    <message>
         <source>The live picture, drawn on</source>
         <translation>L’image en direct, avec des dessins</translation>
     </message>

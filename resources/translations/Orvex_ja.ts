@@ -184,6 +184,10 @@
         <translation>ほかに、動画の再生、フォルダー内の写真の表示、描画ボードの 3 つのモードがあります。</translation>
     </message>
     <message>
+        <source>Pens and fingers draw, zoom and move the picture, and each step can be taken back. A second screen shows the class the picture alone. Other USB cameras can be chosen, and their pictures mirrored.</source>
+        <translation>ペンや指で書き込み、拡大、移動ができ、操作は一つずつ元に戻せます。2 台目の画面には、教室に見せる映像だけを表示します。ほかの USB カメラも選べ、その映像を反転できます。</translation>
+    </message>
+    <message>
         <source>The live picture, drawn on</source>
         <translation>図を書き込んだライブ映像</translation>
     </message>

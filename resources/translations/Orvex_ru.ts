@@ -184,6 +184,10 @@
         <translation>Ещё три режима воспроизводят видео, показывают папку с фотографиями и служат доской для рисования.</translation>
     </message>
     <message>
+        <source>Pens and fingers draw, zoom and move the picture, and each step can be taken back. A second screen shows the class the picture alone. Other USB cameras can be chosen, and their pictures mirrored.</source>
+        <translation>Пером и пальцами рисуют, увеличивают и перемещают изображение, и каждый шаг можно отменить. На втором экране класс видит только изображение. Можно выбрать и другую USB-камеру и отразить её изображение зеркально.</translation>
+    </message>
+    <message>
         <source>The live picture, drawn on</source>
         <translation>Живое изображение с рисунками</translation>
     </message>

@@ -184,6 +184,10 @@
         <translation>另有三種模式，可播放影片、顯示資料夾中的相片，以及作為畫板使用。</translation>
     </message>
     <message>
+        <source>Pens and fingers draw, zoom and move the picture, and each step can be taken back. A second screen shows the class the picture alone. Other USB cameras can be chosen, and their pictures mirrored.</source>
+        <translation>可用手寫筆和手指繪圖、縮放及移動畫面，每個步驟都能復原。第二個螢幕只向全班顯示畫面。也可選擇其他 USB 攝影機，並將其畫面鏡像。</translation>
+    </message>
+    <message>
         <source>The live picture, drawn on</source>
         <translation>加上繪圖的即時影像</translation>
     </message>

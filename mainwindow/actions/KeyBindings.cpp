@@ -132,6 +132,8 @@ void KeyBindings::sendToText(QTextEdit *text, QKeyEvent *event)
 
 bool KeyBindings::press(QWidget *receiver, QKeyEvent *event)
 {
+    const bool repeats = isRepeat(event);
+    m_pressTime = event->timestamp();
     if (QTextEdit *text = openText()) {
         if (keepsFromText(receiver, event->key()))
             return false;
@@ -145,7 +147,8 @@ bool KeyBindings::press(QWidget *receiver, QKeyEvent *event)
         return false;
     const Commands::Row &row = Commands::row(*command);
     // A held key repeats faster than large photographs are read.
-    if (event->isAutoRepeat() && (!row.repeating || m_step.isActive()))
+    const bool resumes = row.startSlot && !m_heldKey;
+    if (repeats && !resumes && (!row.repeating || m_step.isActive()))
         return true;
     if (row.repeating)
         m_step.start();
@@ -154,6 +157,14 @@ bool KeyBindings::press(QWidget *receiver, QKeyEvent *event)
     else
         emit given(*command);
     return true;
+}
+
+bool KeyBindings::isRepeat(const QKeyEvent *event) const
+{
+    // An X server sends a release and a press at the same time for each repeat. The toolkit takes
+    // them for two keystrokes when it has read only the first of them, as a busy machine makes it.
+    const bool wasDown = m_releaseTime > m_pressTime && event->key() == m_releasedKey;
+    return event->isAutoRepeat() || (wasDown && event->timestamp() == m_releaseTime);
 }
 
 bool KeyBindings::canLeave() const
@@ -186,6 +197,8 @@ void KeyBindings::forgetHeldKey()
 
 bool KeyBindings::release(const QKeyEvent *event)
 {
+    m_releasedKey = event->key();
+    m_releaseTime = event->timestamp();
     if (event->isAutoRepeat() || !m_heldKey)
         return false;
     // The key's own code changes when Shift is released first; its scan code does not.

@@ -61,6 +61,8 @@ private:
     [[nodiscard]] QTextEdit *openText() const;
     void sendToText(QTextEdit *text, QKeyEvent *event);
     bool press(QWidget *receiver, QKeyEvent *event);
+    /// Whether the key has been down since an earlier press.
+    [[nodiscard]] bool isRepeat(const QKeyEvent *event) const;
     /// Whether there is something on top that can be closed.
     [[nodiscard]] bool canLeave() const;
     void startHolding(Command command, const QKeyEvent *event);
@@ -73,6 +75,10 @@ private:
     const Popups *m_popups;
     std::function<bool()> m_leavable;
     std::optional<HeldKey> m_heldKey;
+    // Of the last press and of the last release, by the window system's clock
+    ulong m_pressTime = 0;
+    ulong m_releaseTime = 0;
+    int m_releasedKey = 0;
     /// Fires as soon as the step to another photograph is shown and every key that was pressed
     /// meanwhile has been handled.
     QTimer m_step;

@@ -42,6 +42,7 @@ struct Scene {
         constexpr int MODIFIERS = int(Qt::KeyboardModifierMask);
         QKeyEvent event(type, key & ~MODIFIERS, Qt::KeyboardModifiers(key & MODIFIERS), {},
                         repeated);
+        event.setTimestamp(timestamp);
         QWidget *focus = window.focusWidget();
         QCoreApplication::sendEvent(focus ? focus : &window, &event);
     }
@@ -50,6 +51,8 @@ struct Scene {
     CanvasDeck deck;
     Popups popups;
     KeyBindings *keys;
+    /// In milliseconds of the window system's clock, which tells none when it is 0.
+    ulong timestamp = 0;
     QList<Command> given;
     QList<Command> started;
     QList<Command> stopped;
@@ -69,6 +72,7 @@ private slots:
     void aCommandThatLastsEndsWithItsKey();
     void aHeldKeyRepeatsStepsAlone();
     void everyKeyMayBeHeld();
+    void aRepeatThatTheToolkitTookForAKeystrokeIsNone();
     void escapeIsTakenOnlyToLeaveSomething();
     void aFieldKeepsItsKeys();
 };
@@ -243,6 +247,31 @@ void KeyBindingsTest::everyKeyMayBeHeld()
             }
         }
     }
+}
+
+void KeyBindingsTest::aRepeatThatTheToolkitTookForAKeystrokeIsNone()
+{
+    Scene scene;
+    scene.timestamp = 1000;
+    scene.send(QEvent::KeyPress, Qt::Key_Space);
+    for (scene.timestamp = 1500; scene.timestamp < 2000; scene.timestamp += 40) {
+        scene.send(QEvent::KeyRelease, Qt::Key_Space);
+        scene.send(QEvent::KeyPress, Qt::Key_Space);
+    }
+    QCOMPARE(scene.given, QList<Command>({Command::Freeze}));
+    scene.send(QEvent::KeyRelease, Qt::Key_Space);
+    scene.timestamp += 1;
+    scene.send(QEvent::KeyPress, Qt::Key_Space);
+    QCOMPARE(scene.given.size(), 2);
+    // A command that lasts goes on.
+    scene.send(QEvent::KeyPress, Qt::Key_Plus);
+    scene.timestamp += 40;
+    scene.send(QEvent::KeyRelease, Qt::Key_Plus);
+    scene.send(QEvent::KeyPress, Qt::Key_Plus);
+    QCOMPARE(scene.started.size(), scene.stopped.size() + 1);
+    scene.timestamp += 40;
+    scene.send(QEvent::KeyRelease, Qt::Key_Plus);
+    QCOMPARE(scene.started.size(), scene.stopped.size());
 }
 
 void KeyBindingsTest::escapeIsTakenOnlyToLeaveSomething()

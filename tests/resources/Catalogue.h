@@ -17,7 +17,8 @@ struct Message {
     QString key() const { return context + "/" + source; }
 };
 
-/// All of them, in the order of the file; none when it cannot be read.
+/// All of them, in the order of the file; none when it cannot be read. Of several sources in one
+/// message the last counts, as for the toolkit.
 inline QVector<Message> readCatalogue(const QString &path)
 {
     QVector<Message> messages;
@@ -31,8 +32,10 @@ inline QVector<Message> readCatalogue(const QString &path)
             continue;
         if (xml.name() == "name") {
             context = xml.readElementText();
+        } else if (xml.name() == "message") {
+            messages.append({context, QString(), QString(), false});
         } else if (xml.name() == "source") {
-            messages.append({context, xml.readElementText(), QString(), false});
+            messages.last().source = xml.readElementText();
         } else if (xml.name() == "translation") {
             messages.last().finished = !xml.attributes().hasAttribute("type");
             messages.last().translation = xml.readElementText();

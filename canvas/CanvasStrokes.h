@@ -28,6 +28,8 @@ public:
     /// The tool of the stroke that runs, or of the next one.
     [[nodiscard]] CanvasModes::MouseMode mode() const { return modeOf(m_input.tool()); }
     [[nodiscard]] bool isRunning() const { return m_input.isStrokeRunning(); }
+    /// Whether fingers move the view.
+    [[nodiscard]] bool isGesture() const { return m_input.isGesture(); }
 
     /// Filters nothing.
     bool eventFilter(QObject *watched, QEvent *event) override;

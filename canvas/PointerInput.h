@@ -123,6 +123,8 @@ public:
     /// What the stroke that runs does, or a press of the pointer that was seen last would do.
     [[nodiscard]] PointerReceiver::Tool tool() const;
     [[nodiscard]] bool isStrokeRunning() const { return m_owner != Owner::None; }
+    /// Whether fingers move the view, or may be about to.
+    [[nodiscard]] bool isGesture() const { return m_touch == Touch::Gesture; }
 
 private:
     enum class Owner { None, Mouse, Pen, Finger };

@@ -23,6 +23,9 @@ bool ToolPointer::eventFilter(QObject *watched, QEvent *event)
 
 void ToolPointer::show()
 {
+    // Each step of a pinch changes the size of the pen's ring, and fingers need no pointer.
+    if (m_strokes->isGesture())
+        return;
     const double scale =
         m_canvas->zoomScale() * ViewGeometry::fit(m_canvas->pictureSize(), m_canvas->size()).factor;
     const int eraserEdge = AnnotationShapes::eraserSquare({0, 0}, m_canvas->penWidth).width();

@@ -1,6 +1,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/ToolCursor.h"
 #include "tests/TestProgram.h"
+#include "tests/canvas/CanvasPointers.h"
 
 #include <QBitmap>
 #include <QTest>
@@ -31,6 +32,16 @@ ToolCursor pen(double width, const QColor &color = Qt::red)
     return cursor;
 }
 
+struct ChangeCount : QObject {
+    explicit ChangeCount(QWidget &widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::CursorChange ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
 void enter(ImageCanvas &canvas)
 {
     QEvent event(QEvent::Enter);
@@ -50,6 +61,7 @@ private slots:
     void everyPointerIsSharpOnASharpScreen();
     void handsOpenAndClose();
     void theCanvasShowsItsToolWithTheZoom();
+    void aPinchChangesThePointerOnce();
     void writtenTextLiesOnThePicture();
 };
 
@@ -156,6 +168,31 @@ void ToolCursorTest::theCanvasShowsItsToolWithTheZoom()
     QCOMPARE(canvas.cursor().shape(), Qt::ClosedHandCursor);
     QTest::mouseRelease(&canvas, Qt::LeftButton, {}, {100, 100});
     QCOMPARE(canvas.cursor().shape(), Qt::OpenHandCursor);
+}
+
+void ToolCursorTest::aPinchChangesThePointerOnce()
+{
+    ImageCanvas canvas;
+    canvas.resize(400, 300);
+    QImage picture(400, 300, QImage::Format_RGB888);
+    picture.fill(Qt::white);
+    canvas.imageCaptured(picture);
+    canvas.setMouseMode(CanvasModes::Freehand);
+    canvas.penWidth = 12;
+    CanvasPointers::Hand hand(canvas);
+    hand.press(0, {150, 150}, 0);
+    hand.press(1, {200, 150}, 10);
+    ChangeCount changes(canvas);
+    for (int i = 1; i <= 50; ++i) {
+        hand.move(1, {200.0 + i, 150}, 10 + i);
+        (void)canvas.grab();
+    }
+    QCOMPARE(canvas.zoomScale(), 2.0);
+    QCOMPARE(changes.count, 0);
+    hand.lift(0, 100);
+    hand.lift(1, 101);
+    QCOMPARE(changes.count, 1);
+    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 25) <= 1);
 }
 
 void ToolCursorTest::writtenTextLiesOnThePicture()

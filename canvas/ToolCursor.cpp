@@ -17,20 +17,26 @@ constexpr double LARGEST = 200.0;
 constexpr double CROSS_ARM = 10.0;
 constexpr double CORNER = 8.0;
 
+struct Sharpness {
+    double pixelRatio;
+    double hotSpotRatio;
+};
+
 /// A square picture with its hot spot in the middle, in which `draw` finds the origin there.
-QCursor drawn(double side, double ratio, const std::function<void(QPainter &)> &draw)
+QCursor drawn(double side, const Sharpness &sharpness, const std::function<void(QPainter &)> &draw)
 {
     // An odd number of pixels has a middle one.
     const int edge = 2 * static_cast<int>(std::ceil(side / 2.0)) + 1;
-    QPixmap picture(QSize(edge, edge) * ratio);
-    picture.setDevicePixelRatio(ratio);
+    QPixmap picture(QSize(edge, edge) * sharpness.pixelRatio);
+    picture.setDevicePixelRatio(sharpness.pixelRatio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(edge / 2.0, edge / 2.0);
     draw(painter);
     painter.end();
-    return QCursor(picture, edge / 2, edge / 2);
+    const auto middle = static_cast<int>(edge * sharpness.hotSpotRatio / 2.0);
+    return QCursor(picture, middle, middle);
 }
 
 /// Black inside white: one of the two is seen on every picture.
@@ -43,10 +49,10 @@ void drawTwice(QPainter &painter, const std::function<void()> &draw, Qt::PenStyl
     draw();
 }
 
-QCursor ring(double diameter, const QColor &color, double ratio)
+QCursor ring(double diameter, const QColor &color, const Sharpness &sharpness)
 {
     const double outer = std::clamp(diameter, LEAST_RING, LARGEST);
-    return drawn(outer + 4.0, ratio, [&](QPainter &painter) {
+    return drawn(outer + 4.0, sharpness, [&](QPainter &painter) {
         const auto circle = [&painter](double radius, const QColor &line, double width) {
             painter.setPen(QPen(line, width));
             painter.drawEllipse(QPointF(0, 0), radius, radius);
@@ -59,9 +65,9 @@ QCursor ring(double diameter, const QColor &color, double ratio)
     });
 }
 
-QCursor cross(double ratio)
+QCursor cross(const Sharpness &sharpness)
 {
-    return drawn(2.0 * CROSS_ARM + 4.0, ratio, [](QPainter &painter) {
+    return drawn(2.0 * CROSS_ARM + 4.0, sharpness, [](QPainter &painter) {
         drawTwice(
             painter,
             [&painter] {
@@ -72,11 +78,11 @@ QCursor cross(double ratio)
     });
 }
 
-QCursor eraser(double side, double ratio)
+QCursor eraser(double side, const Sharpness &sharpness)
 {
     // Whole pixels to either side of the middle one: the hairline is then sharp.
     const double edge = 2.0 * std::round((std::clamp(side, 5.0, LARGEST) - 1.0) / 2.0);
-    return drawn(edge + 4.0, ratio, [&](QPainter &painter) {
+    return drawn(edge + 4.0, sharpness, [&](QPainter &painter) {
         drawTwice(
             painter,
             [&painter, edge] { painter.drawRect(QRectF(-edge / 2.0, -edge / 2.0, edge, edge)); },
@@ -84,9 +90,9 @@ QCursor eraser(double side, double ratio)
     });
 }
 
-QCursor clip(double ratio)
+QCursor clip(const Sharpness &sharpness)
 {
-    return drawn(2.0 * (CROSS_ARM + CORNER) + 4.0, ratio, [](QPainter &painter) {
+    return drawn(2.0 * (CROSS_ARM + CORNER) + 4.0, sharpness, [](QPainter &painter) {
         drawTwice(
             painter,
             [&painter] {
@@ -111,23 +117,24 @@ bool ToolCursor::operator==(const ToolCursor &other) const
 {
     return tool == other.tool && penColor == other.penColor && penWidth == other.penWidth &&
            eraserSide == other.eraserSide && dragging == other.dragging &&
-           pixelRatio == other.pixelRatio;
+           pixelRatio == other.pixelRatio && hotSpotOnScreen == other.hotSpotOnScreen;
 }
 
 QCursor ToolCursor::cursor() const
 {
+    const Sharpness sharpness{pixelRatio, hotSpotOnScreen ? pixelRatio : 1.0};
     switch (tool) {
     case CanvasModes::Hand:
         return dragging ? Qt::ClosedHandCursor : Qt::OpenHandCursor;
     case CanvasModes::Freehand:
-        return ring(penWidth, penColor, pixelRatio);
+        return ring(penWidth, penColor, sharpness);
     case CanvasModes::Eraser:
-        return eraser(eraserSide, pixelRatio);
+        return eraser(eraserSide, sharpness);
     case CanvasModes::Clip:
-        return clip(pixelRatio);
+        return clip(sharpness);
     case CanvasModes::Text:
         return Qt::IBeamCursor;
     default:
-        return cross(pixelRatio);
+        return cross(sharpness);
     }
 }

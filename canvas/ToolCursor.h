@@ -16,6 +16,8 @@ struct ToolCursor {
     bool dragging = false;
     /// Pixels of the screen in one of the widget.
     double pixelRatio = 1.0;
+    /// Whether the platform counts a hot spot in pixels of the screen, as the one of X11 does.
+    bool hotSpotOnScreen = false;
 
     [[nodiscard]] bool operator==(const ToolCursor &other) const;
     [[nodiscard]] bool operator!=(const ToolCursor &other) const { return !(*this == other); }

@@ -5,6 +5,7 @@
 #include "canvas/drawing/AnnotationShapes.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 
 ToolPointer::ToolPointer(ImageCanvas *canvas, const CanvasStrokes *strokes)
     : QObject(canvas)
@@ -29,9 +30,13 @@ void ToolPointer::show()
     const double scale =
         m_canvas->zoomScale() * ViewGeometry::fit(m_canvas->pictureSize(), m_canvas->size()).factor;
     const int eraserEdge = AnnotationShapes::eraserSquare({0, 0}, m_canvas->penWidth).width();
-    const ToolCursor cursor{m_strokes->mode(),          m_canvas->penColor,
-                            m_canvas->penWidth * scale, eraserEdge * scale,
-                            m_strokes->isRunning(),     m_canvas->devicePixelRatioF()};
+    const ToolCursor cursor{m_strokes->mode(),
+                            m_canvas->penColor,
+                            m_canvas->penWidth * scale,
+                            eraserEdge * scale,
+                            m_strokes->isRunning(),
+                            m_canvas->devicePixelRatioF(),
+                            QGuiApplication::platformName() == "xcb"};
     if (m_shown == cursor)
         return;
     m_shown = cursor;

@@ -125,6 +125,8 @@ void ToolCursorTest::everyPointerIsSharpOnASharpScreen()
         QCOMPARE(picture.size(), usual.pixmap().size() * 2);
         // The hot spot stays in the middle, and the picture is not the usual one enlarged.
         QCOMPARE(sharp.hotSpot(), usual.hotSpot());
+        cursor.hotSpotOnScreen = true;
+        QCOMPARE(cursor.cursor().hotSpot(), QPoint(picture.width() / 2, picture.height() / 2));
         QImage enlarged = usual.pixmap().toImage().scaled(picture.size());
         QVERIFY(picture.toImage().convertToFormat(QImage::Format_ARGB32) !=
                 enlarged.convertToFormat(QImage::Format_ARGB32));

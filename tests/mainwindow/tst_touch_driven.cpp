@@ -21,6 +21,7 @@ private slots:
     void tapsTakeTheDrawingBackAndBringItAgain();
     void thePenDrawsEveryPoint();
     void theEraserEndErases();
+    void theButtonsOfThePenPullAndErase();
     void theHandUnderThePenDrawsNothing();
     void theWheelZoomsAboutThePointer();
     void aFingerMovesASlider();
@@ -148,6 +149,31 @@ void TouchDrivenTest::theEraserEndErases()
     m_eraser.go();
     QVERIFY(shows(*m_window, 350, 300, 0xFFFFFFFF));
     QVERIFY(shows(*m_window, 450, 300, 0xFFFF0000));
+    QCOMPARE(canvas().mouseMode(), ImageCanvas::Freehand);
+}
+
+void TouchDrivenTest::theButtonsOfThePenPullAndErase()
+{
+    canvas().zoomIn();
+    const QPointF before = canvas().centerPoint();
+    m_stylus.come();
+    m_stylus.move(at(400, 450), 0.0);
+    m_stylus.down(2, at(400, 450), 0.5);
+    m_stylus.move(at(360, 450), 0.5);
+    m_stylus.up(2, at(360, 450));
+    QTRY_VERIFY(canvas().centerPoint().x() > before.x() + 5.0);
+    canvas().zoomReset();
+    canvas().autoRefresh();
+    // Held in the air already, as a hand does.
+    m_stylus.move(at(450, 300), 0.0);
+    m_stylus.down(3, at(450, 300), 0.0);
+    m_stylus.down(1, at(450, 300), 0.5);
+    m_stylus.move(at(452, 300), 0.5);
+    m_stylus.up(1, at(452, 300));
+    m_stylus.up(3, at(452, 300));
+    m_stylus.go();
+    QVERIFY(shows(*m_window, 450, 300, 0xFFFFFFFF));
+    QVERIFY(shows(*m_window, 250, 300, 0xFFFF0000));
     QCOMPARE(canvas().mouseMode(), ImageCanvas::Freehand);
 }
 

@@ -6,8 +6,9 @@
 //   bench_stroke_latency live SECONDS: over the camera's 1920x1080 at 30 frames a second
 //   bench_stroke_latency recording SECONDS FILE: the same while it is recorded
 //   bench_stroke_latency pinch SECONDS: two fingers that zoom, 60 events a second, over the
-//   camera's
-// The last three need the camera on the bus (virtualcamera-run).
+//       camera's
+//   bench_stroke_latency pen SECONDS: a pen of 200 points a second, over the camera's
+// All but the first two need the camera on the bus (virtualcamera-run).
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
@@ -16,6 +17,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPaintEvent>
+#include <QTabletEvent>
 #include <QThread>
 #include <QTimer>
 #include <QTouchDevice>
@@ -37,8 +39,10 @@ constexpr QSize SIZE(1920, 1080);
 constexpr QSize LARGE(4000, 3000);
 constexpr QSize CANVAS(1000, 670);
 constexpr double WARM_UP_SECONDS = 3;
+constexpr double LAST_SECONDS = 0.5;
 /// No multiple of a frame's time, so that the strokes meet the frames at every phase.
 constexpr int STROKE_INTERVAL_MS = 47;
+constexpr int PEN_INTERVAL_MS = 5;
 
 /// A canvas that notes when each point of a stroke is painted.
 class TimedCanvas : public ImageCanvas, private PictureTap
@@ -63,6 +67,17 @@ public:
         QCoreApplication::postEvent(this, event);
     }
 
+    /// A pen that is down. Any thread.
+    void postPen(QEvent::Type type, QPoint point)
+    {
+        const Qt::MouseButton tip = type == QEvent::TabletPress ? Qt::LeftButton : Qt::NoButton;
+        auto *event =
+            new QTabletEvent(type, point, point, QTabletEvent::Stylus, QTabletEvent::Pen, 0.5, 0, 0,
+                             0.0, 0.0, 0, Qt::NoModifier, 1, tip, Qt::LeftButton);
+        event->setTimestamp(static_cast<ulong>(captureMicroseconds()));
+        QCoreApplication::postEvent(this, event);
+    }
+
     /// Two fingers that far apart, about the middle of the canvas. Any thread.
     void postFingers(QEvent::Type type, Qt::TouchPointState state, double apart)
     {
@@ -79,6 +94,8 @@ public:
     }
 
     void reset() { m_latenciesMs.clear(), m_framesLate.clear(), m_pending.clear(); }
+    /// Points and steps that no painting has shown yet.
+    [[nodiscard]] std::size_t missing() const { return m_pending.size() + m_pendingSteps.size(); }
     [[nodiscard]] const std::vector<double> &latenciesMs() const { return m_latenciesMs; }
     /// Frames that began between a point and the painting that showed it.
     [[nodiscard]] const std::vector<int> &framesLate() const { return m_framesLate; }
@@ -107,10 +124,15 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override
     {
         ImageCanvas::mouseMoveEvent(event);
-        if (mouseMode() != CanvasModes::Freehand)
-            return;
-        m_pending.push_back({transformMousePoint(event->pos()),
-                             static_cast<qint64>(event->timestamp()), m_frames.load()});
+        if (mouseMode() == CanvasModes::Freehand)
+            expect(event->pos(), *event);
+    }
+
+    void tabletEvent(QTabletEvent *event) override
+    {
+        ImageCanvas::tabletEvent(event);
+        if (event->type() == QEvent::TabletMove)
+            expect(event->pos(), *event);
     }
 
     void paintEvent(QPaintEvent *event) override
@@ -142,6 +164,12 @@ private:
     {
         if (QThread::currentThread() != thread())
             m_stepsInPicture = m_stepsBeforeFrame.load();
+    }
+
+    void expect(QPoint point, const QInputEvent &event)
+    {
+        m_pending.push_back(
+            {transformMousePoint(point), static_cast<qint64>(event.timestamp()), m_frames.load()});
     }
 
     struct Point {
@@ -176,12 +204,12 @@ void runFor(double seconds)
     QApplication::exec();
 }
 
-/// A hand that draws: one stroke over the whole picture, line by line, never twice over a point.
+/// A hand that draws: one stroke over the whole picture, to and fro, never twice over a point.
 class Hand
 {
 public:
-    explicit Hand(TimedCanvas &canvas)
-        : m_thread([this, &canvas] { draw(canvas); })
+    Hand(TimedCanvas &canvas, bool holdsPen)
+        : m_thread([this, &canvas, holdsPen] { draw(canvas, holdsPen); })
     {
     }
     ~Hand()
@@ -191,16 +219,28 @@ public:
     }
 
 private:
-    void draw(TimedCanvas &canvas)
+    void draw(TimedCanvas &canvas, bool holdsPen)
     {
+        const std::chrono::milliseconds interval(holdsPen ? PEN_INTERVAL_MS : STROKE_INTERVAL_MS);
         QPoint point(20, 70);
-        canvas.post(QEvent::MouseButtonPress, point, Qt::LeftButton);
+        int step = 12;
+        if (holdsPen)
+            canvas.postPen(QEvent::TabletPress, point);
+        else
+            canvas.post(QEvent::MouseButtonPress, point, Qt::LeftButton);
+        auto next = std::chrono::steady_clock::now();
         while (!m_stop) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(STROKE_INTERVAL_MS));
-            point.rx() += 12;
-            if (point.x() > CANVAS.width() - 20)
-                point = {20, point.y() + 12};
-            canvas.post(QEvent::MouseMove, point, Qt::NoButton);
+            std::this_thread::sleep_until(next += interval);
+            if (point.x() + step < 20 || point.x() + step > CANVAS.width() - 20) {
+                step = -step;
+                point.ry() += 12;
+            } else {
+                point.rx() += step;
+            }
+            if (holdsPen)
+                canvas.postPen(QEvent::TabletMove, point);
+            else
+                canvas.post(QEvent::MouseMove, point, Qt::NoButton);
         }
     }
 
@@ -254,9 +294,9 @@ int report(const char *work, const TimedCanvas &canvas)
         return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
     };
     const auto next = std::upper_bound(frames.begin(), frames.end(), 1) - frames.begin();
-    std::printf("%s: %zu points; from the mouse to the screen median %.1f ms, p99 %.1f ms, worst "
-                "%.1f ms; %.1f %% with the next frame, the latest after %d frames\n",
-                work, times.size(), at(times, 0.5), at(times, 0.99), times.back(),
+    std::printf("%s: %zu points, %zu not shown; from the hand to the screen median %.1f ms, p99 "
+                "%.1f ms, worst %.1f ms; %.1f %% with the next frame, the latest after %d frames\n",
+                work, times.size(), canvas.missing(), at(times, 0.5), at(times, 0.99), times.back(),
                 100.0 * static_cast<double>(next) / static_cast<double>(frames.size()),
                 frames.back());
     return 0;
@@ -270,9 +310,11 @@ int measure(const char *work, TimedCanvas &canvas, double seconds)
         const PinchingHand hand(canvas);
         runFor(seconds);
     } else {
-        const Hand hand(canvas);
+        const Hand hand(canvas, qstrcmp(work, "pen") == 0);
         runFor(seconds);
     }
+    // What was drawn last is shown as well.
+    runFor(LAST_SECONDS);
     return report(work, canvas);
 }
 
@@ -330,7 +372,7 @@ int main(int argc, char **argv)
     canvas.setMouseMode(CanvasModes::Freehand);
     canvas.penColor = Qt::red;
     canvas.show();
-    if (work == "live" || work == "pinch" || (work == "recording" && argc == 4))
+    if (work == "live" || work == "pinch" || work == "pen" || (work == "recording" && argc == 4))
         return measureLive(argv[1], canvas, seconds, QString::fromLocal8Bit(argv[3]));
     if (work != "still" && work != "shape")
         return 2;

@@ -37,6 +37,19 @@ CameraList::CameraList(CameraKeeper *keeper, QWidget *parent)
     refresh();
 }
 
+void CameraList::showEvent(QShowEvent *event)
+{
+    m_keeper->addViewer(this);
+    QComboBox::showEvent(event);
+}
+
+void CameraList::hideEvent(QHideEvent *event)
+{
+    if (m_keeper)
+        m_keeper->removeViewer(this);
+    QComboBox::hideEvent(event);
+}
+
 void CameraList::refresh()
 {
     clear();

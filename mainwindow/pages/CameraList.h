@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QComboBox>
+#include <QPointer>
 
 class CameraKeeper;
 
-/// The cameras on the bus, of which the user chooses the one to show. It follows the bus. GUI
-/// thread; the keeper outlives it.
+/// The cameras on the bus, of which the user chooses the one to show. It follows the bus while it
+/// is visible. GUI thread. The keeper may go first, with the window.
 class CameraList : public QComboBox
 {
     Q_OBJECT
@@ -13,10 +14,14 @@ class CameraList : public QComboBox
 public:
     CameraList(CameraKeeper *keeper, QWidget *parent);
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
 private slots:
     void refresh();
     void take(int index);
 
 private:
-    CameraKeeper *m_keeper;
+    QPointer<CameraKeeper> m_keeper;
 };

@@ -70,6 +70,10 @@ void CameraKeeper::look()
     m_timer.start(INTERVAL_MS);
     if (m_looking || m_opening)
         return;
+    if (!listingWanted()) {
+        decide({});
+        return;
+    }
     m_looking = true;
     m_worker.post([this, bus = m_bus, gate = m_gate] {
         const DetachedThreads::Running running;
@@ -83,6 +87,26 @@ void CameraKeeper::look()
         });
         return 0;
     });
+}
+
+bool CameraKeeper::listingWanted() const
+{
+    // Before the first camera the owner looks for it by itself.
+    return !m_viewers.empty() || m_owner.cameraLink().running;
+}
+
+void CameraKeeper::addViewer(QObject *viewer)
+{
+    if (!m_viewers.insert(viewer).second)
+        return;
+    connect(viewer, &QObject::destroyed, this, &CameraKeeper::removeViewer);
+    look();
+}
+
+void CameraKeeper::removeViewer(QObject *viewer)
+{
+    if (m_viewers.erase(viewer))
+        disconnect(viewer, &QObject::destroyed, this, &CameraKeeper::removeViewer);
 }
 
 void CameraKeeper::decide(const BusCameras &listed)

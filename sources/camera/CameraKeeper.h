@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <set>
 
 class CallbackGate;
 class CameraBus;
@@ -17,7 +18,8 @@ class CameraOwner;
 class UvcCamera;
 
 /// Brings the camera back when it was unplugged, could not be opened or fell silent, and reports
-/// its state. It starts when the program has opened a camera, or tried to, for the first time.
+/// its state. It starts when the program has opened a camera, or tried to, for the first time;
+/// until then it leaves the bus alone, unless somebody looks at the list of cameras.
 ///
 /// Belongs to the GUI thread. Whatever touches the bus runs on the thread "CameraKeeper", also the
 /// end of a camera that was replaced; the GUI thread waits for none of it. The owner is used until
@@ -31,8 +33,11 @@ public:
     ~CameraKeeper() override;
 
     [[nodiscard]] const CameraStatus &status() const { return m_status; }
-    /// All cameras on the bus, in its order.
+    /// All cameras on the bus, in its order, as it was listed last.
     [[nodiscard]] const BusCameras &cameras() const { return m_cameras; }
+    /// From now on cameras() follows the bus, until the viewer is removed or destroyed.
+    void addViewer(QObject *viewer);
+    void removeViewer(QObject *viewer);
 
     /// From now on that camera is kept, and no other is opened.
     void choose(const CameraChoice &choice);
@@ -46,6 +51,7 @@ private:
     struct Opened;
 
     void look();
+    [[nodiscard]] bool listingWanted() const;
     void decide(const BusCameras &listed);
     void open(const BusCamera &camera);
     void opened(const std::shared_ptr<Opened> &result);
@@ -66,6 +72,7 @@ private:
     FrameRate m_frameRate;
     CameraStatus m_status;
     BusCameras m_cameras;
+    std::set<QObject *> m_viewers;
     CameraChoice m_choice;
     bool m_looking = false;
     bool m_opening = false;

@@ -9,6 +9,16 @@
 #include <QPainter>
 #include <QTemporaryDir>
 
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/types.h>
+
+#include <atomic>
+#include <cstring>
+
+struct libusb_context;
+struct libusb_device;
+
 using UsbDescriptors::StreamCoding;
 using UsbDescriptors::StreamFormat;
 
@@ -48,6 +58,8 @@ struct ChosenRig : KeptRig {
     explicit ChosenRig(const VirtualCameraConfig &config) { keeper.choose(identityOf(config)); }
 };
 
+std::atomic<int> keeperListings{0};
+
 bool untouched(const VirtualCamera &camera)
 {
     const CameraStatistics statistics = camera.statistics();
@@ -55,6 +67,18 @@ bool untouched(const VirtualCamera &camera)
 }
 
 } // namespace
+
+/// In the place of the library's own.
+// NOLINTNEXTLINE(readability-identifier-naming)
+extern "C" ssize_t libusb_get_device_list(libusb_context *context, libusb_device ***list)
+{
+    using List = ssize_t (*)(libusb_context *, libusb_device ***);
+    static const auto next = reinterpret_cast<List>(dlsym(RTLD_NEXT, "libusb_get_device_list"));
+    char thread[16] = "";
+    pthread_getname_np(pthread_self(), thread, sizeof thread);
+    keeperListings += std::strcmp(thread, "CameraKeeper") == 0;
+    return next(context, list);
+}
 
 /// Cameras of other makes, and which camera of several is opened.
 class LiveAnyCameraTest : public QObject
@@ -230,11 +254,39 @@ private slots:
         QVERIFY(rig.waitForFrames());
     }
 
+    void theKeeperListsTheBusForACameraOrAViewerAlone()
+    {
+        VirtualCamera camera(rigCamera());
+        KeptRig rig;
+        keeperListings = 0;
+        const auto comesToMore = [] {
+            const int before = keeperListings;
+            return QTest::qWaitFor([before] { return keeperListings >= before + 2; },
+                                   LiveRig::TIMEOUT_MS);
+        };
+        // Absences: as long as three looks take.
+        QTest::qWait(1600);
+        QCOMPARE(keeperListings.load(), 0);
+        rig.keeper.addViewer(this);
+        QVERIFY(comesToMore());
+        rig.keeper.removeViewer(this);
+        QTest::qWait(500); // for the one that is under way
+        const int before = keeperListings;
+        QTest::qWait(1600);
+        QCOMPARE(keeperListings.load(), before);
+        QVERIFY(rig.bringUp(camera));
+        QVERIFY(comesToMore());
+        camera.unplug();
+        QVERIFY(rig.waitForState(CameraStatus::State::Unplugged));
+        QVERIFY(comesToMore());
+    }
+
     void withoutAChoiceNoOtherMakeIsTouched()
     {
         VirtualCamera other(foreign({{}}));
         QVERIFY(other.plug());
         KeptRig rig;
+        rig.keeper.addViewer(this);
         QVERIFY(QTest::qWaitFor([&rig] { return rig.keeper.cameras().size() == 1; },
                                 LiveRig::TIMEOUT_MS));
         QCOMPARE(rig.keeper.cameras().front().name, QString("Foreign camera"));
@@ -254,6 +306,7 @@ private slots:
         twin.serial = "F2";
         VirtualCamera own, first(twin), second(chosen);
         ChosenRig rig(chosen);
+        rig.keeper.addViewer(this);
         QVERIFY(own.plug() && first.plug());
         QVERIFY(QTest::qWaitFor([&rig] { return rig.keeper.cameras().size() == 2; },
                                 LiveRig::TIMEOUT_MS));

@@ -251,6 +251,7 @@ void MainWindow::createLivePart()
     CameraPreferences::restore(*m_keeper, *m_liveSource);
     m_capture->setSource(m_liveSource);
     m_camera = std::make_unique<CameraActions>(m_deck, &m_popups, m_liveSource);
+    m_camera->setZoomQuery([source = m_liveSource] { return source->cameraZooms(); });
 }
 
 void MainWindow::createLiveBox()

@@ -1,12 +1,7 @@
 #include "sources/LiveSource.h"
 
-#include "sources/ICaptureCB.h"
-#include "sources/camera/CameraControls.h"
-#include "sources/camera/FrameMirror.h"
-#include "sources/camera/UvcCamera.h"
-#include "sources/recording/FrameRecorder.h"
+#include "sources/LiveSourcePrivate.h"
 #include "sources/recording/MovieRecorder.h"
-#include "sources/threads/CallbackGate.h"
 
 #include <QtGlobal>
 
@@ -28,39 +23,6 @@ constexpr qint64 SETTLE_MS = 2001;
 constexpr int FIRST_PICTURE_MS = 3000;
 
 } // namespace
-
-class LiveSourcePrivate
-{
-public:
-    explicit LiveSourcePrivate(ICaptureCB *receiver)
-        : callback(receiver)
-    {
-    }
-
-    /// Frame thread.
-    void frameArrived(void *rgb, int width, int height, qint64 microseconds)
-    {
-        mirror.apply(static_cast<std::uint8_t *>(rgb), {width, height}, mirrored.load());
-        callback->imageCaptured(rgb, width, height, false, false);
-        const std::lock_guard lock(recorderMutex);
-        if (recorder)
-            recorder->pictureCaptured(rgb, width, height, microseconds);
-    }
-
-    ICaptureCB *callback;
-    FrameMirror mirror; ///< the frame thread's
-    std::atomic<Qt::Orientations> mirrored{Qt::Orientations()};
-    /// Guards the pointer to the recorder, which is set while frames already come. Held by the
-    /// frame thread while the recorder takes a picture; never held while the recorder is made or
-    /// finished.
-    std::mutex recorderMutex;
-    std::unique_ptr<FrameRecorder> recorder;
-    std::unique_ptr<UvcCamera> camera = std::make_unique<UvcCamera>();
-    std::unique_ptr<CameraControls> controls = std::make_unique<CameraControls>(*camera);
-    /// Passes what a movie reports, as it may be completed in the background after the source is
-    /// gone.
-    const std::shared_ptr<CallbackGate> failures = std::make_shared<CallbackGate>();
-};
 
 LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution,
                        QObject *parent)
@@ -93,16 +55,33 @@ bool LiveSource::running() const
 
 int LiveSource::ksPropSet(unsigned long property, void *data, unsigned long length)
 {
-    return m_private->controls->write(static_cast<std::uint8_t>(property & 0xFF), data, length);
+    const auto selector = static_cast<std::uint8_t>(property & 0xFF);
+    if (m_private->usesStandardControls())
+        return m_private->settings.write(selector, data, length);
+    return m_private->controls->write(selector, data, length);
 }
 
 int LiveSource::ksPropGet(unsigned long property, void *data, unsigned long length)
 {
-    return m_private->controls->read(static_cast<std::uint8_t>(property & 0xFF), data, length);
+    const auto selector = static_cast<std::uint8_t>(property & 0xFF);
+    if (m_private->usesStandardControls())
+        return m_private->settings.read(selector, data, length);
+    return m_private->controls->read(selector, data, length);
 }
 
 void LiveSource::initUVCControl()
 {
+    m_private->settings.use(*m_private->camera);
+}
+
+CameraSettings &LiveSource::cameraSettings()
+{
+    return m_private->settings;
+}
+
+bool LiveSource::cameraZooms() const
+{
+    return !m_private->camera->lacksExtensionUnit() || m_private->settings.zooms();
     m_private->camera->findExtensionUnit();
 }
 

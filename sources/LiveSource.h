@@ -13,6 +13,7 @@
 #include <optional>
 
 class FrameRecorder;
+class CameraSettings;
 class ICaptureCB;
 class LiveSourcePrivate;
 
@@ -39,14 +40,20 @@ public:
     bool running() const override;
 
     /// Bytes transferred; negative (a libuvc error code) on failure. A camera that has gone, was
-    /// never opened or has no extension unit fails at once. While the camera does not answer, what
+    /// never opened or has neither the extension unit nor a standard control for the parameter
+    /// fails at once. While the camera does not answer, what
     /// is written is sent later, and what is read is the parameter's last known value.
     int ksPropSet(unsigned long property, void *data, unsigned long length) override;
     int ksPropGet(unsigned long property, void *data, unsigned long length) override;
 
-    /// Looks for the camera's extension unit; without one every control fails.
+    /// Looks for the camera's extension unit; without one the standard controls take its place, as
+    /// far as the camera has them.
     void initUVCControl();
 
+    /// The controls that any camera may have, for a page that shows them.
+    [[nodiscard]] CameraSettings &cameraSettings();
+    /// False for an open camera that has nothing to zoom with.
+    [[nodiscard]] bool cameraZooms() const;
     void startCapture();
     void stopCapture();
     /// The camera keeps streaming while other modes are shown: both do nothing.

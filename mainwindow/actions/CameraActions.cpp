@@ -6,6 +6,8 @@
 #include "mainwindow/Popups.h"
 #include "sources/LiveSourceBase.h"
 
+#include <utility>
+
 CameraActions::CameraActions(CanvasDeck *deck, Popups *popups, LiveSourceBase *camera)
     : m_deck(deck)
     , m_popups(popups)
@@ -13,11 +15,21 @@ CameraActions::CameraActions(CanvasDeck *deck, Popups *popups, LiveSourceBase *c
 {
 }
 
+void CameraActions::setZoomQuery(std::function<bool()> cameraZooms)
+{
+    m_cameraZooms = std::move(cameraZooms);
+}
+
+bool CameraActions::zoomsOptically() const
+{
+    return m_deck->onLive() && (!m_cameraZooms || m_cameraZooms());
+}
+
 void CameraActions::zoomInStart()
 {
     m_popups->closeAny();
     m_zoomingIn = true;
-    if (m_deck->onLive()) {
+    if (zoomsOptically()) {
         m_camera->zoomInStart();
         m_deck->indications()->osdOpticalZoomOn();
     } else {
@@ -40,7 +52,7 @@ void CameraActions::zoomOutStart()
 {
     m_popups->closeAny();
     m_zoomingOut = true;
-    if (m_deck->onLive()) {
+    if (zoomsOptically()) {
         m_camera->zoomOutStart();
         m_deck->indications()->osdOpticalZoomOn();
     } else {

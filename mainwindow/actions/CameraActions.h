@@ -1,15 +1,22 @@
 #pragma once
 
+#include <functional>
+
 class CanvasDeck;
 class LiveSourceBase;
 class Popups;
 
 /// What the buttons of camera and view do: on the live canvas they drive the camera's optics, on
-/// the others the digital zoom; each closes the open pop-up and shows its indication. GUI thread.
+/// the others, and with a camera that has none, the digital zoom; each closes the open pop-up and
+/// shows its indication. GUI thread.
 class CameraActions
 {
 public:
     CameraActions(CanvasDeck *deck, Popups *popups, LiveSourceBase *camera);
+
+    /// Asked whether the camera can zoom; one that cannot leaves it to the canvas. Without it every
+    /// camera can.
+    void setZoomQuery(std::function<bool()> cameraZooms);
 
     // On the live canvas a zoom lasts from start to stop; on another canvas the start is one step.
     void zoomInStart();
@@ -31,9 +38,12 @@ public:
     void setFrozen(bool on);
 
 private:
+    [[nodiscard]] bool zoomsOptically() const;
+
     CanvasDeck *m_deck;
     Popups *m_popups;
     LiveSourceBase *m_camera;
+    std::function<bool()> m_cameraZooms;
     bool m_zoomingIn = false;
     bool m_zoomingOut = false;
 };

@@ -21,7 +21,6 @@ constexpr milliseconds HURRIED_TIMEOUT{200};
 constexpr milliseconds TAKE_BACK_TIMEOUT{300};
 
 constexpr std::uint8_t SET_CUR = 0x01;
-constexpr std::uint8_t GET_CUR = 0x81;
 constexpr std::uint8_t CLASS_REQUEST =
     static_cast<std::uint8_t>(LIBUSB_REQUEST_TYPE_CLASS) | LIBUSB_RECIPIENT_INTERFACE;
 
@@ -117,11 +116,12 @@ int ControlTransfer::run(libusb_device_handle *handle, std::uint8_t unit, Contro
         return LIBUSB_ERROR_NO_MEM;
     std::uint8_t *payload = pending->buffer.data() + LIBUSB_CONTROL_SETUP_SIZE;
     const auto direction = request.read ? LIBUSB_ENDPOINT_IN : LIBUSB_ENDPOINT_OUT;
-    libusb_fill_control_setup(
-        pending->buffer.data(), static_cast<std::uint8_t>(CLASS_REQUEST | direction),
-        request.read ? GET_CUR : SET_CUR, static_cast<std::uint16_t>(request.selector << 8),
-        static_cast<std::uint16_t>(unit << 8 | controlInterface(handle)),
-        static_cast<std::uint16_t>(request.data.size()));
+    libusb_fill_control_setup(pending->buffer.data(),
+                              static_cast<std::uint8_t>(CLASS_REQUEST | direction),
+                              request.read ? request.question : SET_CUR,
+                              static_cast<std::uint16_t>(request.selector << 8),
+                              static_cast<std::uint16_t>(unit << 8 | controlInterface(handle)),
+                              static_cast<std::uint16_t>(request.data.size()));
     std::copy(request.data.begin(), request.data.end(), payload);
     libusb_fill_control_transfer(pending->transfer, handle, pending->buffer.data(), &Pending::ended,
                                  pending.get(), 0);

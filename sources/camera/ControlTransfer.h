@@ -15,6 +15,10 @@ struct ControlRequest {
     /// Whether the camera has answered the request, even with an error. For the sending thread
     /// only.
     bool answered = false;
+    /// What a read asks for: GET_CUR, GET_MIN and so on.
+    std::uint8_t question = 0x81;
+    /// What run() gave for it. Once the request has been sent and answered.
+    int result = 0;
 };
 
 /// Control transfers to one unit of the camera that end in bounded time: libuvc's own wait for the

@@ -117,6 +117,16 @@ void UvcCamera::findExtensionUnit()
     }
 }
 
+bool UvcCamera::lacksExtensionUnit() const
+{
+    return m_opened && !m_connection->gone() && m_extensionUnit == 0;
+}
+
+StandardUnits UvcCamera::standardUnits() const
+{
+    return m_opened ? m_connection->units() : StandardUnits();
+}
+
 QSize UvcCamera::sizeFor(QSize size) const
 {
     const auto choice = choiceFor(size, ANY_RATE);
@@ -168,19 +178,24 @@ int UvcCamera::controlError() const
 
 BoundedWorker::Ticket UvcCamera::send(std::vector<std::shared_ptr<ControlRequest>> controls)
 {
-    return m_worker.post(
-        [connection = m_connection, unit = m_extensionUnit, controls = std::move(controls)] {
-            int result = UVC_SUCCESS;
-            for (const std::shared_ptr<ControlRequest> &control : controls) {
-                if (control->answered)
-                    continue;
-                result = connection->control(unit, *control);
-                if (result == UVC_ERROR_TIMEOUT)
-                    break;
-                control->answered = true;
-            }
-            return result;
-        });
+    return send(m_extensionUnit, std::move(controls));
+}
+
+BoundedWorker::Ticket UvcCamera::send(std::uint8_t unit,
+                                      std::vector<std::shared_ptr<ControlRequest>> controls)
+{
+    return m_worker.post([connection = m_connection, unit, controls = std::move(controls)] {
+        int result = UVC_SUCCESS;
+        for (const std::shared_ptr<ControlRequest> &control : controls) {
+            if (control->answered)
+                continue;
+            result = control->result = connection->control(unit, *control);
+            if (result == UVC_ERROR_TIMEOUT)
+                break;
+            control->answered = true;
+        }
+        return result;
+    });
 }
 
 std::optional<int> UvcCamera::wait(const BoundedWorker::Ticket &ticket)
@@ -230,7 +245,7 @@ void UvcCamera::noteOpened(int result)
 std::optional<StreamFormats::Choice> UvcCamera::choiceFor(QSize size, int framesPerSecond) const
 {
     if (!m_opened)
-        return std::nullopt;
+        return {};
     std::vector<StreamFormats::Offer> offers = m_connection->offers();
     if (!CameraProfile::of(m_identity))
         return StreamFormats::choose(offers, size, framesPerSecond, StreamFormats::Sizes::Nearest);

@@ -3,6 +3,7 @@
 #include "sources/camera/BusCamera.h"
 #include "sources/camera/CameraLink.h"
 #include "sources/camera/CameraProfile.h"
+#include "sources/camera/StandardControl.h"
 #include "sources/camera/UvcStream.h"
 #include "sources/camera/WaitBudget.h"
 #include "sources/threads/BoundedWorker.h"
@@ -55,6 +56,10 @@ public:
 
     /// Looks up the extension unit that carries the numbered parameters.
     void findExtensionUnit();
+    /// Whether the camera is open, and has not gone, and the unit was not found.
+    [[nodiscard]] bool lacksExtensionUnit() const;
+    /// None before the camera is open.
+    [[nodiscard]] StandardUnits standardUnits() const;
 
     /// The size of the stream that a wish for `size` gives. A camera of CAMERA_PROFILES gives that
     /// one or none, any other the nearest that it has.
@@ -82,6 +87,9 @@ public:
 
     /// Fills in the state of this camera and its stream, except `seen` and `running`.
     void report(CameraLink &link) const;
+    /// The same for that unit.
+    BoundedWorker::Ticket send(std::uint8_t unit,
+                               std::vector<std::shared_ptr<ControlRequest>> controls);
     /// The connection, through which another thread can release the interfaces while this camera
     /// hangs.
     [[nodiscard]] std::shared_ptr<UvcConnection> connection() const { return m_connection; }

@@ -20,6 +20,21 @@ namespace
 // of it; its own frame buffer bounds what can make sense.
 constexpr std::uint32_t MAXIMUM_PAYLOAD = 16u << 20;
 
+/// As they were parsed when the camera was opened; nothing crosses the bus.
+StandardUnits unitsOf(uvc_device_handle *handle)
+{
+    StandardUnits units;
+    if (const uvc_input_terminal_t *terminal = uvc_get_input_terminals(handle)) {
+        units.cameraTerminal = terminal->bTerminalID;
+        units.cameraControls = terminal->bmControls;
+    }
+    if (const uvc_processing_unit_t *unit = uvc_get_processing_units(handle)) {
+        units.processingUnit = unit->bUnitID;
+        units.processingControls = unit->bmControls;
+    }
+    return units;
+}
+
 } // namespace
 
 void UvcConnection::Unreference::operator()(uvc_device *device) const
@@ -72,8 +87,10 @@ int UvcConnection::open()
     uvc_device_handle_t *handle = nullptr;
     const uvc_error_t error = uvc_open(m_device.get(), &handle);
     m_handle = error < 0 ? nullptr : handle;
-    if (m_handle)
+    if (m_handle) {
         m_offers = takeOffers(m_handle);
+        m_units = unitsOf(m_handle);
+    }
     return error;
 }
 

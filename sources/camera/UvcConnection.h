@@ -3,6 +3,7 @@
 #include "sources/camera/BusCamera.h"
 #include "sources/camera/CameraBus.h"
 #include "sources/camera/ControlTransfer.h"
+#include "sources/camera/StandardControl.h"
 #include "sources/camera/StreamFormats.h"
 #include "sources/camera/UvcStream.h"
 
@@ -64,6 +65,7 @@ public:
     [[nodiscard]] const BusCamera &found() const { return m_found; }
     /// What the camera offers, as handle().
     [[nodiscard]] const std::vector<StreamFormats::Offer> &offers() const { return m_offers; }
+    [[nodiscard]] const StandardUnits &units() const { return m_units; }
 
     // Any thread --------------------------------------------------------------------------------
     [[nodiscard]] bool gone() const { return m_gone; }
@@ -98,6 +100,7 @@ private:
     CameraBus m_bus;
     BusCamera m_found;
     std::vector<StreamFormats::Offer> m_offers;
+    StandardUnits m_units;
     std::unique_ptr<uvc_device, Unreference> m_device;
     uvc_device_handle *m_handle = nullptr;
     std::mutex m_releaseMutex; ///< keeps release() and the closing of the handle apart

@@ -120,6 +120,8 @@ void VirtualCameraRunTest::refusesWhatItCannotDo_data()
     QTest::newRow("fault") << QStringList{"--fault", "nonsense"};
     QTest::newRow("script") << QStringList{"--script", "plug"};
     QTest::newRow("pace") << QStringList{"--fps", "0"};
+    QTest::newRow("make") << QStringList{"--make", "1d6b"};
+    QTest::newRow("format") << QStringList{"--formats", "h264:640x480"};
     QTest::newRow("transport") << QStringList{"--transport", "carrier pigeon"};
 }
 

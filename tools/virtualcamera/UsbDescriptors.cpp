@@ -18,6 +18,7 @@ public:
         return *this;
     }
     Bytes &u16(unsigned value) { return u8(value & 0xFF).u8(value >> 8 & 0xFF); }
+    Bytes &u24(std::uint32_t value) { return u16(value & 0xFFFF).u8(value >> 16 & 0xFF); }
     Bytes &u32(std::uint32_t value) { return u16(value & 0xFFFF).u16(value >> 16); }
     Bytes &bytes(std::initializer_list<unsigned> values)
     {
@@ -40,13 +41,15 @@ public:
 };
 
 /// Terminals and units: camera 1 -> processing 2 -> (extension 4 ->) output 3.
-Bytes videoControl(bool extensionUnit)
+Bytes videoControl(const Device &device)
 {
+    const bool extensionUnit = device.extensionUnit;
     Bytes b;
     b.u8(13).bytes({0x24, 1}).u16(0x0110).u16(0).u32(CLOCK_FREQUENCY).bytes({1, 1});
-    b.u8(18).bytes({0x24, 2, 1}).u16(0x0201).bytes({0, 0}).u16(0).u16(0).u16(0);
-    b.bytes({3, 0, 0, 0});
-    b.u8(13).bytes({0x24, 5, PROCESSING_UNIT, 1}).u16(0).bytes({3, 0x7F, 0x14, 0, 0, 0});
+    b.u8(18).bytes({0x24, 2, CAMERA_TERMINAL}).u16(0x0201).bytes({0, 0}).u16(0).u16(0).u16(0);
+    b.u8(3).u24(device.terminalControls);
+    b.u8(13).bytes({0x24, 5, PROCESSING_UNIT, CAMERA_TERMINAL}).u16(0);
+    b.u8(3).u24(device.processingControls).bytes({0, 0});
     if (extensionUnit) {
         b.u8(28).bytes({0x24, 6, EXTENSION_UNIT});
         for (std::uint8_t byte : CAMERA_PROFILES[0].extensionUnit)
@@ -151,7 +154,7 @@ std::vector<std::uint8_t> build(const Device &device)
     b.u8(9).u8(2).u16(0).bytes({2, 1, 0, 0x80, 250});
     b.u8(8).bytes({11, 0, 2, 14, 3, 0, 0});
     b.u8(9).bytes({4, 0, 0, 1, 14, 1, 0, 0});
-    b.append(videoControl(device.extensionUnit));
+    b.append(videoControl(device));
     b.u8(7).bytes({5, STATUS_ENDPOINT, 3}).u16(16).u8(8);
     b.u8(5).bytes({0x25, 3}).u16(16);
     appendStreamingInterface(b, device);

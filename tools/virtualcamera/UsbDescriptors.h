@@ -15,6 +15,7 @@ constexpr std::uint16_t PRODUCT_ID = CAMERA_PROFILES[0].productId;
 constexpr std::uint8_t VIDEO_ENDPOINT = 0x81;
 constexpr std::uint8_t STATUS_ENDPOINT = 0x83;
 constexpr std::uint8_t STREAMING_INTERFACE = 1;
+constexpr std::uint8_t CAMERA_TERMINAL = 1;
 constexpr std::uint8_t PROCESSING_UNIT = 2;
 constexpr std::uint8_t EXTENSION_UNIT = 4;
 /// Bytes of an isochronous packet in the widest alternate setting: three transactions of 1024.
@@ -49,6 +50,9 @@ struct Device {
     std::uint16_t productId = PRODUCT_ID;
     bool isochronous = false;
     bool extensionUnit = true;
+    /// The maps of the controls that the camera terminal and the processing unit have.
+    std::uint32_t terminalControls = 0;
+    std::uint32_t processingControls = 0;
     /// A tiny size stands in the place of this one of each format, 1 the first; 0 for none.
     int missingSize = 0;
     /// In the order of their format indices, which start at 1.

@@ -76,9 +76,11 @@ SetupPacket SetupPacket::parse(const std::uint8_t *bytes)
     return {bytes[0], bytes[1], u16(2), u16(4), u16(6)};
 }
 
-UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults)
+UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit,
+                         UnitControls &unitControls, CameraFaults &faults)
     : m_settings(std::move(settings))
     , m_extensionUnit(extensionUnit)
+    , m_unitControls(unitControls)
     , m_faults(faults)
 {
     powerOn(true, 0);
@@ -86,12 +88,16 @@ UvcFunction::UvcFunction(Settings settings, ExtensionUnit &extensionUnit, Camera
 
 void UvcFunction::powerOn(bool withExtensionUnit, int missingSize)
 {
-    m_hasExtensionUnit = withExtensionUnit;
-    m_descriptors = build({m_settings.vendorId, m_settings.productId, m_settings.isochronous,
-                           withExtensionUnit, missingSize, m_settings.formats});
+    m_hasExtensionUnit = withExtensionUnit && m_settings.extensionUnit;
+    m_descriptors =
+        build({m_settings.vendorId, m_settings.productId, m_settings.isochronous,
+               withExtensionUnit && m_settings.extensionUnit,
+               m_unitControls.map(StandardUnit::CameraTerminal),
+               m_unitControls.map(StandardUnit::ProcessingUnit), missingSize, m_settings.formats});
     m_probe = m_commit = streamControl(agreed(1, 1, 0));
     m_committed.reset();
     m_extensionUnit.powerOn();
+    m_unitControls.powerOn();
 }
 
 int UvcFunction::control(const SetupPacket &setup, std::uint8_t *data)
@@ -169,12 +175,10 @@ int UvcFunction::classRequest(const SetupPacket &setup, std::uint8_t *data)
     const int unit = setup.index >> 8;
     if (unit == EXTENSION_UNIT && m_hasExtensionUnit)
         return extension(setup, data);
-    if (unit == PROCESSING_UNIT && (setup.request & 0x80)) {
-        const std::uint8_t answer = setup.request == GET_INFO  ? GET_AND_SET
-                                    : setup.request == GET_LEN ? std::uint8_t{2}
-                                                               : std::uint8_t{100};
-        return replyLength(setup, data, answer);
-    }
+    if (unit == CAMERA_TERMINAL)
+        return m_unitControls.control(StandardUnit::CameraTerminal, setup, data);
+    if (unit == PROCESSING_UNIT)
+        return m_unitControls.control(StandardUnit::ProcessingUnit, setup, data);
     return -EPIPE;
 }
 

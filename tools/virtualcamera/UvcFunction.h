@@ -3,6 +3,7 @@
 #include "tools/virtualcamera/CameraFaults.h"
 #include "tools/virtualcamera/CameraStatistics.h"
 #include "tools/virtualcamera/ExtensionUnit.h"
+#include "tools/virtualcamera/UnitControls.h"
 #include "tools/virtualcamera/UsbDescriptors.h"
 
 #include <array>
@@ -38,9 +39,11 @@ public:
         std::uint16_t vendorId = UsbDescriptors::VENDOR_ID;
         std::uint16_t productId = UsbDescriptors::PRODUCT_ID;
         std::vector<UsbDescriptors::StreamFormat> formats{{}};
+        bool extensionUnit = true;
     };
 
-    UvcFunction(Settings settings, ExtensionUnit &extensionUnit, CameraFaults &faults);
+    UvcFunction(Settings settings, ExtensionUnit &extensionUnit, UnitControls &unitControls,
+                CameraFaults &faults);
 
     /// Takes the descriptors of a camera with or without the extension unit and resets the stream.
     void powerOn(bool withExtensionUnit, int missingSize);
@@ -82,6 +85,7 @@ private:
 
     Settings m_settings;
     ExtensionUnit &m_extensionUnit;
+    UnitControls &m_unitControls;
     CameraFaults &m_faults;
     std::vector<std::uint8_t> m_descriptors;
     bool m_hasExtensionUnit = true;

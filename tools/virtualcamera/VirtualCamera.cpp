@@ -24,9 +24,11 @@ struct VirtualCamera::Parts {
     explicit Parts(const VirtualCameraConfig &config)
         : names{config.vendorId, config.productId, MANUFACTURER, config.product.toStdString(),
                 config.serial.toStdString()}
+        , unitControls(config.controls)
         , function({isochronous(config), config.maximumPayload, names.manufacturer, names.product,
-                    names.serial, config.vendorId, config.productId, config.formats},
-                   extensionUnit, faults)
+                    names.serial, config.vendorId, config.productId, config.formats,
+                    config.extensionUnit},
+                   extensionUnit, unitControls, faults)
         , usbFs(std::make_shared<UsbFs>(function, faults))
         , streamer({isochronous(config), config.maximumPayload, config.framesPerSecond,
                     config.jpegQuality, config.banner},
@@ -38,6 +40,7 @@ struct VirtualCamera::Parts {
     CameraFaults faults;
     ExtensionUnit extensionUnit;
     UsbPort::Names names;
+    UnitControls unitControls;
     UvcFunction function;
     std::shared_ptr<UsbFs> usbFs;
     UvcStreamer streamer;
@@ -106,6 +109,11 @@ void VirtualCamera::overrideParameter(std::uint64_t id, std::uint64_t value)
 void VirtualCamera::clearOverrides()
 {
     m_parts->extensionUnit.clearOverrides();
+}
+
+UnitControls &VirtualCamera::unitControls()
+{
+    return m_parts->unitControls;
 }
 
 QString VirtualCamera::root() const

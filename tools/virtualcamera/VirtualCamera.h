@@ -2,6 +2,7 @@
 
 #include "tools/virtualcamera/CameraFaults.h"
 #include "tools/virtualcamera/CameraStatistics.h"
+#include "tools/virtualcamera/UnitControls.h"
 
 #include <QString>
 
@@ -25,6 +26,10 @@ struct VirtualCameraConfig {
     /// whose width is a multiple of 128 and whose height one of 8; the others an even width.
     std::vector<UsbDescriptors::StreamFormat> formats{{}};
     int jpegQuality = 85;
+    /// Whether it has the vendor's unit, unless a fault takes that away.
+    bool extensionUnit = true;
+    /// What its camera terminal and processing unit have.
+    std::vector<UnitControl> controls;
 };
 
 /// A camera that exists in this process alone, unless told otherwise a document camera 04FC:6330:
@@ -60,6 +65,8 @@ public:
     /// From now on parameter `id` reads as `value`, whatever the camera does.
     void overrideParameter(std::uint64_t id, std::uint64_t value);
     void clearOverrides();
+
+    [[nodiscard]] UnitControls &unitControls();
 
     /// The folder of the mocked /sys and /dev.
     [[nodiscard]] QString root() const;

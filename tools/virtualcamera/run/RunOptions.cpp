@@ -1,5 +1,7 @@
 #include "tools/virtualcamera/run/RunOptions.h"
 
+#include "tools/virtualcamera/run/ForeignCamera.h"
+
 #include <algorithm>
 
 bool RunOptions::parse(const QStringList &arguments, QString &error)
@@ -18,6 +20,10 @@ bool RunOptions::parse(const QStringList &arguments, QString &error)
         }
         if (name == QLatin1String("--unplugged")) {
             startsPlugged = false;
+            continue;
+        }
+        if (name == QLatin1String("--controls")) {
+            ForeignCamera::addControls(camera);
             continue;
         }
         if (i + 1 == arguments.size()) {
@@ -57,6 +63,15 @@ bool RunOptions::parseOption(const QString &name, const QString &value, QString 
             error = QStringLiteral("the frames a second are 1 to 240, not %1").arg(value);
             return false;
         }
+    } else if (name == QLatin1String("--make") || name == QLatin1String("--formats")) {
+        const bool made = name == QLatin1String("--make")
+                              ? ForeignCamera::setMake(camera, value)
+                              : ForeignCamera::setFormats(camera, value);
+        if (!made)
+            error = QStringLiteral("%1 does not take %2").arg(name, value);
+        return made;
+    } else if (name == QLatin1String("--product")) {
+        camera.product = value;
     } else if (name == QLatin1String("--fault")) {
         firstCommands.append(QStringLiteral("fault ") + QString(value).replace('=', ' '));
     } else if (name == QLatin1String("--commands")) {
@@ -99,6 +114,10 @@ QString RunOptions::usage()
         "  --banner TEXT          the heading of the sheet under the camera\n"
         "  --serial TEXT          the camera's serial number\n"
         "  --fps NUMBER           frames a second (30)\n"
+        "  --make VENDOR:PRODUCT  the numbers of another make, which has no vendor's unit\n"
+        "  --product TEXT         what the camera is called\n"
+        "  --formats FORMATS      \"mjpeg:1920x1080,3840x2160@25;yuyv:640x480\"\n"
+        "  --controls             with the controls of the class, from brightness to zoom\n"
         "  --unplugged            start with the camera unplugged\n"
         "  --script STEPS         \"SECONDS:COMMAND;...\" from the program's start; the camera is\n"
         "                         then unplugged until the script plugs it in\n"

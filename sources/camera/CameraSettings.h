@@ -1,0 +1,90 @@
+#pragma once
+
+#include "sources/camera/CameraIdentity.h"
+#include "sources/camera/StandardControls.h"
+#include "sources/threads/BoundedWorker.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class UvcCamera;
+struct ControlRequest;
+
+/// The standard controls of the camera in use, and through them the numbered parameters for a
+/// camera without the vendor's unit.
+///
+/// GUI thread, which never waits: what is written follows in order, of several values for a control
+/// that the camera has not taken yet the last one; what is read is what is known.
+class CameraSettings : public QObject
+{
+    Q_OBJECT
+
+public:
+    CameraSettings();
+
+    /// Goes on with that camera, which is used until the next call, and asks for its controls when
+    /// its stream has been asked for. Of the same camera as before everything is known until then.
+    void use(UvcCamera &camera);
+
+    /// The two registers of the parameters: the bytes transferred, or an error of libuvc for a
+    /// parameter that the camera has no control for. `data` is written by a successful read only.
+    int write(std::uint8_t selector, const void *data, std::size_t length);
+    int read(std::uint8_t selector, void *data, std::size_t length) const;
+
+    [[nodiscard]] const StandardControls &controls() const { return m_controls; }
+    /// Whether the camera is still asked for what it has.
+    [[nodiscard]] bool asking() const { return m_question || !m_questions.empty(); }
+    /// Whether the camera has a lens or a sensor to zoom with, as far as it has told.
+    [[nodiscard]] bool zooms() const;
+
+    void set(StandardControl control, std::int64_t value);
+    void setAutomatic(StandardControl control, bool on);
+    /// Asks for the values that the camera sets by itself.
+    void refresh();
+
+signals:
+    /// The camera has told of all its controls.
+    void ready();
+    void changed();
+    /// use() was called.
+    void cameraChanged();
+
+private:
+    using Requests = std::vector<std::shared_ptr<ControlRequest>>;
+    struct Question {
+        StandardControl control;
+        bool currentOnly = false;
+        Requests requests;
+        BoundedWorker::Ticket ticket;
+    };
+    struct Sent {
+        std::vector<StandardControl> controls;
+        BoundedWorker::Ticket ticket;
+    };
+
+    void apply(const StandardControls::Settings &settings);
+    void zoomOn();
+    void work();
+    [[nodiscard]] bool sendPending();
+    [[nodiscard]] bool takeAnswers();
+    [[nodiscard]] bool askNext();
+    void ask(StandardControl control, bool currentOnly);
+
+    UvcCamera *m_camera = nullptr;
+    CameraIdentity m_identity;
+    StandardUnits m_units;
+    StandardControls m_controls;
+    unsigned long m_parameter = 0;
+    StandardControls::Settings m_pending;
+    std::optional<Sent> m_sent;
+    std::deque<Question> m_questions;
+    std::optional<Question> m_question;
+    bool m_learning = false;
+    QTimer m_timer;
+    QTimer m_zoomTimer;
+};

@@ -1,0 +1,261 @@
+#include "sources/camera/CameraParameters.h"
+#include "sources/camera/CameraSettings.h"
+#include "tests/SideBySide.h"
+#include "tests/sources/KeptRig.h"
+
+#include <QSignalSpy>
+
+using Control = StandardControl;
+
+namespace
+{
+
+VirtualCameraConfig foreign(std::vector<UnitControl> controls)
+{
+    VirtualCameraConfig config = rigCamera();
+    config.vendorId = 0x1d6b;
+    config.productId = 0x0104;
+    config.serial = "S1";
+    config.product = "Foreign camera";
+    config.extensionUnit = false;
+    config.controls = std::move(controls);
+    return config;
+}
+
+const std::vector<UnitControl> USUAL{
+    {Control::Brightness, -64, 64, 1, 0},
+    {Control::Sharpness, 0, 6, 1, 3},
+    {Control::WhiteBalance, 2800, 6500, 1, 4600},
+    {Control::WhiteBalanceAuto, 0, 1, 1, 1},
+    {Control::PowerLine, 0, 2, 1, 1},
+    {Control::Exposure, 1, 5000, 1, 157},
+    {Control::ExposureAuto, 0, 0, 9, 8},
+    {Control::Focus, 1, 1023, 1, 1},
+    {Control::FocusAuto, 0, 1, 1, 1},
+    {Control::Zoom, 100, 500, 1, 100},
+};
+
+struct ControlledRig : KeptRig {
+    explicit ControlledRig(const VirtualCameraConfig &config)
+    {
+        keeper.choose(CameraIdentity{config.vendorId, config.productId, config.serial});
+    }
+
+    /// With all that the camera has told of its controls.
+    bool bringUp(VirtualCamera &camera)
+    {
+        QSignalSpy ready(&source->cameraSettings(), &CameraSettings::ready);
+        return KeptRig::bringUp(camera) && (!ready.isEmpty() || ready.wait(TIMEOUT_MS));
+    }
+};
+
+/// Whether the camera comes to stand there.
+bool comesTo(VirtualCamera &camera, Control control, std::int64_t value)
+{
+    return QTest::qWaitFor([&] { return camera.unitControls().value(control) == value; },
+                           LiveRig::TIMEOUT_MS);
+}
+
+std::vector<std::int64_t> writesOf(const std::vector<UnitWrite> &writes, Control control)
+{
+    std::vector<std::int64_t> values;
+    for (const UnitWrite &write : writes) {
+        if (write.control == control)
+            values.push_back(write.value);
+    }
+    return values;
+}
+
+} // namespace
+
+/// Zoom, focus and brightness of cameras without the vendor's unit, over the library.
+class LiveStandardControlsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void brightnessHasElevenSteps()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        QCOMPARE(rig.source->brightnessMin(), 1);
+        QCOMPARE(rig.source->brightnessMax(), 11);
+        QCOMPARE(rig.source->brightness(), 6);
+        rig.source->brightnessUp();
+        QCOMPARE(rig.source->brightness(), 7);
+        QVERIFY(comesTo(camera, Control::Brightness, 12));
+        for (int i = 0; i < 12; ++i)
+            rig.source->brightnessDown();
+        QCOMPARE(rig.source->brightness(), 1);
+        QVERIFY(comesTo(camera, Control::Brightness, -64));
+    }
+
+    void theZoomMovesWhileItsKeyIsHeld()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        QVERIFY(rig.source->cameraZooms());
+        QCOMPARE(rig.source->opticalZoomPercent(), 0.0);
+        QCOMPARE(rig.source->digitalZoomPercent(), 1.0);
+        rig.source->zoomInStart();
+        QVERIFY(comesTo(camera, Control::Zoom, 500));
+        QCOMPARE(rig.source->opticalZoomPercent(), 1.0);
+        rig.source->zoomInStop();
+        const auto steps = writesOf(camera.unitControls().takeWrites(), Control::Zoom);
+        QVERIFY2(steps.size() > 20, qPrintable(QString::number(steps.size())));
+        QVERIFY(std::is_sorted(steps.begin(), steps.end()));
+        rig.source->zoomOutStart();
+        QVERIFY(QTest::qWaitFor([&] { return camera.unitControls().value(Control::Zoom) < 480; },
+                                LiveRig::TIMEOUT_MS));
+        rig.source->zoomOutStop();
+        // What was sent before the key was let go of arrives, and nothing after it.
+        const double percent = rig.source->opticalZoomPercent();
+        QTest::qWait(300);
+        QCOMPARE(rig.source->opticalZoomPercent(), percent);
+        rig.source->zoomReset();
+        QVERIFY(comesTo(camera, Control::Zoom, 100));
+    }
+
+    void theFocusKeyBeginsAnew()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        (void)camera.unitControls().takeWrites();
+        rig.source->autoFocus();
+        std::vector<std::int64_t> writes;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                for (const std::int64_t value :
+                     writesOf(camera.unitControls().takeWrites(), Control::FocusAuto))
+                    writes.push_back(value);
+                return writes.size() >= 2;
+            },
+            LiveRig::TIMEOUT_MS));
+        QCOMPARE(writes, (std::vector<std::int64_t>{0, 1}));
+    }
+
+    void whatACameraLacksIsLeftOut()
+    {
+        const VirtualCameraConfig config =
+            foreign({{Control::Zoom, 9, 3, 1, 3}, {Control::Sharpness, 0, 6, 0, 3}});
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        QVERIFY(!rig.source->cameraZooms());
+        const StandardControls &controls = rig.source->cameraSettings().controls();
+        QVERIFY(!controls.has(Control::Zoom) && controls.has(Control::Sharpness));
+        QCOMPARE(controls.range(Control::Sharpness).step, std::int64_t{1});
+        rig.source->zoomInStart();
+        rig.source->zoomInStop();
+        rig.source->autoFocus();
+        rig.source->brightnessUp();
+        QCOMPARE(rig.source->brightness(), 0);
+        QVERIFY(rig.waitForFrames());
+        QVERIFY(camera.unitControls().takeWrites().empty());
+    }
+
+    void whatIsSetByHandSwitchesTheAutomaticOff()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        CameraSettings &settings = rig.source->cameraSettings();
+        const struct {
+            Control control;
+            std::int64_t value;
+            Control automatic;
+        } rows[] = {{Control::Exposure, 321, Control::ExposureAuto},
+                    {Control::Focus, 512, Control::FocusAuto},
+                    {Control::WhiteBalance, 3200, Control::WhiteBalanceAuto}};
+        for (const auto &row : rows) {
+            QVERIFY(settings.controls().automatic(row.control));
+            const std::int64_t before = camera.unitControls().value(row.automatic);
+            settings.set(row.control, row.value);
+            QVERIFY(comesTo(camera, row.control, row.value));
+            QVERIFY(!settings.controls().automatic(row.control));
+            settings.setAutomatic(row.control, true);
+            QVERIFY(comesTo(camera, row.automatic, before));
+        }
+        for (const UnitWrite &write : camera.unitControls().takeWrites())
+            QVERIFY(write.taken);
+        // What the camera sets by itself is asked for.
+        camera.unitControls().setValue(Control::Exposure, 77);
+        settings.refresh();
+        QTRY_COMPARE_WITH_TIMEOUT(settings.controls().range(Control::Exposure).current,
+                                  std::int64_t{77}, LiveRig::TIMEOUT_MS);
+    }
+
+    void ofManyValuesTheLastOneArrives()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        (void)camera.unitControls().takeWrites();
+        for (int value = 0; value < 1000; ++value)
+            rig.source->cameraSettings().set(Control::Focus, value);
+        QVERIFY(comesTo(camera, Control::Focus, 999));
+        QVERIFY(writesOf(camera.unitControls().takeWrites(), Control::Focus).size() < 10);
+    }
+
+    void aRefusedValueIsNotTakenForTheCameras()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        camera.faults().stallControls = 1;
+        rig.source->cameraSettings().set(Control::Sharpness, 5);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            rig.source->cameraSettings().controls().range(Control::Sharpness).current,
+            std::int64_t{3}, LiveRig::TIMEOUT_MS);
+    }
+
+    void aCameraThatDoesNotAnswerShowsItsPictureAllTheSame()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QSignalSpy frames(&rig.source->cameraSettings(), &CameraSettings::changed);
+        QVERIFY(rig.KeptRig::bringUp(camera));
+        camera.faults().hangControls = -1;
+        QElapsedTimer timer;
+        timer.start();
+        for (int i = 0; i < 50; ++i) {
+            rig.source->brightnessUp();
+            rig.source->zoomInStart();
+            rig.source->zoomInStop();
+            (void)rig.source->brightness();
+        }
+        // Nobody waits for such a camera; a waiting call would take many times as long.
+        QVERIFY2(timer.elapsed() < 1500, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY(rig.waitForFrames());
+        camera.faults().hangControls = 0;
+    }
+
+    void theReturnedCameraIsAskedAgain()
+    {
+        const VirtualCameraConfig config = foreign(USUAL);
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        rig.source->brightnessUp();
+        QVERIFY(comesTo(camera, Control::Brightness, 12));
+        camera.unplug();
+        QVERIFY(rig.waitForState(CameraStatus::State::Unplugged));
+        QSignalSpy ready(&rig.source->cameraSettings(), &CameraSettings::ready);
+        QVERIFY(plugAndWait(camera, rig) >= 0);
+        QVERIFY(!ready.isEmpty() || ready.wait(LiveRig::TIMEOUT_MS));
+        QCOMPARE(rig.source->brightness(), 6); // it has lost its power meanwhile
+    }
+};
+
+REGISTER_TEST_SIDE_BY_SIDE(LiveStandardControlsTest)
+#include "tst_live_standard_controls.moc"

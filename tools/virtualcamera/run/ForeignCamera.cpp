@@ -1,0 +1,86 @@
+#include "tools/virtualcamera/run/ForeignCamera.h"
+
+#include "tools/virtualcamera/VirtualCamera.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+
+using namespace UsbDescriptors;
+
+namespace
+{
+
+constexpr double SECOND = 10'000'000; ///< in the units of a frame interval
+
+struct Name {
+    const char *name;
+    StreamCoding coding;
+};
+constexpr Name NAMES[] = {
+    {"mjpeg", StreamCoding::MotionJpeg},
+    {"yuyv", StreamCoding::Yuyv},
+    {"uyvy", StreamCoding::Uyvy},
+    {"grey", StreamCoding::Grey},
+};
+
+bool addFormat(std::vector<StreamFormat> &formats, const QString &text)
+{
+    static const QRegularExpression pattern("^(\\w+):((?:\\d+x\\d+,?)+)(?:@([\\d.]+))?$");
+    const QRegularExpressionMatch match = pattern.match(text);
+    StreamFormat format;
+    bool known = false;
+    for (const Name &row : NAMES) {
+        if (match.captured(1) != QLatin1String(row.name))
+            continue;
+        format.coding = row.coding;
+        known = true;
+    }
+    format.sizes.clear();
+    for (const QString &size : match.captured(2).split(',', Qt::SkipEmptyParts))
+        format.sizes.push_back(
+            {size.section('x', 0, 0).toUShort(), size.section('x', 1).toUShort()});
+    const double rate = match.captured(3).toDouble();
+    if (rate > 0)
+        format.intervals = {static_cast<std::uint32_t>(SECOND / rate)};
+    formats.push_back(std::move(format));
+    return known;
+}
+
+} // namespace
+
+bool ForeignCamera::setMake(VirtualCameraConfig &camera, const QString &text)
+{
+    constexpr int HEXADECIMAL = 16;
+    bool vendorRead = false, productRead = false;
+    camera.vendorId = text.section(':', 0, 0).toUShort(&vendorRead, HEXADECIMAL);
+    camera.productId = text.section(':', 1).toUShort(&productRead, HEXADECIMAL);
+    camera.extensionUnit = camera.vendorId == VENDOR_ID && camera.productId == PRODUCT_ID;
+    return vendorRead && productRead;
+}
+
+bool ForeignCamera::setFormats(VirtualCameraConfig &camera, const QString &text)
+{
+    camera.formats.clear();
+    bool all = true;
+    for (const QString &part : text.split(';', Qt::SkipEmptyParts))
+        all = addFormat(camera.formats, part) && all;
+    return all && !camera.formats.empty();
+}
+
+void ForeignCamera::addControls(VirtualCameraConfig &camera)
+{
+    using Control = StandardControl;
+    constexpr std::int64_t APERTURE_PRIORITY = 8, MODES = 1 | APERTURE_PRIORITY;
+    camera.controls = {
+        {Control::Brightness, -64, 64, 1, 0},
+        {Control::Sharpness, 0, 6, 1, 3},
+        {Control::WhiteBalance, 2800, 6500, 1, 4600},
+        {Control::WhiteBalanceAuto, 0, 1, 1, 1},
+        {Control::PowerLine, 0, 2, 1, 1},
+        {Control::Exposure, 1, 5000, 1, 157},
+        {Control::ExposureAuto, 0, 0, MODES, APERTURE_PRIORITY},
+        {Control::Focus, 1, 1023, 1, 1},
+        {Control::FocusAuto, 0, 1, 1, 1},
+        {Control::Zoom, 100, 500, 1, 100},
+    };
+}

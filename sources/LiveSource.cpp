@@ -3,12 +3,11 @@
 #include "sources/LiveSourcePrivate.h"
 #include "sources/recording/MovieRecorder.h"
 
-#include <QtGlobal>
-
-#include <atomic>
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace
 {
@@ -71,6 +70,7 @@ int LiveSource::ksPropGet(unsigned long property, void *data, unsigned long leng
 
 void LiveSource::initUVCControl()
 {
+    m_private->camera->findExtensionUnit();
     m_private->settings.use(*m_private->camera);
 }
 
@@ -82,7 +82,6 @@ CameraSettings &LiveSource::cameraSettings()
 bool LiveSource::cameraZooms() const
 {
     return !m_private->camera->lacksExtensionUnit() || m_private->settings.zooms();
-    m_private->camera->findExtensionUnit();
 }
 
 void LiveSource::startCapture()
@@ -143,7 +142,36 @@ void LiveSource::setResolution(QSize resolution)
     if (m_running)
         tearDownCaptureGraph();
     m_resolution = resolution;
+    if (!std::exchange(m_previewSize, QSize()).isEmpty())
+        emit previewSizeDropped();
     createCaptureGraph(false);
+}
+
+void LiveSource::setPreviewSize(QSize size)
+{
+    m_previewSize = size;
+    if (!m_streamSize || recording() || *m_streamSize == wantedSize())
+        return;
+    tearDownCaptureGraph();
+    createCaptureGraph(false);
+}
+
+QSize LiveSource::previewSize() const
+{
+    return m_previewSize;
+}
+
+std::vector<QSize> LiveSource::cameraSizes() const
+{
+    return m_private->camera->sizes();
+}
+
+/// Of the preview.
+QSize LiveSource::wantedSize() const
+{
+    const std::vector<QSize> sizes = cameraSizes();
+    const bool offered = std::find(sizes.begin(), sizes.end(), m_previewSize) != sizes.end();
+    return offered ? m_previewSize : m_resolution;
 }
 
 void LiveSource::setRecordingResolution(QSize resolution)
@@ -204,6 +232,9 @@ std::unique_ptr<UvcCamera> LiveSource::takeOver(std::unique_ptr<UvcCamera> camer
     m_private->controls =
         std::make_unique<CameraControls>(*m_private->camera, *m_private->controls);
     initUVCControl();
+    // Another camera may have other sizes.
+    if (m_streamSize && !recording())
+        m_streamSize = wantedSize();
     restartStream();
     return camera;
 }
@@ -297,7 +328,7 @@ void LiveSource::createCaptureGraph(bool record)
         return;
     if (record)
         m_recording.begin();
-    m_streamSize = record ? m_recordingResolution : m_resolution;
+    m_streamSize = record ? m_recordingResolution : wantedSize();
     // The constructor comes here too, and its own version is the right one then.
     // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.VirtualCall)
     restartStream();

@@ -11,9 +11,10 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
-class FrameRecorder;
 class CameraSettings;
+class FrameRecorder;
 class ICaptureCB;
 class LiveSourcePrivate;
 
@@ -49,11 +50,11 @@ public:
     /// Looks for the camera's extension unit; without one the standard controls take its place, as
     /// far as the camera has them.
     void initUVCControl();
-
     /// The controls that any camera may have, for a page that shows them.
     [[nodiscard]] CameraSettings &cameraSettings();
     /// False for an open camera that has nothing to zoom with.
     [[nodiscard]] bool cameraZooms() const;
+
     void startCapture();
     void stopCapture();
     /// The camera keeps streaming while other modes are shown: both do nothing.
@@ -72,6 +73,13 @@ public:
 
     /// Restarts the stream when the size differs from the current one.
     void setResolution(QSize resolution);
+    /// A size of the preview that takes the place of the resolution with each camera that has it;
+    /// an empty one for none. The stream is restarted if need be, that of a recording later. It
+    /// counts until the resolution is changed.
+    void setPreviewSize(QSize size);
+    [[nodiscard]] QSize previewSize() const;
+    /// The sizes of pictures that the camera in use offers, the largest first.
+    [[nodiscard]] std::vector<QSize> cameraSizes() const;
     /// Takes effect at the next recording.
     void setRecordingResolution(QSize resolution);
 
@@ -103,6 +111,8 @@ signals:
     /// that is not ended yet still wants its stopRecord(). Emitted from the event loop on the GUI
     /// thread, at most once a recording.
     void recordFailed(const QString &sentence);
+    /// The resolution was changed, so that the preview's own size counts no more.
+    void previewSizeDropped();
 
 private slots:
     void reportFailure(int recording, const QString &sentence);
@@ -113,6 +123,7 @@ private:
     void reportMissingPictures();
     void openCamera();
     void askAgainSoon();
+    [[nodiscard]] QSize wantedSize() const;
     void createCaptureGraph(bool record);
     void tearDownCaptureGraph();
     void finishRecording();
@@ -134,5 +145,6 @@ private:
     /// The size of the stream that is wanted now, if there is one.
     std::optional<QSize> m_streamSize;
     QSize m_resolution;
+    QSize m_previewSize;
     QSize m_recordingResolution;
 };

@@ -2,6 +2,8 @@
 
 #include "mainwindow/CameraPreferences.h"
 #include "mainwindow/pages/CameraList.h"
+#include "mainwindow/pages/CameraSizes.h"
+#include "mainwindow/pages/CameraSliders.h"
 #include "mainwindow/pages/Pages.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/CameraKeeper.h"
@@ -41,5 +43,11 @@ QWidget *Pages::makeCameraPage(const Context &context, QWidget *parent)
                                       context.camera, Qt::Horizontal, parent);
     QCheckBox *upsideDown = makeMirror(QT_TRANSLATE_NOOP("MoreToolWindow", "Mirror top and bottom"),
                                        context.camera, Qt::Vertical, parent);
-    return makeColumn({state, caption, cameras, leftRight, upsideDown}, parent);
+    auto *sizeCaption =
+        new QLabel(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Size of the picture")), parent);
+    auto *sizes = new CameraSizes(context.camera, parent);
+    sizes->setAccessibleName(sizeCaption->text());
+    auto *sliders = new CameraSliders(context.camera, parent);
+    return makeColumn({state, caption, cameras, sizeCaption, sizes, leftRight, upsideDown, sliders},
+                      parent);
 }

@@ -735,6 +735,42 @@
         <source>Mirror top and bottom</source>
         <translation>Oben und unten spiegeln</translation>
     </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>Bildgröße</translation>
+    </message>
+    <message>
+        <source>As in the settings (%1)</source>
+        <translation>Wie in den Einstellungen (%1)</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Belichtung</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>Fokus</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>Weißabgleich</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>Bildschärfe</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automatisch</translation>
+    </message>
+    <message>
+        <source>Against flickering light</source>
+        <translation>Gegen flackerndes Licht</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

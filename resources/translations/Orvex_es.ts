@@ -735,6 +735,42 @@
         <source>Mirror top and bottom</source>
         <translation>Reflejar arriba y abajo</translation>
     </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>Tamaño de la imagen</translation>
+    </message>
+    <message>
+        <source>As in the settings (%1)</source>
+        <translation>Como en los ajustes (%1)</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Exposición</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>Enfoque</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>Balance de blancos</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>Nitidez</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automático</translation>
+    </message>
+    <message>
+        <source>Against flickering light</source>
+        <translation>Contra el parpadeo de la luz</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Desactivado</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -735,6 +735,42 @@
         <source>Mirror top and bottom</source>
         <translation>Inverser haut et bas</translation>
     </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>Taille de l’image</translation>
+    </message>
+    <message>
+        <source>As in the settings (%1)</source>
+        <translation>Comme dans les réglages (%1)</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Exposition</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>Mise au point</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>Balance des blancs</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>Netteté</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automatique</translation>
+    </message>
+    <message>
+        <source>Against flickering light</source>
+        <translation>Contre le scintillement de la lumière</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Désactivé</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

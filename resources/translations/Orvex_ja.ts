@@ -735,6 +735,42 @@
         <source>Mirror top and bottom</source>
         <translation>上下反転</translation>
     </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>映像のサイズ</translation>
+    </message>
+    <message>
+        <source>As in the settings (%1)</source>
+        <translation>設定のとおり（%1）</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>露出</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>ピント</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>ホワイトバランス</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>シャープネス</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>自動</translation>
+    </message>
+    <message>
+        <source>Against flickering light</source>
+        <translation>照明のちらつき防止</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>オフ</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -735,6 +735,42 @@
         <source>Mirror top and bottom</source>
         <translation>Отразить сверху вниз</translation>
     </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>Размер изображения</translation>
+    </message>
+    <message>
+        <source>As in the settings (%1)</source>
+        <translation>Как в настройках (%1)</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>Экспозиция</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>Фокус</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>Баланс белого</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>Резкость</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Автоматически</translation>
+    </message>
+    <message>
+        <source>Against flickering light</source>
+        <translation>Против мерцания света</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Выключено</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -735,6 +735,42 @@
         <source>Mirror top and bottom</source>
         <translation>上下鏡像</translation>
     </message>
+    <message>
+        <source>Size of the picture</source>
+        <translation>影像尺寸</translation>
+    </message>
+    <message>
+        <source>As in the settings (%1)</source>
+        <translation>依照設定（%1）</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>曝光</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>對焦</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>白平衡</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>銳利度</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>自動</translation>
+    </message>
+    <message>
+        <source>Against flickering light</source>
+        <translation>防止燈光閃爍</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>關閉</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

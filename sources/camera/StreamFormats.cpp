@@ -115,3 +115,19 @@ std::optional<Choice> StreamFormats::choose(const std::vector<Offer> &offers, QS
         return std::nullopt;
     return Choice{best->coding, best->formatIndex, best->frameIndex, best->size, bestRate};
 }
+
+std::vector<QSize> StreamFormats::sizes(const std::vector<Offer> &offers, QSize largest)
+{
+    std::vector<QSize> sizes;
+    for (const Offer &offer : offers) {
+        const bool fits =
+            offer.size.width() <= largest.width() && offer.size.height() <= largest.height();
+        if (fits && usable(offer) && usable(bestInterval(offer, 1)))
+            sizes.push_back(offer.size);
+    }
+    std::sort(sizes.begin(), sizes.end(), [](QSize a, QSize b) {
+        return std::pair(pixels(a), a.width()) > std::pair(pixels(b), b.width());
+    });
+    sizes.erase(std::unique(sizes.begin(), sizes.end()), sizes.end());
+    return sizes;
+}

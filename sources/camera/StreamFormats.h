@@ -53,4 +53,7 @@ enum class Sizes { Exact, Nearest };
 [[nodiscard]] std::optional<Choice> choose(const std::vector<Offer> &offers, QSize wanted,
                                            int framesPerSecond, Sizes sizes);
 
+/// The sizes that can be had, not larger than that in either direction, the largest first.
+[[nodiscard]] std::vector<QSize> sizes(const std::vector<Offer> &offers, QSize largest);
+
 } // namespace StreamFormats

@@ -133,6 +133,11 @@ QSize UvcCamera::sizeFor(QSize size) const
     return choice ? choice->size : size;
 }
 
+std::vector<QSize> UvcCamera::sizes() const
+{
+    return StreamFormats::sizes(offers(), LARGEST_SIZE);
+}
+
 void UvcCamera::startStreaming(QSize size, int framesPerSecond, FrameHandler handler)
 {
     stopDelivery();
@@ -242,19 +247,25 @@ void UvcCamera::noteOpened(int result)
     m_opened = result >= 0;
 }
 
-std::optional<StreamFormats::Choice> UvcCamera::choiceFor(QSize size, int framesPerSecond) const
+std::vector<StreamFormats::Offer> UvcCamera::offers() const
 {
     if (!m_opened)
         return {};
     std::vector<StreamFormats::Offer> offers = m_connection->offers();
-    if (!CameraProfile::of(m_identity))
-        return StreamFormats::choose(offers, size, framesPerSecond, StreamFormats::Sizes::Nearest);
-    offers.erase(std::remove_if(offers.begin(), offers.end(),
-                                [](const StreamFormats::Offer &offer) {
-                                    return offer.coding != StreamFormats::Coding::MotionJpeg;
-                                }),
-                 offers.end());
-    return StreamFormats::choose(offers, size, framesPerSecond, StreamFormats::Sizes::Exact);
+    if (CameraProfile::of(m_identity))
+        offers.erase(std::remove_if(offers.begin(), offers.end(),
+                                    [](const StreamFormats::Offer &offer) {
+                                        return offer.coding != StreamFormats::Coding::MotionJpeg;
+                                    }),
+                     offers.end());
+    return offers;
+}
+
+std::optional<StreamFormats::Choice> UvcCamera::choiceFor(QSize size, int framesPerSecond) const
+{
+    return StreamFormats::choose(offers(), size, framesPerSecond,
+                                 CameraProfile::of(m_identity) ? StreamFormats::Sizes::Exact
+                                                               : StreamFormats::Sizes::Nearest);
 }
 
 void UvcCamera::request(std::shared_ptr<UvcStream> stream,

@@ -64,6 +64,9 @@ public:
     /// The size of the stream that a wish for `size` gives. A camera of CAMERA_PROFILES gives that
     /// one or none, any other the nearest that it has.
     [[nodiscard]] QSize sizeFor(QSize size) const;
+    /// The sizes that it offers up to LARGEST_SIZE, the largest first; none before it is open.
+    [[nodiscard]] std::vector<QSize> sizes() const;
+    static constexpr QSize LARGEST_SIZE{3840, 2160};
     /// Ends the stream that runs and asks for one of sizeFor(size). The handler gets each frame
     /// that can be decoded; frames whose own header gives another size than the stream's are
     /// dropped. Without a handle, or when the camera does not agree, there is no stream; that is
@@ -84,12 +87,12 @@ public:
     /// before, up to the first that the camera does not answer. The ticket gives the result of the
     /// last one sent; the bytes that were read are then in the control.
     BoundedWorker::Ticket send(std::vector<std::shared_ptr<ControlRequest>> controls);
-
-    /// Fills in the state of this camera and its stream, except `seen` and `running`.
-    void report(CameraLink &link) const;
     /// The same for that unit.
     BoundedWorker::Ticket send(std::uint8_t unit,
                                std::vector<std::shared_ptr<ControlRequest>> controls);
+
+    /// Fills in the state of this camera and its stream, except `seen` and `running`.
+    void report(CameraLink &link) const;
     /// The connection, through which another thread can release the interfaces while this camera
     /// hangs.
     [[nodiscard]] std::shared_ptr<UvcConnection> connection() const { return m_connection; }
@@ -101,6 +104,7 @@ public:
 
 private:
     void noteOpened(int result);
+    [[nodiscard]] std::vector<StreamFormats::Offer> offers() const;
     [[nodiscard]] std::optional<StreamFormats::Choice> choiceFor(QSize size,
                                                                  int framesPerSecond) const;
     void request(std::shared_ptr<UvcStream> stream,

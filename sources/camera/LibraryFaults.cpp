@@ -1,8 +1,14 @@
 #include "sources/camera/LibraryFaults.h"
 
+#include "sources/camera/DescriptorFence.h"
+
 #include <libusb.h>
 
 #include <dlfcn.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace
 {
@@ -22,6 +28,50 @@ bool isVideo(const libusb_transfer *transfer)
 {
     return transfer->type == LIBUSB_TRANSFER_TYPE_BULK ||
            transfer->type == LIBUSB_TRANSFER_TYPE_ISOCHRONOUS;
+}
+
+constexpr std::uint8_t VIDEO_CONTROL = 1, VIDEO_STREAM = 2;
+
+/// The library's own memory, which it gives out as constant.
+libusb_interface_descriptor *settingsOf(const libusb_config_descriptor &configuration,
+                                        int interface)
+{
+    return const_cast<libusb_interface_descriptor *>(configuration.interface[interface].altsetting);
+}
+
+bool isVideo(const libusb_interface_descriptor &setting, std::uint8_t subclass)
+{
+    return setting.bInterfaceClass == LIBUSB_CLASS_VIDEO && setting.bInterfaceSubClass == subclass;
+}
+
+/// Whether libuvc may read the descriptors now.
+bool fenced(const libusb_config_descriptor &configuration)
+{
+    std::vector<bool> streams;
+    for (int i = 0; i < configuration.bNumInterfaces; ++i) {
+        const libusb_interface &interface = configuration.interface[i];
+        // libuvc looks at the first setting of everything.
+        if (interface.num_altsetting < 1)
+            return false;
+        streams.push_back(isVideo(interface.altsetting[0], VIDEO_STREAM) &&
+                          interface.altsetting[0].bInterfaceNumber == i);
+    }
+    std::optional<bool> hasStream;
+    for (int i = 0; i < configuration.bNumInterfaces; ++i) {
+        libusb_interface_descriptor &setting = *settingsOf(configuration, i);
+        auto *extra = const_cast<std::uint8_t *>(setting.extra);
+        const auto length = static_cast<std::size_t>(extra ? setting.extra_length : 0);
+        if (streams[static_cast<std::size_t>(i)]) {
+            setting.extra_length = static_cast<int>(DescriptorFence::fenceStream(extra, length));
+        } else if (isVideo(setting, VIDEO_CONTROL) && !hasStream) {
+            // Of several control interfaces libuvc takes the first.
+            const auto control = DescriptorFence::fenceControl(extra, length, streams);
+            setting.extra_length = static_cast<int>(control.length);
+            hasStream = control.hasStream;
+        }
+    }
+    // A device that is no camera at all is refused by libuvc itself.
+    return hasStream.value_or(true);
 }
 
 } // namespace
@@ -77,4 +127,19 @@ libusb_submit_transfer(libusb_transfer *transfer)
     transfer->actual_length = 0;
     transfer->callback(transfer); // may free it
     return result;
+}
+
+extern "C" __attribute__((visibility("default"))) int
+libusb_get_config_descriptor(libusb_device *device, uint8_t index,
+                             libusb_config_descriptor **configuration)
+{
+    using Getting = int (*)(libusb_device *, uint8_t, libusb_config_descriptor **);
+    static const auto get = original<Getting>("libusb_get_config_descriptor");
+    const int result =
+        get ? get(device, index, configuration) : static_cast<int>(LIBUSB_ERROR_NOT_SUPPORTED);
+    if (result != 0 || fenced(**configuration))
+        return result;
+    libusb_free_config_descriptor(*configuration);
+    *configuration = nullptr;
+    return LIBUSB_ERROR_NOT_SUPPORTED;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-/// Two faults of the USB libraries in cameras that leave. The definitions in LibraryFaults.cpp take
-/// the place of the libraries' own functions for the whole program.
+/// Faults of the USB libraries in cameras that leave, and in what cameras claim of themselves. The
+/// definitions in LibraryFaults.cpp take the place of the libraries' own functions for the whole
+/// program.
 ///
 /// - libusb_set_interface_alt_setting() unlocks a mutex that it has not locked when the device is
 ///   gone, and closing the device then aborts the process. For a device that is gone it now answers
@@ -9,6 +10,9 @@
 /// - libuvc asks for a transfer of the stream again when it has taken the picture out, and does not
 ///   look whether that was refused. Ending the stream then waits for that transfer for ever. A
 ///   refused one is now given back to the library as one that the device has dropped.
+/// - libuvc takes descriptors for as long as they should be. Those that
+/// libusb_get_config_descriptor()
+///   gives have gone through DescriptorFence.
 namespace LibraryFaults
 {
 

@@ -27,7 +27,7 @@ struct VirtualCamera::Parts {
         , unitControls(config.controls)
         , function({isochronous(config), config.maximumPayload, names.manufacturer, names.product,
                     names.serial, config.vendorId, config.productId, config.formats,
-                    config.extensionUnit},
+                    config.extensionUnit, config.descriptorPatches},
                    extensionUnit, unitControls, faults)
         , usbFs(std::make_shared<UsbFs>(function, faults))
         , streamer({isochronous(config), config.maximumPayload, config.framesPerSecond,

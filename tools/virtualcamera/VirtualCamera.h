@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 struct VirtualCameraConfig {
@@ -30,6 +31,9 @@ struct VirtualCameraConfig {
     bool extensionUnit = true;
     /// What its camera terminal and processing unit have.
     std::vector<UnitControl> controls;
+    /// Bytes of its descriptors that are others: their places, counted from the device descriptor
+    /// on, and values.
+    std::vector<std::pair<std::size_t, std::uint8_t>> descriptorPatches;
 };
 
 /// A camera that exists in this process alone, unless told otherwise a document camera 04FC:6330:

@@ -164,7 +164,7 @@ int measureLatency(double seconds)
     canvas.resize(CANVAS);
     canvas.show();
     UvcCamera camera;
-    while (!camera.find().value_or(false))
+    while (!camera.find({}).value_or(false))
         runFor(0.02);
     std::optional<int> opened = camera.open();
     for (; !opened; opened = camera.open())

@@ -5,16 +5,16 @@
 namespace
 {
 
-struct Name {
+struct Keyword {
     StandardControl control;
     const char *name;
 };
-constexpr Name NAMES[] = {
+constexpr Keyword KEYWORDS[] = {
     {StandardControl::Exposure, "exposure"},   {StandardControl::Focus, "focus"},
     {StandardControl::WhiteBalance, "white"},  {StandardControl::Sharpness, "sharpness"},
     {StandardControl::PowerLine, "powerLine"},
 };
-const QLatin1String AUTOMATIC("auto");
+const QLatin1String BY_ITSELF("auto");
 
 } // namespace
 
@@ -25,12 +25,12 @@ KeptControls KeptControls::fromText(const QString &text)
         const QString name = word.section('=', 0, 0), value = word.section('=', 1);
         bool isNumber = false;
         const qlonglong number = value.toLongLong(&isNumber);
-        for (const Name &row : NAMES) {
+        for (const Keyword &row : KEYWORDS) {
             if (name != QLatin1String(row.name))
                 continue;
             if (isNumber)
                 kept.keep(row.control, number);
-            else if (value == AUTOMATIC)
+            else if (value == BY_ITSELF)
                 kept.keep(row.control, std::nullopt);
         }
     }
@@ -40,11 +40,11 @@ KeptControls KeptControls::fromText(const QString &text)
 QString KeptControls::text() const
 {
     QStringList words;
-    for (const Name &row : NAMES) {
+    for (const Keyword &row : KEYWORDS) {
         const auto found = m_values.find(row.control);
         if (found != m_values.end())
             words << QLatin1String(row.name) + '=' +
-                         (found->second ? QString::number(*found->second) : QString(AUTOMATIC));
+                         (found->second ? QString::number(*found->second) : QString(BY_ITSELF));
     }
     return words.join(' ');
 }

@@ -156,11 +156,6 @@ void LiveSource::setPreviewSize(QSize size)
     createCaptureGraph(false);
 }
 
-QSize LiveSource::previewSize() const
-{
-    return m_previewSize;
-}
-
 std::vector<QSize> LiveSource::cameraSizes() const
 {
     return m_private->camera->sizes();
@@ -187,16 +182,6 @@ void LiveSource::setMirrored(Qt::Orientations directions)
 Qt::Orientations LiveSource::mirrored() const
 {
     return m_private->mirrored;
-}
-
-QSize LiveSource::resolution() const
-{
-    return m_resolution;
-}
-
-QSize LiveSource::recordingResolution() const
-{
-    return m_recordingResolution;
 }
 
 bool LiveSource::recording() const

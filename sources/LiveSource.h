@@ -77,7 +77,7 @@ public:
     /// an empty one for none. The stream is restarted if need be, that of a recording later. It
     /// counts until the resolution is changed.
     void setPreviewSize(QSize size);
-    [[nodiscard]] QSize previewSize() const;
+    [[nodiscard]] QSize previewSize() const { return m_previewSize; }
     /// The sizes of pictures that the camera in use offers, the largest first.
     [[nodiscard]] std::vector<QSize> cameraSizes() const;
     /// Takes effect at the next recording.
@@ -88,8 +88,8 @@ public:
     void setMirrored(Qt::Orientations directions);
     [[nodiscard]] Qt::Orientations mirrored() const;
 
-    [[nodiscard]] QSize resolution() const;
-    [[nodiscard]] QSize recordingResolution() const;
+    [[nodiscard]] QSize resolution() const { return m_resolution; }
+    [[nodiscard]] QSize recordingResolution() const { return m_recordingResolution; }
     /// Whether the camera streams for a recording.
     [[nodiscard]] bool recording() const;
     /// Whether a recording has been requested and not ended, whether or not it has begun.

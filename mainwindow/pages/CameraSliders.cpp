@@ -23,7 +23,7 @@ namespace
 constexpr int REFRESH_MS = 1000;
 constexpr int SLIDER_HEIGHT = 20;
 /// The steps of the keys for a page up and down.
-constexpr int PAGES = 10;
+constexpr int SLIDER_PAGES = 10;
 
 int toInt(std::int64_t value)
 {
@@ -31,11 +31,11 @@ int toInt(std::int64_t value)
                                                      std::numeric_limits<int>::max()));
 }
 
-struct Name {
+struct SliderName {
     StandardControl control;
     const char *name;
 };
-constexpr Name NAMES[] = {
+constexpr SliderName SLIDER_NAMES[] = {
     {StandardControl::Exposure, QT_TRANSLATE_NOOP("MoreToolWindow", "Exposure")},
     {StandardControl::Focus, QT_TRANSLATE_NOOP("MoreToolWindow", "Focus")},
     {StandardControl::WhiteBalance, QT_TRANSLATE_NOOP("MoreToolWindow", "White balance")},
@@ -60,7 +60,7 @@ CameraSliders::CameraSliders(LiveSource *camera, QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    for (const Name &row : NAMES)
+    for (const SliderName &row : SLIDER_NAMES)
         addRow(row.control, Pages::text(row.name));
     addFrequency();
     connect(&camera->cameraSettings(), &CameraSettings::changed, this, &CameraSliders::refresh);
@@ -146,7 +146,8 @@ void CameraSliders::show(const Row &row)
     const ControlRange range = controls.range(row.control);
     row.slider->setRange(toInt(range.minimum), toInt(range.maximum));
     row.slider->setSingleStep(toInt(range.step));
-    row.slider->setPageStep(toInt(std::max(range.step, (range.maximum - range.minimum) / PAGES)));
+    row.slider->setPageStep(
+        toInt(std::max(range.step, (range.maximum - range.minimum) / SLIDER_PAGES)));
     row.slider->setValue(toInt(range.current));
     row.automatic->setVisible(controls.hasAutomatic(row.control));
     row.automatic->setChecked(controls.automatic(row.control));

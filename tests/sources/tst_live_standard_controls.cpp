@@ -10,7 +10,7 @@ using Control = StandardControl;
 namespace
 {
 
-VirtualCameraConfig foreign(std::vector<UnitControl> controls)
+VirtualCameraConfig controlled(std::vector<UnitControl> controls)
 {
     VirtualCameraConfig config = rigCamera();
     config.vendorId = 0x1d6b;
@@ -76,7 +76,7 @@ class LiveStandardControlsTest : public QObject
 private slots:
     void brightnessHasElevenSteps()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -94,7 +94,7 @@ private slots:
 
     void theZoomMovesWhileItsKeyIsHeld()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -122,7 +122,7 @@ private slots:
 
     void theFocusKeyBeginsAnew()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -143,7 +143,7 @@ private slots:
     void whatACameraLacksIsLeftOut()
     {
         const VirtualCameraConfig config =
-            foreign({{Control::Zoom, 9, 3, 1, 3}, {Control::Sharpness, 0, 6, 0, 3}});
+            controlled({{Control::Zoom, 9, 3, 1, 3}, {Control::Sharpness, 0, 6, 0, 3}});
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -162,7 +162,7 @@ private slots:
 
     void whatIsSetByHandSwitchesTheAutomaticOff()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -194,7 +194,7 @@ private slots:
 
     void ofManyValuesTheLastOneArrives()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -207,7 +207,7 @@ private slots:
 
     void aRefusedValueIsNotTakenForTheCameras()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -220,7 +220,7 @@ private slots:
 
     void aCameraThatDoesNotAnswerShowsItsPictureAllTheSame()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QSignalSpy frames(&rig.source->cameraSettings(), &CameraSettings::changed);
@@ -242,7 +242,7 @@ private slots:
 
     void theReturnedCameraIsAskedAgain()
     {
-        const VirtualCameraConfig config = foreign(USUAL);
+        const VirtualCameraConfig config = controlled(USUAL);
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));

@@ -41,7 +41,7 @@ StandardControls with(Control control, const ControlAnswers &given)
     return controls;
 }
 
-QString text(const Settings &settings)
+QString textOf(const Settings &settings)
 {
     QStringList words;
     for (const StandardControls::Setting &setting : settings)
@@ -49,9 +49,9 @@ QString text(const Settings &settings)
     return words.join(' ');
 }
 
-QString setting(Control control, std::int64_t value)
+QString settingOf(Control control, std::int64_t value)
 {
-    return text({{control, value}});
+    return textOf({{control, value}});
 }
 
 } // namespace
@@ -106,17 +106,18 @@ private slots:
     {
         StandardControls controls = with(Control::Brightness, answers(0, 3, 1, 0));
         for (std::int64_t value = 1; value <= 3; ++value)
-            QCOMPARE(text(*controls.write(BRIGHTNESS_UP_KEY, 1)),
-                     setting(Control::Brightness, value));
+            QCOMPARE(textOf(*controls.write(BRIGHTNESS_UP_KEY, 1)),
+                     settingOf(Control::Brightness, value));
         QCOMPARE(*controls.read(BRIGHTNESS), 11UL);
-        QCOMPARE(text(*controls.write(BRIGHTNESS_DOWN_KEY, 1)), setting(Control::Brightness, 2));
+        QCOMPARE(textOf(*controls.write(BRIGHTNESS_DOWN_KEY, 1)),
+                 settingOf(Control::Brightness, 2));
     }
 
     void theZoomStepsWhileItsKeyIsHeld()
     {
         StandardControls controls = with(Control::Zoom, answers(100, 500, 10, 100));
         QCOMPARE(*controls.read(OPTICAL_ZOOM_PERCENT), 0UL);
-        QCOMPARE(text(*controls.write(ZOOM_IN_KEY, 1)), setting(Control::Zoom, 110));
+        QCOMPARE(textOf(*controls.write(ZOOM_IN_KEY, 1)), settingOf(Control::Zoom, 110));
         QVERIFY(controls.zooming());
         for (int i = 1; i < StandardControls::ZOOM_STEPS; ++i)
             QCOMPARE(controls.zoom().size(), std::size_t{1});
@@ -124,12 +125,12 @@ private slots:
         QCOMPARE(*controls.read(OPTICAL_ZOOM_PERCENT), 100UL);
         QVERIFY(controls.write(ZOOM_IN_KEY, 0)->empty());
         QVERIFY(!controls.zooming());
-        QCOMPARE(text(*controls.write(ZOOM_OUT_KEY, 1)), setting(Control::Zoom, 490));
+        QCOMPARE(textOf(*controls.write(ZOOM_OUT_KEY, 1)), settingOf(Control::Zoom, 490));
         // The key that was let go of first ends nothing.
         QVERIFY(controls.write(ZOOM_IN_KEY, 0)->empty());
         QVERIFY(controls.zooming());
         QVERIFY(controls.write(ZOOM_OUT_KEY, 0)->empty());
-        QCOMPARE(text(*controls.write(OPTICAL_ZOOM_POSITION, 0)), setting(Control::Zoom, 100));
+        QCOMPARE(textOf(*controls.write(OPTICAL_ZOOM_POSITION, 0)), settingOf(Control::Zoom, 100));
         QVERIFY(controls.write(DIGITAL_ZOOM, 1000)->empty());
         QCOMPARE(*controls.read(DIGITAL_ZOOM), 1000UL);
         QCOMPARE(*controls.read(SECOND_ZOOM), 1000UL);
@@ -139,13 +140,13 @@ private slots:
     {
         StandardControls controls = with(Control::FocusAuto, switchAt(1));
         controls.learn(Control::Focus, answers(0, 250, 5, 60));
-        QCOMPARE(text(*controls.write(AUTOFOCUS_KEY, 1)),
-                 text({{Control::FocusAuto, 0}, {Control::FocusAuto, 1}}));
+        QCOMPARE(textOf(*controls.write(AUTOFOCUS_KEY, 1)),
+                 textOf({{Control::FocusAuto, 0}, {Control::FocusAuto, 1}}));
         QVERIFY(controls.write(AUTOFOCUS_KEY, 0)->empty());
-        QCOMPARE(text(controls.set(Control::Focus, 103)),
-                 text({{Control::FocusAuto, 0}, {Control::Focus, 105}}));
+        QCOMPARE(textOf(controls.set(Control::Focus, 103)),
+                 textOf({{Control::FocusAuto, 0}, {Control::Focus, 105}}));
         QVERIFY(!controls.automatic(Control::Focus));
-        QCOMPARE(text(*controls.write(AUTOFOCUS_KEY, 1)), setting(Control::FocusAuto, 1));
+        QCOMPARE(textOf(*controls.write(AUTOFOCUS_KEY, 1)), settingOf(Control::FocusAuto, 1));
         QVERIFY(controls.automatic(Control::Focus));
     }
 
@@ -161,17 +162,17 @@ private slots:
         };
         StandardControls usual = exposing(1 | 8, 8);
         QVERIFY(usual.automatic(Control::Exposure));
-        QCOMPARE(text(usual.setAutomatic(Control::Exposure, false)),
-                 text({{Control::ExposureAuto, 1}, {Control::Exposure, 250}}));
-        QCOMPARE(text(usual.set(Control::Exposure, 9999)), setting(Control::Exposure, 2047));
-        QCOMPARE(text(usual.setAutomatic(Control::Exposure, true)),
-                 setting(Control::ExposureAuto, 8));
+        QCOMPARE(textOf(usual.setAutomatic(Control::Exposure, false)),
+                 textOf({{Control::ExposureAuto, 1}, {Control::Exposure, 250}}));
+        QCOMPARE(textOf(usual.set(Control::Exposure, 9999)), settingOf(Control::Exposure, 2047));
+        QCOMPARE(textOf(usual.setAutomatic(Control::Exposure, true)),
+                 settingOf(Control::ExposureAuto, 8));
         StandardControls full = exposing(2 | 4, 4);
         QVERIFY(!full.automatic(Control::Exposure));
-        QCOMPARE(text(full.setAutomatic(Control::Exposure, true)),
-                 setting(Control::ExposureAuto, 2));
-        QCOMPARE(text(full.setAutomatic(Control::Exposure, false)),
-                 text({{Control::ExposureAuto, 4}, {Control::Exposure, 250}}));
+        QCOMPARE(textOf(full.setAutomatic(Control::Exposure, true)),
+                 settingOf(Control::ExposureAuto, 2));
+        QCOMPARE(textOf(full.setAutomatic(Control::Exposure, false)),
+                 textOf({{Control::ExposureAuto, 4}, {Control::Exposure, 250}}));
         QVERIFY(!exposing(1, 1).hasAutomatic(Control::Exposure));
     }
 

@@ -1,6 +1,7 @@
 #include "tools/virtualcamera/UnitControls.h"
 
 #include "tools/virtualcamera/UvcFunction.h"
+#include "tools/virtualcamera/UvcRequests.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -9,13 +10,11 @@
 namespace
 {
 
-constexpr std::uint8_t SET_CUR = 0x01, GET_CUR = 0x81, GET_MIN = 0x82, GET_MAX = 0x83,
-                       GET_RES = 0x84, GET_LEN = 0x85, GET_INFO = 0x86, GET_DEF = 0x87;
-constexpr std::int64_t GET_AND_SET = 3; ///< answer to GET_INFO
 /// Those of the four exposure modes that set the time by themselves.
 constexpr std::int64_t TIMED_BY_CAMERA = 2 | 8;
 
-int reply(const SetupPacket &setup, std::uint8_t *data, const std::vector<std::uint8_t> &answer)
+int replyBytes(const SetupPacket &setup, std::uint8_t *data,
+               const std::vector<std::uint8_t> &answer)
 {
     const std::size_t length = std::min<std::size_t>(setup.length, answer.size());
     std::copy_n(answer.begin(), length, data);
@@ -52,7 +51,9 @@ int UnitControls::control(StandardUnit unit, const SetupPacket &setup, std::uint
     if (found == m_controls.end())
         return -EPIPE;
     const StandardControlRow &row = StandardControlRow::of(found->control);
-    const auto answer = [&](std::int64_t value) { return reply(setup, data, row.encode(value)); };
+    const auto answer = [&](std::int64_t value) {
+        return replyBytes(setup, data, row.encode(value));
+    };
     const bool ranged = row.kind == StandardKind::Number || row.kind == StandardKind::Choice;
     switch (setup.request) {
     case SET_CUR:
@@ -68,9 +69,9 @@ int UnitControls::control(StandardUnit unit, const SetupPacket &setup, std::uint
     case GET_DEF:
         return answer(found->initial);
     case GET_INFO:
-        return reply(setup, data, {GET_AND_SET});
+        return replyBytes(setup, data, {GET_AND_SET});
     case GET_LEN:
-        return reply(setup, data, {row.bytes, 0});
+        return replyBytes(setup, data, {row.bytes, 0});
     default:
         return -EPIPE;
     }

@@ -1,5 +1,7 @@
 #include "tools/virtualcamera/UvcFunction.h"
 
+#include "tools/virtualcamera/UvcRequests.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -9,18 +11,6 @@ using namespace UsbDescriptors;
 
 namespace
 {
-
-enum Request : std::uint8_t {
-    SET_CUR = 0x01,
-    GET_CUR = 0x81,
-    GET_MIN = 0x82,
-    GET_MAX = 0x83,
-    GET_RES = 0x84,
-    GET_LEN = 0x85,
-    GET_INFO = 0x86,
-    GET_DEF = 0x87,
-};
-constexpr std::uint8_t GET_AND_SET = 3; // answer to GET_INFO
 
 constexpr int PROBE_CONTROL = 1;
 constexpr int COMMIT_CONTROL = 2;
@@ -94,6 +84,10 @@ void UvcFunction::powerOn(bool withExtensionUnit, int missingSize)
                withExtensionUnit && m_settings.extensionUnit,
                m_unitControls.map(StandardUnit::CameraTerminal),
                m_unitControls.map(StandardUnit::ProcessingUnit), missingSize, m_settings.formats});
+    for (const auto &[place, value] : m_settings.descriptorPatches) {
+        if (place < m_descriptors.size())
+            m_descriptors[place] = value;
+    }
     m_probe = m_commit = streamControl(agreed(1, 1, 0));
     m_committed.reset();
     m_extensionUnit.powerOn();

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// The eight bytes that open a control transfer.
@@ -40,6 +41,7 @@ public:
         std::uint16_t productId = UsbDescriptors::PRODUCT_ID;
         std::vector<UsbDescriptors::StreamFormat> formats{{}};
         bool extensionUnit = true;
+        std::vector<std::pair<std::size_t, std::uint8_t>> descriptorPatches;
     };
 
     UvcFunction(Settings settings, ExtensionUnit &extensionUnit, UnitControls &unitControls,

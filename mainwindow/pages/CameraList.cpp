@@ -29,6 +29,7 @@ CameraList::CameraList(CameraKeeper *keeper, QWidget *parent)
     , m_keeper(keeper)
 {
     FormControls::applyLook(this);
+    Pages::leaveWheelToPage(this);
     // A long name is cut off instead of widening the pop-up.
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(1);

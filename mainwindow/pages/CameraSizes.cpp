@@ -13,6 +13,7 @@ CameraSizes::CameraSizes(LiveSource *camera, QWidget *parent)
     , m_camera(camera)
 {
     FormControls::applyLook(this);
+    Pages::leaveWheelToPage(this);
     connect(&camera->cameraSettings(), &CameraSettings::cameraChanged, this, &CameraSizes::refresh);
     connect(camera, &LiveSource::previewSizeDropped, this, &CameraSizes::refresh);
     connect(this, QOverload<int>::of(&QComboBox::activated), this, &CameraSizes::take);

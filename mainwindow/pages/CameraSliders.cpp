@@ -89,6 +89,7 @@ void CameraSliders::addRow(StandardControl control, const QString &name)
     auto *slider = new Slider(Qt::Horizontal, widget);
     slider->setFixedHeight(SLIDER_HEIGHT);
     slider->setAccessibleName(name);
+    Pages::leaveWheelToPage(slider);
     QCheckBox *automatic =
         Pages::makeCheckBox(QT_TRANSLATE_NOOP("MoreToolWindow", "Automatic"), false, widget);
     automatic->setAccessibleName(QStringLiteral("%1: %2").arg(name, automatic->text()));
@@ -121,6 +122,7 @@ void CameraSliders::addFrequency()
     m_frequency = new QComboBox(m_frequencyRow);
     FormControls::applyLook(m_frequency);
     m_frequency->setAccessibleName(name->text());
+    Pages::leaveWheelToPage(m_frequency);
     grid->addWidget(name, 0, 0);
     grid->addWidget(m_frequency, 1, 0);
     layout()->addWidget(m_frequencyRow);

@@ -4,9 +4,29 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QVBoxLayout>
 #include <QtGlobal>
+
+namespace
+{
+
+class WheelFilter : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        // Not accepted, it goes on to what the field lies in.
+        if (event->type() == QEvent::Wheel)
+            event->ignore();
+        return event->type() == QEvent::Wheel;
+    }
+};
+
+} // namespace
 
 const std::vector<Pages::Page> &Pages::all()
 {
@@ -45,6 +65,11 @@ QCheckBox *Pages::makeCheckBox(const char *source, bool checked, QWidget *parent
     FormControls::applyLook(box);
     box->setChecked(checked);
     return box;
+}
+
+void Pages::leaveWheelToPage(QWidget *field)
+{
+    field->installEventFilter(new WheelFilter(field));
 }
 
 QWidget *Pages::makeTable(const std::vector<Line> &lines, QWidget *parent)

@@ -55,6 +55,8 @@ struct Line {
 
 /// A page of these, one below the other; none of them is null.
 [[nodiscard]] QWidget *makeColumn(std::initializer_list<QWidget *> rows, QWidget *parent);
+/// Has the wheel scroll the page over that field, too, instead of changing its value unnoticed.
+void leaveWheelToPage(QWidget *field);
 /// A check box in the look of the pages.
 [[nodiscard]] QCheckBox *makeCheckBox(const char *source, bool checked, QWidget *parent);
 

@@ -13,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QWheelEvent>
 
 using namespace WindowProbe;
 using Control = StandardControl;
@@ -104,6 +105,21 @@ private slots:
         QVERIFY(comesTo(Control::PowerLine, 2));
         for (const UnitWrite &write : m_camera->unitControls().takeWrites())
             QVERIFY(write.taken);
+    }
+
+    void theWheelScrollsThePageAlone()
+    {
+        for (QWidget *field : {static_cast<QWidget *>(slider("Exposure")),
+                               static_cast<QWidget *>(box("Size of the picture")),
+                               static_cast<QWidget *>(box("Against flickering light"))}) {
+            QWheelEvent notch(QPointF(5, 5), field->mapToGlobal(QPoint(5, 5)), QPoint(),
+                              QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                              false);
+            QCoreApplication::sendEvent(field, &notch);
+        }
+        QCOMPARE(slider("Exposure")->value(), 158);
+        QCOMPARE(box("Size of the picture")->currentIndex(), 0);
+        QCOMPARE(m_camera->unitControls().value(Control::PowerLine), std::int64_t{2});
     }
 
     void theyAreSetAgainWhenTheCameraReturns()

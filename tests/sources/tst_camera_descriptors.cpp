@@ -81,7 +81,7 @@ private slots:
         std::mt19937 random(20);
         const auto [control, stream] = goodOnes();
         const auto mutated = [&random](Bytes bytes) {
-            for (unsigned i = random() % 6; i-- > 0;) {
+            for (auto i = random() % 6; i-- > 0 && !bytes.empty();) {
                 const std::size_t place = random() % bytes.size();
                 switch (random() % 4) {
                 case 0:
@@ -148,7 +148,7 @@ private slots:
         int opened = 0;
         for (int round = 0; round < (given ? rounds : USUAL_ROUNDS); ++round) {
             VirtualCameraConfig config;
-            for (unsigned i = 1 + random() % 4; i-- > 0;)
+            for (auto i = 1 + random() % 4; i-- > 0;)
                 config.descriptorPatches.emplace_back(CONTROL_BEGIN +
                                                           random() % (size - CONTROL_BEGIN),
                                                       static_cast<std::uint8_t>(random()));

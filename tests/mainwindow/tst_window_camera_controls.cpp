@@ -180,6 +180,7 @@ private slots:
     void aSizeOfThePageTakesThePlaceOfTheSettings()
     {
         openCameraPage();
+        QTRY_COMPARE_WITH_TIMEOUT(box("Size of the picture")->count(), 4, TIMEOUT_MS);
         QStringList sizes;
         for (int i = 0; i < box("Size of the picture")->count(); ++i)
             sizes << box("Size of the picture")->itemText(i);

@@ -48,6 +48,17 @@ void enter(ImageCanvas &canvas)
     QCoreApplication::sendEvent(&canvas, &event);
 }
 
+/// White paper of 400x300 at its own size, and a pen 12 wide.
+void takePen(ImageCanvas &canvas)
+{
+    canvas.resize(400, 300);
+    QImage picture(400, 300, QImage::Format_RGB888);
+    picture.fill(Qt::white);
+    canvas.imageCaptured(picture);
+    canvas.setMouseMode(CanvasModes::Freehand);
+    canvas.penWidth = 12;
+}
+
 } // namespace
 
 class ToolCursorTest : public QObject
@@ -146,12 +157,7 @@ void ToolCursorTest::handsOpenAndClose()
 void ToolCursorTest::theCanvasShowsItsToolWithTheZoom()
 {
     ImageCanvas canvas;
-    canvas.resize(400, 300);
-    QImage picture(400, 300, QImage::Format_RGB888);
-    picture.fill(Qt::white);
-    canvas.imageCaptured(picture);
-    canvas.setMouseMode(CanvasModes::Freehand);
-    canvas.penWidth = 12;
+    takePen(canvas);
     enter(canvas);
     const int whole = visibleSize(canvas.cursor()).width();
     QVERIFY(std::abs(whole - 13) <= 1);
@@ -175,12 +181,7 @@ void ToolCursorTest::theCanvasShowsItsToolWithTheZoom()
 void ToolCursorTest::aPinchChangesThePointerOnce()
 {
     ImageCanvas canvas;
-    canvas.resize(400, 300);
-    QImage picture(400, 300, QImage::Format_RGB888);
-    picture.fill(Qt::white);
-    canvas.imageCaptured(picture);
-    canvas.setMouseMode(CanvasModes::Freehand);
-    canvas.penWidth = 12;
+    takePen(canvas);
     CanvasPointers::Hand hand(canvas);
     hand.press(0, {150, 150}, 0);
     hand.press(1, {200, 150}, 10);

@@ -12,8 +12,6 @@ Q_DECLARE_METATYPE(Command)
 namespace
 {
 
-constexpr int BOARD = 3;
-
 /// The first pixel that is neither as before nor as after.
 QString strayPixel(const QImage &picture, const QImage &before, const QImage &after)
 {
@@ -45,7 +43,7 @@ private slots:
         m_window = std::make_unique<MainWindow>();
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-        enter(*m_window, BOARD);
+        enter(*m_window, Modes::DrawingBoard);
     }
     void cleanupTestCase() { m_window.reset(); }
 

@@ -18,8 +18,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int BOARD = 3;
-
 OSDProcessor *indicationsOf(const MainWindow &window)
 {
     return window.osdProcessors().value(window.currentCanvas());
@@ -125,29 +123,29 @@ const std::vector<Case> &cases()
              button.click();
          },
          [](MainWindow &w) { indicationsOf(w)->osdMacro(true); }},
-        {"mask", BOARD, [](MainWindow &w) { choose(w, Command::Mask, 1); },
+        {"mask", Modes::DrawingBoard, [](MainWindow &w) { choose(w, Command::Mask, 1); },
          [](MainWindow &w) {
              w.currentCanvas()->maskMode = CanvasModes::MaskRectangle;
              indicationsOf(w)->osdMask();
          }},
-        {"effect", BOARD, [](MainWindow &w) { choose(w, Command::Effect, 1); },
+        {"effect", Modes::DrawingBoard, [](MainWindow &w) { choose(w, Command::Effect, 1); },
          [](MainWindow &w) {
              w.currentCanvas()->effectMode = CanvasModes::EffectBW;
              indicationsOf(w)->osdEffect();
          }},
         {"record", 0, [](MainWindow &w) { click(w, Command::Record); },
          [](MainWindow &w) { indicationsOf(w)->osdRecord(); }},
-        {"zoom in", BOARD, [](MainWindow &w) { w.zoomInStart(); },
+        {"zoom in", Modes::DrawingBoard, [](MainWindow &w) { w.zoomInStart(); },
          [](MainWindow &w) {
              w.currentCanvas()->zoomIn();
              indicationsOf(w)->osdZoomIn();
          }},
-        {"zoom out", BOARD, [](MainWindow &w) { w.zoomOutStart(); },
+        {"zoom out", Modes::DrawingBoard, [](MainWindow &w) { w.zoomOutStart(); },
          [](MainWindow &w) {
              w.currentCanvas()->zoomOut();
              indicationsOf(w)->osdZoomOut();
          }},
-        {"zoom reset", BOARD, [](MainWindow &w) { click(w, Command::ZoomReset); },
+        {"zoom reset", Modes::DrawingBoard, [](MainWindow &w) { click(w, Command::ZoomReset); },
          [](MainWindow &w) {
              w.currentCanvas()->zoomReset();
              indicationsOf(w)->osdZoomIn();

@@ -14,8 +14,6 @@ using namespace WindowProbe;
 namespace
 {
 
-constexpr int BOARD = 3;
-
 QRect placeIn(const QWidget &window, const QWidget &widget)
 {
     return {widget.mapTo(&window, QPoint(0, 0)), widget.size()};
@@ -136,7 +134,7 @@ private:
 
     void open(Command command)
     {
-        enter(*m_window, command == Command::FillBackground ? BOARD : 0);
+        enter(*m_window, command == Command::FillBackground ? Modes::DrawingBoard : Modes::Live);
         if (Commands::row(command).holdSlot)
             emit m_window->button(command)->hold();
         else

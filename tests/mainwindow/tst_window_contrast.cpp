@@ -241,6 +241,9 @@ void WindowContrastTest::everyPageOfMoreCanBeRead()
         QVERIFY(QTest::qWaitForWindowExposed(more));
         QCOMPARE(unreadable(*more), QStringList());
         for (QCheckBox *box : more->findChildren<QCheckBox *>()) {
+            // Those of a camera's controls are hidden without one.
+            if (!box->isVisible())
+                continue;
             box->setChecked(false);
             QVERIFY2(indicatorContrast(*box) >= LEAST_OF_SIGNS, qPrintable(box->text()));
             box->setChecked(true);

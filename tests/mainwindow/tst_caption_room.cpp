@@ -185,6 +185,21 @@ void measurePopup(const MainWindow &window, const QString &place)
         tell(place, "no pop-up", 0, 0);
 }
 
+/// What is hidden without a camera that has it gets its place, too.
+void showEveryControl(QWidget *popup)
+{
+    QList<QWidget *> controls;
+    for (QCheckBox *box : popup->findChildren<QCheckBox *>())
+        controls << box;
+    for (QComboBox *box : popup->findChildren<QComboBox *>())
+        controls << box;
+    for (QWidget *each : controls) {
+        for (; each != popup; each = each->parentWidget())
+            each->show();
+    }
+    QCoreApplication::sendPostedEvents();
+}
+
 /// Every page of the pop-up "More", that of the camera in each of its states.
 void measurePages(MainWindow *window, const QString &place)
 {
@@ -192,7 +207,7 @@ void measurePages(MainWindow *window, const QString &place)
     auto *more = static_cast<MoreToolWindow *>(window->currentToolWindow());
     for (const Pages::Page &page : Pages::all()) {
         more->showPage(page.id);
-        QCoreApplication::sendPostedEvents();
+        showEveryControl(more);
         measurePopup(*window, place);
     }
     more->showPage(Pages::Id::Camera);

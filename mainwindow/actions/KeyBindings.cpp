@@ -163,7 +163,8 @@ bool KeyBindings::isRepeat(const QKeyEvent *event) const
 {
     // An X server sends a release and a press at the same time for each repeat. The toolkit takes
     // them for two keystrokes when it has read only the first of them, as a busy machine makes it.
-    const bool wasDown = m_releaseTime > m_pressTime && event->key() == m_releasedKey;
+    const bool sameKey = m_releasedScanCode != 0 && event->nativeScanCode() == m_releasedScanCode;
+    const bool wasDown = sameKey && m_releaseTime > m_pressTime;
     return event->isAutoRepeat() || (wasDown && event->timestamp() == m_releaseTime);
 }
 
@@ -197,7 +198,7 @@ void KeyBindings::forgetHeldKey()
 
 bool KeyBindings::release(const QKeyEvent *event)
 {
-    m_releasedKey = event->key();
+    m_releasedScanCode = event->nativeScanCode();
     m_releaseTime = event->timestamp();
     if (event->isAutoRepeat() || !m_heldKey)
         return false;

@@ -78,7 +78,8 @@ private:
     // Of the last press and of the last release, by the window system's clock
     ulong m_pressTime = 0;
     ulong m_releaseTime = 0;
-    int m_releasedKey = 0;
+    /// Zero where the platform does not report it.
+    quint32 m_releasedScanCode = 0;
     /// Fires as soon as the step to another photograph is shown and every key that was pressed
     /// meanwhile has been handled.
     QTimer m_step;

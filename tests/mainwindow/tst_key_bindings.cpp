@@ -40,8 +40,10 @@ struct Scene {
     void send(QEvent::Type type, int key, bool repeated = false)
     {
         constexpr int MODIFIERS = int(Qt::KeyboardModifierMask);
-        QKeyEvent event(type, key & ~MODIFIERS, Qt::KeyboardModifiers(key & MODIFIERS), {},
-                        repeated);
+        // A window system that tells the time tells which key of the keyboard it was, too.
+        const auto scanCode = static_cast<quint32>(timestamp != 0 ? key & 0xff : 0);
+        QKeyEvent event(type, key & ~MODIFIERS, Qt::KeyboardModifiers(key & MODIFIERS), scanCode, 0,
+                        0, {}, repeated);
         event.setTimestamp(timestamp);
         QWidget *focus = window.focusWidget();
         QCoreApplication::sendEvent(focus ? focus : &window, &event);

@@ -255,7 +255,11 @@ private slots:
         }
         stop = true;
         frames.join();
-        // All sizes have been shown: what can be undone now comes back as it was.
+        // All sizes have been shown: what can be undone now comes back as it was. The last step is
+        // one that nothing has taken back.
+        canvas.show(plain(Qt::white));
+        canvas.drag(CanvasModes::Line, {5, 5}, {40, 30});
+        (void)canvas.model.release();
         canvas.show(plain(Qt::white));
         const QImage before = canvas.picture();
         int steps = 0;

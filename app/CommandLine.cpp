@@ -49,19 +49,20 @@ const PlatformOption *findPlatformOption(const std::string &name)
 
 CommandLine refuse(const std::string &sentence)
 {
-    return {CommandLine::Action::Refuse, "document-camera: " + sentence + ", see --help\n"};
+    return {CommandLine::Action::Refuse, "document-camera: " + sentence + ", see --help\n", {}};
 }
 
 } // namespace
 
 CommandLine CommandLine::parse(const std::vector<std::string> &arguments)
 {
+    CommandLine run;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string &argument = arguments[i];
         if (argument == "--version")
-            return {Action::Print, "Document Camera " DOCUMENT_CAMERA_VERSION "\n"};
+            return {Action::Print, "Document Camera " DOCUMENT_CAMERA_VERSION "\n", {}};
         if (argument == "--help")
-            return {Action::Print, help()};
+            return {Action::Print, help(), {}};
         if (argument.empty() || argument[0] != '-')
             return refuse("unexpected argument '" + argument + "'");
         const std::size_t begin = argument.rfind("--", 0) == 0 ? 2 : 1;
@@ -71,8 +72,10 @@ CommandLine CommandLine::parse(const std::vector<std::string> &arguments)
             return refuse("unknown option '" + argument + "'");
         if (option->hasValue && equals == std::string::npos && ++i == arguments.size())
             return refuse("option '" + argument + "' lacks its value");
+        if (option->name == std::string("display"))
+            run.display = arguments[i];
     }
-    return {};
+    return run;
 }
 
 std::string CommandLine::help()

@@ -11,6 +11,8 @@ struct CommandLine {
     /// What to print, with its line end: on the standard output, or on the standard error for a
     /// command line that is refused.
     std::string text;
+    /// The X11 display that an option of the platform names, empty without one.
+    std::string display;
 
     /// The arguments without the program's own name. Options of the platform pass, as the
     /// application object takes them.

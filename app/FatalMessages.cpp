@@ -16,15 +16,19 @@ namespace
 
 QtMessageHandler keptHandler = nullptr;
 std::vector<std::pair<QtMsgType, QString>> kept;
+QString chosenDisplay;
 
 QString triedDisplays()
 {
     QStringList tried;
     for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY"}) {
         const QString name = QLatin1String(variable);
-        tried += qEnvironmentVariableIsEmpty(variable)
-                     ? name + QLatin1String(" is not set")
-                     : name + QLatin1Char('=') + qEnvironmentVariable(variable);
+        if (name == QLatin1String("DISPLAY") && !chosenDisplay.isEmpty())
+            tried += QLatin1String("-display ") + chosenDisplay;
+        else if (qEnvironmentVariableIsEmpty(variable))
+            tried += name + QLatin1String(" is not set");
+        else
+            tried += name + QLatin1Char('=') + qEnvironmentVariable(variable);
     }
     return tried.join(QLatin1String(", "));
 }
@@ -44,8 +48,9 @@ void keep(QtMsgType type, const QMessageLogContext &, const QString &message)
 
 } // namespace
 
-FatalMessages::FatalMessages()
+FatalMessages::FatalMessages(const std::string &display)
 {
+    chosenDisplay = QString::fromLocal8Bit(display.c_str());
     keptHandler = qInstallMessageHandler(keep);
 }
 

@@ -25,6 +25,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <string>
 
 using TerminalLines::Line;
 
@@ -42,9 +43,9 @@ constexpr int REFUSED = 2;
 /// The exit code when the display server ends.
 constexpr int DISPLAY_LOST = 1;
 
-std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
+std::unique_ptr<QApplication> makeApplication(int &argc, char **argv, const std::string &display)
 {
-    const FatalMessages fatalMessages;
+    const FatalMessages fatalMessages(display);
     return std::make_unique<QApplication>(argc, argv);
 }
 
@@ -94,13 +95,13 @@ int showWindow(bool settingsAreReadable)
     return QApplication::exec();
 }
 
-int runProgram(int argc, char **argv)
+int runProgram(int argc, char **argv, const std::string &display)
 {
     initialiseSkin();
     initialiseTranslations();
     dropUnusableSettings();
     preparePlatform();
-    const std::unique_ptr<QApplication> application = makeApplication(argc, argv);
+    const std::unique_ptr<QApplication> application = makeApplication(argc, argv, display);
     const ExitSignals exitSignals;
     fitScaleToScreen();
     // All languages of the program are written from left to right, and its layout cannot be
@@ -139,5 +140,5 @@ int main(int argc, char **argv)
         std::fputs(commandLine.text.c_str(), refused ? stderr : stdout);
         return refused ? REFUSED : 0;
     }
-    DetachedThreads::exitProcess(runProgram(argc, argv), END_TIMEOUT);
+    DetachedThreads::exitProcess(runProgram(argc, argv, commandLine.display), END_TIMEOUT);
 }

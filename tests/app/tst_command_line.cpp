@@ -15,6 +15,7 @@ private slots:
     void decides();
     void aRefusalIsOneLineThatNamesTheArgument();
     void namesItsVersion();
+    void namesTheDisplayThatWasChosen();
     void helpNamesWhatItTakes();
 };
 
@@ -66,6 +67,15 @@ void CommandLineTest::aRefusalIsOneLineThatNamesTheArgument()
 void CommandLineTest::namesItsVersion()
 {
     QCOMPARE(CommandLine::parse({"--version"}).text, std::string("Document Camera 1.00\n"));
+}
+
+void CommandLineTest::namesTheDisplayThatWasChosen()
+{
+    QCOMPARE(CommandLine::parse({"-style", "fusion"}).display, std::string());
+    QCOMPARE(CommandLine::parse({"--display", ":7", "-style", "fusion"}).display,
+             std::string(":7"));
+    // The platform takes the last one.
+    QCOMPARE(CommandLine::parse({"-display", ":7", "-display", ":8"}).display, std::string(":8"));
 }
 
 void CommandLineTest::helpNamesWhatItTakes()

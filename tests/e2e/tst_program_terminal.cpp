@@ -116,22 +116,30 @@ private slots:
     void withoutADisplayItSaysSoAndLeaves_data()
     {
         QTest::addColumn<QString>("missing");
-        QTest::newRow("no server") << QString();
-        QTest::newRow("no runtime folder") << "XDG_RUNTIME_DIR";
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("tried");
+        const QString variables = "DISPLAY=:4711, WAYLAND_DISPLAY is not set";
+        const QString option = "-display :4712, WAYLAND_DISPLAY is not set";
+        QTest::newRow("no server") << QString() << QStringList() << variables;
+        QTest::newRow("no runtime folder") << "XDG_RUNTIME_DIR" << QStringList() << variables;
+        QTest::newRow("option") << QString() << QStringList{"-display", ":4712"} << option;
+        QTest::newRow("option with two dashes and without the variable")
+            << "DISPLAY" << QStringList{"--display", ":4712"} << option;
     }
 
     void withoutADisplayItSaysSoAndLeaves()
     {
         QFETCH(QString, missing);
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, tried);
         ProgramUnderTest program;
         QProcessEnvironment environment = with("DISPLAY", ":4711");
         environment.remove("QT_QPA_PLATFORM");
         environment.remove(missing);
-        QVERIFY(program.start(environment));
+        QVERIFY(program.start(environment, arguments));
         QVERIFY(program.waitForEnd());
         QCOMPARE(program.exitCode(), 1);
-        QCOMPARE(program.output(),
-                 lineOf(Line::NoDisplay, {"DISPLAY=:4711, WAYLAND_DISPLAY is not set"}));
+        QCOMPARE(program.output(), lineOf(Line::NoDisplay, {tried}));
     }
 
     void aRunWithoutFaultsIsSilent()

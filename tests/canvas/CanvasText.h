@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/ImageCanvas.h"
+#include "tests/canvas/ShownPicture.h"
 
 #include <QtTest>
 
@@ -13,20 +14,20 @@
 namespace CanvasText
 {
 
-inline constexpr QSize FRAME(400, 300);
+inline constexpr QSize PAGE(400, 300);
 
-inline QImage paper(QSize size = FRAME)
+inline QImage page(QSize size = PAGE)
 {
     QImage picture(size, QImage::Format_RGB888);
     picture.fill(Qt::white);
     return picture;
 }
 
-inline std::unique_ptr<ImageCanvas> canvasOf(QSize widget = FRAME, QSize picture = FRAME)
+inline std::unique_ptr<ImageCanvas> textCanvas(QSize widget = PAGE, QSize picture = PAGE)
 {
     auto canvas = std::make_unique<ImageCanvas>();
     canvas->resize(widget);
-    canvas->imageCaptured(paper(picture));
+    canvas->imageCaptured(page(picture));
     canvas->setMouseMode(CanvasModes::Text);
     canvas->show();
     return canvas;
@@ -40,12 +41,6 @@ inline QTextEdit &editorOf(ImageCanvas &canvas)
 inline void type(ImageCanvas &canvas, const QString &text)
 {
     QTest::keyClicks(&editorOf(canvas), text);
-}
-
-inline QImage shown(ImageCanvas &canvas)
-{
-    canvas.autoRefresh();
-    return canvas.currentImage();
 }
 
 /// The smallest rectangle that holds every pixel that is not white.

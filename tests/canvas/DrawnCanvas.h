@@ -2,6 +2,7 @@
 
 #include "canvas/ImageCanvas.h"
 #include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/ShownPicture.h"
 
 #include <QImage>
 #include <QPainter>
@@ -34,13 +35,6 @@ inline std::unique_ptr<ImageCanvas> canvasOf(QSize widget = FRAME, QSize picture
     canvas->penColor = Qt::red;
     canvas->fillColor = QColor(0, 128, 255);
     return canvas;
-}
-
-/// The picture with everything that was drawn since the last frame.
-inline QImage shown(ImageCanvas &canvas)
-{
-    canvas.autoRefresh();
-    return canvas.currentImage();
 }
 
 inline int redPixels(const QImage &picture)

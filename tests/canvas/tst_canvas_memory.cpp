@@ -16,7 +16,7 @@ using ReferencePipeline::noise;
 using ReferencePipeline::same;
 
 /// Far above any bookkeeping and far below a frame.
-constexpr std::size_t LARGE = 100000;
+constexpr std::size_t LARGE_BLOCK = 100000;
 
 std::atomic<bool> memoryIsShort{false};
 /// How many bytes the large blocks take that are held now. Frames get theirs from operator new[].
@@ -24,17 +24,17 @@ std::atomic<std::size_t> largeBytes{0};
 
 void *allocate(std::size_t bytes)
 {
-    if (bytes >= LARGE && memoryIsShort)
+    if (bytes >= LARGE_BLOCK && memoryIsShort)
         return nullptr;
     void *block = std::malloc(bytes);
-    if (block && malloc_usable_size(block) >= LARGE)
+    if (block && malloc_usable_size(block) >= LARGE_BLOCK)
         largeBytes += malloc_usable_size(block);
     return block;
 }
 
 void release(void *block)
 {
-    if (block && malloc_usable_size(block) >= LARGE)
+    if (block && malloc_usable_size(block) >= LARGE_BLOCK)
         largeBytes -= malloc_usable_size(block);
     std::free(block);
 }

@@ -12,13 +12,13 @@
 namespace
 {
 
-constexpr QSize FRAME(320, 240);
+constexpr QSize COLOURED(320, 240);
 const char READ_CLIPBOARD[] = "--read-clipboard";
 
 /// Every pixel of a colour of its own.
 QImage colourful()
 {
-    QImage picture(FRAME, QImage::Format_RGB888);
+    QImage picture(COLOURED, QImage::Format_RGB888);
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x)
             picture.setPixelColor(x, y, QColor(x % 256, y, x / 256 * 128));
@@ -67,7 +67,7 @@ private slots:
     void init()
     {
         m_canvas = std::make_unique<ImageCanvas>();
-        m_canvas->resize(FRAME);
+        m_canvas->resize(COLOURED);
         m_canvas->imageCaptured(colourful());
         m_canvas->setMouseMode(CanvasModes::Clip);
         QGuiApplication::clipboard()->clear();
@@ -172,7 +172,7 @@ private slots:
 private:
     static QImage whitePaper()
     {
-        QImage picture(FRAME, QImage::Format_RGB888);
+        QImage picture(COLOURED, QImage::Format_RGB888);
         picture.fill(Qt::white);
         return picture;
     }

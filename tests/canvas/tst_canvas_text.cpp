@@ -16,8 +16,8 @@ namespace
 ImageCanvas *addCanvas(QWidget &window)
 {
     auto *canvas = new ImageCanvas(&window);
-    canvas->resize(FRAME);
-    canvas->imageCaptured(paper());
+    canvas->resize(PAGE);
+    canvas->imageCaptured(page());
     canvas->setMouseMode(CanvasModes::Text);
     return canvas;
 }
@@ -47,7 +47,7 @@ class CanvasTextTest : public QObject
 private slots:
     void aClickOpensAnEmptyEditorWithTheFocus()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         QVERIFY(QTest::qWaitForWindowActive(canvas.get()));
         QVERIFY(editorOf(*canvas).isHidden());
         CanvasMouse::press(*canvas, {50, 60});
@@ -75,7 +75,7 @@ private slots:
     {
         QFETCH(QPoint, click);
         QFETCH(QSize, size);
-        const auto canvas = canvasOf({1280, 720});
+        const auto canvas = textCanvas({1280, 720});
         CanvasMouse::click(*canvas, click);
         QVERIFY(!editorOf(*canvas).isHidden());
         QCOMPARE(editorOf(*canvas).size(), size);
@@ -97,7 +97,7 @@ private slots:
     void aReleaseBesideTheCanvasOpensNoEditor()
     {
         QFETCH(QPoint, release);
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::drag(*canvas, {{50, 60}, release});
         QVERIFY(editorOf(*canvas).isHidden());
         QCOMPARE(canvas->focusWidget(), nullptr);
@@ -111,7 +111,7 @@ private slots:
 
     void anOpenEditorStaysInACanvasThatShrinks()
     {
-        const auto canvas = canvasOf({1280, 720});
+        const auto canvas = textCanvas({1280, 720});
         CanvasMouse::click(*canvas, {1100, 600});
         const QSize before = editorOf(*canvas).size();
         canvas->resize(800, 500);
@@ -156,7 +156,7 @@ private slots:
 
     void aSecondClickCommitsAndOpensNoOtherEditor()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {50, 60});
         type(*canvas, "Hello");
         QCOMPARE(inkOf(shown(*canvas)), QRect());
@@ -175,7 +175,7 @@ private slots:
     void changingTheToolCommitsFirst()
     {
         for (int mode = CanvasModes::Hand; mode < CanvasModes::Text; ++mode) {
-            const auto canvas = canvasOf();
+            const auto canvas = textCanvas();
             CanvasMouse::click(*canvas, {50, 60});
             type(*canvas, "Hello");
             canvas->setMouseMode(static_cast<CanvasModes::MouseMode>(mode));
@@ -187,7 +187,7 @@ private slots:
 
     void choosingTheTextToolAgainKeepsTheEditorOpen()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {50, 60});
         canvas->setMouseMode(CanvasModes::Text);
         QVERIFY(!editorOf(*canvas).isHidden());
@@ -195,7 +195,7 @@ private slots:
 
     void theColourChangesTheSelectionOrWhatIsTypedNext()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {10, 10});
         type(*canvas, "abc");
         canvas->setTextColor(Qt::red);
@@ -215,7 +215,7 @@ private slots:
 
     void faceAndSizeChangeWhatIsTypedNext()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {10, 10});
         type(*canvas, "ab");
         canvas->setFontFace("Liberation Serif");
@@ -233,7 +233,7 @@ private slots:
 
     void formatsChosenBeforeTheClickHold()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         canvas->setTextColor(Qt::red);
         canvas->setFontSize(40);
         CanvasMouse::click(*canvas, {10, 10});
@@ -244,7 +244,7 @@ private slots:
 
     void sizesBelowOneAreIgnoredAndHugeOnesBounded()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {10, 10});
         for (const int size : {0, -1, INT_MIN}) {
             canvas->setFontSize(size);
@@ -273,7 +273,7 @@ private slots:
 
     void pressesOnTheEditorDoNotReachTheCanvas()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         QVERIFY(QTest::qWaitForWindowExposed(canvas.get()));
         CanvasMouse::click(*canvas, {50, 60});
         PressCounter counter;
@@ -303,7 +303,7 @@ private slots:
 
     void theEditorReappearsWithItsCanvas()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {50, 60});
         type(*canvas, "Hello");
         canvas->hide();
@@ -328,7 +328,7 @@ private slots:
     void whatHappensWhileTheEditorIsOpenLeavesItOpen()
     {
         QFETCH(int, event);
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {50, 60});
         type(*canvas, "Hello");
         disturb(*canvas, event);
@@ -339,13 +339,13 @@ private slots:
         QVERIFY(editorOf(*canvas).isHidden());
         if (event != 4)
             QVERIFY(inkOf(shown(*canvas)).isValid());
-        canvas->imageCaptured(paper());
-        QCOMPARE(canvas->currentImage().size(), FRAME);
+        canvas->imageCaptured(page());
+        QCOMPARE(canvas->currentImage().size(), PAGE);
     }
 
     void endingWithoutAnEditorDoesNothing()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         canvas->endTextEditing();
         canvas->setTextFormat();
         QCOMPARE(inkOf(shown(*canvas)), QRect());
@@ -368,14 +368,14 @@ private:
         unsigned char pixel = 0;
         switch (event) {
         case 0:
-            canvas.imageCaptured(paper({640, 480}));
+            canvas.imageCaptured(page({640, 480}));
             break;
         case 1:
             canvas.rotate();
             break;
         case 2:
             canvas.frozen = true;
-            canvas.imageCaptured(paper());
+            canvas.imageCaptured(page());
             break;
         case 3:
             canvas.clearPainting();
@@ -387,7 +387,7 @@ private:
             QTemporaryDir folder;
             canvas.snapshotFolder = folder.path();
             canvas.snapshot();
-            canvas.imageCaptured(paper());
+            canvas.imageCaptured(page());
             break;
         }
         default:

@@ -26,7 +26,7 @@ void compose(QTextEdit &editor, const QString &preedit, const QString &commit)
 /// The size of the word where it has all the space that it needs.
 QSize inkOfHello(QSize widget, QSize picture)
 {
-    const auto canvas = canvasOf(widget, picture);
+    const auto canvas = textCanvas(widget, picture);
     CanvasMouse::click(*canvas, {50, 50});
     type(*canvas, "Hello");
     canvas->endTextEditing();
@@ -45,19 +45,19 @@ private slots:
     {
         QTest::addColumn<QSize>("widget");
         QTest::addColumn<int>("view");
-        QTest::newRow("same-size") << FRAME << 0;
+        QTest::newRow("same-size") << PAGE << 0;
         QTest::newRow("smaller-canvas") << QSize(200, 150) << 0;
         QTest::newRow("larger-canvas") << QSize(800, 600) << 0;
         QTest::newRow("wider-canvas") << QSize(800, 300) << 0;
-        QTest::newRow("zoomed-panned") << FRAME << 1;
-        QTest::newRow("turned") << FRAME << 2;
+        QTest::newRow("zoomed-panned") << PAGE << 1;
+        QTest::newRow("turned") << PAGE << 2;
     }
 
     void textStandsWhereItWasTyped()
     {
         QFETCH(QSize, widget);
         QFETCH(int, view);
-        const auto canvas = canvasOf(widget);
+        const auto canvas = textCanvas(widget);
         if (view == 1) {
             canvas->zoomIn();
             canvas->zoomIn();
@@ -88,7 +88,7 @@ private slots:
 
     void committedTextTurnsWithThePicture()
     {
-        const auto canvas = canvasOf({300, 300}, {300, 300});
+        const auto canvas = textCanvas({300, 300}, {300, 300});
         CanvasMouse::click(*canvas, {50, 60});
         type(*canvas, "Hello");
         canvas->endTextEditing();
@@ -115,7 +115,7 @@ private slots:
     {
         QFETCH(int, turns);
         QFETCH(QRect, place);
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {250, 200});
         type(*canvas, "Hello");
         for (int i = 0; i < std::abs(turns); ++i)
@@ -131,7 +131,7 @@ private slots:
     void anOpenTextStaysOnTheTurnedPicture()
     {
         // Turned about the end of the last line, a text would begin at the very edge.
-        const auto canvas = canvasOf({300, 300}, {300, 300});
+        const auto canvas = textCanvas({300, 300}, {300, 300});
         CanvasMouse::click(*canvas, {150, 2});
         type(*canvas, "Hello");
         canvas->rotate();
@@ -141,18 +141,18 @@ private slots:
 
     void anOpenTextStaysOnASmallerPicture()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {390, 290});
         editorOf(*canvas).resize(300, 300);
         type(*canvas, "Hello");
-        canvas->imageCaptured(paper({200, 150}));
+        canvas->imageCaptured(page({200, 150}));
         canvas->endTextEditing();
-        QCOMPARE(inkOf(shown(*canvas)).size(), inkOfHello(FRAME, {200, 150}));
+        QCOMPARE(inkOf(shown(*canvas)).size(), inkOfHello(PAGE, {200, 150}));
     }
 
     void inputMethodsWriteChineseAndJapanese()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {20, 20});
         QTextEdit &editor = editorOf(*canvas);
         QVERIFY(editor.testAttribute(Qt::WA_InputMethodEnabled));
@@ -167,7 +167,7 @@ private slots:
 
     void rightToLeftTextStandsAtTheRightOfTheEditor()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = textCanvas();
         CanvasMouse::click(*canvas, {20, 20});
         QTextEdit &editor = editorOf(*canvas);
         compose(editor, {}, QString::fromUtf8("שלום עולם"));

@@ -14,15 +14,15 @@ namespace
 {
 
 /// Hands frames to the canvas on a thread of its own, as the camera library does.
-class FrameThread
+class UnlikeFrames
 {
 public:
-    FrameThread(ImageCanvas &canvas, std::vector<QSize> sizes)
+    UnlikeFrames(ImageCanvas &canvas, std::vector<QSize> sizes)
         : m_thread([this, &canvas, sizes = std::move(sizes)] { run(canvas, sizes); })
     {
     }
-    ~FrameThread() { stop(); }
-    Q_DISABLE_COPY(FrameThread)
+    ~UnlikeFrames() { stop(); }
+    Q_DISABLE_COPY(UnlikeFrames)
 
     void stop()
     {
@@ -158,7 +158,7 @@ private slots:
         QTemporaryDir folder;
         ImageCanvas canvas;
         canvas.show();
-        FrameThread frames(canvas, {{64, 48}, {64, 48}, {48, 64}, {33, 21}, {1, 1}, {0, 0}});
+        UnlikeFrames frames(canvas, {{64, 48}, {64, 48}, {48, 64}, {33, 21}, {1, 1}, {0, 0}});
         for (int round = 0; round < 200 || frames.delivered() < 200; ++round) {
             callEverything(canvas, round, folder.path());
             QCoreApplication::processEvents();

@@ -1,6 +1,6 @@
 #include "canvas/ImageCanvas.h"
 #include "tests/TestProgram.h"
-#include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/DrawnCanvas.h"
 
 #include <QtTest>
 
@@ -10,32 +10,16 @@
 #include <memory>
 #include <thread>
 
+using namespace DrawnCanvas;
+
 namespace
 {
 
-constexpr QSize FRAME(160, 120);
-
-QImage paper(QSize size = FRAME)
+std::unique_ptr<ImageCanvas> lineCanvas()
 {
-    QImage picture(size, QImage::Format_RGB888);
-    picture.fill(Qt::white);
-    return picture;
-}
-
-std::unique_ptr<ImageCanvas> canvasOf(QSize picture = FRAME)
-{
-    auto canvas = std::make_unique<ImageCanvas>();
-    canvas->resize(FRAME);
-    canvas->imageCaptured(paper(picture));
-    canvas->penColor = Qt::red;
+    auto canvas = canvasOf();
     canvas->setMouseMode(CanvasModes::Line);
     return canvas;
-}
-
-QImage shown(ImageCanvas &canvas)
-{
-    canvas.autoRefresh();
-    return canvas.currentImage();
 }
 
 } // namespace
@@ -47,7 +31,7 @@ class CanvasUndoTest : public QObject
 private slots:
     void aLineIsTakenBackAndDoneAgain()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         QSignalSpy changed(canvas.get(), SIGNAL(historyChanged()));
         QVERIFY(!canvas->canUndo());
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
@@ -71,7 +55,7 @@ private slots:
 
     void aSlotIsReachedByItsName()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         QVERIFY(QMetaObject::invokeMethod(canvas.get(), "undo"));
         QCOMPARE(shown(*canvas), paper());
@@ -82,7 +66,7 @@ private slots:
     void aStandingPictureShowsItByItself()
     {
         // Not on the screen and not refreshed: nothing but undo itself asks for a new picture.
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         QElapsedTimer sinceFrame;
         sinceFrame.start();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
@@ -95,7 +79,7 @@ private slots:
 
     void undoDuringADragEndsIt()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         CanvasMouse::press(*canvas, {10, 60});
         QVERIFY(!canvas->canUndo());
         CanvasMouse::move(*canvas, QPoint(150, 60));
@@ -110,7 +94,7 @@ private slots:
 
     void inAnOpenTextItIsTheTexts()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         canvas->show();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         const QImage drawn = shown(*canvas);
@@ -136,7 +120,7 @@ private slots:
 
     void eraseAllIsTakenBack()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         const QImage drawn = shown(*canvas);
         canvas->clearPainting();
@@ -147,7 +131,7 @@ private slots:
 
     void aFrameOfAnotherSizeIsAStepThatIsToldOnTheGuiThread()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         canvas->undo();
         canvas->redo();
@@ -169,7 +153,7 @@ private slots:
 
     void itWorksAtEveryZoomAndAfterTurns()
     {
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         canvas->zoomIn();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         canvas->zoomReset();
@@ -187,7 +171,7 @@ private slots:
     void theSnapshotShowsIt()
     {
         QTemporaryDir folder;
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         canvas->undo();
         canvas->snapshotFolder = folder.path();
@@ -209,7 +193,7 @@ private slots:
     void everySizeOfPictureMayBeUndone()
     {
         QFETCH(QSize, size);
-        const auto canvas = canvasOf();
+        const auto canvas = lineCanvas();
         CanvasMouse::drag(*canvas, {{10, 60}, {150, 60}});
         canvas->imageCaptured(size.isEmpty() ? QImage() : paper(size));
         canvas->undo();

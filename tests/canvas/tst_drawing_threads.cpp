@@ -18,20 +18,20 @@ namespace
 {
 
 /// Delivers frames as a camera does, on a thread of its own, until it is destroyed.
-class FrameThread
+class SteadyFrames
 {
 public:
-    explicit FrameThread(ImageCanvas &canvas, bool changesSize)
+    explicit SteadyFrames(ImageCanvas &canvas, bool changesSize)
         : m_thread([this, &canvas, changesSize] { run(canvas, changesSize); })
     {
     }
-    ~FrameThread()
+    ~SteadyFrames()
     {
         m_stop = true;
         m_thread.join();
     }
-    FrameThread(const FrameThread &) = delete;
-    FrameThread &operator=(const FrameThread &) = delete;
+    SteadyFrames(const SteadyFrames &) = delete;
+    SteadyFrames &operator=(const SteadyFrames &) = delete;
 
     [[nodiscard]] int frames() const { return m_frames; }
 
@@ -150,7 +150,7 @@ private slots:
         QTemporaryDir folder;
         canvas.snapshotFolder = folder.path();
 
-        FrameThread frames(canvas, changesSize);
+        SteadyFrames frames(canvas, changesSize);
         QRandomGenerator random(5);
         for (int i = 0; i < 250; ++i) {
             dragAnything(canvas, random);
@@ -174,7 +174,7 @@ private slots:
         canvas.resize(160, 120);
         canvas.penColor = Qt::red;
         canvas.setMouseMode(CanvasModes::Freehand);
-        FrameThread frames(canvas, false);
+        SteadyFrames frames(canvas, false);
         QTRY_VERIFY(frames.frames() > 0);
         CanvasMouse::press(canvas, {10, 60});
         for (int x = 20; x < 150; x += 5) {

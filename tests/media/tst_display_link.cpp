@@ -1,4 +1,5 @@
 #include "sources/film/DisplayLink.h"
+#include "tests/OwnProcess.h"
 #include "tests/TestProgram.h"
 
 #include <QtTest>
@@ -9,7 +10,6 @@
 #include <mutex>
 #include <pthread.h>
 #include <string>
-#include <sys/resource.h>
 #include <thread>
 
 namespace
@@ -54,14 +54,6 @@ private:
     int m_count = 0;
     std::string m_thread;
 };
-
-double processorSeconds()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
 
 } // namespace
 
@@ -147,9 +139,9 @@ private slots:
         link->start();
         QVERIFY(counter.reaches(3));
         link->stop();
-        const double used = processorSeconds();
+        const double used = OwnProcess::processorSeconds();
         QTest::qWait(500);
-        QVERIFY(processorSeconds() - used < 0.05);
+        QVERIFY(OwnProcess::processorSeconds() - used < 0.05);
     }
 
     void aSlowTickSwallowsTheOnesItMissed()

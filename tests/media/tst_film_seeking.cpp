@@ -1,4 +1,5 @@
 #include "sources/FilmSource.h"
+#include "tests/OwnProcess.h"
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
@@ -9,18 +10,8 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-
 namespace
 {
-
-double processorSeconds()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-}
 
 /// A film on show, paused with its first picture.
 struct Show {
@@ -259,9 +250,9 @@ private slots:
         // No event tells when every thread of the pipeline has come to rest.
         QTest::qWait(500);
         const int before = show.sink.count();
-        const double used = processorSeconds();
+        const double used = OwnProcess::processorSeconds();
         QTest::qWait(1000);
-        QVERIFY(processorSeconds() - used < 0.05);
+        QVERIFY(OwnProcess::processorSeconds() - used < 0.05);
         QCOMPARE(show.sink.count(), before);
     }
 

@@ -17,14 +17,14 @@ using TerminalLines::Line;
 namespace
 {
 
-QMutex mutex;
+QMutex saidMutex;
 QStringList said;
 QtMessageHandler previous = nullptr;
 
 void collect(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     {
-        const QMutexLocker lock(&mutex);
+        const QMutexLocker lock(&saidMutex);
         said.append(message);
     }
     previous(type, context, message);
@@ -32,7 +32,7 @@ void collect(QtMsgType type, const QMessageLogContext &context, const QString &m
 
 int count(const QString &line)
 {
-    const QMutexLocker lock(&mutex);
+    const QMutexLocker lock(&saidMutex);
     return said.count(line);
 }
 
@@ -86,7 +86,7 @@ private slots:
         const QString line =
             TerminalLines::text(Line::DecoderMissing, {path, "zzzz decoder"}).toLower();
         const auto told = [&line] {
-            const QMutexLocker lock(&mutex);
+            const QMutexLocker lock(&saidMutex);
             for (const QString &message : said) {
                 // The library's own word for it, which holds the code of the film.
                 if (message.startsWith(line.left(30), Qt::CaseInsensitive) &&

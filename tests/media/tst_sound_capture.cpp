@@ -1,3 +1,4 @@
+#include "tests/OwnProcess.h"
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
 #include "tests/media/SoundServer.h"
@@ -44,13 +45,6 @@ constexpr qint64 PERIOD_US = 100000;
 constexpr int SECOND = 44100;
 /// In four seconds a microphone is looked for as often as in forty minutes.
 constexpr std::chrono::milliseconds FAST{3};
-
-int openDescriptors()
-{
-    return QDir("/proc/self/fd")
-        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
-        .size();
-}
 
 } // namespace
 
@@ -186,11 +180,11 @@ private slots:
         m_server->pretendAbsent();
         Listener listener(FAST);
         QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > SECOND / 2, TIMEOUT_MS);
-        const int before = openDescriptors();
+        const int before = OwnProcess::openDescriptors();
         const int quiet = listener.quiet;
         QTRY_VERIFY_WITH_TIMEOUT(listener.quiet > quiet + 4 * SECOND, TIMEOUT_MS);
         // One look may be under way.
-        const int after = openDescriptors();
+        const int after = OwnProcess::openDescriptors();
         QVERIFY2(after < before + 10, qPrintable(QString("%1 to %2").arg(before).arg(after)));
         listener.stop();
     }
@@ -208,11 +202,11 @@ private slots:
         };
         Listener listener(FAST);
         hearAndKill(listener);
-        const int before = openDescriptors();
+        const int before = OwnProcess::openDescriptors();
         for (int round = 0; round < 4; ++round)
             hearAndKill(listener);
         // One look may be under way.
-        const int after = openDescriptors();
+        const int after = OwnProcess::openDescriptors();
         QVERIFY2(after < before + 10, qPrintable(QString("%1 to %2").arg(before).arg(after)));
         listener.stop();
     }

@@ -1,3 +1,4 @@
+#include "tests/OwnProcess.h"
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
 #include "tests/media/SoundServer.h"
@@ -6,20 +7,11 @@
 
 #include <QtTest>
 
-#include <QDir>
-
 namespace
 {
 
 /// As often as a recording of forty minutes looks for the microphone.
 constexpr int LOOKS = 40 * 60 / 2;
-
-int openDescriptors()
-{
-    return QDir("/proc/self/fd")
-        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
-        .size();
-}
 
 bool microphoneFound()
 {
@@ -39,7 +31,7 @@ private slots:
         m_server->pretendAbsent();
         // What the library keeps from the first look on.
         QVERIFY(!microphoneFound());
-        m_before = openDescriptors();
+        m_before = OwnProcess::openDescriptors();
     }
     void cleanup()
     {
@@ -51,17 +43,17 @@ private slots:
     {
         for (int n = 0; n < LOOKS; ++n)
             QVERIFY(!microphoneFound());
-        QCOMPARE(openDescriptors(), m_before);
+        QCOMPARE(OwnProcess::openDescriptors(), m_before);
     }
 
     void looksAtAServerWithoutTheMicrophoneCostNone()
     {
         QVERIFY(m_server->start(QString()));
         QVERIFY(!microphoneFound());
-        const int before = openDescriptors();
+        const int before = OwnProcess::openDescriptors();
         for (int n = 0; n < LOOKS; ++n)
             QVERIFY(!microphoneFound());
-        QCOMPARE(openDescriptors(), before);
+        QCOMPARE(OwnProcess::openDescriptors(), before);
     }
 
     void aServerThatComesLateDiesAndComesBackIsFoundEachTime()
@@ -75,7 +67,7 @@ private slots:
             m_server->kill();
             for (int n = 0; n < LOOKS / 10; ++n)
                 QVERIFY(!microphoneFound());
-            QCOMPARE(openDescriptors(), m_before);
+            QCOMPARE(OwnProcess::openDescriptors(), m_before);
         }
     }
 

@@ -14,7 +14,7 @@ namespace
 {
 
 /// What a pump hands on.
-class Listener
+class PumpListener
 {
 public:
     struct Piece {
@@ -52,7 +52,7 @@ private:
     QByteArray m_thread;
 };
 
-bool silent(const Listener::Piece &piece)
+bool silent(const PumpListener::Piece &piece)
 {
     return std::all_of(piece.samples.begin(), piece.samples.end(), [](int s) { return s == 0; });
 }
@@ -66,7 +66,7 @@ class SoundPumpTest : public QObject
 private slots:
     void silenceComesInRealTimeWithoutASource()
     {
-        Listener listener;
+        PumpListener listener;
         SoundPump pump;
         pump.start(listener.handler());
         pump.setSource(false);
@@ -86,7 +86,7 @@ private slots:
 
     void theSoundOfASourcePassesAsItIs()
     {
-        Listener listener;
+        PumpListener listener;
         SoundPump pump;
         pump.start(listener.handler());
         pump.setSource(true);
@@ -102,7 +102,7 @@ private slots:
 
     void piecesThatArriveTogetherPassWhole()
     {
-        Listener listener;
+        PumpListener listener;
         SoundPump pump;
         pump.start(listener.handler());
         pump.setSource(true);
@@ -111,13 +111,13 @@ private slots:
             pump.push(std::vector<std::int16_t>(2047, 7), startUs + n * 100);
         QTRY_COMPARE(int(listener.pieces().size()), 20);
         pump.stop();
-        for (const Listener::Piece &piece : listener.pieces())
+        for (const PumpListener::Piece &piece : listener.pieces())
             QCOMPARE(int(piece.samples.size()), 2047);
     }
 
     void silenceTakesOverFromASourceThatStallsAndGivesWayAgain()
     {
-        Listener listener;
+        PumpListener listener;
         SoundPump pump;
         pump.start(listener.handler());
         pump.setSource(true);
@@ -135,7 +135,7 @@ private slots:
         QTRY_VERIFY(!silent(listener.pieces().back()));
         pump.stop();
         qint64 before = 0;
-        for (const Listener::Piece &piece : listener.pieces()) {
+        for (const PumpListener::Piece &piece : listener.pieces()) {
             QVERIFY(piece.presentationUs >= before);
             QVERIFY(piece.samples[0] != 8);
             before = piece.presentationUs;
@@ -144,7 +144,7 @@ private slots:
 
     void aSourceThatNeverSpeaksIsReplacedByStillness()
     {
-        Listener listener;
+        PumpListener listener;
         SoundPump pump;
         const qint64 startUs = captureMicroseconds();
         pump.start(listener.handler());

@@ -9,7 +9,7 @@
 namespace
 {
 
-QImage picture(QWidget &widget)
+QImage grabbed(QWidget &widget)
 {
     return widget.grab().toImage();
 }
@@ -32,26 +32,26 @@ private slots:
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         m_window->setFocus();
-        m_plainFirst = picture(*m_first);
-        m_plainSecond = picture(*m_second);
+        m_plainFirst = grabbed(*m_first);
+        m_plainSecond = grabbed(*m_second);
     }
 
     void theTabKeyMovesTheRing()
     {
         m_first->setFocus(Qt::TabFocusReason);
-        QVERIFY(picture(*m_first) != m_plainFirst);
+        QVERIFY(grabbed(*m_first) != m_plainFirst);
         QTest::keyClick(m_first, Qt::Key_Tab);
         QVERIFY(m_second->hasFocus());
-        QCOMPARE(picture(*m_first), m_plainFirst);
-        QVERIFY(picture(*m_second) != m_plainSecond);
+        QCOMPARE(grabbed(*m_first), m_plainFirst);
+        QVERIFY(grabbed(*m_second) != m_plainSecond);
         QTest::keyClick(m_second, Qt::Key_Backtab);
-        QVERIFY(picture(*m_first) != m_plainFirst);
+        QVERIFY(grabbed(*m_first) != m_plainFirst);
     }
 
     void theRingIsTwoPixelsAlongTheEdge()
     {
         m_second->setFocus(Qt::TabFocusReason);
-        const QImage marked = picture(*m_second);
+        const QImage marked = grabbed(*m_second);
         const QRect edge = marked.rect();
         QCOMPARE(marked.pixel(edge.topLeft()), qRgb(0xff, 0xff, 0xff));
         QCOMPARE(marked.pixel(edge.bottomRight()), qRgb(0xff, 0xff, 0xff));
@@ -66,22 +66,22 @@ private slots:
         QTest::mouseClick(m_second, Qt::LeftButton);
         m_second->setFocus(Qt::MouseFocusReason);
         QVERIFY(m_second->hasFocus());
-        QCOMPARE(picture(*m_second), m_plainSecond);
+        QCOMPARE(grabbed(*m_second), m_plainSecond);
         m_second->clearFocus();
         m_second->setFocus(Qt::OtherFocusReason);
-        QCOMPARE(picture(*m_second), m_plainSecond);
+        QCOMPARE(grabbed(*m_second), m_plainSecond);
     }
 
     void theRingOutlivesAnotherWindow()
     {
         m_first->setFocus(Qt::TabFocusReason);
-        const QImage marked = picture(*m_first);
+        const QImage marked = grabbed(*m_first);
         sendFocus(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
         sendFocus(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
-        QCOMPARE(picture(*m_first), marked);
+        QCOMPARE(grabbed(*m_first), marked);
         sendFocus(QEvent::FocusOut, Qt::MouseFocusReason);
         sendFocus(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
-        QCOMPARE(picture(*m_first), m_plainFirst);
+        QCOMPARE(grabbed(*m_first), m_plainFirst);
     }
 
     void noClickTakesTheFocus()
@@ -140,9 +140,9 @@ private slots:
     void aGrayButtonIsMarkedToo()
     {
         m_first->setGray(true);
-        const QImage gray = picture(*m_first);
+        const QImage gray = grabbed(*m_first);
         m_first->setFocus(Qt::BacktabFocusReason);
-        QVERIFY(picture(*m_first) != gray);
+        QVERIFY(grabbed(*m_first) != gray);
     }
 
 private:

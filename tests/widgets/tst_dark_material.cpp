@@ -16,7 +16,7 @@
 namespace
 {
 
-QImage picture(QWidget &widget)
+QImage polished(QWidget &widget)
 {
     widget.ensurePolished();
     return widget.grab().toImage();
@@ -47,7 +47,7 @@ void DarkMaterialTest::fieldsAreFlatAndDarkWhateverTheTheme()
         box.addItem(QString());
         FormControls::applyLook(&box);
         box.setFixedWidth(120);
-        const QImage image = picture(box);
+        const QImage image = polished(box);
         QApplication::setPalette(QPalette());
         QCOMPARE(image.pixelColor(60, 0), QColor(0x4A525C));
         for (int y = 2; y < image.height() - 2; ++y)
@@ -107,7 +107,7 @@ void DarkMaterialTest::aPathIsCutAtItsBeginning()
         FolderField field(path, nullptr);
         FormControls::applyLook(&field);
         field.setFixedWidth(132);
-        return picture(field);
+        return polished(field);
     };
     QCOMPARE(imageOf("/home/a" + end), imageOf("/home/b/c" + end));
     QVERIFY(imageOf("/home/a" + end) != imageOf("/home/a" + end + "s"));

@@ -46,7 +46,7 @@ namespace
 {
 
 // The widget over a colour that no skin contains, so that transparent pixels show.
-QImage picture(QWidget &widget)
+QImage overBlue(QWidget &widget)
 {
     QImage image(widget.size() * widget.devicePixelRatioF(), QImage::Format_RGB32);
     image.setDevicePixelRatio(widget.devicePixelRatioF());
@@ -109,31 +109,31 @@ void ImageButtonTest::toolTipButtonHasNoParent()
 void ImageButtonTest::paintsItsState()
 {
     ImageButton button("ICON_ARROW", nullptr, 0, 0);
-    QCOMPARE(picture(button), expected(skin("Normal", "ICON_ARROW")));
+    QCOMPARE(overBlue(button), expected(skin("Normal", "ICON_ARROW")));
     pointerEnters(button);
     QCOMPARE(button.cursor().shape(), Qt::ArrowCursor);
-    QCOMPARE(picture(button), expected(skin("Over", "ICON_ARROW")));
+    QCOMPARE(overBlue(button), expected(skin("Over", "ICON_ARROW")));
     button.setDown(true);
-    QCOMPARE(picture(button), expected(skin("Click", "ICON_ARROW")));
+    QCOMPARE(overBlue(button), expected(skin("Click", "ICON_ARROW")));
     button.setDown(false);
     button.setCheckable(true);
     button.setChecked(true);
-    QCOMPARE(picture(button), expected(skin("Click", "ICON_ARROW")));
+    QCOMPARE(overBlue(button), expected(skin("Click", "ICON_ARROW")));
     button.setChecked(false);
     pointerLeaves(button);
-    QCOMPARE(picture(button), expected(skin("Normal", "ICON_ARROW")));
+    QCOMPARE(overBlue(button), expected(skin("Normal", "ICON_ARROW")));
 }
 
 void ImageButtonTest::missingStatesFallBackToTheNormalImage()
 {
     ImageButton alone("ONLY_NORMAL", nullptr, 0, 0);
     QCOMPARE(alone.size(), QSize(8, 6));
-    const QImage normal = picture(alone);
+    const QImage normal = overBlue(alone);
     QCOMPARE(normal.pixel(7, 5), qRgb(210, 200, 200));
     pointerEnters(alone);
-    QCOMPARE(picture(alone), normal);
+    QCOMPARE(overBlue(alone), normal);
     alone.setDown(true);
-    QCOMPARE(picture(alone), normal);
+    QCOMPARE(overBlue(alone), normal);
 }
 
 void ImageButtonTest::statesThatAreNotShownAreNotLoaded()
@@ -142,14 +142,14 @@ void ImageButtonTest::statesThatAreNotShownAreNotLoaded()
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     ImageButton hovered("ICON_LINE", nullptr, 0, 0);
     pointerEnters(hovered);
-    QCOMPARE(picture(hovered), over);
-    const QImage normal = picture(button);
+    QCOMPARE(overBlue(hovered), over);
+    const QImage normal = overBlue(button);
     removeSkin();
     const auto bringBack = qScopeGuard(initialiseSkin);
     // What was shown once is kept; what was not is only looked for when it is painted.
-    QCOMPARE(picture(hovered), over);
+    QCOMPARE(overBlue(hovered), over);
     pointerEnters(button);
-    QCOMPARE(picture(button), normal);
+    QCOMPARE(overBlue(button), normal);
 }
 
 void ImageButtonTest::unknownNameGivesAnEmptyButton()
@@ -181,7 +181,7 @@ void ImageButtonTest::captionStandsOnItsBaseline()
     painter.drawText((105 - metrics.horizontalAdvance("Photograph & B")) / 2,
                      (20 + metrics.height()) / 2 - 3, "Photograph & B");
     painter.end();
-    QCOMPARE(picture(button), image);
+    QCOMPARE(overBlue(button), image);
 }
 
 void ImageButtonTest::captionIsBlackUntilItHasAColour()
@@ -189,7 +189,7 @@ void ImageButtonTest::captionIsBlackUntilItHasAColour()
     ImageButton button("POPUP_BUTTON", nullptr, 0, 0);
     button.setStyleSheet("color: white; font-family: Arial; font-size: 15px;");
     button.setText("OK");
-    const QImage image = picture(button);
+    const QImage image = overBlue(button);
     int black = 0;
     int white = 0;
     for (int y = 4; y < 20; ++y) {
@@ -214,7 +214,7 @@ void ImageButtonTest::grayButtonShowsInvertedColoursAndNoCaption()
         for (int x = 0; x < inverted.width(); ++x)
             inverted.setPixel(x, y, inverted.pixel(x, y) ^ 0x00ffffffu);
     }
-    const QImage shown = picture(button);
+    const QImage shown = overBlue(button);
     const QImage wanted = expected(inverted);
     // Premultiplied corner pixels round differently by a shade.
     for (int y = 0; y < shown.height(); ++y) {
@@ -226,18 +226,18 @@ void ImageButtonTest::grayButtonShowsInvertedColoursAndNoCaption()
         }
     }
     button.setGray(false);
-    QVERIFY(picture(button) != shown);
+    QVERIFY(overBlue(button) != shown);
 }
 
 void ImageButtonTest::grayImageOutlivesTheSkin()
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     button.setGray(true);
-    const QImage gray = picture(button);
+    const QImage gray = overBlue(button);
     button.setImage("ICON_CIRCLE");
-    QCOMPARE(picture(button), gray);
+    QCOMPARE(overBlue(button), gray);
     button.setGray(false);
-    QCOMPARE(picture(button), expected(skin("Normal", "ICON_CIRCLE")));
+    QCOMPARE(overBlue(button), expected(skin("Normal", "ICON_CIRCLE")));
 }
 
 void ImageButtonTest::grayButtonIgnoresTheMouseButNotThePointer()
@@ -255,7 +255,7 @@ void ImageButtonTest::grayButtonIgnoresTheMouseButNotThePointer()
     QCOMPARE(holds.count(), 0);
     pointerEnters(button);
     button.setGray(false);
-    QCOMPARE(picture(button), expected(skin("Over", "ICON_LINE")));
+    QCOMPARE(overBlue(button), expected(skin("Over", "ICON_LINE")));
 }
 
 void ImageButtonTest::shortPressClicksOnly()

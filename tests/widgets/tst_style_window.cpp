@@ -50,7 +50,7 @@ QImage piece(const QString &name)
     return QImage(":/icons/Background_Sub/VIDEO_FRAME_" + name + ".png");
 }
 
-QImage picture(QWidget &widget)
+QImage overMagenta(QWidget &widget)
 {
     QImage image(widget.size(), QImage::Format_RGB32);
     image.fill(Qt::magenta);
@@ -135,7 +135,7 @@ void StyleWindowTest::paintsNinePieces()
     window.setExpanded(expanded);
     window.resize(size);
     window.rescaleEdges();
-    QCOMPARE(picture(window),
+    QCOMPARE(overMagenta(window),
              frame(size.width(), size.height(), expanded ? "TOP_LEFT_EXPANDED" : "TOP_LEFT"));
 }
 
@@ -144,7 +144,7 @@ void StyleWindowTest::paintsNoTopLeftCornerBeforeItIsChosen()
     Window window;
     window.resize(300, 200);
     window.rescaleEdges();
-    const QImage image = picture(window);
+    const QImage image = overMagenta(window);
     // The top edge starts at the left, and the left edge at the top.
     QCOMPARE(image.pixel(0, 0), piece("MID_LEFT").pixel(0, 0));
     QCOMPARE(image.pixel(40, 0), piece("TOP_MID").pixel(0, 0));
@@ -156,12 +156,12 @@ void StyleWindowTest::changedCornerTakesEffectWithTheRescale()
     window.setExpanded(false);
     window.resize(938, 768);
     window.rescaleEdges();
-    const QImage closed = picture(window);
+    const QImage closed = overMagenta(window);
     window.setExpanded(true);
     window.rescaleEdges();
-    QVERIFY(picture(window) != closed);
+    QVERIFY(overMagenta(window) != closed);
     if (qApp->devicePixelRatio() == 1.0)
-        QCOMPARE(picture(window), frame(938, 768, "TOP_LEFT_EXPANDED"));
+        QCOMPARE(overMagenta(window), frame(938, 768, "TOP_LEFT_EXPANDED"));
 }
 
 void StyleWindowTest::narrowerThanItsCornersIsHarmless_data()
@@ -187,7 +187,7 @@ void StyleWindowTest::narrowerThanItsCornersIsHarmless()
     window.rescaleEdges();
     if (size.isEmpty())
         return;
-    const QImage image = picture(window);
+    const QImage image = overMagenta(window);
     const QRgb centre = piece("MID_MID").pixel(0, 0);
     const QRgb corner = piece("TOP_LEFT_EXPANDED").pixel(0, 0);
     QCOMPARE(image.pixel(0, 0), cornerShows ? corner : centre);

@@ -8,15 +8,11 @@
 
 #include <cstring>
 
-/// What the tests of the drawing and of its undo share.
-namespace DrawingBoard
-{
-
-inline constexpr QSize FRAME(200, 140);
-
 /// A drawing and a view, as the canvas holds them.
-struct Board {
-    explicit Board(QSize size = FRAME) { resize(size); }
+struct DrawingBoard {
+    static constexpr QSize FRAME{200, 140};
+
+    explicit DrawingBoard(QSize size = FRAME) { resize(size); }
 
     void resize(QSize size)
     {
@@ -67,5 +63,3 @@ struct Board {
     ViewGeometry view;
     DragTool::ShapeStyle style{Qt::red, 3, false, Qt::blue};
 };
-
-} // namespace DrawingBoard

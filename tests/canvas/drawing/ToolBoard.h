@@ -3,24 +3,18 @@
 #include "canvas/drawing/AnnotationLayer.h"
 #include "canvas/drawing/DragTool.h"
 #include "canvas/picture/ViewGeometry.h"
+#include "tests/canvas/MouseModes.h"
 
 #include <QtTest>
 
 #include <QPainter>
 
-Q_DECLARE_METATYPE(CanvasModes::MouseMode)
-
-/// What the tests of the drag tool share.
-namespace ToolBoard
-{
-
-using Mode = CanvasModes::MouseMode;
-
-inline constexpr QSize FRAME(320, 180);
-
 /// The tools over a layer and a view, as the canvas holds them.
-struct Board {
-    explicit Board(QSize frame = FRAME)
+struct ToolBoard {
+    using Mode = CanvasModes::MouseMode;
+    static constexpr QSize FRAME{320, 180};
+
+    explicit ToolBoard(QSize frame = FRAME)
     {
         view.setFrameSize(frame);
         layer.reset(view.rotatedSize());
@@ -78,5 +72,3 @@ struct Board {
     AnnotationLayer layer;
     ViewGeometry view;
 };
-
-} // namespace ToolBoard

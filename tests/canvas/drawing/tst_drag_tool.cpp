@@ -5,15 +5,13 @@
 
 #include <QtTest>
 
-using namespace ToolBoard;
-
 namespace
 {
 
 /// What a shape paints on an empty layer, drawn without the tools.
 QImage painted(const DragTool::ShapeStyle &ink, const std::function<void(QPainter &)> &draw)
 {
-    QImage picture = Board::emptyPicture(FRAME);
+    QImage picture = ToolBoard::emptyPicture(ToolBoard::FRAME);
     QPainter painter(&picture);
     Ink(ink.penColor, ink.penWidth).applyTo(painter);
     if (ink.fillEnabled)
@@ -31,7 +29,7 @@ void countWarning(QtMsgType, const QMessageLogContext &, const QString &)
 
 void addDrawingModes()
 {
-    QTest::addColumn<Mode>("mode");
+    QTest::addColumn<CanvasModes::MouseMode>("mode");
     QTest::newRow("freehand") << CanvasModes::Freehand;
     QTest::newRow("line") << CanvasModes::Line;
     QTest::newRow("arrow") << CanvasModes::Arrow;
@@ -52,12 +50,12 @@ private slots:
 
     void eachToolDrawsItsShape()
     {
-        QFETCH(Mode, mode);
+        QFETCH(CanvasModes::MouseMode, mode);
         const QPoint from(40, 30);
         const QPoint to(250, 120);
         for (const int width : {1, 3, 6, 9, 12}) {
             for (const bool fill : {false, true}) {
-                Board board;
+                ToolBoard board;
                 board.ink = {Qt::red, width, fill, QColor(0, 128, 255)};
                 board.drag(mode, from, to);
                 const QImage expected = painted(board.ink, [&](QPainter &painter) {
@@ -81,7 +79,7 @@ private slots:
     void aPenWidthOfNothingDrawsLinesOnePixelWide()
     {
         for (const int width : {0, -1, -1000}) {
-            Board board;
+            ToolBoard board;
             board.ink.penWidth = width;
             warnings = 0;
             const QtMessageHandler before = qInstallMessageHandler(countWarning);
@@ -98,37 +96,37 @@ private slots:
 
     void aPressAloneDrawsNothing()
     {
-        QFETCH(Mode, mode);
-        Board board;
+        QFETCH(CanvasModes::MouseMode, mode);
+        ToolBoard board;
         board.press(mode, {50, 50});
         board.tools.release(board.layer);
-        QCOMPARE(board.picture(), Board::emptyPicture(FRAME));
+        QCOMPARE(board.picture(), ToolBoard::emptyPicture(ToolBoard::FRAME));
         QVERIFY(board.layer.isUsed());
     }
 
     void handEraserClipAndTextLeaveTheLayerUnused()
     {
-        for (const Mode mode :
+        for (const CanvasModes::MouseMode mode :
              {CanvasModes::Hand, CanvasModes::Eraser, CanvasModes::Clip, CanvasModes::Text}) {
-            Board board;
+            ToolBoard board;
             board.drag(mode, {50, 50}, {90, 90});
             QVERIFY(!board.layer.isUsed());
-            QCOMPARE(board.picture(), Board::emptyPicture(FRAME));
+            QCOMPARE(board.picture(), ToolBoard::emptyPicture(ToolBoard::FRAME));
         }
     }
 
     void movesAndReleasesWithoutAPressDoNothing()
     {
         for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
-            Board board;
+            ToolBoard board;
             board.view.zoomIn();
             const ViewGeometry view = board.view;
-            board.move(static_cast<Mode>(mode), {90, 90});
+            board.move(static_cast<CanvasModes::MouseMode>(mode), {90, 90});
             QVERIFY(!board.tools.release(board.layer).isValid());
-            board.move(static_cast<Mode>(mode), {10, 90});
+            board.move(static_cast<CanvasModes::MouseMode>(mode), {10, 90});
             QVERIFY(board.view == view);
             QVERIFY(!board.tools.clipRectangle().isValid());
-            QCOMPARE(board.picture(), Board::emptyPicture(FRAME));
+            QCOMPARE(board.picture(), ToolBoard::emptyPicture(ToolBoard::FRAME));
         }
     }
 
@@ -136,13 +134,13 @@ private slots:
 
     void aShapeFollowsTheMouseOverEarlierDrawing()
     {
-        QFETCH(Mode, mode);
+        QFETCH(CanvasModes::MouseMode, mode);
         if (mode == CanvasModes::Freehand)
             return; // strokes accumulate, tested below
-        Board board;
+        ToolBoard board;
         board.ink.penColor = Qt::green;
         board.drag(CanvasModes::Circle, {20, 20}, {200, 160});
-        Board direct;
+        ToolBoard direct;
         direct.ink.penColor = Qt::green;
         direct.drag(CanvasModes::Circle, {20, 20}, {200, 160});
 
@@ -160,7 +158,7 @@ private slots:
         for (const int width : {20, 57, 200, 1000, 1500}) {
             for (const int height : {2, 3, 5, 7, 15, 29, 65, 133}) {
                 for (const QPoint corner : {QPoint(320, 60), QPoint(325, 127), QPoint(353, 190)}) {
-                    Board board({2200, 400});
+                    ToolBoard board({2200, 400});
                     board.ink.penWidth = 1;
                     board.press(CanvasModes::Circle, corner);
                     board.move(CanvasModes::Circle, corner + QPoint(width, height));
@@ -175,7 +173,7 @@ private slots:
                     QVERIFY2(shown == board.picture(),
                              qPrintable(QString("%1 x %2 not shown whole").arg(width).arg(height)));
                     board.move(CanvasModes::Circle, corner);
-                    Board small({2200, 400});
+                    ToolBoard small({2200, 400});
                     small.ink.penWidth = 1;
                     small.drag(CanvasModes::Circle, corner, corner);
                     QVERIFY2(board.picture() == small.picture(),
@@ -189,9 +187,9 @@ private slots:
 
     void ofAShapeOnlyTheLastMoveIsDrawn()
     {
-        QFETCH(Mode, mode);
+        QFETCH(CanvasModes::MouseMode, mode);
         const QVector<QPoint> way{{300, 10}, {-40, 300}, {10, 170}, {200, 60}};
-        Board board;
+        ToolBoard board;
         board.ink.fillEnabled = true;
         board.press(mode, {150, 90});
         const std::uint64_t before = board.layer.revision();
@@ -204,7 +202,7 @@ private slots:
         board.tools.drawPending(board.layer);
         QCOMPARE(board.layer.revision(), drawn);
 
-        Board each;
+        ToolBoard each;
         each.ink.fillEnabled = true;
         each.press(mode, {150, 90});
         for (const QPoint point : way)
@@ -216,21 +214,21 @@ private slots:
     void theReleaseDrawsTheLastMove()
     {
         for (int mode = CanvasModes::Line; mode <= CanvasModes::Triangle; ++mode) {
-            Board board;
-            board.press(static_cast<Mode>(mode), {20, 20});
-            board.moveAll(static_cast<Mode>(mode), {{300, 10}, {200, 150}});
+            ToolBoard board;
+            board.press(static_cast<CanvasModes::MouseMode>(mode), {20, 20});
+            board.moveAll(static_cast<CanvasModes::MouseMode>(mode), {{300, 10}, {200, 150}});
             board.tools.release(board.layer);
-            Board direct;
-            direct.drag(static_cast<Mode>(mode), {20, 20}, {200, 150});
+            ToolBoard direct;
+            direct.drag(static_cast<CanvasModes::MouseMode>(mode), {20, 20}, {200, 150});
             QCOMPARE(board.picture(), direct.picture());
         }
     }
 
     void anotherToolDrawsOverTheShape()
     {
-        Board board;
-        Board each;
-        for (Board *drawn : {&board, &each}) {
+        ToolBoard board;
+        ToolBoard each;
+        for (ToolBoard *drawn : {&board, &each}) {
             drawn->press(CanvasModes::Rectangle, {20, 20});
             drawn->ink.fillEnabled = true;
             if (drawn == &each)
@@ -240,14 +238,14 @@ private slots:
             drawn->moveAll(CanvasModes::Eraser, {{100, 100}});
             drawn->tools.release(drawn->layer);
         }
-        QVERIFY(board.picture() != Board::emptyPicture(FRAME));
+        QVERIFY(board.picture() != ToolBoard::emptyPicture(ToolBoard::FRAME));
         QCOMPARE(board.picture().pixel(100, 100), 0U);
         QCOMPARE(board.picture(), each.picture());
     }
 
     void freehandStrokesAccumulate()
     {
-        Board board;
+        ToolBoard board;
         board.press(CanvasModes::Freehand, {10, 10});
         for (const QPoint point : {QPoint(100, 10), QPoint(100, 100), QPoint(10, 100)})
             board.move(CanvasModes::Freehand, point);
@@ -259,7 +257,7 @@ private slots:
 
     void theEraserClearsASquareAtEveryMove()
     {
-        Board board;
+        ToolBoard board;
         board.ink.penWidth = 3;
         board.fill(Qt::black);
         board.press(CanvasModes::Eraser, {100, 100});
@@ -278,7 +276,7 @@ private slots:
 
     void theEraserIsClippedToTheLayer()
     {
-        Board board;
+        ToolBoard board;
         board.ink.penWidth = 12;
         board.fill(Qt::black);
         for (const QPoint corner : {QPoint(0, 0), QPoint(319, 179), QPoint(-500, 90)})

@@ -7,8 +7,6 @@
 
 #include <climits>
 
-using namespace ToolBoard;
-
 /// Drags in a picture that is moved, zoomed or turned, and drags that something interrupts.
 class DragToolViewTest : public QObject
 {
@@ -17,7 +15,7 @@ class DragToolViewTest : public QObject
 private slots:
     void theHandPullsThePictureAlong()
     {
-        Board board;
+        ToolBoard board;
         board.view.zoomIn();
         board.view.setViewport(100, 80);
         board.press(CanvasModes::Hand, {50, 50});
@@ -33,14 +31,14 @@ private slots:
 
     void theHandCannotPanAnUnzoomedPicture()
     {
-        Board board;
+        ToolBoard board;
         board.drag(CanvasModes::Hand, {50, 50}, {-60, -45});
         QCOMPARE(board.view.offset(), QPoint(0, 0));
     }
 
     void aClipIsSelectedWhileItIsDragged()
     {
-        Board board;
+        ToolBoard board;
         board.press(CanvasModes::Clip, {100, 90});
         QVERIFY(!board.tools.clipRectangle().isValid());
         board.move(CanvasModes::Clip, {40, 120});
@@ -52,27 +50,27 @@ private slots:
 
     void aClipWithoutADragSelectsNothing()
     {
-        Board board;
+        ToolBoard board;
         board.press(CanvasModes::Clip, {100, 90});
         QVERIFY(!board.tools.release(board.layer).isValid());
     }
 
     void drawingLandsUnderThePointerWhenZoomedAndPanned()
     {
-        Board board;
+        ToolBoard board;
         board.view.zoomIn();
         board.view.zoomIn();
         board.view.setViewport(300, 150);
         QCOMPARE(board.view.scale(), 3.0);
         board.drag(CanvasModes::Line, {30, 60}, {240, 120});
-        Board direct;
+        ToolBoard direct;
         direct.drag(CanvasModes::Line, {110, 70}, {180, 90});
         QCOMPARE(board.picture(), direct.picture());
     }
 
     void drawingLandsUnderThePointerInATurnedPicture()
     {
-        Board board;
+        ToolBoard board;
         board.turn(true);
         QCOMPARE(board.layer.size(), QSize(180, 320));
         // Scale 0.5625; the picture is 101.25 wide between bars of 109.
@@ -83,14 +81,14 @@ private slots:
 
     void aPanInMidDragRemapsTheStart()
     {
-        Board board;
+        ToolBoard board;
         board.view.zoomIn();
         board.press(CanvasModes::Line, {100, 100});
         board.move(CanvasModes::Line, {140, 100});
         board.view.setViewport(60, 40);
         board.move(CanvasModes::Line, {200, 100});
         board.tools.release(board.layer);
-        Board direct;
+        ToolBoard direct;
         direct.drag(CanvasModes::Line, {80, 70}, {130, 70});
         QCOMPARE(board.picture(), direct.picture());
     }
@@ -106,7 +104,7 @@ private slots:
     void drawingReplacedInMidDragDoesNotComeBack()
     {
         QFETCH(int, event);
-        Board board;
+        ToolBoard board;
         board.drag(CanvasModes::Circle, {20, 20}, {200, 160});
         board.press(CanvasModes::Line, {100, 100});
         board.move(CanvasModes::Line, {300, 100});
@@ -130,19 +128,19 @@ private slots:
 
     void aModeChangedInMidDragDrawsTheNewShape()
     {
-        Board board;
+        ToolBoard board;
         board.press(CanvasModes::Line, {20, 20});
         board.move(CanvasModes::Line, {200, 150});
         board.move(CanvasModes::Rectangle, {100, 90});
         board.tools.release(board.layer);
-        Board direct;
+        ToolBoard direct;
         direct.drag(CanvasModes::Rectangle, {20, 20}, {100, 90});
         QCOMPARE(board.picture(), direct.picture());
     }
 
     void aClipLeftInMidDragIsForgottenAtTheRelease()
     {
-        Board board;
+        ToolBoard board;
         board.press(CanvasModes::Clip, {20, 20});
         board.move(CanvasModes::Clip, {60, 60});
         board.move(CanvasModes::Line, {70, 70});
@@ -154,13 +152,13 @@ private slots:
     {
         QRandomGenerator random(3);
         for (int round = 0; round < 400; ++round) {
-            Board board;
+            ToolBoard board;
             for (int i = 0; i < round % 4; ++i)
                 board.turn(true);
             for (int i = 0; i < round % 3; ++i)
                 board.view.zoomIn();
             board.ink = {Qt::red, random.bounded(-2, 40), random.bounded(2) == 1, Qt::blue};
-            const auto mode = static_cast<Mode>(random.bounded(1, 7));
+            const auto mode = static_cast<CanvasModes::MouseMode>(random.bounded(1, 7));
             board.press(mode, {random.bounded(-400, 700), random.bounded(-400, 500)});
             board.move(mode, {random.bounded(-400, 700), random.bounded(-400, 500)});
             board.move(mode, {random.bounded(-400, 700), random.bounded(-400, 500)});
@@ -171,13 +169,13 @@ private slots:
                 painter.fillRect(part, Qt::black);
             });
             painter.end();
-            QCOMPARE(picture, Board::emptyPicture(board.layer.size()));
+            QCOMPARE(picture, ToolBoard::emptyPicture(board.layer.size()));
         }
     }
 
     void aThinDiagonalTouchesOnlyTheTilesItCrosses()
     {
-        Board board(QSize(1920, 1080));
+        ToolBoard board(QSize(1920, 1080));
         board.drag(CanvasModes::Line, {0, 0}, {1919, 1079});
         int pixels = 0;
         board.layer.forEachTouched(board.layer.rect(), [&pixels](const QRect &part) {
@@ -191,14 +189,14 @@ private slots:
         const int far[] = {INT_MIN, -2000000000, -40000, 0, 40000, 2000000000, INT_MAX};
         for (int mode = CanvasModes::Hand; mode <= CanvasModes::Eraser; ++mode) {
             for (const int x : far) {
-                Board board;
+                ToolBoard board;
                 board.ink.fillEnabled = true;
-                board.press(static_cast<Mode>(mode), {x / 2, -(x / 2)});
-                board.move(static_cast<Mode>(mode), {-(x / 2), x / 2});
+                board.press(static_cast<CanvasModes::MouseMode>(mode), {x / 2, -(x / 2)});
+                board.move(static_cast<CanvasModes::MouseMode>(mode), {-(x / 2), x / 2});
                 board.tools.release(board.layer);
             }
         }
-        Board board;
+        ToolBoard board;
         for (const int width : {INT_MIN, INT_MAX}) {
             board.ink.penWidth = width;
             board.drag(CanvasModes::Eraser, {10, 10}, {20, 20});
@@ -209,9 +207,9 @@ private slots:
     void anEmptyPictureTakesEveryDrag()
     {
         for (int mode = CanvasModes::Hand; mode < CanvasModes::MOUSE_MODE_COUNT; ++mode) {
-            Board board{QSize()};
-            board.press(static_cast<Mode>(mode), {0, 0});
-            board.move(static_cast<Mode>(mode), {50, 50});
+            ToolBoard board{QSize()};
+            board.press(static_cast<CanvasModes::MouseMode>(mode), {0, 0});
+            board.move(static_cast<CanvasModes::MouseMode>(mode), {50, 50});
             board.tools.release(board.layer);
             QVERIFY(board.layer.image().isNull());
         }

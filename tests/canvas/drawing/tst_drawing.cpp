@@ -1,13 +1,10 @@
 #include "tests/TestProgram.h"
+#include "tests/canvas/MouseModes.h"
 #include "tests/canvas/drawing/DrawingBoard.h"
 
 #include <QtTest>
 
 #include <QTextDocument>
-
-Q_DECLARE_METATYPE(CanvasModes::MouseMode)
-
-using namespace DrawingBoard;
 
 class DrawingTest : public QObject
 {
@@ -27,7 +24,7 @@ private slots:
     void eachKindOfStepIsTakenBackAndDoneAgain()
     {
         QFETCH(int, kind);
-        Board board;
+        DrawingBoard board;
         QVERIFY(!board.drawing.canUndo());
         board.line(20);
         const QImage before = board.shown();
@@ -54,7 +51,7 @@ private slots:
 
     void whatChangesNothingIsNoStep()
     {
-        Board board;
+        DrawingBoard board;
         board.drag(CanvasModes::Hand, {{20, 20}, {60, 60}});
         board.drag(CanvasModes::Clip, {{20, 20}, {60, 60}});
         board.drag(CanvasModes::Eraser, {{20, 20}, {60, 60}});
@@ -69,7 +66,7 @@ private slots:
 
     void aNewStepEndsWhatCouldBeDoneAgain()
     {
-        Board board;
+        DrawingBoard board;
         board.line(20);
         board.line(60);
         board.drawing.undo();
@@ -97,7 +94,7 @@ private slots:
     {
         QFETCH(CanvasModes::MouseMode, mode);
         QFETCH(bool, refreshed);
-        Board board;
+        DrawingBoard board;
         board.line(40);
         const QImage before = board.shown();
         board.drawing.press(mode, {20, 20});
@@ -119,7 +116,7 @@ private slots:
 
     void aDragThatHasDrawnNothingLetsUndoTakeTheLastStep()
     {
-        Board board;
+        DrawingBoard board;
         board.line(40);
         board.drawing.press(CanvasModes::Hand, {20, 20});
         QVERIFY(board.drawing.undo());
@@ -131,7 +128,7 @@ private slots:
     {
         // The edges are no multiples of a tile.
         for (int turns = 1; turns < 4; ++turns) {
-            Board board;
+            DrawingBoard board;
             board.line(20);
             const QImage before = board.shown();
             board.drag(CanvasModes::Triangle, {{100, 20}, {120, 110}});
@@ -149,7 +146,7 @@ private slots:
 
     void aDiscardedDrawingComesBackScaled()
     {
-        Board board;
+        DrawingBoard board;
         board.drag(CanvasModes::Rectangle, {{20, 20}, {180, 120}});
         const QImage drawn = board.shown();
         board.resize({400, 400});
@@ -164,14 +161,14 @@ private slots:
         QCOMPARE(scaled.pixel(200, 30), 0U);
         // In its own size again it is the very drawing.
         QVERIFY(board.drawing.redo());
-        board.resize(FRAME);
+        board.resize(DrawingBoard::FRAME);
         QVERIFY(board.drawing.undo());
         QCOMPARE(board.shown(), drawn);
     }
 
     void stepsBeforeADiscardAreTakenBackInTheirOwnSize()
     {
-        Board board;
+        DrawingBoard board;
         board.line(20);
         const QImage first = board.shown();
         board.line(100);
@@ -185,14 +182,14 @@ private slots:
         QVERIFY(board.drawing.redo());
         QCOMPARE(board.shown(), both);
         QVERIFY(board.drawing.undo());
-        board.resize(FRAME);
+        board.resize(DrawingBoard::FRAME);
         QVERIFY(board.drawing.undo());
         QCOMPARE(board.shown(), first);
     }
 
     void aScaledDrawingMayBeDrawnOn()
     {
-        Board board;
+        DrawingBoard board;
         board.line(20);
         board.resize({100, 70});
         board.drawing.undo();
@@ -222,10 +219,10 @@ private slots:
     void aTextThatIsCommittedOnAnEmptyPictureComesBack()
     {
         QFETCH(bool, withDrawing);
-        Board board;
+        DrawingBoard board;
         if (withDrawing)
             board.line(20);
-        Board reference;
+        DrawingBoard reference;
         if (withDrawing)
             reference.line(20);
         const QImage drawn = reference.shown();
@@ -237,7 +234,7 @@ private slots:
         document.setTextWidth(100);
         board.commit(document);
         QCOMPARE(board.shown().size(), QSize(0, 0));
-        board.resize(FRAME);
+        board.resize(DrawingBoard::FRAME);
         // A picture of another size discards the drawing; it is the user who brings it back.
         QVERIFY(WholeCopies::isBlank(board.shown()));
         QVERIFY(board.drawing.undo());
@@ -248,7 +245,7 @@ private slots:
 
     void aTextWithoutAnyPictureIsNoStep()
     {
-        Board board({0, 0});
+        DrawingBoard board({0, 0});
         board.write("Hello", {0, 0});
         QVERIFY(!board.drawing.canUndo());
     }
@@ -256,7 +253,7 @@ private slots:
     void aShapeThatIsInterruptedIsAStep()
     {
         // The text is committed by the key of another tool while the mouse is held.
-        Board board;
+        DrawingBoard board;
         board.drawing.press(CanvasModes::Line, {10, 20});
         board.drawing.move(CanvasModes::Line, {150, 20}, board.style, board.view);
         board.write("Hello", {30, 60});
@@ -272,7 +269,7 @@ private slots:
 
     void aThousandTimesUndoEndsAtTheBlankDrawing()
     {
-        Board board;
+        DrawingBoard board;
         for (int i = 0; i < 300; ++i)
             board.line(i % 130);
         for (int i = 0; i < 1000; ++i)

@@ -5,8 +5,6 @@
 
 #include <QRandomGenerator>
 
-using namespace DrawingBoard;
-
 namespace
 {
 
@@ -17,7 +15,7 @@ public:
     explicit Walk(quint32 seed)
         : m_random(seed)
     {
-        m_expected.resize(FRAME);
+        m_expected.resize(DrawingBoard::FRAME);
     }
 
     void step()
@@ -104,7 +102,7 @@ private:
     }
 
     QRandomGenerator m_random;
-    Board m_board;
+    DrawingBoard m_board;
     WholeCopies m_expected{LayerHistory::MOST_STEPS};
     std::int64_t m_nowMs = 0;
 };

@@ -15,16 +15,16 @@
 namespace
 {
 
-constexpr QSize LAYER(320, 240);
+constexpr QSize INKED(320, 240);
 
 /// A drag over a layer that is seen whole.
 QImage drawn(CanvasModes::MouseMode mode, const QVector<QPoint> &points,
              const DragTool::ShapeStyle &style)
 {
     AnnotationLayer layer;
-    layer.reset(LAYER);
+    layer.reset(INKED);
     ViewGeometry view;
-    view.setFrameSize(LAYER);
+    view.setFrameSize(INKED);
     DragTool tool;
     tool.press(mode, points.first(), layer);
     for (int i = 1; i < points.size(); ++i)
@@ -43,7 +43,7 @@ DragTool::ShapeStyle penOf(int width)
 
 QImage plain(const DragTool::ShapeStyle &style, const std::function<void(QPainter &)> &draw)
 {
-    QImage image(LAYER, QImage::Format_ARGB32_Premultiplied);
+    QImage image(INKED, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     QPen pen(style.penColor);
@@ -220,9 +220,9 @@ void InkTest::aStrokeOfShortPiecesIsTheLineThatTheyMake()
 void InkTest::aStrokeLiesOverWhatWasDrawnBefore()
 {
     AnnotationLayer layer;
-    layer.reset(LAYER);
+    layer.reset(INKED);
     ViewGeometry view;
-    view.setFrameSize(LAYER);
+    view.setFrameSize(INKED);
     layer.paint({QRect(0, 0, 160, 240)},
                 [](QPainter &painter) { painter.fillRect(0, 0, 160, 240, Qt::blue); });
     DragTool tool;
@@ -239,9 +239,9 @@ void InkTest::aStrokeLiesOverWhatWasDrawnBefore()
 void InkTest::aStrokeGoesOnAfterATurn()
 {
     AnnotationLayer layer;
-    layer.reset(LAYER);
+    layer.reset(INKED);
     ViewGeometry view;
-    view.setFrameSize(LAYER);
+    view.setFrameSize(INKED);
     DragTool tool;
     tool.press(CanvasModes::Freehand, {40, 100}, layer);
     tool.move(CanvasModes::Freehand, {100, 100}, penOf(6), layer, view);

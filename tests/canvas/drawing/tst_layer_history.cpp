@@ -57,7 +57,7 @@ void operator delete[](void *block, std::size_t) noexcept
 namespace
 {
 
-constexpr QSize LAYER(640, 640);
+constexpr QSize SQUARE(640, 640);
 
 /// Of the process, in bytes.
 qint64 residentMemory()
@@ -83,8 +83,8 @@ void paintNoise(AnnotationLayer &layer, quint32 seed)
     });
 }
 
-struct Board {
-    explicit Board(QSize size = LAYER)
+struct SquareBoard {
+    explicit SquareBoard(QSize size = SQUARE)
     {
         view.setFrameSize(size);
         drawing.resize(size);
@@ -117,7 +117,7 @@ private slots:
 
     void theOldestStepsAreForgotten()
     {
-        Board board;
+        SquareBoard board;
         for (int i = 0; i < LayerHistory::MOST_STEPS + 20; ++i)
             board.line({10, 10 + i}, {60, 10 + i});
         QCOMPARE(board.drawing.history().steps(), LayerHistory::MOST_STEPS);
@@ -134,7 +134,7 @@ private slots:
     {
         LayerHistory history;
         AnnotationLayer layer;
-        layer.reset(LAYER);
+        layer.reset(SQUARE);
         // 1.6 MB each.
         for (quint32 i = 0; i < 60; ++i) {
             layer.beginShape();
@@ -155,7 +155,7 @@ private slots:
 
     void whatIsLargeIsPackedBeforeItIsForgotten()
     {
-        Board board({6400, 6400});
+        SquareBoard board({6400, 6400});
         // 160 MB that lie untouched take none; a filled part of 64 MB is packed at once.
         board.style = {Qt::red, 1, true, Qt::blue};
         board.drawing.press(CanvasModes::Rectangle, {100, 100});
@@ -171,7 +171,7 @@ private slots:
 
     void whatHasRestedIsPacked()
     {
-        Board board;
+        SquareBoard board;
         for (int i = 0; i < 50; ++i)
             board.line({10, 10 + 12 * i}, {600, 10 + 12 * i});
         board.drawing.clear();
@@ -192,7 +192,7 @@ private slots:
         constexpr qint64 MOST_GROWTH = 80LL * 1024 * 1024;
         const qint64 before = residentMemory();
         QVERIFY(before > 0);
-        Board board({1920, 1080});
+        SquareBoard board({1920, 1080});
         for (int i = 0; i < 10000; ++i) {
             const QPoint from(i * 37 % 1880, i * 53 % 1040);
             board.line(from, from + QPoint(20, 12));
@@ -205,7 +205,7 @@ private slots:
 
     void aStepThatFindsNoMemoryIsDroppedAndNotTheDrawing()
     {
-        Board board;
+        SquareBoard board;
         board.line({10, 20}, {600, 20});
         board.line({10, 200}, {600, 200});
         memoryIsShort = true;
@@ -230,7 +230,7 @@ private slots:
 
     void aStepThatFindsMemoryForAPartGoesWithTheStepBefore()
     {
-        Board board;
+        SquareBoard board;
         board.line({10, 200}, {600, 200});
         const QImage before = board.shown();
         board.line({10, 20}, {600, 20});
@@ -252,7 +252,7 @@ private slots:
 
     void aDragWithoutMemoryTakesNothingAway()
     {
-        Board board;
+        SquareBoard board;
         board.line({10, 20}, {600, 20});
         memoryIsShort = true;
         board.drawing.press(CanvasModes::Line, {10, 30});
@@ -266,7 +266,7 @@ private slots:
 
     void undoWithoutMemoryLeavesTheDrawing()
     {
-        Board board;
+        SquareBoard board;
         board.line({10, 20}, {600, 20});
         board.line({10, 40}, {600, 40});
         const QImage drawn = board.shown();

@@ -14,11 +14,11 @@
 namespace
 {
 
-constexpr QSize FRAME(320, 180);
+constexpr QSize SHAPES(320, 180);
 
 QImage transparent()
 {
-    QImage picture(FRAME, QImage::Format_ARGB32_Premultiplied);
+    QImage picture(SHAPES, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     return picture;
 }
@@ -39,8 +39,8 @@ AnnotationLayer dragged(CanvasModes::MouseMode mode, QPoint from, QPoint to,
 {
     AnnotationLayer layer;
     ViewGeometry view;
-    view.setFrameSize(FRAME);
-    layer.reset(FRAME);
+    view.setFrameSize(SHAPES);
+    layer.reset(SHAPES);
     DragTool tool;
     tool.press(mode, from, layer);
     tool.move(mode, to, style, layer, view);
@@ -142,8 +142,8 @@ private slots:
         const DragTool::ShapeStyle style{Qt::red, 1, tool.fillable, Qt::blue};
         AnnotationLayer layer;
         ViewGeometry view;
-        view.setFrameSize(FRAME);
-        layer.reset(FRAME);
+        view.setFrameSize(SHAPES);
+        layer.reset(SHAPES);
         DragTool drag;
         drag.press(tool.mode, {150, 90}, layer);
         for (const QPoint to :

@@ -6,7 +6,7 @@
 namespace
 {
 
-constexpr QSize LAYER(1280, 720);
+constexpr QSize HD(1280, 720);
 /// A text of 100 x 30 with a margin of 4 before it.
 const QRectF TEXT(4, 4, 100, 30);
 
@@ -28,28 +28,28 @@ private slots:
     {
         // Also where the text is cut off by the edge.
         for (const QPoint point : {QPoint(500, 250), QPoint(1279, 719), QPoint(-20, 900)})
-            QCOMPARE(at(point).point(TEXT, LAYER), point);
+            QCOMPARE(at(point).point(TEXT, HD), point);
     }
 
     void turnsWithTheLayer()
     {
         TextAnchor anchor = at({500, 250});
-        anchor.turn(true, LAYER);
-        QCOMPARE(anchor.point(TEXT, LAYER.transposed()), QPoint(469, 500));
-        anchor.turn(false, LAYER.transposed());
-        QCOMPARE(anchor.point(TEXT, LAYER), QPoint(500, 250));
-        anchor.turn(false, LAYER);
-        QCOMPARE(anchor.point(TEXT, LAYER.transposed()), QPoint(250, 779));
+        anchor.turn(true, HD);
+        QCOMPARE(anchor.point(TEXT, HD.transposed()), QPoint(469, 500));
+        anchor.turn(false, HD.transposed());
+        QCOMPARE(anchor.point(TEXT, HD), QPoint(500, 250));
+        anchor.turn(false, HD);
+        QCOMPARE(anchor.point(TEXT, HD.transposed()), QPoint(250, 779));
     }
 
     void keepsATurnedTextInside()
     {
         TextAnchor anchor = at({500, 10});
-        anchor.turn(true, LAYER);
-        QCOMPARE(anchor.point(TEXT, LAYER.transposed()), QPoint(720 - 104, 500));
+        anchor.turn(true, HD);
+        QCOMPARE(anchor.point(TEXT, HD.transposed()), QPoint(720 - 104, 500));
         // Turned back, it stands where it was begun.
-        anchor.turn(false, LAYER.transposed());
-        QCOMPARE(anchor.point(TEXT, LAYER), QPoint(500, 10));
+        anchor.turn(false, HD.transposed());
+        QCOMPARE(anchor.point(TEXT, HD), QPoint(500, 10));
     }
 
     void keepsTheTextInsideASmallerLayer()
@@ -73,7 +73,7 @@ private slots:
         TextAnchor anchor = at({1000, 700});
         anchor.layerReplaced();
         anchor.place({1279, 719});
-        QCOMPARE(anchor.point(TEXT, LAYER), QPoint(1279, 719));
+        QCOMPARE(anchor.point(TEXT, HD), QPoint(1279, 719));
     }
 };
 

@@ -10,14 +10,14 @@
 namespace
 {
 
-constexpr QSize LAYER(1920, 1080);
+constexpr QSize FULL_HD(1920, 1080);
 
 struct Page {
     explicit Page(const QString &text)
     {
         document.setPlainText(text);
         document.setTextWidth(300);
-        layer.reset(LAYER);
+        layer.reset(FULL_HD);
     }
     void paint(QSize transformedSize, QSize canvasSize)
     {
@@ -45,7 +45,7 @@ private slots:
     void anEmptyTextLeavesTheLayerUnchangedButUsed()
     {
         Page page{QString()};
-        page.paint(LAYER, LAYER);
+        page.paint(FULL_HD, FULL_HD);
         QVERIFY(page.layer.isUsed());
         QVERIFY(page.layer.image().isNull());
     }
@@ -54,7 +54,7 @@ private slots:
     {
         Page page("Hi");
         page.anchor.place({500, 500});
-        page.paint(LAYER, LAYER);
+        page.paint(FULL_HD, FULL_HD);
         QCOMPARE(page.touched(), QRegion(448, 448, 128, 128) & page.touched());
         QVERIFY(!page.touched().isEmpty());
     }
@@ -63,10 +63,10 @@ private slots:
     {
         Page small("Hi");
         small.anchor.place({100, 100});
-        small.paint(LAYER, LAYER);
+        small.paint(FULL_HD, FULL_HD);
         Page large("Hi");
         large.anchor.place({100, 100});
-        large.paint(LAYER, LAYER / 16);
+        large.paint(FULL_HD, FULL_HD / 16);
         QVERIFY(large.touched().boundingRect().height() >
                 2 * small.touched().boundingRect().height());
     }
@@ -83,7 +83,7 @@ private slots:
     {
         QFETCH(QSize, canvas);
         Page page("Hi");
-        page.paint(LAYER, canvas);
+        page.paint(FULL_HD, canvas);
         QVERIFY(page.layer.image().isNull());
         QVERIFY(page.layer.isUsed());
     }

@@ -49,6 +49,17 @@ void drawTwice(QPainter &painter, const std::function<void()> &draw, Qt::PenStyl
     draw();
 }
 
+void drawCross(QPainter &painter)
+{
+    drawTwice(
+        painter,
+        [&painter] {
+            painter.drawLine(QPointF(-CROSS_ARM, 0), QPointF(CROSS_ARM, 0));
+            painter.drawLine(QPointF(0, -CROSS_ARM), QPointF(0, CROSS_ARM));
+        },
+        Qt::SolidLine);
+}
+
 QCursor ring(double diameter, const QColor &color, const Sharpness &sharpness)
 {
     const double outer = std::clamp(diameter, LEAST_RING, LARGEST);
@@ -67,15 +78,7 @@ QCursor ring(double diameter, const QColor &color, const Sharpness &sharpness)
 
 QCursor cross(const Sharpness &sharpness)
 {
-    return drawn(2.0 * CROSS_ARM + 4.0, sharpness, [](QPainter &painter) {
-        drawTwice(
-            painter,
-            [&painter] {
-                painter.drawLine(QPointF(-CROSS_ARM, 0), QPointF(CROSS_ARM, 0));
-                painter.drawLine(QPointF(0, -CROSS_ARM), QPointF(0, CROSS_ARM));
-            },
-            Qt::SolidLine);
-    });
+    return drawn(2.0 * CROSS_ARM + 4.0, sharpness, drawCross);
 }
 
 QCursor eraser(double side, const Sharpness &sharpness)
@@ -93,13 +96,7 @@ QCursor eraser(double side, const Sharpness &sharpness)
 QCursor clip(const Sharpness &sharpness)
 {
     return drawn(2.0 * (CROSS_ARM + CORNER) + 4.0, sharpness, [](QPainter &painter) {
-        drawTwice(
-            painter,
-            [&painter] {
-                painter.drawLine(QPointF(-CROSS_ARM, 0), QPointF(CROSS_ARM, 0));
-                painter.drawLine(QPointF(0, -CROSS_ARM), QPointF(0, CROSS_ARM));
-            },
-            Qt::SolidLine);
+        drawCross(painter);
         drawTwice(
             painter,
             [&painter] {

@@ -14,6 +14,21 @@
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
+namespace
+{
+
+/// Gives the worker a job that ends when the promise is kept.
+void keepBusyUntil(std::promise<void> &release, BoundedWorker &worker)
+{
+    auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
+    QVERIFY(!worker.call(milliseconds(20), [blocker] {
+        blocker->wait();
+        return 1;
+    }));
+}
+
+} // namespace
+
 class BoundedWorkerTest : public QObject
 {
     Q_OBJECT
@@ -128,12 +143,8 @@ private slots:
     void aWorkerThatWasBusyServesAgain()
     {
         std::promise<void> release;
-        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
         BoundedWorker worker("Test");
-        QVERIFY(!worker.call(milliseconds(20), [blocker] {
-            blocker->wait();
-            return 1;
-        }));
+        keepBusyUntil(release, worker);
         release.set_value();
         QCOMPARE(worker.call(seconds(20), [] { return 2; }).value_or(0), 2);
     }
@@ -171,12 +182,8 @@ private slots:
     void droppedJobsAreNeverBegunAndNeverAnswered()
     {
         std::promise<void> release;
-        auto blocker = std::make_shared<std::shared_future<void>>(release.get_future());
         BoundedWorker worker("Test");
-        QVERIFY(!worker.call(milliseconds(20), [blocker] {
-            blocker->wait();
-            return 1;
-        }));
+        keepBusyUntil(release, worker);
         auto begun = std::make_shared<std::atomic<bool>>(false);
         const BoundedWorker::Ticket dropped = worker.post([begun] {
             *begun = true;

@@ -10,6 +10,7 @@
 #include "diagnostics/TerminalLines.h"
 
 #include <QFileInfo>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTextDocument>
 #include <QThread>

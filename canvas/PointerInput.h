@@ -131,7 +131,7 @@ private:
     enum class Touch { None, Draws, Gesture, Ignored };
 
     struct Down {
-        int id;
+        int id = 0;
         QPointF start;
         QPointF point;
     };

@@ -16,7 +16,7 @@ int pixelBytes(const QImage &picture)
 
 uchar *pixelAt(QImage &picture, int x, int y)
 {
-    return picture.scanLine(y) + x * pixelBytes(picture);
+    return picture.scanLine(y) + std::ptrdiff_t{x} * pixelBytes(picture);
 }
 
 void greyed(QImage &picture)
@@ -130,7 +130,7 @@ QImage ReferencePipeline::fitted(const QImage &picture, QSize size)
 {
     if (picture.size() == size)
         return picture;
-    const QImage scaled = picture.scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation);
+    QImage scaled = picture.scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation);
     if (scaled.width() >= size.width() && scaled.height() >= size.height())
         return scaled;
     QImage result(size, QImage::Format_RGB888);
@@ -193,7 +193,8 @@ bool ReferencePipeline::same(const QImage &a, const QImage &b)
 {
     if (a.size() != b.size() || a.format() != b.format())
         return false;
-    const auto bytes = static_cast<std::size_t>(a.width() * pixelBytes(a));
+    const auto bytes =
+        static_cast<std::size_t>(a.width()) * static_cast<std::size_t>(pixelBytes(a));
     for (int y = 0; y < a.height(); ++y) {
         if (std::memcmp(a.constScanLine(y), b.constScanLine(y), bytes) != 0)
             return false;

@@ -52,8 +52,8 @@ struct DrawingBoard {
             return picture;
         layer.forEachTouched(layer.rect(), [&](const QRect &part) {
             for (int y = part.top(); y <= part.bottom(); ++y)
-                std::memcpy(picture.scanLine(y) + 4 * part.left(),
-                            layer.image().constScanLine(y) + 4 * part.left(),
+                std::memcpy(picture.scanLine(y) + std::ptrdiff_t{4} * part.left(),
+                            layer.image().constScanLine(y) + std::ptrdiff_t{4} * part.left(),
                             std::size_t{4} * static_cast<std::size_t>(part.width()));
         });
         return picture;

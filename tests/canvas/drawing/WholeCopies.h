@@ -78,7 +78,7 @@ public:
 private:
     struct Copy {
         QImage drawing;
-        int turns;
+        int turns = 0;
     };
     struct Step {
         Copy before;
@@ -113,7 +113,8 @@ private:
         const QPoint corner((size.width() - scaled.width()) / 2,
                             (size.height() - scaled.height()) / 2);
         for (int y = 0; y < scaled.height(); ++y)
-            std::memcpy(picture.scanLine(corner.y() + y) + 4 * corner.x(), scaled.constScanLine(y),
+            std::memcpy(picture.scanLine(corner.y() + y) + std::ptrdiff_t{4} * corner.x(),
+                        scaled.constScanLine(y),
                         std::size_t{4} * static_cast<std::size_t>(scaled.width()));
         return picture;
     }

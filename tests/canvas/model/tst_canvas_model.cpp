@@ -62,9 +62,9 @@ private slots:
     {
         Canvas canvas;
         canvas.settings.effectMode = CanvasModes::EffectNegative;
-        std::vector<uchar> pixels(64 * 48 * 3, 10);
+        std::vector<uchar> pixels(std::size_t{64} * 48 * 3, 10);
         (void)canvas.model.take(pixels.data(), FRAME, false, false);
-        QCOMPARE(pixels, std::vector<uchar>(64 * 48 * 3, 245));
+        QCOMPARE(pixels, std::vector<uchar>(std::size_t{64} * 48 * 3, 245));
     }
 
     void aFrozenPictureStays()
@@ -211,7 +211,7 @@ private slots:
         QCOMPARE(canvas.model.viewShape().rotatedSize(), QSize(48, 64));
         std::atomic<bool> stop{false};
         std::thread frames([&] {
-            std::vector<uchar> pixels(64 * 48 * 3);
+            std::vector<uchar> pixels(std::size_t{64} * 48 * 3);
             while (!stop)
                 (void)canvas.model.take(pixels.data(), FRAME, false, false);
         });
@@ -228,7 +228,7 @@ private slots:
         Canvas canvas;
         std::atomic<bool> stop{false};
         std::thread frames([&] {
-            std::vector<uchar> pixels(64 * 48 * 3);
+            std::vector<uchar> pixels(std::size_t{64} * 48 * 3);
             const std::vector<QSize> sizes{{64, 48}, {48, 64}, {31, 17}, {1, 1}, {0, 0}};
             for (std::size_t i = 0; !stop; ++i)
                 (void)canvas.model.take(pixels.data(), sizes[i / 9 % sizes.size()], false, false);

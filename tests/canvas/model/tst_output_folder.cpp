@@ -142,6 +142,7 @@ private slots:
         const auto output = OutputFolder::of(folder.path());
         std::atomic<int> failures{0};
         std::vector<std::thread> threads;
+        threads.reserve(4);
         for (int i = 0; i < 4; ++i) {
             threads.emplace_back([&, bytes = QByteArray(1000 * (i + 1), char('a' + i))] {
                 for (int round = 0; round < 50; ++round) {

@@ -11,8 +11,9 @@ QVector<int> shots(SnapshotClock &clock, int fromSecond, int toSecond)
 {
     QVector<int> seconds;
     for (int tenth = fromSecond * 10; tenth < toSecond * 10; ++tenth) {
-        const bool due = clock.isDue(tenth * 100);
-        const bool taken = clock.takePicture(tenth * 100);
+        const std::int64_t milliseconds = std::int64_t{100} * tenth;
+        const bool due = clock.isDue(milliseconds);
+        const bool taken = clock.takePicture(milliseconds);
         // A picture is only taken when isDue() has said so.
         if (taken && !due)
             return {};

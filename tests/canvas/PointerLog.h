@@ -16,7 +16,7 @@ public:
     /// What was asked for since the last call.
     QString take()
     {
-        const QString all = m_lines.join(QStringLiteral("; "));
+        QString all = m_lines.join(QStringLiteral("; "));
         m_lines.clear();
         return all;
     }

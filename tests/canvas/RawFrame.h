@@ -17,8 +17,8 @@ struct RawFrame {
     {
         RawFrame frame{frameSize, pixelBytes, {}};
         std::mt19937 random(seed);
-        frame.bytes.resize(
-            static_cast<std::size_t>(frameSize.width() * frameSize.height() * pixelBytes));
+        frame.bytes.resize(static_cast<std::size_t>(frameSize.width()) *
+                           static_cast<std::size_t>(frameSize.height() * pixelBytes));
         for (uchar &byte : frame.bytes)
             byte = static_cast<uchar>(random());
         return frame;

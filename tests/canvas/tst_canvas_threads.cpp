@@ -39,7 +39,8 @@ private:
         for (std::size_t i = 0; !m_stopped; ++i) {
             const QSize size = sizes[i / 7 % sizes.size()];
             const int pixelBytes = i % 5 == 0 ? 4 : 3;
-            bytes.assign(static_cast<std::size_t>(size.width() * size.height() * pixelBytes),
+            bytes.assign(static_cast<std::size_t>(size.width()) *
+                             static_cast<std::size_t>(size.height() * pixelBytes),
                          static_cast<uchar>(i));
             if (i % 11 == 0)
                 canvas.imageCaptured(QImage(size, QImage::Format_RGB888));
@@ -181,7 +182,7 @@ private slots:
             while (!stopped)
                 canvas.frozen = !canvas.frozen;
         });
-        std::vector<uchar> bytes(64 * 48 * 3);
+        std::vector<uchar> bytes(std::size_t{64} * 48 * 3);
         int different = 0;
         for (int i = 0; i < 100000; ++i) {
             std::fill(bytes.begin(), bytes.end(), static_cast<uchar>(i));

@@ -38,7 +38,7 @@ public:
 private:
     void run(ImageCanvas &canvas, bool changesSize)
     {
-        std::vector<unsigned char> pixels(160 * 120 * 4);
+        std::vector<unsigned char> pixels(std::size_t{160} * 120 * 4);
         while (!m_stop) {
             const int number = m_frames;
             std::fill(pixels.begin(), pixels.end(), static_cast<unsigned char>(255));

@@ -55,8 +55,8 @@ private slots:
     void greyIsRightForEveryColour()
     {
         // One row for each pair of the first two bytes, with all values of the third.
-        std::vector<std::uint8_t> row(256 * 3 + SLACK);
-        std::vector<std::uint8_t> out(256 * 3);
+        std::vector<std::uint8_t> row(std::size_t{256} * 3 + SLACK);
+        std::vector<std::uint8_t> out(std::size_t{256} * 3);
         for (const FrameKernels *kernels : allKernels()) {
             for (int pair = 0; pair < 65536; ++pair) {
                 const int b0 = pair >> 8;
@@ -150,8 +150,8 @@ private slots:
             for (int column = 0; column < 4; ++column) {
                 for (int i = 0; i < outStep; ++i) {
                     const auto at = static_cast<std::size_t>(column * outStep + i);
-                    const auto from =
-                        static_cast<std::size_t>(i / 3 * sourceStep + 3 * column + i % 3);
+                    const auto from = static_cast<std::size_t>(std::ptrdiff_t{i / 3} * sourceStep +
+                                                               3 * column + i % 3);
                     QCOMPARE(out[at], i < 48 ? source[from] : background[at]);
                 }
             }

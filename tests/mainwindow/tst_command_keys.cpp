@@ -199,7 +199,9 @@ void CommandKeysTest::allKeysAreListed()
 {
     press(Qt::Key_F1);
     const auto *popup = qobject_cast<MoreToolWindow *>(m_window->currentToolWindow());
-    QVERIFY(popup && popup->isVisible());
+    if (popup == nullptr)
+        QFAIL("no pop-up of pages is open");
+    QVERIFY(popup->isVisible());
     QVERIFY(popup->page() == Pages::Id::Keys);
     press(Qt::Key_Escape);
     QVERIFY(!popup->isVisible());

@@ -62,6 +62,7 @@ private slots:
     void sixteenScreens()
     {
         std::vector<Screen> screens;
+        screens.reserve(16);
         for (int i = 0; i < 16; ++i)
             screens.push_back({QString::number(i), {i * 320, 0, 320, 200}});
         QCOMPARE(chosen(screens, {0, 0, 300, 200}), 1);

@@ -4,6 +4,7 @@
 #include "settings/Config.h"
 #include "sources/LiveSource.h"
 #include "sources/WindowServices.h"
+#include "widgets/FileDialogs.h"
 #include "widgets/FolderField.h"
 #include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
@@ -11,7 +12,6 @@
 #include "widgets/ToolTips.h"
 
 #include <QComboBox>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -231,8 +231,8 @@ void SettingsToolWindow::addButton(const QString &caption, const QString &access
 void SettingsToolWindow::browse(FolderField *field, const QString &caption)
 {
     const QPointer<FolderField> guarded(field);
-    const QString folder = QFileDialog::getExistingDirectory(
-        WindowServices::of(m_mainWindow).widget(), caption, field->text());
+    const QString folder = FileDialogs::chooseFolder(WindowServices::of(m_mainWindow).widget(),
+                                                     caption, field->text());
     if (!guarded || folder.isEmpty())
         return;
     field->setText(folder);

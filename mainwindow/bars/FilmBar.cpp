@@ -9,6 +9,7 @@
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
 #include "sources/FilmSource.h"
+#include "widgets/FileDialogs.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ImageWidget.h"
@@ -16,8 +17,6 @@
 #include "widgets/ToolTips.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QFileDialog>
 
 namespace
 {
@@ -125,10 +124,10 @@ void FilmBar::showPosition()
 void FilmBar::openFile()
 {
     m_popups->closeAny();
-    const QString path = QFileDialog::getOpenFileName(
-        m_window, QString(), Config::recordPath(),
+    const QString path = FileDialogs::openFile(
+        m_window, Config::recordPath(),
         QCoreApplication::translate("MainWindow", "All supported media files (*.avi *.mov *.mp4)"));
-    if (path.isEmpty() || !QFile::exists(path))
+    if (path.isEmpty() || !FileDialogs::exists(path))
         return;
     m_message->pass({});
     m_source->setFile(path);

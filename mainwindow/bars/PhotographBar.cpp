@@ -11,6 +11,7 @@
 #include "settings/Config.h"
 #include "sources/PhotographSource.h"
 #include "sources/photographs/PhotographList.h"
+#include "widgets/FileDialogs.h"
 #include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ImageWidget.h"
@@ -19,7 +20,6 @@
 #include "widgets/ToolTips.h"
 
 #include <QCoreApplication>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 
@@ -131,7 +131,7 @@ void PhotographBar::leave()
 void PhotographBar::openDirectory()
 {
     m_popups->closeAny();
-    const QString file = QFileDialog::getOpenFileName(m_window, QString(), Config::snapshotPath());
+    const QString file = FileDialogs::openFile(m_window, Config::snapshotPath());
     // An empty answer would mean the current folder.
     if (file.isEmpty())
         return;

@@ -7,6 +7,7 @@
 #include <climits>
 #include <condition_variable>
 #include <cstdarg>
+#include <cstdint>
 #include <cstring>
 #include <mutex>
 #include <string>
@@ -14,6 +15,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -87,8 +89,8 @@ int HangingFolder::waiting() const
     return waitingCalls;
 }
 
-// The calls that the toolkit and the program ask for a folder, open and remove a file, and bring a
-// movie to the disk with.
+// The calls that the toolkit and the program ask for a folder, watch it, open and remove a file,
+// and bring a movie to the disk with.
 extern "C" {
 
 int statx(int directory, const char *path, int flags, unsigned int mask, struct statx *result)
@@ -101,8 +103,15 @@ int statx(int directory, const char *path, int flags, unsigned int mask, struct 
 DIR *opendir(const char *path)
 {
     static const auto next = nextOf(&opendir, "opendir");
-    waitForServer(path, HangingFolder::Everything);
+    waitForServer(path, HangingFolder::Listing);
     return next(path);
+}
+
+int inotify_add_watch(int watcher, const char *path, std::uint32_t events)
+{
+    static const auto next = nextOf(&inotify_add_watch, "inotify_add_watch");
+    waitForServer(path, HangingFolder::Everything);
+    return next(watcher, path, events);
 }
 
 int open(const char *path, int flags, ...)

@@ -13,6 +13,8 @@ public:
         /// Looking for a file and removing it too.
         EverythingAndRemoving,
         Opening,
+        /// Its files are known, and nobody can read which there are.
+        Listing,
         /// What is written is not brought to the disk.
         Syncing
     };

@@ -1,0 +1,79 @@
+#include "widgets/FileDialogs.h"
+
+#include "sources/threads/DetachedThreads.h"
+#include "widgets/AnsweringFiles.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QPointer>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace
+{
+
+/// Deletes a dialog when its thread has nothing left to read, as the destructor waits for that
+/// thread: it asks for the files of a folder that nobody has opened, and a drive may fall silent.
+void deleteWhenRead(QFileDialog *dialog)
+{
+    auto *files = dialog->findChild<QFileSystemModel *>();
+    // The thread reads one folder after the other: when it has read this one, it has read all.
+    const auto last = std::make_shared<QTemporaryDir>();
+    const QModelIndex index = files ? files->index(last->path()) : QModelIndex();
+    if (!index.isValid()) {
+        // A desktop's own dialog, for one, has no such thread.
+        delete dialog;
+        return;
+    }
+    // The window does not take it along when it goes.
+    dialog->setParent(nullptr);
+    const auto reading = std::make_shared<DetachedThreads::Running>();
+    QObject::connect(files, &QFileSystemModel::directoryLoaded, dialog,
+                     [dialog, last, reading, path = files->filePath(index)](const QString &read) {
+                         if (read == path)
+                             dialog->deleteLater();
+                     });
+    files->fetchMore(index);
+}
+
+QString ask(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,
+            QFileDialog::FileMode mode)
+{
+    const auto active = std::make_shared<AnsweringFiles::Active>();
+    const QString start = AnsweringFiles::answers(folder) ? folder : QDir::homePath();
+    auto *dialog = new QFileDialog(parent, caption, start, filter);
+    QObject::connect(dialog, &QObject::destroyed, [active] {});
+    // The toolkit has the system watch a folder on the GUI thread, without asking for it before.
+    if (auto *files = dialog->findChild<QFileSystemModel *>())
+        files->setOption(QFileSystemModel::DontWatchForChanges);
+    dialog->setFileMode(mode);
+    dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
+    const QPointer<QFileDialog> guarded(dialog);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    if (!guarded)
+        return {};
+    const QString chosen = isAccepted ? dialog->selectedFiles().value(0) : QString();
+    deleteWhenRead(dialog);
+    return chosen;
+}
+
+} // namespace
+
+QString FileDialogs::openFile(QWidget *parent, const QString &folder, const QString &filter)
+{
+    return ask(parent, QString(), folder, filter, QFileDialog::ExistingFile);
+}
+
+QString FileDialogs::chooseFolder(QWidget *parent, const QString &caption, const QString &folder)
+{
+    return ask(parent, caption, folder, QString(), QFileDialog::Directory);
+}
+
+bool FileDialogs::exists(const QString &path)
+{
+    const AnsweringFiles::Active active;
+    return QFileInfo::exists(path);
+}

@@ -6,6 +6,8 @@
 #include "canvas/picture/ViewGeometry.h"
 
 #include <QEvent>
+#include <QFontMetrics>
+#include <QImageReader>
 #include <QPainter>
 #include <QTimer>
 
@@ -21,6 +23,7 @@ constexpr double PICTOGRAM_MIDDLE = 0.38;
 constexpr double PICTOGRAM_HEIGHT = 0.24;
 constexpr double LINE_MIDDLE = 0.64;
 constexpr double LINE_UNDER_DRAWING = 0.90;
+constexpr int LINE_FLAGS = Qt::AlignCenter | Qt::TextWordWrap;
 
 } // namespace
 
@@ -77,22 +80,10 @@ void EmptyScreen::paintEvent(QPaintEvent *)
     }
     const QRect place = picturePlace();
     QPainter painter(this);
-    double lineMiddle = LINE_UNDER_DRAWING;
-    if (!m_pictogramPath.isEmpty()) {
-        paintGround(painter, place);
-        lineMiddle = LINE_MIDDLE;
-    }
-    if (m_message && m_message->isVisible())
-        return;
     if (!m_pictogramPath.isEmpty())
-        paintPictogram(painter, place);
-    const QFont font = canvasFont(height());
-    painter.setFont(font);
-    painter.setPen(Qt::white);
-    const int room = 3 * font.pixelSize();
-    painter.drawText(
-        QRect(0, place.top() + qRound(place.height() * lineMiddle) - room / 2, width(), room),
-        Qt::AlignCenter | Qt::TextWordWrap, m_line);
+        paintGround(painter, place);
+    if (!m_message || !m_message->isVisible())
+        paintSign(painter, place);
 }
 
 void EmptyScreen::paintGround(QPainter &painter, const QRect &place) const
@@ -103,18 +94,57 @@ void EmptyScreen::paintGround(QPainter &painter, const QRect &place) const
                      Qt::black);
 }
 
-void EmptyScreen::paintPictogram(QPainter &painter, const QRect &place)
+void EmptyScreen::paintSign(QPainter &painter, const QRect &place)
 {
-    if (m_pictogram.isNull())
-        m_pictogram = QImage(m_pictogramPath);
+    const double ratio = painter.device()->devicePixelRatioF();
+    if (m_signFor != place || m_signRatio != ratio) {
+        drawSign(place, ratio);
+        m_signFor = place;
+        m_signRatio = ratio;
+    }
+    // In pixels of the screen, so that the painter copies and does not scale.
+    painter.scale(1.0 / ratio, 1.0 / ratio);
+    painter.drawImage(m_signCorner, m_sign);
+}
+
+void EmptyScreen::drawSign(const QRect &place, double ratio)
+{
+    const QFont font = canvasFont(height());
+    const bool hasPictogram = !m_pictogramPath.isEmpty();
     const auto heightOf = [&place](double part) { return qRound(place.height() * part); };
+    const int room = 3 * font.pixelSize();
+    const QRect lineRoom(
+        0, place.top() + heightOf(hasPictogram ? LINE_MIDDLE : LINE_UNDER_DRAWING) - room / 2,
+        width(), room);
+    const QRect line = QFontMetrics(font).boundingRect(lineRoom, LINE_FLAGS, m_line);
+    const QRectF pictogram = hasPictogram ? pictogramPlace(place) : QRectF();
+    // At a small ratio letters are wider than their measure.
+    const QRectF whole =
+        pictogram | QRectF(line).adjusted(-font.pixelSize(), -2, font.pixelSize(), 2);
+    const QRect pixels = QRectF(whole.topLeft() * ratio, whole.size() * ratio).toAlignedRect();
+    m_signCorner = pixels.topLeft();
+    m_sign = QImage(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+    m_sign.fill(Qt::transparent);
+    QPainter painter(&m_sign);
+    painter.translate(-pixels.topLeft());
+    painter.scale(ratio, ratio);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (hasPictogram)
+        painter.drawImage(pictogram, QImage(m_pictogramPath));
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(lineRoom, LINE_FLAGS, m_line);
+}
+
+QRectF EmptyScreen::pictogramPlace(const QRect &place) const
+{
+    const auto heightOf = [&place](double part) { return qRound(place.height() * part); };
     QRectF target(QPointF(0, 0),
-                  QSizeF(m_pictogram.size())
+                  QSizeF(QImageReader(m_pictogramPath).size())
                       .scaled(place.width(), heightOf(PICTOGRAM_HEIGHT), Qt::KeepAspectRatio));
     target.moveCenter(
         QPointF(place.left() + place.width() / 2.0, place.top() + heightOf(PICTOGRAM_MIDDLE)));
-    painter.drawImage(target, m_pictogram);
+    return target;
 }
 
 QRect EmptyScreen::picturePlace() const

@@ -39,7 +39,11 @@ protected:
 
 private:
     void paintGround(QPainter &painter, const QRect &place) const;
-    void paintPictogram(QPainter &painter, const QRect &place);
+    /// Pictogram and line, which are drawn anew only when the place or the screen has changed.
+    void paintSign(QPainter &painter, const QRect &place);
+    /// `ratio`: pixels of the screen in one of the widget.
+    void drawSign(const QRect &place, double ratio);
+    [[nodiscard]] QRectF pictogramPlace(const QRect &place) const;
     /// Where the canvas shows the start picture, in the canvas's coordinates.
     [[nodiscard]] QRect picturePlace() const;
     void appear();
@@ -48,6 +52,10 @@ private:
     QString m_pictogramPath;
     /// Null when there is none.
     QWidget *m_message = nullptr;
-    QImage m_pictogram;
     QString m_line;
+    /// Pictogram and line in pixels of the screen, where they stand, and what they were drawn for.
+    QImage m_sign;
+    QPoint m_signCorner;
+    QRect m_signFor;
+    double m_signRatio = 0.0;
 };

@@ -50,6 +50,21 @@ int brightPixelsBeside(ImageCanvas *canvas, const QRect &place)
     return count;
 }
 
+/// Around what is bright within a canvas's edge.
+QRect brightPlace(ImageCanvas *canvas)
+{
+    const QImage shown = canvas->grab().toImage();
+    const QRect inner = shown.rect().adjusted(4, 4, -4, -4);
+    QRect place;
+    for (int y = inner.top(); y <= inner.bottom(); ++y) {
+        for (int x = inner.left(); x <= inner.right(); ++x) {
+            if (qGray(shown.pixel(x, y)) > 100)
+                place |= QRect(x, y, 1, 1);
+        }
+    }
+    return place;
+}
+
 bool isControl(const QWidget *widget)
 {
     return widget->isVisible() &&
@@ -114,6 +129,7 @@ private slots:
     void init() { usualSettings(); }
     void anEmptyModeSaysWhatToDo_data();
     void anEmptyModeSaysWhatToDo();
+    void theEmptyScreenFollowsItsCanvas();
     void aStrokeEndsTheEmptyScreen();
     void aMessageStandsAloneOnTheEmptyScreen_data();
     void aMessageStandsAloneOnTheEmptyScreen();
@@ -159,6 +175,25 @@ void WindowSignsTest::anEmptyModeSaysWhatToDo()
     QTRY_VERIFY(!screen->isVisible());
     QCOMPARE(window.currentCanvas()->grab().toImage().pixelColor(shown.rect().center()),
              QColor(Qt::green));
+}
+
+void WindowSignsTest::theEmptyScreenFollowsItsCanvas()
+{
+    MainWindow window;
+    window.show();
+    enter(window, 1);
+    ImageCanvas *canvas = window.currentCanvas();
+    int width = 0;
+    for (const QSize &size : {QSize(1000, 800), QSize(1500, 1100), QSize(1000, 800)}) {
+        window.resize(size);
+        QCoreApplication::processEvents();
+        const QRect sign = brightPlace(canvas);
+        QVERIFY(std::abs(2 * sign.center().x() - canvas->width()) <= 4);
+        QVERIFY(canvas->rect().contains(sign));
+        // Pictogram and letters grow with the canvas, and shrink again.
+        QVERIFY(sign.width() != width);
+        width = sign.width();
+    }
 }
 
 void WindowSignsTest::aStrokeEndsTheEmptyScreen()

@@ -28,13 +28,15 @@ QCursor drawn(double side, const Sharpness &sharpness, const std::function<void(
     // An odd number of pixels has a middle one.
     const int edge = 2 * static_cast<int>(std::ceil(side / 2.0)) + 1;
     QPixmap picture(QSize(edge, edge) * sharpness.pixelRatio);
-    picture.setDevicePixelRatio(sharpness.pixelRatio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
+    // A painter would leave out a ratio below 1, which small screens have.
+    painter.scale(sharpness.pixelRatio, sharpness.pixelRatio);
     painter.translate(edge / 2.0, edge / 2.0);
     draw(painter);
     painter.end();
+    picture.setDevicePixelRatio(sharpness.pixelRatio);
     const auto middle = static_cast<int>(edge * sharpness.hotSpotRatio / 2.0);
     return QCursor(picture, middle, middle);
 }
@@ -63,16 +65,17 @@ void drawCross(QPainter &painter)
 QCursor ring(double diameter, const QColor &color, const Sharpness &sharpness)
 {
     const double outer = std::clamp(diameter, LEAST_RING, LARGEST);
-    return drawn(outer + 4.0, sharpness, [&](QPainter &painter) {
+    return drawn(outer + 6.0, sharpness, [&](QPainter &painter) {
         const auto circle = [&painter](double radius, const QColor &line, double width) {
             painter.setPen(QPen(line, width));
             painter.drawEllipse(QPointF(0, 0), radius, radius);
         };
         painter.setBrush(Qt::NoBrush);
         const double radius = outer / 2.0;
-        circle(radius + 0.5, Qt::black, 1.0);
         circle(radius - 1.0, color, 2.0);
-        circle(radius - 2.5, Qt::white, 1.0);
+        // Both around the ink, so that its size is seen on a picture of its own colour as well.
+        circle(radius + 0.5, Qt::white, 1.0);
+        circle(radius + 1.5, Qt::black, 1.0);
     });
 }
 

@@ -4,13 +4,15 @@
 #include "tests/canvas/CanvasPointers.h"
 
 #include <QBitmap>
+#include <QPainter>
 #include <QTest>
 #include <QTextEdit>
 
 namespace
 {
 
-QSize visibleSize(const QCursor &cursor)
+/// In the pixels of its picture.
+QRect visiblePlace(const QCursor &cursor)
 {
     const QImage image = cursor.pixmap().toImage().convertToFormat(QImage::Format_ARGB32);
     QRect visible;
@@ -20,7 +22,12 @@ QSize visibleSize(const QCursor &cursor)
                 visible |= QRect(x, y, 1, 1);
         }
     }
-    return visible.size();
+    return visible;
+}
+
+QSize visibleSize(const QCursor &cursor)
+{
+    return visiblePlace(cursor).size();
 }
 
 ToolCursor pen(double width, const QColor &color = Qt::red)
@@ -67,9 +74,11 @@ class ToolCursorTest : public QObject
 
 private slots:
     void thePenIsARingOfItsWidthAndColour();
+    void thePenIsSeenInItsWholeWidthOnItsOwnColour();
     void theEraserIsASquareOfItsSize();
     void everyToolIsSeenOnBlackAndOnWhite();
     void everyPointerIsSharpOnASharpScreen();
+    void everyPointerIsWholeAtEveryRatio();
     void handsOpenAndClose();
     void theCanvasShowsItsToolWithTheZoom();
     void aPinchChangesThePointerOnce();
@@ -78,14 +87,38 @@ private slots:
 
 void ToolCursorTest::thePenIsARingOfItsWidthAndColour()
 {
-    QVERIFY(std::abs(visibleSize(pen(40.0).cursor()).width() - 41) <= 1);
-    QVERIFY(visibleSize(pen(3.0).cursor()).width() >= 9);
+    // With a hairline of white and one of black around it.
+    QVERIFY(std::abs(visibleSize(pen(40.0).cursor()).width() - 44) <= 1);
+    QVERIFY(visibleSize(pen(3.0).cursor()).width() >= 13);
     const QImage ring = pen(40.0).cursor().pixmap().toImage();
     const QPoint middle(ring.width() / 2, ring.height() / 2);
     QCOMPARE(qAlpha(ring.pixel(middle)), 0);
     // On the ring, a pixel inside its edge.
     QCOMPARE(QColor(ring.pixel(middle.x() + 19, middle.y())), QColor(Qt::red));
     QCOMPARE(pen(40.0).cursor().hotSpot(), middle);
+}
+
+void ToolCursorTest::thePenIsSeenInItsWholeWidthOnItsOwnColour()
+{
+    for (const QColor &color : {QColor(Qt::black), QColor(Qt::white), QColor(Qt::red)}) {
+        for (const double width : {3.0, 12.0, 40.0}) {
+            const QPixmap ring = pen(width, color).cursor().pixmap();
+            QImage picture(ring.size(), QImage::Format_RGB32);
+            picture.fill(color);
+            QPainter(&picture).drawPixmap(0, 0, ring);
+            QRect seen;
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    const int gray = qGray(picture.pixel(x, y));
+                    if (std::abs(gray - qGray(color.rgb())) > 80)
+                        seen |= QRect(x, y, 1, 1);
+                }
+            }
+            const int least = static_cast<int>(std::max(width, 9.0));
+            QVERIFY2(seen.width() >= least && seen.height() >= least,
+                     qPrintable(QString("%1 %2").arg(color.name()).arg(seen.width())));
+        }
+    }
 }
 
 void ToolCursorTest::theEraserIsASquareOfItsSize()
@@ -144,6 +177,28 @@ void ToolCursorTest::everyPointerIsSharpOnASharpScreen()
     }
 }
 
+void ToolCursorTest::everyPointerIsWholeAtEveryRatio()
+{
+    // A screen of 768 lines has a ratio below 1.
+    for (const double ratio : {0.75, 0.93, 1.0, 1.5, 2.0}) {
+        for (const CanvasModes::MouseMode tool :
+             {CanvasModes::Freehand, CanvasModes::Line, CanvasModes::Eraser}) {
+            ToolCursor cursor = pen(20.0);
+            cursor.tool = tool;
+            cursor.eraserSide = 25.0;
+            cursor.pixelRatio = ratio;
+            cursor.hotSpotOnScreen = true;
+            const QRect visible = visiblePlace(cursor.cursor());
+            const QPoint off = visible.center() - cursor.cursor().hotSpot();
+            QVERIFY2(off.manhattanLength() <= 2,
+                     qPrintable(QString("%1 %2: %3").arg(ratio).arg(tool).arg(off.x())));
+            // Nothing is cut off.
+            const QRect picture = cursor.cursor().pixmap().rect();
+            QVERIFY(picture.adjusted(1, 1, -1, -1).contains(visible));
+        }
+    }
+}
+
 void ToolCursorTest::handsOpenAndClose()
 {
     ToolCursor cursor;
@@ -160,15 +215,15 @@ void ToolCursorTest::theCanvasShowsItsToolWithTheZoom()
     takePen(canvas);
     enter(canvas);
     const int whole = visibleSize(canvas.cursor()).width();
-    QVERIFY(std::abs(whole - 13) <= 1);
+    QVERIFY(std::abs(whole - 16) <= 1);
     canvas.zoomIn();
     // Each painting brings the pointer in line.
     (void)canvas.grab();
-    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 25) <= 1);
+    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 28) <= 1);
     canvas.zoomReset();
     canvas.penWidth = 30;
     (void)canvas.grab();
-    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 31) <= 1);
+    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 34) <= 1);
     canvas.setMouseMode(CanvasModes::Hand);
     (void)canvas.grab();
     QCOMPARE(canvas.cursor().shape(), Qt::OpenHandCursor);
@@ -195,7 +250,7 @@ void ToolCursorTest::aPinchChangesThePointerOnce()
     hand.lift(0, 100);
     hand.lift(1, 101);
     QCOMPARE(changes.count, 1);
-    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 25) <= 1);
+    QVERIFY(std::abs(visibleSize(canvas.cursor()).width() - 28) <= 1);
 }
 
 void ToolCursorTest::writtenTextLiesOnThePicture()

@@ -41,7 +41,7 @@ QImage stripes(QSize size)
     return image;
 }
 
-struct Film {
+struct ComparedFilm {
     QString what;
     /// Of the encoder.
     QStringList arguments;
@@ -50,7 +50,7 @@ struct Film {
 };
 
 /// How the colours are stored: "full" or "limited", the matrix and the format of the pixels.
-QStringList stored(const char *range, const char *matrix, const char *pixels)
+QStringList storedColours(const char *range, const char *matrix, const char *pixels)
 {
     const bool full = qstrcmp(range, "full") == 0;
     return {"-vf",          QString("scale=out_range=%1:out_color_matrix=%2").arg(range, matrix),
@@ -59,72 +59,75 @@ QStringList stored(const char *range, const char *matrix, const char *pixels)
 }
 
 /// How the film names its colours.
-QStringList named(const char *matrix, const char *primaries, const char *transfer)
+QStringList namedColours(const char *matrix, const char *primaries, const char *transfer)
 {
     return {"-colorspace", matrix, "-color_primaries", primaries, "-color_trc", transfer};
 }
 
-const QStringList hevc{"-c:v",      "libx265",      "-preset",
-                       "ultrafast", "-x265-params", "log-level=error:qp=4"};
-const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-qp", "4"};
+const QStringList hevcEncoder{"-c:v",      "libx265",      "-preset",
+                              "ultrafast", "-x265-params", "log-level=error:qp=4"};
+const QStringList h264Encoder{"-c:v", "libx264", "-preset", "ultrafast", "-qp", "4"};
 // Players take what is not named from the count of lines, so some have many lines, each a short
 // one.
-const QSize small(640, 96);
+const QSize smallPicture(640, 96);
 const QSize manyLines(160, 720);
 const QSize linesOf4K(160, 2160);
 
 /// The films of one encoder.
-void addFilms(std::vector<Film> &films, const QString &codec, const QStringList &encoder)
+void addFilms(std::vector<ComparedFilm> &list, const QString &codec, const QStringList &encoder)
 {
-    const auto add = [&](const QString &what, const QStringList &arguments, QSize size = small) {
-        films.push_back({codec + ' ' + what, arguments + encoder, {}, size});
+    const auto add = [&](const QString &what, const QStringList &arguments,
+                         QSize size = smallPicture) {
+        list.push_back({codec + ' ' + what, arguments + encoder, {}, size});
     };
     for (const char *range : {"full", "limited"}) {
         const QString kind = QString(range) + ' ';
-        add(kind + "unnamed", stored(range, "bt601", "yuv420p"));
-        add(kind + "601",
-            stored(range, "bt601", "yuv420p") + named("smpte170m", "smpte170m", "smpte170m"));
-        add(kind + "709", stored(range, "bt709", "yuv420p") + named("bt709", "bt709", "bt709"));
-        add(kind + "large, unnamed", stored(range, "bt709", "yuv420p"), manyLines);
+        add(kind + "unnamed", storedColours(range, "bt601", "yuv420p"));
+        add(kind + "601", storedColours(range, "bt601", "yuv420p") +
+                              namedColours("smpte170m", "smpte170m", "smpte170m"));
+        add(kind + "709",
+            storedColours(range, "bt709", "yuv420p") + namedColours("bt709", "bt709", "bt709"));
+        add(kind + "large, unnamed", storedColours(range, "bt709", "yuv420p"), manyLines);
     }
     for (const int lines : {480, 486, 576})
-        add(QString("%1 lines, unnamed").arg(lines), stored("limited", "bt601", "yuv420p"),
+        add(QString("%1 lines, unnamed").arg(lines), storedColours("limited", "bt601", "yuv420p"),
             {640, lines});
-    add("2020, the matrix alone named",
-        stored("limited", "bt2020nc", "yuv420p10le") + QStringList{"-colorspace", "bt2020nc"});
-    add("4K, unnamed", stored("limited", "bt709", "yuv420p"), linesOf4K);
-    add("4:4:4", stored("limited", "bt709", "yuv444p") + named("bt709", "bt709", "bt709"));
-    add("4:2:2 full", stored("full", "bt601", "yuv422p"));
+    add("2020, the matrix alone named", storedColours("limited", "bt2020nc", "yuv420p10le") +
+                                            QStringList{"-colorspace", "bt2020nc"});
+    add("4K, unnamed", storedColours("limited", "bt709", "yuv420p"), linesOf4K);
+    add("4:4:4",
+        storedColours("limited", "bt709", "yuv444p") + namedColours("bt709", "bt709", "bt709"));
+    add("4:2:2 full", storedColours("full", "bt601", "yuv422p"));
 }
 
-std::vector<Film> films()
+std::vector<ComparedFilm> comparedFilms()
 {
-    std::vector<Film> films;
-    addFilms(films, "H.264", h264);
-    addFilms(films, "HEVC", hevc);
+    std::vector<ComparedFilm> list;
+    addFilms(list, "H.264", h264Encoder);
+    addFilms(list, "HEVC", hevcEncoder);
     for (const char *range : {"limited", "full"})
-        films.push_back({QString("2020 %1").arg(range),
-                         stored(range, "bt2020nc", "yuv420p10le") +
-                             named("bt2020nc", "bt2020", "bt2020-10") + hevc,
-                         {},
-                         small});
-    for (std::size_t i = 0; i < films.size(); ++i)
-        films[i].name = QString("%1.mp4").arg(i);
+        list.push_back({QString("2020 %1").arg(range),
+                        storedColours(range, "bt2020nc", "yuv420p10le") +
+                            namedColours("bt2020nc", "bt2020", "bt2020-10") + hevcEncoder,
+                        {},
+                        smallPicture});
+    for (std::size_t i = 0; i < list.size(); ++i)
+        list[i].name = QString("%1.mp4").arg(i);
     const auto motionJpeg = [](const char *pixels) {
         return QStringList{"-pix_fmt", pixels, "-c:v", "mjpeg", "-q:v", "1"};
     };
-    films.push_back({"Motion-JPEG 4:2:2", motionJpeg("yuvj422p"), "jpeg422.avi", small});
-    films.push_back({"Motion-JPEG 480 lines", motionJpeg("yuvj420p"), "jpeg420.avi", {640, 480}});
-    films.push_back({"MPEG-2 576 lines",
-                     {"-pix_fmt", "yuv420p", "-c:v", "mpeg2video", "-q:v", "1"},
-                     "mpeg2.mpg",
-                     {720, 576}});
+    list.push_back({"Motion-JPEG 4:2:2", motionJpeg("yuvj422p"), "jpeg422.avi", smallPicture});
+    list.push_back({"Motion-JPEG 480 lines", motionJpeg("yuvj420p"), "jpeg420.avi", {640, 480}});
+    list.push_back({"MPEG-2 576 lines",
+                    {"-pix_fmt", "yuv420p", "-c:v", "mpeg2video", "-q:v", "1"},
+                    "mpeg2.mpg",
+                    {720, 576}});
     for (const char *pixels : {"bgr24", "bgra"})
-        films.push_back({QString("not compressed, %1").arg(pixels),
-                         {"-pix_fmt", pixels, "-c:v", "rawvideo"},
-                         QString("%1.avi").arg(pixels),
-                         small});
-    return films;
+        list.push_back({QString("not compressed, %1").arg(pixels),
+                        {"-pix_fmt", pixels, "-c:v", "rawvideo"},
+                        QString("%1.avi").arg(pixels),
+                        smallPicture});
+    return list;
 }
 
 bool run(const QString &program, const QStringList &arguments, const QString &folder)
@@ -208,14 +211,14 @@ class FilmColoursTest : public QObject
         return pictures;
     }
 
-    const std::vector<Film> m_films = films();
+    const std::vector<ComparedFilm> m_films = comparedFilms();
     QStringList m_theirs;
 
 private slots:
     void initTestCase()
     {
         QStringList names;
-        for (const Film &film : m_films) {
+        for (const ComparedFilm &film : m_films) {
             QVERIFY2(makeFilm(chart(film.size), film.arguments, film.name), qPrintable(film.what));
             names << film.name;
         }
@@ -234,7 +237,7 @@ private slots:
     void coloursAreThoseOfAnotherPlayer()
     {
         QFETCH(int, place);
-        const Film &film = m_films[static_cast<std::size_t>(place)];
+        const ComparedFilm &film = m_films[static_cast<std::size_t>(place)];
         const QImage theirs(m_theirs[place]);
         const QImage ours = shown(film.name);
         QCOMPARE(ours.size(), film.size);

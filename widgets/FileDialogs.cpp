@@ -15,15 +15,21 @@
 namespace
 {
 
+/// A folder that was never read, as it is gone at once.
+QModelIndex unreadFolder(const QFileSystemModel &files)
+{
+    const QTemporaryDir folder;
+    return files.index(folder.path());
+}
+
 /// Deletes a dialog when its thread has nothing left to read, as the destructor waits for that
 /// thread: it asks for the files of a folder that nobody has opened, and a drive may fall silent.
 void deleteWhenRead(QFileDialog *dialog)
 {
     auto *files = dialog->findChild<QFileSystemModel *>();
     // The thread reads one folder after the other: when it has read this one, it has read all.
-    const auto last = std::make_shared<QTemporaryDir>();
-    const QModelIndex index = files ? files->index(last->path()) : QModelIndex();
-    if (!index.isValid()) {
+    const QModelIndex last = files ? unreadFolder(*files) : QModelIndex();
+    if (!last.isValid()) {
         // A desktop's own dialog, for one, has no such thread.
         delete dialog;
         return;
@@ -32,11 +38,11 @@ void deleteWhenRead(QFileDialog *dialog)
     dialog->setParent(nullptr);
     const auto reading = std::make_shared<DetachedThreads::Running>();
     QObject::connect(files, &QFileSystemModel::directoryLoaded, dialog,
-                     [dialog, last, reading, path = files->filePath(index)](const QString &read) {
+                     [dialog, reading, path = files->filePath(last)](const QString &read) {
                          if (read == path)
                              dialog->deleteLater();
                      });
-    files->fetchMore(index);
+    files->fetchMore(last);
 }
 
 QString ask(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,

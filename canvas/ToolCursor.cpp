@@ -28,15 +28,13 @@ QCursor drawn(double side, const Sharpness &sharpness, const std::function<void(
     // An odd number of pixels has a middle one.
     const int edge = 2 * static_cast<int>(std::ceil(side / 2.0)) + 1;
     QPixmap picture(QSize(edge, edge) * sharpness.pixelRatio);
+    picture.setDevicePixelRatio(sharpness.pixelRatio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
-    // A painter would leave out a ratio below 1, which small screens have.
-    painter.scale(sharpness.pixelRatio, sharpness.pixelRatio);
     painter.translate(edge / 2.0, edge / 2.0);
     draw(painter);
     painter.end();
-    picture.setDevicePixelRatio(sharpness.pixelRatio);
     const auto middle = static_cast<int>(edge * sharpness.hotSpotRatio / 2.0);
     return QCursor(picture, middle, middle);
 }
@@ -122,14 +120,18 @@ bool ToolCursor::operator==(const ToolCursor &other) const
 
 QCursor ToolCursor::cursor() const
 {
-    const Sharpness sharpness{pixelRatio, hotSpotOnScreen ? pixelRatio : 1.0};
+    // Where a pixel is larger than a unit, as on small screens, pointers are drawn in pixels:
+    // hairlines stay sharp, and a painter would leave out such a ratio.
+    const double unit = std::min(pixelRatio, 1.0);
+    const double ratio = std::max(pixelRatio, 1.0);
+    const Sharpness sharpness{ratio, hotSpotOnScreen ? ratio : 1.0};
     switch (tool) {
     case CanvasModes::Hand:
         return dragging ? Qt::ClosedHandCursor : Qt::OpenHandCursor;
     case CanvasModes::Freehand:
-        return ring(penWidth, penColor, sharpness);
+        return ring(penWidth * unit, penColor, sharpness);
     case CanvasModes::Eraser:
-        return eraser(eraserSide, sharpness);
+        return eraser(eraserSide * unit, sharpness);
     case CanvasModes::Clip:
         return clip(sharpness);
     case CanvasModes::Text:

@@ -105,11 +105,13 @@ void TextEditor::scrollContentsBy(int dx, int dy)
 
 QPixmap TextEditor::paintedHalo() const
 {
-    QPixmap halo(viewport()->size() * devicePixelRatioF());
-    halo.setDevicePixelRatio(devicePixelRatioF());
+    const double ratio = devicePixelRatioF();
+    QPixmap halo(viewport()->size() * ratio);
     halo.fill(Qt::transparent);
     QPainter painter(&halo);
     painter.setRenderHint(QPainter::Antialiasing);
+    // A painter would leave out a ratio below 1, which small screens have.
+    painter.scale(ratio, ratio);
     painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
     for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
         for (auto it = block.begin(); !it.atEnd(); ++it) {
@@ -119,6 +121,8 @@ QPixmap TextEditor::paintedHalo() const
                 QPen(haloFor(ink), 2.0 * HALO, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         }
     }
+    painter.end();
+    halo.setDevicePixelRatio(ratio);
     return halo;
 }
 

@@ -1,6 +1,6 @@
 #include "canvas/PointerInput.h"
 
-#include <QLineF>
+#include "canvas/PointerRange.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,27 +13,14 @@ namespace
 
 /// Part of a freehand line's width at no pressure; the rest grows with it.
 constexpr double LEAST_WIDTH = 0.35;
-/// Farther out than any screen; keeps the canvas's arithmetic in range.
-constexpr double FARTHEST = 1e6;
-/// Fingers that stand closer than this, in pixels of the widget, would zoom without measure.
-constexpr double LEAST_DISTANCE = 10.0;
 /// More steps than any zoom has.
 constexpr int MOST_STEPS = 16;
-
-bool isPoint(QPointF point)
-{
-    return std::isfinite(point.x()) && std::isfinite(point.y());
-}
-
-QPointF clamped(QPointF point)
-{
-    return {std::clamp(point.x(), -FARTHEST, FARTHEST), std::clamp(point.y(), -FARTHEST, FARTHEST)};
-}
 
 } // namespace
 
 PointerInput::PointerInput(PointerReceiver &receiver)
     : m_receiver(receiver)
+    , m_fingers(receiver, *this)
 {
 }
 
@@ -98,7 +85,7 @@ void PointerInput::mousePressed(Qt::MouseButton button, QPoint point)
     const bool pulls = button == Qt::MiddleButton && m_owner == Owner::None;
     if (!draws && !pulls)
         return;
-    ignoreFingers();
+    m_fingers.ignore();
     m_button = button;
     begin(Owner::Mouse, draws ? Tool::Chosen : Tool::Hand, point);
 }
@@ -154,23 +141,23 @@ void PointerInput::pressPen(const Pen &pen)
     m_button = pen.button;
     m_pressureCount = 0;
     notePressure(pen.pressure);
-    begin(Owner::Pen, toolOf(pen), clamped(pen.point).toPoint());
+    begin(Owner::Pen, toolOf(pen), PointerRange::clamped(pen.point).toPoint());
 }
 
 void PointerInput::pen(const Pen &pen, std::int64_t ms)
 {
-    if (!isPoint(pen.point))
+    if (!PointerRange::isPoint(pen.point))
         return;
     m_penMs = ms;
     m_penTool = toolOf(pen);
-    ignoreFingers();
+    m_fingers.ignore();
     if (pen.phase == Pen::Phase::Press) {
         pressPen(pen);
         return;
     }
     if (m_owner != Owner::Pen)
         return;
-    const QPoint point = clamped(pen.point).toPoint();
+    const QPoint point = PointerRange::clamped(pen.point).toPoint();
     if (pen.phase == Pen::Phase::Release && pen.button == m_button) {
         end(point);
     } else if (!pen.buttons.testFlag(m_button)) {
@@ -185,7 +172,7 @@ void PointerInput::penEntered(std::int64_t ms)
 {
     m_penMs = ms;
     m_penInAir = true;
-    ignoreFingers();
+    m_fingers.ignore();
 }
 
 void PointerInput::penLeft(std::int64_t ms)
@@ -208,172 +195,46 @@ bool PointerInput::isPenNear(std::int64_t ms) const
 
 // Fingers -----------------------------------------------------
 
-void PointerInput::ignoreFingers()
+void PointerInput::fingers(const std::vector<Finger> &changes, std::int64_t ms)
 {
-    if (m_owner == Owner::Finger)
-        cancel();
-    if (m_touch != Touch::None)
-        m_touch = Touch::Ignored;
+    m_fingers.take(changes, ms, isPenNear(ms));
 }
 
-void PointerInput::forgetFingers()
+void PointerInput::beginFingerStroke(QPoint point)
+{
+    m_penTool = Tool::Chosen;
+    begin(Owner::Finger, Tool::Chosen, point);
+}
+
+void PointerInput::moveFingerStroke(QPoint point)
+{
+    if (m_owner == Owner::Finger)
+        move(point);
+}
+
+void PointerInput::endFingerStroke(QPoint point)
+{
+    if (m_owner == Owner::Finger)
+        end(point);
+}
+
+void PointerInput::leaveFingerStroke()
 {
     if (m_owner == Owner::Finger)
         leave();
-    m_fingers.clear();
-    m_touch = Touch::None;
 }
 
-void PointerInput::cancelFingers()
+void PointerInput::cancelFingerStroke()
 {
     if (m_owner == Owner::Finger)
         cancel();
-    forgetFingers();
-}
-
-PointerInput::Down *PointerInput::finger(int id)
-{
-    const auto found = std::find_if(m_fingers.begin(), m_fingers.end(),
-                                    [id](const Down &each) { return each.id == id; });
-    return found == m_fingers.end() ? nullptr : &*found;
-}
-
-void PointerInput::fingers(const std::vector<Finger> &changes, std::int64_t ms)
-{
-    bool moved = false;
-    for (const Finger &change : changes) {
-        if (!isPoint(change.point))
-            continue;
-        const Finger sane{change.id, change.state, clamped(change.point)};
-        if (sane.state == Finger::State::Pressed)
-            pressFinger(sane, ms);
-        else if (sane.state == Finger::State::Moved)
-            moved = moveFinger(sane) || moved;
-    }
-    // Both fingers have moved by now, so that the view moves once.
-    if (moved)
-        moveGesture();
-    for (const Finger &change : changes) {
-        if (change.state == Finger::State::Released)
-            releaseFinger(change, ms);
-    }
-}
-
-void PointerInput::pressFinger(const Finger &pressed, std::int64_t ms)
-{
-    if (Down *known = finger(pressed.id)) {
-        known->point = pressed.point;
-        return;
-    }
-    m_fingers.push_back({pressed.id, pressed.point, pressed.point});
-    if (m_fingers.size() == 1) {
-        m_touchMs = ms;
-        if (isPenNear(ms)) {
-            m_touch = Touch::Ignored;
-            return;
-        }
-        m_touch = Touch::Draws;
-        m_penTool = Tool::Chosen;
-        begin(Owner::Finger, Tool::Chosen, pressed.point.toPoint());
-        return;
-    }
-    const Down &first = m_fingers.front();
-    const bool isSoon =
-        ms - m_touchMs <= SECOND_FINGER_MS || QLineF(first.start, first.point).length() <= SLIDE;
-    if (m_touch == Touch::Draws && isSoon)
-        beginGesture();
-    else if (m_touch == Touch::Gesture)
-        grip();
-    m_mostFingers = std::max(m_mostFingers, m_fingers.size());
-}
-
-void PointerInput::beginGesture()
-{
-    if (m_owner == Owner::Finger)
-        cancel();
-    m_touch = Touch::Gesture;
-    m_mostFingers = 0;
-    m_slid = QLineF(m_fingers.front().start, m_fingers.front().point).length() > SLIDE;
-    grip();
-}
-
-void PointerInput::grip()
-{
-    m_gripped = false;
-    for (Down &each : m_fingers)
-        each.start = each.point;
-    if (m_fingers.size() != 2)
-        return;
-    const QLineF between(m_fingers[0].start, m_fingers[1].start);
-    m_gripMiddle = between.center();
-    m_gripDistance = std::max(between.length(), LEAST_DISTANCE);
-}
-
-bool PointerInput::moveFinger(const Finger &moved)
-{
-    Down *known = finger(moved.id);
-    if (!known || known->point == moved.point)
-        return false;
-    known->point = moved.point;
-    const bool draws = m_touch == Touch::Draws && known == &m_fingers.front();
-    if (draws && m_owner == Owner::Finger)
-        move(moved.point.toPoint());
-    return true;
-}
-
-void PointerInput::moveGesture()
-{
-    if (m_touch != Touch::Gesture)
-        return;
-    m_slid = m_slid || std::any_of(m_fingers.begin(), m_fingers.end(), [](const Down &each) {
-                 return QLineF(each.start, each.point).length() > SLIDE;
-             });
-    // Until a finger has slid, this may still become a tap.
-    if (!m_slid || m_fingers.size() != 2)
-        return;
-    if (!m_gripped)
-        m_receiver.gripView(m_gripMiddle);
-    m_gripped = true;
-    const QLineF between(m_fingers[0].point, m_fingers[1].point);
-    m_receiver.moveView(between.center(),
-                        std::max(between.length(), LEAST_DISTANCE) / m_gripDistance);
-}
-
-void PointerInput::releaseFinger(const Finger &released, std::int64_t ms)
-{
-    const Down *known = finger(released.id);
-    if (!known)
-        return;
-    const bool draws = m_touch == Touch::Draws && known == &m_fingers.front();
-    const QPoint point =
-        (isPoint(released.point) ? clamped(released.point) : known->point).toPoint();
-    m_fingers.erase(m_fingers.begin() + (known - m_fingers.data()));
-    if (draws) {
-        m_touch = Touch::Ignored;
-        if (m_owner == Owner::Finger)
-            end(point);
-    } else if (m_touch == Touch::Gesture) {
-        grip();
-    }
-    if (m_fingers.empty())
-        endTouch(ms);
-}
-
-void PointerInput::endTouch(std::int64_t ms)
-{
-    const bool isTap = m_touch == Touch::Gesture && !m_slid && ms - m_touchMs <= TAP_MS;
-    m_touch = Touch::None;
-    if (isTap && m_mostFingers == 2)
-        m_receiver.takeStepBack();
-    else if (isTap && m_mostFingers == 3)
-        m_receiver.doStepAgain();
 }
 
 // Wheel -------------------------------------------------------
 
 void PointerInput::wheel(int delta, QPointF point)
 {
-    if (m_owner != Owner::None || !isPoint(point)) {
+    if (m_owner != Owner::None || !PointerRange::isPoint(point)) {
         m_wheelRest = 0;
         return;
     }
@@ -387,5 +248,5 @@ void PointerInput::wheel(int delta, QPointF point)
     const auto steps =
         static_cast<int>(std::clamp<std::int64_t>(sum / NOTCH, -MOST_STEPS, MOST_STEPS));
     if (steps != 0)
-        m_receiver.zoomView(steps, clamped(point));
+        m_receiver.zoomView(steps, PointerRange::clamped(point));
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "canvas/FingerInput.h"
+#include "canvas/PointerReceiver.h"
+
 #include <QPoint>
 #include <QPointF>
 #include <Qt>
@@ -9,44 +12,6 @@
 #include <cstdint>
 #include <optional>
 #include <vector>
-
-/// What pointers ask of a canvas. Points are in widget coordinates.
-class PointerReceiver
-{
-public:
-    enum class Tool { Chosen, Hand, Eraser };
-
-    struct Stroke {
-        Tool tool = Tool::Chosen;
-        QPoint point;
-        /// What the width of a freehand line is multiplied by, from 0.35 to 1.
-        double widthFactor = 1.0;
-    };
-
-    virtual void beginStroke(const Stroke &stroke) = 0;
-    virtual void moveStroke(const Stroke &stroke) = 0;
-    /// It was let go at that point.
-    virtual void endStroke(const Stroke &stroke) = 0;
-    /// Its release was lost: what it has done stays, and nothing else happens.
-    virtual void leaveStroke() = 0;
-    /// What it has drawn is taken back.
-    virtual void cancelStroke() = 0;
-
-    /// Two fingers begin to move the view; `middle` is the point between them.
-    virtual void gripView(QPointF middle) = 0;
-    /// What was at the middle when the view was gripped belongs here, at that many times the scale
-    /// of then.
-    virtual void moveView(QPointF middle, double factor) = 0;
-    /// Whole zoom steps about that point, inwards above 0.
-    virtual void zoomView(int steps, QPointF about) = 0;
-
-    virtual void takeStepBack() = 0;
-    virtual void doStepAgain() = 0;
-
-protected:
-    PointerReceiver() = default;
-    ~PointerReceiver() = default;
-};
 
 /// Turns what mice, pens, fingers and wheels do into strokes and changes of the view. At most one
 /// stroke runs at a time.
@@ -60,15 +25,9 @@ protected:
 /// Knows no widget and no clock: points are in widget coordinates, times in milliseconds of any one
 /// clock. Points and pressures that are no numbers, and events whose press was never seen, do
 /// nothing. GUI thread.
-class PointerInput
+class PointerInput : private FingerInput::Strokes
 {
 public:
-    /// How long after the first finger a second one always makes a gesture of it.
-    static constexpr std::int64_t SECOND_FINGER_MS = 80;
-    /// How far a finger may slide before it is meant to move, in pixels of the widget.
-    static constexpr double SLIDE = 12.0;
-    /// The longest tap, from the first finger's press to the last one's release.
-    static constexpr std::int64_t TAP_MS = 500;
     /// How long after a pen fingers do nothing.
     static constexpr std::int64_t PALM_MS = 1000;
     /// A pen in the air that has been silent for so long was unplugged, as none is held that still.
@@ -76,12 +35,7 @@ public:
     /// A notch of a wheel, in the unit of its deltas.
     static constexpr int NOTCH = 120;
 
-    struct Finger {
-        enum class State { Pressed, Moved, Released };
-        int id = 0;
-        State state = State::Moved;
-        QPointF point;
-    };
+    using Finger = FingerInput::Finger;
 
     struct Pen {
         enum class Phase { Press, Move, Release };
@@ -113,9 +67,9 @@ public:
     /// What has changed of the fingers on the canvas.
     void fingers(const std::vector<Finger> &changes, std::int64_t ms);
     /// Whatever fingers were there have gone, and their releases were lost.
-    void forgetFingers();
+    void forgetFingers() { m_fingers.forget(); }
     /// The window system has taken the fingers' events away: they were not meant for us.
-    void cancelFingers();
+    void cancelFingers() { m_fingers.cancel(); }
 
     /// A turn of the wheel, in eighths of a degree; turning it away from the user zooms in.
     void wheel(int delta, QPointF point);
@@ -124,17 +78,10 @@ public:
     [[nodiscard]] PointerReceiver::Tool tool() const;
     [[nodiscard]] bool isStrokeRunning() const { return m_owner != Owner::None; }
     /// Whether fingers move the view, or may be about to.
-    [[nodiscard]] bool isGesture() const { return m_touch == Touch::Gesture; }
+    [[nodiscard]] bool isGesture() const { return m_fingers.isGesture(); }
 
 private:
     enum class Owner { None, Mouse, Pen, Finger };
-    enum class Touch { None, Draws, Gesture, Ignored };
-
-    struct Down {
-        int id = 0;
-        QPointF start;
-        QPointF point;
-    };
 
     void begin(Owner owner, PointerReceiver::Tool tool, QPoint point);
     void move(QPoint point);
@@ -147,18 +94,12 @@ private:
     void pressPen(const Pen &pen);
     void notePressure(double pressure);
     [[nodiscard]] bool isPenNear(std::int64_t ms) const;
-    /// Fingers that are on the canvas belong to the hand that another pointer is in.
-    void ignoreFingers();
 
-    [[nodiscard]] Down *finger(int id);
-    void pressFinger(const Finger &finger, std::int64_t ms);
-    /// Whether it is elsewhere now.
-    bool moveFinger(const Finger &finger);
-    void releaseFinger(const Finger &finger, std::int64_t ms);
-    void beginGesture();
-    void grip();
-    void moveGesture();
-    void endTouch(std::int64_t ms);
+    void beginFingerStroke(QPoint point) override;
+    void moveFingerStroke(QPoint point) override;
+    void endFingerStroke(QPoint point) override;
+    void leaveFingerStroke() override;
+    void cancelFingerStroke() override;
 
     PointerReceiver &m_receiver;
     Owner m_owner = Owner::None;
@@ -176,15 +117,7 @@ private:
     std::optional<std::int64_t> m_penMs;
     bool m_penInAir = false;
 
-    Touch m_touch = Touch::None;
-    std::vector<Down> m_fingers;
-    std::int64_t m_touchMs = 0;
-    /// The most fingers of the gesture at a time, and whether any of them has slid.
-    std::size_t m_mostFingers = 0;
-    bool m_slid = false;
-    bool m_gripped = false;
-    QPointF m_gripMiddle;
-    double m_gripDistance = 0.0;
+    FingerInput m_fingers;
 
     int m_wheelRest = 0;
 };

@@ -259,8 +259,9 @@ void PointerInputTest::eventsWithoutAPressDoNothing()
 
 void PointerInputTest::randomEventsMakeWholeStrokes()
 {
+    const int wanted = qEnvironmentVariableIntValue("POINTER_SEQUENCES");
     std::mt19937 random(20);
-    for (int sequence = 0; sequence < 20000; ++sequence) {
+    for (int sequence = 0; sequence < (wanted > 0 ? wanted : 20000); ++sequence) {
         PointerLog log;
         PointerInput input(log);
         std::vector<unsigned char> bytes(60);

@@ -56,7 +56,10 @@ void CanvasStrokes::moveStroke(const Stroke &stroke)
     m_model.move(modeOf(stroke.tool), stroke.point, m_canvas.size(),
                  {m_canvas.penColor, m_canvas.penWidth, m_canvas.fillEnabled, m_canvas.fillColor,
                   stroke.widthFactor});
-    emit drawn();
+    if (modeOf(stroke.tool) == CanvasModes::Hand)
+        emit viewMoved();
+    else
+        emit drawn();
 }
 
 void CanvasStrokes::endStroke(const Stroke &stroke)
@@ -104,13 +107,13 @@ void CanvasStrokes::gripView(QPointF middle)
 void CanvasStrokes::moveView(QPointF middle, double factor)
 {
     m_model.moveView(middle, factor, m_canvas.size());
-    emit drawn();
+    emit viewMoved();
 }
 
 void CanvasStrokes::zoomView(int steps, QPointF about)
 {
     m_model.zoomSteps(steps, about, m_canvas.size());
-    emit drawn();
+    emit viewMoved();
     emit zoomed(steps > 0);
 }
 

@@ -35,8 +35,10 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
-    /// What is shown has changed.
+    /// The drawing has changed.
     void drawn();
+    /// The view has moved.
+    void viewMoved();
     /// What can be undone may have changed.
     void historyTouched();
     /// The wheel has zoomed.

@@ -21,11 +21,6 @@
 namespace
 {
 
-constexpr int REFRESH_INTERVAL_MS = 40;
-/// When a source has been silent for this long, the canvas shows its own changes itself.
-constexpr int SILENT_SOURCE_MS = 200;
-/// How long a stroke over a standing picture may wait, so that several are shown together.
-constexpr int STROKE_DELAY_MS = 10;
 constexpr QSize BOARD_SIZE(1280, 720);
 
 } // namespace
@@ -36,15 +31,9 @@ ImageCanvas::ImageCanvas(QWidget *parent)
 {
     setFont(QFont(m_text.fontFace(), m_text.fontSize()));
     setAttribute(Qt::WA_OpaquePaintEvent);
-    m_refreshTimer.setInterval(REFRESH_INTERVAL_MS);
-    connect(&m_refreshTimer, SIGNAL(timeout()), this, SLOT(autoRefresh()));
-    m_idleTimer.setInterval(REFRESH_INTERVAL_MS);
-    connect(&m_idleTimer, &QTimer::timeout, this, &ImageCanvas::refreshWhenIdle);
-    m_idleTimer.start();
-    m_strokeTimer.setInterval(STROKE_DELAY_MS);
-    m_strokeTimer.setSingleShot(true);
-    m_strokeTimer.setTimerType(Qt::PreciseTimer);
-    connect(&m_strokeTimer, &QTimer::timeout, this, &ImageCanvas::autoRefresh);
+    connect(&m_timers, &RefreshTimers::due, this, &ImageCanvas::autoRefresh);
+    connect(&m_timers, &RefreshTimers::viewDue, this, &ImageCanvas::showView);
+    connect(&m_timers, &RefreshTimers::idle, this, [this] { m_model.packHistory(); });
 
     connect(m_text.editor(), &TextEditor::finished, this, &ImageCanvas::endTextEditing);
     connect(m_text.editor(), &TextEditor::undoAvailable, this, &ImageCanvas::announceHistory);
@@ -54,6 +43,7 @@ ImageCanvas::ImageCanvas(QWidget *parent)
     m_strokes = std::make_unique<CanvasStrokes>(*this, m_model);
     m_pointer = new ToolPointer(this, m_strokes.get());
     connect(m_strokes.get(), &CanvasStrokes::drawn, this, &ImageCanvas::showStroke);
+    connect(m_strokes.get(), &CanvasStrokes::viewMoved, &m_timers, &RefreshTimers::viewMoved);
     connect(m_strokes.get(), &CanvasStrokes::historyTouched, this, &ImageCanvas::announceHistory);
     connect(m_strokes.get(), &CanvasStrokes::clipDone, this, &ImageCanvas::clipDone);
     connect(m_strokes.get(), &CanvasStrokes::textPlaced, this, &ImageCanvas::openTextEditor);
@@ -86,12 +76,12 @@ void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror
 
 void ImageCanvas::startAutoRefresh()
 {
-    m_refreshTimer.start();
+    m_timers.start();
 }
 
 void ImageCanvas::stopAutoRefresh()
 {
-    m_refreshTimer.stop();
+    m_timers.stop();
 }
 
 void ImageCanvas::autoRefresh()
@@ -101,13 +91,11 @@ void ImageCanvas::autoRefresh()
     save(shot);
 }
 
-void ImageCanvas::refreshWhenIdle()
+void ImageCanvas::showView()
 {
-    m_model.packHistory();
-    if (m_refreshTimer.isActive() || !isVisible() || m_model.msSinceFrame() < SILENT_SOURCE_MS)
-        return;
-    // Indications appear and disappear with time, so a repaint is needed even without changes.
-    autoRefresh();
+    // A snapshot that is armed is one of the next frame.
+    static_cast<void>(m_model.refresh());
+    requestRepaint();
 }
 
 void ImageCanvas::fillCanvas(const QColor &color)
@@ -287,8 +275,7 @@ void ImageCanvas::announceHistory()
 
 void ImageCanvas::showStroke()
 {
-    if (!m_strokeTimer.isActive() && m_model.msSinceFrame() >= REFRESH_INTERVAL_MS)
-        m_strokeTimer.start();
+    m_timers.drawn();
     announceHistory();
 }
 

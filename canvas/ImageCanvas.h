@@ -2,6 +2,7 @@
 
 #include "canvas/PicturePainter.h"
 #include "canvas/PictureTap.h"
+#include "canvas/RefreshTimers.h"
 #include "canvas/TextAnnotation.h"
 #include "canvas/model/CanvasModel.h"
 #include "canvas/model/PictureSettings.h"
@@ -15,7 +16,6 @@
 #include <QRect>
 #include <QSize>
 #include <QString>
-#include <QTimer>
 #include <QWidget>
 
 #include <atomic>
@@ -204,7 +204,6 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private slots:
-    void refreshWhenIdle();
     void showSnapshotTaken();
     void keepSnapshotFailure(const QString &path, const QString &reason);
     void updatePosted();
@@ -212,6 +211,8 @@ private slots:
     /// Shows what has changed on a standing picture; a source in motion does so with its next
     /// frame.
     void showStroke();
+    /// Shows a view that has moved, between two frames as well.
+    void showView();
     void openTextEditor(QPoint widgetPoint);
 
 private:
@@ -228,10 +229,7 @@ private:
     // GUI thread only.
     QPointer<OSDProcessor> m_osd;
     std::optional<SnapshotFailure> m_snapshotFailure;
-    QTimer m_refreshTimer;
-    QTimer m_idleTimer;
-    /// Runs from a stroke over a standing picture to the refresh that shows it.
-    QTimer m_strokeTimer;
+    RefreshTimers m_timers{*this, m_model};
     PicturePainter m_picturePainter;
     QColor m_boardColor = Qt::white;
     MouseMode m_mouseMode = Hand;

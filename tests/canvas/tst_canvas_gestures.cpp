@@ -4,9 +4,17 @@
 #include "tests/canvas/DrawnCanvas.h"
 #include "tests/canvas/GoldenPicture.h"
 
+#include <QElapsedTimer>
 #include <QTextEdit>
+#include <QThread>
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <functional>
+#include <thread>
+
+Q_DECLARE_METATYPE(std::function<void(ImageCanvas &)>)
 
 using namespace DrawnCanvas;
 using namespace CanvasPointers;
@@ -47,6 +55,47 @@ double missedBy(ImageCanvas &canvas, QPointF mapPoint, QPointF widgetPoint)
     return std::max(std::abs(off.x()), std::abs(off.y())) * canvas.zoomScale();
 }
 
+/// A source that hardly rests, and counts the pictures that the canvas makes between its frames.
+class BusySource : private PictureTap
+{
+public:
+    explicit BusySource(ImageCanvas &canvas)
+        : m_canvas(canvas)
+    {
+        canvas.setPictureTap(this);
+        m_ownPictures = 0;
+        m_thread = std::thread([this] {
+            QImage frame = paper();
+            for (; !m_stop; ++m_frames) {
+                m_canvas.imageCaptured(frame.bits(), FRAME.width(), FRAME.height(), false, false);
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        });
+    }
+    ~BusySource()
+    {
+        m_stop = true;
+        m_thread.join();
+        m_canvas.setPictureTap(nullptr);
+    }
+
+    [[nodiscard]] int frames() const { return m_frames; }
+    [[nodiscard]] int ownPictures() const { return m_ownPictures; }
+
+private:
+    void pictureShown(const CanvasModel::Shown &) override
+    {
+        m_ownPictures += QThread::currentThread() == m_canvas.thread() ? 1 : 0;
+    }
+
+    ImageCanvas &m_canvas;
+    std::atomic<bool> m_stop{false};
+    std::atomic<int> m_frames{0};
+    /// Written on the canvas's thread alone.
+    std::atomic<int> m_ownPictures{0};
+    std::thread m_thread;
+};
+
 struct PaintCount : QObject {
     explicit PaintCount(QWidget &widget) { widget.installEventFilter(this); }
     bool eventFilter(QObject *, QEvent *event) override
@@ -77,6 +126,9 @@ private slots:
     void aTouchThatIsCancelledLeavesNothing();
     void twoFingersZoomAboutTheirMiddle();
     void aPinchShowsWithTheNextFrame();
+    void theViewMovesBetweenTwoFrames_data();
+    void theViewMovesBetweenTwoFrames();
+    void manyMovesMakeFewPictures();
     void theWheelZoomsAboutThePointer();
     void theMiddleButtonPullsThePicture();
     void thePointerShowsWhatAPressWillDo();
@@ -301,6 +353,60 @@ void CanvasGesturesTest::aPinchShowsWithTheNextFrame()
     }
     QCOMPARE(canvas->zoomScale(), 3.0);
     COMPARE_GOLDEN(before, "pinch");
+}
+
+void CanvasGesturesTest::theViewMovesBetweenTwoFrames_data()
+{
+    QTest::addColumn<std::function<void(ImageCanvas &)>>("move");
+    const auto row = [](const char *name, std::function<void(ImageCanvas &)> move) {
+        QTest::newRow(name) << std::move(move);
+    };
+    row("pinch", [](ImageCanvas &canvas) {
+        Hand hand(canvas);
+        hand.press(0, {70, 60}, 0);
+        hand.press(1, {90, 60}, 10);
+        hand.move(1, {120, 60}, 20);
+    });
+    row("wheel", [](ImageCanvas &canvas) { wheel(canvas, {80, 60}, 120); });
+    row("hand", [](ImageCanvas &canvas) {
+        canvas.setMouseMode(CanvasModes::Hand);
+        CanvasMouse::drag(canvas, {{80, 60}, {60, 50}});
+    });
+}
+
+void CanvasGesturesTest::theViewMovesBetweenTwoFrames()
+{
+    QFETCH(std::function<void(ImageCanvas &)>, move);
+    const auto canvas = canvasOf();
+    canvas->show();
+    canvas->zoomIn();
+    BusySource source(*canvas);
+    QTRY_VERIFY(source.frames() > 0);
+    const int before = source.ownPictures();
+    move(*canvas);
+    QTRY_VERIFY(source.ownPictures() > before);
+}
+
+void CanvasGesturesTest::manyMovesMakeFewPictures()
+{
+    const auto canvas = canvasOf();
+    canvas->show();
+    canvas->zoomIn();
+    canvas->setMouseMode(CanvasModes::Hand);
+    BusySource source(*canvas);
+    QTRY_VERIFY(source.frames() > 0);
+    CanvasMouse::press(*canvas, {80, 60});
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 1000; ++i) {
+        CanvasMouse::move(*canvas, QPoint(60 + i % 40, 60));
+        QCoreApplication::processEvents();
+    }
+    CanvasMouse::release(*canvas, {80, 60});
+    QTRY_VERIFY(source.ownPictures() > 0);
+    // One each 16 ms, and one each 40 ms if the source is kept from running.
+    QVERIFY2(source.ownPictures() <= clock.elapsed() / 10 + 2,
+             qPrintable(QString::number(source.ownPictures())));
 }
 
 void CanvasGesturesTest::theWheelZoomsAboutThePointer()

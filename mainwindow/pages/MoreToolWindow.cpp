@@ -1,5 +1,6 @@
 #include "mainwindow/pages/MoreToolWindow.h"
 
+#include "mainwindow/pages/FingerScroll.h"
 #include "resources/SkinImages.h"
 #include "settings/Preferences.h"
 #include "sources/WindowServices.h"
@@ -47,6 +48,7 @@ MoreToolWindow::MoreToolWindow(ImageButton *toolButton, MainWindow *mainWindow,
     m_area->setWidgetResizable(true);
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_area->setGeometry(MARGIN, y, width() - 2 * MARGIN, height() - y - MARGIN);
+    new FingerScroll(m_area);
     connect(m_tabs, &QButtonGroup::idClicked, this, &MoreToolWindow::choosePage);
     const int last = static_cast<int>(Pages::all().size()) - 1;
     showPage(Pages::all()[static_cast<std::size_t>(Preferences::number(PAGE_KEY, 0, 0, last))].id);

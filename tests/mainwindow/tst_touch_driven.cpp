@@ -1,8 +1,13 @@
 #include "canvas/ImageCanvas.h"
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "tests/TestProgram.h"
 #include "tests/mainwindow/DrivenWindow.h"
 #include "tests/mainwindow/InputDevice.h"
 #include "widgets/Slider.h"
+
+#include <QCheckBox>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace DrivenWindow;
 
@@ -25,8 +30,11 @@ private slots:
     void theHandUnderThePenDrawsNothing();
     void theWheelZoomsAboutThePointer();
     void aFingerMovesASlider();
+    void aFingerPullsAPageOfMore();
+    void aFingerThatPullsPressesNothing();
 
 private:
+    [[nodiscard]] MoreToolWindow *openMore(Pages::Id page);
     void tap(QPoint screenPoint)
     {
         m_touch.press(0, screenPoint);
@@ -233,6 +241,63 @@ void TouchDrivenTest::aFingerMovesASlider()
         m_touch.slide(0, left + (right - left) * i / 10);
     m_touch.lift(0, right);
     QTRY_COMPARE(slider->value(), slider->maximum());
+}
+
+/// Null when it did not open.
+MoreToolWindow *TouchDrivenTest::openMore(Pages::Id page)
+{
+    const auto popup = [this] {
+        return qobject_cast<MoreToolWindow *>(m_window->currentToolWindow());
+    };
+    if (!popup())
+        tap(Pointer::middle(m_window->button(Command::More)));
+    if (!QTest::qWaitFor([&] { return popup() && popup()->isVisible(); }, TIMEOUT_MS) ||
+        !QTest::qWaitForWindowExposed(popup()))
+        return nullptr;
+    popup()->showPage(page);
+    return popup();
+}
+
+void TouchDrivenTest::aFingerPullsAPageOfMore()
+{
+    MoreToolWindow *popup = openMore(Pages::Id::Keys);
+    QVERIFY(popup);
+    auto *area = popup->findChild<QScrollArea *>();
+    QScrollBar *bar = area->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 100);
+    const QPoint middle = Pointer::middle(area->viewport());
+    m_touch.press(0, middle);
+    for (int i = 1; i <= 10; ++i)
+        m_touch.slide(0, middle - QPoint(0, 10 * i));
+    QTRY_COMPARE(bar->value(), 100);
+    m_touch.slide(0, middle - QPoint(0, 60));
+    m_touch.lift(0, middle - QPoint(0, 60));
+    QTRY_COMPARE(bar->value(), 60);
+    // The next finger begins where the page stands.
+    m_touch.press(0, middle);
+    m_touch.slide(0, middle + QPoint(0, 40));
+    m_touch.lift(0, middle + QPoint(0, 40));
+    QTRY_COMPARE(bar->value(), 20);
+}
+
+void TouchDrivenTest::aFingerThatPullsPressesNothing()
+{
+    MoreToolWindow *popup = openMore(Pages::Id::Pen);
+    QVERIFY(popup);
+    auto *box = popup->findChild<QCheckBox *>();
+    const QPoint on = box->mapToGlobal(QPoint(10, box->height() / 2));
+    m_touch.press(0, on);
+    QTRY_VERIFY(box->isDown());
+    m_touch.slide(0, on + QPoint(0, 40));
+    QTRY_VERIFY(!box->isDown());
+    m_touch.slide(0, on);
+    m_touch.lift(0, on);
+    QTRY_VERIFY(QGuiApplication::mouseButtons() == Qt::NoButton);
+    QVERIFY(!box->isChecked());
+    tap(on);
+    QTRY_VERIFY(box->isChecked());
+    tap(on);
+    QTRY_VERIFY(!box->isChecked());
 }
 
 REGISTER_TEST(TouchDrivenTest)

@@ -47,6 +47,13 @@ void restoreControls(LiveSource &source)
     }
 }
 
+/// A camera whose controls nobody has set is not asked for them.
+void askForKept(LiveSource &source)
+{
+    if (!KeptControls::fromText(Preferences::text(controlsKey(source))).values().empty())
+        source.cameraSettings().ask();
+}
+
 void keepPreviewSize(QSize size)
 {
     Preferences::setNumber(WIDTH, size.isEmpty() ? 0 : size.width());
@@ -64,6 +71,8 @@ void CameraPreferences::restore(CameraKeeper &keeper, LiveSource &source)
                                 Preferences::number(HEIGHT, 0, 0, LARGEST_SIZE)));
     QObject::connect(&source, &LiveSource::previewSizeDropped, &source,
                      [] { keepPreviewSize(QSize()); });
+    QObject::connect(&source.cameraSettings(), &CameraSettings::cameraChanged, &source,
+                     [&source] { askForKept(source); });
     QObject::connect(&source.cameraSettings(), &CameraSettings::ready, &source,
                      [&source] { restoreControls(source); });
 }

@@ -36,7 +36,7 @@ public:
     /// Whether the camera has to be driven by the controls that any camera may have.
     [[nodiscard]] bool usesStandardControls() const
     {
-        return camera->lacksExtensionUnit() && !settings.controls().empty();
+        return camera->lacksExtensionUnit() && settings.drives();
     }
 
     ICaptureCB *callback;

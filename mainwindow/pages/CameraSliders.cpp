@@ -64,6 +64,10 @@ CameraSliders::CameraSliders(LiveSource *camera, QWidget *parent)
         addRow(row.control, Pages::text(row.name));
     addFrequency();
     connect(&camera->cameraSettings(), &CameraSettings::changed, this, &CameraSliders::refresh);
+    connect(&camera->cameraSettings(), &CameraSettings::cameraChanged, this, [this] {
+        if (isVisible())
+            m_camera->cameraSettings().ask();
+    });
     m_timer.setInterval(REFRESH_MS);
     connect(&m_timer, &QTimer::timeout, this, [camera] { camera->cameraSettings().refresh(); });
     refresh();
@@ -71,6 +75,7 @@ CameraSliders::CameraSliders(LiveSource *camera, QWidget *parent)
 
 void CameraSliders::showEvent(QShowEvent *event)
 {
+    m_camera->cameraSettings().ask();
     m_camera->cameraSettings().refresh();
     m_timer.start();
     QWidget::showEvent(event);

@@ -28,6 +28,8 @@ constexpr Value VALUES[] = {
     {UVC_GET_RES, &ControlAnswers::resolution}, {UVC_GET_DEF, &ControlAnswers::initial},
     {UVC_GET_CUR, &ControlAnswers::current},
 };
+/// More than hands press before a camera has answered.
+constexpr std::size_t MOST_EARLY = 64;
 constexpr int SETTABLE = 2; ///< in the answer to GET_INFO
 
 std::shared_ptr<ControlRequest> question(const StandardControlRow &row, std::uint8_t what)
@@ -82,37 +84,67 @@ void CameraSettings::use(UvcCamera &camera)
     if (m_identity != camera.identity())
         m_controls = {};
     m_identity = camera.identity();
+    m_early.clear();
     m_learning = false;
+    m_asked = false;
     for (const StandardControlRow &row : STANDARD_CONTROLS) {
-        if (m_units.has(row))
-            ask(row.control, false);
-        else
+        if (!m_units.has(row))
             m_controls.forget(row.control);
     }
-    m_learning = !m_questions.empty();
+    if (camera.lacksExtensionUnit())
+        ask();
     emit cameraChanged();
     emit changed();
+}
+
+void CameraSettings::ask()
+{
+    if (std::exchange(m_asked, true))
+        return;
+    for (const StandardControlRow &row : STANDARD_CONTROLS) {
+        if (m_units.has(row))
+            askFor(row.control, false);
+    }
+    m_learning = !m_questions.empty();
 }
 
 int CameraSettings::write(std::uint8_t selector, const void *data, std::size_t length)
 {
     unsigned long value = 0;
-    if (length != sizeof value || m_controls.empty())
+    if (length != sizeof value || !drives())
         return UVC_ERROR_NOT_FOUND;
     std::memcpy(&value, data, sizeof value);
     if (selector == CameraParameter::ID_SELECTOR) {
         m_parameter = value;
         return static_cast<int>(length);
     }
-    const auto settings = m_controls.write(m_parameter, value);
-    if (selector != CameraParameter::VALUE_SELECTOR || !settings)
+    if (selector != CameraParameter::VALUE_SELECTOR)
         return UVC_ERROR_NOT_SUPPORTED;
+    if (m_learning && m_early.size() < MOST_EARLY) {
+        m_early.push_back({m_parameter, value});
+        return static_cast<int>(length);
+    }
+    return writeNow(m_parameter, value) ? static_cast<int>(length) : UVC_ERROR_NOT_SUPPORTED;
+}
+
+/// Whether the camera has a control for that parameter.
+bool CameraSettings::writeNow(unsigned long parameter, unsigned long value)
+{
+    const auto settings = m_controls.write(parameter, value);
+    if (!settings)
+        return false;
     apply(*settings);
     if (m_controls.zooming())
         m_zoomTimer.start();
     else
         m_zoomTimer.stop();
-    return static_cast<int>(length);
+    return true;
+}
+
+void CameraSettings::writeEarly()
+{
+    for (const Early &each : std::exchange(m_early, {}))
+        static_cast<void>(writeNow(each.parameter, each.value));
 }
 
 int CameraSettings::read(std::uint8_t selector, void *data, std::size_t length) const
@@ -149,7 +181,7 @@ void CameraSettings::refresh()
         return;
     for (const StandardControlRow &row : STANDARD_CONTROLS) {
         if (m_controls.has(row.control) && m_controls.automatic(row.control))
-            ask(row.control, true);
+            askFor(row.control, true);
     }
 }
 
@@ -187,6 +219,7 @@ void CameraSettings::work()
     m_timer.stop();
     if (!std::exchange(m_learning, false))
         return;
+    writeEarly();
     emit ready();
     emit changed();
 }
@@ -200,7 +233,7 @@ bool CameraSettings::sendPending()
     const bool refused = m_sent && m_sent->ticket.result().value_or(0) == UVC_ERROR_PIPE;
     for (const StandardControl control :
          refused ? m_sent->controls : std::vector<StandardControl>())
-        ask(control, true);
+        askFor(control, true);
     m_sent.reset();
     if (m_pending.empty())
         return false;
@@ -233,6 +266,7 @@ bool CameraSettings::takeAnswers()
     const int result = question.ticket.result().value_or(UVC_ERROR_TIMEOUT);
     if (result == UVC_ERROR_TIMEOUT || result == UVC_ERROR_NO_DEVICE) {
         m_questions.clear();
+        m_early.clear();
         m_learning = false;
         return false;
     }
@@ -263,7 +297,7 @@ bool CameraSettings::askNext()
     return true;
 }
 
-void CameraSettings::ask(StandardControl control, bool currentOnly)
+void CameraSettings::askFor(StandardControl control, bool currentOnly)
 {
     m_questions.push_back({control, currentOnly, {}, {}});
     // Not at once: the stream that is asked for in the same breath goes first.

@@ -27,12 +27,18 @@ class CameraSettings : public QObject
 public:
     CameraSettings();
 
-    /// Goes on with that camera, which is used until the next call, and asks for its controls when
-    /// its stream has been asked for. Of the same camera as before everything is known until then.
+    /// Goes on with that camera, which is used until the next call. One without the vendor's unit
+    /// is asked for its controls as soon as its stream has been asked for, another one by ask()
+    /// alone. Of the same camera as before everything is known until then.
     void use(UvcCamera &camera);
+    /// Somebody needs the controls: asks the camera for them, unless it was asked already.
+    void ask();
 
+    /// Whether the parameters are these controls' to set, or will be when the camera has answered.
+    [[nodiscard]] bool drives() const { return m_learning || !m_controls.empty(); }
     /// The two registers of the parameters: the bytes transferred, or an error of libuvc for a
     /// parameter that the camera has no control for. `data` is written by a successful read only.
+    /// What is written while the camera is still asked follows when it has answered.
     int write(std::uint8_t selector, const void *data, std::size_t length);
     int read(std::uint8_t selector, void *data, std::size_t length) const;
 
@@ -51,7 +57,7 @@ signals:
     /// The camera has told of all its controls.
     void ready();
     void changed();
-    /// use() was called.
+    /// use() was called; who needs the controls asks for them now.
     void cameraChanged();
 
 private:
@@ -62,28 +68,39 @@ private:
         Requests requests;
         BoundedWorker::Ticket ticket;
     };
+    /// A value that was written before the camera had told of its control.
+    struct Early {
+        unsigned long parameter;
+        unsigned long value;
+    };
     struct Sent {
         std::vector<StandardControl> controls;
         BoundedWorker::Ticket ticket;
     };
 
+    [[nodiscard]] bool writeNow(unsigned long parameter, unsigned long value);
+    void writeEarly();
     void apply(const StandardControls::Settings &settings);
     void zoomOn();
     void work();
     [[nodiscard]] bool sendPending();
     [[nodiscard]] bool takeAnswers();
     [[nodiscard]] bool askNext();
-    void ask(StandardControl control, bool currentOnly);
+    void askFor(StandardControl control, bool currentOnly);
 
     UvcCamera *m_camera = nullptr;
     CameraIdentity m_identity;
     StandardUnits m_units;
     StandardControls m_controls;
     unsigned long m_parameter = 0;
+    std::vector<Early> m_early;
     StandardControls::Settings m_pending;
     std::optional<Sent> m_sent;
     std::deque<Question> m_questions;
     std::optional<Question> m_question;
+    /// The camera has been asked for all its controls.
+    bool m_asked = false;
+    /// It has not answered all of that yet.
     bool m_learning = false;
     QTimer m_timer;
     QTimer m_zoomTimer;

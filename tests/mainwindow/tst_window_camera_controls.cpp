@@ -8,6 +8,7 @@
 #include "sources/LiveSource.h"
 #include "sources/camera/CameraKeeper.h"
 #include "sources/camera/CameraSettings.h"
+#include "tools/virtualcamera/ForeignMake.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 #include "widgets/Slider.h"
 
@@ -25,14 +26,10 @@ VirtualCameraConfig foreign(const QString &serial, std::vector<UnitControl> cont
 {
     using UsbDescriptors::StreamCoding;
     VirtualCameraConfig config;
-    config.vendorId = 0x1d6b;
-    config.productId = 0x0104;
-    config.serial = serial;
-    config.product = "Foreign " + serial;
+    ForeignMake::apply(config, serial, "Foreign " + serial);
     config.framesPerSecond = 5; // the largest is much to draw
     config.formats = {{StreamCoding::MotionJpeg, {{640, 480}, {1280, 720}, {3840, 2160}}},
                       {StreamCoding::Yuyv, {{640, 480}, {7680, 4320}}}};
-    config.extensionUnit = false;
     config.controls = std::move(controls);
     return config;
 }
@@ -231,8 +228,10 @@ private:
 
     void choose(const QString &serial)
     {
-        CameraPreferences::choose(*m_window->findChild<CameraKeeper *>(),
-                                  CameraIdentity{0x1d6b, 0x0104, serial}, "Foreign " + serial);
+        CameraPreferences::choose(
+            *m_window->findChild<CameraKeeper *>(),
+            CameraIdentity{ForeignMake::VENDOR_ID, ForeignMake::PRODUCT_ID, serial},
+            "Foreign " + serial);
     }
 
     template <class Widget>

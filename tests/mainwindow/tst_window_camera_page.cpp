@@ -6,6 +6,7 @@
 #include "mainwindow/bars/CommandCard.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/CameraKeeper.h"
+#include "tools/virtualcamera/ForeignMake.h"
 #include "tools/virtualcamera/VirtualCamera.h"
 #include "widgets/CameraPage.h"
 
@@ -84,10 +85,7 @@ private slots:
     void theCameraIsChosenOnThePageAndRemembered()
     {
         VirtualCameraConfig config;
-        config.vendorId = 0x1d6b;
-        config.productId = 0x0104;
-        config.serial = "F1";
-        config.product = "Foreign\tcamera";
+        ForeignMake::apply(config, "F1", "Foreign\tcamera");
         config.formats = {{UsbDescriptors::StreamCoding::Yuyv, {{640, 480}}}};
         VirtualCamera foreign(config);
         QCOMPARE(cameraNames(), QStringList({"The document camera", "Emulated document camera"}));

@@ -3,6 +3,7 @@
 #include "sources/camera/PackedRgb.h"
 #include "tests/SideBySide.h"
 #include "tests/sources/KeptRig.h"
+#include "tools/virtualcamera/ForeignMake.h"
 #include "tools/virtualcamera/UncompressedFrame.h"
 
 #include <QJsonObject>
@@ -28,16 +29,10 @@ Q_DECLARE_METATYPE(UsbDescriptors::StreamCoding)
 namespace
 {
 
-constexpr std::uint16_t FOREIGN_VENDOR = 0x1d6b;
-constexpr std::uint16_t FOREIGN_PRODUCT = 0x0104;
-
 VirtualCameraConfig foreign(std::vector<StreamFormat> formats)
 {
     VirtualCameraConfig config;
-    config.vendorId = FOREIGN_VENDOR;
-    config.productId = FOREIGN_PRODUCT;
-    config.serial = "F1";
-    config.product = "Foreign camera";
+    ForeignMake::apply(config, "F1", "Foreign camera");
     config.formats = std::move(formats);
     return config;
 }
@@ -332,13 +327,13 @@ private slots:
         KeptRig rig;
         QVERIFY(other.plug());
         QVERIFY(rig.bringUp(own));
-        rig.keeper.choose(CameraIdentity{FOREIGN_VENDOR, FOREIGN_PRODUCT, "F1"});
+        rig.keeper.choose(CameraIdentity{ForeignMake::VENDOR_ID, ForeignMake::PRODUCT_ID, "F1"});
         QVERIFY(rig.waitForSize({640, 480}));
         QTRY_COMPARE_WITH_TIMEOUT(own.statistics().openHandles, 0, LiveRig::TIMEOUT_MS);
         rig.keeper.choose({});
         QVERIFY(rig.waitForSize(LiveRig::PREVIEW));
         QTRY_COMPARE_WITH_TIMEOUT(other.statistics().openHandles, 0, LiveRig::TIMEOUT_MS);
-        rig.keeper.choose(CameraIdentity{FOREIGN_VENDOR, FOREIGN_PRODUCT, "F9"});
+        rig.keeper.choose(CameraIdentity{ForeignMake::VENDOR_ID, ForeignMake::PRODUCT_ID, "F9"});
         QVERIFY(rig.waitForState(CameraStatus::State::Unplugged));
         QVERIFY(rig.keeper.status().chosen);
         QTRY_COMPARE_WITH_TIMEOUT(own.statistics().openHandles, 0, LiveRig::TIMEOUT_MS);

@@ -2,6 +2,7 @@
 #include "sources/camera/CameraSettings.h"
 #include "tests/SideBySide.h"
 #include "tests/sources/KeptRig.h"
+#include "tools/virtualcamera/ForeignMake.h"
 
 #include <QSignalSpy>
 
@@ -13,27 +14,10 @@ namespace
 VirtualCameraConfig controlled(std::vector<UnitControl> controls)
 {
     VirtualCameraConfig config = rigCamera();
-    config.vendorId = 0x1d6b;
-    config.productId = 0x0104;
-    config.serial = "S1";
-    config.product = "Foreign camera";
-    config.extensionUnit = false;
+    ForeignMake::apply(config, "S1", "Foreign camera");
     config.controls = std::move(controls);
     return config;
 }
-
-const std::vector<UnitControl> USUAL{
-    {Control::Brightness, -64, 64, 1, 0},
-    {Control::Sharpness, 0, 6, 1, 3},
-    {Control::WhiteBalance, 2800, 6500, 1, 4600},
-    {Control::WhiteBalanceAuto, 0, 1, 1, 1},
-    {Control::PowerLine, 0, 2, 1, 1},
-    {Control::Exposure, 1, 5000, 1, 157},
-    {Control::ExposureAuto, 0, 0, 9, 8},
-    {Control::Focus, 1, 1023, 1, 1},
-    {Control::FocusAuto, 0, 1, 1, 1},
-    {Control::Zoom, 100, 500, 1, 100},
-};
 
 struct ControlledRig : KeptRig {
     explicit ControlledRig(const VirtualCameraConfig &config)
@@ -76,7 +60,7 @@ class LiveStandardControlsTest : public QObject
 private slots:
     void brightnessHasElevenSteps()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -94,7 +78,7 @@ private slots:
 
     void theZoomMovesWhileItsKeyIsHeld()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -120,9 +104,55 @@ private slots:
         QVERIFY(comesTo(camera, Control::Zoom, 100));
     }
 
+    void aZoomKeyThatComesBeforeTheAnswersCounts_data()
+    {
+        QTest::addColumn<bool>("held");
+        QTest::newRow("held") << true;
+        QTest::newRow("let go of before they come") << false;
+    }
+
+    void aZoomKeyThatComesBeforeTheAnswersCounts()
+    {
+        QFETCH(bool, held);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        LiveSource *source = rig.source.get();
+        connect(&source->cameraSettings(), &CameraSettings::cameraChanged, source, [=] {
+            if (!source->cameraSettings().controls().empty())
+                return;
+            source->zoomInStart();
+            if (!held)
+                source->zoomInStop();
+        });
+        QVERIFY(rig.bringUp(camera));
+        QVERIFY(comesTo(camera, Control::Zoom, held ? 500 : 110));
+    }
+
+    void aCameraWithTheVendorsUnitIsAskedWhenSomebodyWantsTo()
+    {
+        VirtualCameraConfig config = rigCamera();
+        config.controls = ForeignMake::usualControls();
+        VirtualCamera camera(config);
+        KeptRig rig;
+        QVERIFY(rig.bringUp(camera));
+        rig.source->brightnessUp();
+        QVERIFY(rig.waitForFrames());
+        QCOMPARE(camera.unitControls().questions(), 0);
+        CameraSettings &settings = rig.source->cameraSettings();
+        QSignalSpy ready(&settings, &CameraSettings::ready);
+        settings.ask();
+        QVERIFY(!ready.isEmpty() || ready.wait(LiveRig::TIMEOUT_MS));
+        QCOMPARE(settings.controls().range(Control::Exposure).maximum, std::int64_t{5000});
+        const int questions = camera.unitControls().questions();
+        settings.ask();
+        QVERIFY(rig.waitForFrames());
+        QCOMPARE(camera.unitControls().questions(), questions);
+    }
+
     void theFocusKeyBeginsAnew()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -162,7 +192,7 @@ private slots:
 
     void whatIsSetByHandSwitchesTheAutomaticOff()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -194,7 +224,7 @@ private slots:
 
     void ofManyValuesTheLastOneArrives()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -207,7 +237,7 @@ private slots:
 
     void aRefusedValueIsNotTakenForTheCameras()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));
@@ -220,7 +250,7 @@ private slots:
 
     void aCameraThatDoesNotAnswerShowsItsPictureAllTheSame()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QSignalSpy frames(&rig.source->cameraSettings(), &CameraSettings::changed);
@@ -242,7 +272,7 @@ private slots:
 
     void theReturnedCameraIsAskedAgain()
     {
-        const VirtualCameraConfig config = controlled(USUAL);
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
         VirtualCamera camera(config);
         ControlledRig rig(config);
         QVERIFY(rig.bringUp(camera));

@@ -54,6 +54,7 @@ int UnitControls::control(StandardUnit unit, const SetupPacket &setup, std::uint
     const auto answer = [&](std::int64_t value) {
         return replyBytes(setup, data, row.encode(value));
     };
+    m_questions += setup.request == SET_CUR ? 0 : 1;
     const bool ranged = row.kind == StandardKind::Number || row.kind == StandardKind::Choice;
     switch (setup.request) {
     case SET_CUR:
@@ -88,6 +89,12 @@ void UnitControls::setValue(StandardControl control, std::int64_t value)
 {
     const std::lock_guard lock(m_mutex);
     m_values[control] = value;
+}
+
+int UnitControls::questions() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_questions;
 }
 
 std::vector<UnitWrite> UnitControls::takeWrites()

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] std::int64_t value(StandardControl control) const;
     /// The camera has set it by itself.
     void setValue(StandardControl control, std::int64_t value);
+    /// How often any of them was asked for.
+    [[nodiscard]] int questions() const;
     /// What was written since the last call, oldest first.
     [[nodiscard]] std::vector<UnitWrite> takeWrites();
 
@@ -58,4 +60,5 @@ private:
     mutable std::mutex m_mutex; ///< guards all below
     std::map<StandardControl, std::int64_t> m_values;
     std::vector<UnitWrite> m_writes;
+    int m_questions = 0;
 };

@@ -66,21 +66,3 @@ bool ForeignCamera::setFormats(VirtualCameraConfig &camera, const QString &text)
         all = addFormat(camera.formats, part) && all;
     return all && !camera.formats.empty();
 }
-
-void ForeignCamera::addControls(VirtualCameraConfig &camera)
-{
-    using Control = StandardControl;
-    constexpr std::int64_t APERTURE_PRIORITY = 8, MODES = 1 | APERTURE_PRIORITY;
-    camera.controls = {
-        {Control::Brightness, -64, 64, 1, 0},
-        {Control::Sharpness, 0, 6, 1, 3},
-        {Control::WhiteBalance, 2800, 6500, 1, 4600},
-        {Control::WhiteBalanceAuto, 0, 1, 1, 1},
-        {Control::PowerLine, 0, 2, 1, 1},
-        {Control::Exposure, 1, 5000, 1, 157},
-        {Control::ExposureAuto, 0, 0, MODES, APERTURE_PRIORITY},
-        {Control::Focus, 1, 1023, 1, 1},
-        {Control::FocusAuto, 0, 1, 1, 1},
-        {Control::Zoom, 100, 500, 1, 100},
-    };
-}

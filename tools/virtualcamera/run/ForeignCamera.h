@@ -16,7 +16,4 @@ namespace ForeignCamera
 /// rate. The formats are mjpeg, yuyv, uyvy and grey.
 [[nodiscard]] bool setFormats(VirtualCameraConfig &camera, const QString &text);
 
-/// All controls of the class that the program knows, as a good camera has them.
-void addControls(VirtualCameraConfig &camera);
-
 } // namespace ForeignCamera

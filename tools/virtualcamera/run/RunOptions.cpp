@@ -1,5 +1,6 @@
 #include "tools/virtualcamera/run/RunOptions.h"
 
+#include "tools/virtualcamera/ForeignMake.h"
 #include "tools/virtualcamera/run/ForeignCamera.h"
 
 #include <algorithm>
@@ -23,7 +24,7 @@ bool RunOptions::parse(const QStringList &arguments, QString &error)
             continue;
         }
         if (name == QLatin1String("--controls")) {
-            ForeignCamera::addControls(camera);
+            camera.controls = ForeignMake::usualControls();
             continue;
         }
         if (i + 1 == arguments.size()) {

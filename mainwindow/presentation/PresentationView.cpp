@@ -13,6 +13,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -22,6 +23,9 @@ constexpr double RING_RADIUS = 0.022;
 constexpr double LEAST_RING = 10.0;
 /// What PicturePainter leaves free at the edge, for the line around a canvas.
 constexpr int EDGE = 2;
+
+/// Asks for a repaint behind that of the canvas.
+const auto LATER = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 } // namespace
 
@@ -89,7 +93,19 @@ void PresentationView::takeLatest()
         const std::lock_guard lock(m_mutex);
         m_shown = m_latest;
     }
+    // Both windows are painted on one thread, and the canvas, which the teacher works on, comes
+    // first: its own request is on its way by now, or follows at once.
+    if (!std::exchange(m_updateWaits, true))
+        QCoreApplication::postEvent(this, new QEvent(LATER), Qt::LowEventPriority);
+}
+
+bool PresentationView::event(QEvent *event)
+{
+    if (event->type() != LATER)
+        return QWidget::event(event);
+    m_updateWaits = false;
     update();
+    return true;
 }
 
 void PresentationView::setHeld(bool held)

@@ -44,6 +44,7 @@ signals:
     void leaveWanted();
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
@@ -67,6 +68,7 @@ private:
     bool m_canvasHovers = false;
     PicturePainter m_picturePainter;
     CanvasModel::Shown m_shown;
+    bool m_updateWaits = false;
     /// Where the held picture stood on its canvas, and the text that was being typed on it.
     QRect m_heldPlace;
     QPicture m_heldText;

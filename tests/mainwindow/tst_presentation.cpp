@@ -35,6 +35,18 @@ QImage shown(QWidget &view)
     return view.grab().toImage().convertToFormat(QImage::Format_RGB888);
 }
 
+/// What is painted, in its order.
+struct PaintOrder : QObject {
+    PaintOrder() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            painted << watched;
+        return false;
+    }
+    QList<QObject *> painted;
+};
+
 } // namespace
 
 /// The window for the class, beside a main window without a second screen.
@@ -143,6 +155,18 @@ private slots:
         });
         camera.join();
         QTRY_COMPARE(shown(*view()), pattern(49));
+    }
+
+    void theTeachersCanvasIsPaintedFirst()
+    {
+        open();
+        QVERIFY(QTest::qWaitForWindowExposed(view()));
+        ImageCanvas *canvas = m_window->currentCanvas();
+        QCoreApplication::processEvents();
+        PaintOrder order;
+        canvas->imageCaptured(pattern(7));
+        QTRY_VERIFY(order.painted.contains(view()) && order.painted.contains(canvas));
+        QVERIFY(order.painted.indexOf(canvas) < order.painted.indexOf(view()));
     }
 
     void heldItKeepsThePictureInEveryMode()

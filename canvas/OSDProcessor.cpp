@@ -160,16 +160,23 @@ void OSDProcessor::osdMacro(bool on)
 
 void OSDProcessor::osdRecord()
 {
-    m_recordTimer = m_clock();
+    m_recordTime.start(m_clock());
     m_recordImage = osdImage("TIME");
     emit indicated(tr("Recording has begun."));
 }
 
 void OSDProcessor::stopOsdRecord()
 {
-    if (m_recordTimer)
+    if (m_recordTime.isRunning())
         emit indicated(tr("Recording has ended."));
-    m_recordTimer.reset();
+    m_recordTime.stop();
+}
+
+void OSDProcessor::holdOsdRecord(bool held)
+{
+    if (m_recordTime.isRunning())
+        emit indicated(held ? tr("Recording is paused.") : tr("Recording goes on."));
+    m_recordTime.setHeld(held, m_clock());
 }
 
 void OSDProcessor::osdSnapshot()
@@ -319,7 +326,7 @@ void OSDProcessor::paintCameraStates(QPainter *painter)
 
 void OSDProcessor::paintRecordTime(QPainter *painter)
 {
-    if (!m_recordTimer)
+    if (!m_recordTime.isRunning())
         return;
     const int imageWidth = widthOf(m_recordImage);
     const int x = (m_canvas->width() - imageWidth) / 2;
@@ -329,7 +336,7 @@ void OSDProcessor::paintRecordTime(QPainter *painter)
     QFont font("Arial", 15);
     font.setWeight(QFont::Bold);
     painter->setFont(font);
-    const QString text = IndicationTexts::recordTime(m_clock() - *m_recordTimer);
+    const QString text = IndicationTexts::recordTime(m_recordTime.elapsedMs(m_clock()));
     const QFontMetrics metrics = painter->fontMetrics();
     painter->drawText(x + (imageWidth - metrics.horizontalAdvance(text)) / 2,
                       y - 3 + (metrics.height() + heightOf(m_recordImage)) / 2, text);

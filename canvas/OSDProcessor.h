@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/osd/BrightnessScale.h"
+#include "canvas/osd/StopWatch.h"
 
 #include <QImage>
 #include <QObject>
@@ -47,6 +48,8 @@ public:
     void osdMacro(bool on);
     void osdRecord();
     void stopOsdRecord();
+    /// Has the record time stand still, or go on; nothing happens without it.
+    void holdOsdRecord(bool held);
     void osdSnapshot();
 
     /// Paints the indications that are on, in widget coordinates; the canvas calls it without its
@@ -118,7 +121,7 @@ private:
     Timer m_rotateTimer;
     Timer m_clipBlinkTimer;
     Timer m_autoFocusTimer;
-    Timer m_recordTimer;
+    StopWatch m_recordTime;
     Timer m_snapshotTimer;
 
     bool m_opticalZoomOn = false;

@@ -174,6 +174,8 @@ std::vector<Row> cardRows()
             .clicks(SLOT(holdPresentation())).looks(Checkable).on({Qt::SHIFT | Qt::Key_F5}),
         Row(C::BlankPresentation, K, "ICON_PRESENT_BLANK", QT_TRANSLATE_NOOP("MainWindow", "Black presentation"))
             .clicks(SLOT(blankPresentation())).looks(Checkable).on({Qt::Key_B, Qt::Key_Period}),
+        Row(C::PauseRecording, K, "ICON_RECORD_PAUSE", QT_TRANSLATE_NOOP("MainWindow", "Pause recording"))
+            .clicks(SLOT(pauseRecording())).looks(Checkable | AtTimes).on({Qt::CTRL | Qt::SHIFT | Qt::Key_R}),
         Row(C::More, K, "ICON_MORE", QT_TRANSLATE_NOOP("MainWindow", "More"))
             .clicks(SLOT(more())).opens(PopUp::More),
     };

@@ -68,6 +68,7 @@ enum class Command {
     Present,
     HoldPresentation,
     BlankPresentation,
+    PauseRecording,
     More,
     // On keys alone
     PlayOrPauseFilm,
@@ -135,7 +136,10 @@ enum Look : unsigned {
     /// One of the buttons in the side panel, of which exactly one is checked.
     InToolGroup = 4,
     /// Is never checked, though it is in the tool group.
-    NeverChecked = 8
+    NeverChecked = 8,
+    /// Disabled at first. Its button stands on the card only while it is enabled, and then there is
+    /// a place for it.
+    AtTimes = 16
 };
 
 /// A row, with the functions that fill it in. Texts are marked source texts, translated in the main

@@ -140,6 +140,7 @@ public slots:
     // Snapshot, recording, printing, windows
     void snapshot();
     void record();
+    void pauseRecording() { m_capture->togglePause(); }
     void print();
     void settings();
     void About();

@@ -35,9 +35,21 @@ void RecordingSign::start()
         return;
     m_ownTitle = window()->windowTitle();
     m_clock.start();
+    m_time.start(m_clock.elapsed());
+    m_paused = false;
     m_timer.start();
     show();
     showTime();
+}
+
+void RecordingSign::setPaused(bool paused)
+{
+    if (!m_timer.isActive())
+        return;
+    m_paused = paused;
+    m_time.setHeld(paused, m_clock.elapsed());
+    showTime();
+    update();
 }
 
 void RecordingSign::stop()
@@ -52,6 +64,13 @@ void RecordingSign::stop()
 void RecordingSign::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    if (m_paused) {
+        for (const int x : {2, 7}) {
+            painter.fillRect(QRect(x - 1, 0, 5, SIDE), Qt::white);
+            painter.fillRect(QRect(x, 1, 3, SIDE - 2), QColor(RED));
+        }
+        return;
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     // The ring keeps the dot apart from the tab's blue.
     painter.setPen(QPen(Qt::white, 1.5));
@@ -62,6 +81,8 @@ void RecordingSign::paintEvent(QPaintEvent *)
 void RecordingSign::showTime()
 {
     const QString name = m_ownTitle.isEmpty() ? QCoreApplication::applicationName() : m_ownTitle;
-    window()->setWindowTitle(QStringLiteral("\u25CF %1 \u2013 %2")
-                                 .arg(IndicationTexts::recordTime(m_clock.elapsed()), name));
+    window()->setWindowTitle(
+        QStringLiteral("%1 %2 \u2013 %3")
+            .arg(m_paused ? QStringLiteral("\u2016") : QStringLiteral("\u25CF"),
+                 IndicationTexts::recordTime(m_time.elapsedMs(m_clock.elapsed())), name));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "canvas/osd/StopWatch.h"
+
 #include <QElapsedTimer>
 #include <QString>
 #include <QTimer>
@@ -17,6 +19,8 @@ public:
 
     /// Counts from now on. Nothing changes while it counts already.
     void start();
+    /// Has the time stand still, and shows two bars in place of the dot.
+    void setPaused(bool paused);
     /// Gives the window its own title back.
     void stop();
 
@@ -27,6 +31,8 @@ private:
     void showTime();
 
     QElapsedTimer m_clock;
+    StopWatch m_time;
+    bool m_paused = false;
     QTimer m_timer;
     QString m_ownTitle;
 };

@@ -1,11 +1,9 @@
 #include "sources/LiveSource.h"
 
 #include "sources/LiveSourcePrivate.h"
-#include "sources/recording/MovieRecorder.h"
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -18,24 +16,19 @@ constexpr int POLL_INTERVAL_MS = 500;
 constexpr int LATE_ANSWER_MS = 20;
 // A camera that has just been plugged in needs this long before it can be opened reliably.
 constexpr qint64 SETTLE_MS = 2001;
-// Within this time a recording gets its first picture, or it fails.
-constexpr int FIRST_PICTURE_MS = 3000;
 
 } // namespace
 
 LiveSource::LiveSource(ICaptureCB *callback, QSize resolution, QSize recordingResolution,
                        QObject *parent)
     : LiveSourceBase(parent)
-    , m_private(std::make_unique<LiveSourcePrivate>(callback))
+    , m_private(std::make_unique<LiveSourcePrivate>(callback,
+                                                    [this] { return m_presenceTimer.isValid(); }))
     , m_resolution(resolution)
     , m_recordingResolution(recordingResolution)
 {
     connect(&m_existenceTimer, SIGNAL(timeout()), this, SLOT(checkExistance()));
-    m_pictureTimer.setSingleShot(true);
-    // A coarse one may be a twentieth early.
-    m_pictureTimer.setTimerType(Qt::PreciseTimer);
-    m_pictureTimer.setInterval(FIRST_PICTURE_MS);
-    connect(&m_pictureTimer, &QTimer::timeout, this, &LiveSource::checkPictures);
+    connect(&m_private->recording, &LiveRecording::failed, this, &LiveSource::recordFailed);
     checkExistance();
     m_existenceTimer.start(POLL_INTERVAL_MS);
 }
@@ -44,7 +37,6 @@ LiveSource::~LiveSource()
 {
     if (m_running)
         tearDownCaptureGraph();
-    m_private->failures->close();
 }
 
 bool LiveSource::running() const
@@ -112,23 +104,20 @@ void LiveSource::requestRecord(const QString &fileName)
 {
     if (m_running)
         tearDownCaptureGraph();
-    m_recording.open(fileName);
+    m_private->recording.request(fileName);
     beginRecording();
 }
 
 void LiveSource::beginRecording()
 {
     createCaptureGraph(true);
-    m_pictureTimer.start();
+    m_private->recording.awaitPicture();
 }
 
 void LiveSource::stopRecord()
 {
     if (!m_running) {
-        if (m_recording.requested())
-            reportMissingPictures();
-        m_pictureTimer.stop();
-        m_recording.end();
+        m_private->recording.withdraw();
         return;
     }
     tearDownCaptureGraph();
@@ -186,12 +175,22 @@ Qt::Orientations LiveSource::mirrored() const
 
 bool LiveSource::recording() const
 {
-    return m_recording.begun();
+    return m_private->recording.begun();
 }
 
 bool LiveSource::recordRequested() const
 {
-    return m_recording.requested();
+    return m_private->recording.requested();
+}
+
+LiveRecording &LiveSource::liveRecording()
+{
+    return m_private->recording;
+}
+
+const LiveRecording &LiveSource::liveRecording() const
+{
+    return m_private->recording;
 }
 
 CameraLink LiveSource::cameraLink() const
@@ -290,7 +289,7 @@ void LiveSource::openCamera()
     }
     m_running = true;
     initUVCControl();
-    if (m_recording.requested())
+    if (recordRequested())
         beginRecording();
     else
         createCaptureGraph(false);
@@ -312,18 +311,16 @@ void LiveSource::createCaptureGraph(bool record)
     if (!m_running)
         return;
     if (record)
-        m_recording.begin();
+        m_private->recording.begin();
     m_streamSize = record ? m_recordingResolution : wantedSize();
     // The constructor comes here too, and its own version is the right one then.
     // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.VirtualCall)
     restartStream();
     if (!record)
         return;
-
-    std::unique_ptr<FrameRecorder> recorder =
-        createRecorder(m_private->camera->sizeFor(*m_streamSize));
-    const std::lock_guard lock(m_private->recorderMutex);
-    m_private->recorder = std::move(recorder);
+    const CameraIdentity &camera = m_private->camera->identity();
+    m_private->recording.record(m_private->camera->sizeFor(*m_streamSize),
+                                {camera.vendorId, camera.productId});
 }
 
 void LiveSource::tearDownCaptureGraph()
@@ -333,62 +330,5 @@ void LiveSource::tearDownCaptureGraph()
     m_private->camera->stopDelivery();
     m_private->camera->stopStreaming();
     m_streamSize.reset();
-    finishRecording();
-}
-
-void LiveSource::finishRecording()
-{
-    m_pictureTimer.stop();
-    m_recording.end();
-    std::unique_ptr<FrameRecorder> recorder;
-    {
-        const std::lock_guard lock(m_private->recorderMutex);
-        recorder = std::move(m_private->recorder);
-    }
-    if (!recorder)
-        return;
-    recorder->finish();
-    if (!recorder->hasPictures())
-        reportMissingPictures();
-}
-
-std::unique_ptr<FrameRecorder> LiveSource::createRecorder(QSize size)
-{
-    // A report of a recording that comes after the next one has begun concerns neither.
-    const int number = m_recording.number();
-    auto failed = [this, number, gate = m_private->failures](const QString &sentence) {
-        gate->pass([&] {
-            QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection,
-                                      Q_ARG(int, number), Q_ARG(QString, sentence));
-        });
-    };
-    auto writer = MovieWriter::create({m_recording.fileName(), size}, failed);
-    const CameraIdentity &camera = m_private->camera->identity();
-    auto sound = SoundCapture::create({camera.vendorId, camera.productId});
-    return std::make_unique<MovieRecorder>(std::move(writer), std::move(sound), size);
-}
-
-void LiveSource::reportFailure(int recording, const QString &sentence)
-{
-    if (m_recording.takeFailure(recording))
-        emit recordFailed(sentence);
-}
-
-void LiveSource::reportMissingPictures()
-{
-    const QString sentence = tr("Nothing was recorded because no picture came from the camera.");
-    QMetaObject::invokeMethod(this, "reportFailure", Qt::QueuedConnection,
-                              Q_ARG(int, m_recording.number()), Q_ARG(QString, sentence));
-}
-
-void LiveSource::checkPictures()
-{
-    // A camera that is on the bus but not open yet will be open within that time.
-    const bool opening = !m_recording.begun() && m_presenceTimer.isValid();
-    // Only this thread changes the pointer, so it is read without the lock.
-    const FrameRecorder *recorder = m_private->recorder.get();
-    if (opening)
-        m_pictureTimer.start();
-    else if (!recorder || !recorder->pictureCame())
-        reportMissingPictures();
+    m_private->recording.finish();
 }

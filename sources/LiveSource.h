@@ -2,7 +2,6 @@
 
 #include "sources/LiveSourceBase.h"
 #include "sources/camera/CameraOwner.h"
-#include "sources/recording/RecordingRequest.h"
 
 #include <QElapsedTimer>
 #include <QSize>
@@ -14,8 +13,8 @@
 #include <vector>
 
 class CameraSettings;
-class FrameRecorder;
 class ICaptureCB;
+class LiveRecording;
 class LiveSourcePrivate;
 
 /// The document camera: waits for it to be plugged in, streams its pictures to the canvas, carries
@@ -94,6 +93,9 @@ public:
     [[nodiscard]] bool recording() const;
     /// Whether a recording has been requested and not ended, whether or not it has begun.
     [[nodiscard]] bool recordRequested() const;
+    /// To pause it, and to ask after it.
+    [[nodiscard]] LiveRecording &liveRecording();
+    [[nodiscard]] const LiveRecording &liveRecording() const;
 
     [[nodiscard]] CameraLink cameraLink() const override;
     [[nodiscard]] const UvcCamera &camera() const override;
@@ -114,21 +116,13 @@ signals:
     /// The resolution was changed, so that the preview's own size counts no more.
     void previewSizeDropped();
 
-private slots:
-    void reportFailure(int recording, const QString &sentence);
-    void checkPictures();
-
 private:
     void beginRecording();
-    void reportMissingPictures();
     void openCamera();
     void askAgainSoon();
     [[nodiscard]] QSize wantedSize() const;
     void createCaptureGraph(bool record);
     void tearDownCaptureGraph();
-    void finishRecording();
-    /// A recorder that writes pictures of that size into the record file.
-    std::unique_ptr<FrameRecorder> createRecorder(QSize size);
 
     std::unique_ptr<LiveSourcePrivate> m_private;
     QTimer m_existenceTimer;
@@ -139,9 +133,6 @@ private:
     bool m_askingAgain = false;
     /// How long the camera has been seen without a break; invalid while it is not there.
     QElapsedTimer m_presenceTimer;
-    RecordingRequest m_recording;
-    /// Runs while the first picture of a recording is awaited.
-    QTimer m_pictureTimer;
     /// The size of the stream that is wanted now, if there is one.
     std::optional<QSize> m_streamSize;
     QSize m_resolution;

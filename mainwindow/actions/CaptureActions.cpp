@@ -8,6 +8,7 @@
 #include "mainwindow/CommandButtons.h"
 #include "mainwindow/RecordingSign.h"
 #include "settings/Config.h"
+#include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 
@@ -126,6 +127,18 @@ void CaptureActions::stopRecording()
     showRecording(false);
 }
 
+void CaptureActions::togglePause()
+{
+    if (!recording())
+        return;
+    LiveRecording &running = m_source->liveRecording();
+    running.setPaused(!running.paused());
+    for (OSDProcessor *processor : m_deck->allIndications())
+        processor->holdOsdRecord(running.paused());
+    m_recordingSign->setPaused(running.paused());
+    showPause(running.paused());
+}
+
 void CaptureActions::recordingFailed(const QString &sentence)
 {
     if (m_failureTold)
@@ -156,4 +169,13 @@ void CaptureActions::showRecording(bool on)
         m_recordingSign->start();
     else
         m_recordingSign->stop();
+    showPause(false);
+    if (ImageButton *pause = m_buttons->of(Command::PauseRecording))
+        pause->setEnabled(on);
+}
+
+void CaptureActions::showPause(bool paused)
+{
+    if (ImageButton *pause = m_buttons->of(Command::PauseRecording))
+        pause->setChecked(paused);
 }

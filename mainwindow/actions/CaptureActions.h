@@ -36,6 +36,8 @@ public:
     void startRecording();
     /// Stops the recording; does nothing while none runs.
     void stopRecording();
+    /// Pauses the recording or has it go on; nothing without one.
+    void togglePause();
     /// Stops as the user would and tells the user why, once for each recording.
     void recordingFailed(const QString &sentence);
 
@@ -44,6 +46,7 @@ private:
     [[nodiscard]] static bool isThere(const QString &path);
     void askForFolder();
     void showRecording(bool on);
+    void showPause(bool paused);
 
     CanvasDeck *m_deck;
     const CommandButtons *m_buttons;

@@ -19,17 +19,17 @@ constexpr int LEAST_PLACES = 3;
     return std::min(commands, std::max(room / PITCH, LEAST_PLACES));
 }
 
-/// Which of the commands those are: "More", the checked ones, as their state has to be seen, and
-/// the first of the others. `checked` is by command, "More" last; `room` in pixels.
-[[nodiscard]] inline std::vector<bool> chosen(const std::vector<bool> &checked, int room)
+/// Which of the commands those are: "More", those that have to be seen, and the first of the
+/// others. `needed` is by command, "More" last; `room` in pixels.
+[[nodiscard]] inline std::vector<bool> chosen(const std::vector<bool> &needed, int room)
 {
-    const std::size_t last = checked.size() - 1;
-    int free = shown(static_cast<int>(checked.size()), room) - 1;
-    std::vector<bool> result(checked.size(), false);
+    const std::size_t last = needed.size() - 1;
+    int free = shown(static_cast<int>(needed.size()), room) - 1;
+    std::vector<bool> result(needed.size(), false);
     result[last] = true;
     for (const bool wanted : {true, false}) {
         for (std::size_t i = 0; i < last && free > 0; ++i) {
-            if (checked[i] != wanted)
+            if (needed[i] != wanted)
                 continue;
             result[i] = true;
             --free;

@@ -1,12 +1,12 @@
 #include "mainwindow/bars/CommandCard.h"
 
 #include "mainwindow/CommandButtons.h"
-#include "mainwindow/WindowLayout.h"
 #include "mainwindow/bars/CardLayout.h"
 #include "resources/SkinImages.h"
 #include "widgets/ImageButton.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QPainter>
 
 namespace
@@ -30,7 +30,13 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
         button->setToolTip(name);
         button->setCheckable((row.look & Commands::Checkable) != 0);
         buttons->add(row.command, button);
-        m_buttons.push_back(button);
+        const bool atTimes = (row.look & Commands::AtTimes) != 0;
+        if (atTimes) {
+            button->setEnabled(false);
+            button->hide();
+            button->installEventFilter(this);
+        }
+        m_places.push_back({button, atTimes});
     }
     setFixedHeight(SkinImages::layoutSize(m_ground).height());
     m_opening.setSingleShot(true);
@@ -39,25 +45,45 @@ CommandCard::CommandCard(CommandButtons *buttons, QWidget *window)
 
 void CommandCard::place(const WindowLayout &at)
 {
-    std::vector<bool> checked;
-    for (const ImageButton *button : m_buttons)
-        checked.push_back(button->isChecked());
-    const std::vector<bool> fits = CardLayout::chosen(checked, at.cardRoom);
+    m_layout = at;
+    arrange();
+}
+
+void CommandCard::arrange()
+{
+    std::vector<ImageButton *> enabled;
+    std::vector<bool> needed;
+    for (const Place &place : m_places) {
+        if (!place.button->isEnabledTo(this)) {
+            place.button->hide();
+            continue;
+        }
+        enabled.push_back(place.button);
+        needed.push_back(place.atTimes || place.button->isChecked());
+    }
+    const std::vector<bool> fits = CardLayout::chosen(needed, m_layout.cardRoom);
     m_hidden.clear();
     int x = CARD_FIRST;
     int count = 0;
-    for (std::size_t i = 0; i < m_buttons.size(); ++i) {
-        m_buttons[i]->setVisible(fits[i]);
+    for (std::size_t i = 0; i < enabled.size(); ++i) {
+        enabled[i]->setVisible(fits[i]);
         if (!fits[i]) {
-            m_hidden.push_back(m_buttons[i]);
+            m_hidden.push_back(enabled[i]);
             continue;
         }
-        m_buttons[i]->move(x, CARD_TOP);
+        enabled[i]->move(x, CARD_TOP);
         x += CardLayout::PITCH;
         ++count;
     }
     setFixedWidth(CardLayout::widthOf(count));
-    move(at.card);
+    move(m_layout.card);
+}
+
+bool CommandCard::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange)
+        arrange();
+    return QWidget::eventFilter(watched, event);
 }
 
 void CommandCard::setCameraStatus(const CameraStatus &status)
@@ -87,7 +113,7 @@ void CommandCard::setFailureUnread(bool unread)
 
 void CommandCard::showMark()
 {
-    m_buttons.back()->setMarked(cameraWrong() || m_failureUnread);
+    m_places.back().button->setMarked(cameraWrong() || m_failureUnread);
     emit marksChanged();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mainwindow/Commands.h"
+#include "mainwindow/WindowLayout.h"
 #include "sources/camera/CameraStatus.h"
 
 #include <QImage>
@@ -12,7 +13,6 @@
 
 class CommandButtons;
 class ImageButton;
-struct WindowLayout;
 
 /// The card at the lower left of the window, in every mode: undo, redo, and "More", whose pop-up
 /// holds what does not fit. Its buttons are added to the window's, which connects them. GUI thread.
@@ -23,7 +23,8 @@ class CommandCard : public QWidget
 public:
     CommandCard(CommandButtons *buttons, QWidget *window);
 
-    /// Moves the card to its place and shows as many buttons as fit.
+    /// Moves the card to its place and shows as many buttons as fit. Buttons that are disabled stay
+    /// away.
     void place(const WindowLayout &at);
     // "More" is marked while its pages have something to report.
     void setCameraStatus(const CameraStatus &status);
@@ -40,16 +41,25 @@ signals:
     void marksChanged();
 
 protected:
+    /// Gives a button that has been enabled or disabled its place or takes it.
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void showMark();
+    void arrange();
 
     CameraStatus m_camera;
     QTimer m_opening;
     bool m_failureUnread = false;
     const QImage m_ground;
+    struct Place {
+        ImageButton *button;
+        /// Has to be seen when it is enabled.
+        bool atTimes;
+    };
+    WindowLayout m_layout;
     /// In their order, "More" last.
-    std::vector<ImageButton *> m_buttons;
+    std::vector<Place> m_places;
     std::vector<ImageButton *> m_hidden;
 };

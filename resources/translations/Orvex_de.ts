@@ -233,6 +233,10 @@
         <source>Nothing was recorded because no picture came from the camera.</source>
         <translation>Es wurde nichts aufgenommen, weil kein Bild von der Kamera kam.</translation>
     </message>
+    <message>
+        <source>Nothing was recorded because the recording was paused.</source>
+        <translation>Es wurde nichts aufgenommen, weil die Aufnahme unterbrochen war.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -608,6 +612,10 @@
         <source>Open a picture of a folder</source>
         <translation>Ein Foto aus einem Ordner öffnen</translation>
     </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>Aufnahme unterbrechen</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -855,6 +863,14 @@
     <message>
         <source>Snapshot taken.</source>
         <translation>Foto aufgenommen.</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>Die Aufnahme ist unterbrochen.</translation>
+    </message>
+    <message>
+        <source>Recording goes on.</source>
+        <translation>Die Aufnahme geht weiter.</translation>
     </message>
 </context>
 <context>

@@ -233,6 +233,10 @@
         <source>Nothing was recorded because no picture came from the camera.</source>
         <translation>No se ha grabado nada porque no ha llegado ninguna imagen de la cámara.</translation>
     </message>
+    <message>
+        <source>Nothing was recorded because the recording was paused.</source>
+        <translation>No se grabó nada porque la grabación estaba en pausa.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -608,6 +612,10 @@
         <source>Open a picture of a folder</source>
         <translation>Abra una fotografía de una carpeta</translation>
     </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>Pausar la grabación</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -855,6 +863,14 @@
     <message>
         <source>Snapshot taken.</source>
         <translation>Instantánea tomada.</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>La grabación está en pausa.</translation>
+    </message>
+    <message>
+        <source>Recording goes on.</source>
+        <translation>La grabación continúa.</translation>
     </message>
 </context>
 <context>

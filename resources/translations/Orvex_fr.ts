@@ -233,6 +233,10 @@
         <source>Nothing was recorded because no picture came from the camera.</source>
         <translation>Rien n’a été enregistré, car aucune image n’est parvenue de la caméra.</translation>
     </message>
+    <message>
+        <source>Nothing was recorded because the recording was paused.</source>
+        <translation>Rien n’a été enregistré car l’enregistrement était suspendu.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -608,6 +612,10 @@
         <source>Open a picture of a folder</source>
         <translation>Ouvrez une photo d’un dossier</translation>
     </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>Suspendre l’enregistrement</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -855,6 +863,14 @@
     <message>
         <source>Snapshot taken.</source>
         <translation>Instantané pris.</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>L’enregistrement est suspendu.</translation>
+    </message>
+    <message>
+        <source>Recording goes on.</source>
+        <translation>L’enregistrement continue.</translation>
     </message>
 </context>
 <context>

@@ -233,6 +233,10 @@
         <source>Nothing was recorded because no picture came from the camera.</source>
         <translation>カメラから映像が届かなかったため、何も録画されませんでした。</translation>
     </message>
+    <message>
+        <source>Nothing was recorded because the recording was paused.</source>
+        <translation>一時停止していたため、何も録画されませんでした。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -608,6 +612,10 @@
         <source>Open a picture of a folder</source>
         <translation>フォルダーの写真を開いてください</translation>
     </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>録画を一時停止</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -855,6 +863,14 @@
     <message>
         <source>Snapshot taken.</source>
         <translation>静止画を撮影しました。</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>録画を一時停止しました。</translation>
+    </message>
+    <message>
+        <source>Recording goes on.</source>
+        <translation>録画を再開しました。</translation>
     </message>
 </context>
 <context>

@@ -233,6 +233,10 @@
         <source>Nothing was recorded because no picture came from the camera.</source>
         <translation>Ничего не записано, так как с камеры не поступило изображение.</translation>
     </message>
+    <message>
+        <source>Nothing was recorded because the recording was paused.</source>
+        <translation>Ничего не записано, так как запись была приостановлена.</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -608,6 +612,10 @@
         <source>Open a picture of a folder</source>
         <translation>Откройте фотографию из папки</translation>
     </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>Приостановить запись</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -855,6 +863,14 @@
     <message>
         <source>Snapshot taken.</source>
         <translation>Снимок сделан.</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>Запись приостановлена.</translation>
+    </message>
+    <message>
+        <source>Recording goes on.</source>
+        <translation>Запись продолжается.</translation>
     </message>
 </context>
 <context>

@@ -233,6 +233,10 @@
         <source>Nothing was recorded because no picture came from the camera.</source>
         <translation>攝影機沒有傳來影像，因此沒有錄下任何內容。</translation>
     </message>
+    <message>
+        <source>Nothing was recorded because the recording was paused.</source>
+        <translation>由於錄影已暫停，沒有錄下任何內容。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -608,6 +612,10 @@
         <source>Open a picture of a folder</source>
         <translation>請開啟資料夾中的相片</translation>
     </message>
+    <message>
+        <source>Pause recording</source>
+        <translation>暫停錄影</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -855,6 +863,14 @@
     <message>
         <source>Snapshot taken.</source>
         <translation>已拍攝快照。</translation>
+    </message>
+    <message>
+        <source>Recording is paused.</source>
+        <translation>錄影已暫停。</translation>
+    </message>
+    <message>
+        <source>Recording goes on.</source>
+        <translation>錄影繼續。</translation>
     </message>
 </context>
 <context>

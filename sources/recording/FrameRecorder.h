@@ -16,6 +16,10 @@ public:
     /// Never waits for the GUI thread; a picture that cannot be taken at once is dropped.
     virtual void pictureCaptured(const void *rgb, int width, int height, qint64 microseconds) = 0;
 
+    /// Between setPaused(true) and setPaused(false) nothing is recorded, and what follows joins on
+    /// to what was before. GUI thread.
+    virtual void setPaused(bool paused) = 0;
+
     /// Completes the movie file. No picture comes during or after this call.
     virtual void finish() = 0;
 

@@ -41,6 +41,15 @@ void MovieRecorder::pictureCaptured(const void *rgb, int width, int height, qint
     m_writer->appendPicture(static_cast<const std::uint8_t *>(rgb), presentationUs);
 }
 
+void MovieRecorder::setPaused(bool paused)
+{
+    const std::lock_guard lock(m_mutex);
+    m_paused = paused;
+    // Before the first sound there is nothing to pause: the movie begins after the pause.
+    if (m_offsetUs)
+        m_writer->setPaused(paused, captureMicroseconds() + *m_offsetUs);
+}
+
 void MovieRecorder::finish()
 {
     // The sound is stopped first and without the lock, because its last call may be waiting for the
@@ -53,6 +62,8 @@ void MovieRecorder::finish()
 void MovieRecorder::soundCaptured(const SoundBuffer &buffer)
 {
     const std::lock_guard lock(m_mutex);
+    if (!m_offsetUs && m_paused)
+        return;
     if (!m_offsetUs) {
         m_offsetUs = std::clamp(buffer.presentationUs - captureMicroseconds(), -LARGEST_OFFSET_US,
                                 LARGEST_OFFSET_US);

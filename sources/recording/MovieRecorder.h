@@ -31,6 +31,8 @@ public:
 
     void pictureCaptured(const void *rgb, int width, int height, qint64 microseconds) override;
 
+    void setPaused(bool paused) override;
+
     /// Completes the movie, in bounded time.
     void finish() override;
 
@@ -48,9 +50,10 @@ private:
     std::unique_ptr<SoundCapture> m_capture;
     std::atomic<bool> m_pictureCame{false};
 
-    /// Guards the writer and the offset.
+    /// Guards all members below.
     std::mutex m_mutex;
     const std::unique_ptr<MovieWriter> m_writer;
     /// What is added to the stamp of a picture, in microseconds.
     std::optional<qint64> m_offsetUs;
+    bool m_paused = false;
 };

@@ -18,8 +18,8 @@
 /// File and encoder are opened on a thread of the writer. What is appended before they are there is
 /// kept: all of the sound, and the first pictures and then two a second, so the movie begins when
 /// the session does. The append calls copy and never wait for the encoder or the disk. start..(),
-/// append..() and finish() are serialised by the caller; status() and the counters belong to any
-/// thread. The failure handler runs on a thread of the writer, or in appendSound().
+/// append..(), setPaused() and finish() are serialised by the caller; status() and the counters
+/// belong to any thread. The failure handler runs on a thread of the writer, or in appendSound().
 class MovieWriter
 {
 public:
@@ -61,8 +61,12 @@ public:
     /// One channel at 44100 samples a second. Holes are filled with silence.
     virtual void appendSound(const std::int16_t *samples, int count, qint64 presentationUs) = 0;
 
-    /// Completes the file. Waits half a second at most: on a slower disk or encoder the file is
-    /// completed in the background. A movie without any picture is removed.
+    /// What is stamped from `presentationUs` on, of which nothing has been appended yet, is left
+    /// out until the pause ends, and then moves up. While it lasts the file is as whole as ever.
+    virtual void setPaused(bool paused, qint64 presentationUs) = 0;
+
+    /// Completes the file, also during a pause. Waits half a second at most: on a slower disk or
+    /// encoder the file is completed in the background. A movie without any picture is removed.
     virtual void finish() = 0;
 
     /// Whether a picture has been taken into the movie.

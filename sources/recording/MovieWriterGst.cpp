@@ -1,6 +1,7 @@
 #include "sources/recording/MovieWriter.h"
 
 #include "sources/recording/MovieJobGst.h"
+#include "sources/recording/RecordingPauses.h"
 #include "sources/recording/SoundCapture.h"
 #include "sources/recording/SoundTimeline.h"
 #include "sources/threads/ExitDeadline.h"
@@ -46,29 +47,34 @@ public:
 
     void appendPicture(const std::uint8_t *rgb, qint64 presentationUs) override;
     void appendSound(const std::int16_t *samples, int count, qint64 presentationUs) override;
+    void setPaused(bool paused, qint64 presentationUs) override;
     void finish() override;
 
 private:
     void repeatPicture(qint64 positionUs);
-    void feedSound(const std::vector<std::int16_t> &samples);
+    void feedSound(std::vector<std::int16_t> samples);
 
     const std::shared_ptr<MovieJobGst> m_job;
     std::thread m_thread;
     std::atomic<qint64> m_dropped{0};
 
     qint64 m_startUs = 0;
+    /// In the movie, without the pauses.
     qint64 m_lastPictureUs = -1;
     SoundTimeline m_timeline{SoundCapture::SAMPLE_RATE};
+    RecordingPauses m_pauses{SoundCapture::SAMPLE_RATE};
     size_t m_priming = SOUND_PRIMING;
 };
 
 void MovieWriterGst::appendPicture(const std::uint8_t *rgb, qint64 presentationUs)
 {
-    const qint64 positionUs = presentationUs - m_startUs;
-    if (status() != Status::Writing || positionUs < 0 || positionUs <= m_lastPictureUs)
+    if (status() != Status::Writing || presentationUs < m_startUs)
         return;
-    if (m_job->feed.takePicture(rgb, positionUs))
-        m_lastPictureUs = positionUs;
+    const std::optional<qint64> positionUs = m_pauses.inMovie(presentationUs - m_startUs);
+    if (!positionUs || *positionUs <= m_lastPictureUs)
+        return;
+    if (m_job->feed.takePicture(rgb, *positionUs))
+        m_lastPictureUs = *positionUs;
     else
         ++m_dropped;
 }
@@ -76,9 +82,10 @@ void MovieWriterGst::appendPicture(const std::uint8_t *rgb, qint64 presentationU
 /// Keeps the movie growing on disk while the camera delivers nothing.
 void MovieWriterGst::repeatPicture(qint64 positionUs)
 {
-    if (m_lastPictureUs < 0 || positionUs - m_lastPictureUs <= STANDSTILL_US)
+    const std::optional<qint64> nowUs = m_pauses.inMovie(positionUs);
+    if (m_lastPictureUs < 0 || !nowUs || *nowUs - m_lastPictureUs <= STANDSTILL_US)
         return;
-    m_lastPictureUs = positionUs - REPEAT_BEHIND_US;
+    m_lastPictureUs = *nowUs - REPEAT_BEHIND_US;
     m_job->feed.repeatPicture(m_lastPictureUs);
 }
 
@@ -91,8 +98,19 @@ void MovieWriterGst::appendSound(const std::int16_t *samples, int count, qint64 
     feedSound(m_timeline.place(samples, count, positionUs));
 }
 
-void MovieWriterGst::feedSound(const std::vector<std::int16_t> &samples)
+void MovieWriterGst::setPaused(bool paused, qint64 presentationUs)
 {
+    if (status() != Status::Writing)
+        return;
+    if (paused)
+        m_pauses.begin(presentationUs - m_startUs);
+    else
+        m_pauses.end(presentationUs - m_startUs);
+}
+
+void MovieWriterGst::feedSound(std::vector<std::int16_t> samples)
+{
+    samples = m_pauses.cut(std::move(samples));
     const size_t skipped = std::min(m_priming, samples.size());
     m_priming -= skipped;
     if (!m_job->feed.takeSound(samples.data() + skipped, samples.size() - skipped))

@@ -3,6 +3,7 @@
 void RecordingRequest::open(const QString &fileName)
 {
     m_state = State::Requested;
+    m_paused = false;
     m_fileName = fileName;
     ++m_number;
     m_failureTold = false;
@@ -17,6 +18,12 @@ void RecordingRequest::begin()
 void RecordingRequest::end()
 {
     m_state = State::None;
+    m_paused = false;
+}
+
+void RecordingRequest::setPaused(bool paused)
+{
+    m_paused = paused && requested();
 }
 
 bool RecordingRequest::takeFailure(int number)

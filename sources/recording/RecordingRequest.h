@@ -12,11 +12,15 @@ public:
     /// The camera streams for it. Nothing happens without a request.
     void begin();
     void end();
+    /// Nothing happens without a request.
+    void setPaused(bool paused);
 
     /// From open() to end().
     [[nodiscard]] bool requested() const { return m_state != State::None; }
     /// From begin() to end().
     [[nodiscard]] bool begun() const { return m_state == State::Begun; }
+    /// Not at the beginning, nor without a request.
+    [[nodiscard]] bool paused() const { return m_paused; }
     [[nodiscard]] QString fileName() const { return m_fileName; }
     /// Counts the requests.
     [[nodiscard]] int number() const { return m_number; }
@@ -30,6 +34,7 @@ private:
     enum class State { None, Requested, Begun };
 
     State m_state = State::None;
+    bool m_paused = false;
     QString m_fileName;
     int m_number = 0;
     bool m_failureTold = true;

@@ -53,6 +53,28 @@ private slots:
         COMPARE_GOLDEN(painted(), "osd-record-0");
     }
 
+    void recordTimeStandsStillWhileItIsHeld()
+    {
+        m_osd->holdOsdRecord(true); // nothing to hold
+        QCOMPARE(painted(), ground());
+        m_osd->osdRecord();
+        m_nowMs += 59999;
+        m_osd->holdOsdRecord(true);
+        m_nowMs += 100000;
+        m_osd->holdOsdRecord(true);
+        COMPARE_GOLDEN(painted(), "osd-record-59");
+        m_osd->holdOsdRecord(false);
+        COMPARE_GOLDEN(painted(), "osd-record-59");
+        m_nowMs += 3725000 - 59999;
+        COMPARE_GOLDEN(painted(), "osd-record-3725");
+        m_osd->holdOsdRecord(true);
+        m_osd->stopOsdRecord();
+        m_osd->osdRecord();
+        COMPARE_GOLDEN(painted(), "osd-record-0");
+        m_nowMs += 59999;
+        COMPARE_GOLDEN(painted(), "osd-record-59");
+    }
+
     void aSnapshotShowsForHalfASecond()
     {
         m_osd->osdSnapshot();

@@ -34,6 +34,7 @@ private slots:
     void whatIsCheckedStandsOnIt();
     void itFitsBesideTheBarsInEveryWindow();
     void itsButtonsStandInARowAndJoinTheOthers();
+    void theButtonOfACommandAtTimesComesAndGoes();
     void aHiddenButtonIsOfferedInThePopUp();
     void thePagesTellOfKeysAndFailures();
     void thePressureOfAPenIsChosenOnItsPage();
@@ -113,7 +114,8 @@ void CardTest::itsButtonsStandInARowAndJoinTheOthers()
     CommandCard card(&scene.buttons, &scene.parent);
     WindowLayout at;
     at.card = QPoint(130, 708);
-    const auto commands = int(Commands::rowsOf(Commands::Group::Card).size());
+    const ImageButton *atTimes = scene.buttons.of(Command::PauseRecording);
+    const int commands = int(Commands::rowsOf(Commands::Group::Card).size()) - 1;
     at.cardRoom = 36 * commands + 7;
     card.place(at);
     QCOMPARE(card.geometry(), QRect(130, 708, 36 * commands, 37));
@@ -121,6 +123,10 @@ void CardTest::itsButtonsStandInARowAndJoinTheOthers()
     for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Card)) {
         const ImageButton *button = scene.buttons.of(row.command);
         QVERIFY(button);
+        if (button == atTimes) {
+            QVERIFY(button->isHidden());
+            continue;
+        }
         QCOMPARE(button->geometry(), QRect(x, 5, 30, 27));
         QCOMPARE(button->toolTip(), QString(row.text));
         x += 36;
@@ -131,6 +137,30 @@ void CardTest::itsButtonsStandInARowAndJoinTheOthers()
     QCOMPARE(card.geometry(), QRect(130, 708, 108, 37));
     QCOMPARE(int(card.hidden().size()), commands - 3);
     QCOMPARE(scene.buttons.of(Command::More)->geometry(), QRect(75, 5, 30, 27));
+}
+
+void CardTest::theButtonOfACommandAtTimesComesAndGoes()
+{
+    HelperScene scene;
+    CommandCard card(&scene.buttons, &scene.parent);
+    ImageButton *pause = scene.buttons.of(Command::PauseRecording);
+    ImageButton *redo = scene.buttons.of(Command::Redo);
+    WindowLayout at;
+    at.card = QPoint(130, 708);
+    at.cardRoom = 115;
+    card.place(at);
+    QVERIFY(pause->isHidden() && !redo->isHidden());
+    const std::size_t before = card.hidden().size();
+    QVERIFY(std::count(card.hidden().begin(), card.hidden().end(), pause) == 0);
+    // There is always a place for it.
+    pause->setEnabled(true);
+    QVERIFY(!pause->isHidden() && redo->isHidden());
+    QCOMPARE(pause->geometry(), QRect(39, 5, 30, 27));
+    QCOMPARE(card.hidden().size(), before + 1);
+    QCOMPARE(card.width(), 108);
+    pause->setEnabled(false);
+    QVERIFY(pause->isHidden() && !redo->isHidden());
+    QCOMPARE(card.hidden().size(), before);
 }
 
 void CardTest::aHiddenButtonIsOfferedInThePopUp()

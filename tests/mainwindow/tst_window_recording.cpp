@@ -3,6 +3,7 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
+#include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "tests/sources/LiveRig.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -101,6 +102,55 @@ private slots:
         QVERIFY(!showsRecording());
         QCOMPARE(movies().size(), 1);
         QVERIFY(movieBytes() > 50000);
+    }
+
+    void aPauseIsSeenAndLeavesOutWhatComesMeanwhile()
+    {
+        bringUp();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        ImageButton *pause = m_window->button(Command::PauseRecording);
+        const auto press = [this] {
+            QTest::keyClick(m_window.get(), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
+        };
+        press(); // nothing runs
+        QVERIFY(!pause->isVisible() && !pause->isChecked());
+        record()->click();
+        QVERIFY(pause->isVisible() && !pause->isChecked());
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, TIMEOUT_MS);
+        QElapsedTimer took;
+        took.start();
+        press();
+        qInfo("paused in %lld ms", static_cast<long long>(took.elapsed()));
+        QVERIFY(pause->isChecked());
+        QVERIFY(m_window->liveSource()->liveRecording().paused());
+        QVERIFY2(m_window->windowTitle().startsWith(QString::fromUtf8("\u2016")),
+                 qPrintable(m_window->windowTitle()));
+        // In every mode, and nothing is written any more.
+        enter(*m_window, Modes::DrawingBoard);
+        QVERIFY(pause->isVisible() && pause->isChecked());
+        qint64 before = -1;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                const qint64 size = std::exchange(before, movieBytes());
+                QTest::qWait(1200); // longer than from one save to the next
+                return size == movieBytes() && before == size;
+            }(),
+            TIMEOUT_MS);
+        pause->click();
+        QVERIFY(!pause->isChecked());
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > before + 50000, TIMEOUT_MS);
+        // It is stopped while it is paused.
+        pause->click();
+        enter(*m_window, Modes::Live);
+        record()->click();
+        QVERIFY(!pause->isVisible() && !pause->isChecked());
+        QCOMPARE(movies().size(), 1);
+        QVERIFY(movieBytes() > 50000);
+        // The next one is not paused.
+        record()->click();
+        QVERIFY(!pause->isChecked() && !m_window->liveSource()->liveRecording().paused());
+        record()->click();
     }
 
     void whatIsTakenBackLeavesTheMovie()

@@ -281,6 +281,13 @@ void WindowSignsTest::aRecordingIsSeenOnTheTabAndInTheTitle()
     const QPoint middle = sign.geometry().center();
     const QColor dot = tab.grab().toImage().pixelColor(middle);
     QVERIFY(dot.red() > 180 && dot.green() < 80);
+    sign.setPaused(true);
+    const QString held = window.windowTitle();
+    QVERIFY2(held.startsWith(QString::fromUtf8("\u2016 00:00:0")), qPrintable(held));
+    QVERIFY(tab.grab().toImage().pixelColor(middle) == QColor(Qt::white));
+    QVERIFY(!QTest::qWaitFor([&] { return window.windowTitle() != held; }, 1300));
+    sign.setPaused(false);
+    QTRY_VERIFY(window.windowTitle() > held);
     sign.stop();
     QVERIFY(!sign.isVisible());
     QCOMPARE(window.windowTitle(), QString("Lesson"));

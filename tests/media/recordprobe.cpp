@@ -77,6 +77,56 @@ struct Options {
     QString pipe;
     int partsPerMillion;
     double silentSeconds;
+    /// From when to when it is paused, in seconds; without an end for as long as it lasts.
+    std::vector<std::pair<double, double>> pauses;
+};
+
+std::vector<std::pair<double, double>> toPauses(const QStringList &texts)
+{
+    std::vector<std::pair<double, double>> pauses;
+    for (const QString &text : texts) {
+        const QStringList ends = text.split('-');
+        pauses.emplace_back(ends.value(0).toDouble(),
+                            ends.value(1).isEmpty() ? 1e9 : ends.value(1).toDouble());
+    }
+    return pauses;
+}
+
+/// Pauses and resumes when it is time, and says when that was.
+class Pauses
+{
+public:
+    Pauses(MovieRecorder &recorder, const Options &options, qint64 startUs)
+        : m_recorder(recorder)
+        , m_pauses(options.pauses)
+        , m_startUs(startUs)
+    {
+    }
+
+    void lookAt(double second)
+    {
+        if (m_next == m_pauses.size())
+            return;
+        const bool within = second >= m_pauses[m_next].first && second < m_pauses[m_next].second;
+        if (within == m_paused)
+            return;
+        m_paused = within;
+        const qint64 beforeUs = captureMicroseconds();
+        m_recorder.setPaused(within);
+        slowestUs = std::max(slowestUs, captureMicroseconds() - beforeUs);
+        say(QString("%1 %2 us").arg(within ? "paused" : "resumed").arg(beforeUs - m_startUs));
+        if (!within)
+            ++m_next;
+    }
+
+    qint64 slowestUs = 0;
+
+private:
+    MovieRecorder &m_recorder;
+    const std::vector<std::pair<double, double>> m_pauses;
+    const qint64 m_startUs;
+    std::size_t m_next = 0;
+    bool m_paused = false;
 };
 
 std::optional<Options> parse(const QCoreApplication &app)
@@ -91,6 +141,7 @@ std::optional<Options> parse(const QCoreApplication &app)
                        {"claps", "", "pipe", ""},
                        {"ppm", "", "n", "0"},
                        {"microphone-silent", "", "s", "0"},
+                       {"pauses", "", "from-to,...", ""},
                        {"file-limit", "", "bytes", ""},
                        {"no-rights", ""}});
     parser.process(app);
@@ -109,7 +160,8 @@ std::optional<Options> parse(const QCoreApplication &app)
                    parser.value("encoders").split(',', Qt::SkipEmptyParts),
                    parser.value("claps"),
                    parser.value("ppm").toInt(),
-                   parser.value("microphone-silent").toDouble()};
+                   parser.value("microphone-silent").toDouble(),
+                   toPauses(parser.value("pauses").split(',', Qt::SkipEmptyParts))};
 }
 
 int record(const Options &options)
@@ -131,6 +183,7 @@ int record(const Options &options)
     MovieRecorder recorder(std::move(writer), SoundCapture::create(SoundServer::CAMERA_ID),
                            options.size);
     say("recording");
+    Pauses pauses(recorder, options, startUs);
     qint64 slowestUs = 0;
     const auto count = static_cast<qint64>(options.seconds * options.framesPerSecond);
     for (qint64 n = 0; n < count && !failed; ++n) {
@@ -146,6 +199,7 @@ int record(const Options &options)
                 say(QString("silent %1 s").arg(second));
             continue;
         }
+        pauses.lookAt(second);
         const qint64 beforeUs = captureMicroseconds();
         recorder.pictureCaptured(rgb, options.size.width(), options.size.height(), dueUs);
         slowestUs = std::max(slowestUs, captureMicroseconds() - beforeUs);
@@ -163,6 +217,8 @@ int record(const Options &options)
     say(QString("finished dropped %1 slowest %2 us")
             .arg(recorder.droppedPictures())
             .arg(slowestUs));
+    if (!options.pauses.empty())
+        say(QString("slowest pause %1 us").arg(pauses.slowestUs));
     return 0;
 }
 

@@ -74,6 +74,49 @@ private slots:
         }
     }
 
+    void tenPausesTearNothing()
+    {
+        // Some of them swallow a clap with its flash, and all of them end before the next one.
+        RecordProbe probe({"--claps", m_server->pipe(), "--seconds", "14", "--pauses",
+                           "1.30-1.75,2.20-2.43,3.50-4.60,5.33-5.80,6.70-7.37,8.25-8.29,"
+                           "8.40-8.77,9.81-10.64,11.21-11.55,12.18-12.60",
+                           m_file});
+        QVERIFY(probe.waitForEnd(14));
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        const QVector<Part> parts = partsOf(probe);
+        QCOMPARE(int(parts.size()), 10 + 1);
+        const auto pictures = movie.pictures();
+        QVERIFY(!pictures.isEmpty());
+        // Where the movie begins in the time of the probe, by the picture that is its first.
+        const double begin = pictures.first().number / 30.0 - pictures.first().seconds;
+        for (const MovieFile::Picture &picture : pictures) {
+            const double expected = inMovie(picture.number / 30.0, begin, parts);
+            QVERIFY2(std::fabs(picture.seconds - expected) < TOLERANCE,
+                     qPrintable(QString("%1 at %2").arg(picture.number).arg(picture.seconds)));
+        }
+        double sum = 14 - parts.last().from;
+        for (int n = 0; n + 1 < parts.size(); ++n)
+            sum += parts[n].to - std::max(parts[n].from, begin);
+        qInfo("%.3f s of %.3f s", movie.duration(), sum);
+        QVERIFY2(std::fabs(movie.duration() - sum) < TOLERANCE,
+                 qPrintable(QString("%1 of %2 s").arg(movie.duration()).arg(sum)));
+
+        // After every seam a clap comes with its flash.
+        const QVector<double> claps = MovieFile::claps(movie.sound());
+        const QVector<double> flashes = MovieFile::flashes(pictures);
+        QCOMPARE(int(flashes.size()), 10);
+        QVERIFY(claps.size() >= flashes.size());
+        for (const double flash : flashes) {
+            const auto nearest =
+                std::min_element(claps.begin(), claps.end(), [flash](double one, double other) {
+                    return std::fabs(one - flash) < std::fabs(other - flash);
+                });
+            qInfo("%.1f ms after its flash", (*nearest - flash) * 1e3);
+            QVERIFY2(std::fabs(*nearest - flash) < 0.040, qPrintable(QString::number(flash)));
+        }
+    }
+
     void aSteppedDateDoesNotTearTheMovie()
     {
         RecordProbe probe({"--claps", m_server->pipe(), "--seconds", "8", m_file},
@@ -136,6 +179,34 @@ private slots:
     }
 
 private:
+    /// Between two pauses, in seconds from the start of the probe.
+    struct Part {
+        double from;
+        double to;
+    };
+
+    static QVector<Part> partsOf(const RecordProbe &probe)
+    {
+        QVector<Part> parts{{0, 1e9}};
+        for (const QByteArray &line : probe.lines()) {
+            const double seconds = line.split(' ').value(1).toDouble() * 1e-6;
+            if (line.startsWith("paused "))
+                parts.last().to = seconds;
+            if (line.startsWith("resumed "))
+                parts.append({seconds, 1e9});
+        }
+        return parts;
+    }
+
+    /// Where in the movie a moment is that lies in one of the parts.
+    static double inMovie(double seconds, double begin, const QVector<Part> &parts)
+    {
+        double before = 0;
+        for (int n = 0; n + 1 < parts.size() && parts[n + 1].from <= seconds; ++n)
+            before += parts[n + 1].from - parts[n].to;
+        return seconds - begin - before;
+    }
+
     static void tellOf(const QVector<double> &lags, const RecordProbe &probe)
     {
         const auto within = std::count_if(lags.begin(), lags.end(),

@@ -60,11 +60,12 @@ Outcome killedWhileFinishing(const QString &file, int milliseconds)
     return outcome;
 }
 
-Outcome cutOff(const QString &file, double seconds)
+Outcome cutOff(const QString &file, double seconds, const QStringList &arguments = {})
 {
     QProcess powered;
     powered.start(QStringLiteral(UNTIL_THE_POWER_FAILS),
-                  {QString::number(seconds), file, QStringLiteral(RECORDPROBE)});
+                  QStringList{QString::number(seconds), file, QStringLiteral(RECORDPROBE)} +
+                      arguments);
     Outcome outcome;
     outcome.asPlanned = powered.waitForFinished(FAULT_TIMEOUT_MS) && powered.exitCode() == 0;
     outcome.said = powered.readAllStandardError();
@@ -143,6 +144,10 @@ private slots:
                    [seconds = 3 + random->generateDouble()](const QString &file) {
                        return cutOff(file, seconds);
                    });
+        if (mounts)
+            record("paused", [](const QString &file) {
+                return cutOff(file, 4.5, {"--pauses", "3-"});
+            });
         for (int n = 0; n < 3; ++n)
             record(QString("kill %1").arg(n), [ms = random->bounded(1000)](const QString &file) {
                 return killedAfter(file, ms);
@@ -213,6 +218,22 @@ private slots:
         const QByteArray said = recorded("second try").said;
         QCOMPARE(said.count("failed: The recording was stopped because the disk is full."), 2);
         QVERIFY2(said.contains("\nmovie.mov\nrest\n") && !said.contains("second.mov"), said);
+    }
+
+    /// What was recorded more than a second before is on the disk, as ever; during a pause that is
+    /// all of it.
+    void aPowerCutDuringAPauseCostsNothing()
+    {
+        if (geteuid() != 0)
+            QSKIP("Only root may mount.");
+        const Outcome outcome = recorded("paused");
+        QVERIFY2(outcome.asPlanned, outcome.said);
+        QVERIFY(outcome.seconds >= 4.5);
+        const MovieFile movie(outcome.file);
+        QCOMPARE(movie.complaints(), QString());
+        QVERIFY(movie.pictures().last().number >= 87);
+        QVERIFY(movie.pictures().last().number <= 91);
+        QVERIFY2(movie.duration() > 2.4, qPrintable(QString::number(movie.duration())));
     }
 
     void aFileThatMayGrowNoFurtherStopsTheRecordingAndKeepsTheMovie()

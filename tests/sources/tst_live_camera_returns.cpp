@@ -4,6 +4,7 @@
 #include "tests/sources/KeptRig.h"
 
 #include "app/Platform.h"
+#include "sources/LiveRecording.h"
 #include "sources/camera/CameraParameters.h"
 
 #include <QDir>
@@ -127,6 +128,43 @@ bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
     // On a machine under load the first picture may come too late for the recording.
     return check(failures.isEmpty() || (firstMs >= FIRST_PICTURE_LIMIT_MS && failures.size() == 1),
                  "no failure told");
+}
+
+/// Its pause swallows the unplug, whole.
+bool recordedBesideTheUnplug(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    QSignalSpy failures(rig.source.get(), &LiveSource::recordFailed);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("beside.mov");
+    QElapsedTimer whole;
+    whole.start();
+    rig.source->startRecord(file);
+    CHECK(rig.waitForSize(LiveRig::RECORDING));
+    CHECK(rig.waitForFrames(30));
+    rig.source->liveRecording().setPaused(true);
+    QElapsedTimer pause;
+    pause.start();
+    pull(camera);
+    CHECK(rig.waitForState(State::Unplugged));
+    CHECK(plugAndWait(camera, rig) >= 0);
+    CHECK(rig.source->recording() && rig.source->liveRecording().paused());
+    CHECK(rig.waitForFrames(10));
+    const double paused = static_cast<double>(pause.elapsed()) / 1000.0;
+    rig.source->liveRecording().setPaused(false);
+    QElapsedTimer rest;
+    rest.start();
+    CHECK(rig.waitForFrames(30));
+    const double after = static_cast<double>(rest.elapsed()) / 1000.0;
+    rig.source->stopRecord();
+    const double most = static_cast<double>(whole.elapsed()) / 1000.0 - paused;
+    CHECK(rig.waitForSize(LiveRig::PREVIEW));
+    const MovieFile movie(file);
+    std::printf("%.1f s of movie beside %.1f s of pause\n", movie.duration(), paused);
+    CHECK(movie.complaints().isEmpty());
+    CHECK(movie.stream("video")["nb_frames"].toString().toInt() >= 10);
+    CHECK(movie.duration() > after - 0.1 && movie.duration() < most + 0.1);
+    return check(failures.size() <= 1, "told once at most");
 }
 
 bool busyAtFirst(VirtualCamera &camera, KeptRig &rig)
@@ -289,6 +327,7 @@ const CameraLife<KeptRig> LIVES[] = {
     {"resized meanwhile", resizedMeanwhile, false},
     {"stopped meanwhile", stoppedMeanwhile, false},
     {"recorded through the unplug", recordedThroughTheUnplug, true},
+    {"recorded beside the unplug", recordedBesideTheUnplug, true},
     {"busy at first", busyAtFirst, false},
     {"forbidden at first", forbiddenAtFirst, false},
     {"without the size at first", withoutTheSizeAtFirst, false},

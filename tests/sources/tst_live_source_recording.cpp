@@ -1,4 +1,6 @@
+#include "sources/LiveRecording.h"
 #include "tests/SideBySide.h"
+#include "tests/media/MovieFile.h"
 #include "tests/sources/LiveRig.h"
 
 #include <QElapsedTimer>
@@ -138,6 +140,74 @@ private slots:
         QCOMPARE(m_rig->sink.size(), LiveRig::RECORDING);
         recordFor(FIRST_PICTURE_MS + 500);
         expectMovie();
+    }
+
+    void aPauseIsLeftOut()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->startRecord(m_file);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        QElapsedTimer part;
+        part.start();
+        recordFor(1500);
+        m_rig->source->liveRecording().setPaused(true);
+        double seconds = double(part.elapsed()) / 1000;
+        recordFor(2500);
+        m_rig->source->liveRecording().setPaused(false);
+        part.restart();
+        recordFor(1500);
+        seconds += double(part.elapsed()) / 1000;
+        expectMovie();
+        const double length = MovieFile(m_file).duration();
+        // What came before the first picture of that size, and after the last time was taken.
+        QVERIFY2(length > seconds - 0.6 && length < seconds + 0.6,
+                 qPrintable(QString("%1 of %2 s").arg(length).arg(seconds)));
+    }
+
+    void aPauseFromTheFirstPictureOnIsNoFaultOfTheCamera()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->startRecord(m_file);
+        m_rig->source->liveRecording().setPaused(true);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        QVERIFY(m_rig->waitForFrames(10));
+        QTest::qWait(FIRST_PICTURE_MS);
+        QCOMPARE(m_failures->size(), 0);
+        m_rig->source->stopRecord();
+        QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::TIMEOUT_MS);
+        QCOMPARE(m_failures->at(0)[0].toString(),
+                 QString("Nothing was recorded because the recording was paused."));
+        QTRY_VERIFY(!QFile::exists(m_file));
+    }
+
+    void aPauseFromTheFirstPictureOnEnds()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->startRecord(m_file);
+        m_rig->source->liveRecording().setPaused(true);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        QVERIFY(m_rig->waitForFrames(10));
+        m_rig->source->liveRecording().setPaused(false);
+        recordFor(1500);
+        expectMovie();
+        QCOMPARE(MovieFile(m_file).complaints(), QString());
+    }
+
+    void aSizeThatChangesDuringAPauseWaits()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->startRecord(m_file);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        recordFor(1000);
+        m_rig->source->liveRecording().setPaused(true);
+        m_rig->source->setRecordingResolution(LARGE_SIZE);
+        m_rig->source->setPreviewSize({640, 480});
+        QVERIFY(m_rig->waitForFrames(10));
+        QCOMPARE(m_rig->sink.size(), LiveRig::RECORDING);
+        m_rig->source->liveRecording().setPaused(false);
+        recordFor(1000);
+        expectMovie();
+        QCOMPARE(MovieFile(m_file).complaints(), QString());
     }
 
     void aSilentCameraFails()

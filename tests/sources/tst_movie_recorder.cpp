@@ -46,6 +46,10 @@ public:
     {
         m_log.append({"sound", presentationUs});
     }
+    void setPaused(bool paused, qint64 presentationUs) override
+    {
+        m_log.append({paused ? "pause" : "resume", presentationUs});
+    }
     void finish() override
     {
         if (m_status == Status::Finished)
@@ -152,6 +156,35 @@ private slots:
         QCOMPARE(m_log.last().what, QString("picture"));
         const qint64 movedUs = m_log.last().timeUs - arrivalUs;
         QVERIFY2(std::abs(movedUs) <= 20000, qPrintable(QString::number(movedUs)));
+    }
+
+    void aPauseIsStampedAsThePicturesAre()
+    {
+        const qint64 soundUs = captureMicroseconds() - 7000;
+        takeSound(soundUs);
+        const qint64 beforeUs = captureMicroseconds();
+        takePicture(beforeUs);
+        m_recorder->setPaused(true);
+        const qint64 afterUs = captureMicroseconds();
+        QCOMPARE(m_log.last().what, QString("pause"));
+        const qint64 offsetUs = m_log[2].timeUs - beforeUs;
+        QVERIFY(m_log.last().timeUs >= beforeUs + offsetUs);
+        QVERIFY(m_log.last().timeUs <= afterUs + offsetUs);
+        m_recorder->setPaused(false);
+        QCOMPARE(m_log.last().what, QString("resume"));
+    }
+
+    void aPauseBeforeTheFirstSoundPutsTheBeginningOff()
+    {
+        m_recorder->setPaused(true);
+        takeSound(captureMicroseconds());
+        takePicture(captureMicroseconds());
+        QVERIFY(m_log.isEmpty());
+        m_recorder->setPaused(false);
+        QVERIFY(m_log.isEmpty());
+        const qint64 soundUs = captureMicroseconds();
+        takeSound(soundUs);
+        QVERIFY(m_log.first() == (Event{"session", soundUs}));
     }
 
     void aPictureOfAnotherSizeIsLeftOut()

@@ -21,6 +21,22 @@ private slots:
         QVERIFY(!request.requested() && !request.begun());
     }
 
+    void aPauseBelongsToItsRequest()
+    {
+        RecordingRequest request;
+        request.setPaused(true);
+        QVERIFY(!request.paused());
+        request.open("one.mov");
+        request.setPaused(true);
+        request.begin();
+        QVERIFY(request.paused());
+        request.open("two.mov");
+        QVERIFY(!request.paused());
+        request.setPaused(true);
+        request.end();
+        QVERIFY(!request.paused());
+    }
+
     void nothingBeginsWithoutARequest()
     {
         RecordingRequest request;

@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/RecordingStatus.h"
 #include "mainwindow/WindowLayout.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/actions/PicturePrinter.h"
@@ -243,6 +244,7 @@ void MainWindow::reposition()
     button(Command::FilmMode)->move(at.filmButton);
     button(Command::PhotographMode)->move(at.photographButton);
     button(Command::DrawingBoardMode)->move(at.drawingBoardButton);
+    m_recordingStatus->move(at.recordingStatus - QPoint(m_recordingStatus->width(), 0));
     m_deck->setGeometry(at.stack);
     m_liveBox->move(at.liveBox);
     m_recordTimeLabel->move(at.recordTimeLabel);

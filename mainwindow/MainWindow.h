@@ -33,6 +33,7 @@ class PhotographSource;
 class Presentation;
 class QButtonGroup;
 class QLabel;
+class RecordingStatus;
 class ThumbnailWidget;
 
 /// The program's window: four canvases in a stack, one a mode, the sources that feed them, and the
@@ -241,6 +242,7 @@ private:
     Panel *m_panel = nullptr;
     QWidget *m_liveBox = nullptr;
     QLabel *m_recordTimeLabel = nullptr;
+    RecordingStatus *m_recordingStatus = nullptr;
     LiveSource *m_liveSource = nullptr;
     CameraKeeper *m_keeper = nullptr;
     FilmSource *m_filmSource = nullptr;

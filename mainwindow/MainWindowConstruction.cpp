@@ -9,13 +9,16 @@
 #include "mainwindow/PenPressure.h"
 #include "mainwindow/PopupCloser.h"
 #include "mainwindow/PulledScreens.h"
+#include "mainwindow/RecordingPreferences.h"
 #include "mainwindow/RecordingSign.h"
+#include "mainwindow/RecordingStatus.h"
 #include "mainwindow/actions/KeyBindings.h"
 #include "mainwindow/bars/CommandCard.h"
 #include "mainwindow/presentation/Presentation.h"
 #include "resources/SkinImages.h"
 #include "settings/Config.h"
 #include "sources/FilmSource.h"
+#include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "sources/PhotographSource.h"
 #include "sources/camera/CameraKeeper.h"
@@ -249,6 +252,7 @@ void MainWindow::createLivePart()
         new LiveSource(createCanvas(), Config::resolution(), Config::recordingResolution(), this);
     m_keeper = new CameraKeeper(*m_liveSource, m_liveSource);
     CameraPreferences::restore(*m_keeper, *m_liveSource);
+    RecordingPreferences::restore(m_liveSource->liveRecording());
     m_capture->setSource(m_liveSource);
     m_camera = std::make_unique<CameraActions>(m_deck, &m_popups, m_liveSource);
     m_camera->setZoomQuery([source = m_liveSource] { return source->cameraZooms(); });
@@ -265,7 +269,8 @@ void MainWindow::createLiveBox()
     liveRecordButton->setKey(Commands::row(Command::Record).keys.front());
     connect(liveRecordButton, SIGNAL(clicked()), this, SLOT(record()));
     m_capture->setLiveRecordButton(liveRecordButton);
-    m_capture->setRecordingSign(new RecordingSign(button(Command::LiveMode)));
+    m_recordingStatus = new RecordingStatus(this);
+    m_capture->setRecordingSigns(new RecordingSign(button(Command::LiveMode)), m_recordingStatus);
     // The running time is painted over the picture; the label keeps its place at the lower right.
     m_recordTimeLabel = new QLabel(this);
     m_recordTimeLabel->setAttribute(Qt::WA_TransparentForMouseEvents);

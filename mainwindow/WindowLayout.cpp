@@ -17,6 +17,7 @@ WindowLayout WindowLayout::of(const Sizes &sizes)
     at.filmButton = QPoint(s + 147, 5);
     at.photographButton = QPoint(s + 254, 5);
     at.drawingBoardButton = QPoint(s + 361, 5);
+    at.recordingStatus = QPoint(w - 22, 5);
     at.stack = QRect(s + 36, 25, w - s - 55, h - 100);
 
     at.liveBox = centred(sizes.liveBox);

@@ -29,6 +29,8 @@ struct WindowLayout {
     QPoint filmButton;
     QPoint photographButton;
     QPoint drawingBoardButton;
+    /// The upper right corner of what tells of a recording.
+    QPoint recordingStatus;
     QRect stack;
     QPoint liveBox;
     QPoint recordTimeLabel;

@@ -49,7 +49,8 @@ void LiveRecording::begin()
 
 void LiveRecording::record(QSize size, MicrophoneId microphone)
 {
-    std::unique_ptr<FrameRecorder> recorder = createRecorder(size, microphone);
+    m_microphone.camera = microphone;
+    std::unique_ptr<FrameRecorder> recorder = createRecorder(size);
     if (m_request.paused())
         recorder->setPaused(true);
     const std::lock_guard lock(m_recorderMutex);
@@ -69,8 +70,12 @@ void LiveRecording::finish()
     if (!recorder)
         return;
     recorder->finish();
-    if (!recorder->hasPictures())
+    if (!recorder->hasPictures()) {
         reportMissingPictures(paused && recorder->pictureCame());
+        return;
+    }
+    const MovieProgress movie = recorder->state().movie;
+    m_lastMovie = LastMovie{m_request.fileName(), movie.lengthUs, movie.bytes};
 }
 
 void LiveRecording::withdraw()
@@ -89,6 +94,23 @@ void LiveRecording::setPaused(bool paused)
         m_recorder->setPaused(m_request.paused());
 }
 
+void LiveRecording::setMicrophone(const MicrophoneChoice &microphone)
+{
+    const MicrophoneId camera = m_microphone.camera;
+    m_microphone = microphone;
+    m_microphone.camera = camera;
+    if (m_recorder)
+        m_recorder->chooseMicrophone(m_microphone);
+}
+
+RecordingState LiveRecording::state() const
+{
+    RecordingState state = m_recorder ? m_recorder->state() : RecordingState();
+    state.running = m_request.requested();
+    state.paused = m_request.paused();
+    return state;
+}
+
 void LiveRecording::pictureCaptured(const void *rgb, int width, int height, qint64 microseconds)
 {
     const std::lock_guard lock(m_recorderMutex);
@@ -96,7 +118,7 @@ void LiveRecording::pictureCaptured(const void *rgb, int width, int height, qint
         m_recorder->pictureCaptured(rgb, width, height, microseconds);
 }
 
-std::unique_ptr<FrameRecorder> LiveRecording::createRecorder(QSize size, MicrophoneId microphone)
+std::unique_ptr<FrameRecorder> LiveRecording::createRecorder(QSize size)
 {
     // A report of a recording that comes after the next one has begun concerns neither.
     const int number = m_request.number();
@@ -107,7 +129,7 @@ std::unique_ptr<FrameRecorder> LiveRecording::createRecorder(QSize size, Microph
         });
     };
     auto writer = MovieWriter::create({m_request.fileName(), size}, failed);
-    return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(microphone),
+    return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(m_microphone),
                                            size);
 }
 

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 /// The recording of the live picture, from the request to what is told of it after its end.
 ///
@@ -49,6 +50,20 @@ public:
     void setPaused(bool paused);
     [[nodiscard]] bool paused() const { return m_request.paused(); }
 
+    /// The microphone of the recordings to come, and of one that runs; the camera's own at first.
+    void setMicrophone(const MicrophoneChoice &microphone);
+    [[nodiscard]] const MicrophoneChoice &microphone() const { return m_microphone; }
+
+    /// How the recording is doing, if one runs.
+    [[nodiscard]] RecordingState state() const;
+    struct LastMovie {
+        QString fileName;
+        qint64 lengthUs = 0;
+        qint64 bytes = 0;
+    };
+    /// The last movie that was completed since the start of the program.
+    [[nodiscard]] const std::optional<LastMovie> &lastMovie() const { return m_lastMovie; }
+
     /// Frame thread, as FrameRecorder says.
     void pictureCaptured(const void *rgb, int width, int height, qint64 microseconds);
 
@@ -61,11 +76,14 @@ private slots:
     void checkPictures();
 
 private:
-    std::unique_ptr<FrameRecorder> createRecorder(QSize size, MicrophoneId microphone);
+    std::unique_ptr<FrameRecorder> createRecorder(QSize size);
     void reportMissingPictures(bool paused = false);
 
     const std::function<bool()> m_cameraIsOpening;
     RecordingRequest m_request;
+    /// With the ids of the camera in use.
+    MicrophoneChoice m_microphone;
+    std::optional<LastMovie> m_lastMovie;
     /// Runs while the first picture is awaited.
     QTimer m_pictureTimer;
     /// Guards the pointer to the recorder, which is set while frames already come. Held by the

@@ -7,6 +7,7 @@
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/CommandButtons.h"
 #include "mainwindow/RecordingSign.h"
+#include "mainwindow/RecordingStatus.h"
 #include "settings/Config.h"
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
@@ -37,9 +38,10 @@ void CaptureActions::setLiveRecordButton(ImageButton *button)
     m_liveRecordButton = button;
 }
 
-void CaptureActions::setRecordingSign(RecordingSign *sign)
+void CaptureActions::setRecordingSigns(RecordingSign *sign, RecordingStatus *status)
 {
     m_recordingSign = sign;
+    m_recordingStatus = status;
 }
 
 void CaptureActions::snapshot()
@@ -169,6 +171,10 @@ void CaptureActions::showRecording(bool on)
         m_recordingSign->start();
     else
         m_recordingSign->stop();
+    if (m_recordingStatus && on)
+        m_recordingStatus->start(m_source);
+    else if (m_recordingStatus)
+        m_recordingStatus->stop();
     showPause(false);
     if (ImageButton *pause = m_buttons->of(Command::PauseRecording))
         pause->setEnabled(on);

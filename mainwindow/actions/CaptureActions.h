@@ -7,6 +7,7 @@ class CommandButtons;
 class ImageButton;
 class LiveSource;
 class RecordingSign;
+class RecordingStatus;
 class QWidget;
 
 /// Takes snapshots and recordings with the folders and modes of the settings, and keeps the buttons
@@ -22,8 +23,9 @@ public:
 
     /// The second record button, beside the panel's.
     void setLiveRecordButton(ImageButton *button);
-    /// Sets the sign that shows in every mode that a recording runs.
-    void setRecordingSign(RecordingSign *sign);
+    /// Sets what shows in every mode that a recording runs, and how it is doing; the latter may be
+    /// null.
+    void setRecordingSigns(RecordingSign *sign, RecordingStatus *status);
 
     /// One picture, or the start or end of a series, as the settings say.
     void snapshot();
@@ -54,6 +56,7 @@ private:
     LiveSource *m_source = nullptr;
     ImageButton *m_liveRecordButton = nullptr;
     RecordingSign *m_recordingSign = nullptr;
+    RecordingStatus *m_recordingStatus = nullptr;
     /// Whether the user knows that the latest recording failed, which may be after its end.
     bool m_failureTold = true;
 };

@@ -3,12 +3,19 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/pages/MicrophoneLevel.h"
+#include "mainwindow/pages/MicrophoneList.h"
 #include "settings/Config.h"
+#include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
+#include "widgets/ImageButton.h"
 
-#include <QCoreApplication>
+#include <QDesktopServices>
 #include <QDir>
+#include <QFileInfo>
+#include <QLabel>
 #include <QLocale>
+#include <QUrl>
 
 namespace
 {
@@ -26,18 +33,44 @@ std::optional<ImageCanvas::SnapshotFailure> lastFailure(const CanvasDeck &deck)
     return last;
 }
 
-} // namespace
-
-QWidget *Pages::makeRecordingPage(const Context &context, QWidget *parent)
+QString stateOf(const LiveSource *camera)
 {
-    const auto text = [](const char *source) {
-        return QCoreApplication::translate("MoreToolWindow", source);
-    };
-    std::vector<Line> lines;
-    const bool recording = context.camera && context.camera->recordRequested();
-    lines.push_back({text(QT_TRANSLATE_NOOP("MoreToolWindow", "Recording")),
-                     recording ? text(QT_TRANSLATE_NOOP("MoreToolWindow", "running"))
-                               : text(QT_TRANSLATE_NOOP("MoreToolWindow", "not running"))});
+    if (!camera || !camera->recordRequested())
+        return Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "not running"));
+    return camera->liveRecording().paused()
+               ? Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "paused"))
+               : Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "running"));
+}
+
+QString lengthText(qint64 lengthUs)
+{
+    const qint64 seconds = lengthUs / 1000000;
+    return QStringLiteral("%1:%2:%3")
+        .arg(seconds / 3600)
+        .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
+        .arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
+/// Empty without one.
+QString lastMovieText(const LiveSource *camera)
+{
+    const auto last = camera ? camera->liveRecording().lastMovie() : std::nullopt;
+    if (!last)
+        return {};
+    return QStringLiteral("%1  %2  %3")
+        .arg(QFileInfo(last->fileName).fileName(), lengthText(last->lengthUs),
+             QLocale().formattedDataSize(last->bytes));
+}
+
+QWidget *makeLines(const Pages::Context &context, QWidget *parent)
+{
+    using Pages::text;
+    std::vector<Pages::Line> lines;
+    lines.push_back(
+        {text(QT_TRANSLATE_NOOP("MoreToolWindow", "Recording")), stateOf(context.camera)});
+    const QString movie = lastMovieText(context.camera);
+    if (!movie.isEmpty())
+        lines.push_back({text(QT_TRANSLATE_NOOP("MoreToolWindow", "Last movie")), movie});
     lines.push_back({text(QT_TRANSLATE_NOOP("MoreToolWindow", "Movies in")),
                      QDir::toNativeSeparators(Config::recordPath())});
     lines.push_back({text(QT_TRANSLATE_NOOP("MoreToolWindow", "Snapshots in")),
@@ -49,5 +82,41 @@ QWidget *Pages::makeRecordingPage(const Context &context, QWidget *parent)
                              .arg(QLocale().toString(failure->time.time(), QLocale::ShortFormat),
                                   QDir::toNativeSeparators(failure->path), failure->reason)});
     }
-    return makeTable(lines, parent);
+    return Pages::makeTable(lines, parent);
+}
+
+/// Opens the folder of the last movie; hidden without one.
+QWidget *makeFolderButton(const LiveSource &camera, QWidget *parent)
+{
+    constexpr int HEIGHT = 24;
+    auto *row = new QWidget(parent);
+    row->setFixedHeight(HEIGHT);
+    auto *button = new ImageButton("MAIN_BUTTON_LONG", row, 0, 0);
+    button->setText(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Open its folder")));
+    button->setTextColor(Qt::white);
+    button->setFont(QFont("Arial", 10));
+    button->setAccessibleName(button->text());
+    const auto last = camera.liveRecording().lastMovie();
+    row->setVisible(last.has_value());
+    if (last) {
+        const QUrl folder = QUrl::fromLocalFile(QFileInfo(last->fileName).path());
+        QObject::connect(button, &ImageButton::clicked,
+                         [folder] { QDesktopServices::openUrl(folder); });
+    }
+    return row;
+}
+
+} // namespace
+
+QWidget *Pages::makeRecordingPage(const Context &context, QWidget *parent)
+{
+    QWidget *lines = makeLines(context, parent);
+    if (!context.camera)
+        return makeColumn({lines}, parent);
+    auto *caption = new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Microphone")), parent);
+    auto *microphones = new MicrophoneList(&context.camera->liveRecording(), parent);
+    microphones->setAccessibleName(caption->text());
+    auto *level = new MicrophoneLevel(context.camera, parent);
+    return makeColumn(
+        {lines, makeFolderButton(*context.camera, parent), caption, microphones, level}, parent);
 }

@@ -616,6 +616,26 @@
         <source>Pause recording</source>
         <translation>Aufnahme unterbrechen</translation>
     </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>The disk lasts %1 minutes</source>
+        <translation>Die Festplatte reicht für %1 Minuten</translation>
+    </message>
+    <message>
+        <source>No sound is recorded</source>
+        <translation>Es wird kein Ton aufgenommen</translation>
+    </message>
+    <message>
+        <source>Pictures dropped: %1</source>
+        <translation>Ausgelassene Bilder: %1</translation>
+    </message>
+    <message>
+        <source>Frames missed: %1</source>
+        <translation>Verpasste Kamerabilder: %1</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -778,6 +798,38 @@
     <message>
         <source>Off</source>
         <translation>Aus</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>unterbrochen</translation>
+    </message>
+    <message>
+        <source>Last movie</source>
+        <translation>Letzter Film</translation>
+    </message>
+    <message>
+        <source>Open its folder</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Mikrofon</translation>
+    </message>
+    <message>
+        <source>That of the camera</source>
+        <translation>Das der Kamera</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>No microphone is heard</source>
+        <translation>Kein Mikrofon ist zu hören</translation>
+    </message>
+    <message>
+        <source>Heard now: %1</source>
+        <translation>Jetzt zu hören: %1</translation>
     </message>
 </context>
 <context>

@@ -616,6 +616,26 @@
         <source>Pause recording</source>
         <translation>Pausar la grabación</translation>
     </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>The disk lasts %1 minutes</source>
+        <translation>El disco alcanza para %1 minutos</translation>
+    </message>
+    <message>
+        <source>No sound is recorded</source>
+        <translation>No se graba ningún sonido</translation>
+    </message>
+    <message>
+        <source>Pictures dropped: %1</source>
+        <translation>Imágenes omitidas: %1</translation>
+    </message>
+    <message>
+        <source>Frames missed: %1</source>
+        <translation>Imágenes de la cámara perdidas: %1</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -778,6 +798,38 @@
     <message>
         <source>Off</source>
         <translation>Desactivado</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>en pausa</translation>
+    </message>
+    <message>
+        <source>Last movie</source>
+        <translation>Última película</translation>
+    </message>
+    <message>
+        <source>Open its folder</source>
+        <translation>Abrir su carpeta</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Micrófono</translation>
+    </message>
+    <message>
+        <source>That of the camera</source>
+        <translation>El de la cámara</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Ninguno</translation>
+    </message>
+    <message>
+        <source>No microphone is heard</source>
+        <translation>No se oye ningún micrófono</translation>
+    </message>
+    <message>
+        <source>Heard now: %1</source>
+        <translation>Se oye ahora: %1</translation>
     </message>
 </context>
 <context>

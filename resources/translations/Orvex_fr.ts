@@ -616,6 +616,26 @@
         <source>Pause recording</source>
         <translation>Suspendre l’enregistrement</translation>
     </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>The disk lasts %1 minutes</source>
+        <translation>Le disque suffit pour %1 minutes</translation>
+    </message>
+    <message>
+        <source>No sound is recorded</source>
+        <translation>Aucun son n’est enregistré</translation>
+    </message>
+    <message>
+        <source>Pictures dropped: %1</source>
+        <translation>Images perdues : %1</translation>
+    </message>
+    <message>
+        <source>Frames missed: %1</source>
+        <translation>Images de la caméra manquées : %1</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -778,6 +798,38 @@
     <message>
         <source>Off</source>
         <translation>Désactivé</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>suspendu</translation>
+    </message>
+    <message>
+        <source>Last movie</source>
+        <translation>Dernier film</translation>
+    </message>
+    <message>
+        <source>Open its folder</source>
+        <translation>Ouvrir le dossier</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Microphone</translation>
+    </message>
+    <message>
+        <source>That of the camera</source>
+        <translation>Celui de la caméra</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucun</translation>
+    </message>
+    <message>
+        <source>No microphone is heard</source>
+        <translation>Aucun microphone n’est entendu</translation>
+    </message>
+    <message>
+        <source>Heard now: %1</source>
+        <translation>Entendu actuellement : %1</translation>
     </message>
 </context>
 <context>

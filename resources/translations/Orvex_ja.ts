@@ -616,6 +616,26 @@
         <source>Pause recording</source>
         <translation>録画を一時停止</translation>
     </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 分</translation>
+    </message>
+    <message>
+        <source>The disk lasts %1 minutes</source>
+        <translation>ディスクの残り：約 %1 分</translation>
+    </message>
+    <message>
+        <source>No sound is recorded</source>
+        <translation>音声は録音されていません</translation>
+    </message>
+    <message>
+        <source>Pictures dropped: %1</source>
+        <translation>記録できなかった画像：%1</translation>
+    </message>
+    <message>
+        <source>Frames missed: %1</source>
+        <translation>カメラから受け取れなかった画像：%1</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -778,6 +798,38 @@
     <message>
         <source>Off</source>
         <translation>オフ</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>一時停止中</translation>
+    </message>
+    <message>
+        <source>Last movie</source>
+        <translation>最後の動画</translation>
+    </message>
+    <message>
+        <source>Open its folder</source>
+        <translation>フォルダーを開く</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>マイク</translation>
+    </message>
+    <message>
+        <source>That of the camera</source>
+        <translation>カメラのマイク</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>No microphone is heard</source>
+        <translation>マイクの音は入っていません</translation>
+    </message>
+    <message>
+        <source>Heard now: %1</source>
+        <translation>使用中のマイク：%1</translation>
     </message>
 </context>
 <context>

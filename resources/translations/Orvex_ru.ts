@@ -616,6 +616,26 @@
         <source>Pause recording</source>
         <translation>Приостановить запись</translation>
     </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 мин</translation>
+    </message>
+    <message>
+        <source>The disk lasts %1 minutes</source>
+        <translation>Места на диске на %1 мин</translation>
+    </message>
+    <message>
+        <source>No sound is recorded</source>
+        <translation>Звук не записывается</translation>
+    </message>
+    <message>
+        <source>Pictures dropped: %1</source>
+        <translation>Пропущено кадров при записи: %1</translation>
+    </message>
+    <message>
+        <source>Frames missed: %1</source>
+        <translation>Потеряно кадров камеры: %1</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -778,6 +798,38 @@
     <message>
         <source>Off</source>
         <translation>Выключено</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>приостановлена</translation>
+    </message>
+    <message>
+        <source>Last movie</source>
+        <translation>Последний фильм</translation>
+    </message>
+    <message>
+        <source>Open its folder</source>
+        <translation>Открыть папку</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>Микрофон</translation>
+    </message>
+    <message>
+        <source>That of the camera</source>
+        <translation>Микрофон камеры</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>No microphone is heard</source>
+        <translation>Микрофон не слышен</translation>
+    </message>
+    <message>
+        <source>Heard now: %1</source>
+        <translation>Сейчас слышен: %1</translation>
     </message>
 </context>
 <context>

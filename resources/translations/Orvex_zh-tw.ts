@@ -616,6 +616,26 @@
         <source>Pause recording</source>
         <translation>暫停錄影</translation>
     </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 分</translation>
+    </message>
+    <message>
+        <source>The disk lasts %1 minutes</source>
+        <translation>磁碟可再錄 %1 分鐘</translation>
+    </message>
+    <message>
+        <source>No sound is recorded</source>
+        <translation>沒有錄到聲音</translation>
+    </message>
+    <message>
+        <source>Pictures dropped: %1</source>
+        <translation>捨棄的畫面：%1</translation>
+    </message>
+    <message>
+        <source>Frames missed: %1</source>
+        <translation>遺漏的攝影機畫面：%1</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>
@@ -778,6 +798,38 @@
     <message>
         <source>Off</source>
         <translation>關閉</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>已暫停</translation>
+    </message>
+    <message>
+        <source>Last movie</source>
+        <translation>上一部影片</translation>
+    </message>
+    <message>
+        <source>Open its folder</source>
+        <translation>開啟資料夾</translation>
+    </message>
+    <message>
+        <source>Microphone</source>
+        <translation>麥克風</translation>
+    </message>
+    <message>
+        <source>That of the camera</source>
+        <translation>攝影機的麥克風</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>無</translation>
+    </message>
+    <message>
+        <source>No microphone is heard</source>
+        <translation>沒有收到麥克風的聲音</translation>
+    </message>
+    <message>
+        <source>Heard now: %1</source>
+        <translation>目前收音：%1</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "sources/recording/Microphone.h"
+#include "sources/recording/RecordingState.h"
+
 #include <QtGlobal>
 
 /// A running recording of the live picture, as the camera sees it: handed each frame after the
@@ -19,6 +22,11 @@ public:
     /// Between setPaused(true) and setPaused(false) nothing is recorded, and what follows joins on
     /// to what was before. GUI thread.
     virtual void setPaused(bool paused) = 0;
+
+    /// Has the sound come from that microphone from now on. GUI thread.
+    virtual void chooseMicrophone(const MicrophoneChoice &microphone) = 0;
+    /// How it is doing. GUI thread.
+    [[nodiscard]] virtual RecordingState state() const = 0;
 
     /// Completes the movie file. No picture comes during or after this call.
     virtual void finish() = 0;

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 MovieDiskFile::MovieDiskFile(QByteArray fileName)
@@ -40,6 +41,23 @@ bool MovieDiskFile::inPlace() const
     if (stat(m_fileName.constData(), &now) != 0)
         return errno != ENOENT && errno != ENOTDIR;
     return now.st_ino == m_file.st_ino && now.st_dev == m_file.st_dev;
+}
+
+qint64 MovieDiskFile::size() const
+{
+    struct stat now {
+    };
+    return fstat(m_descriptor, &now) == 0 ? qint64(now.st_size) : 0;
+}
+
+qint64 MovieDiskFile::freeBytes() const
+{
+    struct statvfs disk {
+    };
+    // Some file systems tell of no blocks at all.
+    if (fstatvfs(m_descriptor, &disk) != 0 || disk.f_blocks == 0)
+        return -1;
+    return qint64(disk.f_bavail) * qint64(disk.f_frsize);
 }
 
 void MovieDiskFile::remove()

@@ -21,6 +21,10 @@ public:
     void close();
     /// Any thread after open().
     [[nodiscard]] bool inPlace() const;
+    /// What the disk has left for this user; -1 when it does not say. After open().
+    [[nodiscard]] qint64 freeBytes() const;
+    /// After open().
+    [[nodiscard]] qint64 size() const;
     /// Removes the file if the name still leads to it.
     void remove();
 

@@ -69,12 +69,17 @@ void MovieJobGst::fail(const QString &sentence)
 void MovieJobGst::failToWrite()
 {
     const int error = m_disk.error();
-    fail(error == ENOSPC || error == EDQUOT
-             ? text(QT_TRANSLATE_NOOP("MovieWriter",
-                                      "The recording was stopped because the disk is full."))
-             : text(QT_TRANSLATE_NOOP(
-                   "MovieWriter",
-                   "The recording was stopped because the movie file cannot be written.")));
+    if (error == ENOSPC || error == EDQUOT)
+        failForRoom();
+    else
+        fail(text(QT_TRANSLATE_NOOP(
+            "MovieWriter", "The recording was stopped because the movie file cannot be written.")));
+}
+
+void MovieJobGst::failForRoom()
+{
+    fail(text(
+        QT_TRANSLATE_NOOP("MovieWriter", "The recording was stopped because the disk is full.")));
 }
 
 bool MovieJobGst::open()
@@ -83,6 +88,9 @@ bool MovieJobGst::open()
         fail(text(QT_TRANSLATE_NOOP("MovieWriter", "The movie file cannot be created.")));
         return false;
     }
+    checkRoom();
+    if (status == MovieWriter::Status::Failed)
+        return false;
     GstRuntime::initialise();
     const QString encoder = MovieEncoders::firstWorking(
         m_settings.encoders.isEmpty() ? MovieEncoders::names() : m_settings.encoders,
@@ -120,6 +128,7 @@ void MovieJobGst::record()
         if (!save())
             return;
         checkFolder();
+        checkRoom();
     }
     if (state == MovieEncoding::State::Failed)
         failToWrite();
@@ -129,20 +138,25 @@ void MovieJobGst::record()
 bool MovieJobGst::save()
 {
     const QVector<QuickTimeFile::Chunk> chunks = m_encoding.take(m_file);
-    if (chunks.isEmpty() || m_file.append(chunks))
-        return true;
-    failToWrite();
-    return false;
+    if (!chunks.isEmpty() && !m_file.append(chunks)) {
+        failToWrite();
+        return false;
+    }
+    for (const QuickTimeFile::Chunk &chunk : chunks)
+        bytes += chunk.bytes.size();
+    return true;
 }
 
 void MovieJobGst::close()
 {
     feed.end();
     m_encoding.stop();
-    if (m_file.isMovie())
+    if (m_file.isMovie()) {
         m_file.finish();
-    else
+        bytes = m_disk.size();
+    } else {
         m_disk.remove();
+    }
     m_disk.close();
 }
 
@@ -152,6 +166,16 @@ void MovieJobGst::checkFolder()
         return;
     fail(text(QT_TRANSLATE_NOOP("MovieWriter",
                                 "The recording was stopped because its folder no longer exists.")));
+    feed.end();
+}
+
+/// A movie that is ended while there is room left is whole, and so is what else uses the disk.
+void MovieJobGst::checkRoom()
+{
+    freeBytes = m_disk.freeBytes();
+    if (freeBytes < 0 || freeBytes >= m_settings.leastFreeBytes)
+        return;
+    failForRoom();
     feed.end();
 }
 

@@ -34,6 +34,9 @@ public:
     /// Any thread.
     std::atomic<MovieWriter::Status> status{MovieWriter::Status::Waiting};
     MovieFeed feed;
+    /// See MovieProgress. Any thread.
+    std::atomic<qint64> bytes{0};
+    std::atomic<qint64> freeBytes{-1};
 
 private:
     [[nodiscard]] bool open();
@@ -41,6 +44,8 @@ private:
     [[nodiscard]] bool save();
     void close();
     void checkFolder();
+    void checkRoom();
+    void failForRoom();
     void wake();
 
     const MovieWriter::Settings m_settings;

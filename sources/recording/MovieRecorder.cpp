@@ -50,6 +50,22 @@ void MovieRecorder::setPaused(bool paused)
         m_writer->setPaused(paused, captureMicroseconds() + *m_offsetUs);
 }
 
+void MovieRecorder::chooseMicrophone(const MicrophoneChoice &microphone)
+{
+    m_capture->choose(microphone);
+}
+
+RecordingState MovieRecorder::state() const
+{
+    RecordingState state;
+    state.running = true;
+    state.heard = m_capture->heard();
+    state.level = m_meter.level();
+    state.dropped = m_writer->droppedPictures();
+    state.movie = m_writer->progress();
+    return state;
+}
+
 void MovieRecorder::finish()
 {
     // The sound is stopped first and without the lock, because its last call may be waiting for the
@@ -61,6 +77,7 @@ void MovieRecorder::finish()
 
 void MovieRecorder::soundCaptured(const SoundBuffer &buffer)
 {
+    m_meter.take(buffer);
     const std::lock_guard lock(m_mutex);
     if (!m_offsetUs && m_paused)
         return;

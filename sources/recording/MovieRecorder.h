@@ -33,6 +33,9 @@ public:
 
     void setPaused(bool paused) override;
 
+    void chooseMicrophone(const MicrophoneChoice &microphone) override;
+    [[nodiscard]] RecordingState state() const override;
+
     /// Completes the movie, in bounded time.
     void finish() override;
 
@@ -49,6 +52,7 @@ private:
     const QSize m_pictureSize;
     std::unique_ptr<SoundCapture> m_capture;
     std::atomic<bool> m_pictureCame{false};
+    SoundMeter m_meter;
 
     /// Guards all members below.
     std::mutex m_mutex;

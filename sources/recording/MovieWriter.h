@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/recording/RecordingState.h"
+
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -41,6 +43,8 @@ public:
         QSize pictureSize;
         /// Names of the encoders to try in this order; empty for the best that this machine has.
         QStringList encoders = {};
+        /// A disk with less than that left is full.
+        qint64 leastFreeBytes = RecordingRules::LEAST_FREE_BYTES;
     };
 
     /// Returns at once. A file that cannot be opened, like any other failure, is reported through
@@ -74,4 +78,7 @@ public:
 
     /// How many pictures came too fast for the encoder.
     virtual qint64 droppedPictures() const = 0;
+
+    /// What is in the file, and what its disk has left, as of a second ago at most.
+    virtual MovieProgress progress() const = 0;
 };

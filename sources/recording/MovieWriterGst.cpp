@@ -37,6 +37,7 @@ public:
     Status status() const override { return m_job->status; }
     bool hasPictures() const override { return m_job->feed.hasPictures(); }
     qint64 droppedPictures() const override { return m_dropped; }
+    MovieProgress progress() const override;
 
     void startSession(qint64 timeUs) override
     {
@@ -57,6 +58,8 @@ private:
     const std::shared_ptr<MovieJobGst> m_job;
     std::thread m_thread;
     std::atomic<qint64> m_dropped{0};
+    /// Of sound, that have been taken into the movie.
+    std::atomic<qint64> m_samples{0};
 
     qint64 m_startUs = 0;
     /// In the movie, without the pauses.
@@ -65,6 +68,15 @@ private:
     RecordingPauses m_pauses{SoundCapture::SAMPLE_RATE};
     size_t m_priming = SOUND_PRIMING;
 };
+
+MovieProgress MovieWriterGst::progress() const
+{
+    MovieProgress progress;
+    progress.bytes = m_job->bytes;
+    progress.freeBytes = m_job->freeBytes;
+    progress.lengthUs = m_samples * 1000000 / SoundCapture::SAMPLE_RATE;
+    return progress;
+}
 
 void MovieWriterGst::appendPicture(const std::uint8_t *rgb, qint64 presentationUs)
 {
@@ -111,6 +123,7 @@ void MovieWriterGst::setPaused(bool paused, qint64 presentationUs)
 void MovieWriterGst::feedSound(std::vector<std::int16_t> samples)
 {
     samples = m_pauses.cut(std::move(samples));
+    m_samples += qint64(samples.size());
     const size_t skipped = std::min(m_priming, samples.size());
     m_priming -= skipped;
     if (!m_job->feed.takeSound(samples.data() + skipped, samples.size() - skipped))

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "sources/recording/Microphone.h"
+
 #include <QString>
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 /// A piece of sound: one channel, 44100 samples a second, signed 16 bit.
 struct SoundBuffer {
@@ -17,15 +20,9 @@ struct SoundBuffer {
     qint64 presentationUs = 0;
 };
 
-/// The USB ids of the camera whose own microphone is wanted.
-struct MicrophoneId {
-    std::uint16_t vendor = 0;
-    std::uint16_t product = 0;
-};
-
-/// The sound of a recording: the camera's own microphone, or silence in its place.
+/// The sound of a recording: that of the chosen microphone, or silence in its place.
 ///
-/// Sound comes in real time from start() to stop(), whatever happens. Where there is no camera
+/// Sound comes in real time from start() to stop(), whatever happens. Where there is no such
 /// microphone or no sound server, and from the moment that either is lost, the buffers hold
 /// silence and a debug line says so; a microphone that comes back is used again. Presentation
 /// times never go back. Owned by the recorder; start() and stop() belong to one thread.
@@ -39,7 +36,7 @@ public:
 
     /// `searchInterval`: how often the microphone is looked for while there is none.
     static std::unique_ptr<SoundCapture>
-    create(MicrophoneId microphone,
+    create(const MicrophoneChoice &microphone,
            std::chrono::milliseconds searchInterval = std::chrono::seconds(2));
     virtual ~SoundCapture() = default;
 
@@ -49,6 +46,16 @@ public:
     /// for a sound server that does not answer. Must not be called under a lock that the handler
     /// takes.
     virtual void stop() = 0;
+
+    /// Listens to that microphone from now on. Belongs to the thread of start() and stop(), as
+    /// heard() does.
+    virtual void choose(const MicrophoneChoice &microphone) = 0;
+    /// The name of the microphone that is being listened to; empty while it is silence.
+    [[nodiscard]] virtual QString heard() const = 0;
+
+    /// The microphones that there were when the sound server was looked at last, which each
+    /// capture does. Any thread.
+    [[nodiscard]] static std::vector<SoundSource> sources();
 
     /// Whether a sound source with these properties is that microphone: USB ids in hexadecimal with
     /// or without "0x", and a class that is not "monitor".

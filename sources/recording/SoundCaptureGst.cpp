@@ -15,6 +15,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace
 {
@@ -24,6 +25,8 @@ using std::chrono::milliseconds;
 constexpr milliseconds STOP_TIMEOUT{1000};
 /// How often a thread asks whether an earlier one has let go of the list of devices.
 constexpr milliseconds TURN_INTERVAL{100};
+/// How often the list of microphones is looked after while none of them is wanted.
+constexpr milliseconds WATCH_INTERVAL{500};
 constexpr GstClockTime PULL_TIMEOUT = 100 * GST_MSECOND;
 
 /// A running pipeline from the microphone to a sink that is pulled.
@@ -114,9 +117,9 @@ private:
 class SoundSearch
 {
 public:
-    SoundSearch(MicrophoneId microphone, milliseconds interval)
-        : m_microphone(microphone)
-        , m_interval(interval)
+    SoundSearch(MicrophoneChoice choice, milliseconds interval)
+        : m_interval(interval)
+        , m_choice(std::move(choice))
     {
     }
 
@@ -152,36 +155,83 @@ public:
             qDebug("The sound server does not answer, going on without it.");
     }
 
+    void choose(const MicrophoneChoice &choice)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_choice = choice;
+        m_choiceIsNew = true;
+        m_changed.notify_all();
+    }
+
+    QString heard() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_heard;
+    }
+
 private:
     void searchAndListen(SoundDevices &devices)
     {
         bool reported = false;
-        while (!stopping()) {
-            const GstPtr<GstDevice> device = devices.findCameraMicrophone(m_microphone);
+        while (!waitForStop(milliseconds(0))) {
+            const auto [choice, isNew] = takeChoice();
+            const bool wanted = choice.kind != MicrophoneChoice::Kind::None;
+            reported = reported && !isNew;
+            if (!wanted)
+                pump.setSource(false);
+            const GstPtr<GstDevice> device = devices.find(choice);
             pump.setSource(device != nullptr);
             if (device) {
-                listen(devices, device.get());
+                listen(devices, device.get(), choice);
                 pump.setSource(false);
             }
-            if (!reported && !stopping())
-                qDebug("%s", device ? "The camera's microphone is lost, recording silence."
-                                    : "No camera microphone found, recording silence.");
-            if (!reported && !stopping() && !devices.serverAnswered())
-                TerminalLines::tell(TerminalLines::Line::NoSoundServer);
+            if (wanted && !reported && !interrupted())
+                tellOfSilence(choice, device != nullptr, devices.serverAnswered());
             reported = !device;
-            waitForStop(m_interval);
+            // Only the list of microphones is kept up to date.
+            while (!wanted && devices.serverAnswered() && !waitForOrders(WATCH_INTERVAL))
+                (void)devices.removed(choice);
+            waitForOrders(m_interval);
         }
     }
 
-    void listen(SoundDevices &devices, GstDevice *device)
+    static void tellOfSilence(const MicrophoneChoice &choice, bool lost, bool serverAnswered)
     {
-        Microphone microphone(device);
-        while (microphone.running() && !devices.cameraMicrophoneRemoved(m_microphone) &&
-               !stopping())
-            microphone.pull(pump);
+        if (choice.kind == MicrophoneChoice::Kind::OfCamera)
+            qDebug("%s", lost ? "The camera's microphone is lost, recording silence."
+                              : "No camera microphone found, recording silence.");
+        else
+            qDebug("%s", lost ? "The chosen microphone is lost, recording silence."
+                              : "The chosen microphone is not there, recording silence.");
+        if (!serverAnswered)
+            TerminalLines::tell(TerminalLines::Line::NoSoundServer);
     }
 
-    bool stopping() { return waitForStop(milliseconds(0)); }
+    void listen(SoundDevices &devices, GstDevice *device, const MicrophoneChoice &choice)
+    {
+        Microphone microphone(device);
+        gchar *name = gst_device_get_display_name(device);
+        setHeard(QString::fromUtf8(name));
+        g_free(name);
+        while (microphone.running() && !devices.removed(choice) && !interrupted())
+            microphone.pull(pump);
+        setHeard({});
+    }
+
+    void setHeard(const QString &name)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_heard = name;
+    }
+
+    /// And whether it has not been taken before.
+    std::pair<MicrophoneChoice, bool> takeChoice()
+    {
+        const std::lock_guard lock(m_mutex);
+        return {m_choice, std::exchange(m_choiceIsNew, false)};
+    }
+
+    bool interrupted() { return waitForOrders(milliseconds(0)); }
 
     bool waitForStop(milliseconds time)
     {
@@ -189,11 +239,20 @@ private:
         return m_changed.wait_for(lock, time, [this] { return m_stopping; });
     }
 
-    const MicrophoneId m_microphone;
+    /// Whether it is to stop, or to listen to another microphone.
+    bool waitForOrders(milliseconds time)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, time, [this] { return m_stopping || m_choiceIsNew; });
+    }
+
     const milliseconds m_interval;
-    /// Guards the two members below.
-    std::mutex m_mutex;
+    /// Guards the members below.
+    mutable std::mutex m_mutex;
     std::condition_variable m_changed;
+    MicrophoneChoice m_choice;
+    bool m_choiceIsNew = false;
+    QString m_heard;
     bool m_stopping = false;
     bool m_finished = false;
 };
@@ -201,8 +260,8 @@ private:
 class SoundCaptureGst final : public SoundCapture
 {
 public:
-    SoundCaptureGst(MicrophoneId microphone, milliseconds interval)
-        : m_microphone(microphone)
+    SoundCaptureGst(MicrophoneChoice choice, milliseconds interval)
+        : m_choice(std::move(choice))
         , m_interval(interval)
     {
     }
@@ -211,7 +270,7 @@ public:
     void start(Handler handler) override
     {
         stop();
-        m_search = std::make_shared<SoundSearch>(m_microphone, m_interval);
+        m_search = std::make_shared<SoundSearch>(m_choice, m_interval);
         m_search->pump.start(std::move(handler));
         std::thread([search = m_search] { search->run(); }).detach();
     }
@@ -225,16 +284,30 @@ public:
         m_search.reset();
     }
 
+    void choose(const MicrophoneChoice &choice) override
+    {
+        m_choice = choice;
+        if (m_search)
+            m_search->choose(choice);
+    }
+
+    QString heard() const override { return m_search ? m_search->heard() : QString(); }
+
 private:
-    const MicrophoneId m_microphone;
+    MicrophoneChoice m_choice;
     const milliseconds m_interval;
     std::shared_ptr<SoundSearch> m_search;
 };
 
 } // namespace
 
-std::unique_ptr<SoundCapture> SoundCapture::create(MicrophoneId microphone,
+std::unique_ptr<SoundCapture> SoundCapture::create(const MicrophoneChoice &microphone,
                                                    milliseconds searchInterval)
 {
     return std::make_unique<SoundCaptureGst>(microphone, searchInterval);
+}
+
+std::vector<SoundSource> SoundCapture::sources()
+{
+    return SoundDevices::sources();
 }

@@ -24,19 +24,24 @@ public:
     std::mutex &mutex() { return m_mutex; }
 
     /// Asks the sound servers again and watches them from then on; null when there is no such
-    /// microphone, and then nothing is watched.
-    [[nodiscard]] GstPtr<GstDevice> findCameraMicrophone(MicrophoneId microphone);
+    /// microphone, and then nothing is watched unless none is wanted.
+    [[nodiscard]] GstPtr<GstDevice> find(const MicrophoneChoice &choice);
     /// Whether any sound server answered the last look.
     [[nodiscard]] bool serverAnswered() const { return m_serverAnswered; }
     /// Whether that microphone has been taken away since the last call.
-    [[nodiscard]] bool cameraMicrophoneRemoved(MicrophoneId microphone);
+    [[nodiscard]] bool removed(const MicrophoneChoice &choice);
     /// Stops watching.
     void rest();
+
+    /// The microphones as they were seen last, of one sound server. Any thread, at any time.
+    [[nodiscard]] static std::vector<SoundSource> sources();
 
 private:
     struct Provider {
         GstPtr<GstDeviceProvider> object;
         bool started = false;
+        /// Its microphones are those that sources() tells of.
+        bool lists = false;
     };
 
     SoundDevices();

@@ -22,7 +22,7 @@ struct CaptureScene : HelperScene {
     {
         liveRecordButton.setCheckable(true);
         actions.setLiveRecordButton(&liveRecordButton);
-        actions.setRecordingSign(&recordingSign);
+        actions.setRecordingSigns(&recordingSign, nullptr);
         actions.setSource(&source);
         Config::setSnapshotPath(folder.path());
         Config::setRecordPath(folder.path());

@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 
 #include <csignal>
+#include <utility>
 
 SoundServer::SoundServer(const QString &folder)
     : m_folder(folder)
@@ -53,6 +54,36 @@ bool SoundServer::plugMicrophone(const QString &properties)
     return control({"load-module", "module-pipe-source", "source_name=cam_mic", "file=" + pipe(),
                     "format=s16le", "rate=44100", "channels=1",
                     QStringLiteral("source_properties='%1'").arg(properties)});
+}
+
+bool SoundServer::plugOther(const QString &name, int rate, int channels)
+{
+    // What a server that was killed has left.
+    QFile::remove(otherPipe(name));
+    QProcess pactl;
+    pactl.start(QStringLiteral("pactl"),
+                {"load-module", "module-pipe-source", "source_name=" + name,
+                 "file=" + otherPipe(name), "format=s16le", QStringLiteral("rate=%1").arg(rate),
+                 QStringLiteral("channels=%1").arg(channels),
+                 QStringLiteral("source_properties='device.description=\"%1\"'").arg(name)});
+    if (!pactl.waitForFinished(TIMEOUT_MS) || pactl.exitCode() != 0)
+        return false;
+    m_others << QString::fromLatin1(pactl.readAllStandardOutput()).trimmed();
+    return true;
+}
+
+bool SoundServer::plugCopy(const QString &name)
+{
+    return control({"load-module", "module-remap-source", "source_name=" + name, "master=cam_mic",
+                    QStringLiteral("source_properties='device.description=\"%1\"'").arg(name)});
+}
+
+bool SoundServer::unplugOthers()
+{
+    bool done = true;
+    for (const QString &module : std::exchange(m_others, {}))
+        done = control({"unload-module", module}) && done;
+    return done;
 }
 
 bool SoundServer::unplugMicrophone()

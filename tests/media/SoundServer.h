@@ -4,6 +4,7 @@
 
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 
 /// A sound server of its own with the emulated microphone of the camera, whose samples come from a
 /// pipe: one channel, 44100 samples a second, signed 16 bit.
@@ -25,6 +26,12 @@ public:
     /// Loads the microphone into a running server, or takes it away.
     bool plugMicrophone(const QString &properties = QString::fromLatin1(CAMERA));
     bool unplugMicrophone();
+    /// Another microphone beside it, with a pipe of its own.
+    bool plugOther(const QString &name, int rate = 44100, int channels = 1);
+    /// Another name for the camera's microphone, which needs fewer descriptors of the server.
+    bool plugCopy(const QString &name);
+    bool unplugOthers();
+    QString otherPipe(const QString &name) const { return m_folder + '/' + name; }
     /// Kills it, as a crash does.
     void kill();
     /// Halts it where it stands, or lets it go on.
@@ -39,4 +46,6 @@ private:
 
     QString m_folder;
     QProcess m_server;
+    /// The numbers of their modules.
+    QStringList m_others;
 };

@@ -79,6 +79,7 @@ struct Options {
     double silentSeconds;
     /// From when to when it is paused, in seconds; without an end for as long as it lasts.
     std::vector<std::pair<double, double>> pauses;
+    qint64 leastFree;
 };
 
 std::vector<std::pair<double, double>> toPauses(const QStringList &texts)
@@ -133,17 +134,19 @@ std::optional<Options> parse(const QCoreApplication &app)
 {
     QCommandLineParser parser;
     parser.addPositionalArgument("file", "the movie");
-    parser.addOptions({{"size", "", "size", "640x360"},
-                       {"seconds", "", "s", "1e9"},
-                       {"fps", "", "n", "30"},
-                       {"camera-seconds", "", "s", "1e9"},
-                       {"encoders", "", "names", ""},
-                       {"claps", "", "pipe", ""},
-                       {"ppm", "", "n", "0"},
-                       {"microphone-silent", "", "s", "0"},
-                       {"pauses", "", "from-to,...", ""},
-                       {"file-limit", "", "bytes", ""},
-                       {"no-rights", ""}});
+    parser.addOptions(
+        {{"size", "", "size", "640x360"},
+         {"seconds", "", "s", "1e9"},
+         {"fps", "", "n", "30"},
+         {"camera-seconds", "", "s", "1e9"},
+         {"encoders", "", "names", ""},
+         {"claps", "", "pipe", ""},
+         {"ppm", "", "n", "0"},
+         {"microphone-silent", "", "s", "0"},
+         {"pauses", "", "from-to,...", ""},
+         {"least-free", "", "bytes", QString::number(RecordingRules::LEAST_FREE_BYTES)},
+         {"file-limit", "", "bytes", ""},
+         {"no-rights", ""}});
     parser.process(app);
     if (parser.positionalArguments().size() != 1)
         return {};
@@ -161,7 +164,8 @@ std::optional<Options> parse(const QCoreApplication &app)
                    parser.value("claps"),
                    parser.value("ppm").toInt(),
                    parser.value("microphone-silent").toDouble(),
-                   toPauses(parser.value("pauses").split(',', Qt::SkipEmptyParts))};
+                   toPauses(parser.value("pauses").split(',', Qt::SkipEmptyParts)),
+                   parser.value("least-free").toLongLong()};
 }
 
 int record(const Options &options)
@@ -175,11 +179,12 @@ int record(const Options &options)
                      static_cast<qint64>(options.silentSeconds * 1e6));
 
     std::atomic<bool> failed{false};
-    auto writer = MovieWriter::create({options.file, options.size, options.encoders},
-                                      [&](const QString &sentence) {
-                                          say("failed: " + sentence);
-                                          failed = true;
-                                      });
+    auto writer =
+        MovieWriter::create({options.file, options.size, options.encoders, options.leastFree},
+                            [&](const QString &sentence) {
+                                say("failed: " + sentence);
+                                failed = true;
+                            });
     MovieRecorder recorder(std::move(writer), SoundCapture::create(SoundServer::CAMERA_ID),
                            options.size);
     say("recording");

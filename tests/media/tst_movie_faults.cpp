@@ -121,13 +121,19 @@ private slots:
         for (const char *kind : {"tmpfs", "ext4"}) {
             if (mounts || qstrcmp(kind, "tmpfs") == 0)
                 record(QString("full ") + kind, [kind](const QString &file) {
-                    return onSmallDisk(
-                        file, {kind, "2M"},
-                        {QStringLiteral(RECORDPROBE), "--size", "1280x720", "--seconds", "60"});
+                    return onSmallDisk(file, {kind, "2M"},
+                                       {QStringLiteral(RECORDPROBE), "--size", "1280x720",
+                                        "--seconds", "60", "--least-free", "0"});
                 });
         }
-        record("second try", [](const QString &file) {
+        record("nearly full", [](const QString &file) {
             const QString script = "\"$1\" --size 1280x720 --seconds 60 \"$2\";"
+                                   "df --output=avail --block-size=1 \"$2\"";
+            return onSmallDisk(file, {"tmpfs", "53M"},
+                               {"sh", "-c", script, "sh", QStringLiteral(RECORDPROBE)});
+        });
+        record("second try", [](const QString &file) {
+            const QString script = "\"$1\" --size 1280x720 --seconds 60 --least-free 0 \"$2\";"
                                    "cat /dev/zero >\"${2%/*}/rest\" 2>/dev/null;"
                                    "\"$1\" --size 1280x720 --seconds 20 \"${2%/*}/second.mov\";"
                                    "ls \"${2%/*}\"";
@@ -211,6 +217,22 @@ private slots:
             outcome.said);
         expectPlayableUpToTheFailure(outcome);
         expectPlayableInMpv(outcome.file);
+    }
+
+    /// A movie is completed while there is room, so that nothing of it is lost.
+    void aDiskThatIsNearlyFullCompletesTheMovie()
+    {
+        const Outcome outcome = recorded("nearly full");
+        QVERIFY2(
+            outcome.said.contains("failed: The recording was stopped because the disk is full."),
+            outcome.said);
+        expectPlayableUpToTheFailure(outcome);
+        expectPlayableInMpv(outcome.file);
+        // The movie leaves no room unused that it had kept.
+        const qint64 content = MovieFile(outcome.file).contentBytes();
+        QVERIFY(QFileInfo(outcome.file).size() - content < std::max<qint64>(65536, content / 50));
+        const qint64 left = outcome.said.trimmed().split('\n').last().toLongLong();
+        QVERIFY2(left > 45000000, qPrintable(QString::number(left)));
     }
 
     void aSecondTryOnAFullDiskLeavesNoFile()

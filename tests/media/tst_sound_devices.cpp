@@ -15,7 +15,7 @@ constexpr int LOOKS = 40 * 60 / 2;
 
 bool microphoneFound()
 {
-    return SoundDevices::instance().findCameraMicrophone(SoundServer::CAMERA_ID) != nullptr;
+    return SoundDevices::instance().find(SoundServer::CAMERA_ID) != nullptr;
 }
 
 } // namespace
@@ -62,7 +62,7 @@ private slots:
             QVERIFY(!microphoneFound());
             QVERIFY(m_server->start());
             QVERIFY(microphoneFound());
-            QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID));
+            QVERIFY(!SoundDevices::instance().removed(SoundServer::CAMERA_ID));
             QVERIFY(microphoneFound()); // again, while it is watched
             m_server->kill();
             for (int n = 0; n < LOOKS / 10; ++n)
@@ -77,9 +77,8 @@ private slots:
         QVERIFY(microphoneFound());
         QVERIFY(m_server->unplugMicrophone());
         QVERIFY(QTest::qWaitFor(
-            [] { return SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID); },
-            TIMEOUT_MS));
-        QVERIFY(!SoundDevices::instance().cameraMicrophoneRemoved(SoundServer::CAMERA_ID));
+            [] { return SoundDevices::instance().removed(SoundServer::CAMERA_ID); }, TIMEOUT_MS));
+        QVERIFY(!SoundDevices::instance().removed(SoundServer::CAMERA_ID));
         QVERIFY(!microphoneFound());
         QVERIFY(m_server->plugMicrophone());
         QVERIFY(microphoneFound());

@@ -59,6 +59,7 @@ public:
     }
     bool hasPictures() const override { return m_log.contains({"picture", 0}); }
     qint64 droppedPictures() const override { return 0; }
+    MovieProgress progress() const override { return {}; }
 
 private:
     QVector<Event> &m_log;
@@ -74,6 +75,8 @@ public:
     {
     }
     void start(Handler handler) override { m_handler = std::move(handler); }
+    void choose(const MicrophoneChoice &) override {}
+    QString heard() const override { return "Fake"; }
     void stop() override
     {
         if (!m_handler)

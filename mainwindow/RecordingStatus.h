@@ -1,0 +1,44 @@
+#pragma once
+
+#include "sources/LiveRecording.h"
+
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+
+class LiveSource;
+
+/// How a recording is doing, at the upper right of the window in every mode while one runs: five
+/// bars for the loudness, the minutes that the disk lasts, and the pictures that were lost. What is
+/// wrong is marked. GUI thread.
+class RecordingStatus : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr QSize SIZE{122, 20};
+
+    explicit RecordingStatus(QWidget *window);
+
+    /// Asks the source from time to time until stop(); hidden without one.
+    void start(const LiveSource *source);
+    void stop();
+
+    /// What it shows of that state, with the pictures that the camera or the program lost.
+    void showState(const RecordingState &state, qint64 missed);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private slots:
+    void look();
+
+private:
+    const LiveSource *m_source = nullptr;
+    QTimer m_timer;
+    int m_bars = 0;
+    bool m_mute = false;
+    QString m_minutes;
+    bool m_fewMinutes = false;
+    QString m_lost;
+};

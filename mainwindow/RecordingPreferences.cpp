@@ -9,6 +9,7 @@ namespace
 const QString MICROPHONE = QStringLiteral("microphone");
 const QString MICROPHONE_NAME = QStringLiteral("microphoneName");
 const QString NO_MICROPHONE = QStringLiteral("none");
+const QString QUALITY = QStringLiteral("movieQuality");
 const QString SOURCE = QStringLiteral("source ");
 
 } // namespace
@@ -16,6 +17,7 @@ const QString SOURCE = QStringLiteral("source ");
 void RecordingPreferences::restore(LiveRecording &recording)
 {
     recording.setMicrophone(toChoice(Preferences::text(MICROPHONE)));
+    recording.setQuality(MovieQuality(Preferences::number(QUALITY, 0, 0, 1)));
 }
 
 void RecordingPreferences::chooseMicrophone(LiveRecording &recording,
@@ -25,6 +27,13 @@ void RecordingPreferences::chooseMicrophone(LiveRecording &recording,
     Preferences::setText(MICROPHONE_NAME,
                          choice.kind == MicrophoneChoice::Kind::Source ? name : QString());
     recording.setMicrophone(choice);
+}
+
+void RecordingPreferences::chooseQuality(LiveRecording &recording, MovieQuality quality)
+{
+    if (quality != recording.quality())
+        Preferences::setNumber(QUALITY, static_cast<int>(quality));
+    recording.setQuality(quality);
 }
 
 QString RecordingPreferences::microphoneName()

@@ -4,6 +4,7 @@
 
 class LiveRecording;
 struct MicrophoneChoice;
+enum class MovieQuality;
 
 /// What the user has chosen for recordings on their page, remembered from one start of the program
 /// to the next. GUI thread.
@@ -18,6 +19,8 @@ void chooseMicrophone(LiveRecording &recording, const MicrophoneChoice &choice,
                       const QString &name);
 /// The name of the chosen microphone, also while it is not there.
 [[nodiscard]] QString microphoneName();
+
+void chooseQuality(LiveRecording &recording, MovieQuality quality);
 
 /// A choice as a text, and back; empty for the camera's own.
 [[nodiscard]] QString toText(const MicrophoneChoice &choice);

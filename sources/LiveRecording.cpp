@@ -128,7 +128,9 @@ std::unique_ptr<FrameRecorder> LiveRecording::createRecorder(QSize size)
                                       Q_ARG(int, number), Q_ARG(QString, sentence));
         });
     };
-    auto writer = MovieWriter::create({m_request.fileName(), size}, failed);
+    MovieWriter::Settings settings{m_request.fileName(), size};
+    settings.quality = m_quality;
+    auto writer = MovieWriter::create(settings, failed);
     return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(m_microphone),
                                            size);
 }

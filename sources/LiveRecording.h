@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sources/recording/FrameRecorder.h"
+#include "sources/recording/MovieQuality.h"
 #include "sources/recording/RecordingRequest.h"
 #include "sources/recording/SoundCapture.h"
 #include "sources/threads/CallbackGate.h"
@@ -54,6 +55,10 @@ public:
     void setMicrophone(const MicrophoneChoice &microphone);
     [[nodiscard]] const MicrophoneChoice &microphone() const { return m_microphone; }
 
+    /// Of the recordings to come; Standard at first.
+    void setQuality(MovieQuality quality) { m_quality = quality; }
+    [[nodiscard]] MovieQuality quality() const { return m_quality; }
+
     /// How the recording is doing, if one runs.
     [[nodiscard]] RecordingState state() const;
     struct LastMovie {
@@ -83,6 +88,7 @@ private:
     RecordingRequest m_request;
     /// With the ids of the camera in use.
     MicrophoneChoice m_microphone;
+    MovieQuality m_quality = MovieQuality::Standard;
     std::optional<LastMovie> m_lastMovie;
     /// Runs while the first picture is awaited.
     QTimer m_pictureTimer;

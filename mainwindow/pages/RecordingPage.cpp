@@ -3,13 +3,16 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CanvasDeck.h"
 #include "mainwindow/Modes.h"
+#include "mainwindow/RecordingPreferences.h"
 #include "mainwindow/pages/MicrophoneLevel.h"
 #include "mainwindow/pages/MicrophoneList.h"
 #include "settings/Config.h"
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
+#include "widgets/FormControls.h"
 #include "widgets/ImageButton.h"
 
+#include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
@@ -85,6 +88,22 @@ QWidget *makeLines(const Pages::Context &context, QWidget *parent)
     return Pages::makeTable(lines, parent);
 }
 
+QComboBox *makeQualities(LiveRecording &recording, QWidget *parent)
+{
+    auto *qualities = new QComboBox(parent);
+    FormControls::applyLook(qualities);
+    Pages::leaveWheelToPage(qualities);
+    // In the order of the enumeration.
+    qualities->addItem(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Standard")));
+    qualities->addItem(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Small (half the size)")));
+    qualities->setCurrentIndex(static_cast<int>(recording.quality()));
+    QObject::connect(qualities, QOverload<int>::of(&QComboBox::activated), &recording,
+                     [&recording](int index) {
+                         RecordingPreferences::chooseQuality(recording, MovieQuality(index));
+                     });
+    return qualities;
+}
+
 /// Opens the folder of the last movie; hidden without one.
 QWidget *makeFolderButton(const LiveSource &camera, QWidget *parent)
 {
@@ -117,6 +136,11 @@ QWidget *Pages::makeRecordingPage(const Context &context, QWidget *parent)
     auto *microphones = new MicrophoneList(&context.camera->liveRecording(), parent);
     microphones->setAccessibleName(caption->text());
     auto *level = new MicrophoneLevel(context.camera, parent);
-    return makeColumn(
-        {lines, makeFolderButton(*context.camera, parent), caption, microphones, level}, parent);
+    auto *qualityCaption =
+        new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Size of movies")), parent);
+    QComboBox *qualities = makeQualities(context.camera->liveRecording(), parent);
+    qualities->setAccessibleName(qualityCaption->text());
+    return makeColumn({lines, makeFolderButton(*context.camera, parent), caption, microphones,
+                       level, qualityCaption, qualities},
+                      parent);
 }

@@ -831,6 +831,18 @@
         <source>Heard now: %1</source>
         <translation>Jetzt zu hören: %1</translation>
     </message>
+    <message>
+        <source>Size of movies</source>
+        <translation>Größe der Filme</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Small (half the size)</source>
+        <translation>Klein (halb so groß)</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

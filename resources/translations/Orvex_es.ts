@@ -831,6 +831,18 @@
         <source>Heard now: %1</source>
         <translation>Se oye ahora: %1</translation>
     </message>
+    <message>
+        <source>Size of movies</source>
+        <translation>Tamaño de las películas</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Estándar</translation>
+    </message>
+    <message>
+        <source>Small (half the size)</source>
+        <translation>Pequeño (la mitad)</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -831,6 +831,18 @@
         <source>Heard now: %1</source>
         <translation>Entendu actuellement : %1</translation>
     </message>
+    <message>
+        <source>Size of movies</source>
+        <translation>Taille des films</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Standard</translation>
+    </message>
+    <message>
+        <source>Small (half the size)</source>
+        <translation>Petite (moitié moins)</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

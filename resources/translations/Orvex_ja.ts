@@ -831,6 +831,18 @@
         <source>Heard now: %1</source>
         <translation>使用中のマイク：%1</translation>
     </message>
+    <message>
+        <source>Size of movies</source>
+        <translation>動画のサイズ</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>標準</translation>
+    </message>
+    <message>
+        <source>Small (half the size)</source>
+        <translation>小（半分）</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -831,6 +831,18 @@
         <source>Heard now: %1</source>
         <translation>Сейчас слышен: %1</translation>
     </message>
+    <message>
+        <source>Size of movies</source>
+        <translation>Размер фильмов</translation>
+    </message>
+    <message>
+        <source>Standard</source>
+        <translation>Обычный</translation>
+    </message>
+    <message>
+        <source>Small (half the size)</source>
+        <translation>Малый (вдвое меньше)</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

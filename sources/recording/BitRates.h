@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sources/recording/MovieQuality.h"
+
 /// How many kilobits a second each track of a movie takes. The only place that says so.
 namespace BitRates
 {
@@ -10,5 +12,17 @@ constexpr int PICTURES = 8000;
 constexpr int PICTURES_LIMIT = 16000;
 /// Sound.
 constexpr int SOUND = 96;
+
+/// The same of that quality.
+[[nodiscard]] constexpr int of(MovieQuality quality, int standard)
+{
+    return quality == MovieQuality::Small ? standard / 2 : standard;
+}
+
+/// The quantizer of an encoder that aims at a quality: each six more halve the bytes.
+[[nodiscard]] constexpr int quantizerOf(MovieQuality quality)
+{
+    return quality == MovieQuality::Small ? 29 : 23;
+}
 
 } // namespace BitRates

@@ -21,23 +21,27 @@ struct Encoder {
     int bitRate;
     RateUnit unit;
     const char *properties;
+    /// It aims at a quality, and is told the quantizer.
+    bool hasQuantizer;
     /// Hardware registers encoders that its driver then refuses: they are tried before use.
     bool trusted;
 };
 
 constexpr Encoder ENCODERS[] = {
-    {"vah264enc", BitRates::PICTURES, RateUnit::Kilobits, "key-int-max=30 b-frames=0", false},
-    {"vah264lpenc", BitRates::PICTURES, RateUnit::Kilobits, "key-int-max=30 b-frames=0", false},
-    {"nvh264enc", BitRates::PICTURES, RateUnit::Kilobits, "gop-size=30 zerolatency=true", false},
-    {"qsvh264enc", BitRates::PICTURES, RateUnit::Kilobits, "gop-size=30 b-frames=0", false},
-    {"vaapih264enc", BitRates::PICTURES, RateUnit::Kilobits, "keyframe-period=30 max-bframes=0",
+    {"vah264enc", BitRates::PICTURES, RateUnit::Kilobits, "key-int-max=30 b-frames=0", false,
      false},
+    {"vah264lpenc", BitRates::PICTURES, RateUnit::Kilobits, "key-int-max=30 b-frames=0", false,
+     false},
+    {"nvh264enc", BitRates::PICTURES, RateUnit::Kilobits, "gop-size=30 zerolatency=true", false,
+     false},
+    {"qsvh264enc", BitRates::PICTURES, RateUnit::Kilobits, "gop-size=30 b-frames=0", false, false},
+    {"vaapih264enc", BitRates::PICTURES, RateUnit::Kilobits, "keyframe-period=30 max-bframes=0",
+     false, false},
     // The element adds the trellis to this preset, which takes a fifth of the encoder's time and
     // makes the movie of a page larger at the same quality.
     {"x264enc", BitRates::PICTURES_LIMIT, RateUnit::Kilobits,
-     "speed-preset=superfast tune=zerolatency pass=qual quantizer=23 key-int-max=30 trellis=false",
-     true},
-    {"openh264enc", BitRates::PICTURES, RateUnit::Bits, "gop-size=30 complexity=low", true},
+     "speed-preset=superfast tune=zerolatency pass=qual key-int-max=30 trellis=false", true, true},
+    {"openh264enc", BitRates::PICTURES, RateUnit::Bits, "gop-size=30 complexity=low", false, true},
 };
 
 QString bitRateProperty(int kilobits, RateUnit unit)
@@ -104,25 +108,28 @@ QStringList MovieEncoders::names()
     return names;
 }
 
-QString MovieEncoders::description(const QString &name)
+QString MovieEncoders::description(const QString &name, MovieQuality quality)
 {
     const Encoder *encoder = find(name);
     if (!encoder)
         return name;
-    return name + bitRateProperty(encoder->bitRate, encoder->unit) + QLatin1Char(' ') +
+    const QString quantizer = QStringLiteral(" quantizer=%1").arg(BitRates::quantizerOf(quality));
+    return name + bitRateProperty(BitRates::of(quality, encoder->bitRate), encoder->unit) +
+           (encoder->hasQuantizer ? quantizer : QString()) + QLatin1Char(' ') +
            QLatin1String(encoder->properties);
 }
 
-QString MovieEncoders::soundDescription()
+QString MovieEncoders::soundDescription(MovieQuality quality)
 {
-    return QStringLiteral("avenc_aac") + bitRateProperty(BitRates::SOUND, RateUnit::Bits);
+    return QStringLiteral("avenc_aac") +
+           bitRateProperty(BitRates::of(quality, BitRates::SOUND), RateUnit::Bits);
 }
 
-QString MovieEncoders::firstWorking(const QStringList &names, QSize size)
+QString MovieEncoders::firstWorking(const QStringList &names, QSize size, MovieQuality quality)
 {
     for (const QString &name : names) {
         if (works(name, size))
-            return description(name);
+            return description(name, quality);
     }
     return {};
 }

@@ -1,6 +1,5 @@
 #include "sources/recording/MovieEncodingGst.h"
 
-#include "sources/recording/MovieEncoders.h"
 #include "sources/recording/SampleDescriptions.h"
 #include "sources/recording/SoundCapture.h"
 
@@ -14,7 +13,7 @@ constexpr std::uint32_t USUAL_PICTURE_DURATION = PICTURE_TIME_SCALE / 30;
 constexpr std::uint32_t SOUND_PACKET = 1024;
 
 /// What comes out waits for the disk for about ten seconds.
-QString pipelineDescription(const QString &encoder)
+QString pipelineDescription(const QString &encoder, const QString &soundEncoder)
 {
     return QStringLiteral("appsrc name=pictures is-live=true format=time block=false"
                           " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
@@ -26,7 +25,7 @@ QString pipelineDescription(const QString &encoder)
                           " ! aacparse ! audio/mpeg,mpegversion=4,stream-format=raw"
                           " ! appsink name=soundout max-buffers=450 sync=false async=false"
                           " wait-on-eos=false enable-last-sample=false")
-        .arg(encoder, MovieEncoders::soundDescription());
+        .arg(encoder, soundEncoder);
 }
 
 /// The decoder's configuration that the encoder has put beside the stream.
@@ -93,12 +92,13 @@ MovieEncoding::~MovieEncoding()
     stop();
 }
 
-bool MovieEncoding::start(const QString &encoder, std::function<void()> changed)
+bool MovieEncoding::start(const QString &encoder, const QString &soundEncoder,
+                          std::function<void()> changed)
 {
     m_changed = std::move(changed);
     GError *error = nullptr;
     GstElement *launched =
-        gst_parse_launch(pipelineDescription(encoder).toUtf8().constData(), &error);
+        gst_parse_launch(pipelineDescription(encoder, soundEncoder).toUtf8().constData(), &error);
     if (launched)
         m_pipeline.reset(GST_ELEMENT(gst_object_ref_sink(launched)));
     if (!m_pipeline || error) {

@@ -26,9 +26,10 @@ public:
     MovieEncoding(const MovieEncoding &) = delete;
     MovieEncoding &operator=(const MovieEncoding &) = delete;
 
-    /// `encoder` as MovieEncoders describes it. `changed` is called on any thread when the state
-    /// has changed. False when this machine lacks a part.
-    [[nodiscard]] bool start(const QString &encoder, std::function<void()> changed);
+    /// `encoder` and `soundEncoder` as MovieEncoders describes them. `changed` is called on any
+    /// thread when the state has changed. False when this machine lacks a part.
+    [[nodiscard]] bool start(const QString &encoder, const QString &soundEncoder,
+                             std::function<void()> changed);
 
     [[nodiscard]] GstAppSrc *pictures() const { return GST_APP_SRC(m_pictures.get()); }
     [[nodiscard]] GstAppSrc *sound() const { return GST_APP_SRC(m_sound.get()); }

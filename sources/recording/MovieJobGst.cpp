@@ -94,7 +94,7 @@ bool MovieJobGst::open()
     GstRuntime::initialise();
     const QString encoder = MovieEncoders::firstWorking(
         m_settings.encoders.isEmpty() ? MovieEncoders::names() : m_settings.encoders,
-        m_settings.pictureSize);
+        m_settings.pictureSize, m_settings.quality);
     if (encoder.isEmpty()) {
         TerminalLines::tell(TerminalLines::Line::NoMovieEncoder);
         fail(text(QT_TRANSLATE_NOOP("MovieWriter", "This computer has no encoder for movies.")));
@@ -102,7 +102,8 @@ bool MovieJobGst::open()
     }
     if (m_abandoned)
         return false;
-    if (!m_encoding.start(encoder, [this] { wake(); })) {
+    if (!m_encoding.start(encoder, MovieEncoders::soundDescription(m_settings.quality),
+                          [this] { wake(); })) {
         fail(text(QT_TRANSLATE_NOOP("MovieWriter", "A component for writing movies is missing.")));
         return false;
     }

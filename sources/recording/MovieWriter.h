@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/recording/MovieQuality.h"
 #include "sources/recording/RecordingState.h"
 
 #include <QSize>
@@ -43,6 +44,7 @@ public:
         QSize pictureSize;
         /// Names of the encoders to try in this order; empty for the best that this machine has.
         QStringList encoders = {};
+        MovieQuality quality = MovieQuality::Standard;
         /// A disk with less than that left is full.
         qint64 leastFreeBytes = RecordingRules::LEAST_FREE_BYTES;
     };

@@ -30,12 +30,14 @@ class WrittenMovie
 {
 public:
     explicit WrittenMovie(const QString &fileName, QSize size = SMALL,
-                          const QStringList &encoders = {"x264enc"})
+                          const QStringList &encoders = {"x264enc"},
+                          MovieQuality quality = MovieQuality::Standard)
         : m_pictures(size)
-        , writer(MovieWriter::create({fileName, size, encoders}, [this](const QString &sentence) {
-            const std::lock_guard lock(m_mutex);
-            m_failures << sentence;
-        }))
+        , writer(MovieWriter::create({fileName, size, encoders, quality},
+                                     [this](const QString &sentence) {
+                                         const std::lock_guard lock(m_mutex);
+                                         m_failures << sentence;
+                                     }))
     {
         writer->startSession(START_US);
     }

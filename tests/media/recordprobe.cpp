@@ -179,12 +179,12 @@ int record(const Options &options)
                      static_cast<qint64>(options.silentSeconds * 1e6));
 
     std::atomic<bool> failed{false};
-    auto writer =
-        MovieWriter::create({options.file, options.size, options.encoders, options.leastFree},
-                            [&](const QString &sentence) {
-                                say("failed: " + sentence);
-                                failed = true;
-                            });
+    auto writer = MovieWriter::create(
+        {options.file, options.size, options.encoders, MovieQuality::Standard, options.leastFree},
+        [&](const QString &sentence) {
+            say("failed: " + sentence);
+            failed = true;
+        });
     MovieRecorder recorder(std::move(writer), SoundCapture::create(SoundServer::CAMERA_ID),
                            options.size);
     say("recording");

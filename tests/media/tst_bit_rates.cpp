@@ -47,6 +47,13 @@ private slots:
         QTest::newRow("limit") << MovieEncoders::description("x264enc") << BitRates::PICTURES_LIMIT;
         QTest::newRow("pictures") << MovieEncoders::description("openh264enc")
                                   << BitRates::PICTURES;
+        const auto small = MovieQuality::Small;
+        QTest::newRow("small limit")
+            << MovieEncoders::description("x264enc", small) << BitRates::PICTURES_LIMIT / 2;
+        QTest::newRow("small pictures")
+            << MovieEncoders::description("openh264enc", small) << BitRates::PICTURES / 2;
+        QTest::newRow("small sound")
+            << MovieEncoders::soundDescription(small) << BitRates::SOUND / 2;
         QTest::newRow("sound") << MovieEncoders::soundDescription() << BitRates::SOUND;
     }
     void anElementIsToldItsRateInWhatItCounts()

@@ -106,6 +106,36 @@ private slots:
                  qPrintable(QString("%1 of %2").arg(size).arg(content)));
     }
 
+    void aSmallMovieTakesHalfTheBytes()
+    {
+        const auto bytesOf = [this](MovieQuality quality) {
+            const QString file = m_folder.filePath("quality.mov");
+            WrittenMovie movie(file, QSize(1280, 720), {"x264enc"}, quality);
+            // A page with fine lines that is moved about.
+            std::vector<std::uint8_t> rgb(1280 * 720 * 3);
+            for (int n = 0; n < 60; ++n) {
+                for (int y = 0; y < 720; ++y) {
+                    for (int x = 0; x < 1280; ++x) {
+                        const int pattern = (x + 3 * n) * (y + 2 * n) / 64 % 23 * 9;
+                        memset(rgb.data() + (qptrdiff{y} * 1280 + x) * 3, 40 + pattern, 3);
+                    }
+                }
+                movie.appendSound(n);
+                qint64 dropped = 0;
+                do {
+                    dropped = movie.writer->droppedPictures();
+                    movie.writer->appendPicture(rgb.data(), timeOf(n));
+                    std::this_thread::yield();
+                } while (movie.writer->droppedPictures() > dropped);
+            }
+            movie.finish();
+            return double(MovieFile(file).contentBytes());
+        };
+        const double ratio = bytesOf(MovieQuality::Small) / bytesOf(MovieQuality::Standard);
+        qInfo("%.3f of the bytes", ratio);
+        QVERIFY2(ratio > 0.3 && ratio < 0.6, qPrintable(QString::number(ratio)));
+    }
+
     void picturesThatComeTooFastAreDroppedEvenlyAndCounted()
     {
         constexpr int first = 30;

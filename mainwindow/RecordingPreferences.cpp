@@ -10,6 +10,7 @@ const QString MICROPHONE = QStringLiteral("microphone");
 const QString MICROPHONE_NAME = QStringLiteral("microphoneName");
 const QString NO_MICROPHONE = QStringLiteral("none");
 const QString QUALITY = QStringLiteral("movieQuality");
+const QString TIME_LAPSE = QStringLiteral("timeLapse");
 const QString SOURCE = QStringLiteral("source ");
 
 } // namespace
@@ -18,6 +19,8 @@ void RecordingPreferences::restore(LiveRecording &recording)
 {
     recording.setMicrophone(toChoice(Preferences::text(MICROPHONE)));
     recording.setQuality(MovieQuality(Preferences::number(QUALITY, 0, 0, 1)));
+    recording.setTimeLapse(
+        std::chrono::seconds(Preferences::number(TIME_LAPSE, 0, 0, LONGEST_TIME_LAPSE)));
 }
 
 void RecordingPreferences::chooseMicrophone(LiveRecording &recording,
@@ -34,6 +37,13 @@ void RecordingPreferences::chooseQuality(LiveRecording &recording, MovieQuality 
     if (quality != recording.quality())
         Preferences::setNumber(QUALITY, static_cast<int>(quality));
     recording.setQuality(quality);
+}
+
+void RecordingPreferences::chooseTimeLapse(LiveRecording &recording, int seconds)
+{
+    if (seconds != recording.timeLapse().count())
+        Preferences::setNumber(TIME_LAPSE, seconds);
+    recording.setTimeLapse(std::chrono::seconds(seconds));
 }
 
 QString RecordingPreferences::microphoneName()

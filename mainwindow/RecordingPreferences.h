@@ -22,6 +22,10 @@ void chooseMicrophone(LiveRecording &recording, const MicrophoneChoice &choice,
 
 void chooseQuality(LiveRecording &recording, MovieQuality quality);
 
+/// In seconds; 0 for none.
+constexpr int LONGEST_TIME_LAPSE = 3600;
+void chooseTimeLapse(LiveRecording &recording, int seconds);
+
 /// A choice as a text, and back; empty for the camera's own.
 [[nodiscard]] QString toText(const MicrophoneChoice &choice);
 [[nodiscard]] MicrophoneChoice toChoice(const QString &text);

@@ -68,6 +68,7 @@ void RecordingStatus::showState(const RecordingState &state, qint64 missed)
     const std::optional<int> minutes =
         RecordingRules::minutesLeft(state.movie, USUAL_BYTES_A_SECOND);
     m_bars = RecordingRules::barsOf(state.level.peak);
+    m_withSound = state.withSound;
     m_mute = RecordingRules::isMute(state);
     m_fewMinutes = minutes && *minutes < RecordingRules::FEW_MINUTES;
     m_minutes =
@@ -114,8 +115,17 @@ void RecordingStatus::paintEvent(QPaintEvent *)
         painter.drawText(place, Qt::AlignCenter, text);
         right = place.left() - GAP;
     };
+    if (m_withSound)
+        right = paintBars(painter) - GAP;
+    put(m_minutes, m_fewMinutes);
+    put(m_lost, true);
+}
+
+/// Returns where they begin.
+int RecordingStatus::paintBars(QPainter &painter) const
+{
     const int barsWidth = RecordingRules::BARS * BAR_PITCH;
-    const QRect bars(right - barsWidth, 3, barsWidth, height() - 6);
+    const QRect bars(width() - barsWidth, 3, barsWidth, height() - 6);
     if (m_mute) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgb(SIGN_GROUND));
@@ -132,7 +142,5 @@ void RecordingStatus::paintEvent(QPaintEvent *)
         painter.setPen(QPen(QColor(0xD3, 0x26, 0x1B), 2));
         painter.drawLine(bars.bottomLeft(), bars.topRight());
     }
-    right = bars.left() - GAP;
-    put(m_minutes, m_fewMinutes);
-    put(m_lost, true);
+    return bars.left();
 }

@@ -34,9 +34,12 @@ private slots:
     void look();
 
 private:
+    int paintBars(QPainter &painter) const;
+
     const LiveSource *m_source = nullptr;
     QTimer m_timer;
     int m_bars = 0;
+    bool m_withSound = true;
     bool m_mute = false;
     QString m_minutes;
     bool m_fewMinutes = false;

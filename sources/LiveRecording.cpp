@@ -1,6 +1,7 @@
 #include "sources/LiveRecording.h"
 
 #include "sources/recording/MovieRecorder.h"
+#include "sources/recording/TimeLapseRecorder.h"
 
 #include <QCoreApplication>
 
@@ -130,7 +131,10 @@ std::unique_ptr<FrameRecorder> LiveRecording::createRecorder(QSize size)
     };
     MovieWriter::Settings settings{m_request.fileName(), size};
     settings.quality = m_quality;
+    settings.withSound = m_timeLapse.count() == 0;
     auto writer = MovieWriter::create(settings, failed);
+    if (!settings.withSound)
+        return std::make_unique<TimeLapseRecorder>(std::move(writer), m_timeLapse, size);
     return std::make_unique<MovieRecorder>(std::move(writer), SoundCapture::create(m_microphone),
                                            size);
 }

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -59,6 +60,11 @@ public:
     void setQuality(MovieQuality quality) { m_quality = quality; }
     [[nodiscard]] MovieQuality quality() const { return m_quality; }
 
+    /// Of the recordings to come: a picture every so many seconds, shown thirty a second; all of
+    /// them and sound for zero, as at first.
+    void setTimeLapse(std::chrono::seconds interval) { m_timeLapse = interval; }
+    [[nodiscard]] std::chrono::seconds timeLapse() const { return m_timeLapse; }
+
     /// How the recording is doing, if one runs.
     [[nodiscard]] RecordingState state() const;
     struct LastMovie {
@@ -89,6 +95,7 @@ private:
     /// With the ids of the camera in use.
     MicrophoneChoice m_microphone;
     MovieQuality m_quality = MovieQuality::Standard;
+    std::chrono::seconds m_timeLapse{0};
     std::optional<LastMovie> m_lastMovie;
     /// Runs while the first picture is awaited.
     QTimer m_pictureTimer;

@@ -20,6 +20,8 @@
 #include <QLocale>
 #include <QUrl>
 
+#include <set>
+
 namespace
 {
 
@@ -104,6 +106,30 @@ QComboBox *makeQualities(LiveRecording &recording, QWidget *parent)
     return qualities;
 }
 
+QComboBox *makeTimeLapses(LiveRecording &recording, QWidget *parent)
+{
+    auto *intervals = new QComboBox(parent);
+    FormControls::applyLook(intervals);
+    Pages::leaveWheelToPage(intervals);
+    intervals->addItem(Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Off")), 0);
+    const int chosen = int(recording.timeLapse().count());
+    std::set<int> seconds{1, 2, 5, 10, 30, 60};
+    if (chosen > 0)
+        seconds.insert(chosen);
+    for (const int each : seconds)
+        intervals->addItem(
+            Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "A picture every %1 s, no sound"))
+                .arg(each),
+            each);
+    intervals->setCurrentIndex(intervals->findData(chosen));
+    QObject::connect(intervals, QOverload<int>::of(&QComboBox::activated), &recording,
+                     [&recording, intervals](int index) {
+                         RecordingPreferences::chooseTimeLapse(recording,
+                                                               intervals->itemData(index).toInt());
+                     });
+    return intervals;
+}
+
 /// Opens the folder of the last movie; hidden without one.
 QWidget *makeFolderButton(const LiveSource &camera, QWidget *parent)
 {
@@ -140,7 +166,11 @@ QWidget *Pages::makeRecordingPage(const Context &context, QWidget *parent)
         new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Size of movies")), parent);
     QComboBox *qualities = makeQualities(context.camera->liveRecording(), parent);
     qualities->setAccessibleName(qualityCaption->text());
+    auto *lapseCaption =
+        new QLabel(text(QT_TRANSLATE_NOOP("MoreToolWindow", "Time-lapse")), parent);
+    QComboBox *lapses = makeTimeLapses(context.camera->liveRecording(), parent);
+    lapses->setAccessibleName(lapseCaption->text());
     return makeColumn({lines, makeFolderButton(*context.camera, parent), caption, microphones,
-                       level, qualityCaption, qualities},
+                       level, qualityCaption, qualities, lapseCaption, lapses},
                       parent);
 }

@@ -843,6 +843,14 @@
         <source>Small (half the size)</source>
         <translation>Klein (halb so groß)</translation>
     </message>
+    <message>
+        <source>Time-lapse</source>
+        <translation>Zeitraffer</translation>
+    </message>
+    <message>
+        <source>A picture every %1 s, no sound</source>
+        <translation>Ein Bild alle %1 s, kein Ton</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -843,6 +843,14 @@
         <source>Small (half the size)</source>
         <translation>Pequeño (la mitad)</translation>
     </message>
+    <message>
+        <source>Time-lapse</source>
+        <translation>Cámara rápida</translation>
+    </message>
+    <message>
+        <source>A picture every %1 s, no sound</source>
+        <translation>Una imagen cada %1 s, sin sonido</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -843,6 +843,14 @@
         <source>Small (half the size)</source>
         <translation>Petite (moitié moins)</translation>
     </message>
+    <message>
+        <source>Time-lapse</source>
+        <translation>Accéléré</translation>
+    </message>
+    <message>
+        <source>A picture every %1 s, no sound</source>
+        <translation>Une image toutes les %1 s, sans son</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

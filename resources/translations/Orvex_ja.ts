@@ -843,6 +843,14 @@
         <source>Small (half the size)</source>
         <translation>小（半分）</translation>
     </message>
+    <message>
+        <source>Time-lapse</source>
+        <translation>タイムラプス</translation>
+    </message>
+    <message>
+        <source>A picture every %1 s, no sound</source>
+        <translation>%1 秒ごとに 1 枚、音声なし</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -843,6 +843,14 @@
         <source>Small (half the size)</source>
         <translation>Малый (вдвое меньше)</translation>
     </message>
+    <message>
+        <source>Time-lapse</source>
+        <translation>Ускоренная съёмка</translation>
+    </message>
+    <message>
+        <source>A picture every %1 s, no sound</source>
+        <translation>Кадр каждые %1 с, без звука</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

@@ -843,6 +843,14 @@
         <source>Small (half the size)</source>
         <translation>小（一半大小）</translation>
     </message>
+    <message>
+        <source>Time-lapse</source>
+        <translation>縮時攝影</translation>
+    </message>
+    <message>
+        <source>A picture every %1 s, no sound</source>
+        <translation>每 %1 秒一張，無聲音</translation>
+    </message>
 </context>
 <context>
     <name>MaskToolWindow</name>

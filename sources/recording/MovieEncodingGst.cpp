@@ -15,17 +15,22 @@ constexpr std::uint32_t SOUND_PACKET = 1024;
 /// What comes out waits for the disk for about ten seconds.
 QString pipelineDescription(const QString &encoder, const QString &soundEncoder)
 {
-    return QStringLiteral("appsrc name=pictures is-live=true format=time block=false"
-                          " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
-                          " ! h264parse ! video/x-h264,stream-format=avc,alignment=au"
-                          " ! appsink name=picturesout max-buffers=300 sync=false async=false"
-                          " wait-on-eos=false enable-last-sample=false "
-                          "appsrc name=sound is-live=true format=time block=false"
-                          " max-bytes=0 max-buffers=0 max-time=0 ! audioconvert ! %2"
+    const QString pictures =
+        QStringLiteral("appsrc name=pictures is-live=true format=time block=false"
+                       " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
+                       " ! h264parse ! video/x-h264,stream-format=avc,alignment=au"
+                       " ! appsink name=picturesout max-buffers=300 sync=false async=false"
+                       " wait-on-eos=false enable-last-sample=false ")
+            .arg(encoder);
+    if (soundEncoder.isEmpty())
+        return pictures;
+    return pictures +
+           QStringLiteral("appsrc name=sound is-live=true format=time block=false"
+                          " max-bytes=0 max-buffers=0 max-time=0 ! audioconvert ! %1"
                           " ! aacparse ! audio/mpeg,mpegversion=4,stream-format=raw"
                           " ! appsink name=soundout max-buffers=450 sync=false async=false"
                           " wait-on-eos=false enable-last-sample=false")
-        .arg(encoder, soundEncoder);
+               .arg(soundEncoder);
 }
 
 /// The decoder's configuration that the encoder has put beside the stream.
@@ -148,6 +153,8 @@ QVector<QuickTimeFile::Chunk> MovieEncoding::take(QuickTimeFile &file)
 std::optional<QuickTimeFile::Chunk> MovieEncoding::take(Stream &stream, QuickTimeFile &file)
 {
     QuickTimeFile::Chunk chunk;
+    if (!stream.sink)
+        return {};
     while (const GstPtr<GstSample> sample{
         gst_app_sink_try_pull_sample(GST_APP_SINK(stream.sink.get()), 0)}) {
         if (stream.track < 0)

@@ -26,13 +26,18 @@ public:
     MovieEncoding(const MovieEncoding &) = delete;
     MovieEncoding &operator=(const MovieEncoding &) = delete;
 
-    /// `encoder` and `soundEncoder` as MovieEncoders describes them. `changed` is called on any
+    /// `encoder` and `soundEncoder` as MovieEncoders describes them, the
+    /// latter empty for a movie without sound. `changed` is called on any
     /// thread when the state has changed. False when this machine lacks a part.
     [[nodiscard]] bool start(const QString &encoder, const QString &soundEncoder,
                              std::function<void()> changed);
 
     [[nodiscard]] GstAppSrc *pictures() const { return GST_APP_SRC(m_pictures.get()); }
-    [[nodiscard]] GstAppSrc *sound() const { return GST_APP_SRC(m_sound.get()); }
+    /// Null without sound.
+    [[nodiscard]] GstAppSrc *sound() const
+    {
+        return m_sound ? GST_APP_SRC(m_sound.get()) : nullptr;
+    }
 
     [[nodiscard]] State state() const;
 

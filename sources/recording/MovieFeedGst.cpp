@@ -51,7 +51,8 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
 {
     const std::lock_guard lock(m_mutex);
     m_pictures.reset(GST_APP_SRC(gst_object_ref(pictures)));
-    m_sound.reset(GST_APP_SRC(gst_object_ref(sound)));
+    if (sound)
+        m_sound.reset(GST_APP_SRC(gst_object_ref(sound)));
     GstVideoInfo info;
     gst_video_info_set_format(&info, GST_VIDEO_FORMAT_I420, static_cast<guint>(m_size.width()),
                               static_cast<guint>(m_size.height()));
@@ -61,10 +62,12 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
     gst_app_src_set_caps(pictures, caps);
     setUpPool(caps);
     gst_caps_unref(caps);
-    caps =
-        gst_caps_from_string("audio/x-raw,format=S16LE,rate=44100,channels=1,layout=interleaved");
-    gst_app_src_set_caps(sound, caps);
-    gst_caps_unref(caps);
+    if (sound) {
+        caps = gst_caps_from_string(
+            "audio/x-raw,format=S16LE,rate=44100,channels=1,layout=interleaved");
+        gst_app_src_set_caps(sound, caps);
+        gst_caps_unref(caps);
+    }
 
     for (Picture &kept : m_keptPictures) {
         auto *planes = new std::vector<std::uint8_t>(std::move(kept.planes));
@@ -79,10 +82,8 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
     pushSound(m_keptSound.data(), m_keptSound.size());
     m_keptPictures = {};
     m_keptSound = {};
-    if (m_ended) {
-        gst_app_src_end_of_stream(pictures);
-        gst_app_src_end_of_stream(sound);
-    }
+    if (m_ended)
+        endStreams();
 }
 
 bool MovieFeed::takePicture(const std::uint8_t *rgb, qint64 positionUs)
@@ -145,10 +146,15 @@ void MovieFeed::end()
     if (m_ended)
         return;
     m_ended = true;
-    if (m_pictures) {
-        gst_app_src_end_of_stream(m_pictures.get());
+    if (m_pictures)
+        endStreams();
+}
+
+void MovieFeed::endStreams()
+{
+    gst_app_src_end_of_stream(m_pictures.get());
+    if (m_sound)
         gst_app_src_end_of_stream(m_sound.get());
-    }
 }
 
 bool MovieFeed::hasPictures() const
@@ -193,7 +199,7 @@ void MovieFeed::pushPicture(GstBuffer *picture, qint64 positionUs)
 
 void MovieFeed::pushSound(const std::int16_t *samples, size_t count)
 {
-    if (count == 0)
+    if (count == 0 || !m_sound)
         return;
     const auto timeOf = [](guint64 sample) {
         return gst_util_uint64_scale_int(sample, GST_SECOND, SoundCapture::SAMPLE_RATE);

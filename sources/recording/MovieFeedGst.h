@@ -24,7 +24,7 @@ public:
     MovieFeed &operator=(const MovieFeed &) = delete;
 
     /// The encoders are there. `pictures` takes planar pictures of encodedSize(), `sound` one
-    /// channel of samples of 16 bits.
+    /// channel of samples of 16 bits, or it is null.
     void connect(GstAppSrc *pictures, GstAppSrc *sound);
 
     [[nodiscard]] QSize encodedSize() const { return m_size; }
@@ -52,6 +52,7 @@ private:
     void convert(const std::uint8_t *rgb, std::uint8_t *planes) const;
     void setUpPool(GstCaps *caps);
     void pushPicture(GstBuffer *picture, qint64 positionUs);
+    void endStreams();
     void pushSound(const std::int16_t *samples, size_t count);
 
     const QSize m_sourceSize;

@@ -102,8 +102,9 @@ bool MovieJobGst::open()
     }
     if (m_abandoned)
         return false;
-    if (!m_encoding.start(encoder, MovieEncoders::soundDescription(m_settings.quality),
-                          [this] { wake(); })) {
+    const QString soundEncoder =
+        m_settings.withSound ? MovieEncoders::soundDescription(m_settings.quality) : QString();
+    if (!m_encoding.start(encoder, soundEncoder, [this] { wake(); })) {
         fail(text(QT_TRANSLATE_NOOP("MovieWriter", "A component for writing movies is missing.")));
         return false;
     }

@@ -45,6 +45,8 @@ public:
         /// Names of the encoders to try in this order; empty for the best that this machine has.
         QStringList encoders = {};
         MovieQuality quality = MovieQuality::Standard;
+        /// Without it nothing is to be appended but pictures.
+        bool withSound = true;
         /// A disk with less than that left is full.
         qint64 leastFreeBytes = RecordingRules::LEAST_FREE_BYTES;
     };

@@ -75,6 +75,7 @@ MovieProgress MovieWriterGst::progress() const
     progress.bytes = m_job->bytes;
     progress.freeBytes = m_job->freeBytes;
     progress.lengthUs = m_samples * 1000000 / SoundCapture::SAMPLE_RATE;
+    progress.elapsedUs = progress.lengthUs;
     return progress;
 }
 

@@ -19,8 +19,8 @@ std::optional<int> RecordingRules::minutesLeft(const MovieProgress &movie, qint6
     if (movie.freeBytes < 0)
         return {};
     double rate = double(bytesPerSecond);
-    if (movie.lengthUs >= TELLING_US)
-        rate = double(movie.bytes) * 1e6 / double(movie.lengthUs);
+    if (movie.elapsedUs >= TELLING_US)
+        rate = double(movie.bytes) * 1e6 / double(movie.elapsedUs);
     const double room = double(std::max<qint64>(0, movie.freeBytes - LEAST_FREE_BYTES));
     constexpr double MOST_MINUTES = 100 * 60;
     return int(std::min(MOST_MINUTES, room / std::max(rate, 1.0) / 60));
@@ -29,7 +29,7 @@ std::optional<int> RecordingRules::minutesLeft(const MovieProgress &movie, qint6
 bool RecordingRules::isMute(const RecordingState &state)
 {
     const qint64 bound = state.heard.isEmpty() ? SEARCH_US : LONG_SILENCE_US;
-    return state.level.zerosUs >= bound;
+    return state.withSound && state.level.zerosUs >= bound;
 }
 
 int RecordingRules::barsOf(double peakDecibels)

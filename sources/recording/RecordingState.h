@@ -11,8 +11,9 @@
 struct MovieProgress {
     /// Pictures and sound that are in the file; at the end the whole file.
     qint64 bytes = 0;
-    /// How much sound has been taken into the movie, in microseconds.
+    /// How long it plays, and how long it was recorded, in microseconds.
     qint64 lengthUs = 0;
+    qint64 elapsedUs = 0;
     /// What its disk has left; -1 when that is not known.
     qint64 freeBytes = -1;
 };
@@ -21,6 +22,7 @@ struct MovieProgress {
 struct RecordingState {
     bool running = false;
     bool paused = false;
+    bool withSound = true;
     /// The microphone; empty while silence is recorded.
     QString heard;
     SoundMeter::Level level;

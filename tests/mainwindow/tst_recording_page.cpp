@@ -80,7 +80,7 @@ RecordingState goodState()
     state.level.peak = -25;
     state.movie.freeBytes = 10LL * 1000 * 1000 * 1000;
     state.movie.bytes = 60 * 1000 * 1000;
-    state.movie.lengthUs = 60 * 1000000;
+    state.movie.elapsedUs = 60 * 1000000;
     return state;
 }
 

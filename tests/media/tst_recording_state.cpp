@@ -16,7 +16,7 @@ MovieProgress progressOf(qint64 bytes, qint64 seconds, qint64 freeBytes)
 {
     MovieProgress movie;
     movie.bytes = bytes;
-    movie.lengthUs = seconds * 1000000;
+    movie.elapsedUs = seconds * 1000000;
     movie.freeBytes = freeBytes;
     return movie;
 }
@@ -95,6 +95,9 @@ private slots:
         state.heard.clear();
         state.level.zerosUs = 1000000;
         QVERIFY(RecordingRules::isMute(state));
+        state.withSound = false;
+        QVERIFY(!RecordingRules::isMute(state));
+        state.withSound = true;
         state.level.zerosUs = 500000; // it is still being looked for
         QVERIFY(!RecordingRules::isMute(state));
     }

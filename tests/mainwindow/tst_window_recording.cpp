@@ -3,6 +3,8 @@
 
 #include "canvas/ImageCanvas.h"
 #include "canvas/OSDProcessor.h"
+#include "mainwindow/RecordingStatus.h"
+#include "mainwindow/pages/MoreToolWindow.h"
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "tests/sources/LiveRig.h"
@@ -10,6 +12,7 @@
 
 #include "tests/TestProgram.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPainter>
 #include <QProcess>
@@ -151,6 +154,42 @@ private slots:
         record()->click();
         QVERIFY(!pause->isChecked() && !m_window->liveSource()->liveRecording().paused());
         record()->click();
+    }
+
+    void howItIsDoingIsSeenInEveryModeAndNamedAfterwards()
+    {
+        bringUp();
+        const auto *status = m_window->findChild<RecordingStatus *>();
+        QVERIFY(status && !status->isVisible());
+        record()->click();
+        for (const int mode : {Modes::Film, Modes::Photograph, Modes::DrawingBoard, Modes::Live}) {
+            enter(*m_window, mode);
+            QVERIFY(status->isVisible());
+            // At the upper right, and over no button of the modes.
+            QVERIFY(status->geometry().right() > m_window->width() - 30);
+            for (const Commands::Row &row : Commands::rowsOf(Commands::Group::Modes))
+                QVERIFY(!m_window->button(row.command)->geometry().intersects(status->geometry()));
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(movieBytes() > 50000, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(status->toolTip().contains("The disk lasts"), TIMEOUT_MS);
+        // There is no sound server.
+        QTRY_VERIFY_WITH_TIMEOUT(status->toolTip().contains("No sound is recorded"), TIMEOUT_MS);
+        const auto &last = m_window->liveSource()->liveRecording().lastMovie();
+        QVERIFY(!last);
+        record()->click();
+        QVERIFY(!status->isVisible());
+        QVERIFY(last);
+        QCOMPARE(last->fileName, m_folder->filePath(movies().first()));
+        QVERIFY(last->lengthUs > 0 && last->bytes > 50000);
+        m_window->button(Command::More)->click();
+        auto *more = qobject_cast<MoreToolWindow *>(m_window->currentToolWindow());
+        QVERIFY(more);
+        more->showPage(Pages::Id::Recording);
+        QString text;
+        for (const QLabel *label : more->findChildren<QLabel *>())
+            text += label->text();
+        QVERIFY2(text.contains(movies().first()), qPrintable(text));
+        QVERIFY(button(*more, "Open its folder")->isVisible());
     }
 
     void whatIsTakenBackLeavesTheMovie()

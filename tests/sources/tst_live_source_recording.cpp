@@ -193,6 +193,24 @@ private slots:
         QCOMPARE(MovieFile(m_file).complaints(), QString());
     }
 
+    void aTimeLapseHasFewPicturesAndNoSound()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->liveRecording().setTimeLapse(std::chrono::seconds(1));
+        m_rig->source->startRecord(m_file);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        recordFor(FIRST_PICTURE_MS + 500);
+        m_rig->source->stopRecord();
+        QCoreApplication::processEvents();
+        QCOMPARE(m_failures->size(), 0);
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        QVERIFY(movie.stream("audio").isEmpty());
+        const int pictures = movie.stream("video")["nb_frames"].toString().toInt();
+        QVERIFY2(pictures >= 3 && pictures <= 6, qPrintable(QString::number(pictures)));
+        m_rig->source->liveRecording().setTimeLapse(std::chrono::seconds(0));
+    }
+
     void aSizeThatChangesDuringAPauseWaits()
     {
         QVERIFY(m_rig->bringUp(*m_camera));

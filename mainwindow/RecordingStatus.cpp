@@ -6,14 +6,19 @@
 #include <QCoreApplication>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr int LOOK_INTERVAL_MS = 250;
-constexpr int BAR_WIDTH = 4;
-constexpr int BAR_PITCH = 6;
-constexpr int GAP = 8;
+constexpr int BAR_WIDTH = 3;
+constexpr int BAR_PITCH = 5;
+constexpr int GAP = 5;
 constexpr int PIXELS = 12;
+/// From here on hours are told.
+constexpr int MANY_MINUTES = 600;
+constexpr qint64 MANY_LOST = 999;
 constexpr QRgb PLAIN = 0xFFFFFFFF;
 constexpr QRgb UNLIT = 0x60FFFFFF;
 constexpr QRgb SIGN_GROUND = 0xFFFFC83D;
@@ -22,6 +27,13 @@ constexpr QRgb SIGN_INK = 0xFF20242A;
 QString windowText(const char *source)
 {
     return QCoreApplication::translate("MainWindow", source);
+}
+
+QString timeText(int minutes)
+{
+    return minutes < MANY_MINUTES
+               ? windowText(QT_TRANSLATE_NOOP("MainWindow", "%1 min")).arg(minutes)
+               : windowText(QT_TRANSLATE_NOOP("MainWindow", "%1 h")).arg(minutes / 60);
 }
 
 /// Of a movie that says too little yet: what an encoder takes at most, so that the sign comes too
@@ -71,10 +83,13 @@ void RecordingStatus::showState(const RecordingState &state, qint64 missed)
     m_withSound = state.withSound;
     m_mute = RecordingRules::isMute(state);
     m_fewMinutes = minutes && *minutes < RecordingRules::FEW_MINUTES;
-    m_minutes =
-        minutes ? windowText(QT_TRANSLATE_NOOP("MainWindow", "%1 min")).arg(*minutes) : QString();
+    m_minutes = minutes ? timeText(*minutes) : QString();
     const qint64 lost = state.dropped + missed;
-    m_lost = lost > 0 ? QStringLiteral("\u2212%1").arg(lost) : QString();
+    m_lost.clear();
+    if (lost > 0)
+        m_lost = QStringLiteral("\u2212%1").arg(std::min(lost, MANY_LOST));
+    if (lost > MANY_LOST)
+        m_lost += '+';
 
     QStringList tip;
     if (minutes)
@@ -88,7 +103,9 @@ void RecordingStatus::showState(const RecordingState &state, qint64 missed)
     if (missed > 0)
         tip << windowText(QT_TRANSLATE_NOOP("MainWindow", "Frames missed: %1")).arg(missed);
     setToolTip(tip.join('\n'));
-    setAccessibleDescription(tip.join(QStringLiteral(", ")));
+    // Said only when it is another one.
+    if (const QString text = tip.join(QStringLiteral(", ")); text != accessibleDescription())
+        setAccessibleDescription(text);
     update();
 }
 
@@ -99,7 +116,7 @@ void RecordingStatus::paintEvent(QPaintEvent *)
     font.setPixelSize(PIXELS);
     painter.setFont(font);
     int right = width();
-    // From the right: what is always there stays where it is.
+    // From the right, as far as there is room: what is marked comes first.
     const auto put = [&](const QString &text, bool sign) {
         const int textWidth = painter.fontMetrics().horizontalAdvance(text);
         const int space = sign ? 3 : 0;
@@ -117,8 +134,8 @@ void RecordingStatus::paintEvent(QPaintEvent *)
     };
     if (m_withSound)
         right = paintBars(painter) - GAP;
-    put(m_minutes, m_fewMinutes);
     put(m_lost, true);
+    put(m_minutes, m_fewMinutes);
 }
 
 /// Returns where they begin.

@@ -16,7 +16,7 @@ class RecordingStatus : public QWidget
     Q_OBJECT
 
 public:
-    static constexpr QSize SIZE{122, 20};
+    static constexpr QSize SIZE{116, 20};
 
     explicit RecordingStatus(QWidget *window);
 

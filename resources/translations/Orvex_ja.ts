@@ -636,6 +636,10 @@
         <source>Frames missed: %1</source>
         <translation>カメラから受け取れなかった画像：%1</translation>
     </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 時間</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -636,6 +636,10 @@
         <source>Frames missed: %1</source>
         <translation>Потеряно кадров камеры: %1</translation>
     </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 ч</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -636,6 +636,10 @@
         <source>Frames missed: %1</source>
         <translation>遺漏的攝影機畫面：%1</translation>
     </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 小時</translation>
+    </message>
 </context>
 <context>
     <name>MoreToolWindow</name>

@@ -161,6 +161,10 @@ private slots:
         bringUp();
         const auto *status = m_window->findChild<RecordingStatus *>();
         QVERIFY(status && !status->isVisible());
+        // The narrowest window.
+        m_window->resize(m_window->minimumSize());
+        // The narrowest window.
+        m_window->resize(m_window->minimumSize());
         record()->click();
         for (const int mode : {Modes::Film, Modes::Photograph, Modes::DrawingBoard, Modes::Live}) {
             enter(*m_window, mode);

@@ -80,6 +80,7 @@ struct Options {
     /// From when to when it is paused, in seconds; without an end for as long as it lasts.
     std::vector<std::pair<double, double>> pauses;
     qint64 leastFree;
+    MicrophoneChoice microphone;
 };
 
 std::vector<std::pair<double, double>> toPauses(const QStringList &texts)
@@ -144,6 +145,7 @@ std::optional<Options> parse(const QCoreApplication &app)
          {"ppm", "", "n", "0"},
          {"microphone-silent", "", "s", "0"},
          {"pauses", "", "from-to,...", ""},
+         {"microphone", "", "source", ""},
          {"least-free", "", "bytes", QString::number(RecordingRules::LEAST_FREE_BYTES)},
          {"file-limit", "", "bytes", ""},
          {"no-rights", ""}});
@@ -165,7 +167,10 @@ std::optional<Options> parse(const QCoreApplication &app)
                    parser.value("ppm").toInt(),
                    parser.value("microphone-silent").toDouble(),
                    toPauses(parser.value("pauses").split(',', Qt::SkipEmptyParts)),
-                   parser.value("least-free").toLongLong()};
+                   parser.value("least-free").toLongLong(),
+                   parser.isSet("microphone")
+                       ? MicrophoneChoice::ofSource(parser.value("microphone"))
+                       : MicrophoneChoice(SoundServer::CAMERA_ID)};
 }
 
 int record(const Options &options)
@@ -179,13 +184,13 @@ int record(const Options &options)
                      static_cast<qint64>(options.silentSeconds * 1e6));
 
     std::atomic<bool> failed{false};
-    auto writer = MovieWriter::create(
-        {options.file, options.size, options.encoders, MovieQuality::Standard, options.leastFree},
-        [&](const QString &sentence) {
-            say("failed: " + sentence);
-            failed = true;
-        });
-    MovieRecorder recorder(std::move(writer), SoundCapture::create(SoundServer::CAMERA_ID),
+    MovieWriter::Settings settings{options.file, options.size, options.encoders};
+    settings.leastFreeBytes = options.leastFree;
+    auto writer = MovieWriter::create(settings, [&](const QString &sentence) {
+        say("failed: " + sentence);
+        failed = true;
+    });
+    MovieRecorder recorder(std::move(writer), SoundCapture::create(options.microphone),
                            options.size);
     say("recording");
     Pauses pauses(recorder, options, startUs);
@@ -210,8 +215,11 @@ int record(const Options &options)
         slowestUs = std::max(slowestUs, captureMicroseconds() - beforeUs);
         if (n == 0)
             say("first picture");
-        if (n % 30 == 0)
+        if (n % 30 == 0) {
             say(QString("second %1 resident %2 kB").arg(second).arg(residentKb()));
+            const RecordingState state = recorder.state();
+            say(QString("heard \"%1\" at %2 dB").arg(state.heard).arg(state.level.rms));
+        }
     }
     say("finishing");
     recorder.finish();

@@ -132,6 +132,15 @@ private slots:
             return onSmallDisk(file, {"tmpfs", "53M"},
                                {"sh", "-c", script, "sh", QStringLiteral(RECORDPROBE)});
         });
+        record("filling", [](const QString &file) {
+            // Another program takes twenty megabytes a second.
+            const QString script =
+                "(while head -c 2000000 /dev/zero >>\"${2%/*}/rest\" 2>/dev/null; do sleep 0.1;"
+                " done) & filler=$!;"
+                "\"$1\" --size 1280x720 --seconds 60 \"$2\"; kill $filler";
+            return onSmallDisk(file, {"tmpfs", "200M"},
+                               {"sh", "-c", script, "sh", QStringLiteral(RECORDPROBE)});
+        });
         record("second try", [](const QString &file) {
             const QString script = "\"$1\" --size 1280x720 --seconds 60 --least-free 0 \"$2\";"
                                    "cat /dev/zero >\"${2%/*}/rest\" 2>/dev/null;"
@@ -233,6 +242,17 @@ private slots:
         QVERIFY(QFileInfo(outcome.file).size() - content < std::max<qint64>(65536, content / 50));
         const qint64 left = outcome.said.trimmed().split('\n').last().toLongLong();
         QVERIFY2(left > 45000000, qPrintable(QString::number(left)));
+    }
+
+    void aDiskThatSomebodyElseFillsCompletesTheMovie()
+    {
+        const Outcome outcome = recorded("filling");
+        QVERIFY2(
+            outcome.said.contains("failed: The recording was stopped because the disk is full."),
+            outcome.said);
+        expectPlayableUpToTheFailure(outcome);
+        const qint64 content = MovieFile(outcome.file).contentBytes();
+        QVERIFY(QFileInfo(outcome.file).size() - content < std::max<qint64>(65536, content / 50));
     }
 
     void aSecondTryOnAFullDiskLeavesNoFile()

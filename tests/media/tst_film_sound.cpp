@@ -34,15 +34,15 @@ int streams()
 }
 
 /// Listens to what the server plays.
-class SoundMeter
+class ServerMeter
 {
 public:
-    SoundMeter()
+    ServerMeter()
     {
         m_parec.start("parec", {"--device=room.monitor", "--format=s16le", "--rate=44100",
                                 "--channels=1", "--latency-msec=20"});
     }
-    ~SoundMeter()
+    ~ServerMeter()
     {
         m_parec.kill();
         m_parec.waitForFinished(TIMEOUT_MS);
@@ -127,7 +127,7 @@ private slots:
 
     void soundPlaysAndFollowsTheVolume()
     {
-        SoundMeter meter;
+        ServerMeter meter;
         m_source->setFile(m_film);
         QTRY_COMPARE_WITH_TIMEOUT(streams(), 1, TIMEOUT_MS);
         QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
@@ -143,7 +143,7 @@ private slots:
 
     void theVolumeHoldsForTheNextFilm()
     {
-        SoundMeter meter;
+        ServerMeter meter;
         m_source->setFile(m_film);
         QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         const double full = meter.loudness();
@@ -204,7 +204,7 @@ private slots:
         qputenv("PULSE_SERVER", server);
         QTRY_VERIFY_WITH_TIMEOUT(outputOf("pactl", {"list", "sink-inputs"}).contains("ALSA"),
                                  TIMEOUT_MS);
-        SoundMeter meter;
+        ServerMeter meter;
         QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         QVERIFY(devices.remove());
     }
@@ -235,7 +235,7 @@ private slots:
         // A server that answers again, as a slow machine's does, is used again where the film is.
         m_server->freeze(false);
         // The call that hung leaves a silent stream there for a moment.
-        SoundMeter meter;
+        ServerMeter meter;
         QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         verifyThePicturesGoOn();
         QVERIFY(m_sink.lastNumber() >= 750);

@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr int INTERVAL_MS = 100;
+constexpr int LEVEL_INTERVAL_MS = 100;
 constexpr int BAR_HEIGHT = 8;
 constexpr int BAR_GAP = 4;
 /// What is quieter leaves the bar empty.
@@ -34,7 +34,7 @@ MicrophoneLevel::MicrophoneLevel(LiveSource *source, QWidget *parent)
     layout->setContentsMargins(0, 0, 0, BAR_HEIGHT + BAR_GAP);
     layout->addWidget(m_name);
     connect(&m_timer, &QTimer::timeout, this, &MicrophoneLevel::look);
-    m_timer.setInterval(INTERVAL_MS);
+    m_timer.setInterval(LEVEL_INTERVAL_MS);
 }
 
 void MicrophoneLevel::showEvent(QShowEvent *event)

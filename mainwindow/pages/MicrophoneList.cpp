@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr int LOOK_INTERVAL_MS = 500;
+constexpr int SOURCES_INTERVAL_MS = 500;
 
 } // namespace
 
@@ -25,7 +25,7 @@ MicrophoneList::MicrophoneList(LiveRecording *recording, QWidget *parent)
     setMinimumContentsLength(1);
     connect(this, QOverload<int>::of(&QComboBox::activated), this, &MicrophoneList::take);
     connect(&m_timer, &QTimer::timeout, this, &MicrophoneList::look);
-    m_timer.start(LOOK_INTERVAL_MS);
+    m_timer.start(SOURCES_INTERVAL_MS);
     refresh();
 }
 

@@ -809,7 +809,7 @@
     </message>
     <message>
         <source>Last movie</source>
-        <translation>Letzter Film</translation>
+        <translation>Letztes Video</translation>
     </message>
     <message>
         <source>Open its folder</source>
@@ -837,7 +837,7 @@
     </message>
     <message>
         <source>Size of movies</source>
-        <translation>Größe der Filme</translation>
+        <translation>Größe der Videos</translation>
     </message>
     <message>
         <source>Standard</source>

@@ -809,7 +809,7 @@
     </message>
     <message>
         <source>Last movie</source>
-        <translation>Última película</translation>
+        <translation>Último vídeo</translation>
     </message>
     <message>
         <source>Open its folder</source>
@@ -837,7 +837,7 @@
     </message>
     <message>
         <source>Size of movies</source>
-        <translation>Tamaño de las películas</translation>
+        <translation>Tamaño de los vídeos</translation>
     </message>
     <message>
         <source>Standard</source>

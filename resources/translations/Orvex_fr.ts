@@ -630,11 +630,11 @@
     </message>
     <message>
         <source>Pictures dropped: %1</source>
-        <translation>Images perdues : %1</translation>
+        <translation>Images perdues : %1</translation>
     </message>
     <message>
         <source>Frames missed: %1</source>
-        <translation>Images de la caméra manquées : %1</translation>
+        <translation>Images de la caméra manquées : %1</translation>
     </message>
     <message>
         <source>%1 h</source>
@@ -809,7 +809,7 @@
     </message>
     <message>
         <source>Last movie</source>
-        <translation>Dernier film</translation>
+        <translation>Dernière vidéo</translation>
     </message>
     <message>
         <source>Open its folder</source>
@@ -833,11 +833,11 @@
     </message>
     <message>
         <source>Heard now: %1</source>
-        <translation>Entendu actuellement : %1</translation>
+        <translation>Entendu actuellement : %1</translation>
     </message>
     <message>
         <source>Size of movies</source>
-        <translation>Taille des films</translation>
+        <translation>Taille des vidéos</translation>
     </message>
     <message>
         <source>Standard</source>

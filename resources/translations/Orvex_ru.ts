@@ -809,7 +809,7 @@
     </message>
     <message>
         <source>Last movie</source>
-        <translation>Последний фильм</translation>
+        <translation>Последнее видео</translation>
     </message>
     <message>
         <source>Open its folder</source>
@@ -837,7 +837,7 @@
     </message>
     <message>
         <source>Size of movies</source>
-        <translation>Размер фильмов</translation>
+        <translation>Размер видео</translation>
     </message>
     <message>
         <source>Standard</source>

@@ -809,7 +809,7 @@
     </message>
     <message>
         <source>Last movie</source>
-        <translation>上一部影片</translation>
+        <translation>上次錄影</translation>
     </message>
     <message>
         <source>Open its folder</source>
@@ -837,7 +837,7 @@
     </message>
     <message>
         <source>Size of movies</source>
-        <translation>影片大小</translation>
+        <translation>錄影大小</translation>
     </message>
     <message>
         <source>Standard</source>

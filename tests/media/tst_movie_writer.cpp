@@ -111,13 +111,19 @@ private slots:
         const auto bytesOf = [this](MovieQuality quality) {
             const QString file = m_folder.filePath("quality.mov");
             WrittenMovie movie(file, QSize(1280, 720), {"x264enc"}, quality);
-            // A page with fine lines that is moved about.
+            // Lines of writing under a moving hand, with the noise of a camera.
             std::vector<std::uint8_t> rgb(1280 * 720 * 3);
+            std::uint32_t noise = 1;
             for (int n = 0; n < 60; ++n) {
                 for (int y = 0; y < 720; ++y) {
                     for (int x = 0; x < 1280; ++x) {
-                        const int pattern = (x + 3 * n) * (y + 2 * n) / 64 % 23 * 9;
-                        memset(rgb.data() + (qptrdiff{y} * 1280 + x) * 3, 40 + pattern, 3);
+                        const bool ink = (x / 3 * 7 + y / 12 * 13) % 5 == 0 && y / 12 % 2 == 1;
+                        const int dx = x - 200 - 8 * n;
+                        const bool hand = dx * dx + (y - 360) * (y - 360) < 150 * 150;
+                        noise = noise * 1664525 + 1013904223;
+                        const int grey = hand ? 120 + (x + y) % 60 : ink ? 60 : 225;
+                        memset(rgb.data() + (qptrdiff{y} * 1280 + x) * 3, grey + int(noise >> 29),
+                               3);
                     }
                 }
                 movie.appendSound(n);

@@ -1,44 +1,14 @@
 #include "canvas/ImageCanvas.h"
 #include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/LargeAllocations.h"
 
 #include <QtTest>
 
 #include <QPainter>
 
-#include <atomic>
-#include <cstdlib>
-#include <sys/resource.h>
 #include <vector>
 
-namespace
-{
-
-/// Far above any bookkeeping and far below a frame.
-constexpr std::size_t LARGE = 100000;
-std::atomic<int> largeAllocations{0};
-
-} // namespace
-
-// Every allocation of the process comes through here, those of the toolkit too.
-extern "C" void *__libc_malloc(std::size_t bytes);
-extern "C" void *malloc(std::size_t bytes)
-{
-    if (bytes >= LARGE)
-        ++largeAllocations;
-    return __libc_malloc(bytes);
-}
-
-namespace
-{
-
-long pageFaults()
-{
-    rusage usage{};
-    getrusage(RUSAGE_THREAD, &usage);
-    return usage.ru_minflt;
-}
-
-} // namespace
+using namespace LargeAllocations;
 
 /// In a steady stream a frame must cost its arithmetic only: freshly mapped memory costs more than
 /// all of it.
@@ -49,11 +19,11 @@ class SteadyStreamTest : public QObject
 private slots:
     void theCounterSeesAPicture()
     {
-        const int before = largeAllocations;
+        const int before = count();
         const long faultsBefore = pageFaults();
         QImage picture(1920, 1080, QImage::Format_RGB888);
         picture.fill(1);
-        QVERIFY(largeAllocations > before);
+        QVERIFY(count() > before);
         QVERIFY(pageFaults() - faultsBefore > 100);
     }
 
@@ -100,12 +70,12 @@ private slots:
         for (int i = 0; i < 10; ++i)
             showOne(static_cast<uchar>(i));
 
-        const int allocationsBefore = largeAllocations;
+        const int allocationsBefore = count();
         const long faultsBefore = pageFaults();
         for (int i = 0; i < 20; ++i)
             showOne(static_cast<uchar>(i));
         const long faults = pageFaults() - faultsBefore;
-        QCOMPARE(largeAllocations - allocationsBefore, 0);
+        QCOMPARE(count() - allocationsBefore, 0);
         // A few for bookkeeping; one frame alone has 1519 pages.
         QVERIFY2(faults < 10, qPrintable(QString::number(faults)));
     }
@@ -129,14 +99,14 @@ private slots:
             i % 2 == 0 ? canvas.undo() : canvas.redo();
         }
 
-        const int allocationsBefore = largeAllocations;
+        const int allocationsBefore = count();
         const long faultsBefore = pageFaults();
         for (int i = 0; i < 20; ++i) {
             i % 2 == 0 ? canvas.undo() : canvas.redo();
             showOne();
         }
         const long faults = pageFaults() - faultsBefore;
-        QCOMPARE(largeAllocations - allocationsBefore, 0);
+        QCOMPARE(count() - allocationsBefore, 0);
         QVERIFY2(faults < 10, qPrintable(QString::number(faults)));
         QVERIFY(canvas.canUndo());
         QVERIFY(canvas.currentImage() != blank);

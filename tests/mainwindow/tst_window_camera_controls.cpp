@@ -148,6 +148,33 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(slider("Exposure")->value(), 158, TIMEOUT_MS);
     }
 
+    void whatIsKeptIsSetWhileThePageIsClosed()
+    {
+        VirtualCameraConfig config;
+        config.serial = "V";
+        config.controls = ForeignMake::usualControls();
+        VirtualCamera own(config);
+        CameraPreferences::choose(*m_window->findChild<CameraKeeper *>(), CameraChoice(),
+                                  QString());
+        QVERIFY(own.plug());
+        QVERIFY(QTest::qWaitFor([&] { return own.statistics().framesSent > 2; }, TIMEOUT_MS));
+        QVERIFY(asked());
+        QTest::keyClick(slider("Exposure"), Qt::Key_Right);
+        const auto stands = [&own] {
+            return QTest::qWaitFor(
+                [&own] { return own.unitControls().value(Control::Exposure) == 158; }, TIMEOUT_MS);
+        };
+        QVERIFY(stands());
+        own.unplug(); // and loses its power
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(own.plug());
+        QVERIFY(stands());
+        openCameraPage();
+        choose("A");
+        QVERIFY(shows({1280, 720}));
+    }
+
     void aCameraWithoutZoomZoomsTheCanvas()
     {
         QVERIFY(asked());

@@ -1,0 +1,33 @@
+#include "tests/canvas/LargeAllocations.h"
+
+#include <sys/resource.h>
+
+#include <atomic>
+#include <cstdlib>
+
+namespace
+{
+
+std::atomic<int> largeAllocations{0};
+
+} // namespace
+
+extern "C" void *__libc_malloc(std::size_t bytes);
+extern "C" void *malloc(std::size_t bytes)
+{
+    if (bytes >= LargeAllocations::LARGE)
+        ++largeAllocations;
+    return __libc_malloc(bytes);
+}
+
+int LargeAllocations::count()
+{
+    return largeAllocations;
+}
+
+long LargeAllocations::pageFaults()
+{
+    rusage usage{};
+    getrusage(RUSAGE_THREAD, &usage);
+    return usage.ru_minflt;
+}

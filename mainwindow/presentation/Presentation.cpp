@@ -185,7 +185,8 @@ void Presentation::findsScreen()
 void Presentation::checkPlace()
 {
     // Some window managers hand the focus to every new window.
-    if (std::exchange(m_keepsFocus, false) && m_view->isActiveWindow())
+    const bool keepsFocus = std::exchange(m_keepsFocus, false);
+    if (keepsFocus && m_view->isActiveWindow())
         m_window->activateWindow();
     if (!m_screen)
         return;
@@ -198,6 +199,8 @@ void Presentation::checkPlace()
     if (m_view->geometry() == m_screen->geometry() || m_corrected)
         return;
     m_corrected = true;
+    // The window takes the focus a second time when it is made full screen again.
+    m_keepsFocus = keepsFocus || m_window->isActiveWindow();
     fillScreen(m_screen);
     m_check.start();
 }

@@ -122,7 +122,7 @@ void PlatformTest::theWindowAndItsTitleBarAlwaysFit()
             QVERIFY(scale <= dpi / 96.0);
             QVERIFY2(768 * scale + 32 * dpi / 96.0 <= height || scale <= 0.5,
                      qPrintable(QString("%1 dpi, %2 high: %3").arg(dpi).arg(height).arg(scale)));
-            QVERIFY(938 * scale <= height * 16 / 9);
+            QVERIFY(938 * scale <= height * 16.0 / 9);
         }
     }
 }

@@ -1,3 +1,3 @@
 #include "tests/fakes/FakeMainWindow.h"
 
-#include "moc_FakeMainWindow.cpp"
+#include "moc_FakeMainWindow.cpp" // NOLINT(bugprone-suspicious-include): as moc names it

@@ -108,7 +108,7 @@ private slots:
         pump.setSource(true);
         const qint64 startUs = captureMicroseconds();
         for (int n = 0; n < 20; ++n)
-            pump.push(std::vector<std::int16_t>(2047, 7), startUs + n * 100);
+            pump.push(std::vector<std::int16_t>(2047, 7), startUs + qint64{n} * 100);
         QTRY_COMPARE(int(listener.pieces().size()), 20);
         pump.stop();
         for (const PumpListener::Piece &piece : listener.pieces())

@@ -113,7 +113,7 @@ private slots:
             placed += std::int64_t(timeline.place(samples.data(), 441, positionUs).size());
         }
         placed += std::int64_t(timeline.placeRest().size());
-        const double excessMs = 1000.0 * double(placed) / RATE - (10000 - lateUs / 1000);
+        const double excessMs = 1000.0 * double(placed) / RATE - (10000 - lateUs / 1000.0);
         QVERIFY2(std::fabs(excessMs) < 4, qPrintable(QString::number(excessMs)));
     }
 

@@ -78,7 +78,7 @@ private:
     /// A photograph of 1200 x 900 with that kind of interlacing.
     QString photograph(const QString &interlace) const
     {
-        const QString file = path("photograph-" + interlace + ".jpg");
+        QString file = path("photograph-" + interlace + ".jpg");
         QProcess::execute("convert", {"-seed", "1", "-size", "1200x900", "plasma:red-blue",
                                       "-interlace", interlace, file});
         return file;

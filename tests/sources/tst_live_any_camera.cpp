@@ -165,7 +165,7 @@ private slots:
         const auto frame = UncompressedFrame::encode(picture, static_cast<StreamCoding>(sent));
         const auto coding = static_cast<StreamFormats::Coding>(as);
         QImage shown(picture.size(), QImage::Format_RGB888);
-        std::vector<std::uint8_t> rgb(102 * 71 * 3, 0xEE);
+        std::vector<std::uint8_t> rgb(std::size_t{102} * 71 * 3, 0xEE);
         PackedRgb packed(coding, picture.size());
         QVERIFY(!packed.convert(frame.data(), frame.size() - 1, rgb.data()));
         QVERIFY(rgb.front() == 0xEE && rgb.back() == 0xEE);
@@ -200,7 +200,7 @@ private slots:
                 std::vector<std::uint8_t> rgb;
                 for (int y = 0; y < 23; ++y)
                     rgb.insert(rgb.end(), picture.constScanLine(y),
-                               picture.constScanLine(y) + 37 * 3);
+                               picture.constScanLine(y) + std::ptrdiff_t{37} * 3);
                 mirror.apply(rgb.data(), picture.size(),
                              Qt::Orientations(horizontal ? Qt::Horizontal : 0) |
                                  Qt::Orientations(vertical ? Qt::Vertical : 0));

@@ -2,9 +2,11 @@
 
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/Modes.h"
+#include "settings/Preferences.h"
 
 #include "tests/Allocator.h"
 #include "tests/TestProgram.h"
+#include "tests/canvas/CanvasPointers.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -22,7 +24,12 @@ class WindowToolsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { beOnOneself(); }
+    void initTestCase()
+    {
+        // The preferences are named for the program.
+        QCoreApplication::setOrganizationName("Window tools");
+        beOnOneself();
+    }
     void init() { usualSettings(); }
     void holdingOpensThePopUpAndItsTool_data();
     void holdingOpensThePopUpAndItsTool();
@@ -38,6 +45,7 @@ private slots:
     void aHeldToolIsChecked();
     void zoomStepsOnOtherCanvases();
     void rotateFreezeAndMacroReachTheirTargets();
+    void aWindowBeginsWithTheChosenPressure();
 };
 
 void WindowToolsTest::holdingOpensThePopUpAndItsTool_data()
@@ -360,6 +368,33 @@ void WindowToolsTest::rotateFreezeAndMacroReachTheirTargets()
     window.zoomOutStart();
     window.zoomOutStop();
     window.zoomInStop();
+}
+
+void WindowToolsTest::aWindowBeginsWithTheChosenPressure()
+{
+    const auto drawn = [](int chosen) {
+        Preferences::setNumber("penPressure", chosen);
+        MainWindow window;
+        enter(window, 3);
+        ImageCanvas *canvas = window.currentCanvas();
+        canvas->setMouseMode(ImageCanvas::Freehand);
+        canvas->penColor = Qt::red;
+        canvas->penWidth = 40;
+        const QPoint middle = canvas->rect().center();
+        CanvasPointers::penDrag(*canvas, {middle - QPoint(100, 0), middle + QPoint(100, 0)},
+                                {0.1, QTabletEvent::Pen, {}});
+        canvas->autoRefresh();
+        const QImage picture = canvas->currentImage();
+        int rows = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            rows += picture.pixelColor(picture.width() / 2, y) == QColor(Qt::red) ? 1 : 0;
+        return rows;
+    };
+    const int pressed = drawn(1);
+    const int even = drawn(0);
+    QFile::remove(Preferences::fileName());
+    QVERIFY(pressed > 0);
+    QVERIFY2(pressed < even / 2, qPrintable(QString("%1 %2").arg(pressed).arg(even)));
 }
 
 REGISTER_TEST(WindowToolsTest)

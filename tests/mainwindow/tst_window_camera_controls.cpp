@@ -146,6 +146,7 @@ private slots:
         QVERIFY(shows({1280, 720}));
         QTRY_VERIFY_WITH_TIMEOUT(!automatic("Exposure")->isChecked(), TIMEOUT_MS);
         QTRY_COMPARE_WITH_TIMEOUT(slider("Exposure")->value(), 158, TIMEOUT_MS);
+        QVERIFY(isClosed(other));
     }
 
     void whatIsKeptIsSetWhileThePageIsClosed()
@@ -173,6 +174,7 @@ private slots:
         openCameraPage();
         choose("A");
         QVERIFY(shows({1280, 720}));
+        QVERIFY(isClosed(own));
     }
 
     void aCameraWithoutZoomZoomsTheCanvas()
@@ -199,6 +201,7 @@ private slots:
         QVERIFY(!box("Against flickering light")->isVisible());
         choose("A");
         QVERIFY(shows({1280, 720}));
+        QVERIFY(isClosed(plain));
     }
 
     void aSizeOfThePageTakesThePlaceOfTheSettings()
@@ -295,6 +298,12 @@ private:
         return QTest::qWaitFor(
             [&] { return !settings.asking() && settings.controls().has(Control::Exposure); },
             TIMEOUT_MS);
+    }
+
+    /// Whether the program has let go of a camera, which then may cease to be.
+    static bool isClosed(const VirtualCamera &camera)
+    {
+        return QTest::qWaitFor([&] { return camera.statistics().openHandles == 0; }, TIMEOUT_MS);
     }
 
     bool comesTo(Control control, std::int64_t value) const

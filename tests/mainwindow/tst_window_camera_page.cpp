@@ -114,6 +114,8 @@ private slots:
         QCOMPARE(cameras()->currentText(), QString("Foreign camera"));
         chooseCamera("The document camera");
         QVERIFY(comes("The camera shows 1280 x 720"));
+        // A camera may cease to be when the program has let go of it.
+        QTRY_COMPARE_WITH_TIMEOUT(foreign.statistics().openHandles, 0, TIMEOUT_MS);
     }
 
     void aPictureThatWasNotSavedIsMarkedUntilItIsRead()

@@ -9,7 +9,7 @@
 #include <private/qabstractfileengine_p.h>
 #include <private/qfsfileengine_p.h>
 
-#include <atomic>
+#include <memory>
 
 namespace
 {
@@ -50,54 +50,67 @@ public:
     }
 };
 
+/// Never destroyed, as the thread of a dialog may still be reading when the program ends.
+SilentPlaces &silentPlaces()
+{
+    static auto &places = *new SilentPlaces;
+    return places;
+}
+
+/// The program's own threads may wait for a drive as long as they like.
+bool isForThisThread()
+{
+    const QThread *thread = QThread::currentThread();
+    return thread == QCoreApplication::instance()->thread() ||
+           thread->inherits("QFileInfoGatherer");
+}
+
 /// Stands between the toolkit and the system for every name of a file.
 class AnsweringFilesAlone : public QAbstractFileEngineHandler
 {
 public:
     QAbstractFileEngine *create(const QString &name) const override
     {
-        if (m_users == 0 || name.isEmpty() || name.startsWith(':') || !isForThisThread())
+        if (name.isEmpty() || name.startsWith(':') || !isForThisThread())
             return nullptr;
+        return AnsweringFiles::answers(absolute(name)) ? nullptr : new AbsentFile(name);
+    }
+
+private:
+    static QString absolute(const QString &name)
+    {
         QString path = name.startsWith('/') ? name : QDir::currentPath() + '/' + name;
         // The toolkit puts two in front of some names.
         while (path.startsWith("//"))
             path.remove(0, 1);
-        return m_places.answers(path) ? nullptr : new AbsentFile(name);
-    }
-
-    std::atomic<int> m_users{0};
-    mutable SilentPlaces m_places;
-
-private:
-    /// The program's own threads may wait for a drive as long as they like.
-    [[nodiscard]] static bool isForThisThread()
-    {
-        const QThread *thread = QThread::currentThread();
-        return thread == QCoreApplication::instance()->thread() ||
-               thread->inherits("QFileInfoGatherer");
+        return path;
     }
 };
 
-/// Never destroyed, as the thread of a dialog may still be reading when the program ends.
-AnsweringFilesAlone &answeringFilesAlone()
-{
-    static auto &instance = *new AnsweringFilesAlone;
-    return instance;
-}
+/// Both of the GUI thread.
+int users = 0;
+std::unique_ptr<AnsweringFilesAlone> handler;
 
 } // namespace
 
+// Only while it is needed, and never longer than the application: the toolkit looks for it in a
+// list that it destroys before the settings are written for the last time.
 AnsweringFiles::Active::Active()
 {
-    ++answeringFilesAlone().m_users;
+    if (users++ > 0 || !QCoreApplication::instance())
+        return;
+    static const bool once = (qAddPostRoutine([] { handler.reset(); }), true);
+    static_cast<void>(once);
+    handler = std::make_unique<AnsweringFilesAlone>();
 }
 
 AnsweringFiles::Active::~Active()
 {
-    --answeringFilesAlone().m_users;
+    if (--users == 0)
+        handler.reset();
 }
 
 bool AnsweringFiles::answers(const QString &path)
 {
-    return answeringFilesAlone().m_places.answers(path);
+    return silentPlaces().answers(path);
 }

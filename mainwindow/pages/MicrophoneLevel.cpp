@@ -60,7 +60,9 @@ void MicrophoneLevel::look()
             ? Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "No microphone is heard"))
             : Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Heard now: %1")).arg(name));
     m_level = m_preview.level();
-    setAccessibleDescription(m_name->text());
+    // Screen readers are told each time, so only when it is another one.
+    if (m_name->text() != accessibleDescription())
+        setAccessibleDescription(m_name->text());
     update();
 }
 

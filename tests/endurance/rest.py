@@ -1,0 +1,164 @@
+"""The program at rest: everything is put back, and what it holds is compared with before."""
+
+import random
+import signal
+import time
+
+import model
+from lesson import EFFECT, RETURN, Mismatch
+from model import LIVE, canvas, shown_popup
+from watch import Growth, Patience
+
+END = 2.0
+SETTLED = 3.0
+
+
+class Rest:
+    def __init__(self, lesson):
+        self.lesson = lesson
+        self.growth = None
+        self.summaries = []
+
+    def summary(self):
+        return "; ".join(self.summaries) or "not reached"
+
+    @staticmethod
+    def line(use):
+        return ", ".join("%s %d" % (name, use[name]) for name in sorted(use))
+
+    def measure(self):
+        """What the program holds, once that no longer falls."""
+        lesson = self.lesson
+        def now():
+            use = lesson.program.use()
+            use.update(lesson.program.witness.ask("census"))
+            return use
+        now()
+        time.sleep(0.5)
+        least = now()
+        patience = Patience(lesson.lateness, SETTLED)
+        while not patience.ends():
+            time.sleep(0.5)
+            use = now()
+            least = {name: min(least[name], use[name]) for name in use}
+        return least
+
+    def click(self, name):
+        lesson = self.lesson
+        lesson.look()
+        lesson.desk.click(*lesson.target(name))
+
+    def enter(self, mode):
+        self.click(model.MODE_NAMES[mode])
+        self.lesson.await_("the mode is " + model.MODE_NAMES[mode], lambda s: s["mode"] == mode)
+
+    def come_to_rest(self):
+        """Live, no pop-up, no dialog, no recording, every fault mended."""
+        lesson = self.lesson
+        desk = lesson.desk
+        desk.let_go()
+        lesson.world.mend()
+        rng = random.Random(1)
+        while desk.plugged:
+            desk.pull_screen(desk.plugged[-1])
+        if not lesson.plugged:
+            lesson.program.command("plug")
+            lesson.plugged = True
+        lesson.look()
+        lesson.answer_dialogs(rng)
+        lesson.wake(rng)
+        for _ in range(6):
+            state = lesson.look()
+            if not (shown_popup(state) or canvas(state)["writes"] or state["fullScreen"]
+                    or state["presentation"]["open"]):
+                break
+            if shown_popup(state) and state["active"] == "MainWindow":
+                desk.click(*lesson.middle(), number=2)
+            desk.key("Esc")
+            time.sleep(0.2)
+        if state["recording"]:
+            desk.key("Ctrl+R") if state["mode"] == LIVE else None
+        if not model.button(state, "Line"):
+            desk.key("F9")
+            lesson.await_("the panel is there", lambda s: model.button(s, "Line"))
+        desk.place(int(state["id"]), 200, 40, 938, 768)
+        lesson.await_("the window is as at first", lambda s: abs(s["window"][2] - 938) <= 2 and s["window"][0] > 150)
+        if lesson.look()["mode"] != LIVE:
+            self.enter(LIVE)
+        if lesson.look()["recording"]:
+            self.click("Record video")
+            lesson.await_("the recording has ended", lambda s: not s["recording"])
+        lesson.upset()
+        lesson.upset_until = 0
+        lesson.await_camera(RETURN)
+        # The pop-up that was open last stays in memory.
+        self.click("About")
+        lesson.await_("the pop-up is open", lambda s: shown_popup(s) == "About")
+        desk.key("Esc")
+        lesson.await_("the pop-up is closed", lambda s: not shown_popup(s))
+
+    def warm_up(self):
+        """Uses everything once, as what is made at its first use is no growth."""
+        lesson = self.lesson
+        desk = lesson.desk
+        rng = random.Random(2)
+        for mode, name in ((model.FILM, "Open film"), (model.PHOTOGRAPH, "Open folder of photographs")):
+            self.enter(mode)
+            self.click(name)
+            lesson.await_("there is a dialog", lambda s: s["dialog"] and s["dialog"]["active"])
+            files = {model.FILM: lesson.world.films + "/lesson.mov",
+                     model.PHOTOGRAPH: lesson.world.photographs + "/photo0.jpg"}
+            lesson.open_file(files[mode])
+            lesson.await_("the dialog is gone", lambda s: not s["dialog"])
+            lesson.await_("a picture is there", lambda s: canvas(s)["width"] > 0, EFFECT)
+        self.enter(model.BOARD)
+        self.enter(LIVE)
+        for _ in range(2):
+            self.click("Record video")
+            lesson.await_("it records", lambda s: s["recording"])
+            time.sleep(1)
+            self.click("Record video")
+            lesson.await_("it does not record", lambda s: not s["recording"])
+            self.click("Take snapshot")
+            for name in ("More", "Settings"):
+                self.click(name)
+                lesson.await_("the pop-up is open", lambda s: shown_popup(s) == name)
+                desk.key("Esc")
+                lesson.await_("the pop-up is closed", lambda s: not shown_popup(s))
+            desk.key("F5")
+            lesson.await_("the class sees it", lambda s: s["presentation"]["open"])
+            desk.activate(int(lesson.state["id"]))
+            lesson.await_("the window has the focus", lambda s: s["active"] == "MainWindow")
+            desk.key("F5")
+            lesson.await_("the class sees it no more", lambda s: not s["presentation"]["open"])
+            lesson.program.command("unplug")
+            lesson.await_("the camera has gone", lambda s: s["camera"]["silentMs"] > 700)
+            lesson.program.command("plug")
+            self.come_to_rest()
+        lesson.answer_dialogs(rng)
+        self.growth = Growth(self.measure())
+
+    def compare(self):
+        self.come_to_rest()
+        complaint = self.growth.complaint(self.measure())
+        first, last = self.growth.first, self.growth.last
+        self.summaries.append(", ".join("%s %d to %d" % (name, first[name], last[name]) for name in sorted(first)))
+        if complaint:
+            raise Mismatch("at rest " + complaint)
+
+    def end(self):
+        """Told to end, also while it records: in time, with the right code, and what it wrote is whole."""
+        lesson = self.lesson
+        self.come_to_rest()
+        self.click("Record video")
+        lesson.await_("it records", lambda s: s["recording"])
+        time.sleep(2.5)
+        before = lesson.lateness.reading()
+        code, took = lesson.program.end()
+        if code != 128 + signal.SIGTERM:
+            raise Mismatch("its exit code is %d" % code)
+        if took > END + lesson.lateness.since(before):
+            raise Mismatch("its end took %.1f s" % took)
+        complaints = lesson.world.complaints()
+        if complaints:
+            raise Mismatch("; ".join(complaints))

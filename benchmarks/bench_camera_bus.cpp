@@ -2,8 +2,10 @@
 // process (to be started with the preloaded libraries of measure-camera-bus):
 //   bench_camera_bus list: how long the list of eight cameras takes
 //   bench_camera_bus keeper SECONDS: the share of a core that the keeper takes while a picture is
-//   shown bench_camera_bus returns TIMES: from plugging in to the picture, and how long the window
-//   was away bench_camera_bus large SECONDS: Motion-JPEG of 3840x2160 at 30 a second in the window
+//       shown
+//   bench_camera_bus returns TIMES: from plugging in to the picture, and how long the window was
+//       away
+//   bench_camera_bus large SECONDS: Motion-JPEG of 3840x2160 at 30 a second in the window
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CameraPreferences.h"
@@ -77,6 +79,26 @@ bool shows(const MainWindow &window)
            window.liveSource()->cameraLink().frames > 0;
 }
 
+/// The window, and the camera whose picture it shows.
+struct ShownCamera {
+    explicit ShownCamera(const VirtualCameraConfig &config = {})
+        : camera(config)
+    {
+        window.show();
+    }
+    /// Plugs the camera in and waits for its picture; false without the preloaded libraries.
+    [[nodiscard]] bool start()
+    {
+        if (!camera.plug())
+            return false;
+        runUntil([this] { return shows(window); });
+        return true;
+    }
+
+    VirtualCamera camera;
+    MainWindow window;
+};
+
 int measureList()
 {
     std::vector<std::unique_ptr<VirtualCamera>> cameras;
@@ -128,12 +150,9 @@ double threadTime(const QByteArray &name)
 
 int measureKeeper(double seconds)
 {
-    VirtualCamera camera;
-    MainWindow window;
-    window.show();
-    if (!camera.plug())
+    ShownCamera shown;
+    if (!shown.start())
         return 1;
-    runUntil([&] { return shows(window); });
     runFor(2);
     const double before = threadTime("CameraKeeper");
     QElapsedTimer timer;
@@ -159,12 +178,11 @@ void runBeside(const std::function<void()> &call)
 
 int measureReturns(int times)
 {
-    VirtualCamera camera;
-    MainWindow window;
-    window.show();
-    if (!camera.plug())
+    ShownCamera shown;
+    if (!shown.start())
         return 1;
-    runUntil([&] { return shows(window); });
+    VirtualCamera &camera = shown.camera;
+    const MainWindow &window = shown.window;
     std::vector<double> returns;
     std::vector<double> away;
     QTimer beat;
@@ -215,16 +233,15 @@ int measureLarge(double seconds)
     config.formats = {{UsbDescriptors::StreamCoding::MotionJpeg,
                        {{static_cast<std::uint16_t>(LARGEST.width()),
                          static_cast<std::uint16_t>(LARGEST.height())}}}};
-    VirtualCamera camera(config);
-    MainWindow window;
-    window.show();
+    ShownCamera shown(config);
+    VirtualCamera &camera = shown.camera;
+    const MainWindow &window = shown.window;
     CameraPreferences::choose(keeperOf(window),
                               CameraIdentity{config.vendorId, config.productId, config.serial},
                               config.product);
     CameraPreferences::setPreviewSize(*window.liveSource(), LARGEST);
-    if (!camera.plug())
+    if (!shown.start())
         return 1;
-    runUntil([&] { return shows(window); });
     runFor(2);
     const CameraLink before = window.liveSource()->cameraLink();
     const qint64 sent = static_cast<qint64>(camera.statistics().framesSent);

@@ -33,6 +33,10 @@ TEST_PACKAGES="
 TIDY_PACKAGES="
     clang-tidy"
 
+# What adds up what the tests reach (tests/coverage/coverage).
+COVERAGE_PACKAGES="
+    gcovr"
+
 # What the benchmarks measure beside it.
 BENCHMARK_PACKAGES="
     gstreamer1.0-tools libbenchmark-dev libopencv-dev libturbojpeg0-dev mpv

@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <tuple>
 
 namespace
 {
@@ -41,6 +42,13 @@ QString timeText(int minutes)
 constexpr qint64 USUAL_BYTES_A_SECOND = 1000 * 1000;
 
 } // namespace
+
+bool RecordingStatus::Shown::operator==(const Shown &other) const
+{
+    return std::tie(bars, withSound, mute, minutes, fewMinutes, lost) ==
+           std::tie(other.bars, other.withSound, other.mute, other.minutes, other.fewMinutes,
+                    other.lost);
+}
 
 RecordingStatus::RecordingStatus(QWidget *window)
     : QWidget(window)
@@ -79,23 +87,23 @@ void RecordingStatus::showState(const RecordingState &state, qint64 missed)
 {
     const std::optional<int> minutes =
         RecordingRules::minutesLeft(state.movie, USUAL_BYTES_A_SECOND);
-    m_bars = RecordingRules::barsOf(state.level.peak);
-    m_withSound = state.withSound;
-    m_mute = RecordingRules::isMute(state);
-    m_fewMinutes = minutes && *minutes < RecordingRules::FEW_MINUTES;
-    m_minutes = minutes ? timeText(*minutes) : QString();
     const qint64 lost = state.dropped + missed;
-    m_lost.clear();
+    Shown shown;
+    shown.bars = RecordingRules::barsOf(state.level.shownPeak);
+    shown.withSound = state.withSound;
+    shown.mute = RecordingRules::isMute(state);
+    shown.fewMinutes = minutes && *minutes < RecordingRules::FEW_MINUTES;
+    shown.minutes = minutes ? timeText(*minutes) : QString();
     if (lost > 0)
-        m_lost = QStringLiteral("\u2212%1").arg(std::min(lost, MANY_LOST));
+        shown.lost = QStringLiteral("\u2212%1").arg(std::min(lost, MANY_LOST));
     if (lost > MANY_LOST)
-        m_lost += '+';
+        shown.lost += '+';
 
     QStringList tip;
     if (minutes)
         tip << windowText(QT_TRANSLATE_NOOP("MainWindow", "The disk lasts %1 minutes"))
                    .arg(*minutes);
-    if (m_mute)
+    if (shown.mute)
         tip << windowText(QT_TRANSLATE_NOOP("MainWindow", "No sound is recorded"));
     if (state.dropped > 0)
         tip << windowText(QT_TRANSLATE_NOOP("MainWindow", "Pictures dropped: %1"))
@@ -103,9 +111,12 @@ void RecordingStatus::showState(const RecordingState &state, qint64 missed)
     if (missed > 0)
         tip << windowText(QT_TRANSLATE_NOOP("MainWindow", "Frames missed: %1")).arg(missed);
     setToolTip(tip.join('\n'));
-    // Said only when it is another one.
+    // Said and painted only when it is another one.
     if (const QString text = tip.join(QStringLiteral(", ")); text != accessibleDescription())
         setAccessibleDescription(text);
+    if (shown == m_shown)
+        return;
+    m_shown = shown;
     update();
 }
 
@@ -132,10 +143,10 @@ void RecordingStatus::paintEvent(QPaintEvent *)
         painter.drawText(place, Qt::AlignCenter, text);
         right = place.left() - GAP;
     };
-    if (m_withSound)
+    if (m_shown.withSound)
         right = paintBars(painter) - GAP;
-    put(m_lost, true);
-    put(m_minutes, m_fewMinutes);
+    put(m_shown.lost, true);
+    put(m_shown.minutes, m_shown.fewMinutes);
 }
 
 /// Returns where they begin.
@@ -143,19 +154,19 @@ int RecordingStatus::paintBars(QPainter &painter) const
 {
     const int barsWidth = RecordingRules::BARS * BAR_PITCH;
     const QRect bars(width() - barsWidth, 3, barsWidth, height() - 6);
-    if (m_mute) {
+    if (m_shown.mute) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgb(SIGN_GROUND));
         painter.drawRoundedRect(bars.adjusted(-2, -1, 0, 1), 3, 3);
     }
     for (int bar = 0; bar < RecordingRules::BARS; ++bar) {
         const int barHeight = bars.height() * (bar + 1) / RecordingRules::BARS;
-        const QRgb unlit = m_mute ? SIGN_INK : UNLIT;
+        const QRgb unlit = m_shown.mute ? SIGN_INK : UNLIT;
         painter.fillRect(QRect(bars.left() + bar * BAR_PITCH, bars.bottom() + 1 - barHeight,
                                BAR_WIDTH, barHeight),
-                         QColor::fromRgba(bar < m_bars ? PLAIN : unlit));
+                         QColor::fromRgba(bar < m_shown.bars ? PLAIN : unlit));
     }
-    if (m_mute) {
+    if (m_shown.mute) {
         painter.setPen(QPen(QColor(0xD3, 0x26, 0x1B), 2));
         painter.drawLine(bars.bottomLeft(), bars.topRight());
     }

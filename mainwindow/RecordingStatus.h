@@ -24,7 +24,8 @@ public:
     void start(const LiveSource *source);
     void stop();
 
-    /// What it shows of that state, with the pictures that the camera or the program lost.
+    /// What it shows of that state, with the pictures that the camera or the program lost. Paints
+    /// only what is another one.
     void showState(const RecordingState &state, qint64 missed);
 
 protected:
@@ -34,14 +35,20 @@ private slots:
     void look();
 
 private:
+    struct Shown {
+        int bars = 0;
+        bool withSound = true;
+        bool mute = false;
+        QString minutes;
+        bool fewMinutes = false;
+        QString lost;
+
+        bool operator==(const Shown &other) const;
+    };
+
     int paintBars(QPainter &painter) const;
 
     const LiveSource *m_source = nullptr;
     QTimer m_timer;
-    int m_bars = 0;
-    bool m_withSound = true;
-    bool m_mute = false;
-    QString m_minutes;
-    bool m_fewMinutes = false;
-    QString m_lost;
+    Shown m_shown;
 };

@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace
 {
 
@@ -59,11 +61,12 @@ void MicrophoneLevel::look()
         name.isEmpty()
             ? Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "No microphone is heard"))
             : Pages::text(QT_TRANSLATE_NOOP("MoreToolWindow", "Heard now: %1")).arg(name));
-    m_level = m_preview.level();
+    const SoundMeter::Level before = std::exchange(m_level, m_preview.level());
     // Screen readers are told each time, so only when it is another one.
     if (m_name->text() != accessibleDescription())
         setAccessibleDescription(m_name->text());
-    update();
+    if (m_level.shownPeak != before.shownPeak || m_level.shownRms != before.shownRms)
+        update();
 }
 
 void MicrophoneLevel::paintEvent(QPaintEvent *)
@@ -74,11 +77,11 @@ void MicrophoneLevel::paintEvent(QPaintEvent *)
     };
     QPainter painter(this);
     painter.fillRect(bar, QColor::fromRgb(GROUND));
-    if (m_level.rms > QUIETEST)
-        painter.fillRect(QRect(bar.topLeft(), QSize(xOf(m_level.rms), BAR_HEIGHT)),
+    if (m_level.shownRms > QUIETEST)
+        painter.fillRect(QRect(bar.topLeft(), QSize(xOf(m_level.shownRms), BAR_HEIGHT)),
                          QColor::fromRgb(LOUDNESS));
-    if (m_level.peak > QUIETEST)
+    if (m_level.shownPeak > QUIETEST)
         painter.fillRect(
-            QRect(qBound(0, xOf(m_level.peak) - 2, bar.width() - 2), bar.y(), 2, BAR_HEIGHT),
-            QColor::fromRgb(m_level.peak > TOO_LOUD ? PEAK_TOO_LOUD : PEAK));
+            QRect(qBound(0, xOf(m_level.shownPeak) - 2, bar.width() - 2), bar.y(), 2, BAR_HEIGHT),
+            QColor::fromRgb(m_level.shownPeak > TOO_LOUD ? PEAK_TOO_LOUD : PEAK));
 }

@@ -9,8 +9,6 @@
 namespace
 {
 
-constexpr int WINDOW = SoundCapture::SAMPLE_RATE / 10;
-
 double decibels(double amplitude)
 {
     constexpr double FULL_SCALE = 32768.0;
@@ -19,10 +17,18 @@ double decibels(double amplitude)
     return std::max(SoundMeter::SILENCE, 20 * std::log10(amplitude / FULL_SCALE));
 }
 
+/// Follows `level` up at once and down slowly.
+double shown(double before, double level, double seconds)
+{
+    return std::max({SoundMeter::SILENCE, level, before - SoundMeter::FALL * seconds});
+}
+
 } // namespace
 
 void SoundMeter::take(const SoundBuffer &buffer)
 {
+    if (buffer.count <= 0)
+        return;
     int peak = 0;
     qint64 squares = 0;
     int zeros = 0;
@@ -33,18 +39,13 @@ void SoundMeter::take(const SoundBuffer &buffer)
         zeros = sample == 0 ? zeros + 1 : 0;
     }
     const std::lock_guard lock(m_mutex);
-    m_peak = std::max(m_peak, peak);
-    m_squares += double(squares);
-    m_count += buffer.count;
+    m_level.peak = decibels(peak);
+    m_level.rms = decibels(std::sqrt(double(squares) / buffer.count));
+    const double seconds = double(buffer.count) / SoundCapture::SAMPLE_RATE;
+    m_level.shownPeak = shown(m_level.shownPeak, m_level.peak, seconds);
+    m_level.shownRms = shown(m_level.shownRms, m_level.rms, seconds);
     m_zeros = zeros == buffer.count ? m_zeros + zeros : zeros;
     m_level.zerosUs = m_zeros * 1000000 / SoundCapture::SAMPLE_RATE;
-    if (m_count < WINDOW)
-        return;
-    m_level.peak = decibels(m_peak);
-    m_level.rms = decibels(std::sqrt(m_squares / double(m_count)));
-    m_peak = 0;
-    m_squares = 0;
-    m_count = 0;
 }
 
 SoundMeter::Level SoundMeter::level() const

@@ -19,6 +19,9 @@
 
 Q_DECLARE_METATYPE(RecordingState)
 
+#include <functional>
+#include <vector>
+
 namespace
 {
 
@@ -70,6 +73,30 @@ int pixelsOf(QWidget &widget, QRgb colour)
     return count;
 }
 
+/// How often a widget is painted.
+class PaintCount : public QObject
+{
+public:
+    explicit PaintCount(QWidget &widget)
+        : m_widget(widget)
+    {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+        widget.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        count += object == &m_widget && event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+
+private:
+    QWidget &m_widget;
+};
+
 constexpr QRgb AMBER = 0xFFFFC83D;
 
 RecordingState goodState()
@@ -77,7 +104,7 @@ RecordingState goodState()
     RecordingState state;
     state.running = true;
     state.heard = "Desk";
-    state.level.peak = -25;
+    state.level.shownPeak = -25;
     state.movie.freeBytes = 10LL * 1000 * 1000 * 1000;
     state.movie.bytes = 60 * 1000 * 1000;
     state.movie.elapsedUs = 60 * 1000000;
@@ -184,6 +211,36 @@ private slots:
         status.showState(goodState(), 0);
         QCOMPARE(status.toolTip(), QString("The disk lasts 165 minutes"));
         QCOMPARE(pixelsOf(status, AMBER), 0);
+    }
+
+    void onlyWhatChangesIsPainted()
+    {
+        QWidget window;
+        RecordingStatus status(&window);
+        status.show();
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        status.showState(goodState(), 0);
+        PaintCount paints(status);
+        for (int n = 0; n < 10; ++n) {
+            RecordingState state = goodState();
+            // Less than a bar and less than a minute.
+            state.level.shownPeak += n / 20.0;
+            state.movie.freeBytes -= n * 1000;
+            status.showState(state, 0);
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(paints.count, 0);
+        RecordingState state = goodState();
+        for (const auto &change : std::vector<std::function<void()>>{
+                 [&] { state.level.shownPeak = -12; }, [&] { state.dropped = 1; },
+                 [&] { state.movie.freeBytes /= 2; }, [&] { state.level.zerosUs = 20000000; },
+                 [&] { state.withSound = false; }}) {
+            change();
+            paints.count = 0;
+            status.showState(state, 0);
+            QTRY_COMPARE_WITH_TIMEOUT(paints.count, 1, TIMEOUT_MS);
+        }
     }
 
     void whatIsWrongIsMarkedAndSaid_data()

@@ -56,18 +56,47 @@ private slots:
         QVERIFY(minutesLeft(progressOf(0, 600, room), MEGABYTE).value() > 1000);
     }
 
-    void theMeterMeasuresPeakAndLoudness()
+    void theMeterMeasuresPeakAndLoudnessOfEachBuffer()
     {
         SoundMeter meter;
         QCOMPARE(meter.level().peak, SoundMeter::SILENCE);
         feed(meter, toneOf(3276.8));
         QVERIFY(std::fabs(meter.level().peak - -20.0) < 0.1);
         QVERIFY(std::fabs(meter.level().rms - -23.0) < 0.1);
-        feed(meter, std::vector<std::int16_t>(4410, -32768));
+        // However short it is.
+        feed(meter, std::vector<std::int16_t>(441, -32768));
         QVERIFY(std::fabs(meter.level().peak) < 0.01);
         QVERIFY(std::fabs(meter.level().rms) < 0.01);
-        feed(meter, std::vector<std::int16_t>(4410, 0));
+        feed(meter, {1638, 0, -3277, 0});
+        QVERIFY(std::fabs(meter.level().peak - -20.0) < 0.1);
+        QVERIFY(std::fabs(meter.level().rms - -25.05) < 0.1);
+        feed(meter, std::vector<std::int16_t>(441, 0));
         QCOMPARE(meter.level().peak, SoundMeter::SILENCE);
+        QCOMPARE(meter.level().rms, SoundMeter::SILENCE);
+        // Nothing at all says nothing.
+        feed(meter, toneOf(3276.8));
+        const SoundMeter::Level before = meter.level();
+        feed(meter, {});
+        QCOMPARE(meter.level().peak, before.peak);
+        QCOMPARE(meter.level().shownPeak, before.shownPeak);
+    }
+
+    /// Who looks now and then sees a clap that was over before.
+    void whatIsShownFallsSlowly()
+    {
+        SoundMeter meter;
+        feed(meter, std::vector<std::int16_t>(441, -32768));
+        QVERIFY(std::fabs(meter.level().shownPeak) < 0.01);
+        for (int n = 0; n < 25; ++n) // a quarter of a second
+            feed(meter, std::vector<std::int16_t>(441, 0));
+        QCOMPARE(meter.level().peak, SoundMeter::SILENCE);
+        QVERIFY(std::fabs(meter.level().shownPeak - -SoundMeter::FALL / 4) < 0.1);
+        QVERIFY(std::fabs(meter.level().shownRms - -SoundMeter::FALL / 4) < 0.1);
+        feed(meter, toneOf(16384)); // louder than what it has fallen to
+        QVERIFY(std::fabs(meter.level().shownPeak - -6.02) < 0.1);
+        for (int n = 0; n < 500; ++n)
+            feed(meter, std::vector<std::int16_t>(441, 0));
+        QCOMPARE(meter.level().shownPeak, SoundMeter::SILENCE);
     }
 
     void theMeterCountsTheZeros()

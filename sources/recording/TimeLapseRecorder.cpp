@@ -39,13 +39,19 @@ void TimeLapseRecorder::pictureCaptured(const void *rgb, int width, int height, 
         return;
     if (!m_startUs)
         m_startUs = microseconds;
-    if (elapsedUs(microseconds) < m_pictures * m_intervalUs)
+    const qint64 nowUs = elapsedUs(microseconds);
+    if (nowUs < m_dueUs)
         return;
     // One that the encoder cannot take is followed by another soon.
     const qint64 dropped = m_writer->droppedPictures();
     m_writer->appendPicture(static_cast<const std::uint8_t *>(rgb), shownAt(m_pictures));
-    if (m_writer->droppedPictures() == dropped)
-        ++m_pictures;
+    if (m_writer->droppedPictures() != dropped)
+        return;
+    ++m_pictures;
+    m_dueUs += m_intervalUs;
+    // What was missed, because no picture came or the machine slept, is not made up for.
+    if (m_dueUs <= nowUs)
+        m_dueUs = nowUs + m_intervalUs;
 }
 
 void TimeLapseRecorder::setPaused(bool paused)

@@ -47,6 +47,8 @@ private:
     std::optional<qint64> m_startUs;
     std::optional<qint64> m_pausedSinceUs;
     bool m_paused = false;
+    /// When the next picture is due, as elapsedUs().
+    qint64 m_dueUs = 0;
     /// The pictures in the movie.
     qint64 m_pictures = 0;
 };

@@ -98,6 +98,21 @@ private slots:
         QCOMPARE(pictures[1].number, 3);
     }
 
+    /// The machine slept, or no picture came for a minute.
+    void whatWasMissedIsNotMadeUpFor()
+    {
+        for (int n = 0; n < 150; ++n)
+            offer(n); // three pictures
+        for (int n = 1950; n < 2100; ++n)
+            offer(n); // a minute later, three more
+        finish();
+        const auto pictures = MovieFile(m_file).pictures();
+        QVector<int> numbers;
+        for (const MovieFile::Picture &picture : pictures)
+            numbers.append(picture.number);
+        QCOMPARE(numbers, QVector<int>({0, 60, 120, 1950, 2010, 2070}));
+    }
+
 private:
     /// The picture of that number, a thirtieth of a second after the one before; again and again
     /// while the encoder is busy.

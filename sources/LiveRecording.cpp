@@ -75,8 +75,19 @@ void LiveRecording::finish()
         reportMissingPictures(paused && recorder->pictureCame());
         return;
     }
-    const MovieProgress movie = recorder->state().movie;
-    m_lastMovie = LastMovie{m_request.fileName(), movie.lengthUs, movie.bytes};
+    m_lastMovie = LastMovie{m_request.fileName()};
+    m_lastRecorder = std::move(recorder);
+}
+
+std::optional<LiveRecording::LastMovie> LiveRecording::lastMovie() const
+{
+    std::optional<LastMovie> last = m_lastMovie;
+    if (last) {
+        const MovieProgress movie = m_lastRecorder->state().movie;
+        last->lengthUs = movie.lengthUs;
+        last->bytes = movie.bytes;
+    }
+    return last;
 }
 
 void LiveRecording::withdraw()

@@ -38,7 +38,7 @@ public:
     void begin();
     /// Records pictures of that size; `microphone` is the camera's own.
     void record(QSize size, MicrophoneId microphone);
-    /// Completes the movie; does nothing without a recording.
+    /// Has the movie completed in the background; does nothing without a recording.
     void finish();
     /// Takes a request back that has not begun, which then counts as a recording without pictures.
     void withdraw();
@@ -72,8 +72,8 @@ public:
         qint64 lengthUs = 0;
         qint64 bytes = 0;
     };
-    /// The last movie that was completed since the start of the program.
-    [[nodiscard]] const std::optional<LastMovie> &lastMovie() const { return m_lastMovie; }
+    /// The last movie that was recorded since the start of the program, as far as it is completed.
+    [[nodiscard]] std::optional<LastMovie> lastMovie() const;
 
     /// Frame thread, as FrameRecorder says.
     void pictureCaptured(const void *rgb, int width, int height, qint64 microseconds);
@@ -97,6 +97,8 @@ private:
     MovieQuality m_quality = MovieQuality::Standard;
     std::chrono::seconds m_timeLapse{0};
     std::optional<LastMovie> m_lastMovie;
+    /// Of m_lastMovie, which may still be being completed. The end of the program waits for it.
+    std::unique_ptr<FrameRecorder> m_lastRecorder;
     /// Runs while the first picture is awaited.
     QTimer m_pictureTimer;
     /// Guards the pointer to the recorder, which is set while frames already come. Held by the

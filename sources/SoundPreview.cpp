@@ -3,9 +3,7 @@
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/UvcCamera.h"
-#include "sources/threads/DetachedThreads.h"
 
-#include <thread>
 #include <utility>
 
 namespace
@@ -55,10 +53,8 @@ void SoundPreview::rest()
 {
     if (!m_capture)
         return;
-    std::thread([capture = std::move(m_capture)] {
-        const DetachedThreads::Running running;
-        capture->stop();
-    }).detach();
+    m_capture->stop();
+    m_capture.reset();
     m_meter.reset();
 }
 

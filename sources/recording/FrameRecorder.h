@@ -28,7 +28,7 @@ public:
     /// How it is doing. GUI thread.
     [[nodiscard]] virtual RecordingState state() const = 0;
 
-    /// Completes the movie file. No picture comes during or after this call.
+    /// Has the movie file completed in the background. No picture comes during or after this call.
     virtual void finish() = 0;
 
     /// Whether a picture that suits the movie has come, be it written or not. Any thread.

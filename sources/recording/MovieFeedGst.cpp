@@ -43,8 +43,7 @@ MovieFeed::MovieFeed(QSize pictureSize)
 
 MovieFeed::~MovieFeed()
 {
-    if (m_pool)
-        gst_buffer_pool_set_active(m_pool.get(), FALSE);
+    disconnect();
 }
 
 void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
@@ -84,6 +83,20 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
     m_keptSound = {};
     if (m_ended)
         endStreams();
+}
+
+void MovieFeed::disconnect()
+{
+    const std::lock_guard lock(m_mutex);
+    m_ended = true;
+    if (m_pool)
+        gst_buffer_pool_set_active(m_pool.get(), FALSE);
+    m_pool.reset();
+    m_lastPicture.reset();
+    m_pictures.reset();
+    m_sound.reset();
+    m_keptPictures = {};
+    m_keptSound = {};
 }
 
 bool MovieFeed::takePicture(const std::uint8_t *rgb, qint64 positionUs)

@@ -27,6 +27,9 @@ public:
     /// channel of samples of 16 bits, or it is null.
     void connect(GstAppSrc *pictures, GstAppSrc *sound);
 
+    /// The encoders are gone: lets go of all pictures.
+    void disconnect();
+
     [[nodiscard]] QSize encodedSize() const { return m_size; }
 
     /// Packed rows of red, green, blue bytes. False when the encoder is too far behind to take it.

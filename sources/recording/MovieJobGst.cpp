@@ -3,13 +3,13 @@
 #include "diagnostics/TerminalLines.h"
 #include "sources/gst/GstRuntime.h"
 #include "sources/recording/MovieEncoders.h"
-#include "sources/threads/DetachedThreads.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
 #include <cerrno>
 #include <pthread.h>
+#include <set>
 
 namespace
 {
@@ -17,6 +17,43 @@ namespace
 /// How much may be missing in the file, and so lost in a power cut: with what the encoder and the
 /// disk need on top, a second at most.
 constexpr std::chrono::milliseconds SAVE_INTERVAL(500);
+
+/// Held by the one movie of a name that is being written.
+class FileTurn
+{
+public:
+    explicit FileTurn(const QString &fileName)
+        : m_fileName(fileName)
+    {
+        std::unique_lock lock(names().mutex);
+        names().changed.wait(lock, [this] { return names().busy.insert(m_fileName).second; });
+    }
+    ~FileTurn()
+    {
+        const std::lock_guard lock(names().mutex);
+        names().busy.erase(m_fileName);
+        names().changed.notify_all();
+    }
+    FileTurn(const FileTurn &) = delete;
+    FileTurn &operator=(const FileTurn &) = delete;
+
+private:
+    struct Names {
+        /// Guards busy.
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::set<QString> busy;
+    };
+
+    /// Never destroyed, as a thread may end after everything else.
+    static Names &names()
+    {
+        static auto *const instance = new Names;
+        return *instance;
+    }
+
+    const QString m_fileName;
+};
 
 QString text(const char *sentence)
 {
@@ -36,10 +73,13 @@ MovieJobGst::MovieJobGst(MovieWriter::Settings settings, MovieWriter::FailureHan
 void MovieJobGst::run()
 {
     pthread_setname_np(pthread_self(), "MovieFile");
-    const DetachedThreads::Running running;
-    if (open())
-        record();
-    close();
+    {
+        // An earlier movie of that name may still be being completed.
+        const FileTurn turn(m_settings.fileName);
+        if (open())
+            record();
+        close();
+    }
     const std::lock_guard lock(m_mutex);
     m_closed = true;
     m_changed.notify_all();
@@ -153,6 +193,7 @@ void MovieJobGst::close()
 {
     feed.end();
     m_encoding.stop();
+    feed.disconnect();
     if (m_file.isMovie()) {
         m_file.finish();
         bytes = m_disk.size();

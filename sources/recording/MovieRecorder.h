@@ -36,7 +36,6 @@ public:
     void chooseMicrophone(const MicrophoneChoice &microphone) override;
     [[nodiscard]] RecordingState state() const override;
 
-    /// Completes the movie, in bounded time.
     void finish() override;
 
     bool pictureCame() const override { return m_pictureCame; }

@@ -54,7 +54,7 @@ public:
     /// Returns at once. A file that cannot be opened, like any other failure, is reported through
     /// the handler, before the return or after it, and leaves a writer with the status Failed.
     static std::unique_ptr<MovieWriter> create(const Settings &settings, FailureHandler failed);
-    /// Finishes.
+    /// Finishes. Waits for the file half a second at most, and only while the program ends.
     virtual ~MovieWriter() = default;
 
     virtual Status status() const = 0;
@@ -73,8 +73,8 @@ public:
     /// out until the pause ends, and then moves up. While it lasts the file is as whole as ever.
     virtual void setPaused(bool paused, qint64 presentationUs) = 0;
 
-    /// Completes the file, also during a pause. Waits half a second at most: on a slower disk or
-    /// encoder the file is completed in the background. A movie without any picture is removed.
+    /// Has the file completed in the background, also during a pause, and returns at once. Another
+    /// movie of the same name waits for that. One without any picture is removed.
     virtual void finish() = 0;
 
     /// Whether a picture has been taken into the movie.

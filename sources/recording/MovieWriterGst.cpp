@@ -4,6 +4,7 @@
 #include "sources/recording/RecordingPauses.h"
 #include "sources/recording/SoundCapture.h"
 #include "sources/recording/SoundTimeline.h"
+#include "sources/threads/DetachedThreads.h"
 #include "sources/threads/ExitDeadline.h"
 
 #include <QDebug>
@@ -11,6 +12,7 @@
 #include <atomic>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace
 {
@@ -20,19 +22,19 @@ constexpr size_t SOUND_PRIMING = 1024;
 /// A camera that falls silent leaves its last picture standing; it is repeated this often.
 constexpr qint64 STANDSTILL_US = 1000000;
 constexpr qint64 REPEAT_BEHIND_US = 300000;
-/// A healthy disk needs some hundredths of a second. The caller is the window, which must not
-/// stand still for a slow one.
-constexpr std::chrono::milliseconds FINISH_TIMEOUT(500);
+/// A healthy disk needs some hundredths of a second.
+constexpr std::chrono::milliseconds CLOSE_TIMEOUT(500);
 
 class MovieWriterGst final : public MovieWriter
 {
 public:
     MovieWriterGst(const Settings &settings, FailureHandler failed)
         : m_job(std::make_shared<MovieJobGst>(settings, std::move(failed)))
-        , m_thread([job = m_job] { job->run(); })
+        , m_thread(
+              [job = m_job, running = std::make_shared<DetachedThreads::Running>()] { job->run(); })
     {
     }
-    ~MovieWriterGst() override { finish(); }
+    ~MovieWriterGst() override;
 
     Status status() const override { return m_job->status; }
     bool hasPictures() const override { return m_job->feed.hasPictures(); }
@@ -57,6 +59,7 @@ private:
 
     const std::shared_ptr<MovieJobGst> m_job;
     std::thread m_thread;
+    bool m_finished = false;
     std::atomic<qint64> m_dropped{0};
     /// Of sound, that have been taken into the movie.
     std::atomic<qint64> m_samples{0};
@@ -133,7 +136,7 @@ void MovieWriterGst::feedSound(std::vector<std::int16_t> samples)
 
 void MovieWriterGst::finish()
 {
-    if (!m_thread.joinable())
+    if (std::exchange(m_finished, true))
         return;
     if (status() == Status::Writing)
         feedSound(m_timeline.placeRest());
@@ -142,14 +145,17 @@ void MovieWriterGst::finish()
            !m_job->status.compare_exchange_weak(writing, Status::Finished)) {
     }
     m_job->end();
-    if (m_job->waitUntilClosed(ExitDeadline::capped(FINISH_TIMEOUT))) {
-        m_thread.join();
-    } else {
-        qDebug("The disk is slow, the movie is completed in the background.");
-        m_thread.detach();
-    }
     if (m_dropped > 0)
         qDebug("%lld pictures of the movie were dropped.", static_cast<long long>(m_dropped));
+}
+
+MovieWriterGst::~MovieWriterGst()
+{
+    finish();
+    if (m_job->waitUntilClosed(ExitDeadline::atTheEnd(CLOSE_TIMEOUT)))
+        m_thread.join();
+    else
+        m_thread.detach();
 }
 
 } // namespace

@@ -42,9 +42,9 @@ public:
 
     /// Returns at once; the microphone is looked for meanwhile.
     virtual void start(Handler handler) = 0;
-    /// Returns when no call of the handler is under way any more and none will come. Never waits
-    /// for a sound server that does not answer. Must not be called under a lock that the handler
-    /// takes.
+    /// Returns when no call of the handler is under way any more and none will come. The microphone
+    /// is let go of meanwhile; only the end of the program waits for that. Must not be called under
+    /// a lock that the handler takes.
     virtual void stop() = 0;
 
     /// Listens to that microphone from now on. Belongs to the thread of start() and stop(), as

@@ -4,6 +4,7 @@
 #include "sources/recording/SoundCapture.h"
 #include "sources/recording/SoundDevices.h"
 #include "sources/recording/SoundPump.h"
+#include "sources/threads/DetachedThreads.h"
 #include "sources/threads/ExitDeadline.h"
 
 #include <QDebug>
@@ -144,15 +145,14 @@ public:
         m_changed.notify_all();
     }
 
-    /// Asks the thread to end and waits a moment for it.
+    /// Asks the thread to end, which takes it as long as the sound server does to answer.
     void stop()
     {
         std::unique_lock lock(m_mutex);
         m_stopping = true;
         m_changed.notify_all();
-        if (!m_changed.wait_for(lock, ExitDeadline::capped(STOP_TIMEOUT),
-                                [this] { return m_finished; }))
-            qDebug("The sound server does not answer, going on without it.");
+        (void)m_changed.wait_for(lock, ExitDeadline::atTheEnd(STOP_TIMEOUT),
+                                 [this] { return m_finished; });
     }
 
     void choose(const MicrophoneChoice &choice)
@@ -272,7 +272,8 @@ public:
         stop();
         m_search = std::make_shared<SoundSearch>(m_choice, m_interval);
         m_search->pump.start(std::move(handler));
-        std::thread([search = m_search] { search->run(); }).detach();
+        auto running = std::make_shared<DetachedThreads::Running>();
+        std::thread([search = m_search, running] { search->run(); }).detach();
     }
 
     void stop() override

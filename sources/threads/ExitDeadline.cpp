@@ -34,3 +34,8 @@ milliseconds ExitDeadline::capped(milliseconds bound)
         Clock::time_point(Clock::duration(due)) - Clock::now());
     return std::clamp(left, milliseconds(0), bound);
 }
+
+milliseconds ExitDeadline::atTheEnd(milliseconds bound)
+{
+    return deadline == NONE ? milliseconds(0) : capped(bound);
+}

@@ -15,4 +15,7 @@ public:
 
     /// How long a wait with that bound may still be: the bound itself while the program goes on.
     [[nodiscard]] static std::chrono::milliseconds capped(std::chrono::milliseconds bound);
+    /// How long to wait for what goes on by itself: not at all while the program goes on, so that
+    /// the window never stands still for it, and capped() while the program ends.
+    [[nodiscard]] static std::chrono::milliseconds atTheEnd(std::chrono::milliseconds bound);
 };

@@ -1,5 +1,6 @@
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
+#include "sources/threads/DetachedThreads.h"
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
 #include "tests/canvas/CanvasMouse.h"
@@ -115,7 +116,7 @@ private slots:
         m_canvas->autoRefresh();
         const QImage shown = fitted(m_canvas->currentImage());
         waitForMovie(1.0);
-        m_source->stopRecord();
+        stopRecording();
 
         const MovieFile movie(m_file);
         QCOMPARE(movie.complaints(), QString());
@@ -160,6 +161,7 @@ private slots:
         waitForMovie(1.0);
         m_source->setResolution(QSize(1280, 720));
         QVERIFY(!m_source->recording());
+        waitUntilCompleted();
         QCOMPARE(MovieFile(m_file).complaints(), QString());
         QVERIFY(MovieFile(m_file).duration() > 0.5);
     }
@@ -170,7 +172,6 @@ private slots:
             m_source->startRecord(m_file);
             m_source->stopRecord();
         }
-        QFile::remove(m_file);
         recordSeconds(1.0);
     }
 
@@ -184,6 +185,7 @@ private slots:
         stopping.start();
         m_source->stopRecord();
         QVERIFY2(stopping.elapsed() < 15000, qPrintable(QString::number(stopping.elapsed())));
+        waitUntilCompleted();
         const MovieFile movie(m_file);
         QCOMPARE(movie.complaints(), QString());
         QVERIFY(movie.duration() > 1.5);
@@ -216,11 +218,20 @@ private:
         const auto wanted = static_cast<qint64>(seconds * 1000) + 500;
         QTRY_VERIFY_WITH_TIMEOUT(recording.elapsed() > wanted, TIMEOUT_MS);
     }
+    static void waitUntilCompleted()
+    {
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(TIMEOUT_MS)));
+    }
+    void stopRecording()
+    {
+        m_source->stopRecord();
+        waitUntilCompleted();
+    }
     void recordSeconds(double seconds)
     {
         m_source->startRecord(m_file);
         waitForMovie(seconds);
-        m_source->stopRecord();
+        stopRecording();
         QVERIFY2(MovieFile(m_file).duration() > seconds / 2,
                  qPrintable(QString::number(MovieFile(m_file).duration())));
     }

@@ -163,8 +163,6 @@ private slots:
         QVERIFY(status && !status->isVisible());
         // The narrowest window.
         m_window->resize(m_window->minimumSize());
-        // The narrowest window.
-        m_window->resize(m_window->minimumSize());
         record()->click();
         for (const int mode : {Modes::Film, Modes::Photograph, Modes::DrawingBoard, Modes::Live}) {
             enter(*m_window, mode);
@@ -178,10 +176,11 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(status->toolTip().contains("The disk lasts"), TIMEOUT_MS);
         // There is no sound server.
         QTRY_VERIFY_WITH_TIMEOUT(status->toolTip().contains("No sound is recorded"), TIMEOUT_MS);
-        const auto &last = m_window->liveSource()->liveRecording().lastMovie();
-        QVERIFY(!last);
+        const LiveRecording &recording = m_window->liveSource()->liveRecording();
+        QVERIFY(!recording.lastMovie());
         record()->click();
         QVERIFY(!status->isVisible());
+        const auto last = recording.lastMovie();
         QVERIFY(last);
         QCOMPARE(last->fileName, m_folder->filePath(movies().first()));
         QVERIFY(last->lengthUs > 0 && last->bytes > 50000);

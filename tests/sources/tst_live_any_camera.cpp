@@ -1,6 +1,7 @@
 #include "MovieFile.h"
 #include "sources/camera/FrameMirror.h"
 #include "sources/camera/PackedRgb.h"
+#include "sources/threads/DetachedThreads.h"
 #include "tests/SideBySide.h"
 #include "tests/sources/KeptRig.h"
 #include "tools/virtualcamera/ForeignMake.h"
@@ -138,6 +139,7 @@ private slots:
         QVERIFY(rig.waitForSize(recorded));
         QVERIFY(rig.waitForFrames(20));
         rig.source->stopRecord();
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(LiveRig::TIMEOUT_MS)));
         const MovieFile movie(file);
         QCOMPARE(movie.complaints(), QString());
         const QJsonObject video = movie.stream("video");

@@ -6,6 +6,7 @@
 #include "app/Platform.h"
 #include "sources/LiveRecording.h"
 #include "sources/camera/CameraParameters.h"
+#include "sources/threads/DetachedThreads.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -118,6 +119,7 @@ bool recordedThroughTheUnplug(VirtualCamera &camera, KeptRig &rig)
     rig.source->stopRecord();
     const double seconds = static_cast<double>(length.elapsed()) / 1000.0;
     CHECK(rig.waitForSize(LiveRig::PREVIEW));
+    CHECK(DetachedThreads::allEnded(std::chrono::milliseconds(LiveRig::TIMEOUT_MS)));
     const MovieFile movie(file);
     // A machine under load drops some.
     CHECK(movie.stream("video")["nb_frames"].toString().toInt() >= 10);
@@ -159,6 +161,7 @@ bool recordedBesideTheUnplug(VirtualCamera &camera, KeptRig &rig)
     rig.source->stopRecord();
     const double most = static_cast<double>(whole.elapsed()) / 1000.0 - paused;
     CHECK(rig.waitForSize(LiveRig::PREVIEW));
+    CHECK(DetachedThreads::allEnded(std::chrono::milliseconds(LiveRig::TIMEOUT_MS)));
     const MovieFile movie(file);
     std::printf("%.1f s of movie beside %.1f s of pause\n", movie.duration(), paused);
     CHECK(movie.complaints().isEmpty());

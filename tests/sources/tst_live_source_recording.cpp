@@ -1,4 +1,5 @@
 #include "sources/LiveRecording.h"
+#include "sources/threads/DetachedThreads.h"
 #include "tests/SideBySide.h"
 #include "tests/media/MovieFile.h"
 #include "tests/sources/LiveRig.h"
@@ -200,9 +201,7 @@ private slots:
         m_rig->source->startRecord(m_file);
         QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
         recordFor(FIRST_PICTURE_MS + 500);
-        m_rig->source->stopRecord();
-        QCoreApplication::processEvents();
-        QCOMPARE(m_failures->size(), 0);
+        expectMovie();
         const MovieFile movie(m_file);
         QCOMPARE(movie.complaints(), QString());
         QVERIFY(movie.stream("audio").isEmpty());
@@ -286,10 +285,12 @@ private slots:
         const QString other = m_folder.filePath("other.mov");
         m_rig->source->startRecord(other);
         QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        QTRY_VERIFY_WITH_TIMEOUT(m_rig->source->liveRecording().state().movie.bytes > 0,
+                                 LiveRig::TIMEOUT_MS);
         m_rig->source->setRecordingResolution(LARGE_SIZE);
         m_rig->source->requestRecord(m_file);
         QVERIFY(m_rig->source->recording());
-        QVERIFY(QFileInfo(other).size() > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(other).size() > 0, LiveRig::TIMEOUT_MS);
         QVERIFY(m_rig->waitForSize(LARGE_SIZE));
         recordFor(1000);
         expectMovie();
@@ -313,6 +314,7 @@ private:
     void expectMovie()
     {
         m_rig->source->stopRecord();
+        QVERIFY(DetachedThreads::allEnded(std::chrono::milliseconds(LiveRig::TIMEOUT_MS)));
         QVERIFY(QFileInfo(m_file).size() > 10000);
         QCoreApplication::processEvents();
         QCOMPARE(m_failures->size(), 0);

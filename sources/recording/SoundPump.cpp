@@ -12,8 +12,8 @@ namespace
 
 constexpr qint64 SILENCE_US = 20000;
 constexpr int SILENCE_SAMPLES = static_cast<int>(SILENCE_US * SoundCapture::SAMPLE_RATE / 1000000);
-/// How long a source may take to its first sound before silence begins.
-constexpr qint64 FIRST_SOUND_US = 500000;
+/// How long a source may take to its first sound before silence begins, and with it the movie.
+constexpr qint64 FIRST_SOUND_US = 100000;
 /// How late the sound of a source may come before silence takes its place.
 constexpr qint64 STALL_US = 700000;
 
@@ -97,7 +97,8 @@ void SoundPump::run()
             m_changed.wait_for(lock, std::chrono::microseconds(waitUs));
             continue;
         }
-        const qint64 fromUs = m_endUs < 0 ? captureMicroseconds() - SILENCE_US : m_endUs;
+        // The first piece fixes the clock of the pictures, to which it has no delay.
+        const qint64 fromUs = m_endUs < 0 ? captureMicroseconds() : m_endUs;
         deliver({std::vector<std::int16_t>(SILENCE_SAMPLES), fromUs}, lock);
         m_silenceEndUs = m_endUs;
     }

@@ -17,8 +17,9 @@ class SoundPump
 public:
     ~SoundPump();
 
-    /// The handler runs on "LiveQueue". Silence begins when no source has delivered within
-    /// half a second, or at once when setSource(false) says that there is none.
+    /// The handler runs on "LiveQueue". A piece of silence comes when no source has delivered
+    /// within a tenth of a second, more of it as late as for a source that stalls, or at once when
+    /// setSource(false) says that there is none.
     void start(SoundCapture::Handler handler);
     /// Returns after the last call of the handler.
     void stop();

@@ -139,8 +139,8 @@ private slots:
     void aMicrophoneThatStartsLateAndInABurstShiftsNothing_data()
     {
         QTest::addColumn<double>("silentSeconds");
-        QTest::newRow("before the sound is replaced by silence") << 0.4;
-        QTest::newRow("after that") << 1.6;
+        QTest::newRow("after the first piece of silence") << 0.4;
+        QTest::newRow("after the sound is replaced by silence") << 1.6;
         QTest::newRow("long after that") << 3.7;
     }
 

@@ -149,9 +149,26 @@ private slots:
         const qint64 startUs = captureMicroseconds();
         pump.start(listener.handler());
         pump.setSource(true);
+        QTRY_VERIFY(listener.pieces().size() >= 3);
+        const auto pieces = listener.pieces();
+        QVERIFY(silent(pieces[0]) && silent(pieces[1]));
+        // One piece for the movie to begin, and no more while the source may still begin.
+        QVERIFY(pieces[0].arrivalUs - startUs >= 100000);
+        QVERIFY(pieces[1].arrivalUs - pieces[0].presentationUs >= 700000);
+    }
+
+    void whatASlowSourceSaysAfterTheFirstStillnessIsHeard()
+    {
+        PumpListener listener;
+        SoundPump pump;
+        pump.start(listener.handler());
+        pump.setSource(true);
         QTRY_VERIFY(!listener.pieces().empty());
-        QVERIFY(silent(listener.pieces()[0]));
-        QVERIFY(listener.pieces()[0].arrivalUs - startUs >= 500000);
+        const qint64 saidUs = listener.pieces()[0].presentationUs + 30000;
+        pump.push(std::vector<std::int16_t>(441, 7), saidUs);
+        QTRY_COMPARE(int(listener.pieces().size()), 2);
+        QCOMPARE(listener.pieces()[1].presentationUs, saidUs);
+        QCOMPARE(int(listener.pieces()[1].samples.size()), 441);
     }
 
     void nothingIsHandedOnAfterTheStop()

@@ -7,7 +7,7 @@
 namespace
 {
 
-constexpr int SAMPLES_IN_PACKET = 1024;
+constexpr std::uint32_t SAMPLES_IN_PACKET = 1024;
 
 QByteArray bytesOf(const AtomWriter &out)
 {
@@ -87,7 +87,7 @@ QByteArray SampleDescriptions::aac(int sampleRate, const QByteArray &configurati
     out.put16(0xFFFE);
     out.zeros(2);
     out.put32(static_cast<std::uint32_t>(sampleRate) << 16);
-    for (const std::uint32_t value : {SAMPLES_IN_PACKET, 0, 0, 2})
+    for (const std::uint32_t value : {SAMPLES_IN_PACKET, 0u, 0u, 2u})
         out.put32(value);
     out.begin("wave");
     out.begin("frma");

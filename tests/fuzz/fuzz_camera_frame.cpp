@@ -1,45 +1,79 @@
 // A frame as the camera's thread gets it: the header decides whether it is decoded, and a decoded
-// frame must fit into the stream's picture whatever the bytes behind the header say.
+// frame must fit into the stream's picture whatever the bytes behind the header say. A stream that
+// is not compressed takes frames of its full length alone.
 
 #include "sources/camera/UvcStream.h"
 
 #include <libuvc/libuvc.h>
 
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
 
+// The name and the parameters are the fuzzer's.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
 namespace
 {
 
-constexpr QSize STREAM(64, 48);
+using StreamFormats::Coding;
+
+struct Fed {
+    Coding coding;
+    uvc_frame_format format;
+    QSize size;
+};
+/// The sizes of what is not compressed are smaller, so that short inputs fill them too.
+constexpr std::array<Fed, 4> STREAMS{{
+    {Coding::MotionJpeg, UVC_FRAME_FORMAT_MJPEG, {64, 48}},
+    {Coding::Yuyv, UVC_FRAME_FORMAT_YUYV, {10, 7}},
+    {Coding::Uyvy, UVC_FRAME_FORMAT_UYVY, {6, 9}},
+    {Coding::Grey, UVC_FRAME_FORMAT_GRAY8, {11, 5}},
+}};
 
 /// Reads and writes every byte that the handler was promised.
-void touch(void *rgb, int width, int height, qint64)
+void touch(void *rgb, int width, int height)
 {
-    if (QSize(width, height) != STREAM)
-        std::abort();
     auto *bytes = static_cast<std::uint8_t *>(rgb);
     for (int i = 0; i < width * height * 3; ++i)
         bytes[i] = static_cast<std::uint8_t>(~bytes[i]);
 }
 
-} // namespace
-
-// The name and the parameters are the fuzzer's.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+bool feed(const Fed &fed, const std::uint8_t *data, std::size_t size)
 {
-    static UvcStream stream(STREAM, touch);
+    bool shown = false;
+    UvcStream stream(
+        fed.size,
+        [&](void *rgb, int width, int height, qint64) {
+            if (QSize(width, height) != fed.size)
+                std::abort();
+            touch(rgb, width, height);
+            shown = true;
+        },
+        fed.coding);
     stream.allocate();
+    // Of its own length, so that a step beyond its end is seen.
     std::vector<std::uint8_t> copy(data, data + size);
     uvc_frame_t frame{};
     frame.data = copy.data();
     frame.data_bytes = copy.size();
-    frame.width = static_cast<std::uint32_t>(STREAM.width());
-    frame.height = static_cast<std::uint32_t>(STREAM.height());
-    frame.frame_format = UVC_FRAME_FORMAT_MJPEG;
+    frame.width = static_cast<std::uint32_t>(fed.size.width());
+    frame.height = static_cast<std::uint32_t>(fed.size.height());
+    frame.frame_format = fed.format;
     UvcStream::frameArrived(&frame, &stream);
+    return shown;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    for (const Fed &fed : STREAMS) {
+        const bool shown = feed(fed, data, size);
+        if (fed.coding != Coding::MotionJpeg &&
+            shown != (size >= StreamFormats::frameBytes(fed.coding, fed.size)))
+            std::abort();
+    }
     return 0;
 }

@@ -1,44 +1,24 @@
-// A settings file that anything may have been written into: the program starts with it.
+// A settings file that anything may have been written into: the program starts with it, and says of
+// each number in it that makes no sense which one it is.
 
 #include "settings/Config.h"
+#include "settings/StoredSettings.h"
+#include "tests/fuzz/FuzzedStore.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QSettings>
-#include <QTemporaryDir>
-
-#include <cstdint>
-#include <cstdlib>
+#include <QStringList>
 
 // The name and the parameters are the fuzzer's.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
-namespace
-{
-
-/// A home folder of the fuzzer's own, and the settings file in it.
-QString settingsFile()
-{
-    static const QTemporaryDir home;
-    qputenv("HOME", home.path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
-    QCoreApplication::setOrganizationName("Fuzz");
-    QCoreApplication::setApplicationName("Settings");
-    QDir(home.path()).mkpath("Fuzz");
-    return QSettings().fileName();
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const QString path = settingsFile();
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(reinterpret_cast<const char *>(data), qint64(size)) != qint64(size))
-        std::abort();
-    file.close();
+    static FuzzedStore store;
+    store.write(data, size, [] { return QSettings().fileName(); });
     const Config settings;
+    for (const QString &found : StoredSettings::outOfRange(QSettings())) {
+        if (!found.contains('='))
+            std::abort();
+    }
     return 0;
 }

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -20,6 +21,8 @@ constexpr gint64 PROGRAM_STREAM_LEAD = 3 * GST_SECOND;
 constexpr gint64 LONG_LEAD = 15 * GST_SECOND;
 // More than the time of a picture in such a stream.
 constexpr double PICTURE_SECONDS = 0.1;
+// A file may claim more than fits into nanoseconds.
+constexpr double LATEST_SECONDS = 9e9;
 constexpr gint64 FROM_START = std::numeric_limits<gint64>::max();
 
 gboolean onBusMessage(GstBus *, GstMessage *message, gpointer handler)
@@ -121,9 +124,9 @@ FilmPipelineGst::Result FilmPipelineGst::sendSeek(SeekStep step, double seconds)
     const int flags = GST_SEEK_FLAG_FLUSH |
                       (step == SeekStep::ToKeyFrame ? KEY_FRAME_BEFORE : GST_SEEK_FLAG_ACCURATE);
     m_seekStep = step;
-    GstEvent *event =
-        gst_event_new_seek(1, GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags), GST_SEEK_TYPE_SET,
-                           std::llround(seconds * GST_SECOND), GST_SEEK_TYPE_NONE, 0);
+    GstEvent *event = gst_event_new_seek(
+        1, GST_FORMAT_TIME, static_cast<GstSeekFlags>(flags), GST_SEEK_TYPE_SET,
+        std::llround(std::min(seconds, LATEST_SECONDS) * GST_SECOND), GST_SEEK_TYPE_NONE, 0);
     m_seekNumber = gst_event_get_seqnum(event);
     return gst_element_send_event(m_playbin.get(), event) ? Result::Later : Result::Failed;
 }

@@ -16,6 +16,8 @@ constexpr qint64 SEARCH_TIMEOUT_MS = 1000;
 /// The header of a film in fragments and each of its fragments are far smaller.
 constexpr qint64 LARGEST_BOX = 1 << 20;
 constexpr int BOX_HEADER = 8;
+/// No film is longer: that is a damaged time. In nanoseconds it still is a number.
+constexpr double LONGEST_SECONDS = 1e9;
 
 /// The fields of a box, one after the other; 0 beyond its end.
 class Fields
@@ -97,7 +99,7 @@ public:
             if (track.unitsPerSecond > 0)
                 longest = std::max(longest, static_cast<double>(track.end) / track.unitsPerSecond);
         }
-        return longest;
+        return longest <= LONGEST_SECONDS ? longest : 0;
     }
 
 private:

@@ -49,6 +49,19 @@ private slots:
         QCOMPARE(FragmentedFilm::seconds(m_folder.path()), 0.0);
     }
 
+    void aTimeThatNoFilmReachesIsNoLength()
+    {
+        QFile film(made("film.mp4", 2, "frag_keyframe+empty_moov+default_base_moof"));
+        QVERIFY(film.open(QIODevice::ReadWrite));
+        QByteArray bytes = film.readAll();
+        const int time = bytes.lastIndexOf("tfdt");
+        QVERIFY(time > 0);
+        // In 64 bits, which stand behind the version.
+        bytes.replace(time + 4, 12, QByteArray(1, 1) + QByteArray(3, 0) + QByteArray(8, 0x7f));
+        QVERIFY(film.seek(0) && film.write(bytes) == bytes.size() && film.flush());
+        QCOMPARE(FragmentedFilm::seconds(film.fileName()), 0.0);
+    }
+
     void whatIsCutOffCountsUpToThere()
     {
         QFile film(made("whole.mp4", 4, "frag_keyframe+empty_moov"));

@@ -49,7 +49,7 @@ void copyLayer(benchmark::State &state)
         static_cast<std::size_t>(PICTURE.width()) * 4 * static_cast<std::size_t>(PICTURE.height());
     const std::vector<char> from(bytes, 1);
     std::vector<char> to(bytes, 2);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::memcpy(to.data(), from.data(), bytes);
         benchmark::DoNotOptimize(to.data());
         benchmark::ClobberMemory();
@@ -65,7 +65,7 @@ void shortStroke(benchmark::State &state)
     for (int y = 0; y < PICTURE.height(); y += 20)
         board.drag(CanvasModes::Line, {0, y}, {1919, y});
     int step = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QPoint from(step * 37 % 1880, step * 53 % 1040);
         board.drag(static_cast<CanvasModes::MouseMode>(state.range(0)), from,
                    from + QPoint(20, 12));
@@ -85,7 +85,7 @@ void lineByPictureAndLength(benchmark::State &state)
     const int height = width * 9 / 16;
     Board board(QSize(width, height));
     int step = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QPoint from(step * 37 % (width - length), step * 53 % (height - length / 2));
         board.drag(CanvasModes::Line, from, from + QPoint(length, length / 2));
         ++step;
@@ -106,7 +106,7 @@ void largeShapeMove(benchmark::State &state)
     const auto mode = static_cast<CanvasModes::MouseMode>(state.range(0));
     board.tools.press(mode, {200, 200}, board.layer);
     int step = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         board.tools.move(mode, {1500 + step % 200, 800 + step % 100}, board.ink, board.layer,
                          board.view);
         board.tools.drawPending(board.layer);
@@ -152,7 +152,7 @@ void shortStrokeAsAStep(benchmark::State &state)
 {
     Steps steps;
     int step = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QPoint from(step * 37 % 1880, step * 53 % 1040);
         steps.drag(static_cast<CanvasModes::MouseMode>(state.range(0)), from,
                    from + QPoint(20, 12));
@@ -171,7 +171,7 @@ void undoAndRedo(benchmark::State &state, QPoint from, QPoint to, bool packed)
     steps.ink.fillEnabled = true;
     steps.drag(CanvasModes::Rectangle, from, to);
     std::int64_t now = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         if (packed) {
             state.PauseTiming();
             for (int i = 0; i < 200; ++i)
@@ -196,7 +196,7 @@ BENCHMARK_CAPTURE(undoAndRedo, wholeLayerPacked, QPoint(0, 0), QPoint(1919, 1079
 void eraseAllAndUndo(benchmark::State &state)
 {
     Steps steps;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         steps.drawing.clear();
         steps.drawing.undo();
     }
@@ -222,7 +222,7 @@ void strokeThroughTheCanvas(benchmark::State &state)
     canvas.imageCaptured(picture);
     canvas.setMouseMode(CanvasModes::Freehand);
     int step = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const QPoint from(step * 37 % 940, step * 53 % 520);
         send(canvas, QEvent::MouseButtonPress, from);
         send(canvas, QEvent::MouseMove, from + QPoint(10, 6));

@@ -98,7 +98,7 @@ void canvasPaint(benchmark::State &state)
     ImageCanvas canvas;
     canvas.resize(1000, 670);
     QImage screen(canvas.size(), QImage::Format_RGB32);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         ++source[0];
         canvas.imageCaptured(source.data(), size.width(), size.height(), false, false);

@@ -20,7 +20,7 @@ void copyThreeFrames(benchmark::State &state)
     auto b = source;
     auto c = source;
     const std::size_t bytes = source.size() - 64;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::memcpy(a.data(), source.data(), bytes);
         benchmark::ClobberMemory();
         std::memcpy(b.data(), a.data(), bytes);
@@ -40,7 +40,7 @@ void ours(benchmark::State &state, OurStep step)
     auto source = noise(size);
     auto target = source;
     const PixelRows to = rowsOf(target, size);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         step(rowsOf(source, size), to);
         benchmark::ClobberMemory();
     }
@@ -54,7 +54,7 @@ void theirs(benchmark::State &state, TheirStep step)
     auto target = source;
     const cv::Mat from = matOf(source, size);
     cv::Mat to = matOf(target, size);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         step(from, to);
         benchmark::ClobberMemory();
     }
@@ -146,7 +146,7 @@ void ourLayer(benchmark::State &state)
     auto target = noise(size);
     AnnotationLayer layer;
     drawOn(layer, size);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         FrameSteps::layOver(layer, layer.rect(), rowsOf(target, size));
         benchmark::ClobberMemory();
     }
@@ -173,7 +173,7 @@ void theirLayer(benchmark::State &state)
         }
     }
     const std::vector<cv::Rect> tiles = drawnTiles(alpha);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         for (const cv::Rect &tile : tiles) {
             // These strokes are opaque, so that a copy under a mask is all there is to do.
             colours(tile).copyTo(to(tile), alpha(tile));

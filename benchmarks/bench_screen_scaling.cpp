@@ -82,7 +82,7 @@ void copySource(benchmark::State &state)
 {
     const auto source = noise(caseOf(state).from);
     const auto target = noise(caseOf(state).from);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::memcpy(target->rows().data, source->rows().data, source->byteCount());
         benchmark::ClobberMemory();
     }
@@ -99,7 +99,7 @@ void canvasScales(benchmark::State &state, const FrameKernels *kernels)
     const auto source = noise(caseOf(state).from);
     Screen screen(caseOf(state).to);
     ScreenScaler scaler;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         scaler.scale(source->rows(), screen.rows());
         benchmark::ClobberMemory();
     }
@@ -113,7 +113,7 @@ void nearestScales(benchmark::State &state)
     Screen screen(caseOf(state).to);
     NearestScaler scaler;
     scaler.prepare(source->size(), screen.size);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         scaler.scaleToRgb32(source->rows(), screen.rows());
         benchmark::ClobberMemory();
     }
@@ -131,7 +131,7 @@ void openCvScales(benchmark::State &state)
     cv::Mat small;
     cv::Mat to(now.to.height(), now.to.width(), CV_8UC4, screen.bytes());
     const bool down = now.to.width() < now.from.width();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         cv::resize(from, small, to.size(), 0, 0, down ? cv::INTER_AREA : cv::INTER_LINEAR);
         cv::cvtColor(small, to, cv::COLOR_RGB2BGRA);
         benchmark::ClobberMemory();
@@ -157,7 +157,7 @@ void libYuvScalesPlanes(benchmark::State &state)
         whole[i].resize(static_cast<std::size_t>(w) * static_cast<std::size_t>(h));
         scaled[i].resize(static_cast<std::size_t>(tw) * static_cast<std::size_t>(th));
     }
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         libyuv::SplitRGBPlane(rows.data, static_cast<int>(rows.stride), whole[0].data(), w,
                               whole[1].data(), w, whole[2].data(), w, w, h);
         for (std::size_t i = 0; i < 3; ++i)
@@ -179,7 +179,7 @@ void libYuvScalesPixels(benchmark::State &state)
     const int w = now.from.width();
     const int h = now.from.height();
     std::vector<std::uint8_t> wide(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 4);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         // RAW is red first, ARGB blue first in memory.
         libyuv::RAWToARGB(rows.data, static_cast<int>(rows.stride), wide.data(), 4 * w, w, h);
         libyuv::ARGBScale(wide.data(), 4 * w, w, h, screen.bytes(), 4 * now.to.width(),

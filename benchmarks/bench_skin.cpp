@@ -56,7 +56,7 @@ void copyWindowPixels(benchmark::State &state)
 {
     const QImage from = target(WINDOW_SIZE);
     QImage to = target(WINDOW_SIZE);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::memcpy(to.bits(), from.constBits(), static_cast<size_t>(from.sizeInBytes()));
         benchmark::ClobberMemory();
     }
@@ -66,7 +66,7 @@ void paintFrame(benchmark::State &state)
 {
     Frame frame;
     QImage image = target(WINDOW_SIZE);
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         frame.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
 }
 
@@ -77,7 +77,7 @@ void paintFrameAndFullPanel(benchmark::State &state)
     fill(panel);
     panel.move(40, 30);
     QImage image = target(WINDOW_SIZE);
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         frame.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
 }
 
@@ -85,13 +85,13 @@ void paintOneButton(benchmark::State &state)
 {
     ImageButton button("ICON_LINE", nullptr, 0, 0);
     QImage image = target(button.size());
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         button.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
 }
 
 void buildFullPanel(benchmark::State &state)
 {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         Panel panel(nullptr);
         fill(panel);
         benchmark::DoNotOptimize(&panel);

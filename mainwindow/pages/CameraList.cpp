@@ -12,7 +12,7 @@ namespace
 /// Twins are told apart by their serial numbers.
 QString nameOf(const BusCamera &camera, const BusCameras &all)
 {
-    const QString name = shownCameraName(camera.name);
+    QString name = shownCameraName(camera.name);
     if (name.isEmpty())
         return camera.text();
     for (const BusCamera &other : all) {

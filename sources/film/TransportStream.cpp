@@ -21,7 +21,7 @@ constexpr uchar SYNC = 0x47;
 constexpr double TICKS_PER_SECOND = 90000;
 constexpr qint64 TICKS_RANGE = qint64{1} << 33;
 /// A longer way from one picture to the next is a damaged time.
-constexpr qint64 LONGEST_STEP = 10 * 90000;
+constexpr qint64 LONGEST_STEP = qint64{10} * 90000;
 
 /// In a packet: whether an elementary packet begins in it, and whether there are other fields
 /// first.

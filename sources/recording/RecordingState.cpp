@@ -6,9 +6,9 @@ namespace
 {
 
 /// A shorter movie does not tell how it goes on.
-constexpr qint64 TELLING_US = 10 * 1000 * 1000;
+constexpr qint64 TELLING_US = qint64{10} * 1000 * 1000;
 /// A microphone that is there has been found by then.
-constexpr qint64 SEARCH_US = 1000 * 1000;
+constexpr qint64 SEARCH_US = qint64{1000} * 1000;
 constexpr double QUIETEST_BAR = -50.0;
 constexpr double DECIBELS_A_BAR = 10.0;
 

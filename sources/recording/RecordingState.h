@@ -37,11 +37,11 @@ namespace RecordingRules
 
 /// The recording ends when its disk has no more than that left, while there is still room for its
 /// end.
-constexpr qint64 LEAST_FREE_BYTES = 50 * 1000 * 1000;
+constexpr qint64 LEAST_FREE_BYTES = qint64{50} * 1000 * 1000;
 /// A disk that lasts no longer than that is told of.
 constexpr int FEW_MINUTES = 5;
 /// Sound that has been nothing but zeros for so long comes from no microphone that is switched on.
-constexpr qint64 LONG_SILENCE_US = 10 * 1000 * 1000;
+constexpr qint64 LONG_SILENCE_US = qint64{10} * 1000 * 1000;
 
 /// How many whole minutes the disk lasts at the rate of so far, or at that of `bytesPerSecond`
 /// while there is too little to tell; nothing when the disk tells nothing.

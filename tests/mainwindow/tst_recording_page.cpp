@@ -106,8 +106,8 @@ RecordingState goodState()
     state.heard = "Desk";
     state.level.shownPeak = -25;
     state.movie.freeBytes = 10LL * 1000 * 1000 * 1000;
-    state.movie.bytes = 60 * 1000 * 1000;
-    state.movie.elapsedUs = 60 * 1000000;
+    state.movie.bytes = qint64{60} * 1000 * 1000;
+    state.movie.elapsedUs = qint64{60} * 1000000;
     return state;
 }
 
@@ -249,7 +249,7 @@ private slots:
         QTest::addColumn<qint64>("missed");
         QTest::addColumn<QString>("said");
         RecordingState state = goodState();
-        state.movie.freeBytes = 300 * 1000 * 1000;
+        state.movie.freeBytes = qint64{300} * 1000 * 1000;
         QTest::newRow("few minutes") << state << qint64(0) << "The disk lasts 4 minutes";
         state = goodState();
         state.level.zerosUs = 11000000;

@@ -27,7 +27,7 @@ QString pictureFile(const QString &folder, const QString &name, QRgb color)
 {
     QImage image(64, 48, QImage::Format_RGB32);
     image.fill(color);
-    const QString path = QDir(folder).filePath(name);
+    QString path = QDir(folder).filePath(name);
     if (!image.save(path))
         qFatal("cannot write %s", qPrintable(path));
     return path;

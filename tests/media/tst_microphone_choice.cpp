@@ -11,9 +11,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <thread>
+#include <vector>
 
 namespace
 {
@@ -51,10 +53,9 @@ public:
         : m_pipe(open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC))
     {
         m_thread = std::thread([this, rate, channels] {
-            std::vector<qint16> period;
-            const int half = rate / 200;
-            for (int n = 0; n < 2 * half * channels; ++n)
-                period.push_back(n < half * channels ? 16000 : -16000);
+            const auto half = std::size_t(rate / 200 * channels);
+            std::vector<qint16> period(2 * half, -16000);
+            std::fill_n(period.begin(), half, qint16(16000));
             while (!m_stopping) {
                 while (write(m_pipe, period.data(), period.size() * sizeof(qint16)) > 0) {
                 }

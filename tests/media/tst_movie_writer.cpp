@@ -112,7 +112,7 @@ private slots:
             const QString file = m_folder.filePath("quality.mov");
             WrittenMovie movie(file, QSize(1280, 720), {"x264enc"}, quality);
             // Lines of writing under a moving hand, with the noise of a camera.
-            std::vector<std::uint8_t> rgb(1280 * 720 * 3);
+            std::vector<std::uint8_t> rgb(std::size_t{1280} * 720 * 3);
             std::uint32_t noise = 1;
             for (int n = 0; n < 60; ++n) {
                 for (int y = 0; y < 720; ++y) {

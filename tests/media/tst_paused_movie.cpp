@@ -139,7 +139,7 @@ private slots:
         WrittenMovie movie(m_file);
         for (int n = 0; n < 11 * PERIOD; ++n) {
             // A part of a picture, so that the wave is cut anywhere.
-            const qint64 offUs = 1777 * (n / PERIOD);
+            const qint64 offUs = qint64{1777} * (n / PERIOD);
             if (n % PERIOD == 20 && n / PERIOD < 10)
                 movie.writer->setPaused(true, timeOf(n) + offUs);
             if (n % PERIOD == 29 && n / PERIOD < 10)

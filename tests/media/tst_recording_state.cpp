@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr qint64 MEGABYTE = 1000 * 1000;
+constexpr qint64 MEGABYTE = qint64{1000} * 1000;
 
 MovieProgress progressOf(qint64 bytes, qint64 seconds, qint64 freeBytes)
 {
@@ -29,9 +29,9 @@ void feed(SoundMeter &meter, const std::vector<std::int16_t> &samples)
 /// A tenth of a second of a tone.
 std::vector<std::int16_t> toneOf(double amplitude)
 {
-    std::vector<std::int16_t> samples;
-    for (int n = 0; n < 4410; ++n)
-        samples.push_back(std::int16_t(std::lround(amplitude * std::sin(0.1 * n))));
+    std::vector<std::int16_t> samples(4410);
+    for (std::size_t n = 0; n < samples.size(); ++n)
+        samples[n] = std::int16_t(std::lround(amplitude * std::sin(0.1 * double(n))));
     return samples;
 }
 

@@ -69,8 +69,8 @@ public:
 private:
     using StreamControl = std::array<std::uint8_t, 34>;
     struct Agreed {
-        std::uint8_t formatIndex;
-        std::uint8_t frameIndex;
+        std::uint8_t formatIndex = 0;
+        std::uint8_t frameIndex = 0;
         Commit stream;
     };
 

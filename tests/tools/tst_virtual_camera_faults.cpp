@@ -37,6 +37,7 @@ private slots:
     void endpointStalls();
     void unplugEndsTheStream_data();
     void unplugEndsTheStream();
+    void whoHasItOpenMayOutliveIt();
     void namesLeadToFaults();
     void countsRunOut();
     void whoDoesNotUseTheBusDoesNotSeeIt();
@@ -315,6 +316,27 @@ void VirtualCameraFaultsTest::unplugEndsTheStream()
     QVERIFY(other.waitUntilFound(false));
     // The stream is not stopped: the bare library may wait for ever for a transfer that it has
     // lost.
+}
+
+void VirtualCameraFaultsTest::whoHasItOpenMayOutliveIt()
+{
+    const VirtualCamera keepsTheBus;
+    auto camera = std::make_unique<VirtualCamera>();
+    QVERIFY(camera->plug());
+    UvcViewer viewer;
+    QVERIFY(viewer.find());
+    QCOMPARE(viewer.open(), UVC_SUCCESS);
+    viewer.abandon();
+    uvc_stream_ctrl_t control{};
+    QCOMPARE(uvc_get_stream_ctrl_format_size(viewer.handle, &control, UVC_FRAME_FORMAT_MJPEG,
+                                             FRAME.width(), FRAME.height(), 30),
+             UVC_SUCCESS);
+    uvc_stream_handle_t *stream = nullptr;
+    QCOMPARE(uvc_stream_open_ctrl(viewer.handle, &stream, &control), UVC_SUCCESS);
+    camera.reset();
+    quint64 value = 0;
+    QCOMPARE(viewer.get(19, value), static_cast<int>(UVC_ERROR_NO_DEVICE));
+    uvc_stream_close(stream); // gives the interface back to what is no more
 }
 
 void VirtualCameraFaultsTest::namesLeadToFaults()

@@ -109,13 +109,14 @@ void UsbFs::report(CameraStatistics &statistics) const
 void UsbFs::handleIoctl(UMockdevIoctlClient *client)
 {
     const unsigned long request = umockdev_ioctl_client_get_request(client);
-    if (request == USBDEVFS_RELEASEINTERFACE && takeFault(m_faults.hangReleases)) {
-        g_object_ref(client); // its end would be an answer
-        return;
-    }
     int result = -ENODEV;
     {
         const std::lock_guard lock(m_mutex);
+        if (!m_shutDown && request == USBDEVFS_RELEASEINTERFACE &&
+            takeFault(m_faults.hangReleases)) {
+            g_object_ref(client); // its end would be an answer
+            return;
+        }
         ++m_ioctls;
         Handle &handle = handleOf(client);
         if (!handle.gone || worksUnplugged(request))

@@ -18,7 +18,8 @@
 /// their transfers and fills them with the payloads of the streamer.
 ///
 /// handleIoctl() comes from umockdev's thread, the streamer's calls from its own, all others from
-/// any. Held by a shared pointer because umockdev may release an open handle late.
+/// any. Held by a shared pointer because programs may have the node open for longer than there is
+/// a camera.
 class UsbFs : public std::enable_shared_from_this<UsbFs>
 {
 public:
@@ -52,6 +53,7 @@ public:
     };
     /// Puts a frame of that stream on the bus.
     [[nodiscard]] Sent send(const Stream &stream, std::vector<Payload> payloads);
+    /// From now on the function and the faults may cease to be. Nothing may be plugged in.
     void shutDown();
 
 private:

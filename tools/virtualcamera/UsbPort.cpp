@@ -75,13 +75,15 @@ UsbPort::UsbPort(std::shared_ptr<UsbFs> usbFs)
     , m_number(m_bus->takePort())
     , m_ioctls(umockdev_ioctl_base_new())
 {
-    g_signal_connect(
+    using SharedFs = std::shared_ptr<UsbFs>;
+    g_signal_connect_data(
         m_ioctls.get(), "handle-ioctl",
         G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer fs) -> gboolean {
-            static_cast<UsbFs *>(fs)->handleIoctl(client);
+            (*static_cast<SharedFs *>(fs))->handleIoctl(client);
             return TRUE;
         }),
-        m_usbFs.get());
+        new SharedFs(m_usbFs), +[](gpointer fs, GClosure *) { delete static_cast<SharedFs *>(fs); },
+        GConnectFlags{});
 }
 
 UsbPort::~UsbPort()

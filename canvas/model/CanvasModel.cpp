@@ -76,7 +76,7 @@ CanvasModel::Shot CanvasModel::take(const QImage &image)
     m_lastFrameMs = m_clock.elapsed();
     m_untouched = false;
     if (!m_state.holdsInput(m_settings)) {
-        m_state.takeInput(m_state.picture.copyOf(rgb), image.size());
+        m_state.takeInput(m_state.picture.frameOf(rgb), image.size());
         m_state.publishTo(m_published);
     }
     return m_state.renewPicture(m_settings) ? m_state.dueShot(m_clock.elapsed()) : Shot{};

@@ -1,5 +1,7 @@
 #include "canvas/picture/Frame.h"
 
+#include "sources/pictures/PictureMemory.h"
+
 #include <new>
 
 namespace
@@ -28,6 +30,20 @@ std::unique_ptr<Frame> Frame::create(QSize size, QImage::Format format)
     return frame;
 }
 
+FramePtr Frame::sharing(const QImage &picture)
+{
+    static_assert(PictureMemory::SLACK >= SLACK);
+    if (picture.format() != QImage::Format_RGB888 || !PictureMemory::holds(picture))
+        return nullptr;
+    std::shared_ptr<Frame> frame(new (std::nothrow) Frame);
+    if (!frame)
+        return nullptr;
+    frame->m_capacity = bytesFor(picture.size(), picture.format()) + SLACK;
+    frame->reshape(picture.size(), picture.format());
+    frame->m_shared = picture;
+    return frame;
+}
+
 PixelRows Frame::rows()
 {
     return {m_bytes.get(), m_size.width(), m_size.height(),
@@ -36,7 +52,7 @@ PixelRows Frame::rows()
 
 ConstPixelRows Frame::rows() const
 {
-    return {m_bytes.get(), m_size.width(), m_size.height(),
+    return {m_bytes ? m_bytes.get() : m_shared.constBits(), m_size.width(), m_size.height(),
             static_cast<std::ptrdiff_t>(strideFor(m_size, m_format)), pixelBytes(m_format)};
 }
 

@@ -24,8 +24,12 @@ public:
     /// All rows with their padding.
     [[nodiscard]] std::size_t byteCount() const { return m_byteCount; }
     [[nodiscard]] std::size_t capacity() const { return m_capacity; }
+    /// Of a frame that has memory of its own.
     [[nodiscard]] PixelRows rows();
     [[nodiscard]] ConstPixelRows rows() const;
+
+    /// A frame in the memory of that picture; null for one that PictureMemory does not hold.
+    [[nodiscard]] static std::shared_ptr<const Frame> sharing(const QImage &picture);
 
     /// Gives the memory another shape; false, and nothing changed, when it is too small.
     bool reshape(QSize size, QImage::Format format);
@@ -41,7 +45,9 @@ private:
     QImage::Format m_format = QImage::Format_RGB888;
     std::size_t m_byteCount = 0;
     std::size_t m_capacity = 0;
+    /// Its own memory; null for a frame that shares a picture's.
     std::unique_ptr<unsigned char[]> m_bytes;
+    QImage m_shared;
 };
 
 using FramePtr = std::shared_ptr<const Frame>;

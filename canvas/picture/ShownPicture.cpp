@@ -34,8 +34,10 @@ FramePtr ShownPicture::copyOf(const void *pixels, QSize size, bool mirror, bool 
     return frame;
 }
 
-FramePtr ShownPicture::copyOf(const QImage &picture)
+FramePtr ShownPicture::frameOf(const QImage &picture)
 {
+    if (FramePtr shared = Frame::sharing(picture))
+        return shared;
     // A picture that wraps foreign memory may have rows of another length.
     const bool usual = picture.bytesPerLine() == (picture.width() * 3 + 3) / 4 * 4;
     const QImage aligned = usual ? picture : picture.copy();

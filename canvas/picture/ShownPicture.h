@@ -20,9 +20,10 @@ public:
     /// A copy of `size` packed pixels: RGB888, or with `rgb32` the 4 bytes of ARGB32. `mirror`
     /// turns it upside down. Null for an empty size and without memory.
     [[nodiscard]] FramePtr copyOf(const void *pixels, QSize size, bool mirror, bool rgb32);
-    /// A copy of an RGB888 picture. Null for a null picture and without memory. A large one lets go
-    /// of the picture that is shown first.
-    [[nodiscard]] FramePtr copyOf(const QImage &picture);
+    /// An RGB888 picture that stays as it is: its own memory where that may be kept, else a copy.
+    /// Null for a null picture and without memory. To copy a large one lets go of the picture that
+    /// is shown first.
+    [[nodiscard]] FramePtr frameOf(const QImage &picture);
 
     /// Takes the frame that the picture is made from; null is an empty one.
     void setInput(const FramePtr &frame);

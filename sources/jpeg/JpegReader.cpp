@@ -1,6 +1,7 @@
 #include "sources/jpeg/JpegReader.h"
 
 #include "sources/jpeg/JpegDecompressor.h"
+#include "sources/pictures/PictureMemory.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -125,7 +126,7 @@ JpegPicture readAt(QIODevice &device, qint64 mostBytes, Eighths eighths)
     if (!begun || heldBytes + answerBytes > mostBytes)
         return {};
 
-    QImage image(size, QImage::Format_RGB888);
+    QImage image = PictureMemory::create(size);
     if (image.isNull())
         return {};
     const bool whole = readRows(decompressor, image);

@@ -1,5 +1,7 @@
 #include "sources/photographs/PictureBuilder.h"
 
+#include "sources/pictures/PictureMemory.h"
+
 #include <QRect>
 
 #include <algorithm>
@@ -29,7 +31,7 @@ int firstFrom(int place, int whole, int size)
 
 PictureBuilder::PictureBuilder(QSize whole, QSize size)
     : m_whole(whole)
-    , m_picture(size, QImage::Format_RGB888)
+    , m_picture(PictureMemory::create(size))
 {
     if (m_picture.isNull())
         return;

@@ -6,6 +6,7 @@
 #include "sources/photographs/BmpPicture.h"
 #include "sources/photographs/PictureBuilder.h"
 #include "sources/photographs/PictureColours.h"
+#include "sources/pictures/PictureMemory.h"
 #include "sources/png/PngReader.h"
 
 #include <QBuffer>
@@ -63,7 +64,8 @@ QImage upright(const QImage &image, QImageIOHandler::Transformations turn)
         return image;
     const QImage mirrored = image.mirrored(turn & QImageIOHandler::TransformationMirror,
                                            turn & QImageIOHandler::TransformationFlip);
-    return sidesSwap(turn) ? mirrored.transformed(QTransform().rotate(90)) : mirrored;
+    return PictureMemory::copyOf(
+        sidesSwap(turn) ? mirrored.transformed(QTransform().rotate(90)) : mirrored);
 }
 
 /// The largest size of that shape that has no more pixels.

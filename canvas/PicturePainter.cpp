@@ -5,17 +5,24 @@
 #include <QPainter>
 #include <QRegion>
 
+#include <cmath>
+
 namespace
 {
 
-/// `corner` is in pixels of the screen, as the image is: the painter then copies, where it would
-/// scale by way of the layout's units.
-void drawPixels(QPainter *painter, QPoint corner, const QImage &image, double ratio)
+/// An edge of the layout in whole pixels of the screen.
+QPoint onScreen(QPoint point, double ratio)
 {
-    painter->save();
-    painter->scale(1.0 / ratio, 1.0 / ratio);
-    painter->drawImage(corner, image);
-    painter->restore();
+    return (QPointF(point) * ratio).toPoint();
+}
+
+/// All but the edge, which is painted over it.
+QRect insideEdge(QSize size, double ratio)
+{
+    const int begin = static_cast<int>(std::floor(2 * ratio));
+    return {QPoint(begin, begin),
+            QPoint(static_cast<int>(std::ceil((size.width() - 2) * ratio)) - 1,
+                   static_cast<int>(std::ceil((size.height() - 2) * ratio)) - 1)};
 }
 
 } // namespace
@@ -24,21 +31,22 @@ void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Sho
 {
     const ViewGeometry::Fit fitted =
         ViewGeometry::fit(shown.picture ? shown.picture->size() : QSize(0, 0), size);
-    const QRect place(fitted.margin, fitted.size);
+    // Whole pixels of the screen, which are not those of the layout at a ratio of 1.5, leave the
+    // painter nothing to scale, and no line between the picture and its bars.
+    const double ratio = painter->device()->devicePixelRatioF();
+    const QPoint corner = onScreen(fitted.margin, ratio);
+    const QPoint end =
+        onScreen(fitted.margin + QPoint(fitted.size.width(), fitted.size.height()), ratio);
+    const QRect place(corner, end - QPoint(1, 1));
+    painter->save();
+    painter->scale(1.0 / ratio, 1.0 / ratio);
     if (m_barsBlack) {
         // Filling the whole widget would write every pixel of the picture twice.
-        const QRegion bars = QRegion(QRect({0, 0}, size).adjusted(2, 2, -2, -2)) - place;
-        for (const QRect &bar : bars)
+        for (const QRect &bar : QRegion(insideEdge(size, ratio)) - place)
             painter->fillRect(bar, Qt::black);
     }
-    // Whole pixels of the screen, which are not those of the layout at a ratio of 1.5, leave the
-    // painter nothing to scale.
-    const double ratio = painter->device()->devicePixelRatioF();
-    const QPoint corner = (QPointF(place.topLeft()) * ratio).toPoint();
-    const QPoint end =
-        (QPointF(place.topLeft() + QPoint(place.width(), place.height())) * ratio).toPoint();
-    const QSize pixels(end.x() - corner.x(), end.y() - corner.y());
-    const QImage &image = m_scaled.image(shown.picture, shown.serial, pixels);
+    const QImage &image = m_scaled.image(shown.picture, shown.serial, place.size());
     if (!image.isNull())
-        drawPixels(painter, corner, image, ratio);
+        painter->drawImage(corner, image);
+    painter->restore();
 }

@@ -49,6 +49,29 @@ private slots:
                 QCOMPARE(shown.pixel(x, y), expected.pixel(x - place.left(), y - place.top()));
         }
     }
+
+    void nothingIsLeftBetweenThePictureAndItsBars()
+    {
+        // The canvas lies at half a pixel of the screen, or not.
+        for (const int place : {0, 1}) {
+            for (int width = 101; width < 107; ++width) {
+                QWidget window;
+                ImageCanvas canvas(&window);
+                canvas.setGeometry(place, place, width, 101);
+                canvas.imageCaptured(ReferencePipeline::noise({9, 108}, QImage::Format_RGB888, 5));
+                canvas.show();
+                QImage shown(QSize(180, 180), QImage::Format_RGB32);
+                shown.setDevicePixelRatio(1.5);
+                shown.fill(Qt::magenta);
+                window.render(&shown, {}, {}, QWidget::DrawChildren);
+                for (int y = 6; y < 148; ++y) {
+                    for (int x = 6; x < (width - 3) * 3 / 2; ++x)
+                        QVERIFY2(shown.pixelColor(x, y) != Qt::magenta,
+                                 qPrintable(QString("%1 %2").arg(x).arg(y)));
+                }
+            }
+        }
+    }
 };
 
 REGISTER_TEST(CanvasFractionalRatioTest)

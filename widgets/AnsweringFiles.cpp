@@ -6,6 +6,11 @@
 #include <QDir>
 #include <QThread>
 
+// The toolkit's dialog asks for files by itself, in its model, its completer and its places, and
+// only its file engines stand in the way of all three. They are in private headers, which may
+// change with a release of the toolkit: the test of the dialogs hangs a drive in every way that a
+// change could let through. A dialog of our own would have to do again what the toolkit's has
+// learnt in years.
 #include <private/qabstractfileengine_p.h>
 #include <private/qfsfileengine_p.h>
 

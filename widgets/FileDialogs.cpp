@@ -7,13 +7,27 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFileSystemModel>
+#include <QListView>
 #include <QPointer>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <memory>
 
 namespace
 {
+
+/// The toolkit makes the places at the side as wide as the first of them, which cuts off the name
+/// of most homes. What takes more than a third of the dialog is scrolled.
+void makeRoomForPlaces(QFileDialog &dialog)
+{
+    auto *places = dialog.findChild<QListView *>(QStringLiteral("sidebar"));
+    if (!places)
+        return;
+    const int edges = places->width() - places->contentsRect().width();
+    places->setMinimumWidth(
+        std::min(places->sizeHintForColumn(0) + edges, dialog.sizeHint().width() / 3));
+}
 
 /// A folder that was never read, as it is gone at once.
 QModelIndex unreadFolder(const QFileSystemModel &files)
@@ -57,6 +71,7 @@ QString ask(QWidget *parent, const QString &caption, const QString &folder, cons
         files->setOption(QFileSystemModel::DontWatchForChanges);
     dialog->setFileMode(mode);
     dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
+    makeRoomForPlaces(*dialog);
     const QPointer<QFileDialog> guarded(dialog);
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
     if (!guarded)

@@ -1,6 +1,8 @@
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
 #include "sources/photographs/PictureReader.h"
+#include "sources/pictures/PictureMemory.h"
+#include "tests/CorpusResults.h"
 #include "tests/ProcessMemory.h"
 #include "tests/TestProgram.h"
 
@@ -114,10 +116,15 @@ void PictureCorpusTest::aPictureIsAsImageMagickReadsIt()
         QImage(in("expected").filePath(name + ".png")).convertToFormat(QImage::Format_RGB888);
     QVERIFY(!expected.isNull());
     QCOMPARE(reading.picture.size(), expected.size());
+    // So that the canvas need not copy it.
+    QVERIFY(PictureMemory::holds(reading.picture));
     const Difference apart = difference(reading.picture, expected);
     // Two ways of rounding; those of a profile and of printers' colours have more steps.
     const bool hasSteps = name.startsWith("p3") || name.startsWith("cmyk");
-    QVERIFY2(apart.most <= (hasSteps ? 6 : 2) && apart.mean <= (hasSteps ? 2.0 : 0.6),
+    const bool isSame = apart.most <= (hasSteps ? 6 : 2) && apart.mean <= (hasSteps ? 2.0 : 0.6);
+    CorpusResults::add({"picture", "good", QFileInfo(name).suffix(), QFileInfo(name).baseName(),
+                        QString::number(apart.most), isSame ? "right" : "differs", name});
+    QVERIFY2(isSame,
              qPrintable(QString("%1 at the most, %2 on average").arg(apart.most).arg(apart.mean)));
 }
 
@@ -135,6 +142,13 @@ void PictureCorpusTest::aDamagedPictureIsShownOrToldOf()
             QVERIFY2(reading.problem == PictureProblem::Damaged, qPrintable(name));
         else
             QCOMPARE(reading.picture.format(), QImage::Format_RGB888);
+        CorpusResults::add({"picture",
+                            "damaged",
+                            QFileInfo(name).suffix(),
+                            QFileInfo(name).baseName().section('-', -1),
+                            {},
+                            reading.picture.isNull() ? "said: damaged" : "what is left",
+                            name});
         shown += reading.picture.isNull() ? 0 : 1;
     }
     // Nine tenths of a file have a picture in them, but for those of a single row.
@@ -163,6 +177,16 @@ void PictureCorpusTest::whatIsNoPictureIsToldOf()
                 ? PictureProblem::Damaged
                 : PictureProblem::Unreadable;
         QVERIFY2(reading.picture.isNull() && reading.problem == expected, qPrintable(name));
+        const char *said = expected == PictureProblem::Gone      ? "said: gone"
+                           : expected == PictureProblem::Damaged ? "said: damaged"
+                                                                 : "said: unreadable";
+        CorpusResults::add({"picture",
+                            "none",
+                            QFileInfo(name).suffix(),
+                            QFileInfo(name).baseName(),
+                            {},
+                            said,
+                            name});
     }
 }
 

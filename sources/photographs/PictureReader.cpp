@@ -6,13 +6,12 @@
 #include "sources/photographs/BmpPicture.h"
 #include "sources/photographs/PictureBuilder.h"
 #include "sources/photographs/PictureColours.h"
-#include "sources/pictures/PictureMemory.h"
+#include "sources/photographs/UprightPicture.h"
 #include "sources/png/PngReader.h"
 
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
-#include <QTransform>
 
 #include <cmath>
 #include <functional>
@@ -50,22 +49,6 @@ qint64 pixels(QSize size)
 QSize atLeastOne(QSize size)
 {
     return size.expandedTo(QSize(1, 1));
-}
-
-bool sidesSwap(QImageIOHandler::Transformations turn)
-{
-    return turn & QImageIOHandler::TransformationRotate90;
-}
-
-/// The picture as its orientation tag wants it: mirrored first, then turned.
-QImage upright(const QImage &image, QImageIOHandler::Transformations turn)
-{
-    if (turn == QImageIOHandler::TransformationNone)
-        return image;
-    const QImage mirrored = image.mirrored(turn & QImageIOHandler::TransformationMirror,
-                                           turn & QImageIOHandler::TransformationFlip);
-    return PictureMemory::copyOf(
-        sidesSwap(turn) ? mirrored.transformed(QTransform().rotate(90)) : mirrored);
 }
 
 /// The largest size of that shape that has no more pixels.
@@ -131,31 +114,27 @@ QColorSpace spaceOf(const JpegPicture &jpeg)
     return jpeg.profile.isEmpty() ? QColorSpace() : QColorSpace::fromIccProfile(jpeg.profile);
 }
 
-QSize upright(QSize size, QImageIOHandler::Transformations turn)
-{
-    return sidesSwap(turn) ? size.transposed() : size;
-}
-
 QImage wholeJpeg(QIODevice &device)
 {
     const QImageIOHandler::Transformations turn = turnOf(device);
     device.seek(0);
     const JpegPicture jpeg =
         readJpeg(device, PictureReader::MAX_PIXELS, PictureReader::MAX_DECODED_BYTES);
-    return upright(PictureColours::prepared(jpeg.image, spaceOf(jpeg), limited(jpeg.image.size())),
-                   turn);
+    return UprightPicture::of(
+        PictureColours::prepared(jpeg.image, spaceOf(jpeg), limited(jpeg.image.size())), turn);
 }
 
 /// Decodes at a reduced size of at least twice the result's, and averages that.
 QImage fittedJpeg(QIODevice &device, QSize target)
 {
     const QImageIOHandler::Transformations turn = turnOf(device);
-    const QSize size = upright(target, turn);
+    const QSize size = UprightPicture::of(target, turn);
     device.seek(0);
     const JpegPicture jpeg = readReducedJpeg(device, 2 * size, PictureReader::MAX_DECODED_BYTES);
     if (jpeg.image.isNull())
         return {};
-    return upright(PictureColours::prepared(scaled(jpeg.image, size), spaceOf(jpeg)), turn);
+    return UprightPicture::of(PictureColours::prepared(scaled(jpeg.image, size), spaceOf(jpeg)),
+                              turn);
 }
 
 /// Says from the size of the whole picture how large it is wanted, no larger in either direction.
@@ -310,7 +289,7 @@ QSize sizeOfJpeg(QIODevice &device)
 {
     device.seek(0);
     const QSize size = QImageReader(&device).size();
-    return size.isValid() ? upright(size, turnOf(device)) : size;
+    return size.isValid() ? UprightPicture::of(size, turnOf(device)) : size;
 }
 
 } // namespace
@@ -386,7 +365,7 @@ QImage PictureReader::readEmbedded(PictureFile &file, QSize bounds)
     QBuffer header(&beginning);
     header.open(QIODevice::ReadOnly);
     const QImage image =
-        upright(PictureColours::prepared(jpeg.image, spaceOf(jpeg)), turnOf(header));
+        UprightPicture::of(PictureColours::prepared(jpeg.image, spaceOf(jpeg)), turnOf(header));
     return scaled(image, fitting(image.size(), bounds, true));
 }
 

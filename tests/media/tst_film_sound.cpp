@@ -48,24 +48,36 @@ public:
         m_parec.waitForFinished(TIMEOUT_MS);
     }
 
-    /// The root of the mean square of 16-bit samples, over the next quarter of a second.
+    /// The root of the mean square of 16-bit samples, of the loudest fiftieth in the next quarter
+    /// of a second: on a machine under load the sound has holes.
     double loudness()
     {
         m_parec.readAllStandardOutput();
         QByteArray sound;
         while (sound.size() < 44100 / 2 && m_parec.waitForReadyRead(TIMEOUT_MS))
             sound += m_parec.readAllStandardOutput();
+        constexpr int PIECE = 44100 / 50;
         const auto *samples = reinterpret_cast<const qint16 *>(sound.constData());
         const int count = sound.size() / 2;
-        double sum = 0;
-        for (int i = 0; i < count; ++i)
-            sum += double(samples[i]) * samples[i];
-        return std::sqrt(sum / std::max(1, count));
+        double loudest = 0;
+        for (int begin = 0; begin + PIECE <= count; begin += PIECE) {
+            double sum = 0;
+            for (int i = begin; i < begin + PIECE; ++i)
+                sum += double(samples[i]) * samples[i];
+            loudest = std::max(loudest, std::sqrt(sum / PIECE));
+        }
+        return loudest;
     }
 
 private:
     QProcess m_parec;
 };
+
+/// With some room for what a meter sees.
+bool isATenthOf(double loudness, double full)
+{
+    return loudness < full * 0.2 && loudness > full * 0.05;
+}
 
 } // namespace
 
@@ -133,8 +145,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > 1000, TIMEOUT_MS);
         const double full = meter.loudness();
         m_source->setVolume(10);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() < full * 0.2, TIMEOUT_MS);
-        QVERIFY(meter.loudness() > full * 0.05);
+        QTRY_VERIFY_WITH_TIMEOUT(isATenthOf(meter.loudness(), full), TIMEOUT_MS);
         m_source->setVolume(100);
         QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > full * 0.9, TIMEOUT_MS);
         m_source->pause();
@@ -149,8 +160,12 @@ private slots:
         const double full = meter.loudness();
         m_source->setVolume(10);
         m_source->setFile(m_film);
-        QTRY_VERIFY_WITH_TIMEOUT(meter.loudness() > full * 0.05, TIMEOUT_MS);
-        QVERIFY(meter.loudness() < full * 0.2);
+        // The film before may still be heard.
+        m_sink.forget();
+        QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 10, TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(isATenthOf(meter.loudness(), full), TIMEOUT_MS);
+        for (int n = 0; n < 4; ++n)
+            QVERIFY(meter.loudness() < full * 0.2);
     }
 
     void thePicturesGoOnWhenTheServerDies()
@@ -229,7 +244,7 @@ private slots:
         m_source->setFile(m_film);
         QTRY_VERIFY_WITH_TIMEOUT(m_sink.count() > 0, TIMEOUT_MS);
         qInfo("the next film after %lld ms", clock.elapsed());
-        QCOMPARE(faults.size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(faults.size(), 2, TIMEOUT_MS);
         m_source->setPosition(50);
         QTRY_VERIFY_WITH_TIMEOUT(m_sink.lastNumber() >= 750, TIMEOUT_MS);
         // A server that answers again, as a slow machine's does, is used again where the film is.

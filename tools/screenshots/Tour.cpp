@@ -237,6 +237,28 @@ void Tour::takePages()
     }
 }
 
+void Tour::takeRecording()
+{
+    const auto takePage = [this](const char *name) {
+        m_window->more();
+        static_cast<MoreToolWindow *>(m_window->currentToolWindow())
+            ->showPage(Pages::Id::Recording);
+        m_photographer.takePopup(name);
+    };
+    enter(Modes::Live);
+    m_window->record();
+    Photographer::wait(RECORDED_MS);
+    takeModes("recording");
+    takePage("popup-more-recording-running");
+    m_window->button(Command::PauseRecording)->click();
+    takeModes("paused");
+    m_window->record();
+    Photographer::wait(500);
+    takePage("popup-more-recording-afterwards");
+    enter(Modes::Film);
+    enter(Modes::Live);
+}
+
 void Tour::openPopup(Command tool)
 {
     enter(tool == Command::FillBackground ? Modes::DrawingBoard : Modes::Live);

@@ -20,6 +20,8 @@ public:
     /// Every mode, every pop-up by itself and every caption of the indications: what a language
     /// has to fit.
     void runLanguage();
+    /// The sign of a recording in every mode, while it runs and is paused, and its page.
+    void takeRecording();
     /// The states worth a picture of their own.
     void runHighlights();
 

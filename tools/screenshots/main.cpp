@@ -15,9 +15,9 @@
 #include <QTimer>
 #include <QTranslator>
 
-/// screenshots FOLDER [--language] [--film FILE] [--photograph FILE]: on a display of 1920 x 1080
-/// with a window manager and a camera; see make-screenshots. The language follows the locale, as
-/// the program's.
+/// screenshots FOLDER [--language | --recording] [--film FILE] [--photograph FILE]: on a display of
+/// 1920 x 1080 with a window manager and a camera; see make-screenshots. The language follows the
+/// locale, as the program's.
 int main(int argc, char **argv)
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
@@ -30,6 +30,7 @@ int main(int argc, char **argv)
     parser.addOption({"film", "a film to show", "file"});
     parser.addOption({"photograph", "a photograph to show with its folder", "file"});
     parser.addOption({"language", "take only what a language has to fit"});
+    parser.addOption({"recording", "take only what is seen of a recording"});
     parser.addPositionalArgument("folder", "where the pictures go");
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
@@ -58,6 +59,11 @@ int main(int argc, char **argv)
               parser.value("photograph"));
     QTimer::singleShot(0, &window, [&] {
         tour.prepare();
+        if (parser.isSet("recording")) {
+            tour.takeRecording();
+            window.close();
+            return;
+        }
         if (parser.isSet("language")) {
             tour.runLanguage();
             window.close();

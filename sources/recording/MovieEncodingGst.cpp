@@ -12,14 +12,14 @@ constexpr std::uint32_t PICTURE_TIME_SCALE = 90000;
 constexpr std::uint32_t USUAL_PICTURE_DURATION = PICTURE_TIME_SCALE / 30;
 constexpr std::uint32_t SOUND_PACKET = 1024;
 
-/// What comes out waits for the disk for about ten seconds.
+/// What comes out waits a minute for a disk that stalls, in 120 megabytes at most.
 QString pipelineDescription(const QString &encoder, const QString &soundEncoder)
 {
     const QString pictures =
         QStringLiteral("appsrc name=pictures is-live=true format=time block=false"
                        " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
                        " ! h264parse ! video/x-h264,stream-format=avc,alignment=au"
-                       " ! appsink name=picturesout max-buffers=300 sync=false async=false"
+                       " ! appsink name=picturesout max-buffers=1800 sync=false async=false"
                        " wait-on-eos=false enable-last-sample=false ")
             .arg(encoder);
     if (soundEncoder.isEmpty())
@@ -28,7 +28,7 @@ QString pipelineDescription(const QString &encoder, const QString &soundEncoder)
            QStringLiteral("appsrc name=sound is-live=true format=time block=false"
                           " max-bytes=0 max-buffers=0 max-time=0 ! audioconvert ! %1"
                           " ! aacparse ! audio/mpeg,mpegversion=4,stream-format=raw"
-                          " ! appsink name=soundout max-buffers=450 sync=false async=false"
+                          " ! appsink name=soundout max-buffers=2700 sync=false async=false"
                           " wait-on-eos=false enable-last-sample=false")
                .arg(soundEncoder);
 }

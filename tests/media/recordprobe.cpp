@@ -4,6 +4,7 @@
 #include "tests/media/SoundServer.h"
 #include "tests/media/SyntheticPictures.h"
 
+#include "sources/gst/GstRuntime.h"
 #include "sources/recording/CaptureClock.h"
 #include "sources/recording/MovieRecorder.h"
 #include "sources/threads/DetachedThreads.h"
@@ -175,6 +176,9 @@ std::optional<Options> parse(const QCoreApplication &app)
 
 int record(const Options &options)
 {
+    // As the program does soon after its start.
+    GstRuntime::loadMovieElements();
+    GstRuntime::runWarmUpPipelines();
     SyntheticPictures pictures(options.size);
     const time_t startDate = time(nullptr);
     const qint64 startUs = captureMicroseconds();

@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/media/Lateness.h"
 #include "tests/media/MovieFile.h"
 #include "tests/media/RecordProbe.h"
 #include "tests/media/SoundServer.h"
@@ -22,10 +23,14 @@ namespace
 constexpr double LAST_SECOND = 1.1;
 constexpr int MOVIES_AT_ONCE = 2;
 constexpr int FAULT_TIMEOUT_MS = 90000;
+constexpr int STALL_SECONDS = 12;
 
 /// What a recording has left.
 struct Outcome {
     bool asPlanned = false;
+    /// When the machine counts for what is missing.
+    Lateness::Clock::time_point from = Lateness::Clock::now();
+    Lateness::Clock::time_point to;
     /// As long as it was recorded.
     double seconds = 0;
     /// What the probe said, and why the recording failed.
@@ -81,6 +86,21 @@ Outcome onSmallDisk(const QString &file, const QStringList &kindAndSize, const Q
     Outcome outcome;
     outcome.asPlanned = mounted.waitForFinished(FAULT_TIMEOUT_MS) && mounted.exitCode() == 0;
     outcome.said = mounted.readAllStandardOutput() + mounted.readAllStandardError();
+    return outcome;
+}
+
+/// Records for five seconds longer than the share stalls.
+Outcome onStallingShare(const QString &file, int seconds)
+{
+    QProcess shared;
+    shared.start(QStringLiteral(ON_STALLING_SHARE),
+                 {QString::number(seconds), file, QStringLiteral(RECORDPROBE), "--seconds",
+                  QString::number(seconds + 5)});
+    Outcome outcome;
+    outcome.asPlanned =
+        shared.waitForFinished(seconds * 1000 + FAULT_TIMEOUT_MS) && shared.exitCode() == 0;
+    outcome.said = shared.readAllStandardOutput() + shared.readAllStandardError();
+    outcome.seconds = seconds + 5;
     return outcome;
 }
 
@@ -153,6 +173,11 @@ private slots:
             return upToTheEnd(file,
                               {"--size", "1280x720", "--seconds", "60", "--file-limit", "2000000"});
         });
+        record("stalled", [](const QString &file) {
+            return onStallingShare(file, qEnvironmentVariableIntValue("STALL_SECONDS") > 0
+                                             ? qEnvironmentVariableIntValue("STALL_SECONDS")
+                                             : STALL_SECONDS);
+        });
         record("camera silent", killedWhileSilent);
         for (int n = 0; n < 3 && mounts; ++n)
             record(QString("power %1").arg(n),
@@ -191,7 +216,7 @@ private slots:
         const Outcome outcome = recorded(QTest::currentDataTag());
         QVERIFY2(outcome.asPlanned, outcome.said);
         QVERIFY(outcome.seconds >= 3);
-        expectMovieUpTo(outcome.file, outcome.seconds - missing);
+        expectMovieUpTo(outcome.file, outcome.seconds - missing - allowance(outcome));
     }
 
     void aKillWhileTheMovieIsBeingFinishedLeavesAMovie_data()
@@ -206,7 +231,7 @@ private slots:
         QFETCH(int, n);
         const Outcome outcome = recorded(QString("finish %1").arg(n));
         QVERIFY(outcome.asPlanned);
-        expectMovieUpTo(outcome.file, 3 - 2 * LAST_SECOND);
+        expectMovieUpTo(outcome.file, 3 - 2 * LAST_SECOND - allowance(outcome));
     }
 
     void aFullDiskStopsTheRecordingAndKeepsTheMovie_data()
@@ -257,6 +282,32 @@ private slots:
         QVERIFY(QFileInfo(outcome.file).size() - content < std::max<qint64>(65536, content / 50));
     }
 
+    /// STALL_SECONDS=30 makes it longer.
+    void aShareThatStallsCostsNothing()
+    {
+        const Outcome outcome = recorded("stalled");
+        QVERIFY2(outcome.asPlanned, outcome.said);
+        // The recording goes on meanwhile.
+        const int from = outcome.said.indexOf("\nstalled\n");
+        const int to = outcome.said.indexOf("\nback\n");
+        QVERIFY2(from > 0 && to > from, outcome.said);
+        const int told = outcome.said.mid(from, to - from).count("\nsecond ");
+        QVERIFY2(told >= int(outcome.seconds) - 8, outcome.said);
+        QVERIFY2(!outcome.said.contains("failed: "), outcome.said);
+        const MovieFile movie(outcome.file);
+        QCOMPARE(movie.complaints(), QString());
+        QVERIFY2(movie.duration() > outcome.seconds - LAST_SECOND - allowance(outcome),
+                 qPrintable(QString::number(movie.duration())));
+        const auto pictures = movie.pictures();
+        expectUnbroken(pictures);
+        // A machine under load drops some, but nowhere as many as a second has.
+        for (int n = 1; n < pictures.size(); ++n)
+            QVERIFY2(pictures[n].number - pictures[n - 1].number < 30 * (1 + allowance(outcome)),
+                     qPrintable(QString::number(pictures[n].number)));
+        QVERIFY(movie.sound().samples.size() >
+                (outcome.seconds - LAST_SECOND - allowance(outcome)) * 44100);
+    }
+
     void aSecondTryOnAFullDiskLeavesNoFile()
     {
         const QByteArray said = recorded("second try").said;
@@ -273,11 +324,23 @@ private slots:
         const Outcome outcome = recorded("paused");
         QVERIFY2(outcome.asPlanned, outcome.said);
         QVERIFY(outcome.seconds >= 4.5);
+        // When it was paused, which a machine under load does late.
+        QFile said(outcome.file + ".said");
+        QVERIFY(said.open(QIODevice::ReadOnly));
+        const QByteArray line = said.readAll();
+        const int told = line.indexOf("paused ");
+        QVERIFY2(told >= 0, line);
+        const double seconds = line.mid(told).split(' ').value(1).toDouble() * 1e-6;
         const MovieFile movie(outcome.file);
         QCOMPARE(movie.complaints(), QString());
-        QVERIFY(movie.pictures().last().number >= 87);
-        QVERIFY(movie.pictures().last().number <= 91);
-        QVERIFY2(movie.duration() > 2.4, qPrintable(QString::number(movie.duration())));
+        // The encoder may be four pictures behind.
+        const int last = movie.pictures().last().number;
+        const double most = seconds * 30 + 1;
+        const QByteArray where = QByteArray::number(last) + " of " + QByteArray::number(most);
+        QVERIFY2(last <= most, where);
+        QVERIFY2(last > most - 5 - allowance(outcome) * 30, where);
+        QVERIFY2(movie.duration() > seconds - 0.6 - allowance(outcome),
+                 qPrintable(QString::number(movie.duration())));
     }
 
     void aFileThatMayGrowNoFurtherStopsTheRecordingAndKeepsTheMovie()
@@ -319,7 +382,10 @@ private:
     {
         const QString file = m_folder.filePath(QString(name).replace(' ', '-') + ".mov");
         auto task = std::make_shared<std::packaged_task<Outcome()>>([file, faulty] {
+            const Lateness::Clock::time_point from = Lateness::Clock::now();
             Outcome outcome = faulty(file);
+            outcome.from = from;
+            outcome.to = Lateness::Clock::now();
             outcome.file = file;
             return outcome;
         });
@@ -341,6 +407,14 @@ private:
         QCOMPARE(mpv.exitCode(), 0);
     }
 
+    /// What a machine under load may cost beside: a save takes several turns of its threads and of
+    /// the disk. On one at rest that is some hundredths of a second.
+    double allowance(const Outcome &outcome) const
+    {
+        constexpr int TURNS = 4;
+        return TURNS * m_lateness.most(outcome.from, outcome.to);
+    }
+
     static void expectMovieUpTo(const QString &file, double seconds)
     {
         const MovieFile movie(file);
@@ -359,7 +433,7 @@ private:
             QVERIFY(pictures[n].number > pictures[n - 1].number);
     }
 
-    static void expectPlayableUpToTheFailure(const Outcome &outcome)
+    void expectPlayableUpToTheFailure(const Outcome &outcome) const
     {
         // The last whole second that the probe told of before the failure.
         double seconds = 0;
@@ -370,13 +444,14 @@ private:
         const MovieFile movie(outcome.file);
         QCOMPARE(movie.complaints(), QString());
         QVERIFY2(seconds > 1, "failed too early to tell anything");
-        QVERIFY2(movie.duration() > seconds - 1.0 - LAST_SECOND,
+        QVERIFY2(movie.duration() > seconds - 1.0 - LAST_SECOND - allowance(outcome),
                  qPrintable(QString("%1 of %2 s").arg(movie.duration()).arg(seconds)));
         expectUnbroken(movie.pictures());
     }
 
     QTemporaryDir m_folder;
     SoundServer m_server{m_folder.path()};
+    Lateness m_lateness{m_folder.path()};
     std::map<QString, std::future<Outcome>> m_movies;
     QThreadPool m_recorders;
 };

@@ -121,11 +121,6 @@ void ViewGeometry::zoomReset()
     centreOn(centre);
 }
 
-void ViewGeometry::zoomAbout(QPointF processedPoint, double scale)
-{
-    place(rotatedPoint(processedPoint), processedPoint, scale);
-}
-
 void ViewGeometry::zoomStepsAbout(QPointF processedPoint, int steps)
 {
     // One by one, as a step depends on the scale that the one before has left. The point is kept

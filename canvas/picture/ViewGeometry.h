@@ -62,13 +62,10 @@ public:
     bool zoomIn();
     void zoomOut();
     void zoomReset();
-    /// Scales to between the fitting and the largest scale. What is seen at that point of the
-    /// processed picture stays there, as far as the picture reaches.
-    void zoomAbout(QPointF processedPoint, double scale);
     /// As many steps of zoomIn(), or of zoomOut() below 0, about a point of the processed picture.
     void zoomStepsAbout(QPointF processedPoint, int steps);
-    /// Brings a point of the rotated picture under one of the processed picture, at that scale,
-    /// within the limits of zoomAbout().
+    /// Brings a point of the rotated picture under one of the processed picture, at that scale or
+    /// the nearest between the fitting and the largest one, as far as the picture reaches.
     void place(QPointF rotatedPoint, QPointF processedPoint, double scale);
     /// The point of the rotated picture that is seen at one of the processed picture.
     [[nodiscard]] QPointF rotatedPoint(QPointF processedPoint) const;

@@ -23,14 +23,12 @@ public:
     MovieFeed(const MovieFeed &) = delete;
     MovieFeed &operator=(const MovieFeed &) = delete;
 
-    /// The encoders are there. `pictures` takes planar pictures of encodedSize(), `sound` one
-    /// channel of samples of 16 bits, or it is null.
+    /// The encoders are there. `pictures` takes planar pictures, `sound` one channel of samples of
+    /// 16 bits, or it is null.
     void connect(GstAppSrc *pictures, GstAppSrc *sound);
 
     /// The encoders are gone: lets go of all pictures.
     void disconnect();
-
-    [[nodiscard]] QSize encodedSize() const { return m_size; }
 
     /// Packed rows of red, green, blue bytes. False when the encoder is too far behind to take it.
     bool takePicture(const std::uint8_t *rgb, qint64 positionUs);

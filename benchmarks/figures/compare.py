@@ -39,7 +39,6 @@ def compare(before, now, measured=None):
     """(what, row, text) for each row that got slower, is missing, is new or cannot be told. `before` and `now`
     are tables as `all` writes them; `measured` says whether a row was to be measured this time."""
     differences = []
-    same_machine = before["machine"] == now["machine"]
     usual = max(usual_spread(before), usual_spread(now))
     for name, old in sorted(before["rows"].items()):
         new = now["rows"].get(name)
@@ -48,7 +47,7 @@ def compare(before, now, measured=None):
                 differences.append(("missing", name, "was measured before and is not now"))
             continue
         figure = "ratio" if "ratio" in old and "ratio" in new else "value"
-        if figure == "value" and not same_machine:
+        if figure == "value" and old["machine"] != new["machine"]:
             differences.append(("untold", name, "has no yardstick, and the machine is another one"))
         elif min(old[figure]["turns"], new[figure]["turns"]) < FEWEST_TURNS:
             differences.append(("untold", name, f"fewer than {FEWEST_TURNS} turns do not tell its noise"))

@@ -33,7 +33,8 @@ def only(several):
 
 
 def markdown(rows, figures):
-    text = f"Measured on {figures['machine']}.\n"
+    machines = sorted({row["machine"] for row in figures["rows"].values()})
+    text = f"Measured on: {'; '.join(machines)}.\n"
     for section in dict.fromkeys(row.section for row in rows):
         of_section = [row for row in rows if row.section == section]
         # What the figures of all rows are beside and of stands above them once.

@@ -25,6 +25,8 @@ private slots:
     void theWindowAndItsTitleBarAlwaysFit();
     void aScaleOfTheEnvironmentStands_data();
     void aScaleOfTheEnvironmentStands();
+    void onlyScalesThatAreNumbersStandForSeveralScreens_data();
+    void onlyScalesThatAreNumbersStandForSeveralScreens();
     void largeBlocksGoBackToTheSystem();
 };
 
@@ -144,6 +146,31 @@ void PlatformTest::aScaleOfTheEnvironmentStands()
     qputenv(variable.constData(), "2");
     QVERIFY(scaleIsChosen());
     qunsetenv(variable.constData());
+}
+
+void PlatformTest::onlyScalesThatAreNumbersStandForSeveralScreens_data()
+{
+    QTest::addColumn<QByteArray>("scales");
+    QTest::addColumn<bool>("stands");
+    QTest::newRow("one for all") << QByteArray("1.5") << true;
+    QTest::newRow("by place") << QByteArray("1.5;2") << true;
+    QTest::newRow("by name") << QByteArray("DP-1=1.5;DP-2=0.1") << true;
+    QTest::newRow("none") << QByteArray(";") << false;
+    QTest::newRow("no number") << QByteArray("large") << false;
+    QTest::newRow("one of them no number") << QByteArray("1.5;large") << false;
+    QTest::newRow("a name alone") << QByteArray("DP-1=") << false;
+    QTest::newRow("too small") << QByteArray("DP-1=1.5;DP-2=0.09") << false;
+    QTest::newRow("too large") << QByteArray("11") << false;
+}
+
+void PlatformTest::onlyScalesThatAreNumbersStandForSeveralScreens()
+{
+    QFETCH(QByteArray, scales);
+    QFETCH(bool, stands);
+    qputenv("QT_SCREEN_SCALE_FACTORS", scales);
+    dropUnusableSettings();
+    QCOMPARE(qEnvironmentVariableIsSet("QT_SCREEN_SCALE_FACTORS"), stands);
+    qunsetenv("QT_SCREEN_SCALE_FACTORS");
 }
 
 void PlatformTest::largeBlocksGoBackToTheSystem()

@@ -1,5 +1,6 @@
 #include "mainwindow/bars/FilmBar.h"
 
+#include "mainwindow/CanvasMessage.h"
 #include "mainwindow/WindowLayout.h"
 #include "sources/FilmSource.h"
 #include "widgets/HorizontalSlider.h"
@@ -46,6 +47,7 @@ private slots:
     void theModeShowsAndHidesItsParts();
     void theFilmIsPlayedAndPaused();
     void aFilmThatCannotBeShownHasNoPosition();
+    void eachFaultIsSaidInASentenceOfItsOwn();
     void thePlayerAloneKnowsWhetherTheFilmMoves();
     void everyButtonClosesThePopUp();
 };
@@ -107,6 +109,24 @@ void FilmBarTest::aFilmThatCannotBeShownHasNoPosition()
     scene.source.setFile("noise.mov");
     scene.film.fails(FilmFault::NoFilm);
     QTRY_COMPARE(scene.position()->value(), 0);
+}
+
+void FilmBarTest::eachFaultIsSaidInASentenceOfItsOwn()
+{
+    FilmScene scene;
+    const auto *message = scene.deck.canvas(Modes::Film)->findChild<CanvasMessage *>();
+    QVERIFY(message);
+    QStringList said;
+    for (const FilmFault fault :
+         {FilmFault::Unreadable, FilmFault::NoFilm, FilmFault::NoPicture, FilmFault::DecoderMissing,
+          FilmFault::NotAnswering, FilmFault::SoundNotAnswering, FilmFault::BrokenOff}) {
+        scene.source.setFile("film.mov");
+        scene.film.events.faulty(scene.film.number, fault);
+        QTRY_VERIFY(!message->text().isEmpty() && !said.contains(message->text()));
+        said << message->text();
+    }
+    QVERIFY(said[1].contains("damaged") && said[3].contains("decoder") &&
+            said[5].contains("without sound") && said[6].contains("further"));
 }
 
 void FilmBarTest::thePlayerAloneKnowsWhetherTheFilmMoves()

@@ -11,6 +11,7 @@
 #include "tests/mainwindow/HelperScene.h"
 #include "tests/media/SoundServer.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -172,6 +173,41 @@ private slots:
         scene.choose("That of the camera");
         QTRY_VERIFY_WITH_TIMEOUT(scene.text().contains("Heard now: CameraMic"), TIMEOUT_MS);
         QCOMPARE(Preferences::text("microphone"), QString());
+    }
+
+    void qualityAndTimeLapseAreChosenAndRemembered()
+    {
+        const auto choose = [](const RecordingPageScene &scene, const QString &text) {
+            for (QComboBox *list : scene.page->findChildren<QComboBox *>()) {
+                const int place = list->findText(text);
+                if (place < 0)
+                    continue;
+                list->setCurrentIndex(place);
+                emit list->activated(place);
+                return true;
+            }
+            return false;
+        };
+        {
+            const RecordingPageScene scene;
+            const LiveRecording &recording = scene.source.liveRecording();
+            QVERIFY(choose(scene, "Small (half the size)"));
+            QCOMPARE(recording.quality(), MovieQuality::Small);
+            QVERIFY(choose(scene, "A picture every 10 s, no sound"));
+            QCOMPARE(int(recording.timeLapse().count()), 10);
+        }
+        RecordingPageScene scene;
+        LiveRecording &recording = scene.source.liveRecording();
+        RecordingPreferences::restore(recording);
+        QCOMPARE(recording.quality(), MovieQuality::Small);
+        QCOMPARE(int(recording.timeLapse().count()), 10);
+        QVERIFY(choose(scene, "Standard"));
+        QCOMPARE(recording.quality(), MovieQuality::Standard);
+        QVERIFY(choose(scene, "Off"));
+        QCOMPARE(int(recording.timeLapse().count()), 0);
+        RecordingPreferences::restore(recording);
+        QCOMPARE(recording.quality(), MovieQuality::Standard);
+        QCOMPARE(int(recording.timeLapse().count()), 0);
     }
 
     void aServerThatHangsDoesNotHoldThePage()

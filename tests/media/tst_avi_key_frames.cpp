@@ -76,6 +76,23 @@ private slots:
         QVERIFY(AviKeyFrames::nanosecondsOf(m_folder.path()).empty());
     }
 
+    void aFilmWithAnIndexOfTheOtherKindIsLeftToTheLibrary()
+    {
+        const QString path = made({"-c:v", "mpeg4", "-q:v", "3"});
+        QVERIFY(cut(path, indexOf(path)));
+        QVERIFY(!AviKeyFrames::nanosecondsOf(path).empty());
+        QFile film(path);
+        QVERIFY(film.open(QIODevice::ReadWrite));
+        QByteArray bytes = film.readAll();
+        // Behind the description of the pictures stands what was kept free for that index.
+        const int place = bytes.indexOf("JUNK", bytes.indexOf("strf"));
+        QVERIFY(place > 0 && place < bytes.indexOf("movi"));
+        bytes.replace(place, 4, "indx");
+        bytes.replace(place + 12, 4, QByteArray::fromHex("01000000")); // one entry
+        QVERIFY(film.seek(0) && film.write(bytes) == bytes.size() && film.flush());
+        QVERIFY(AviKeyFrames::nanosecondsOf(path).empty());
+    }
+
     void anyCutIsSurvived()
     {
         const QString path = made({"-c:v", "mpeg4", "-q:v", "3"});

@@ -142,6 +142,36 @@ private slots:
         }
     }
 
+    void soundThatOverlapsTheSilenceIsCutWhereThatEnds()
+    {
+        PumpListener listener;
+        SoundPump pump;
+        pump.start(listener.handler());
+        pump.setSource(false);
+        QTRY_VERIFY(!listener.pieces().empty());
+        // Two seconds, each sample another one than the next, from before the silence that was
+        // heard.
+        constexpr qint64 STEP_US = 1000;
+        const qint64 startUs = listener.pieces().front().presentationUs;
+        std::vector<std::int16_t> samples(2 * SoundCapture::SAMPLE_RATE);
+        for (std::size_t n = 0; n < samples.size(); ++n)
+            samples[n] = static_cast<std::int16_t>(1 + static_cast<qint64>(n) * 1000000 /
+                                                           SoundCapture::SAMPLE_RATE / STEP_US);
+        pump.push(samples, startUs);
+        QTRY_VERIFY(!silent(listener.pieces().back()));
+        pump.stop();
+        const auto pieces = listener.pieces();
+        const auto sound = std::find_if(pieces.begin(), pieces.end(),
+                                        [](const auto &piece) { return !silent(piece); });
+        QVERIFY(sound != pieces.begin());
+        const qint64 silenceEndUs = (sound - 1)->presentationUs + 20000;
+        QCOMPARE(sound->presentationUs, silenceEndUs);
+        // What comes first is what belongs to that moment.
+        const qint64 firstUs = (sound->samples.front() - 1) * STEP_US;
+        QVERIFY2(qAbs(firstUs - (silenceEndUs - startUs)) <= STEP_US,
+                 qPrintable(QString::number(firstUs - (silenceEndUs - startUs))));
+    }
+
     void aSourceThatNeverSpeaksIsReplacedByStillness()
     {
         PumpListener listener;

@@ -270,6 +270,35 @@ private slots:
         camera.faults().hangControls = 0;
     }
 
+    void aQuestionWithoutAnAnswerIsGivenUpAndAskedAgainLater()
+    {
+        const VirtualCameraConfig config = controlled(ForeignMake::usualControls());
+        VirtualCamera camera(config);
+        ControlledRig rig(config);
+        QVERIFY(rig.bringUp(camera));
+        CameraSettings &settings = rig.source->cameraSettings();
+        const auto exposure = [&settings] {
+            return settings.controls().range(Control::Exposure).current;
+        };
+        QCOMPARE(exposure(), std::int64_t{157});
+        camera.unitControls().setValue(Control::Exposure, 300);
+        camera.faults().hangControls = -1;
+        settings.refresh();
+        QVERIFY(settings.asking());
+        QTRY_VERIFY_WITH_TIMEOUT(!settings.asking(), LiveRig::TIMEOUT_MS);
+        // What was known stays known.
+        QVERIFY(settings.drives() && settings.controls().has(Control::Zoom));
+        QCOMPARE(exposure(), std::int64_t{157});
+        QVERIFY(rig.waitForFrames());
+
+        camera.faults().hangControls = 0;
+        const auto isAnswered = [&] {
+            settings.refresh();
+            return exposure() == 300;
+        };
+        QVERIFY(QTest::qWaitFor(isAnswered, LiveRig::TIMEOUT_MS));
+    }
+
     void theReturnedCameraIsAskedAgain()
     {
         const VirtualCameraConfig config = controlled(ForeignMake::usualControls());

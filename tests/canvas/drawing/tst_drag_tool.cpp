@@ -255,6 +255,23 @@ private slots:
         QCOMPARE(board.picture(), expected);
     }
 
+    void whatTheEraserTookIsNotBroughtBackByTheSameDrag()
+    {
+        ToolBoard board;
+        board.press(CanvasModes::Freehand, {10, 10});
+        board.move(CanvasModes::Freehand, {100, 10});
+        QVERIFY(board.picture().pixel(50, 10) != 0U);
+        // A key chooses another tool while the button is held, and then the first one again.
+        board.move(CanvasModes::Eraser, {50, 10});
+        QCOMPARE(board.picture().pixel(50, 10), 0U);
+        for (const QPoint point : {QPoint(100, 100), QPoint(10, 100)})
+            board.move(CanvasModes::Freehand, point);
+        board.tools.release(board.layer);
+        QCOMPARE(board.picture().pixel(50, 10), 0U);
+        for (const QPoint drawn : {QPoint(20, 10), QPoint(100, 60), QPoint(50, 100)})
+            QVERIFY(board.picture().pixel(drawn) != 0U);
+    }
+
     void theEraserClearsASquareAtEveryMove()
     {
         ToolBoard board;

@@ -13,6 +13,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
+#include <vector>
 
 #include <unistd.h>
 
@@ -151,6 +152,36 @@ private slots:
             QVERIFY(history.bytes() <= LayerHistory::MOST_BYTES);
         }
         QCOMPARE(undone, before);
+    }
+
+    void whatWasTakenBackIsForgottenFromItsFarEnd()
+    {
+        // 1.6 MB each as they are drawn, and nothing before.
+        constexpr int STEPS = 60;
+        std::vector<AnnotationLayer> layers(STEPS);
+        LayerHistory history;
+        for (int i = 0; i < STEPS; ++i) {
+            AnnotationLayer &layer = layers[std::size_t(i)];
+            layer.reset(SQUARE);
+            layer.beginShape();
+            paintNoise(layer, quint32(i));
+            history.add({layer.endShape().changed, 0});
+        }
+        QVERIFY(history.bytes() < LayerHistory::MOST_BYTES / 10);
+        std::size_t last = STEPS;
+        while (history.undo([&](LayerRecord &r) { return r.exchangeWith(layers[last - 1], 0); })) {
+            --last;
+            QVERIFY(history.bytes() <= LayerHistory::MOST_BYTES);
+        }
+        const int left = history.steps();
+        QVERIFY2(left > 30 && left < STEPS, qPrintable(QString::number(left)));
+        // The step that was taken back last is the first to come again.
+        std::size_t next = last;
+        while (history.redo([&](LayerRecord &r) { return r.exchangeWith(layers[next], 0); })) {
+            QCOMPARE(qAlpha(layers[next].image().pixel(5, 5)), 255);
+            ++next;
+        }
+        QCOMPARE(int(next - last), left);
     }
 
     void whatIsLargeIsPackedBeforeItIsForgotten()

@@ -35,10 +35,10 @@ SCREENS = ["1920x1080 to 1000x562", "1280x720 to 1000x562", "1280x720 to 1920x10
            "50 to 0.6 megapixels"]
 
 
-def scaling(name, theirs, bound):
+def scaling(name, theirs, beside, bound):
     return Row("The picture on the screen", name, bound,
                {label: ("screen_scaling", f"canvas/{place}", f"{theirs}/{place}") for place, label in enumerate(SCREENS)},
-               beside=theirs)
+               beside=beside)
 
 
 def drawing(name, benchmark, bound):
@@ -70,9 +70,9 @@ ROWS = [
     frame("turn, layer, black and white, zoom, circle", "chain/canvas", "memory of four steps", "chain/opencv",
           "OpenCV's chain"),
     frame("painted into 1000x670", "paintEvent/1000x670", "averaging all pixels; once a result"),
-    scaling("beside a copy", "copy", "reading the source once when it is large"),
-    scaling("beside OpenCV", "opencv", "as above; theirs rounds each step"),
-    scaling("beside libyuv", "libyuv, planes", "as above; theirs works on planes"),
+    scaling("beside a copy", "copy", "a copy of the source", "reading the source once when it is large"),
+    scaling("beside OpenCV", "opencv", "its area or linear filter", "as above; theirs rounds each step"),
+    scaling("beside libyuv", "libyuv, planes", "its box filter", "as above; theirs works on planes"),
     Row("Live", "whole program, 1920x1080", "decoding, then memory: averaging and painting",
         {"": ("live", "program ms", "uvc_mjpeg2rgb alone ms")}, beside="the bare decoding", unit="ms", limit="1.45"),
     Row("Live", "receiving alone", "the system's transfers", {"": ("live", "receiving alone ms", "uvc_mjpeg2rgb alone ms")},

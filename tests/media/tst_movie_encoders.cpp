@@ -115,6 +115,35 @@ private slots:
             QCOMPARE(int(MovieFile(file).pictures().size()), 8);
     }
 
+    /// Two recordings may be begun within a second, after which they are named.
+    void aMovieOfTheSameNameWaitsForTheOneBefore()
+    {
+        HeldEncoder::install();
+        const QString file = m_folder.filePath("twice.mov");
+        WrittenMovie first(file, QSize(324, 240), {"heldencoder", "x264enc"});
+        QVERIFY(HeldEncoder::waitUntilTried());
+        for (int n = 0; n < 8; ++n) {
+            first.appendSound(n);
+            first.appendPicture(n);
+        }
+        first.writer->finish();
+        WrittenMovie second(file, SMALL, {"x264enc"});
+        for (int n = 0; n < 6; ++n) {
+            second.appendSound(n);
+            second.appendPicture(n);
+        }
+        HeldEncoder::release();
+        for (int n = 6; n < 60; ++n)
+            second.append(n);
+        second.finish();
+        QCOMPARE(first.failures() + second.failures(), QStringList());
+        const MovieFile read(file);
+        QCOMPARE(read.complaints(), QString());
+        QCOMPARE(read.stream("video")["width"].toInt(), SMALL.width());
+        QCOMPARE(read.pictures().first().number, 0);
+        QCOMPARE(read.pictures().last().number, 59);
+    }
+
     void hardwareIsPreferred()
     {
         const QStringList names = MovieEncoders::names();

@@ -27,7 +27,7 @@ TEST_PACKAGES="
     lld libxcb1-dev libsm-dev libice-dev qemu-user xserver-xorg-core xserver-xorg-dev xserver-xorg-video-dummy x11-xserver-utils
     weston xwayland xvfb xauth x11-utils xdotool openbox imagemagick python3 fonts-dejavu-core
     clang clang-format libclang-rt-dev e2fsprogs mpv cups-daemon cups-client poppler-utils pulseaudio pulseaudio-utils libasound2-plugins ffmpeg
-    bindfs
+    pipewire pipewire-pulse wireplumber bindfs
     desktop-file-utils appstream mandoc man-db dpkg-dev git udev umockdev gstreamer1.0-tools at-spi2-core dbus-daemon"
 
 # What ./test tidy reads the sources with.

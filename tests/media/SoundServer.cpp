@@ -8,8 +8,9 @@
 #include <csignal>
 #include <utility>
 
-SoundServer::SoundServer(const QString &folder)
+SoundServer::SoundServer(const QString &folder, Kind kind)
     : m_folder(folder)
+    , m_kind(kind)
 {
     QDir().mkpath(folder);
 }
@@ -27,18 +28,55 @@ bool SoundServer::control(const QStringList &arguments)
     return pactl.waitForFinished(TIMEOUT_MS) && pactl.exitCode() == 0;
 }
 
-bool SoundServer::start(const QString &microphoneProperties)
+QString SoundServer::socket() const
 {
-    const QString socket = m_folder + QStringLiteral("/pulse.sock");
-    QFile::remove(socket);
-    qputenv("PULSE_SERVER", QByteArray("unix:") + QFile::encodeName(socket));
+    return m_folder + (m_kind == Kind::PulseAudio ? "/pulse.sock" : "/pulse/native");
+}
+
+void SoundServer::startPulseAudio()
+{
     m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_server.start(
         QStringLiteral("pulseaudio"),
         {"-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no", "--disable-shm=yes",
          "--log-level=0", "-L",
-         QStringLiteral("module-native-protocol-unix socket=%1 auth-anonymous=1").arg(socket), "-L",
-         "module-null-sink sink_name=room rate=44100 channels=1"});
+         QStringLiteral("module-native-protocol-unix socket=%1 auth-anonymous=1").arg(socket()),
+         "-L", "module-null-sink sink_name=room rate=44100 channels=1"});
+}
+
+bool SoundServer::startPipeWire()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("PIPEWIRE_RUNTIME_DIR", m_folder);
+    environment.insert("PULSE_RUNTIME_PATH", m_folder + "/pulse");
+    environment.insert("PIPEWIRE_DEBUG", "0");
+    environment.insert("WIREPLUMBER_DEBUG", "0");
+    for (QProcess *each : {&m_graph, &m_manager, &m_server}) {
+        each->setProcessEnvironment(environment);
+        each->setStandardErrorFile(QProcess::nullDevice());
+    }
+    QFile::remove(m_folder + "/pipewire-0");
+    m_graph.start("pipewire", QStringList());
+    QElapsedTimer waited;
+    waited.start();
+    while (!QFile::exists(m_folder + "/pipewire-0")) {
+        if (waited.elapsed() > TIMEOUT_MS || m_graph.waitForFinished(10))
+            return false;
+    }
+    // It speaks with others of its kind over a session bus.
+    m_manager.start("dbus-run-session", {"--", "wireplumber"});
+    m_server.start("pipewire-pulse", QStringList());
+    return true;
+}
+
+bool SoundServer::start(const QString &microphoneProperties)
+{
+    QFile::remove(socket());
+    qputenv("PULSE_SERVER", QByteArray("unix:") + QFile::encodeName(socket()));
+    if (m_kind == Kind::PulseAudio)
+        startPulseAudio();
+    else if (!startPipeWire())
+        return false;
     QElapsedTimer waited;
     waited.start();
     while (!control({"info"})) {
@@ -93,10 +131,15 @@ bool SoundServer::unplugMicrophone()
 
 void SoundServer::kill()
 {
-    if (m_server.state() == QProcess::NotRunning)
-        return;
-    m_server.kill();
-    m_server.waitForFinished(TIMEOUT_MS);
+    for (QProcess *each : {&m_server, &m_graph}) {
+        if (each->state() == QProcess::NotRunning)
+            continue;
+        each->kill();
+        each->waitForFinished(TIMEOUT_MS);
+    }
+    // It ends by itself when there is nothing to manage, and takes its bus with it.
+    if (m_manager.state() != QProcess::NotRunning)
+        m_manager.waitForFinished(TIMEOUT_MS);
 }
 
 void SoundServer::freeze(bool frozen)

@@ -16,8 +16,13 @@ public:
     static constexpr char CAMERA[] =
         "device.description=CameraMic device.vendor.id=04fc device.product.id=6330 device.bus=usb";
 
+    enum class Kind {
+        PulseAudio,
+        PipeWire ///< with its session manager and the service that speaks PulseAudio's protocol
+    };
+
     /// The server's files lie in `folder`.
-    explicit SoundServer(const QString &folder);
+    explicit SoundServer(const QString &folder, Kind kind = Kind::PulseAudio);
     ~SoundServer();
 
     /// Starts it with a microphone of these properties, without one if they are empty, and points
@@ -42,10 +47,18 @@ public:
     QString pipe() const { return m_folder + QStringLiteral("/microphone"); }
 
 private:
+    [[nodiscard]] QString socket() const;
+    void startPulseAudio();
+    bool startPipeWire();
     bool control(const QStringList &arguments);
 
     QString m_folder;
+    Kind m_kind;
+    /// What speaks with the clients.
     QProcess m_server;
+    /// What stands behind it.
+    QProcess m_graph;
+    QProcess m_manager;
     /// The numbers of their modules.
     QStringList m_others;
 };

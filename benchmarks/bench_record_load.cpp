@@ -1,10 +1,14 @@
-// bench_record_load movie SECONDS MOVIE : the live source, the shown canvas and the writer
+// bench_record_load movie SECONDS MOVIE : the live source, the shown canvas with the sign of how
+// the
+//     recording is doing, and the writer
 // bench_record_load unseen SECONDS MOVIE : the same without a canvas, which is what receiving,
 //     decoding to packed RGB, encoding and muxing cost
 // bench_record_load frames SECONDS FILE: writes what it sends, Motion-JPEG, to a file
 // 1920x1080 at 30 pictures a second, with the camera that is on the bus; see ./recording.
 #include "app/Platform.h"
 #include "canvas/ImageCanvas.h"
+#include "mainwindow/RecordingStatus.h"
+#include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "tests/tools/UvcViewer.h"
 
@@ -205,6 +209,9 @@ int record(QApplication &app, bool seen, double seconds, const QString &file)
     const double preview = (processorSeconds() - idle) / 5;
 
     source.startRecord(file);
+    RecordingStatus status(&canvas);
+    if (seen)
+        status.start(&source);
     runFor(app, 2);
     QElapsedTimer recording;
     recording.start();
@@ -223,6 +230,11 @@ int record(QApplication &app, bool seen, double seconds, const QString &file)
         std::printf("    %.1f s: no frame for %.0f ms; an idle thread was %.0f ms late\n",
                     milliseconds(gap.to - begin) / 1000, milliseconds(gap.to - gap.from),
                     metronome.latest(gap.from, gap.to));
+    const RecordingState state = source.liveRecording().state();
+    std::printf("%lld pictures dropped, %lld frames missed, heard \"%s\" at %.0f dB\n",
+                static_cast<long long>(state.dropped),
+                static_cast<long long>(source.cameraLink().lost), qPrintable(state.heard),
+                state.level.shownRms);
     source.stopRecord();
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);

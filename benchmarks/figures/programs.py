@@ -125,6 +125,10 @@ PROGRAMS = {
         r"^ready +after (?P<ready>NUMBER) ms", r"^mpv .* \((?P<mpv>NUMBER) cores\)"]),
     "recording": Says(script("recording", "10", "1"), [
         r"^(?P<of>program|program, not shown|command line|command line by way of packed RGB): (?P<ms>NUMBER) ms a picture"]),
+    "recording_keys": Says(script("measure-recording-keys", "4"), [
+        r"^away after the key that (?P<of>\w+): median (?P<median>NUMBER), at most (?P<most>NUMBER) ms",
+        r"^from the key to the first picture in the movie, no more than: median (?P<first>NUMBER),",
+        r"^between the last picture before the pause .* left out: median (?P<seam>NUMBER),"]),
     "movie_end": Says(script("measure-movie-end"), [
         r"finished 1 in (?P<end>NUMBER) ms; a save (?P<save>NUMBER) ms in the median",
         r": (?P<percent>NUMBER) % more than those"]),

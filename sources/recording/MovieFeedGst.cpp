@@ -12,9 +12,9 @@ namespace
 
 /// The pictures that may wait for the encoder.
 constexpr guint64 PICTURES_WAITING = 4;
-/// The first pictures are all kept until the encoder is there, which takes some hundredths of a
-/// second, or seconds where a driver is broken; after them two a second are kept.
-constexpr size_t FIRST_PICTURES = 8;
+/// The first pictures are all kept until the encoder is there, which takes some tenths of a second
+/// the first time, or seconds where a driver is broken; after them two a second are kept.
+constexpr size_t FIRST_PICTURES = 16;
 constexpr size_t PICTURES_KEPT = 24;
 constexpr qint64 KEPT_INTERVAL_US = 500000;
 constexpr size_t SAMPLES_KEPT = 20 * size_t{SoundCapture::SAMPLE_RATE};

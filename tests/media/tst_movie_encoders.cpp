@@ -65,7 +65,7 @@ private slots:
         QCOMPARE(read.complaints(), QString());
         const auto pictures = read.pictures();
         // The beginning as it was, then something of every half second, then all of the rest.
-        for (int n = 0; n < 8; ++n)
+        for (int n = 0; n < 16; ++n)
             QCOMPARE(pictures[n].number, n);
         for (int n = 1; n < pictures.size(); ++n) {
             QVERIFY(std::abs(pictures[n].seconds - pictures[n].number / 30.0) < 0.001);
@@ -132,6 +132,13 @@ private slots:
             second.appendSound(n);
             second.appendPicture(n);
         }
+        // One of another name that was begun later is there before it.
+        WrittenMovie other(m_folder.filePath("other.mov"), SMALL, {"x264enc"});
+        for (int n = 0; n < 6; ++n)
+            other.append(n);
+        other.writer->finish();
+        QTRY_VERIFY_WITH_TIMEOUT(other.writer->progress().bytes > 0, TIMEOUT_MS);
+        QCOMPARE(second.writer->progress().freeBytes, qint64(-1));
         HeldEncoder::release();
         for (int n = 6; n < 60; ++n)
             second.append(n);

@@ -1,5 +1,6 @@
 #include "canvas/OSDProcessor.h"
 
+#include "canvas/DesktopMotion.h"
 #include "canvas/ImageCanvas.h"
 #include "canvas/osd/EffectNames.h"
 #include "canvas/osd/IndicationTexts.h"
@@ -11,7 +12,6 @@
 #include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
-#include <QStyle>
 
 #include <algorithm>
 #include <chrono>
@@ -368,9 +368,7 @@ bool OSDProcessor::begin(QPainter *painter, const Timer &timer, qint64 limitMs) 
     if (!isDue(timer, limitMs))
         return false;
     const qint64 leftMs = limitMs - (m_clock() - *timer);
-    const bool fades =
-        leftMs < FADE_MS &&
-        m_canvas->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, m_canvas) > 0;
+    const bool fades = leftMs < FADE_MS && DesktopMotion::isWanted(*m_canvas);
     painter->setOpacity(fades ? static_cast<double>(leftMs) / FADE_MS : 1.0);
     return true;
 }

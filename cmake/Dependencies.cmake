@@ -33,6 +33,8 @@ if(PKG_CONFIG_FOUND)
     pkg_check_modules(GSTREAMER QUIET IMPORTED_TARGET
         gstreamer-1.0 gstreamer-app-1.0 gstreamer-video-1.0 gstreamer-audio-1.0 gstreamer-pbutils-1.0)
     need(libgstreamer-plugins-base1.0-dev GSTREAMER_FOUND)
+    pkg_check_modules(GIO QUIET IMPORTED_TARGET gio-2.0)
+    need(libglib2.0-dev GIO_FOUND)
 endif()
 find_library(YUV_LIBRARY yuv)
 need(libyuv-dev YUV_LIBRARY)

@@ -6,7 +6,7 @@ BUILD_PACKAGES="
     build-essential cmake ninja-build pkg-config
     qtbase5-dev qtbase5-private-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n
     libuvc-dev libusb-1.0-0-dev libumockdev-dev umockdev libjpeg-dev libpng-dev
-    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libyuv-dev"
+    libglib2.0-dev libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libyuv-dev"
 
 # What it cannot do without while it runs: the plug-ins of the media elements that it names, and a font.
 RUN_PACKAGES="

@@ -264,11 +264,12 @@ private slots:
         // A key chooses another tool while the button is held, and then the first one again.
         board.move(CanvasModes::Eraser, {50, 10});
         QCOMPARE(board.picture().pixel(50, 10), 0U);
-        for (const QPoint point : {QPoint(100, 100), QPoint(10, 100)})
+        // What is drawn now goes past that place, and around it.
+        for (const QPoint point : {QPoint(20, 60), QPoint(20, 100)})
             board.move(CanvasModes::Freehand, point);
         board.tools.release(board.layer);
         QCOMPARE(board.picture().pixel(50, 10), 0U);
-        for (const QPoint drawn : {QPoint(20, 10), QPoint(100, 60), QPoint(50, 100)})
+        for (const QPoint drawn : {QPoint(20, 10), QPoint(60, 35), QPoint(20, 80)})
             QVERIFY(board.picture().pixel(drawn) != 0U);
     }
 

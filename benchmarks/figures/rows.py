@@ -116,7 +116,7 @@ ROWS = [
     alone("Recording", "the window away after the key that stops it", "recording_keys", "stops most", "the frame in flight",
           limit="50 ms"),
     alone("Recording", "from the key to the first picture in the movie", "recording_keys", "first",
-          "the camera's new stream, and a tenth of a second for the microphone", limit="300 ms"),
+          "the camera's new stream, and the microphone", limit="300 ms"),
     alone("Recording", "between two pictures across a pause", "recording_keys", "seam", "the camera's interval",
           limit="100 ms"),
     alone("Recording", "finishing an hour's movie", "movie_end", "end", "writing the index", limit=""),

@@ -42,7 +42,7 @@ def markdown(rows, figures):
         labels = only([list(row.cells) for row in of_section if len(row.cells) > 1])
         above = ([f"beside {beside}"] if beside else []) + ([", ".join(labels)] if labels else [])
         text += f"\n### {section}" + (": " + "; ".join(above) if above else "") + "\n\n"
-        text += "| work | ratio or figure | turns differ by | bound by |\n| --- | --- | --- | --- |\n"
+        text += "| work | figure | spread | bound by |\n| --- | --- | --- | --- |\n"
         text += "".join(line(row, figures, "" if beside else row.beside) for row in of_section)
     return text
 

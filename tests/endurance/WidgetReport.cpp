@@ -1,6 +1,7 @@
 #include "tests/endurance/WidgetReport.h"
 
 #include "mainwindow/MainWindow.h"
+#include "widgets/HorizontalSlider.h"
 #include "widgets/ImageButton.h"
 #include "widgets/ToolWindow.h"
 
@@ -79,16 +80,15 @@ QJsonArray fields()
         for (const QWidget *each : top->findChildren<QWidget *>()) {
             const auto *slider = qobject_cast<const QAbstractSlider *>(each);
             const auto *box = qobject_cast<const QComboBox *>(each);
-            if (!each->isVisible() || (!slider && !box))
+            const auto *strip = qobject_cast<const HorizontalSlider *>(each);
+            if (!each->isVisible() || (!slider && !box && !strip))
                 continue;
-            found << QJsonObject{{"name", nameOf(*each)},
-                                 {"class", each->metaObject()->className()},
-                                 {"enabled", each->isEnabled()},
-                                 {"value", slider ? slider->value() : box->currentIndex()},
-                                 {"count", box ? box->count() : 0},
-                                 {"rect", WidgetReport::place(*each)},
-                                 {"reached", isReached(*each)},
-                                 {"window", top->metaObject()->className()}};
+            const int value = slider ? slider->value() : box ? box->currentIndex() : strip->value();
+            found << QJsonObject{
+                {"name", nameOf(*each)},           {"class", each->metaObject()->className()},
+                {"enabled", each->isEnabled()},    {"value", value},
+                {"count", box ? box->count() : 0}, {"rect", WidgetReport::place(*each)},
+                {"reached", isReached(*each)},     {"window", top->metaObject()->className()}};
         }
     }
     return found;

@@ -23,6 +23,10 @@ class Mismatch(Exception):
     """The program shows something else than it should."""
 
 
+class Interrupted(Exception):
+    """A dialog came that the action has not asked for, as when a recording breaks off."""
+
+
 class Impossible(Exception):
     """The action has no place at this moment."""
 
@@ -79,11 +83,14 @@ class Lesson:
 
     def await_(self, text, question, seconds=EFFECT):
         """Looks until the answer is yes. A machine that is late gets the time that it was late."""
+        self.state_before = self.state or {"dialog": {}}
         patience = Patience(self.lateness, seconds)
         while True:
             state = self.look()
             if question(state):
                 return state
+            if state["dialog"] and not self.state_before["dialog"]:
+                raise Interrupted()
             if patience.ends():
                 raise Mismatch("not within %.1f s: %s" % (seconds, text))
             time.sleep(0.02)
@@ -95,6 +102,8 @@ class Lesson:
             state = self.look()
             wrong = [text for text, question in expected if not question(state)]
             dialog = bool(state["dialog"])
+            if wrong and dialog and not before["dialog"]:
+                raise Interrupted()
             if not wrong and not dialog:
                 wrong = self.model.breaches(state) + self.model.strays(before, state, may)
             if not wrong:
@@ -170,7 +179,9 @@ class Lesson:
             if patience.ends():
                 raise Mismatch("the dialog for files does not go")
             if time.monotonic() - pressed > 1:
-                self.desk.key("Return")
+                # What completes names has taken the Return, or the text as well.
+                self.desk.key("Ctrl+A")
+                self.desk.type(path + "\n")
                 pressed = time.monotonic()
             time.sleep(0.03)
 
@@ -200,7 +211,10 @@ class Lesson:
             self.look()
             self.answer_dialogs(rng)
             self.wake(rng)
-            getattr(self, kind)(rng)
+            try:
+                getattr(self, kind)(rng)
+            except Interrupted:
+                self.note("interrupted")
             self.desk.let_go()
             self.answer_dialogs(rng)
             self.await_all([], self.state, {"all"})
@@ -384,6 +398,11 @@ class Lesson:
         x, y, width, height = canvas(self.state)["rect"]
         return x + rng.randrange(20, max(21, width - 20)), y + rng.randrange(20, max(21, height - 90))
 
+    def board_point(self, rng):
+        """Where the picture is, whatever the canvas's shape."""
+        x, y, width, height = canvas(self.state)["rect"]
+        return x + width * rng.uniform(0.38, 0.62), y + height * rng.uniform(0.38, 0.62)
+
     def drag(self, rng):
         before = self.state
         points = [self.point(rng) for _ in range(rng.randint(2, 5))]
@@ -400,7 +419,7 @@ class Lesson:
             raise Impossible("no pen")
         self.desk.click(*self.middle(), number=2)
         picture = canvas(self.look(True))["picture"]
-        self.desk.drag([self.point(rng), self.point(rng), self.point(rng)])
+        self.desk.drag([self.board_point(rng) for _ in range(3)])
         self.await_("the stroke can be taken back", lambda s: canvas(s)["undo"] and not canvas(s)["redo"])
         self.look()
         if self.model.key_is_taken(self.state, "Z"):

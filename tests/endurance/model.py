@@ -85,6 +85,7 @@ class Model:
         popup = shown_popup(state)
         if popup in self.commands:
             hold(self.commands[popup]["modes"] >> mode & 1, "the pop-up of %s in this mode" % popup)
+        hold(state["active"] or state["minimized"], "no window has the focus")
         focus = state["focus"]
         if focus:
             hold(focus["visible"], "the focus is on a hidden %s \"%s\"" % (focus["class"], focus["name"]))

@@ -134,6 +134,12 @@ class Desk:
         if folder:
             subprocess.run(["import", "-window", "root", folder + "/screen.png"], stderr=subprocess.DEVNULL)
 
+    def focus(self):
+        """Which window has the keyboard, as the display server and the window manager say."""
+        said = subprocess.run("xdotool getwindowfocus -f getwindowname; xdotool getwindowfocus -f; xprop -root _NET_ACTIVE_WINDOW",
+                              shell=True, capture_output=True, text=True)
+        return " ".join(said.stdout.split())
+
     def plug_screen(self, output, mode):
         subprocess.run(["xrandr", "--addmode", output, mode], stderr=subprocess.DEVNULL)
         place = ["--right-of", (self.plugged or ["DUMMY0"])[-1]]

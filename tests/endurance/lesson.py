@@ -459,6 +459,7 @@ class Lesson:
         if self.state["mode"] == LIVE or canvas(self.state)["writes"]:
             raise Impossible("not here")
         mode = self.state["mode"]
+        blank = canvas(self.look(True))["picture"]
         self.write(rng)
         text = canvas(self.look())["text"]
         other = rng.choice([number for number in range(4) if number != mode])
@@ -467,8 +468,12 @@ class Lesson:
         self.await_("the other mode is there", lambda s: s["mode"] == other)
         self.desk.click(*self.target(model.MODE_NAMES[mode]))
         self.await_("the mode is back", lambda s: s["mode"] == mode)
-        shown = canvas(self.look())
-        if not (shown["writes"] and shown["text"] == text or not shown["writes"] and shown["undo"]):
+        shown = canvas(self.look(True))
+        kept = shown["writes"] and shown["text"] == text
+        # What stands on the board and has its colour is not seen.
+        drawn = shown["undo"] and (mode != BOARD or shown["picture"] != blank or shown["board"] == shown["textColor"]
+                                   or not text.strip())
+        if not kept and (shown["writes"] or not drawn):
             raise Mismatch("the text is lost: %s" % text)
 
     def turn_wheel(self, rng):

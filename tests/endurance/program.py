@@ -168,6 +168,14 @@ class Program:
         return {"descriptors": len(os.listdir(base + "fd")), "threads": int(fields["Threads"]),
                 "memory": int(fields["RssAnon"].split()[0])}
 
+    def writes_below(self, folder):
+        """Whether it has a file open there."""
+        base = "/proc/%d/fd/" % self.pid
+        try:
+            return any(os.readlink(base + number).startswith(folder + "/") for number in os.listdir(base))
+        except OSError:
+            return False
+
     def delays(self):
         """By thread, seconds ready to run without a processor; of a process that has ended, what was
         read last."""

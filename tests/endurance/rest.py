@@ -158,9 +158,22 @@ class Rest:
         self.come_to_rest()
         complaint = self.growth.complaint(self.measure())
         first, last = self.growth.first, self.growth.last
+        self.summaries = self.summaries[-3:]
         self.summaries.append(", ".join("%s %d to %d" % (name, first[name], last[name]) for name in sorted(first)))
         if complaint:
             raise Mismatch("at rest " + complaint)
+        self.read_files()
+
+    def read_files(self):
+        """What was written is whole, once nothing is being written."""
+        patience = Patience(self.lesson.lateness, EFFECT)
+        while self.lesson.program.writes_below(self.lesson.world.disk):
+            if patience.ends():
+                raise Mismatch("a file is still open")
+            time.sleep(0.1)
+        complaints = self.lesson.world.complaints()
+        if complaints:
+            raise Mismatch("; ".join(complaints))
 
     def end(self):
         """Told to end, also while it records: in time, with the right code, and what it wrote is whole."""
@@ -175,6 +188,4 @@ class Rest:
             raise Mismatch("its exit code is %d" % code)
         if took > END + lesson.lateness.since(before):
             raise Mismatch("its end took %.1f s" % took)
-        complaints = lesson.world.complaints()
-        if complaints:
-            raise Mismatch("; ".join(complaints))
+        self.read_files()

@@ -16,19 +16,27 @@ def delay_of(pid):
 
 
 def companions():
-    """The processes of this home: display server, window manager, sound server."""
+    """The processes of this home: display server, window manager, sound server, print server."""
     mark = ("HOME=" + os.environ["HOME"]).encode()
-    found = []
+    parents, marked = {}, set()
     for name in os.listdir("/proc"):
         if not name.isdigit():
             continue
         try:
+            with open("/proc/%s/stat" % name) as file:
+                parents[int(name)] = int(file.read().rsplit(")", 1)[1].split()[1])
             with open("/proc/%s/environ" % name, "rb") as file:
                 if mark in file.read().split(b"\0"):
-                    found.append(int(name))
+                    marked.add(int(name))
         except OSError:
             pass
-    return found
+
+    def belongs(pid):
+        # A server may have emptied its environment.
+        while pid in parents and pid not in marked:
+            pid = parents[pid]
+        return pid in marked
+    return [pid for pid in parents if belongs(pid)]
 
 
 class Lateness:

@@ -164,6 +164,7 @@ QJsonObject WidgetReport::state(const MainWindow &window)
     const QWidget *list = QApplication::activePopupWidget();
     return {{"window", place(window)},
             {"id", static_cast<double>(window.winId())},
+            {"ratio", window.devicePixelRatioF()},
             {"fullScreen", window.isFullScreen()},
             {"maximized", window.isMaximized()},
             {"minimized", window.isMinimized()},

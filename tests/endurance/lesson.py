@@ -71,6 +71,8 @@ class Lesson:
 
     def look(self, picture=False):
         self.state = self.program.state(picture)
+        if self.state.get("ratio", 1) != 1:
+            raise Mismatch("everything is drawn at %s times its size" % self.state["ratio"])
         waited, machine = self.state.get("waited", 0) / 1000, self.state.get("machine", 0) / 1000
         self.lateness.note_wait(waited, machine)
         if waited - machine > ANSWER and not self.excused:
@@ -81,15 +83,14 @@ class Lesson:
     # After the process was stopped as a whole, nobody could answer.
     excused = False
 
-    def await_(self, text, question, seconds=EFFECT):
+    def await_(self, text, question, seconds=EFFECT, of_dialog=False):
         """Looks until the answer is yes. A machine that is late gets the time that it was late."""
-        self.state_before = self.state or {"dialog": {}}
         patience = Patience(self.lateness, seconds)
         while True:
             state = self.look()
             if question(state):
                 return state
-            if state["dialog"] and not self.state_before["dialog"]:
+            if state["dialog"] and not of_dialog:
                 raise Interrupted()
             if patience.ends():
                 raise Mismatch("not within %.1f s: %s" % (seconds, text))
@@ -143,7 +144,8 @@ class Lesson:
                 return
             dialog = state["dialog"]
             if not dialog["active"]:
-                state = self.await_("the dialog has the focus", lambda s: not s["dialog"] or s["dialog"]["active"])
+                state = self.await_("the dialog has the focus",
+                                    lambda s: not s["dialog"] or s["dialog"]["active"], of_dialog=True)
                 if not state["dialog"]:
                     return
             self.note("dialog %s \"%s\" %s" % (dialog["class"], dialog["title"], dialog["text"]))

@@ -122,12 +122,12 @@ class Rest:
         for mode, name in ((model.FILM, "Open film"), (model.PHOTOGRAPH, "Open folder of photographs")):
             self.enter(mode)
             self.click(name)
-            lesson.await_("there is a dialog", lambda s: s["dialog"])
-            lesson.await_("the dialog has the focus", lambda s: s["dialog"] and s["dialog"]["active"])
+            lesson.await_("there is a dialog", lambda s: s["dialog"], of_dialog=True)
+            lesson.await_("the dialog has the focus", lambda s: s["dialog"] and s["dialog"]["active"], of_dialog=True)
             files = {model.FILM: lesson.world.films + "/lesson.mov",
                      model.PHOTOGRAPH: lesson.world.photographs + "/photo0.jpg"}
             lesson.open_file(files[mode])
-            lesson.await_("the dialog is gone", lambda s: not s["dialog"])
+            lesson.await_("the dialog is gone", lambda s: not s["dialog"], of_dialog=True)
             lesson.await_("a picture is there", lambda s: canvas(s)["width"] > 0, EFFECT)
         self.enter(model.BOARD)
         self.enter(LIVE)

@@ -1,5 +1,6 @@
 """The program at rest: everything is put back, and what it holds is compared with before."""
 
+import os
 import random
 import signal
 import time
@@ -54,7 +55,7 @@ class Rest:
 
     def persist(self, what):
         """Begins anew when a dialog comes, as when a machine is too slow for a recording."""
-        for _ in range(3):
+        for _ in range(8):
             try:
                 what()
                 return
@@ -181,7 +182,14 @@ class Rest:
         self.come_to_rest()
         self.click("Record video")
         lesson.await_("it records", lambda s: s["recording"])
-        time.sleep(2.5)
+        movies = lesson.world.output_folder("movies")
+        patience = Patience(lesson.lateness, RETURN)
+        while not any(os.path.getsize(path) for path in lesson.world.files("movies")):
+            lesson.look()
+            if patience.ends():
+                raise Mismatch("nothing is written to " + movies)
+            time.sleep(0.1)
+        time.sleep(1)
         before = lesson.lateness.reading()
         code, took = lesson.program.end()
         if code != 128 + signal.SIGTERM:

@@ -1,5 +1,6 @@
 #include "tests/mainwindow/InputDevice.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -144,4 +145,33 @@ void InputDevice::down(int number, QPoint screenPoint, double pressure)
 void InputDevice::up(int number, QPoint screenPoint)
 {
     button(number, false, screenPoint, 0.0);
+}
+
+void InputDevice::pushTo(QPoint screenPoint)
+{
+    const QPoint way = screenPoint - QCursor::pos();
+    xf86ITEventMotion event{};
+    event.header = {sizeof event, XF86IT_EVENT_MOTION};
+    set(event.valuators, X_AXIS, way.x());
+    set(event.valuators, Y_AXIS, way.y());
+    send(event);
+}
+
+void InputDevice::mouseButton(bool pressed)
+{
+    xf86ITEventButton event{};
+    event.header = {sizeof event, XF86IT_EVENT_BUTTON};
+    event.button = 1;
+    event.is_press = pressed ? 1 : 0;
+    send(event);
+}
+
+void InputDevice::holdButton()
+{
+    mouseButton(true);
+}
+
+void InputDevice::letGo()
+{
+    mouseButton(false);
 }

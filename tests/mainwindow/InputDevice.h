@@ -26,9 +26,15 @@ public:
     void down(int button, QPoint screenPoint, double pressure);
     void up(int button, QPoint screenPoint);
 
+    // A mouse, which only knows how far it is moved.
+    void pushTo(QPoint screenPoint);
+    void holdButton();
+    void letGo();
+
 private:
     void touch(unsigned finger, unsigned type, QPoint screenPoint);
     void button(int number, bool pressed, QPoint screenPoint, double pressure);
+    void mouseButton(bool pressed);
     template <typename Event>
     void send(Event event);
 

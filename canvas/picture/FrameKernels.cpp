@@ -88,6 +88,39 @@ void gatherRgb32(const std::uint8_t *source, const std::int32_t *offsets, std::s
     }
 }
 
+void toRgb32(const std::uint8_t *source, std::size_t pixels, std::uint32_t *destination,
+             bool /*streams*/)
+{
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const std::uint8_t *pixel = source + 3 * i;
+        destination[i] =
+            0xff000000U | static_cast<std::uint32_t>(pixel[0] << 16 | pixel[1] << 8 | pixel[2]);
+    }
+}
+
+void sumTwoRows(const std::uint8_t *upper, const std::uint8_t *lower, std::size_t bytes,
+                std::uint16_t *nearUpper, std::uint16_t *nearLower)
+{
+    for (std::size_t i = 0; i < bytes; ++i) {
+        nearUpper[i] = static_cast<std::uint16_t>(3 * upper[i] + lower[i]);
+        nearLower[i] = static_cast<std::uint16_t>(upper[i] + 3 * lower[i]);
+    }
+}
+
+void doublePixels(const std::uint16_t *sums, std::size_t pixels, std::uint32_t *destination,
+                  bool /*streams*/)
+{
+    constexpr int half = 8;
+    auto *out = reinterpret_cast<std::uint8_t *>(destination);
+    for (std::size_t pixel = 0; pixel < pixels; ++pixel, sums += 4, out += 8) {
+        for (std::ptrdiff_t i = 0; i < 4; ++i) {
+            const int own = 3 * sums[i] + half;
+            out[i] = static_cast<std::uint8_t>((own + sums[i - 4]) >> 4);
+            out[i + 4] = static_cast<std::uint8_t>((own + sums[i + 4]) >> 4);
+        }
+    }
+}
+
 void weighRows(const std::uint8_t *first, std::ptrdiff_t stride, const std::int16_t *weights,
                int rows, std::int16_t *sums, std::size_t bytes)
 {
@@ -167,9 +200,9 @@ std::atomic<const FrameKernels *> chosen{nullptr};
 
 const FrameKernels &FrameKernels::portable()
 {
-    static const FrameKernels kernels{::grey,      ::invert,       ::turnTile,
-                                      ::sumRows,   ::scaleRow,     ::gatherRgb32,
-                                      ::weighRows, ::weighColumns, ::blend};
+    static const FrameKernels kernels{::grey,         ::invert,      ::turnTile,     ::sumRows,
+                                      ::scaleRow,     ::gatherRgb32, ::toRgb32,      ::sumTwoRows,
+                                      ::doublePixels, ::weighRows,   ::weighColumns, ::blend};
     return kernels;
 }
 

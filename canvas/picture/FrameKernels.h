@@ -46,6 +46,19 @@ struct FrameKernels {
     /// Takes the pixels at those byte offsets into opaque 32-bit pixels (QImage::Format_RGB32).
     void (*gatherRgb32)(const std::uint8_t *source, const std::int32_t *offsets, std::size_t pixels,
                         std::uint32_t *destination);
+    /// Turns pixels of 3 bytes into opaque 32-bit ones. With `streams` what is written bypasses the
+    /// processor's caches, for a picture that has no room there.
+    void (*toRgb32)(const std::uint8_t *source, std::size_t pixels, std::uint32_t *destination,
+                    bool streams);
+    /// Of two rows the two that lie between them in a picture twice as high, four times as bright:
+    /// three times each byte of the nearer row and once that of the other.
+    void (*sumTwoRows)(const std::uint8_t *upper, const std::uint8_t *lower, std::size_t bytes,
+                       std::uint16_t *nearUpper, std::uint16_t *nearLower);
+    /// Makes two pixels of each pixel of such sums: three times itself and once the pixel before,
+    /// or the pixel behind, divided by 16 and rounded. Four sums before the first and behind the
+    /// last pixel are read. `streams` as for toRgb32.
+    void (*doublePixels)(const std::uint16_t *sums, std::size_t pixels, std::uint32_t *destination,
+                         bool streams);
     /// Mixes rows, each `stride` bytes after the other, byte by byte. The weights add up to 2^14,
     /// and the sums are 128 times the mixed bytes. They are rounded where there are more than
     /// FEW_ROWS rows. Of fewer, as a live picture is mixed from, each row's share is rounded down

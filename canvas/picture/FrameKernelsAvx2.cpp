@@ -213,6 +213,9 @@ const FrameKernels *FrameKernels::avx2()
                                       ::sumRows,
                                       ::scaleRow,
                                       ::gatherRgb32,
+                                      FrameKernelsAvx2::toRgb32,
+                                      FrameKernelsAvx2::sumTwoRows,
+                                      FrameKernelsAvx2::doublePixels,
                                       FrameKernelsAvx2::weighRows,
                                       FrameKernelsAvx2::weighColumns,
                                       ::blend};

@@ -44,6 +44,16 @@ std::vector<int> painterPositions(int from, int to, bool vertical)
     return positions;
 }
 
+/// In place of what is left out.
+void takeNeighbours(std::vector<int> &positions)
+{
+    int last = 0;
+    for (int &position : positions) {
+        last = position < 0 ? last : position;
+        position = last;
+    }
+}
+
 } // namespace
 
 void NearestScaler::prepare(QSize from, QSize to)
@@ -90,12 +100,12 @@ void NearestScaler::makeChunks()
 
 void NearestScaler::makeOffsets()
 {
-    m_offsets.resize(m_columns.size());
-    int last = 0;
-    for (std::size_t i = 0; i < m_columns.size(); ++i) {
-        last = m_columns[i] == UNPAINTED ? last : m_columns[i];
-        m_offsets[i] = last * 3;
-    }
+    m_offsets = m_columns;
+    takeNeighbours(m_offsets);
+    for (std::int32_t &offset : m_offsets)
+        offset *= 3;
+    m_paintedRows = m_rows;
+    takeNeighbours(m_paintedRows);
 }
 
 void NearestScaler::scaleRow(const unsigned char *source, unsigned char *destination) const
@@ -133,29 +143,43 @@ void NearestScaler::scale(const ConstPixelRows &source, const PixelRows &destina
         } else if (source.pixelBytes == 3) {
             scaleRow(source.row(sourceRow), out);
         } else {
-            for (const int column : m_columns) {
-                if (column == UNPAINTED)
-                    std::memset(out, 0, 4);
-                else
-                    std::memcpy(out, source.pixel(column, sourceRow), 4);
-                out += 4;
-            }
+            takeWholePixels(source.row(sourceRow), out);
         }
+    }
+}
+
+void NearestScaler::takeWholePixels(const unsigned char *source, unsigned char *destination) const
+{
+    for (const int column : m_columns) {
+        if (column == UNPAINTED)
+            std::memset(destination, 0, 4);
+        else
+            std::memcpy(destination, source + std::ptrdiff_t{4} * column, 4);
+        destination += 4;
     }
 }
 
 void NearestScaler::scaleToRgb32(const ConstPixelRows &source, const PixelRows &destination) const
 {
-    if (source.pixelBytes == 4) {
-        scale(source, destination);
-        return;
-    }
-    const FrameKernels &kernels = FrameKernels::current();
-    int last = 0;
-    for (int y = 0; y < destination.height; ++y) {
-        const int sourceRow = m_rows[static_cast<std::size_t>(y)];
-        last = sourceRow == UNPAINTED ? last : sourceRow;
-        kernels.gatherRgb32(source.row(last), m_offsets.data(), m_offsets.size(),
-                            reinterpret_cast<std::uint32_t *>(destination.row(y)));
-    }
+    for (int y = 0; y < destination.height; ++y)
+        rowToRgb32(source, y, reinterpret_cast<std::uint32_t *>(destination.row(y)));
+}
+
+void NearestScaler::rowToRgb32(const ConstPixelRows &source, int y,
+                               std::uint32_t *destination) const
+{
+    const auto row = static_cast<std::size_t>(y);
+    if (source.pixelBytes == 3)
+        FrameKernels::current().gatherRgb32(source.row(m_paintedRows[row]), m_offsets.data(),
+                                            m_offsets.size(), destination);
+    else if (m_rows[row] == UNPAINTED)
+        std::memset(destination, 0, m_columns.size() * 4);
+    else
+        takeWholePixels(source.row(m_rows[row]), reinterpret_cast<unsigned char *>(destination));
+}
+
+bool NearestScaler::repeats(int y) const
+{
+    const auto row = static_cast<std::size_t>(y);
+    return y > 0 && m_rows[row] == m_rows[row - 1];
 }

@@ -27,6 +27,10 @@ public:
     /// From 3 bytes a pixel to the layout of QImage::Format_RGB32, else as scale(). What scale()
     /// leaves zero at an edge takes its neighbour's pixel instead.
     void scaleToRgb32(const ConstPixelRows &source, const PixelRows &destination) const;
+    /// One row of that.
+    void rowToRgb32(const ConstPixelRows &source, int y, std::uint32_t *destination) const;
+    /// Whether that row is the same as the one before.
+    [[nodiscard]] bool repeats(int y) const;
 
 private:
     static constexpr int UNPAINTED = -1;
@@ -34,6 +38,8 @@ private:
     void makeChunks();
     void makeOffsets();
     void scaleRow(const unsigned char *source, unsigned char *destination) const;
+    /// Of 4 bytes each.
+    void takeWholePixels(const unsigned char *source, unsigned char *destination) const;
 
     QSize m_from;
     QSize m_to;
@@ -43,6 +49,7 @@ private:
     /// For 3-byte pixels: the columns again, sixteen bytes at a time. Empty when the columns lie
     /// too far apart for that.
     std::vector<FrameKernels::ScaledChunk> m_chunks;
-    /// For the screen: the byte offset of each column, with no column left out.
+    /// For the screen: the byte offset of each column and the row of each row, with none left out.
     std::vector<std::int32_t> m_offsets;
+    std::vector<int> m_paintedRows;
 };

@@ -93,6 +93,63 @@ private slots:
         }
     }
 
+    void aPictureTwiceAsLargeIsMixedOfNeighbours()
+    {
+        for (const FrameKernels *kernels : allKernels()) {
+            for (std::size_t pixels = 1; pixels < 70; ++pixels) {
+                const std::size_t bytes = 4 * pixels;
+                const auto upper = noise(bytes, static_cast<unsigned>(pixels));
+                const auto lower = noise(bytes, 100U + static_cast<unsigned>(pixels));
+                constexpr std::uint16_t untouched = 4711;
+                std::vector<std::uint16_t> sums(bytes + 8, untouched);
+                std::vector<std::uint16_t> below(bytes + 8, untouched);
+                kernels->sumTwoRows(upper.data(), lower.data(), bytes, sums.data() + 4,
+                                    below.data() + 4);
+                for (std::size_t i = 0; i < bytes; ++i) {
+                    QCOMPARE(int(sums[i + 4]), 3 * upper[i] + lower[i]);
+                    QCOMPARE(int(below[i + 4]), upper[i] + 3 * lower[i]);
+                }
+                QCOMPARE(sums[3], untouched);
+                QCOMPARE(below[bytes + 4], untouched);
+                std::fill_n(sums.begin(), 4, std::uint16_t{0});
+                std::fill_n(sums.end() - 4, 4, std::uint16_t{1020});
+                for (const bool streams : {false, true}) {
+                    std::vector<std::uint32_t> out(2 * pixels + 9, 7U);
+                    kernels->doublePixels(sums.data() + 4, pixels, out.data(), streams);
+                    const auto *made = reinterpret_cast<const std::uint8_t *>(out.data());
+                    for (std::size_t i = 0; i < bytes; ++i) {
+                        const std::size_t at = i / 4 * 8 + i % 4;
+                        QCOMPARE(int(made[at]), (3 * sums[i + 4] + sums[i] + 8) / 16);
+                        QCOMPARE(int(made[at + 4]), (3 * sums[i + 4] + sums[i + 8] + 8) / 16);
+                    }
+                    QCOMPARE(out[2 * pixels], 7U);
+                }
+            }
+        }
+    }
+
+    void packedPixelsBecomeOpaque()
+    {
+        for (const FrameKernels *kernels : allKernels()) {
+            for (std::size_t pixels = 1; pixels < 70; ++pixels) {
+                const auto source = noise(3 * pixels + SLACK, static_cast<unsigned>(pixels));
+                for (const bool streams : {false, true}) {
+                    // Also where a register's address is not a multiple of its size.
+                    for (std::size_t first = 0; first < 9; ++first) {
+                        std::vector<std::uint32_t> out(pixels + 10, 7U);
+                        kernels->toRgb32(source.data(), pixels, out.data() + first, streams);
+                        for (std::size_t i = 0; i < pixels; ++i) {
+                            const std::uint8_t *in = source.data() + 3 * i;
+                            QCOMPARE(out[first + i], 0xff000000U | std::uint32_t{in[0]} << 16U |
+                                                         std::uint32_t{in[1]} << 8U | in[2]);
+                        }
+                        QCOMPARE(out[first + pixels], 7U);
+                    }
+                }
+            }
+        }
+    }
+
     void bothKindsGiveTheSameBytesAndStayInside()
     {
         const FrameKernels &portable = FrameKernels::portable();

@@ -18,7 +18,8 @@ namespace
 using ReferencePipeline::noise;
 using ReferencePipeline::same;
 
-QImage scaled(ScreenScaler &scaler, const QImage &picture, QSize size)
+/// That part of it, or all.
+QImage scaled(ScreenScaler &scaler, const QImage &picture, QSize size, QRect part = QRect())
 {
     const std::unique_ptr<Frame> frame = Frame::create(picture.size(), picture.format());
     std::memcpy(frame->rows().data, picture.constBits(), frame->byteCount());
@@ -26,7 +27,8 @@ QImage scaled(ScreenScaler &scaler, const QImage &picture, QSize size)
     image.fill(Qt::magenta);
     const Frame &source = *frame;
     scaler.scale(source.rows(),
-                 {image.bits(), size.width(), size.height(), image.bytesPerLine(), 4});
+                 {image.bits(), size.width(), size.height(), image.bytesPerLine(), 4},
+                 part.isNull() ? image.rect() : part);
     return image;
 }
 
@@ -85,6 +87,9 @@ private slots:
         QTest::newRow("a little up") << QSize(127, 71) << QSize(128, 72);
         QTest::newRow("up") << QSize(64, 36) << QSize(143, 80);
         QTest::newRow("nearly four times") << QSize(64, 36) << QSize(255, 143);
+        QTest::newRow("twice as large") << QSize(64, 36) << QSize(128, 72);
+        QTest::newRow("twice as large, odd") << QSize(61, 35) << QSize(122, 70);
+        QTest::newRow("twice as large, a point") << QSize(2, 2) << QSize(4, 4);
         QTest::newRow("up one way only") << QSize(30, 300) << QSize(30, 299);
         QTest::newRow("one column") << QSize(1, 50) << QSize(1, 60);
     }
@@ -118,8 +123,9 @@ private slots:
     void bothKindsOfKernelsGiveTheSameBytes()
     {
         for (const QImage::Format format : {QImage::Format_RGB888, QImage::Format_ARGB32}) {
-            for (const QSize &to : {QSize(100, 56), QSize(191, 107), QSize(31, 18), QSize(301, 169),
-                                    QSize(7, 4), QSize(800, 450)}) {
+            for (const QSize &to :
+                 {QSize(100, 56), QSize(191, 107), QSize(31, 18), QSize(301, 169), QSize(7, 4),
+                  QSize(800, 450), QSize(384, 216), QSize(192, 108)}) {
                 const QImage picture = noise({192, 108}, format, 8);
                 ScreenScaler scaler;
                 FrameKernels::select(&FrameKernels::portable());
@@ -158,6 +164,33 @@ private slots:
         // One pixel short of it there are mixed pixels.
         const QImage smooth = scaled(scaler, picture, {127, 71});
         QVERIFY(smooth.pixel(2, 2) != smooth.pixel(1, 2));
+    }
+
+    void theShortWaysGiveTheBytesOfTheLongOne()
+    {
+        ScreenScaler scaler;
+        const QImage picture = noise({193, 107}, QImage::Format_RGB888, 4);
+        // Of 4 bytes a pixel, every picture goes the long way.
+        const QImage four = picture.convertToFormat(QImage::Format_ARGB32);
+        for (const QSize &to : {QSize(193, 107), QSize(386, 214)})
+            QVERIFY(same(scaled(scaler, picture, to), scaled(scaler, four, to)));
+    }
+
+    void aPartIsThatOfTheWhole()
+    {
+        const QImage picture = noise({192, 108}, QImage::Format_RGB888, 6);
+        for (const QSize &to :
+             {QSize(192, 108), QSize(384, 216), QSize(100, 56), QSize(301, 169), QSize(800, 450)}) {
+            ScreenScaler scaler;
+            const QImage whole = scaled(scaler, picture, to);
+            for (const QRect &part : {QRect(3, 5, 31, 17), QRect(0, 1, to.width(), 3),
+                                      QRect(to.width() - 1, 0, 1, to.height())}) {
+                QImage expected(to, QImage::Format_RGB32);
+                expected.fill(Qt::magenta);
+                QPainter(&expected).drawImage(part.topLeft(), whole, part);
+                QVERIFY(same(scaled(scaler, picture, to, part), expected));
+            }
+        }
     }
 
     void isReadyForAnotherPictureEachTime()

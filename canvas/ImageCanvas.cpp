@@ -365,16 +365,16 @@ void ImageCanvas::hideEvent(QHideEvent *event)
 
 void ImageCanvas::requestRepaint()
 {
-    m_tap.tell(m_model);
+    // The tap comes last, so that what it asks for is painted behind this canvas, even if its
+    // thread is held up here.
     if (QThread::currentThread() == thread()) {
         update();
         announceHistory();
-        return;
+    } else if (!m_updatePosted.exchange(true)) {
+        // Widgets may be touched on their own thread only; one pending request is enough.
+        QMetaObject::invokeMethod(this, "updatePosted", Qt::QueuedConnection);
     }
-    // Widgets may be touched on their own thread only; one pending request is enough.
-    if (m_updatePosted.exchange(true))
-        return;
-    QMetaObject::invokeMethod(this, "updatePosted", Qt::QueuedConnection);
+    m_tap.tell(m_model);
 }
 
 void ImageCanvas::updatePosted()

@@ -29,15 +29,9 @@ QRect insideEdge(QSize size, double ratio)
 
 void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Shown &shown)
 {
-    const ViewGeometry::Fit fitted =
-        ViewGeometry::fit(shown.picture ? shown.picture->size() : QSize(0, 0), size);
-    // Whole pixels of the screen, which are not those of the layout at a ratio of 1.5, leave the
-    // painter nothing to scale, and no line between the picture and its bars.
     const double ratio = painter->device()->devicePixelRatioF();
-    const QPoint corner = onScreen(fitted.margin, ratio);
-    const QPoint end =
-        onScreen(fitted.margin + QPoint(fitted.size.width(), fitted.size.height()), ratio);
-    const QRect place(corner, end - QPoint(1, 1));
+    const QRect place =
+        pixelPlace(shown.picture ? shown.picture->size() : QSize(0, 0), size, ratio);
     painter->save();
     painter->scale(1.0 / ratio, 1.0 / ratio);
     if (m_barsBlack) {
@@ -47,6 +41,17 @@ void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Sho
     }
     const QImage &image = m_scaled.image(shown.picture, shown.serial, place.size());
     if (!image.isNull())
-        painter->drawImage(corner, image);
+        painter->drawImage(place.topLeft(), image);
     painter->restore();
+}
+
+QRect PicturePainter::pixelPlace(QSize picture, QSize size, double ratio)
+{
+    const ViewGeometry::Fit fitted = ViewGeometry::fit(picture, size);
+    // Whole pixels of the screen, which are not those of the layout at a ratio of 1.5, leave the
+    // painter nothing to scale, and no line between the picture and its bars.
+    const QPoint corner = onScreen(fitted.margin, ratio);
+    const QPoint end =
+        onScreen(fitted.margin + QPoint(fitted.size.width(), fitted.size.height()), ratio);
+    return {corner, end - QPoint(1, 1)};
 }

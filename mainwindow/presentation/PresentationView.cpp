@@ -8,6 +8,7 @@
 #include <QHoverEvent>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QRadialGradient>
 #include <QThread>
@@ -21,11 +22,37 @@ namespace
 /// As a part of the picture's height: the ring is seen from the last row and hides no letter.
 constexpr double RING_RADIUS = 0.022;
 constexpr double LEAST_RING = 10.0;
-/// What PicturePainter leaves free at the edge, for the line around a canvas.
-constexpr int EDGE = 2;
+/// Rectangles on this grid of the layout have whole pixels as their corners on screens of 1.25, 1.5
+/// or 1.75 pixels a unit as well.
+constexpr int GRID = 4;
 
 /// Asks for a repaint behind that of the canvas.
 const auto LATER = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+QRect onGrid(const QRect &rect)
+{
+    const auto before = [](int value) { return value - (value % GRID + GRID) % GRID; };
+    const QPoint corner(before(rect.left()), before(rect.top()));
+    const QPoint end(before(rect.left() + rect.width() + GRID - 1),
+                     before(rect.top() + rect.height() + GRID - 1));
+    return {corner, QSize(end.x() - corner.x(), end.y() - corner.y())};
+}
+
+QRect pixelsOf(const QRect &rect, double ratio)
+{
+    return QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio).toAlignedRect();
+}
+
+/// The pixels that are painted on, if they are those of an image that shows nothing else and lie
+/// as a scaler writes them; else null.
+QImage *paintedPixels(const QPainter &painter, double ratio)
+{
+    auto *image = dynamic_cast<QImage *>(painter.paintEngine()->paintDevice());
+    const bool fits = image && painter.deviceTransform() == QTransform::fromScale(ratio, ratio) &&
+                      (image->format() == QImage::Format_RGB32 ||
+                       image->format() == QImage::Format_ARGB32_Premultiplied);
+    return fits ? image : nullptr;
+}
 
 } // namespace
 
@@ -104,8 +131,17 @@ bool PresentationView::event(QEvent *event)
     if (event->type() != LATER)
         return QWidget::event(event);
     m_updateWaits = false;
-    update();
+    if (!m_blank)
+        updatePicture();
     return true;
+}
+
+void PresentationView::updatePicture()
+{
+    const QRect place = picturePlace();
+    // What is beside the picture stays black.
+    const bool onlyPicture = m_shown.picture && std::exchange(m_place, place) == place;
+    update(onlyPicture ? onGrid(place) : rect());
 }
 
 void PresentationView::setHeld(bool held)
@@ -169,17 +205,14 @@ QRect PresentationView::ringPlace(QPointF canvasPoint) const
 
 // Painting -------------------------------------------------------------------
 
-void PresentationView::paintEvent(QPaintEvent *)
+void PresentationView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     if (m_blank || !m_shown.picture) {
         painter.fillRect(rect(), Qt::black);
         return;
     }
-    const QRegion edge = QRegion(rect()) - rect().adjusted(EDGE, EDGE, -EDGE, -EDGE);
-    for (const QRect &side : edge)
-        painter.fillRect(side, Qt::black);
-    m_picturePainter.paint(&painter, size(), m_shown);
+    paintPicture(&painter, event->region());
     painter.setClipRect(picturePlace());
     painter.setRenderHint(QPainter::Antialiasing);
     painter.save();
@@ -191,6 +224,31 @@ void PresentationView::paintEvent(QPaintEvent *)
     painter.restore();
     if (m_pointer && m_pointerShown && !m_held)
         paintRing(&painter);
+}
+
+void PresentationView::paintPicture(QPainter *painter, const QRegion &region)
+{
+    const double ratio = devicePixelRatioF();
+    const QRect place = PicturePainter::pixelPlace(m_shown.picture->size(), size(), ratio);
+    QRegion wanted;
+    for (const QRect &rect : region)
+        wanted += pixelsOf(rect, ratio);
+    painter->save();
+    painter->scale(1.0 / ratio, 1.0 / ratio);
+    for (const QRect &bar : wanted - place)
+        painter->fillRect(bar, Qt::black);
+    painter->restore();
+    QImage *image = paintedPixels(*painter, ratio);
+    if (!image || !image->rect().contains(place)) {
+        m_picturePainter.paint(painter, size(), m_shown);
+        return;
+    }
+    // A picture of its own, painted into the window, would be one more way through all pixels.
+    const PixelRows window{image->bits(), image->width(), image->height(), image->bytesPerLine(),
+                           4};
+    for (const QRect &part : wanted &place)
+        m_scaler.scale(m_shown.picture->rows(), window.part(place),
+                       part.translated(-place.topLeft()));
 }
 
 void PresentationView::paintRing(QPainter *painter) const
@@ -241,10 +299,10 @@ bool PresentationView::eventFilter(QObject *watched, QEvent *event)
 void PresentationView::setPointer(const std::optional<QPointF> &canvasPoint)
 {
     if (m_pointer)
-        update(ringPlace(*m_pointer));
+        update(onGrid(ringPlace(*m_pointer)));
     m_pointer = canvasPoint;
     if (m_pointer)
-        update(ringPlace(*m_pointer));
+        update(onGrid(ringPlace(*m_pointer)));
 }
 
 void PresentationView::keyPressEvent(QKeyEvent *event)

@@ -2,6 +2,7 @@
 
 #include "canvas/PicturePainter.h"
 #include "canvas/PictureTap.h"
+#include "canvas/picture/ScreenScaler.h"
 
 #include <QPicture>
 #include <QPointF>
@@ -52,6 +53,9 @@ protected:
 
 private:
     void takeLatest();
+    /// Asks for a repaint of what a new picture changes.
+    void updatePicture();
+    void paintPicture(QPainter *painter, const QRegion &region);
     void forward(const QKeyEvent *event);
     void setPointer(const std::optional<QPointF> &canvasPoint);
     /// Where in this widget the picture stands.
@@ -66,8 +70,12 @@ private:
     QPointer<ImageCanvas> m_canvas;
     /// Whether the canvas is told of the pointer for reasons of its own.
     bool m_canvasHovers = false;
+    ScreenScaler m_scaler;
+    /// For where the window's own pixels cannot be reached.
     PicturePainter m_picturePainter;
     CanvasModel::Shown m_shown;
+    /// Where the picture stood when the whole window was to be painted last.
+    QRect m_place;
     bool m_updateWaits = false;
     /// Where the held picture stood on its canvas, and the text that was being typed on it.
     QRect m_heldPlace;

@@ -30,9 +30,13 @@ QImage pattern(int seed)
     return image;
 }
 
+/// What the window's pixels become.
 QImage shown(QWidget &view)
 {
-    return view.grab().toImage().convertToFormat(QImage::Format_RGB888);
+    QImage pixels(view.size(), QImage::Format_RGB32);
+    pixels.fill(Qt::magenta);
+    view.render(&pixels);
+    return pixels.convertToFormat(QImage::Format_RGB888);
 }
 
 /// What is painted, in its order.
@@ -155,6 +159,32 @@ private slots:
         });
         camera.join();
         QTRY_COMPARE(shown(*view()), pattern(49));
+    }
+
+    void whereItsPixelsCannotBeReachedItShowsTheSame()
+    {
+        open();
+        presentation().setShowsPointer(false);
+        m_window->currentCanvas()->imageCaptured(pattern(8));
+        QCOMPARE(view()->grab().toImage().convertToFormat(QImage::Format_RGB888), shown(*view()));
+        QCOMPARE(shown(*view()).pixelColor(1, 1), QColor(Qt::black));
+    }
+
+    void aPartThatIsPaintedAloneIsThatOfTheWhole()
+    {
+        open();
+        view()->resize(801, 601);
+        m_window->currentCanvas()->imageCaptured(pattern(9));
+        const QImage whole = shown(*view());
+        for (const QRect &part : {QRect(0, 0, 801, 1), QRect(333, 77, 51, 40), QRect(1, 1, 1, 600),
+                                  QRect(700, 500, 101, 101)}) {
+            QImage pixels(view()->size(), QImage::Format_RGB32);
+            pixels.fill(Qt::magenta);
+            QImage expected = pixels;
+            QPainter(&expected).drawImage(part.topLeft(), whole, part);
+            view()->render(&pixels, part.topLeft(), part);
+            QCOMPARE(pixels, expected);
+        }
     }
 
     void theTeachersCanvasIsPaintedFirst()

@@ -1,15 +1,22 @@
 #include "mainwindow/presentation/Presentation.h"
 
 #include "canvas/ImageCanvas.h"
+#include "canvas/picture/Frame.h"
+#include "canvas/picture/ScreenScaler.h"
+#include "canvas/picture/ViewGeometry.h"
 #include "settings/Preferences.h"
 #include "tests/TestProgram.h"
 #include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/ReferencePipeline.h"
 #include "tests/mainwindow/Outputs.h"
 #include "tests/mainwindow/PresentationProbe.h"
 
 #include <QFile>
+#include <QPainter>
 #include <QProcess>
 #include <QScreen>
+
+#include <cstring>
 
 using namespace Outputs;
 using namespace WindowProbe;
@@ -34,6 +41,21 @@ QImage map(QSize size)
             picture.setPixelColor(x, y, QColor(x % 256, y % 256, x / 256 * 16 + y / 256));
     }
     return picture;
+}
+
+/// The picture as large as it fits, in the middle of black, mixed by the screen's rule.
+QImage asFilling(const QImage &picture, QSize screenSize)
+{
+    const std::unique_ptr<Frame> frame = Frame::create(picture.size(), picture.format());
+    std::memcpy(frame->rows().data, picture.constBits(), frame->byteCount());
+    const ViewGeometry::Fit fit = ViewGeometry::fit(picture.size(), screenSize);
+    QImage scaled(fit.size, QImage::Format_RGB32);
+    ScreenScaler().scale(
+        frame->rows(), {scaled.bits(), scaled.width(), scaled.height(), scaled.bytesPerLine(), 4});
+    QImage screen(screenSize, QImage::Format_RGB888);
+    screen.fill(Qt::black);
+    QPainter(&screen).drawImage(fit.margin, scaled);
+    return screen;
 }
 
 /// What the class sees: that part of the root window.
@@ -138,6 +160,35 @@ private slots:
         QTRY_COMPARE(view()->geometry(), QRect(1280, 0, 768, 1024));
         m_window->currentCanvas()->imageCaptured(map({768, 1024}));
         QTRY_COMPARE(onScreen(*view()->screen()), map({768, 1024}));
+    }
+
+    void aScreenOfAnySizeIsFilled_data()
+    {
+        QTest::addColumn<QSize>("screenSize");
+        QTest::addColumn<QSize>("pictureSize");
+        QTest::newRow("smallest") << QSize(640, 480) << QSize(640, 480);
+        QTest::newRow("smallest, averaged") << QSize(640, 480) << QSize(1600, 1200);
+        QTest::newRow("largest") << QSize(3840, 2160) << QSize(3840, 2160);
+        QTest::newRow("largest, doubled") << QSize(3840, 2160) << QSize(1920, 1080);
+        QTest::newRow("largest, with bars") << QSize(3840, 2160) << QSize(1280, 1024);
+    }
+
+    void aScreenOfAnySizeIsFilled()
+    {
+        QFETCH(QSize, screenSize);
+        QFETCH(QSize, pictureSize);
+        QProcess::execute("xrandr", {"--newmode", "3840x2160", "80", "3840", "3850", "3900", "4000",
+                                     "2160", "2165", "2170", "2200"});
+        plug("DUMMY1", QString("%1x%2").arg(screenSize.width()).arg(screenSize.height()),
+             {"--right-of", "DUMMY0"});
+        QTRY_COMPARE(view()->geometry(), QRect(QPoint(1280, 0), screenSize));
+        const QImage picture = ReferencePipeline::noise(pictureSize, QImage::Format_RGB888, 7);
+        for (int i = 0; i < 2; ++i) {
+            // The second one finds the bars black already.
+            const QImage next = i == 0 ? picture.mirrored() : picture;
+            m_window->currentCanvas()->imageCaptured(next);
+            QTRY_COMPARE(onScreen(*view()->screen()), asFilling(next, screenSize));
+        }
     }
 
     void ofSixteenScreensTheChosenOneIsTaken()

@@ -192,13 +192,16 @@ private slots:
         open();
         QVERIFY(QTest::qWaitForWindowExposed(view()));
         ImageCanvas *canvas = m_window->currentCanvas();
-        // No timer comes between, such as that of the standing picture.
-        QCoreApplication::sendPostedEvents();
+        // No timer comes between, such as that of the standing picture. What an event posts in turn
+        // is sent the next time.
+        const auto paintAll = [] {
+            for (int i = 0; i < 3; ++i)
+                QCoreApplication::sendPostedEvents();
+        };
+        paintAll();
         PaintOrder order;
         canvas->imageCaptured(pattern(7));
-        // What an event posts in turn is sent the next time.
-        for (int i = 0; i < 3; ++i)
-            QCoreApplication::sendPostedEvents();
+        paintAll();
         QVERIFY(order.painted.contains(view()) && order.painted.contains(canvas));
         QVERIFY(order.painted.indexOf(canvas) < order.painted.indexOf(view()));
     }

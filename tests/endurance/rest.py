@@ -49,6 +49,15 @@ class Rest:
         lesson.look()
         lesson.desk.click(*lesson.target(name))
 
+    def dismiss(self):
+        """A key is lost while the window manager hands the focus over."""
+        patience = Patience(self.lesson.lateness, EFFECT)
+        while shown_popup(self.lesson.look()):
+            if patience.ends():
+                raise Mismatch("the pop-up does not close")
+            self.lesson.desk.key("Esc")
+            time.sleep(0.5)
+
     def enter(self, mode):
         self.click(model.MODE_NAMES[mode])
         self.lesson.await_("the mode is " + model.MODE_NAMES[mode], lambda s: s["mode"] == mode)
@@ -113,8 +122,7 @@ class Rest:
         # The pop-up that was open last stays in memory.
         self.click("About")
         lesson.await_("the pop-up is open", lambda s: shown_popup(s) == "About")
-        desk.key("Esc")
-        lesson.await_("the pop-up is closed", lambda s: not shown_popup(s))
+        self.dismiss()
 
     def use_everything(self):
         """Uses everything once, as what is made at its first use is no growth."""
@@ -142,8 +150,7 @@ class Rest:
             for name in ("More", "Settings"):
                 self.click(name)
                 lesson.await_("the pop-up is open", lambda s: shown_popup(s) == name)
-                desk.key("Esc")
-                lesson.await_("the pop-up is closed", lambda s: not shown_popup(s))
+                self.dismiss()
             desk.key("F5")
             lesson.await_("the class sees it", lambda s: s["presentation"]["open"])
             desk.activate(int(lesson.state["id"]))

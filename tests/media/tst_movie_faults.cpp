@@ -400,7 +400,7 @@ private:
     {
         QProcess mpv;
         mpv.setProcessChannelMode(QProcess::MergedChannels);
-        mpv.start("mpv", {"--no-config", "--vo=null", "--ao=null", "--untimed",
+        mpv.start("mpv", {"--no-config", "--vo=null", "--ao=null", "--ao-null-untimed", "--untimed",
                           "--msg-level=all=warn", file});
         QVERIFY(mpv.waitForFinished(FAULT_TIMEOUT_MS));
         QCOMPARE(mpv.readAll(), QByteArray());

@@ -2,10 +2,14 @@
 
 #include "canvas/picture/ViewGeometry.h"
 
+#include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QRegion>
+#include <QTransform>
 
 #include <cmath>
+#include <optional>
 
 namespace
 {
@@ -25,6 +29,31 @@ QRect insideEdge(QSize size, double ratio)
                    static_cast<int>(std::ceil((size.height() - 2) * ratio)) - 1)};
 }
 
+/// Where those pixels lie in the memory that the painter paints on. None where that is no picture
+/// of 32 opaque bits, where they are not all to be painted, or not one for one.
+std::optional<PixelRows> memoryOf(const QPainter &painter, const QRect &place)
+{
+    const QPaintEngine *engine = painter.paintEngine();
+    if (!engine || engine->paintDevice()->devType() != QInternal::Image || painter.hasClipping())
+        return {};
+    auto &image = static_cast<QImage &>(*engine->paintDevice());
+    const bool opaque = image.format() == QImage::Format_RGB32 ||
+                        image.format() == QImage::Format_ARGB32_Premultiplied;
+    const QTransform transform = painter.deviceTransform();
+    const QPointF offset(transform.dx(), transform.dy());
+    const bool oneForOne =
+        transform.type() <= QTransform::TxTranslate && offset == QPointF(offset.toPoint());
+    const QRect inside = place.translated(offset.toPoint());
+    const QRegion clip = engine->systemClip();
+    const bool whole =
+        image.rect().contains(inside) && (clip.isEmpty() || (QRegion(inside) - clip).isEmpty());
+    // A picture that is shared would be copied.
+    if (!opaque || !oneForOne || !whole || !image.isDetached())
+        return {};
+    const PixelRows rows{image.bits(), image.width(), image.height(), image.bytesPerLine(), 4};
+    return rows.part(inside);
+}
+
 } // namespace
 
 void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Shown &shown)
@@ -39,10 +68,25 @@ void PicturePainter::paint(QPainter *painter, QSize size, const CanvasModel::Sho
         for (const QRect &bar : QRegion(insideEdge(size, ratio)) - place)
             painter->fillRect(bar, Qt::black);
     }
+    paintInto(*painter, place, shown);
+    painter->restore();
+}
+
+void PicturePainter::paintInto(QPainter &painter, const QRect &place,
+                               const CanvasModel::Shown &shown)
+{
+    const bool isNew = shown.serial != m_serial || place.size() != m_pixels;
+    m_serial = shown.serial;
+    m_pixels = place.size();
+    if (isNew && shown.picture && !place.isEmpty()) {
+        if (const auto memory = memoryOf(painter, place)) {
+            m_scaled.scaleInto(*shown.picture, *memory);
+            return;
+        }
+    }
     const QImage &image = m_scaled.image(shown.picture, shown.serial, place.size());
     if (!image.isNull())
-        painter->drawImage(place.topLeft(), image);
-    painter->restore();
+        painter.drawImage(place.topLeft(), image);
 }
 
 QRect PicturePainter::pixelPlace(QSize picture, QSize size, double ratio)

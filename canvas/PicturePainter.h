@@ -3,12 +3,14 @@
 #include "canvas/model/CanvasModel.h"
 #include "canvas/picture/ScaledPicture.h"
 
+#include <QRect>
 #include <QSize>
 
 class QPainter;
 
-/// Paints the picture of a canvas into its middle, its aspect kept. Keeps the picture in the
-/// screen's own pixels from one painting to the next. GUI thread.
+/// Paints the picture of a canvas into its middle, its aspect kept. A new one is scaled straight
+/// into what is painted on, where that can be; one that is painted again is kept in the screen's
+/// own pixels. GUI thread.
 class PicturePainter
 {
 public:
@@ -26,6 +28,12 @@ public:
     void release() { m_scaled.release(); }
 
 private:
+    /// `place` is in the pixels of the screen, in which the painter counts.
+    void paintInto(QPainter &painter, const QRect &place, const CanvasModel::Shown &shown);
+
     ScaledPicture m_scaled;
+    /// Those of the last picture that was painted.
+    std::uint64_t m_serial = 0;
+    QSize m_pixels;
     bool m_barsBlack = true;
 };

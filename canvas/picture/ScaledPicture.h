@@ -14,6 +14,11 @@ class ScaledPicture
 public:
     /// `serial` tells one picture from the next; a null picture gives a null image.
     [[nodiscard]] const QImage &image(const FramePtr &picture, std::uint64_t serial, QSize size);
+    /// Scales a picture into 32-bit pixels of that size, and keeps none of it.
+    void scaleInto(const Frame &picture, const PixelRows &destination)
+    {
+        m_scaler.scale(picture.rows(), destination);
+    }
     /// Gives the memory back; the next picture is made again.
     void release();
 

@@ -4,6 +4,7 @@
 
 #include <QtTest>
 
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <cmath>
@@ -14,6 +15,13 @@ namespace
 
 using ReferencePipeline::noise;
 using ReferencePipeline::same;
+
+FramePtr frameOf(const QImage &picture)
+{
+    std::shared_ptr<Frame> frame = Frame::create(picture.size(), picture.format());
+    std::memcpy(frame->rows().data, picture.constBits(), frame->byteCount());
+    return frame;
+}
 
 QImage painted(ImageCanvas &canvas)
 {
@@ -38,6 +46,8 @@ private slots:
     void losesNoLineOnTheScreen_data();
     void losesNoLineOnTheScreen();
     void scalesAStandingPictureOnce();
+    void scalesANewPictureIntoWhatIsPaintedOn();
+    void leavesAloneWhatIsNotToBePainted();
 };
 
 void CanvasPaintingTest::paintsThePictureCentredWithBarsAndAFrame()
@@ -159,6 +169,59 @@ void CanvasPaintingTest::scalesAStandingPictureOnce()
     QVERIFY(scaled.image(frame, 2, {100, 56}) != first);
     QCOMPARE(scaled.image(frame, 2, {50, 28}).size(), QSize(50, 28));
     QVERIFY(scaled.image(nullptr, 3, {50, 28}).isNull());
+}
+
+/// A source's pictures go by without one of the canvas's own between them and the screen.
+void CanvasPaintingTest::scalesANewPictureIntoWhatIsPaintedOn()
+{
+    const CanvasModel::Shown shown{frameOf(noise({128, 72}, QImage::Format_RGB888, 12)), 1};
+    ScaledPicture scaled;
+    const QImage expected = scaled.image(shown.picture, 1, {96, 54}).copy();
+    for (const QImage::Format format :
+         {QImage::Format_RGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_RGB888}) {
+        PicturePainter picturePainter;
+        QImage screen(200, 100, format);
+        screen.fill(Qt::magenta);
+        QPainter painter(&screen);
+        painter.translate(30, 20);
+        picturePainter.paint(&painter, {96, 60}, shown);
+        painter.end();
+        QVERIFY(same(screen.copy(30, 23, 96, 54).convertToFormat(QImage::Format_RGB32), expected));
+        QCOMPARE(screen.pixelColor(29, 30), QColor(Qt::magenta));
+        QCOMPARE(screen.pixelColor(126, 30), QColor(Qt::magenta));
+        // Again, as when something on it has changed.
+        screen.fill(Qt::magenta);
+        painter.begin(&screen);
+        painter.translate(30, 20);
+        picturePainter.paint(&painter, {96, 60}, shown);
+        painter.end();
+        QVERIFY(same(screen.copy(30, 23, 96, 54).convertToFormat(QImage::Format_RGB32), expected));
+    }
+}
+
+void CanvasPaintingTest::leavesAloneWhatIsNotToBePainted()
+{
+    const CanvasModel::Shown shown{frameOf(noise({128, 72}, QImage::Format_RGB888, 12)), 1};
+    const QRect kept(40, 30, 20, 10);
+    QImage whole(200, 100, QImage::Format_RGB32);
+    for (const bool bySystem : {false, true}) {
+        QImage screen(200, 100, QImage::Format_RGB32);
+        screen.fill(Qt::magenta);
+        whole.fill(Qt::magenta);
+        const QRegion region = QRegion(screen.rect()) - kept;
+        for (QImage *target : {&whole, &screen}) {
+            PicturePainter picturePainter;
+            if (target == &screen && bySystem)
+                screen.paintEngine()->setSystemClip(region);
+            QPainter painter(target);
+            if (target == &screen && !bySystem)
+                painter.setClipRegion(region);
+            picturePainter.paint(&painter, target->size(), shown);
+        }
+        QVERIFY(whole.pixelColor(kept.center()) != QColor(Qt::magenta));
+        QPainter(&whole).fillRect(kept, Qt::magenta);
+        QVERIFY(same(screen, whole));
+    }
 }
 
 REGISTER_TEST(CanvasPaintingTest)

@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int ROWS_AT_ONCE = 4;
+constexpr int ROWS_AT_ONCE = 2;
 
 using Expand = int (*)(const std::uint8_t *, int, std::uint8_t *, int, int, int);
 

@@ -171,9 +171,12 @@ int measureLatency(double seconds)
         runFor(0.02);
     if (*opened < 0)
         return 1;
-    camera.startStreaming(SIZE, 30, [&canvas](void *rgb, int width, int height, qint64 at) {
-        canvas.frame(rgb, width, height, at);
-    });
+    camera.startStreaming(
+        SIZE, 30,
+        [&canvas](void *rgb, int width, int height, qint64 at) {
+            canvas.frame(rgb, width, height, at);
+        },
+        [&canvas](QSize size) { return canvas.memoryForFrame(size.width(), size.height()); });
     runFor(WARM_UP_SECONDS + seconds);
     camera.stopDelivery();
     runFor(0.2); // the last one is painted, too

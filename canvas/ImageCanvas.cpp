@@ -74,6 +74,11 @@ void ImageCanvas::imageCaptured(void *pixels, int width, int height, bool mirror
     save(shot);
 }
 
+std::shared_ptr<std::uint8_t> ImageCanvas::memoryForFrame(int width, int height)
+{
+    return m_model.lend({width, height});
+}
+
 void ImageCanvas::startAutoRefresh()
 {
     m_timers.start();

@@ -43,6 +43,7 @@ public:
     // Frames ------------------------------------------------------------------------------------
     void imageCaptured(const QImage &image) override;
     void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override;
+    [[nodiscard]] std::shared_ptr<std::uint8_t> memoryForFrame(int width, int height) override;
     void startAutoRefresh() override;
     void stopAutoRefresh() override;
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
+
 class QImage;
 
 /// The one channel through which every image source hands pictures to the display.
@@ -19,6 +22,16 @@ public:
     /// the processed picture in the same size, layout and orientation.
     /// Called on the thread that produces the frame.
     virtual void imageCaptured(void *data, int width, int height, bool mirror, bool rgb32) = 0;
+
+    /// Memory of the receiver's own, of `width * height * 3` bytes, that the source may write its
+    /// next raw frame into. imageCaptured() may then keep it rather than copy it: the source writes
+    /// to it no more and asks for other memory. Null: the source uses its own. On that thread, too.
+    [[nodiscard]] virtual std::shared_ptr<std::uint8_t> memoryForFrame(int width, int height)
+    {
+        (void)width;
+        (void)height;
+        return nullptr;
+    }
 
     /// The source has stopped delivering: the receiver keeps its display alive. GUI thread.
     virtual void startAutoRefresh() = 0;

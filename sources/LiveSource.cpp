@@ -244,6 +244,9 @@ void LiveSource::restartStream()
         *m_streamSize, FRAMES_PER_SECOND,
         [d = m_private.get()](void *rgb, int width, int height, qint64 microseconds) {
             d->frameArrived(rgb, width, height, microseconds);
+        },
+        [d = m_private.get()](QSize size) {
+            return d->callback->memoryForFrame(size.width(), size.height());
         });
 }
 

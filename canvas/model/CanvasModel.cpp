@@ -27,10 +27,24 @@ void CanvasModel::State::takeInput(const FramePtr &frame, QSize size)
     drawing.resize(view.rotatedSize());
 }
 
-bool CanvasModel::State::renewPicture(const PictureSettings &settings)
+FramePipeline::Settings CanvasModel::State::steps(const PictureSettings &settings) const
+{
+    return {view, settings.effectMode, settings.maskMode};
+}
+
+FramePtr CanvasModel::State::untouched(const void *pixels, QSize size,
+                                       const FramePipeline::Settings &steps)
+{
+    const std::shared_ptr<Frame> frame = lent.lock();
+    const bool same =
+        frame && frame->rows().data == pixels && frame->size() == size && size == view.frameSize();
+    return same && FramePipeline::changesNothing(drawing.layer(), steps) ? frame : nullptr;
+}
+
+bool CanvasModel::State::renewPicture(const FramePipeline::Settings &steps)
 {
     const AnnotationLayer &layer = drawing.layer();
-    return picture.renew(layer, layer.revision(), {view, settings.effectMode, settings.maskMode});
+    return picture.renew(layer, layer.revision(), steps);
 }
 
 CanvasModel::Shot CanvasModel::State::dueShot(std::int64_t nowMs) const
@@ -79,7 +93,16 @@ CanvasModel::Shot CanvasModel::take(const QImage &image)
         m_state.takeInput(m_state.picture.frameOf(rgb), image.size());
         m_state.publishTo(m_published);
     }
-    return m_state.renewPicture(m_settings) ? m_state.dueShot(m_clock.elapsed()) : Shot{};
+    return m_state.renewPicture(m_state.steps(m_settings)) ? m_state.dueShot(m_clock.elapsed())
+                                                           : Shot{};
+}
+
+std::shared_ptr<std::uint8_t> CanvasModel::lend(QSize size)
+{
+    const Lock lock(m_mutex);
+    const std::shared_ptr<Frame> frame = m_state.picture.emptyFrame(size);
+    m_state.lent = frame;
+    return frame ? std::shared_ptr<std::uint8_t>(frame, frame->rows().data) : nullptr;
 }
 
 CanvasModel::Shot CanvasModel::take(void *pixels, QSize size, bool mirror, bool rgb32)
@@ -89,14 +112,19 @@ CanvasModel::Shot CanvasModel::take(void *pixels, QSize size, bool mirror, bool 
     m_untouched = false;
     if (rgb32)
         FrameSteps::makeOpaque(pixels, size);
+    FramePipeline::Settings steps = m_state.steps(m_settings);
     FramePtr frame;
     if (!m_state.holdsInput(m_settings)) {
-        frame = m_state.picture.copyOf(pixels, size, mirror, rgb32);
+        if (!mirror && !rgb32)
+            frame = m_state.untouched(pixels, size, steps);
+        if (!frame)
+            frame = m_state.picture.copyOf(pixels, size, mirror, rgb32);
         m_state.takeInput(frame, size);
         m_state.publishTo(m_published);
+        steps.view = m_state.view;
     }
-    const bool renewed = m_state.renewPicture(m_settings);
-    // A picture that is the copied frame itself already stands in the caller's buffer.
+    const bool renewed = m_state.renewPicture(steps);
+    // A picture that is the frame itself, or its copy, already stands in the caller's buffer.
     if (m_state.picture.picture() != frame)
         m_state.picture.copyTo(pixels, size, mirror, rgb32);
     return renewed ? m_state.dueShot(m_clock.elapsed()) : Shot{};
@@ -107,14 +135,15 @@ void CanvasModel::take(const FramePtr &frame)
     const Lock lock(m_mutex);
     m_state.takeInput(frame, frame ? frame->size() : QSize(0, 0));
     m_state.publishTo(m_published);
-    static_cast<void>(m_state.renewPicture(m_settings));
+    static_cast<void>(m_state.renewPicture(m_state.steps(m_settings)));
 }
 
 CanvasModel::Shot CanvasModel::refresh()
 {
     // The mutex is held without a gap, so that no newer frame can come between and be overwritten.
     const Lock lock(m_mutex);
-    const bool renewed = m_state.picture.hasInput() && m_state.renewPicture(m_settings);
+    const bool renewed =
+        m_state.picture.hasInput() && m_state.renewPicture(m_state.steps(m_settings));
     return renewed ? m_state.dueShot(m_clock.elapsed()) : Shot{};
 }
 

@@ -54,6 +54,10 @@ public:
     /// `size` packed pixels: RGB888, or with `rgb32` the 4 bytes of ARGB32; `mirror` takes and
     /// returns them upside down. They are overwritten by the picture that is shown.
     [[nodiscard]] Shot take(void *pixels, QSize size, bool mirror, bool rgb32);
+    /// Memory for `size` packed pixels of RGB888. take() keeps it instead of a copy when the
+    /// picture is the frame itself; the caller then has no more right to write to it. Null for an
+    /// empty size and without memory.
+    [[nodiscard]] std::shared_ptr<std::uint8_t> lend(QSize size);
     /// Takes a frame that nobody writes to any more without copying it.
     void take(const FramePtr &frame);
     [[nodiscard]] Shot refresh();
@@ -138,6 +142,8 @@ private:
         ShownPicture picture;
         ViewGeometry view;
         Drawing drawing;
+        /// What lend() gave last, as long as the source has it.
+        std::weak_ptr<Frame> lent;
         SnapshotClock snapshotClock;
         std::shared_ptr<OutputFolder> armedFolder;
         /// The size of the last picture that was not empty, in output pixels.
@@ -150,7 +156,12 @@ private:
         /// this is asked once a frame.
         [[nodiscard]] bool holdsInput(const PictureSettings &settings) const;
         void takeInput(const FramePtr &frame, QSize size);
-        [[nodiscard]] bool renewPicture(const PictureSettings &settings);
+        /// The effect and the mask may be chosen at any moment, so they are asked for once a frame.
+        [[nodiscard]] FramePipeline::Settings steps(const PictureSettings &settings) const;
+        /// The frame that was lent, if those are its pixels and they need no step; else null.
+        [[nodiscard]] FramePtr untouched(const void *pixels, QSize size,
+                                         const FramePipeline::Settings &steps);
+        [[nodiscard]] bool renewPicture(const FramePipeline::Settings &steps);
         [[nodiscard]] Shot dueShot(std::int64_t nowMs) const;
         [[nodiscard]] QPoint picturePoint(QPoint widgetPoint, QSize widgetSize) const;
         [[nodiscard]] QPointF exactPicturePoint(QPointF widgetPoint, QSize widgetSize) const;

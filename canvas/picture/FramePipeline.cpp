@@ -155,6 +155,15 @@ private:
     std::shared_ptr<Frame> m_result;
 };
 
+bool FramePipeline::changesNothing(const Overlay &layer, const Settings &settings)
+{
+    const ViewGeometry &view = settings.view;
+    return view.rotation() == 0 && view.visibleRectangle() == QRect({0, 0}, view.frameSize()) &&
+           !layer.isUsed() && settings.effect != CanvasModes::EffectBW &&
+           settings.effect != CanvasModes::EffectNegative &&
+           settings.effect != CanvasModes::EffectMosaic && settings.mask == CanvasModes::MaskNone;
+}
+
 FramePtr FramePipeline::run(const FramePtr &input, const Overlay &layer, const Settings &settings)
 {
     if (!input) {
@@ -163,6 +172,10 @@ FramePtr FramePipeline::run(const FramePtr &input, const Overlay &layer, const S
         return nullptr;
     }
     const ViewGeometry &view = settings.view;
+    if (input->size() == view.frameSize() && changesNothing(layer, settings)) {
+        m_work.reset();
+        return input;
+    }
     const QRect seen = view.visibleRectangle();
     const bool blocks = settings.effect == CanvasModes::EffectMosaic;
     const QRect part = blocks ? wholeBlocks(seen, view.rotatedSize()) : seen;

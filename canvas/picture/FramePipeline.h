@@ -19,6 +19,9 @@ public:
         CanvasModes::MaskMode mask = CanvasModes::MaskNone;
     };
 
+    /// Whether run() answers with the input itself, for an input of the size of the view's frame.
+    [[nodiscard]] static bool changesNothing(const Overlay &layer, const Settings &settings);
+
     /// The picture for that input, in the size of the view's frame, which is the input's. The
     /// input's pixels are never changed; when there is nothing to do the answer is the input
     /// itself. Null for a null input or when memory runs out.

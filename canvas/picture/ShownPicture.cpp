@@ -13,6 +13,17 @@ namespace
 /// Two pictures of more than that are not held at once.
 constexpr qint64 LARGE_BYTES = 64LL * 1024 * 1024;
 
+std::size_t packedBytes(QSize size, std::size_t pixelBytes)
+{
+    return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()) *
+           pixelBytes;
+}
+
+void clearBehind(Frame &frame, std::size_t bytes)
+{
+    std::memset(frame.rows().data + bytes, 0, frame.byteCount() - bytes);
+}
+
 } // namespace
 
 FramePtr ShownPicture::copyOf(const void *pixels, QSize size, bool mirror, bool rgb32)
@@ -21,16 +32,21 @@ FramePtr ShownPicture::copyOf(const void *pixels, QSize size, bool mirror, bool 
         m_pipeline.pool().acquire(size, rgb32 ? QImage::Format_ARGB32 : QImage::Format_RGB888);
     if (!frame)
         return nullptr;
-    const auto count =
-        static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
-    const std::size_t bytes = count * (rgb32 ? 4 : 3);
+    const std::size_t bytes = packedBytes(size, rgb32 ? 4 : 3);
     // The pixels are copied as one block although the frame's rows are padded: the bytes keep their
     // order on the way in and out, so that a picture of any width comes back as it was handed over.
-    unsigned char *target = frame->rows().data;
-    std::memcpy(target, pixels, bytes);
-    std::memset(target + bytes, 0, frame->byteCount() - bytes);
+    std::memcpy(frame->rows().data, pixels, bytes);
+    clearBehind(*frame, bytes);
     if (mirror)
         FrameSteps::mirrorInPlace(frame->rows());
+    return frame;
+}
+
+std::shared_ptr<Frame> ShownPicture::emptyFrame(QSize size)
+{
+    std::shared_ptr<Frame> frame = m_pipeline.pool().acquire(size, QImage::Format_RGB888);
+    if (frame)
+        clearBehind(*frame, packedBytes(size, 3));
     return frame;
 }
 

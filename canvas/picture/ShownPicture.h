@@ -24,6 +24,9 @@ public:
     /// Null for a null picture and without memory. To copy a large one lets go of the picture that
     /// is shown first.
     [[nodiscard]] FramePtr frameOf(const QImage &picture);
+    /// A frame of `size` packed pixels in RGB888 that is still to be filled. Null for an empty size
+    /// and without memory.
+    [[nodiscard]] std::shared_ptr<Frame> emptyFrame(QSize size);
 
     /// Takes the frame that the picture is made from; null is an empty one.
     void setInput(const FramePtr &frame);

@@ -138,7 +138,8 @@ std::vector<QSize> UvcCamera::sizes() const
     return StreamFormats::sizes(offers(), LARGEST_SIZE);
 }
 
-void UvcCamera::startStreaming(QSize size, int framesPerSecond, FrameHandler handler)
+void UvcCamera::startStreaming(QSize size, int framesPerSecond, FrameHandler handler,
+                               const FrameMemory &memory)
 {
     stopDelivery();
     m_stream.reset();
@@ -149,10 +150,11 @@ void UvcCamera::startStreaming(QSize size, int framesPerSecond, FrameHandler han
     m_wantedSize = size;
     const auto choice = choiceFor(size, framesPerSecond);
     if (choice)
-        request(std::make_shared<UvcStream>(choice->size, std::move(handler), choice->coding),
-                choice);
+        request(
+            std::make_shared<UvcStream>(choice->size, std::move(handler), memory, choice->coding),
+            choice);
     else
-        request(std::make_shared<UvcStream>(size, std::move(handler)), {});
+        request(std::make_shared<UvcStream>(size, std::move(handler), memory), {});
 }
 
 void UvcCamera::stopDelivery()

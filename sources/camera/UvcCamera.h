@@ -30,6 +30,7 @@ class UvcCamera
 {
 public:
     using FrameHandler = UvcStream::FrameHandler;
+    using FrameMemory = UvcStream::FrameMemory;
 
     UvcCamera();
     /// Gives the camera back. One that does not answer is waited for no longer than half a second,
@@ -71,7 +72,8 @@ public:
     /// that can be decoded; frames whose own header gives another size than the stream's are
     /// dropped. Without a handle, or when the camera does not agree, there is no stream; that is
     /// logged. Returns once the frame in flight is done; the rest follows on the worker.
-    void startStreaming(QSize size, int framesPerSecond, FrameHandler handler);
+    void startStreaming(QSize size, int framesPerSecond, FrameHandler handler,
+                        const FrameMemory &memory = {});
 
     /// When it returns no frame is in the handler and none will come, whatever the camera does.
     void stopDelivery();

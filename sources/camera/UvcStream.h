@@ -23,8 +23,13 @@ public:
     /// be written. `microseconds`: captureMicroseconds() when the frame arrived. Frame thread.
     using FrameHandler = std::function<void(void *rgb, int width, int height, qint64 microseconds)>;
 
+    /// Where the next frame of that size is to be decoded to, `width * height * 3` bytes that are
+    /// not written to any more once the handler has had them. Null for the stream's own memory.
+    /// Frame thread.
+    using FrameMemory = std::function<std::shared_ptr<std::uint8_t>(QSize size)>;
+
     /// `size`: in pixels, one that StreamFormats::choose() gives for that coding.
-    UvcStream(QSize size, FrameHandler handler,
+    UvcStream(QSize size, FrameHandler handler, FrameMemory memory = {},
               StreamFormats::Coding coding = StreamFormats::Coding::MotionJpeg);
     ~UvcStream();
     UvcStream(const UvcStream &) = delete;
@@ -55,17 +60,21 @@ public:
 
 private:
     void deliver(uvc_frame *frame, qint64 microseconds);
-    [[nodiscard]] bool decode(uvc_frame *frame);
-    [[nodiscard]] bool decodeJpeg(uvc_frame *frame);
+    [[nodiscard]] bool decode(uvc_frame *frame, std::uint8_t *rgb);
+    [[nodiscard]] bool decodeJpeg(uvc_frame *frame, std::uint8_t *rgb);
+    [[nodiscard]] std::size_t bytes() const;
     void countGap(std::uint32_t sequence);
 
     const QSize m_size;
     const StreamFormats::Coding m_coding;
     std::optional<PackedRgb> m_packed; ///< for what is not compressed
     std::atomic<bool> m_closing{false};
-    /// Guards the handler and the frame, from the arrival of a frame to the handler's return.
+    /// Guards the handler, the memory and its lender, from the arrival of a frame to the handler's
+    /// return.
     std::mutex m_mutex;
-    uvc_frame *m_rgb = nullptr;
+    std::unique_ptr<std::uint8_t[]> m_own;
+    std::shared_ptr<std::uint8_t> m_lent; ///< for the next frame that can be decoded
+    FrameMemory m_lender;
     FrameHandler m_handler;
     std::optional<std::uint32_t> m_lastSequence; ///< the frame thread's
     std::atomic<std::uint64_t> m_frames{0};

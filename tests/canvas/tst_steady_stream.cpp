@@ -80,6 +80,32 @@ private slots:
         QVERIFY2(faults < 10, qPrintable(QString::number(faults)));
     }
 
+    void aCameraCostsOnePictureAtATime()
+    {
+        ImageCanvas canvas;
+        canvas.resize(1000, 670);
+        QImage screen(canvas.size(), QImage::Format_RGB32);
+        const auto showOne = [&](uchar value) {
+            const std::shared_ptr<std::uint8_t> frame = canvas.memoryForFrame(1920, 1080);
+            std::fill_n(frame.get(), 1920 * 1080 * 3, value);
+            canvas.imageCaptured(frame.get(), 1920, 1080, false, false);
+            canvas.render(&screen, QPoint(), QRegion(), QWidget::RenderFlags());
+        };
+        const int allocationsAtFirst = count();
+        for (int i = 0; i < 10; ++i)
+            showOne(static_cast<uchar>(i));
+        // The frame that is shown, the one that is decoded meanwhile, one in reserve, and no
+        // picture in the pixels of the screen.
+        QVERIFY2(count() - allocationsAtFirst <= 3,
+                 qPrintable(QString::number(count() - allocationsAtFirst)));
+        const int allocationsBefore = count();
+        const long faultsBefore = pageFaults();
+        for (int i = 0; i < 20; ++i)
+            showOne(static_cast<uchar>(i));
+        QCOMPARE(count() - allocationsBefore, 0);
+        QVERIFY(pageFaults() - faultsBefore < 10);
+    }
+
     void undoAndRedoOfAStrokeTakeNothingLarge()
     {
         ImageCanvas canvas;

@@ -7,7 +7,9 @@
 #include <QThread>
 #include <QVector>
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -32,7 +34,18 @@ public:
         remember(
             QImage(static_cast<uchar *>(data), width, height, width * 3, QImage::Format_RGB888));
         m_plain = m_plain && !mirror && !rgb32;
+        m_inLentMemory += data == m_lent;
         ++m_rawFrames;
+    }
+
+    std::shared_ptr<std::uint8_t> memoryForFrame(int width, int height) override
+    {
+        if (!lend)
+            return nullptr;
+        std::shared_ptr<std::uint8_t> memory = lend(width, height);
+        const std::lock_guard lock(m_mutex);
+        m_lent = memory.get();
+        return memory;
     }
 
     void startAutoRefresh() override { refresh("start"); }
@@ -41,6 +54,8 @@ public:
     /// Of pictures and raw frames.
     int count() const { return locked(m_count); }
     int rawFrames() const { return locked(m_rawFrames); }
+    /// Raw frames that came in the memory that was lent for them.
+    int inLentMemory() const { return locked(m_inLentMemory); }
     /// A copy of the newest picture.
     QImage last() const { return locked(m_last); }
     QSize size() const { return last().size(); }
@@ -76,6 +91,9 @@ public:
 
     /// Set it before pictures come.
     std::function<int(const QImage &)> readNumber;
+    /// Lends memory for each raw frame, on its thread; without it, none is lent. Set it before
+    /// frames come.
+    std::function<std::shared_ptr<std::uint8_t>(int width, int height)> lend;
     /// Called before each raw frame, on its thread. Set it before frames come.
     std::function<void()> onRawFrame;
 
@@ -117,6 +135,8 @@ private:
     std::vector<int> m_numbers;
     int m_count = 0;
     int m_rawFrames = 0;
+    const void *m_lent = nullptr;
+    int m_inLentMemory = 0;
     int m_stride = 0;
     bool m_plain = true;
     bool m_onGuiThread = false;

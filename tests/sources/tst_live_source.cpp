@@ -63,6 +63,34 @@ private slots:
         QCOMPARE(log.count("uvc_get_stream_ctrl_format_size() failed.\n"), 0);
     }
 
+    void aFrameIsDecodedIntoMemoryThatIsLent()
+    {
+        LiveRig rig;
+        std::atomic<int> lent{0};
+        rig.sink.lend = [&lent](int width, int height) -> std::shared_ptr<std::uint8_t> {
+            const auto bytes = static_cast<std::size_t>(width * height * 3);
+            // A receiver without memory at times.
+            return ++lent % 3 == 0
+                       ? nullptr
+                       : std::shared_ptr<std::uint8_t>(new std::uint8_t[bytes],
+                                                       std::default_delete<std::uint8_t[]>());
+        };
+        QVERIFY(rig.bringUp(*m_camera));
+        QVERIFY(rig.waitForFrames(8));
+        rig.source->stopCapture();
+        const int frames = rig.sink.rawFrames();
+        QVERIFY(rig.sink.inLentMemory() >= frames - lent / 3);
+        QVERIFY(rig.sink.inLentMemory() < frames);
+        QVERIFY(SheetCounter::read(rig.sink.last()));
+        // Memory that was lent for a frame that could not be decoded is for the next one.
+        m_camera->faults().corruptFrames = 3;
+        rig.source->startCapture();
+        QVERIFY(rig.waitForFrames(3));
+        rig.source->stopCapture();
+        const int more = rig.sink.rawFrames() - frames;
+        QVERIFY2(lent <= frames + more + 2, qPrintable(QString("%1").arg(lent)));
+    }
+
     void aCameraThatIsThereAtTheStartIsWaitedForToo()
     {
         QVERIFY(m_camera->plug());

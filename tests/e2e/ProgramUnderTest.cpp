@@ -213,6 +213,13 @@ bool ProgramUnderTest::acceptDialog()
            waitForWindows(1);
 }
 
+bool ProgramUnderTest::answerDialog()
+{
+    const QVector<xcb_window_t> windows = managedWindows(m_process.processId());
+    return windows.size() > 1 &&
+           drive({"windowactivate", "--sync", QString::number(windows.last()), "key", "Return"});
+}
+
 bool ProgramUnderTest::waitForWindows(int count)
 {
     return QTest::qWaitFor(

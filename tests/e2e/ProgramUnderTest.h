@@ -23,10 +23,16 @@ public:
     void pressKeys(const QString &keys);
     /// Clicks that pixel of the window with the mouse.
     bool click(QPoint point);
-    /// Presses OK in the settings, opened by their button.
+    /// The X11 number of the settings, opened by their button; 0 if they never come.
+    WId openSettings();
+    /// Presses OK there.
+    bool closeSettings(WId popup);
+    /// Both.
     bool acceptSettings();
     /// Chooses a series of snapshots there and presses OK.
     bool chooseSeries();
+    /// Presses Return in a dialog if there is one; whether there was.
+    bool answerDialog();
     /// Presses Return in the dialog that comes, which closes it.
     bool acceptDialog();
     /// Asks the window to close, as its title bar's button does, and waits for the process: whether
@@ -53,10 +59,6 @@ public:
     static QImage screenshot();
 
 private:
-    /// The X11 number of the settings, opened by their button; 0 if they never come.
-    WId openSettings();
-    /// Presses OK there.
-    bool closeSettings(WId popup);
     /// Whether the window manager comes to look after that many windows of it.
     bool waitForWindows(int count);
 

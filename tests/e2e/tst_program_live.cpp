@@ -1,5 +1,6 @@
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
+#include "tests/e2e/LiveProgram.h"
 #include "tests/e2e/ProgramUnderTest.h"
 
 #include "tools/virtualcamera/SheetCounter.h"
@@ -13,15 +14,7 @@
 #include <memory>
 #include <optional>
 
-namespace
-{
-
-std::optional<quint32> counterOnScreen()
-{
-    return SheetCounter::read(ProgramUnderTest::screenshot());
-}
-
-} // namespace
+using LiveProgram::counterOnScreen;
 
 /// The whole program with a camera on the bus, looked at from outside.
 class ProgramLiveTest : public QObject

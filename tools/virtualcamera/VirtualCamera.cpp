@@ -18,30 +18,46 @@ bool isochronous(const VirtualCameraConfig &config)
     return config.transport == VirtualCameraConfig::Transport::Isochronous;
 }
 
+/// What answers a program: all that may still be asked when the camera has ceased to be, as a
+/// program may keep it open and only notice when it asks.
+struct AnsweringDevice {
+    AnsweringDevice(const VirtualCameraConfig &config, const UsbPort::Names &names)
+        : unitControls(config.controls)
+        , function({isochronous(config), config.maximumPayload, names.manufacturer, names.product,
+                    names.serial, config.vendorId, config.productId, config.formats,
+                    config.extensionUnit, config.descriptorPatches},
+                   extensionUnit, unitControls, faults)
+    {
+    }
+
+    CameraFaults faults;
+    ExtensionUnit extensionUnit;
+    UnitControls unitControls;
+    UvcFunction function;
+};
+
+std::shared_ptr<UsbFs> usbFsOf(const std::shared_ptr<AnsweringDevice> &device)
+{
+    return {new UsbFs(device->function, device->faults), [device](UsbFs *usbFs) { delete usbFs; }};
+}
+
 } // namespace
 
 struct VirtualCamera::Parts {
     explicit Parts(const VirtualCameraConfig &config)
         : names{config.vendorId, config.productId, MANUFACTURER, config.product.toStdString(),
                 config.serial.toStdString()}
-        , unitControls(config.controls)
-        , function({isochronous(config), config.maximumPayload, names.manufacturer, names.product,
-                    names.serial, config.vendorId, config.productId, config.formats,
-                    config.extensionUnit, config.descriptorPatches},
-                   extensionUnit, unitControls, faults)
-        , usbFs(std::make_shared<UsbFs>(function, faults))
+        , device(std::make_shared<AnsweringDevice>(config, names))
+        , usbFs(usbFsOf(device))
         , streamer({isochronous(config), config.maximumPayload, config.framesPerSecond,
                     config.jpegQuality, config.banner},
-                   *usbFs, extensionUnit, faults)
+                   *usbFs, device->extensionUnit, device->faults)
         , port(usbFs)
     {
     }
 
-    CameraFaults faults;
-    ExtensionUnit extensionUnit;
     UsbPort::Names names;
-    UnitControls unitControls;
-    UvcFunction function;
+    std::shared_ptr<AnsweringDevice> device;
     std::shared_ptr<UsbFs> usbFs;
     UvcStreamer streamer;
     mutable std::mutex portMutex; ///< guards port
@@ -80,7 +96,7 @@ bool VirtualCamera::plugged() const
 
 CameraFaults &VirtualCamera::faults()
 {
-    return m_parts->faults;
+    return m_parts->device->faults;
 }
 
 CameraStatistics VirtualCamera::statistics() const
@@ -93,27 +109,27 @@ CameraStatistics VirtualCamera::statistics() const
 
 std::vector<ExtensionTransfer> VirtualCamera::takeExtensionTransfers()
 {
-    return m_parts->extensionUnit.takeTransfers();
+    return m_parts->device->extensionUnit.takeTransfers();
 }
 
 std::uint64_t VirtualCamera::parameter(std::uint64_t id) const
 {
-    return m_parts->extensionUnit.parameter(id);
+    return m_parts->device->extensionUnit.parameter(id);
 }
 
 void VirtualCamera::overrideParameter(std::uint64_t id, std::uint64_t value)
 {
-    m_parts->extensionUnit.overrideParameter(id, value);
+    m_parts->device->extensionUnit.overrideParameter(id, value);
 }
 
 void VirtualCamera::clearOverrides()
 {
-    m_parts->extensionUnit.clearOverrides();
+    m_parts->device->extensionUnit.clearOverrides();
 }
 
 UnitControls &VirtualCamera::unitControls()
 {
-    return m_parts->unitControls;
+    return m_parts->device->unitControls;
 }
 
 QString VirtualCamera::root() const

@@ -323,6 +323,27 @@ private slots:
         QVERIFY(untouched(own) && untouched(first));
     }
 
+    void transfersThatCannotBeAreNotAskedFor_data()
+    {
+        QTest::addColumn<quint32>("payload");
+        QTest::newRow("nothing") << 0U;
+        QTest::newRow("4 GB") << 0xFFFFFFFFU;
+        QTest::newRow("2 GB") << 0x80000000U;
+    }
+
+    void transfersThatCannotBeAreNotAskedFor()
+    {
+        QFETCH(quint32, payload);
+        VirtualCameraConfig config = foreign({{}});
+        config.maximumPayload = payload;
+        VirtualCamera camera(config);
+        ChosenRig rig(config);
+        QVERIFY(camera.plug());
+        QVERIFY(rig.waitForState(CameraStatus::State::NoSuchSize));
+        QVERIFY(staysWithoutFrames(rig.sink));
+        QVERIFY(!camera.statistics().streaming);
+    }
+
     void anotherChoiceTakesItsPlace()
     {
         VirtualCamera own, other(foreign({format(StreamCoding::Yuyv, {640, 480})}));

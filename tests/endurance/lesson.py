@@ -41,6 +41,8 @@ class Lesson:
         self.upset_until = 0.0
         self.state = None
         self.notes = []
+        # Cameras of this life that did not answer.
+        self.hung = 0
         self.number = 0
         self.done = {}
 
@@ -48,6 +50,7 @@ class Lesson:
 
     def begin(self):
         self.program.start()
+        self.hung = 0
         self.lateness.begin()
         self.model = model.Model(self.program.witness.ask("commands")["commands"])
         self.program.command("plug")
@@ -538,6 +541,7 @@ class Lesson:
         before = self.state
         name = rng.choice(sorted(CAMERA_FAULTS))
         self.note(name)
+        self.hung += name == "hangControls"
         self.program.command("fault %s %d" % (name, CAMERA_FAULTS[name]))
         self.upset()
         self.finish([], before, {"undo", "redo", "recording"})

@@ -8,8 +8,10 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QtTest>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <iterator>
@@ -137,10 +139,17 @@ std::vector<ProgramPlugsTest::Work> ProgramPlugsTest::worksOf(ProgramUnderTest &
         {"preview", none, nothing, none},
         {"recording",
          [&program] {
-             const auto before = LiveProgram::movies().size();
+             const QStringList before = LiveProgram::movies();
              program.pressKeys("ctrl+r");
-             return QTest::qWaitFor([before] { return LiveProgram::movies().size() > before; },
-                                    TIMEOUT_MS);
+             // Until there is a picture in it, as the end of an empty one would be told of later.
+             return QTest::qWaitFor(
+                 [&before] {
+                     const QStringList now = LiveProgram::movies();
+                     return std::any_of(now.begin(), now.end(), [&before](const QString &movie) {
+                         return !before.contains(movie) && QFileInfo(movie).size() > 0;
+                     });
+                 },
+                 TIMEOUT_MS);
          },
          nothing, press("ctrl+r")},
         {"settings",

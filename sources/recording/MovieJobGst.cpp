@@ -9,7 +9,6 @@
 
 #include <cerrno>
 #include <pthread.h>
-#include <set>
 
 namespace
 {
@@ -17,43 +16,6 @@ namespace
 /// How much may be missing in the file, and so lost in a power cut: with what the encoder and the
 /// disk need on top, a second at most.
 constexpr std::chrono::milliseconds SAVE_INTERVAL(500);
-
-/// Held by the one movie of a name that is being written.
-class FileTurn
-{
-public:
-    explicit FileTurn(const QString &fileName)
-        : m_fileName(fileName)
-    {
-        std::unique_lock lock(names().mutex);
-        names().changed.wait(lock, [this] { return names().busy.insert(m_fileName).second; });
-    }
-    ~FileTurn()
-    {
-        const std::lock_guard lock(names().mutex);
-        names().busy.erase(m_fileName);
-        names().changed.notify_all();
-    }
-    FileTurn(const FileTurn &) = delete;
-    FileTurn &operator=(const FileTurn &) = delete;
-
-private:
-    struct Names {
-        /// Guards busy.
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::set<QString> busy;
-    };
-
-    /// Never destroyed, as a thread may end after everything else.
-    static Names &names()
-    {
-        static auto *const instance = new Names;
-        return *instance;
-    }
-
-    const QString m_fileName;
-};
 
 QString text(const char *sentence)
 {
@@ -66,6 +28,7 @@ MovieJobGst::MovieJobGst(MovieWriter::Settings settings, MovieWriter::FailureHan
     : feed(settings.pictureSize)
     , m_settings(std::move(settings))
     , m_disk(QFile::encodeName(m_settings.fileName))
+    , m_turn(std::make_unique<FileTurn>(m_settings.fileName))
     , m_failed(std::move(failed))
 {
 }
@@ -73,13 +36,12 @@ MovieJobGst::MovieJobGst(MovieWriter::Settings settings, MovieWriter::FailureHan
 void MovieJobGst::run()
 {
     pthread_setname_np(pthread_self(), "MovieFile");
-    {
-        // An earlier movie of that name may still be being completed.
-        const FileTurn turn(m_settings.fileName);
-        if (open())
-            record();
-        close();
-    }
+    // An earlier movie of that name may still be being completed.
+    m_turn->wait();
+    if (open())
+        record();
+    close();
+    m_turn.reset();
     const std::lock_guard lock(m_mutex);
     m_closed = true;
     m_changed.notify_all();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sources/recording/FileTurn.h"
 #include "sources/recording/MovieDiskFile.h"
 #include "sources/recording/MovieEncodingGst.h"
 #include "sources/recording/MovieFeedGst.h"
@@ -8,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 
 /// One movie from the opening of its file to the closing, on a thread of its own. Shared by the
@@ -51,6 +53,8 @@ private:
     const MovieWriter::Settings m_settings;
     MovieDiskFile m_disk;
     QuickTimeFile m_file{m_disk};
+    /// Taken where recordings are begun, so that they are written in that order.
+    std::unique_ptr<FileTurn> m_turn;
     MovieEncoding m_encoding;
     std::atomic<bool> m_abandoned{false};
 

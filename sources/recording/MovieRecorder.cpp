@@ -10,7 +10,7 @@ namespace
 /// Pictures and sound are stamped by one clock, so the difference of their stamps is the time in
 /// which the first sound was handed over. A microphone that begins with a burst of old sound takes
 /// long for that, and its delay says nothing about the pictures.
-constexpr qint64 LARGEST_OFFSET_US = 20000;
+constexpr qint64 LARGEST_OFFSET_US = 10000;
 
 } // namespace
 

@@ -158,7 +158,7 @@ private slots:
         takePicture(arrivalUs);
         QCOMPARE(m_log.last().what, QString("picture"));
         const qint64 movedUs = m_log.last().timeUs - arrivalUs;
-        QVERIFY2(std::abs(movedUs) <= 20000, qPrintable(QString::number(movedUs)));
+        QVERIFY2(std::abs(movedUs) <= 10000, qPrintable(QString::number(movedUs)));
     }
 
     void aPauseIsStampedAsThePicturesAre()

@@ -1,6 +1,7 @@
 """The world around the program: its disk, its sound, and what goes wrong with both and with the
 camera, the folders and the screens."""
 
+import errno
 import os
 import shutil
 import signal
@@ -104,7 +105,12 @@ class World:
         free = room.f_bavail * room.f_frsize - left
         if free > 0:
             with open(os.path.join(self.disk, "full"), "ab") as file:
-                os.posix_fallocate(file.fileno(), file.tell(), free)
+                try:
+                    os.posix_fallocate(file.fileno(), file.tell(), free)
+                except OSError as full:
+                    # What the program has written meanwhile.
+                    if full.errno != errno.ENOSPC:
+                        raise
 
     def empty_disk(self):
         path = os.path.join(self.disk, "full")

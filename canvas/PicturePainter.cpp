@@ -1,15 +1,14 @@
 #include "canvas/PicturePainter.h"
 
+#include "canvas/PaintedPixels.h"
 #include "canvas/picture/ViewGeometry.h"
 
-#include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QRegion>
 #include <QTransform>
 
 #include <cmath>
-#include <optional>
 
 namespace
 {
@@ -29,29 +28,13 @@ QRect insideEdge(QSize size, double ratio)
                    static_cast<int>(std::ceil((size.height() - 2) * ratio)) - 1)};
 }
 
-/// Where those pixels lie in the memory that the painter paints on. None where that is no picture
-/// of 32 opaque bits, where they are not all to be painted, or not one for one.
-std::optional<PixelRows> memoryOf(const QPainter &painter, const QRect &place)
+/// Whether all of that place, in pixels of the screen, is to be painted.
+bool paintsAllOf(const QPainter &painter, const QRect &place)
 {
-    const QPaintEngine *engine = painter.paintEngine();
-    if (!engine || engine->paintDevice()->devType() != QInternal::Image || painter.hasClipping())
-        return {};
-    auto &image = static_cast<QImage &>(*engine->paintDevice());
-    const bool opaque = image.format() == QImage::Format_RGB32 ||
-                        image.format() == QImage::Format_ARGB32_Premultiplied;
+    const QRegion clip = painter.paintEngine()->systemClip();
     const QTransform transform = painter.deviceTransform();
-    const QPointF offset(transform.dx(), transform.dy());
-    const bool oneForOne =
-        transform.type() <= QTransform::TxTranslate && offset == QPointF(offset.toPoint());
-    const QRect inside = place.translated(offset.toPoint());
-    const QRegion clip = engine->systemClip();
-    const bool whole =
-        image.rect().contains(inside) && (clip.isEmpty() || (QRegion(inside) - clip).isEmpty());
-    // A picture that is shared would be copied.
-    if (!opaque || !oneForOne || !whole || !image.isDetached())
-        return {};
-    const PixelRows rows{image.bits(), image.width(), image.height(), image.bytesPerLine(), 4};
-    return rows.part(inside);
+    const QRect inside = place.translated(QPointF(transform.dx(), transform.dy()).toPoint());
+    return !painter.hasClipping() && (clip.isEmpty() || (QRegion(inside) - clip).isEmpty());
 }
 
 } // namespace
@@ -79,8 +62,9 @@ void PicturePainter::paintInto(QPainter &painter, const QRect &place,
     m_serial = shown.serial;
     m_pixels = place.size();
     if (isNew && shown.picture && !place.isEmpty()) {
-        if (const auto memory = memoryOf(painter, place)) {
-            m_scaled.scaleInto(*shown.picture, *memory);
+        const auto pixels = paintedPixels(painter, place);
+        if (pixels && paintsAllOf(painter, place)) {
+            m_scaled.scaleInto(*shown.picture, *pixels);
             return;
         }
     }

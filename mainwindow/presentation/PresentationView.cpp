@@ -1,6 +1,7 @@
 #include "mainwindow/presentation/PresentationView.h"
 
 #include "canvas/ImageCanvas.h"
+#include "canvas/PaintedPixels.h"
 #include "canvas/picture/ViewGeometry.h"
 
 #include <QApplication>
@@ -8,7 +9,6 @@
 #include <QHoverEvent>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QPaintEngine>
 #include <QPainter>
 #include <QRadialGradient>
 #include <QThread>
@@ -41,17 +41,6 @@ QRect onGrid(const QRect &rect)
 QRect pixelsOf(const QRect &rect, double ratio)
 {
     return QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio).toAlignedRect();
-}
-
-/// The pixels that are painted on, if they are those of an image that shows nothing else and lie
-/// as a scaler writes them; else null.
-QImage *paintedPixels(const QPainter &painter, double ratio)
-{
-    auto *image = dynamic_cast<QImage *>(painter.paintEngine()->paintDevice());
-    const bool fits = image && painter.deviceTransform() == QTransform::fromScale(ratio, ratio) &&
-                      (image->format() == QImage::Format_RGB32 ||
-                       image->format() == QImage::Format_ARGB32_Premultiplied);
-    return fits ? image : nullptr;
 }
 
 } // namespace
@@ -237,18 +226,15 @@ void PresentationView::paintPicture(QPainter *painter, const QRegion &region)
     painter->scale(1.0 / ratio, 1.0 / ratio);
     for (const QRect &bar : wanted - place)
         painter->fillRect(bar, Qt::black);
+    const auto pixels = paintedPixels(*painter, place);
     painter->restore();
-    QImage *image = paintedPixels(*painter, ratio);
-    if (!image || !image->rect().contains(place)) {
+    if (!pixels) {
         m_picturePainter.paint(painter, size(), m_shown);
         return;
     }
     // A picture of its own, painted into the window, would be one more way through all pixels.
-    const PixelRows window{image->bits(), image->width(), image->height(), image->bytesPerLine(),
-                           4};
     for (const QRect &part : wanted &place)
-        m_scaler.scale(m_shown.picture->rows(), window.part(place),
-                       part.translated(-place.topLeft()));
+        m_scaler.scale(m_shown.picture->rows(), *pixels, part.translated(-place.topLeft()));
 }
 
 void PresentationView::paintRing(QPainter *painter) const

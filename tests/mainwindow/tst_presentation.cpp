@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QHoverEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QTextEdit>
 
 #include <thread>
@@ -185,6 +186,27 @@ private slots:
             view()->render(&pixels, part.topLeft(), part);
             QCOMPARE(pixels, expected);
         }
+    }
+
+    void aNarrowerPictureLeavesNothingOfTheOneBefore()
+    {
+        open();
+        presentation().setShowsPointer(false);
+        view()->resize(PICTURE);
+        const auto onScreen = [this](QPoint point) {
+            const QImage screen = view()->screen()->grabWindow(view()->winId()).toImage();
+            return screen.pixelColor(point);
+        };
+        const QPoint left(10, PICTURE.height() / 2), middle(PICTURE.width() / 2, left.y());
+        QImage picture(PICTURE, QImage::Format_RGB888);
+        picture.fill(Qt::white);
+        m_window->currentCanvas()->imageCaptured(picture);
+        QTRY_COMPARE(onScreen(left), QColor(Qt::white));
+        picture = picture.copy(0, 0, 120, PICTURE.height());
+        picture.fill(Qt::yellow);
+        m_window->currentCanvas()->imageCaptured(picture);
+        QTRY_COMPARE(onScreen(middle), QColor(Qt::yellow));
+        QCOMPARE(onScreen(left), QColor(Qt::black));
     }
 
     void theTeachersCanvasIsPaintedFirst()

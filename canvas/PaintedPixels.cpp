@@ -13,7 +13,7 @@ std::optional<PixelRows> paintedPixels(const QPainter &painter, const QRect &pla
     auto &image = static_cast<QImage &>(*engine->paintDevice());
     const bool opaque = image.format() == QImage::Format_RGB32 ||
                         image.format() == QImage::Format_ARGB32_Premultiplied;
-    const QTransform transform = painter.deviceTransform();
+    const QTransform &transform = painter.deviceTransform();
     const QPointF offset(transform.dx(), transform.dy());
     const bool oneForOne =
         transform.type() <= QTransform::TxTranslate && offset == QPointF(offset.toPoint());

@@ -32,7 +32,7 @@ QRect insideEdge(QSize size, double ratio)
 bool paintsAllOf(const QPainter &painter, const QRect &place)
 {
     const QRegion clip = painter.paintEngine()->systemClip();
-    const QTransform transform = painter.deviceTransform();
+    const QTransform &transform = painter.deviceTransform();
     const QRect inside = place.translated(QPointF(transform.dx(), transform.dy()).toPoint());
     return !painter.hasClipping() && (clip.isEmpty() || (QRegion(inside) - clip).isEmpty());
 }

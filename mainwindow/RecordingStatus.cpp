@@ -39,7 +39,7 @@ QString timeText(int minutes)
 
 /// Of a movie that says too little yet: what an encoder takes at most, so that the sign comes too
 /// early rather than too late.
-constexpr qint64 USUAL_BYTES_A_SECOND = 1000 * 1000;
+constexpr qint64 USUAL_BYTES_A_SECOND = qint64{1000} * 1000;
 
 } // namespace
 

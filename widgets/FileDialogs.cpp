@@ -76,7 +76,7 @@ QString ask(QWidget *parent, const QString &caption, const QString &folder, cons
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
     if (!guarded)
         return {};
-    const QString chosen = isAccepted ? dialog->selectedFiles().value(0) : QString();
+    QString chosen = isAccepted ? dialog->selectedFiles().value(0) : QString();
     deleteWhenRead(dialog);
     return chosen;
 }

@@ -46,8 +46,8 @@ bool PackedRgb::convert(const void *frame, std::size_t length, std::uint8_t *rgb
         const int rows = std::min(left, ROWS_AT_ONCE);
         expand(source, stride, m_rows.data(), 4 * width, width, rows);
         libyuv::ARGBToRAW(m_rows.data(), 4 * width, rgb, 3 * width, width, rows);
-        source += stride * rows;
-        rgb += 3 * width * rows;
+        source += std::ptrdiff_t{stride} * rows;
+        rgb += std::ptrdiff_t{3} * width * rows;
     }
     return true;
 }

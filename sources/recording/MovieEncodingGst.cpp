@@ -15,7 +15,7 @@ constexpr std::uint32_t SOUND_PACKET = 1024;
 /// What comes out waits a minute for a disk that stalls, in 120 megabytes at most.
 QString pipelineDescription(const QString &encoder, const QString &soundEncoder)
 {
-    const QString pictures =
+    QString pictures =
         QStringLiteral("appsrc name=pictures is-live=true format=time block=false"
                        " max-bytes=0 max-buffers=0 max-time=0 ! videoconvert n-threads=1 ! %1"
                        " ! h264parse ! video/x-h264,stream-format=avc,alignment=au"

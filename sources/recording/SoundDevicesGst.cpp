@@ -35,7 +35,7 @@ QString idOf(GstDevice *device, const GstStructure *properties)
     if (g_object_class_find_property(G_OBJECT_GET_CLASS(device), "internal-name")) {
         gchar *name = nullptr;
         g_object_get(device, "internal-name", &name, nullptr);
-        const QString id = QString::fromUtf8(name);
+        QString id = QString::fromUtf8(name);
         g_free(name);
         if (!id.isEmpty())
             return id;

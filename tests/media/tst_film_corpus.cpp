@@ -72,7 +72,7 @@ struct Facts {
         sound = told.value("sound").toString();
         mpvShows = told.value("mpv").toString();
         hasDecoder = told.value("decoder").toBool();
-        for (const QJsonValue &number : told.value("numbers").toArray())
+        for (const QJsonValue number : told.value("numbers").toArray())
             numbers.append(number.toInt());
         isShown = QFile::exists(path + ".first.png");
     }

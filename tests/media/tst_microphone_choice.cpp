@@ -53,7 +53,7 @@ public:
         : m_pipe(open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC))
     {
         m_thread = std::thread([this, rate, channels] {
-            const auto half = std::size_t(rate / 200 * channels);
+            const std::size_t half = std::size_t(rate / 200) * std::size_t(channels);
             std::vector<qint16> period(2 * half, -16000);
             std::fill_n(period.begin(), half, qint16(16000));
             while (!m_stopping) {

@@ -153,7 +153,7 @@ private slots:
         // heard.
         constexpr qint64 STEP_US = 1000;
         const qint64 startUs = listener.pieces().front().presentationUs;
-        std::vector<std::int16_t> samples(2 * SoundCapture::SAMPLE_RATE);
+        std::vector<std::int16_t> samples(std::size_t{2} * SoundCapture::SAMPLE_RATE);
         for (std::size_t n = 0; n < samples.size(); ++n)
             samples[n] = static_cast<std::int16_t>(1 + static_cast<qint64>(n) * 1000000 /
                                                            SoundCapture::SAMPLE_RATE / STEP_US);

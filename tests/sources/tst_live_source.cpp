@@ -68,7 +68,8 @@ private slots:
         LiveRig rig;
         std::atomic<int> lent{0};
         rig.sink.lend = [&lent](int width, int height) -> std::shared_ptr<std::uint8_t> {
-            const auto bytes = static_cast<std::size_t>(width * height * 3);
+            const auto bytes =
+                static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3;
             // A receiver without memory at times.
             return ++lent % 3 == 0
                        ? nullptr

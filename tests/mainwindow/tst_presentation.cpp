@@ -227,7 +227,8 @@ private slots:
         };
         paintAll();
         PaintOrder order;
-        canvas->imageCaptured(pattern(7));
+        // As a camera's frames come.
+        std::thread([canvas] { canvas->imageCaptured(pattern(7)); }).join();
         paintAll();
         QVERIFY(order.painted.contains(view()) && order.painted.contains(canvas));
         QVERIFY(order.painted.indexOf(canvas) < order.painted.indexOf(view()));

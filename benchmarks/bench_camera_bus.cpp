@@ -7,6 +7,7 @@
 //       away
 //   bench_camera_bus large SECONDS: Motion-JPEG of 3840x2160 at 30 a second in the window
 #include "app/Platform.h"
+#include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CameraPreferences.h"
 #include "mainwindow/MainWindow.h"
@@ -42,30 +43,11 @@ constexpr int CAMERAS = 8;
 constexpr int LISTINGS = 200;
 constexpr QSize LARGEST(3840, 2160);
 
-void runFor(double seconds)
-{
-    QTimer::singleShot(static_cast<int>(seconds * 1000), qApp, &QApplication::quit);
-    QApplication::exec();
-}
-
-void runUntil(const std::function<bool()> &done)
-{
-    QTimer awake;
-    awake.start(1);
-    while (!done())
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
-
 void print(const char *name, std::vector<double> values, const char *unit)
 {
     std::sort(values.begin(), values.end());
     std::printf("%s: median %.2f, at most %.2f %s, of %zu\n", name, values[values.size() / 2],
                 values.back(), unit, values.size());
-}
-
-double milliseconds(const QElapsedTimer &timer)
-{
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
 CameraKeeper &keeperOf(const MainWindow &window)

@@ -7,6 +7,7 @@
 //   bench_live_preview latency SECONDS: from a frame's last packet to the painted picture
 // Processor time is that of this process per frame; the emulated camera is another process.
 #include "app/Platform.h"
+#include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "sources/LiveSource.h"
@@ -57,12 +58,6 @@ void printCost(const char *name, const Cost &before, int frames)
     std::printf("%s: %.2f ms and %.2f page faults a frame\n", name,
                 (now.processorMs - before.processorMs) / frames,
                 static_cast<double>(now.pageFaults - before.pageFaults) / frames);
-}
-
-void runFor(double seconds)
-{
-    QTimer::singleShot(static_cast<int>(seconds * 1000), qApp, &QApplication::quit);
-    QApplication::exec();
 }
 
 void waitUntilRunning(const LiveSource &source)

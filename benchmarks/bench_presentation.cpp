@@ -4,6 +4,7 @@
 // Pictures of that size come 30 times a second from a thread of their own; the canvas takes 1000 x
 // 670, the window for the class the whole screen. The display has to hold 1000 pixels more across.
 #include "app/Platform.h"
+#include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/presentation/PresentationView.h"
 #include "sources/recording/CaptureClock.h"
@@ -166,12 +167,6 @@ private:
     std::atomic<int> m_frames{0};
     std::thread m_thread;
 };
-
-void runFor(double seconds)
-{
-    QTimer::singleShot(static_cast<int>(seconds * 1000), qApp, &QApplication::quit);
-    QApplication::exec();
-}
 
 double at(std::vector<double> &values, double part)
 {

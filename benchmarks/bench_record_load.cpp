@@ -6,6 +6,7 @@
 // bench_record_load frames SECONDS FILE: writes what it sends, Motion-JPEG, to a file
 // 1920x1080 at 30 pictures a second, with the camera that is on the bus; see ./recording.
 #include "app/Platform.h"
+#include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/RecordingStatus.h"
 #include "sources/LiveRecording.h"
@@ -187,13 +188,7 @@ private:
     std::vector<Gap> m_gaps;
 };
 
-void runFor(QApplication &app, double seconds)
-{
-    QTimer::singleShot(static_cast<int>(seconds * 1000), &app, &QApplication::quit);
-    QApplication::exec();
-}
-
-int record(QApplication &app, bool seen, double seconds, const QString &file)
+int record(bool seen, double seconds, const QString &file)
 {
     const Metronome metronome;
     ImageCanvas canvas;
@@ -203,23 +198,23 @@ int record(QApplication &app, bool seen, double seconds, const QString &file)
     LiveSource source(&watched, SIZE, SIZE, nullptr);
     while (!source.running())
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    runFor(app, 2);
+    runFor(2);
     const double idle = processorSeconds();
-    runFor(app, 5);
+    runFor(5);
     const double preview = (processorSeconds() - idle) / 5;
 
     source.startRecord(file);
     RecordingStatus status(&canvas);
     if (seen)
         status.start(&source);
-    runFor(app, 2);
+    runFor(2);
     QElapsedTimer recording;
     recording.start();
     const double before = processorSeconds();
     const std::map<QByteArray, long> threads = threadTicks();
     watched.watchAnew();
     const Clock::time_point begin = Clock::now();
-    runFor(app, seconds);
+    runFor(seconds);
     const int frames = watched.frames();
     const std::vector<WatchedFrames::Gap> gaps = watched.gaps();
     const double elapsed = static_cast<double>(recording.elapsed()) / 1000;
@@ -276,5 +271,5 @@ int main(int argc, char **argv)
     const double seconds = QByteArray(argv[2]).toDouble();
     const QString file = QString::fromLocal8Bit(argv[3]);
     const QByteArray work = argv[1];
-    return work == "frames" ? dump(seconds, file) : record(app, work == "movie", seconds, file);
+    return work == "frames" ? dump(seconds, file) : record(work == "movie", seconds, file);
 }

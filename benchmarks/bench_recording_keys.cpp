@@ -3,6 +3,7 @@
 // when the first picture of the movie and the first one after the pause came. The camera and the
 // sound server are those of measure-recording-keys.
 #include "app/Platform.h"
+#include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "settings/Config.h"
@@ -28,26 +29,6 @@ namespace
 
 constexpr int FULL_HD = 2;
 constexpr double PART_SECONDS = 1.5;
-
-double milliseconds(const QElapsedTimer &timer)
-{
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-void runFor(double seconds)
-{
-    QTimer::singleShot(static_cast<int>(seconds * 1000), Qt::PreciseTimer, qApp,
-                       &QApplication::quit);
-    QApplication::exec();
-}
-
-void runUntil(const std::function<bool()> &done)
-{
-    QTimer awake;
-    awake.start(1);
-    while (!done())
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
 
 void print(const char *name, std::vector<double> values)
 {

@@ -10,6 +10,7 @@
 //   bench_stroke_latency pen SECONDS: a pen of 200 points a second, over the camera's
 // All but the first two need the camera on the bus (virtualcamera-run).
 #include "app/Platform.h"
+#include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "sources/LiveSource.h"
 #include "sources/recording/CaptureClock.h"
@@ -201,12 +202,6 @@ private:
     std::vector<double> m_pressesMs;
     std::vector<int> m_framesLate;
 };
-
-void runFor(double seconds)
-{
-    QTimer::singleShot(static_cast<int>(seconds * 1000), qApp, &QApplication::quit);
-    QApplication::exec();
-}
 
 /// A hand that draws: one stroke over the whole picture, to and fro, never twice over a point.
 class Hand

@@ -12,6 +12,8 @@ std::atomic<int> largeAllocations{0};
 
 } // namespace
 
+// The C library's own, by the name that it has there.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" void *__libc_malloc(std::size_t bytes);
 extern "C" void *malloc(std::size_t bytes)
 {

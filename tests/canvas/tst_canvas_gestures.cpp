@@ -72,7 +72,7 @@ public:
             }
         });
     }
-    ~BusySource()
+    ~BusySource() override
     {
         m_stop = true;
         m_thread.join();
@@ -358,8 +358,8 @@ void CanvasGesturesTest::aPinchShowsWithTheNextFrame()
 void CanvasGesturesTest::theViewMovesBetweenTwoFrames_data()
 {
     QTest::addColumn<std::function<void(ImageCanvas &)>>("move");
-    const auto row = [](const char *name, std::function<void(ImageCanvas &)> move) {
-        QTest::newRow(name) << std::move(move);
+    const auto row = [](const char *name, const std::function<void(ImageCanvas &)> &move) {
+        QTest::newRow(name) << move;
     };
     row("pinch", [](ImageCanvas &canvas) {
         Hand hand(canvas);

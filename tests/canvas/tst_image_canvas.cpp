@@ -184,7 +184,7 @@ void ImageCanvasTest::takesRawFramesInOneBlock()
 void ImageCanvasTest::takesImagesWithLongRows()
 {
     ImageCanvas canvas;
-    std::vector<uchar> memory(100 * 20);
+    std::vector<uchar> memory(std::size_t{100} * 20);
     for (std::size_t i = 0; i < memory.size(); ++i)
         memory[i] = static_cast<uchar>(i * 7);
     const QImage wrapped(memory.data(), 16, 20, 100, QImage::Format_RGB888);

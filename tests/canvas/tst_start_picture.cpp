@@ -111,7 +111,7 @@ void StartPictureTest::hiddenCanvasesGiveBackTheirScreen()
     const std::size_t shown = allocatedBytes();
     canvas.hide();
     const std::size_t hidden = allocatedBytes();
-    const std::size_t picture = 1000 * 562 * 4;
+    const std::size_t picture = std::size_t{1000} * 562 * 4;
     QVERIFY2(shown > hidden && shown - hidden >= picture,
              qPrintable(QString("%1, then %2").arg(shown).arg(hidden)));
 }

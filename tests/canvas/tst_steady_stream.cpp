@@ -52,7 +52,7 @@ private slots:
         QFETCH(bool, frozen);
         ImageCanvas canvas;
         canvas.resize(1000, 670);
-        std::vector<uchar> frame(1920 * 1080 * 3, uchar{100});
+        std::vector<uchar> frame(std::size_t{1920} * 1080 * 3, uchar{100});
         QImage screen(canvas.size(), QImage::Format_RGB32);
         const auto showOne = [&](uchar value) {
             std::fill(frame.begin(), frame.end(), value);
@@ -110,7 +110,7 @@ private slots:
     {
         ImageCanvas canvas;
         canvas.resize(1000, 670);
-        std::vector<uchar> frame(1920 * 1080 * 3, uchar{200});
+        std::vector<uchar> frame(std::size_t{1920} * 1080 * 3, uchar{200});
         QImage screen(canvas.size(), QImage::Format_RGB32);
         const auto showOne = [&] {
             canvas.imageCaptured(frame.data(), 1920, 1080, false, false);

@@ -36,8 +36,8 @@ struct Allowance {
     int descriptors = 0;
 };
 constexpr Allowance CLEAN{1024, 2};
-constexpr Allowance DIRTY{30 * 1024, 2};
-constexpr Allowance WORK{24 * 1024, 8};
+constexpr Allowance DIRTY{30L * 1024, 2};
+constexpr Allowance WORK{24L * 1024, 8};
 
 /// What the program holds.
 struct Holding {

@@ -21,8 +21,8 @@ namespace
 using StreamFormats::Coding;
 
 struct Fed {
-    Coding coding;
-    uvc_frame_format format;
+    Coding coding = Coding::MotionJpeg;
+    uvc_frame_format format = UVC_FRAME_FORMAT_MJPEG;
     QSize size;
 };
 /// The sizes of what is not compressed are smaller, so that short inputs fill them too.

@@ -26,7 +26,7 @@ constexpr qint64 KEPT_TIME_NS = 1'000'000'000'000;
 QString picturePath(const QTemporaryDir &folder)
 {
     qputenv("XDG_CACHE_HOME", folder.path().toLocal8Bit());
-    const QString path = folder.filePath("picture");
+    QString path = folder.filePath("picture");
     const QString kept = ThumbnailCache::fileFor("/p");
     QDir().mkpath(QFileInfo(kept).path());
     QFile file(path);

@@ -93,16 +93,16 @@ std::uint16_t find(xcb_connection_t *connection, const QByteArray &name)
     const auto *list = static_cast<const DeviceList *>(answer.get());
     const char *at = reinterpret_cast<const char *>(list + 1);
     for (unsigned i = 0; i < list->count; ++i) {
-        DeviceInfo info;
+        DeviceInfo info{};
         std::memcpy(&info, at, sizeof info);
         at += sizeof info;
         if (name == QByteArray(at, info.nameLength))
             return info.id;
-        at += (info.nameLength + 3) / 4 * 4;
+        at += std::ptrdiff_t{(info.nameLength + 3) / 4} * 4;
         for (unsigned each = 0; each < info.classes; ++each) {
-            ClassInfo described;
+            ClassInfo described{};
             std::memcpy(&described, at, sizeof described);
-            at += described.length * 4;
+            at += std::ptrdiff_t{described.length} * 4;
         }
     }
     qFatal("There is no device %s", name.constData());

@@ -262,7 +262,7 @@ private slots:
             RecordingState state = goodState();
             // Less than a bar and less than a minute.
             state.level.shownPeak += n / 20.0;
-            state.movie.freeBytes -= n * 1000;
+            state.movie.freeBytes -= qint64{1000} * n;
             status.showState(state, 0);
             QCoreApplication::processEvents();
         }

@@ -77,10 +77,10 @@ private slots:
     void tenPausesTearNothing()
     {
         // Some of them swallow a clap with its flash, and all of them end before the next one.
-        RecordProbe probe({"--claps", m_server->pipe(), "--seconds", "14", "--pauses",
-                           "1.30-1.75,2.20-2.43,3.50-4.60,5.33-5.80,6.70-7.37,8.25-8.29,"
-                           "8.40-8.77,9.81-10.64,11.21-11.55,12.18-12.60",
-                           m_file});
+        const char *const pauses = "1.30-1.75,2.20-2.43,3.50-4.60,5.33-5.80,6.70-7.37,8.25-8.29,"
+                                   "8.40-8.77,9.81-10.64,11.21-11.55,12.18-12.60";
+        RecordProbe probe(
+            {"--claps", m_server->pipe(), "--seconds", "14", "--pauses", pauses, m_file});
         QVERIFY(probe.waitForEnd(14));
         const MovieFile movie(m_file);
         QCOMPARE(movie.complaints(), QString());

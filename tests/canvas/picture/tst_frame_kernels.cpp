@@ -208,7 +208,7 @@ private slots:
                 for (int i = 0; i < outStep; ++i) {
                     const auto at = static_cast<std::size_t>(column * outStep + i);
                     const auto from = static_cast<std::size_t>(std::ptrdiff_t{i / 3} * sourceStep +
-                                                               3 * column + i % 3);
+                                                               std::ptrdiff_t{3} * column + i % 3);
                     QCOMPARE(out[at], i < 48 ? source[from] : background[at]);
                 }
             }

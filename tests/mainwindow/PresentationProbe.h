@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/presentation/Presentation.h"
 #include "mainwindow/presentation/PresentationView.h"
 #include "tests/mainwindow/WindowProbe.h"
 
@@ -39,6 +40,36 @@ protected:
         }
         return nullptr;
     }
+
+    static constexpr QSize PICTURE{320, 240};
+
+    static QImage pattern(int seed)
+    {
+        QImage image(PICTURE, QImage::Format_RGB888);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                image.setPixel(x, y,
+                               qRgb((x * 7 + seed) % 256, (y * 5 + 3 * seed) % 256, x * y % 256));
+        }
+        return image;
+    }
+
+    /// What the window's pixels become.
+    static QImage shown(QWidget &view)
+    {
+        QImage pixels(view.size(), QImage::Format_RGB32);
+        pixels.fill(Qt::magenta);
+        view.render(&pixels);
+        return pixels.convertToFormat(QImage::Format_RGB888);
+    }
+
+    void open()
+    {
+        m_window->button(Command::Present)->click();
+        QVERIFY(view() && view()->isVisible());
+    }
+
+    Presentation &presentation() { return *m_window->presentation(); }
 
     std::unique_ptr<MainWindow> m_window;
 };

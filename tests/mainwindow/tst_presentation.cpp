@@ -8,51 +8,9 @@
 
 #include <QFileInfo>
 #include <QHoverEvent>
-#include <QPainter>
-#include <QScreen>
 #include <QTextEdit>
 
-#include <thread>
-
 using namespace WindowProbe;
-
-namespace
-{
-
-constexpr QSize PICTURE(320, 240);
-
-QImage pattern(int seed)
-{
-    QImage image(PICTURE, QImage::Format_RGB888);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, qRgb((x * 7 + seed) % 256, (y * 5 + 3 * seed) % 256, x * y % 256));
-    }
-    return image;
-}
-
-/// What the window's pixels become.
-QImage shown(QWidget &view)
-{
-    QImage pixels(view.size(), QImage::Format_RGB32);
-    pixels.fill(Qt::magenta);
-    view.render(&pixels);
-    return pixels.convertToFormat(QImage::Format_RGB888);
-}
-
-/// What is painted, in its order.
-struct PaintOrder : QObject {
-    PaintOrder() { qApp->installEventFilter(this); }
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            painted << watched;
-        return false;
-    }
-    QList<QObject *> painted;
-};
-
-} // namespace
 
 /// The window for the class, beside a main window without a second screen.
 class PresentationTest : public PresentationProbe
@@ -121,117 +79,6 @@ private slots:
         view()->close();
         QTRY_VERIFY(!view());
         QVERIFY(m_window->isVisible());
-    }
-
-    void itShowsEveryModesPictureAndNothingElse()
-    {
-        open();
-        // The mouse that draws is a pointer over the picture.
-        presentation().setShowsPointer(false);
-        view()->resize(PICTURE);
-        for (int mode = 0; mode < Modes::COUNT; ++mode) {
-            enter(*m_window, mode);
-            ImageCanvas *canvas = m_window->currentCanvas();
-            canvas->imageCaptured(pattern(mode));
-            canvas->setMouseMode(ImageCanvas::Line);
-            canvas->penColor = Qt::red;
-            CanvasMouse::drag(*canvas, {QPoint(canvas->width() / 3, canvas->height() / 3),
-                                        QPoint(canvas->width() / 2, canvas->height() / 2)});
-            canvas->autoRefresh();
-            m_window->button(Command::Effect)->click();
-            QCOMPARE(shown(*view()), canvas->currentImage());
-            QVERIFY(canvas->currentImage() != pattern(mode));
-            canvas->rotate();
-            canvas->autoRefresh();
-            view()->resize(canvas->currentImage().size());
-            QCOMPARE(shown(*view()), canvas->currentImage());
-            view()->resize(PICTURE);
-        }
-    }
-
-    void framesOfAnotherThreadAreShown()
-    {
-        open();
-        view()->resize(PICTURE);
-        ImageCanvas *canvas = m_window->currentCanvas();
-        std::thread camera([canvas] {
-            for (int i = 0; i < 50; ++i)
-                canvas->imageCaptured(pattern(i));
-        });
-        camera.join();
-        QTRY_COMPARE(shown(*view()), pattern(49));
-    }
-
-    void whereItsPixelsCannotBeReachedItShowsTheSame()
-    {
-        open();
-        presentation().setShowsPointer(false);
-        m_window->currentCanvas()->imageCaptured(pattern(8));
-        const QImage expected = shown(*view());
-        // Pixels of three bytes, which no scaler writes.
-        QImage packed(view()->size(), QImage::Format_RGB888);
-        packed.fill(Qt::magenta);
-        view()->render(&packed);
-        QCOMPARE(packed, expected);
-        QCOMPARE(expected.pixelColor(1, 1), QColor(Qt::black));
-    }
-
-    void aPartThatIsPaintedAloneIsThatOfTheWhole()
-    {
-        open();
-        view()->resize(801, 601);
-        m_window->currentCanvas()->imageCaptured(pattern(9));
-        const QImage whole = shown(*view());
-        for (const QRect &part : {QRect(0, 0, 801, 1), QRect(333, 77, 51, 40), QRect(1, 1, 1, 600),
-                                  QRect(700, 500, 101, 101)}) {
-            QImage pixels(view()->size(), QImage::Format_RGB32);
-            pixels.fill(Qt::magenta);
-            QImage expected = pixels;
-            QPainter(&expected).drawImage(part.topLeft(), whole, part);
-            view()->render(&pixels, part.topLeft(), part);
-            QCOMPARE(pixels, expected);
-        }
-    }
-
-    void aNarrowerPictureLeavesNothingOfTheOneBefore()
-    {
-        open();
-        presentation().setShowsPointer(false);
-        view()->resize(PICTURE);
-        const auto onScreen = [this](QPoint point) {
-            const QImage screen = view()->screen()->grabWindow(view()->winId()).toImage();
-            return screen.pixelColor(point);
-        };
-        const QPoint left(10, PICTURE.height() / 2), middle(PICTURE.width() / 2, left.y());
-        QImage picture(PICTURE, QImage::Format_RGB888);
-        picture.fill(Qt::white);
-        m_window->currentCanvas()->imageCaptured(picture);
-        QTRY_COMPARE(onScreen(left), QColor(Qt::white));
-        picture = picture.copy(0, 0, 120, PICTURE.height());
-        picture.fill(Qt::yellow);
-        m_window->currentCanvas()->imageCaptured(picture);
-        QTRY_COMPARE(onScreen(middle), QColor(Qt::yellow));
-        QCOMPARE(onScreen(left), QColor(Qt::black));
-    }
-
-    void theTeachersCanvasIsPaintedFirst()
-    {
-        open();
-        QVERIFY(QTest::qWaitForWindowExposed(view()));
-        ImageCanvas *canvas = m_window->currentCanvas();
-        // No timer comes between, such as that of the standing picture. What an event posts in turn
-        // is sent the next time.
-        const auto paintAll = [] {
-            for (int i = 0; i < 3; ++i)
-                QCoreApplication::sendPostedEvents();
-        };
-        paintAll();
-        PaintOrder order;
-        // As a camera's frames come.
-        std::thread([canvas] { canvas->imageCaptured(pattern(7)); }).join();
-        paintAll();
-        QVERIFY(order.painted.contains(view()) && order.painted.contains(canvas));
-        QVERIFY(order.painted.indexOf(canvas) < order.painted.indexOf(view()));
     }
 
     void heldItKeepsThePictureInEveryMode()
@@ -410,14 +257,6 @@ private slots:
     }
 
 private:
-    void open()
-    {
-        m_window->button(Command::Present)->click();
-        QVERIFY(view() && view()->isVisible());
-    }
-
-    Presentation &presentation() { return *m_window->presentation(); }
-
     static QRect redArea(const QImage &image)
     {
         QRect area;

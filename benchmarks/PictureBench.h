@@ -138,7 +138,7 @@ inline void copyOneFrame(benchmark::State &state)
     auto source = noise(sizeOf(state));
     auto target = source;
     const std::size_t bytes = source.size() - 64;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::memcpy(target.data(), source.data(), bytes);
         benchmark::ClobberMemory();
     }

@@ -149,7 +149,8 @@ public:
 private:
     void run(TimedCanvas &canvas, QSize size)
     {
-        const auto pixels = static_cast<std::size_t>(size.width() * size.height());
+        const auto pixels =
+            static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
         std::vector<uchar> frame(pixels * 3);
         for (std::size_t i = 0; i < frame.size(); ++i)
             frame[i] = static_cast<uchar>(i * 7919 >> 6U);

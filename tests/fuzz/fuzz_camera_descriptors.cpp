@@ -15,9 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     if (size < 2)
         return 0;
-    std::vector<bool> streams;
-    for (int i = 0; i < 4; ++i)
-        streams.push_back((data[0] >> i & 1) != 0);
+    std::vector<bool> streams(4);
+    for (std::size_t i = 0; i < streams.size(); ++i)
+        streams[i] = (data[0] >> i & 1) != 0;
     const std::size_t first = std::min<std::size_t>(data[1], size - 2);
     std::vector<std::uint8_t> control(data + 2, data + 2 + first),
         stream(data + 2 + first, data + size);

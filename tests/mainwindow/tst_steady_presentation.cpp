@@ -34,7 +34,7 @@ private slots:
         PresentationView view(&canvas);
         view.resize(screenSize);
         view.setCanvas(&canvas);
-        std::vector<uchar> frame(1920 * 1080 * 3, uchar{100});
+        std::vector<uchar> frame(std::size_t{1920} * 1080 * 3, uchar{100});
         QImage canvasScreen(canvas.size(), QImage::Format_RGB32);
         QImage viewScreen(screenSize, QImage::Format_RGB32);
         const auto showOne = [&](uchar value) {

@@ -107,9 +107,7 @@ int runProgram(int argc, char **argv, const std::string &display)
     // All languages of the program are written from left to right, and its layout cannot be
     // mirrored.
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    // These names say where the settings are stored, so they come before anything reads them.
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     QGuiApplication::setDesktopFileName("document-camera");
     const bool settingsAreReadable = checkSettings();
     tellWhatIsMissing();

@@ -11,6 +11,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/CameraPreferences.h"
 #include "mainwindow/MainWindow.h"
+#include "settings/StoredSettings.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/CameraBus.h"
 #include "sources/camera/CameraKeeper.h"
@@ -249,8 +250,7 @@ int main(int argc, char **argv)
 {
     preparePlatform();
     QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     const QByteArray work = argc >= 2 ? argv[1] : "";
     const double amount = argc == 3 ? QByteArray(argv[2]).toDouble() : 0;
     if (work == "list")

@@ -10,6 +10,7 @@
 #include "benchmarks/EventLoop.h"
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
+#include "settings/StoredSettings.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/UvcCamera.h"
 #include "sources/recording/CaptureClock.h"
@@ -272,8 +273,7 @@ int main(int argc, char **argv)
 {
     preparePlatform();
     QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     const QByteArray work = argc == 3 ? argv[1] : "";
     const double seconds = argc == 3 ? QByteArray(argv[2]).toDouble() : 0;
     if (seconds <= 0)

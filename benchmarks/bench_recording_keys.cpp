@@ -7,6 +7,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "settings/Config.h"
+#include "settings/StoredSettings.h"
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "sources/camera/CameraKeeper.h"
@@ -138,8 +139,7 @@ int main(int argc, char **argv)
 {
     preparePlatform();
     QApplication app(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     if (argc != 3)
         return 2;
     const QString folder = QString::fromLocal8Bit(argv[2]);

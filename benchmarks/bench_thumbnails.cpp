@@ -8,6 +8,7 @@
 #include "mainwindow/bars/ThumbnailButton.h"
 #include "mainwindow/bars/ThumbnailLoader.h"
 #include "mainwindow/bars/ThumbnailWidget.h"
+#include "settings/StoredSettings.h"
 #include "sources/ICaptureCB.h"
 #include "sources/PhotographSource.h"
 #include "widgets/HorizontalSlider.h"
@@ -302,8 +303,7 @@ int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     const QByteArray work = argc == 2 ? argv[1] : "";
     if (work == "race")
         race();

@@ -8,6 +8,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "mainwindow/Modes.h"
+#include "settings/StoredSettings.h"
 #include "sources/LiveSource.h"
 #include "widgets/ImageButton.h"
 
@@ -73,8 +74,7 @@ int child(int argc, char **argv, bool bare)
     if (!bare)
         preparePlatform();
     QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     std::unique_ptr<QWidget> window;
     if (bare) {
         window = std::make_unique<QWidget>();
@@ -207,7 +207,6 @@ int main(int argc, char **argv)
         return measureStart(QString::fromLocal8Bit(argv[0]), count);
     preparePlatform();
     QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     return qstrcmp(argv[1], "modes") == 0 ? measureModes(count) : measureMemory(count);
 }

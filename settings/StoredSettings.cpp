@@ -1,5 +1,6 @@
 #include "settings/StoredSettings.h"
 
+#include <QCoreApplication>
 #include <QSettings>
 #include <QVariant>
 
@@ -21,6 +22,12 @@ constexpr Row ROWS[] = {
 };
 
 } // namespace
+
+void StoredSettings::nameFiles()
+{
+    QCoreApplication::setOrganizationName("Quillmark");
+    QCoreApplication::setApplicationName("Document Camera");
+}
 
 QStringList StoredSettings::outOfRange(const QSettings &settings)
 {

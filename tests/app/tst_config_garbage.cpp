@@ -1,4 +1,5 @@
 #include "settings/Config.h"
+#include "settings/StoredSettings.h"
 
 #include <QtTest>
 
@@ -108,8 +109,7 @@ private slots:
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     if (application.arguments().contains("--print-settings"))
         return printSettings();
     ConfigGarbageTest test;

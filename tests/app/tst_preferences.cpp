@@ -1,6 +1,7 @@
 #include "settings/Preferences.h"
 
 #include "diagnostics/TerminalLines.h"
+#include "settings/StoredSettings.h"
 #include "tests/TestProgram.h"
 
 #include <QDir>
@@ -17,8 +18,7 @@ class PreferencesTest : public QObject
 private slots:
     void init()
     {
-        QCoreApplication::setOrganizationName("Quillmark");
-        QCoreApplication::setApplicationName("Document Camera");
+        StoredSettings::nameFiles();
         QFile::remove(Preferences::fileName());
         QDir(Preferences::fileName()).removeRecursively();
     }

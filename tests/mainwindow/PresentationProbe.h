@@ -2,6 +2,7 @@
 
 #include "mainwindow/presentation/Presentation.h"
 #include "mainwindow/presentation/PresentationView.h"
+#include "settings/StoredSettings.h"
 #include "tests/mainwindow/WindowProbe.h"
 
 #include <QApplication>
@@ -19,8 +20,7 @@ protected:
     static void nameTheProgram()
     {
         WindowProbe::beOnOneself();
-        QCoreApplication::setOrganizationName("Quillmark");
-        QCoreApplication::setApplicationName("Document Camera");
+        StoredSettings::nameFiles();
     }
 
     void showWindow()

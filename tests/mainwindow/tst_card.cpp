@@ -6,6 +6,7 @@
 #include "mainwindow/WindowLayout.h"
 #include "settings/Preferences.h"
 
+#include "settings/StoredSettings.h"
 #include "tests/TestProgram.h"
 #include "tests/canvas/CanvasPointers.h"
 #include "tests/mainwindow/HelperScene.h"
@@ -22,12 +23,7 @@ class CardTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        // The preferences are named for the program.
-        QCoreApplication::setOrganizationName("Quillmark");
-        QCoreApplication::setApplicationName("Document Camera");
-    }
+    void initTestCase() { StoredSettings::nameFiles(); }
     void asManyStandOnItAsFit_data();
     void asManyStandOnItAsFit();
     void whatIsCheckedStandsOnIt_data();

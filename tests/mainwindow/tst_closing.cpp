@@ -4,6 +4,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/bars/ThumbnailWidget.h"
 #include "settings/Config.h"
+#include "settings/StoredSettings.h"
 #include "sources/LiveSource.h"
 #include "sources/PhotographSource.h"
 #include "sources/threads/DetachedThreads.h"
@@ -239,8 +240,7 @@ int runAndClose(int argc, char **argv, const QString &state)
 {
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     VirtualCamera camera;
     if (!camera.plug())
         return 3;

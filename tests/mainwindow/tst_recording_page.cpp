@@ -5,6 +5,7 @@
 #include "mainwindow/pages/Pages.h"
 
 #include "settings/Preferences.h"
+#include "settings/StoredSettings.h"
 #include "sources/LiveSource.h"
 #include "tests/TestProgram.h"
 #include "tests/Timeout.h"
@@ -120,11 +121,7 @@ class RecordingPageTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QCoreApplication::setOrganizationName("Quillmark");
-        QCoreApplication::setApplicationName("Document Camera");
-    }
+    void initTestCase() { StoredSettings::nameFiles(); }
     void init()
     {
         m_server = std::make_unique<SoundServer>(m_folder.path());

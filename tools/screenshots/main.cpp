@@ -6,6 +6,7 @@
 #include "mainwindow/MainWindow.h"
 #include "resources/SkinStyle.h"
 #include "resources/translations/Translations.h"
+#include "settings/StoredSettings.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -24,8 +25,7 @@ int main(int argc, char **argv)
     preparePlatform();
     QApplication application(argc, argv);
     fitScaleToScreen();
-    QCoreApplication::setOrganizationName("Quillmark");
-    QCoreApplication::setApplicationName("Document Camera");
+    StoredSettings::nameFiles();
     QCommandLineParser parser;
     parser.addOption({"film", "a film to show", "file"});
     parser.addOption({"photograph", "a photograph to show with its folder", "file"});

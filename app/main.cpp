@@ -5,6 +5,7 @@
 #include "app/LostDisplay.h"
 #include "app/Platform.h"
 #include "app/ScreenScale.h"
+#include "app/UrgentThreads.h"
 #include "diagnostics/TerminalLines.h"
 #include "mainwindow/MainWindow.h"
 #include "resources/ApplicationIcon.h"
@@ -90,6 +91,7 @@ int showWindow(bool settingsAreReadable)
             writeSettings();
         DetachedThreads::exitProcess(DISPLAY_LOST, END_TIMEOUT);
     });
+    const UrgentThreads urgentThreads;
     window->show();
     const MediaPreloader warmUp(WARM_UP_DELAY);
     return QApplication::exec();

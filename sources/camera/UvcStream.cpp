@@ -2,6 +2,7 @@
 
 #include "sources/jpeg/JpegHeader.h"
 #include "sources/recording/CaptureClock.h"
+#include "sources/threads/UrgentThread.h"
 
 #include <libuvc/libuvc.h>
 
@@ -15,12 +16,14 @@ namespace
 
 constexpr std::size_t BYTES_PER_PIXEL = 3;
 
-void nameFrameThread()
+/// Gives the library's thread its name and its weight.
+void prepareFrameThread()
 {
-    thread_local bool named = false;
-    if (!named)
-        pthread_setname_np(pthread_self(), "LiveFrames");
-    named = true;
+    thread_local bool prepared = false;
+    if (std::exchange(prepared, true))
+        return;
+    pthread_setname_np(pthread_self(), "LiveFrames");
+    UrgentThread::announce();
 }
 
 } // namespace
@@ -64,7 +67,7 @@ void UvcStream::close()
 void UvcStream::frameArrived(uvc_frame *frame, void *stream)
 {
     const qint64 microseconds = captureMicroseconds();
-    nameFrameThread();
+    prepareFrameThread();
     static_cast<UvcStream *>(stream)->deliver(frame, microseconds);
 }
 

@@ -2,6 +2,7 @@
 #include "tests/Timeout.h"
 #include "tests/e2e/LiveProgram.h"
 #include "tests/e2e/ProgramUnderTest.h"
+#include "tests/fakes/PriorityService.h"
 
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -15,6 +16,13 @@
 #include <optional>
 
 using LiveProgram::counterOnScreen;
+
+namespace
+{
+
+constexpr int LEAVES_WITHIN_MS = 2000;
+
+} // namespace
 
 /// The whole program with a camera on the bus, looked at from outside.
 class ProgramLiveTest : public QObject
@@ -133,6 +141,45 @@ private slots:
         else
             m_camera->unplug();
         QVERIFY(program.closeAndWait());
+        QCOMPARE(program.exitCode(), 0);
+    }
+
+    void itsPictureAndItsWindowAreToGoBeforeOtherPrograms()
+    {
+        const SystemBus bus;
+        const PriorityService service(bus);
+        QVERIFY(service.serving());
+        QVERIFY(m_camera->plug());
+        ProgramUnderTest program;
+        QVERIFY(program.start());
+        QVERIFY(program.waitForWindow());
+        QTRY_COMPARE_WITH_TIMEOUT(service.requests.size(), 2, TIMEOUT_MS);
+        QCOMPARE(service.requests[0].thread, static_cast<qulonglong>(program.processId()));
+        QFile name(QString("/proc/%1/task/%2/comm")
+                       .arg(program.processId())
+                       .arg(service.requests[1].thread));
+        QVERIFY(name.open(QIODevice::ReadOnly));
+        QCOMPARE(name.readAll().trimmed(), QByteArray("LiveFrames"));
+        QVERIFY(program.closeAndWait());
+        QCOMPARE(program.exitCode(), 0);
+    }
+
+    void aSystemBusThatHangsHoldsUpNothing()
+    {
+        const SystemBus bus;
+        bus.sendSignal(SIGSTOP);
+        QVERIFY(m_camera->plug());
+        ProgramUnderTest program;
+        QVERIFY(program.start());
+        QVERIFY(program.waitForWindow());
+        std::optional<quint32> first;
+        QVERIFY(waitForCounter(first));
+        QTRY_VERIFY_WITH_TIMEOUT(counterOnScreen().value_or(*first) != *first, TIMEOUT_MS);
+        QElapsedTimer sinceClose;
+        sinceClose.start();
+        QVERIFY(program.closeAndWait());
+        QVERIFY2(sinceClose.elapsed() < LEAVES_WITHIN_MS,
+                 qPrintable(QString::number(sinceClose.elapsed())));
         QCOMPARE(program.exitCode(), 0);
     }
 

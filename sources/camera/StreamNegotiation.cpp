@@ -70,16 +70,6 @@ bool agrees(const struct uvc_stream_ctrl &block, const Choice &choice)
     return block.bFormatIndex == choice.formatIndex && block.bFrameIndex == choice.frameIndex;
 }
 
-/// The library makes a hundred buffers of what the camera says a transfer holds, and asks nobody
-/// whether that can be: of nothing it would ask for ever, and divides by it. It has room for a
-/// frame of this size.
-constexpr std::uint32_t LARGEST_TRANSFER = 16U * 1024 * 1024;
-
-bool canBeTransferred(const struct uvc_stream_ctrl &block)
-{
-    return block.dwMaxPayloadTransferSize > 0 && block.dwMaxPayloadTransferSize <= LARGEST_TRANSFER;
-}
-
 } // namespace
 
 std::vector<Offer> takeOffers(uvc_device_handle *handle)
@@ -113,5 +103,5 @@ int negotiateStream(uvc_device_handle *handle, const Choice &choice, struct uvc_
         if (const int agreed = uvc_probe_stream_ctrl(handle, &block); agreed < 0)
             return agreed;
     }
-    return agrees(block, choice) && canBeTransferred(block) ? UVC_SUCCESS : UVC_ERROR_INVALID_MODE;
+    return agrees(block, choice) ? UVC_SUCCESS : UVC_ERROR_INVALID_MODE;
 }

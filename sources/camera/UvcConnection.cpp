@@ -16,9 +16,14 @@
 namespace
 {
 
-// The library divides by the payload size that the camera answered, and allocates a hundred buffers
-// of it; its own frame buffer bounds what can make sense.
-constexpr std::uint32_t MAXIMUM_PAYLOAD = 16u << 20;
+/// The library divides by what the camera says a transfer holds, and allocates a hundred buffers of
+/// it; its own frame buffer bounds what can make sense.
+constexpr std::uint32_t LARGEST_TRANSFER = 16u << 20;
+
+bool canBeTransferred(const uvc_stream_ctrl_t &block)
+{
+    return block.dwMaxPayloadTransferSize > 0 && block.dwMaxPayloadTransferSize <= LARGEST_TRANSFER;
+}
 
 /// As they were parsed when the camera was opened; nothing crosses the bus.
 StandardUnits unitsOf(uvc_device_handle *handle)
@@ -205,8 +210,7 @@ int UvcConnection::start(const Request &request)
     if (agreed < 0 && !said)
         qDebug("uvc_get_stream_ctrl_format_size() failed.\n");
     m_refusedSize.reset();
-    const std::uint32_t payload = block.dwMaxPayloadTransferSize;
-    if (payload == 0 || payload > MAXIMUM_PAYLOAD) {
+    if (!canBeTransferred(block)) {
         if (!said)
             tellSizeNotOffered(stream->size());
         m_refusedSize = stream->size();

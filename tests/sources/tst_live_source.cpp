@@ -162,26 +162,26 @@ private slots:
         rig.source->zoomReset();
         const std::vector<ExtensionTransfer> expected{
             {true, 19, 0x7000001A}, {true, 20, 0}, {true, 19, 0x7000001C}, {true, 20, 1000}};
-        QTRY_VERIFY(transfersSoFar().size() >= expected.size());
+        QTRY_VERIFY_WITH_TIMEOUT(transfersSoFar().size() >= expected.size(), LiveRig::TIMEOUT_MS);
         QVERIFY(m_transfers == expected);
 
         m_camera->overrideParameter(OPTICAL_ZOOM_PERCENT, 50);
         m_camera->overrideParameter(DIGITAL_ZOOM, 2000);
         m_camera->overrideParameter(SECOND_ZOOM, 1500);
-        QTRY_COMPARE(rig.source->opticalZoomPercent(), 0.5);
-        QTRY_COMPARE(rig.source->digitalZoomPercent(), 3.0);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->opticalZoomPercent(), 0.5, LiveRig::TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->digitalZoomPercent(), 3.0, LiveRig::TIMEOUT_MS);
         m_camera->overrideParameter(BRIGHTNESS_MIN, 0);
         m_camera->overrideParameter(BRIGHTNESS_MAX, 0);
-        QTRY_COMPARE(rig.source->brightnessMin(), 1);
-        QTRY_COMPARE(rig.source->brightnessMax(), 15);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->brightnessMin(), 1, LiveRig::TIMEOUT_MS);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->brightnessMax(), 15, LiveRig::TIMEOUT_MS);
         m_camera->clearOverrides();
 
         int before = 0;
-        QTRY_VERIFY((before = rig.source->brightness()) > 0);
+        QTRY_VERIFY_WITH_TIMEOUT((before = rig.source->brightness()) > 0, LiveRig::TIMEOUT_MS);
         rig.source->brightnessUp();
-        QTRY_COMPARE(rig.source->brightness(), before + 1);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->brightness(), before + 1, LiveRig::TIMEOUT_MS);
         rig.source->brightnessDown();
-        QTRY_COMPARE(rig.source->brightness(), before);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->brightness(), before, LiveRig::TIMEOUT_MS);
     }
 
     void onlyTheLowByteOfThePropertyIsTheSelector()
@@ -293,7 +293,7 @@ private slots:
             QCOMPARE(m_camera->statistics().openHandles, 1);
             rig.source.reset();
             // The bus notices a closed handle a moment after the call.
-            QTRY_COMPARE(m_camera->statistics().openHandles, 0);
+            QTRY_COMPARE_WITH_TIMEOUT(m_camera->statistics().openHandles, 0, LiveRig::TIMEOUT_MS);
         }
     }
 

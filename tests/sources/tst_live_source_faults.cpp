@@ -142,7 +142,7 @@ private slots:
         rig.source->autoFocus();
         QVERIFY(rig.waitForFrames());
         m_camera->faults().stallControls = 0;
-        QTRY_VERIFY(rig.source->brightness() > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.source->brightness() > 0, LiveRig::TIMEOUT_MS);
     }
 
     void stalledProbesLeaveNoPictureUntilTheNextStart()
@@ -165,7 +165,8 @@ private slots:
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
         rig.source->setResolution({800, 600});
-        QTRY_COMPARE(log.count("uvc_get_stream_ctrl_format_size() failed.\n"), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(log.count("uvc_get_stream_ctrl_format_size() failed.\n"), 1,
+                                  LiveRig::TIMEOUT_MS);
         QVERIFY(rig.source->running());
         QVERIFY(staysWithoutFrames(rig.sink));
         QVERIFY(rig.gives([&rig] { return rig.source->brightness() > 0 ? 1 : 0; }, 1));

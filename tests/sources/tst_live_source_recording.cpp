@@ -178,7 +178,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::TIMEOUT_MS);
         QCOMPARE(m_failures->at(0)[0].toString(),
                  QString("Nothing was recorded because the recording was paused."));
-        QTRY_VERIFY(!QFile::exists(m_file));
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(m_file), LiveRig::TIMEOUT_MS);
     }
 
     void aPauseFromTheFirstPictureOnEnds()
@@ -266,8 +266,8 @@ private slots:
         m_rig->source->stopRecord();
         QVERIFY(!m_rig->source->recordRequested());
         QCOMPARE(m_failures->size(), 0); // from the event loop only
-        QTRY_COMPARE(m_failures->size(), 1);
-        QTRY_VERIFY(!QFile::exists(m_file));
+        QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::TIMEOUT_MS);
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(m_file), LiveRig::TIMEOUT_MS);
         expectNoMoreFailures();
     }
 
@@ -276,7 +276,7 @@ private slots:
         m_rig->source->requestRecord(m_file);
         m_rig->source->stopRecord();
         QVERIFY(!m_rig->source->recordRequested());
-        QTRY_COMPARE(m_failures->size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_failures->size(), 1, LiveRig::TIMEOUT_MS);
     }
 
     void aRequestEndsTheRecordingBeforeIt()
@@ -308,7 +308,7 @@ private:
         QVERIFY(m_rig->source->recordRequested());
         m_rig->source->stopRecord();
         QVERIFY(!m_rig->source->recordRequested() && !m_rig->source->recording());
-        QTRY_VERIFY(!QFile::exists(m_file));
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(m_file), LiveRig::TIMEOUT_MS);
     }
 
     void expectMovie()

@@ -105,7 +105,7 @@ private slots:
         rig.source->stopRecord();
         rig.source->setResolution({1920, 1080});
         QVERIFY(rig.waitForSize({1920, 1080}));
-        QTRY_VERIFY(rig.source->brightness() > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.source->brightness() > 0, LiveRig::TIMEOUT_MS);
     }
 
     void whatIsNotKnownYetIsWhatWasKnownLast()
@@ -113,13 +113,13 @@ private slots:
         LiveRig rig;
         QVERIFY(rig.bringUp(*m_camera));
         m_camera->overrideParameter(BRIGHTNESS, 6);
-        QTRY_COMPARE(rig.source->brightness(), 6);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->brightness(), 6, LiveRig::TIMEOUT_MS);
         QVERIFY(rig.source->brightnessMax() > 0);
         m_camera->overrideParameter(BRIGHTNESS, 9);
         m_camera->faults().hangControls = 1;
         QCOMPARE(rig.source->brightness(), 6);
         QCOMPARE(rig.source->brightness(), 6);
-        QTRY_COMPARE(rig.source->brightness(), 9);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.source->brightness(), 9, LiveRig::TIMEOUT_MS);
     }
 
     void keysThatTheCameraWasTooSlowForReachItInOrder()
@@ -135,11 +135,14 @@ private slots:
         const std::vector<ExtensionTransfer> release{{true, 19, ZOOM_IN_KEY}, {true, 20, 0}};
         const std::vector<ExtensionTransfer> last{{true, 19, AUTOFOCUS_KEY}, {true, 20, 0}};
         std::vector<ExtensionTransfer> seen;
-        QTRY_VERIFY([&] {
-            for (const ExtensionTransfer &transfer : m_camera->takeExtensionTransfers())
-                seen.push_back(transfer);
-            return std::search(seen.begin(), seen.end(), last.begin(), last.end()) != seen.end();
-        }());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] {
+                for (const ExtensionTransfer &transfer : m_camera->takeExtensionTransfers())
+                    seen.push_back(transfer);
+                return std::search(seen.begin(), seen.end(), last.begin(), last.end()) !=
+                       seen.end();
+            }(),
+            LiveRig::TIMEOUT_MS);
         const auto released = std::search(seen.begin(), seen.end(), release.begin(), release.end());
         QVERIFY(released < std::search(seen.begin(), seen.end(), last.begin(), last.end()));
         QVERIFY(seen.size() % 2 == 0);
@@ -184,7 +187,7 @@ private slots:
         rig.source->autoFocus();
         const qint64 end = elapsedMs([&rig] { rig.source.reset(); });
         QVERIFY2(end < END_MS, qPrintable(QString::number(end)));
-        QTRY_COMPARE(m_camera->statistics().openHandles, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(m_camera->statistics().openHandles, 0, LiveRig::TIMEOUT_MS);
     }
 
     void aCameraWhoseAnswerComesAfterItsSourceHasGoneIsFreed()
@@ -197,7 +200,7 @@ private slots:
             QVERIFY2(end < END_MS, qPrintable(QString::number(end)));
             QVERIFY(m_camera->statistics().openHandles > 0);
         }
-        QTRY_COMPARE(m_camera->statistics().openHandles, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(m_camera->statistics().openHandles, 0, LiveRig::TIMEOUT_MS);
         QVERIFY(!m_camera->statistics().streaming);
     }
 

@@ -1,5 +1,6 @@
 #include "sources/camera/CameraParameters.h"
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/tools/UvcViewer.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -237,12 +238,13 @@ void VirtualCameraTest::keysActOnThePicture()
     const int desk = greyAt(edge);
     QVERIFY(desk > 0 && desk < 160);
     viewer.setParameter(CameraParameter::ZOOM_IN_KEY, 1);
-    QTRY_COMPARE(viewer.parameter(CameraParameter::OPTICAL_ZOOM_PERCENT), quint64(100));
+    QTRY_COMPARE_WITH_TIMEOUT(viewer.parameter(CameraParameter::OPTICAL_ZOOM_PERCENT), quint64(100),
+                              TIMEOUT_MS);
     viewer.setParameter(CameraParameter::ZOOM_IN_KEY, 0);
-    QTRY_VERIFY(greyAt(edge) > 200);
+    QTRY_VERIFY_WITH_TIMEOUT(greyAt(edge) > 200, TIMEOUT_MS);
     viewer.setParameter(CameraParameter::OPTICAL_ZOOM_POSITION, 0);
     viewer.setParameter(CameraParameter::DIGITAL_ZOOM, 1000);
-    QTRY_VERIFY(qAbs(greyAt(edge) - desk) < 12);
+    QTRY_VERIFY_WITH_TIMEOUT(qAbs(greyAt(edge) - desk) < 12, TIMEOUT_MS);
     viewer.stop();
 }
 

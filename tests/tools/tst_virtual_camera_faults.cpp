@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/tools/UvcViewer.h"
 #include "tools/virtualcamera/SheetCounter.h"
 #include "tools/virtualcamera/VirtualCamera.h"
@@ -277,7 +278,7 @@ void VirtualCameraFaultsTest::endpointStalls()
     QVERIFY(bench.stream());
     QVERIFY(nextNumber(bench));
     bench.camera.faults().endpointStalls = 3;
-    QTRY_COMPARE(bench.camera.faults().endpointStalls.load(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(bench.camera.faults().endpointStalls.load(), 0, TIMEOUT_MS);
     const quint32 after = bench.camera.statistics().lastFrame;
     std::optional<quint32> number;
     for (int i = 0; i < 60 && (!number || *number <= after); ++i)

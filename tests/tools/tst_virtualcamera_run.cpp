@@ -1,4 +1,5 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -147,13 +148,13 @@ void VirtualCameraRunTest::obeysCommands()
 {
     const QString fifo = m_folder.filePath("commands"), answer = m_folder.filePath("stats");
     const auto run = start({"--commands", fifo, "--unplugged"}, {BIN + "/uvc_probe", "watch"});
-    QTRY_VERIFY(QFile::exists(fifo));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(fifo), TIMEOUT_MS);
     QFile commands(fifo);
     QVERIFY(commands.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
     commands.write("plug\n");
     QVERIFY(waitForLine(*run, "found"));
     commands.write("parameter 0x7000001D 9\nnonsense\nstats " + answer.toLocal8Bit() + "\n");
-    QTRY_VERIFY(QFile::exists(answer));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(answer), TIMEOUT_MS);
     QFile file(answer);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonObject stats = QJsonDocument::fromJson(file.readAll()).object();

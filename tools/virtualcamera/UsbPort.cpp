@@ -76,14 +76,18 @@ UsbPort::UsbPort(std::shared_ptr<UsbFs> usbFs)
     , m_ioctls(umockdev_ioctl_base_new())
 {
     using SharedFs = std::shared_ptr<UsbFs>;
-    g_signal_connect_data(
+    // Lives as long as programs have the node open. Umockdev's thread is given what it needs, as it
+    // must not look at memory whose handing over no lock of ours shows.
+    g_object_set_data_full(
+        G_OBJECT(m_ioctls.get()), "file system", new SharedFs(m_usbFs),
+        +[](gpointer fs) { delete static_cast<SharedFs *>(fs); });
+    g_signal_connect(
         m_ioctls.get(), "handle-ioctl",
         G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer fs) -> gboolean {
-            (*static_cast<SharedFs *>(fs))->handleIoctl(client);
+            static_cast<UsbFs *>(fs)->handleIoctl(client);
             return TRUE;
         }),
-        new SharedFs(m_usbFs), +[](gpointer fs, GClosure *) { delete static_cast<SharedFs *>(fs); },
-        GConnectFlags{});
+        m_usbFs.get());
 }
 
 UsbPort::~UsbPort()

@@ -40,10 +40,26 @@ struct CameraKeeper::Opened {
     int result = 0;
 };
 
-template <class Call>
-void CameraKeeper::answer(CallbackGate &gate, CameraKeeper *keeper, Call call)
+void CameraKeeper::answer(CallbackGate &gate, CameraKeeper *keeper, Answer call)
 {
-    gate.pass([&] { QMetaObject::invokeMethod(keeper, std::move(call), Qt::QueuedConnection); });
+    gate.pass([&] {
+        {
+            const std::lock_guard lock(keeper->m_answersMutex);
+            keeper->m_answers.push_back(std::move(call));
+        }
+        QMetaObject::invokeMethod(keeper, "takeAnswers", Qt::QueuedConnection);
+    });
+}
+
+void CameraKeeper::takeAnswers()
+{
+    std::vector<Answer> answers;
+    {
+        const std::lock_guard lock(m_answersMutex);
+        answers.swap(m_answers);
+    }
+    for (const Answer &answer : answers)
+        answer();
 }
 
 CameraKeeper::CameraKeeper(CameraOwner &owner, QObject *parent)

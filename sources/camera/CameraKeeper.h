@@ -9,8 +9,11 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <set>
+#include <vector>
 
 class CallbackGate;
 class CameraBus;
@@ -57,9 +60,10 @@ private:
     void opened(const std::shared_ptr<Opened> &result);
     void retire(std::unique_ptr<UvcCamera> camera);
     void setState(CameraStatus::State state);
+    using Answer = std::function<void()>;
     /// Runs `call` on the GUI thread, unless the keeper is gone by then. Any thread.
-    template <class Call>
-    static void answer(CallbackGate &gate, CameraKeeper *keeper, Call call);
+    static void answer(CallbackGate &gate, CameraKeeper *keeper, Answer call);
+    Q_INVOKABLE void takeAnswers();
 
     CameraOwner &m_owner;
     const std::shared_ptr<CameraBus> m_bus;
@@ -76,4 +80,6 @@ private:
     CameraChoice m_choice;
     bool m_looking = false;
     bool m_opening = false;
+    std::mutex m_answersMutex; ///< guards the member below
+    std::vector<Answer> m_answers;
 };

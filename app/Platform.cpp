@@ -48,10 +48,6 @@ constexpr double TITLE_BAR = 32.0;
 /// Whole windows then have whole pixels: 768 and 800 are multiples of 16.
 constexpr double STEP = 1.0 / 16.0;
 constexpr double LEAST_SCALE = 0.5;
-/// The error of the scale, as a part of it: a screen without settings gives its size in whole
-/// millimetres, so that 1366 pixels at 96 dpi are 361 mm, which make 96.1 dpi.
-constexpr double MEASURING_ERROR = 0.01;
-
 /// The limits of a scale that the user sets in the environment; outside them nothing is usable.
 constexpr double LEAST_CHOSEN_SCALE = 0.1;
 constexpr double GREATEST_CHOSEN_SCALE = 10.0;

@@ -13,6 +13,10 @@ void preparePlatform();
 /// application object is made.
 void dropUnusableSettings();
 
+/// The error of the dots an inch, as a part of them: a screen without settings gives its size in
+/// whole millimetres, so that 1366 pixels at 96 dpi are 361 mm, which make 96.1 dpi.
+constexpr double MEASURING_ERROR = 0.01;
+
 /// What the desktop says of its screen before the first window is made.
 struct ScreenOffer {
     /// Dots an inch that the desktop asks programs to draw for; a value that no screen can have

@@ -313,6 +313,22 @@ private slots:
         QVERIFY(untouched(other));
     }
 
+    void withoutAChoiceAnotherOneOfTheMakeTakesItsPlace()
+    {
+        VirtualCameraConfig config = rigCamera();
+        VirtualCamera first(config);
+        config.serial = "another";
+        VirtualCamera second(config);
+        KeptRig rig;
+        QVERIFY(rig.bringUp(first));
+        first.unplug();
+        QVERIFY(rig.waitForState(CameraStatus::State::Unplugged));
+        QVERIFY(second.plug());
+        QVERIFY(rig.waitForState(CameraStatus::State::Showing));
+        QVERIFY(second.statistics().openHandles > 0);
+        QTRY_COMPARE_WITH_TIMEOUT(first.statistics().openHandles, 0, LiveRig::TIMEOUT_MS);
+    }
+
     void theChosenOneIsOpenedAndNoOther()
     {
         const VirtualCameraConfig chosen = foreign({{}});

@@ -258,6 +258,25 @@ bool controlHangs(VirtualCamera &camera, KeptRig &rig)
     return rig.keeper.status().state == State::Showing;
 }
 
+/// It comes back on a connection of its own, as that of the control hangs for as long as nobody
+/// answers.
+bool pulledWhileAControlHangs(VirtualCamera &camera, KeptRig &rig)
+{
+    CHECK(rig.bringUp(camera));
+    for (int round = 0; round < 2; ++round) {
+        camera.faults().hangControls = 1;
+        rig.source->autoFocus();
+        CHECK(QTest::qWaitFor([&camera] { return camera.faults().hangControls == 0; },
+                              LiveRig::TIMEOUT_MS));
+        pull(camera);
+        CHECK(plugAndWait(camera, rig) >= 0);
+        CHECK(rig.waitForState(State::Showing));
+        CHECK(
+            QTest::qWaitFor([&rig] { return rig.source->brightness() > 0; }, LiveRig::TIMEOUT_MS));
+    }
+    return true;
+}
+
 /// The interfaces of the camera that left are never given back.
 bool releaseHangs(VirtualCamera &camera, KeptRig &rig)
 {
@@ -337,6 +356,7 @@ const CameraLife<KeptRig> LIVES[] = {
     {"negotiation hangs", negotiationHangs, false},
     {"silent for a while", silentForAWhile, false},
     {"control hangs", controlHangs, false},
+    {"pulled while a control hangs", pulledWhileAControlHangs, true},
     {"release hangs", releaseHangs, false},
     {"often pulled and plugged", oftenPulledAndPlugged, true},
     {"gone again while it is opened", goneAgainWhileItIsOpened, true},

@@ -36,8 +36,6 @@ MovieJobGst::MovieJobGst(MovieWriter::Settings settings, MovieWriter::FailureHan
 void MovieJobGst::run()
 {
     pthread_setname_np(pthread_self(), "MovieFile");
-    // An earlier movie of that name may still be being completed.
-    m_turn->wait();
     if (open())
         record();
     close();
@@ -84,15 +82,25 @@ void MovieJobGst::failForRoom()
         QT_TRANSLATE_NOOP("MovieWriter", "The recording was stopped because the disk is full.")));
 }
 
+/// The encoders come first: what they deliver waits for a folder that stalls, and for an earlier
+/// movie of that name.
 bool MovieJobGst::open()
 {
+    if (!startEncoders())
+        return false;
+    m_turn->wait();
+    if (m_abandoned)
+        return false;
     if (!m_disk.open()) {
         fail(text(QT_TRANSLATE_NOOP("MovieWriter", "The movie file cannot be created.")));
         return false;
     }
     checkRoom();
-    if (status == MovieWriter::Status::Failed)
-        return false;
+    return status != MovieWriter::Status::Failed;
+}
+
+bool MovieJobGst::startEncoders()
+{
     GstRuntime::initialise();
     const QString encoder = MovieEncoders::firstWorking(
         m_settings.encoders.isEmpty() ? MovieEncoders::names() : m_settings.encoders,

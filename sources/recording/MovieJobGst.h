@@ -42,6 +42,7 @@ public:
 
 private:
     [[nodiscard]] bool open();
+    [[nodiscard]] bool startEncoders();
     void record();
     [[nodiscard]] bool save();
     void close();

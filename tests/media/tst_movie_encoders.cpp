@@ -93,7 +93,7 @@ private slots:
         QFETCH(QStringList, encoders);
         QFETCH(QStringList, failures);
         HeldEncoder::install();
-        const QString file = m_folder.filePath("late.mov");
+        const QString file = m_folder.filePath(failures.isEmpty() ? "late.mov" : "none.mov");
         // The size is tried once in a process.
         WrittenMovie movie(file, failures.isEmpty() ? QSize(320, 240) : QSize(322, 240), encoders);
         QVERIFY(HeldEncoder::waitUntilTried());

@@ -17,7 +17,19 @@ KEYS = {
     "(": "parenleft", ")": "parenright",
 }
 MODIFIERS = {"Ctrl": "Control_L", "Shift": "Shift_L", "Alt": "Alt_L"}
+VIEWABLE = 2
 SHIFTED = set('ABCDEFGHIJKLMNOPQRSTUVWXYZ:_!?()+"')
+
+
+class Attributes(ctypes.Structure):
+    """The server's of a window."""
+    _fields_ = [(name, ctypes.c_int) for name in ("x", "y", "width", "height", "border", "depth")] + [
+        ("visual", ctypes.c_void_p), ("root", ctypes.c_ulong),
+        *((name, ctypes.c_int) for name in ("kind", "bit_gravity", "gravity", "store")),
+        ("planes", ctypes.c_ulong), ("pixel", ctypes.c_ulong), ("saves_under", ctypes.c_int),
+        ("colours", ctypes.c_ulong), ("has_colours", ctypes.c_int), ("map_state", ctypes.c_int),
+        ("all_events", ctypes.c_long), ("own_events", ctypes.c_long), ("kept_events", ctypes.c_long),
+        ("overrides", ctypes.c_int), ("screen", ctypes.c_void_p)]
 
 
 class Desk:
@@ -121,6 +133,15 @@ class Desk:
         self.x11.XMoveResizeWindow(self.display, ctypes.c_ulong(window), int(x), int(y), int(width), int(height))
         self.sync()
 
+    def place_of(self, window):
+        """Where the display server shows it: left, top, width and height; None while it does not."""
+        seen = Attributes()
+        self.x11.XGetWindowAttributes(self.display, ctypes.c_ulong(window), ctypes.byref(seen))
+        left, top, child = ctypes.c_int(), ctypes.c_int(), ctypes.c_ulong()
+        self.x11.XTranslateCoordinates(self.display, ctypes.c_ulong(window), ctypes.c_ulong(seen.root), 0, 0,
+                                       ctypes.byref(left), ctypes.byref(top), ctypes.byref(child))
+        return [left.value, top.value, seen.width, seen.height] if seen.map_state == VIEWABLE else None
+
     def iconify(self, window):
         self.x11.XIconifyWindow(self.display, ctypes.c_ulong(window), 0)
         self.sync()
@@ -135,8 +156,11 @@ class Desk:
             subprocess.run(["import", "-window", "root", folder + "/screen.png"], stderr=subprocess.DEVNULL)
 
     def focus(self):
-        """Which window has the keyboard, as the display server and the window manager say."""
-        said = subprocess.run("xdotool getwindowfocus -f getwindowname; xdotool getwindowfocus -f; xprop -root _NET_ACTIVE_WINDOW",
+        """Which window has the keyboard, as the display server and the window manager say, and which are on the
+        screen."""
+        said = subprocess.run("xdotool getwindowfocus -f getwindowname; xdotool getwindowfocus -f;"
+                              "xprop -root _NET_ACTIVE_WINDOW; xdotool getmouselocation;"
+                              "xwininfo -root -tree | grep -v '1x1+\\|10x10+'",
                               shell=True, capture_output=True, text=True)
         return " ".join(said.stdout.split())
 

@@ -6,9 +6,9 @@ import signal
 import time
 
 import model
-from lesson import EFFECT, RETURN, Interrupted, Mismatch
 from model import LIVE, canvas, shown_popup
 from watch import Growth, Patience
+from watcher import EFFECT, RETURN, Interrupted, Mismatch
 
 END = 2.0
 SETTLED = 3.0

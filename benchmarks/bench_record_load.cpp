@@ -27,6 +27,7 @@
 #include <chrono>
 #include <cstdio>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -143,6 +144,10 @@ public:
     {
     }
 
+    std::shared_ptr<std::uint8_t> memoryForFrame(int width, int height) override
+    {
+        return m_next ? m_next->memoryForFrame(width, height) : nullptr;
+    }
     void imageCaptured(const QImage &) override {}
     void imageCaptured(void *pixels, int width, int height, bool mirror, bool rgb32) override
     {
@@ -234,8 +239,8 @@ int record(bool seen, double seconds, const QString &file)
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     std::printf(
-        "preview %.3f cores, with recording %.3f cores, %.1f ms a picture, %ld MiB at most\n",
-        preview, cores, cores * 1000 / 30, usage.ru_maxrss / 1024);
+        "preview %.3f cores, with recording %.3f cores, %.2f ms a picture, %ld MiB at most\n",
+        preview, cores, cores * 1000 * elapsed / std::max(frames, 1), usage.ru_maxrss / 1024);
     return 0;
 }
 

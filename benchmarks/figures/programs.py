@@ -124,7 +124,7 @@ PROGRAMS = {
         r"^seek (?P<of>paused|playing) +median +(?P<median>NUMBER) ms +p90 +(?P<p90>NUMBER) ms",
         r"^ready +after (?P<ready>NUMBER) ms", r"^mpv .* \((?P<mpv>NUMBER) cores\)"]),
     "recording": Says(script("recording", "10", "1"), [
-        r"^(?P<of>program|program, not shown|command line|command line by way of packed RGB): (?P<ms>NUMBER) ms a picture"]),
+        r"^(?P<of>program|program, not shown|command line by way of packed RGB|command line that also receives): (?P<ms>NUMBER) ms a picture"]),
     "recording_keys": Says(script("measure-recording-keys", "4"), [
         r"^away after the key that (?P<of>\w+): median (?P<median>NUMBER), at most (?P<most>NUMBER) ms",
         r"^from the key to the first picture in the movie, no more than: median (?P<first>NUMBER),",

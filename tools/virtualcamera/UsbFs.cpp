@@ -106,6 +106,19 @@ void UsbFs::report(CameraStatistics &statistics) const
     statistics.deliveries.assign(m_queue.deliveries().begin(), m_queue.deliveries().end());
 }
 
+void UsbFs::keep()
+{
+    const std::lock_guard lock(m_mutex);
+    m_kept = shared_from_this();
+}
+
+void UsbFs::letGo()
+{
+    std::shared_ptr<UsbFs> self; // ends behind the lock
+    const std::lock_guard lock(m_mutex);
+    self = std::move(m_kept);
+}
+
 void UsbFs::handleIoctl(UMockdevIoctlClient *client)
 {
     const unsigned long request = umockdev_ioctl_client_get_request(client);

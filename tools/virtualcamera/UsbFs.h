@@ -37,6 +37,9 @@ public:
     void report(CameraStatistics &statistics) const;
 
     void handleIoctl(UMockdevIoctlClient *client);
+    /// Lives until letGo(), which may be the end of it.
+    void keep();
+    void letGo();
 
     /// A stream from its commit to its end; two of the same size differ in their number.
     struct Stream : UvcFunction::Commit {
@@ -89,4 +92,5 @@ private:
     bool m_plugged = false;
     bool m_streaming = false;
     bool m_shutDown = false;
+    std::shared_ptr<UsbFs> m_kept;
 };

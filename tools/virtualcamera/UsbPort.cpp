@@ -75,12 +75,12 @@ UsbPort::UsbPort(std::shared_ptr<UsbFs> usbFs)
     , m_number(m_bus->takePort())
     , m_ioctls(umockdev_ioctl_base_new())
 {
-    using SharedFs = std::shared_ptr<UsbFs>;
-    // Lives as long as programs have the node open. Umockdev's thread is given what it needs, as it
-    // must not look at memory whose handing over no lock of ours shows.
+    // Lives as long as programs have the node open. What umockdev's thread is given has a lock of
+    // its own, as no other shows how it is handed over.
+    m_usbFs->keep();
     g_object_set_data_full(
-        G_OBJECT(m_ioctls.get()), "file system", new SharedFs(m_usbFs),
-        +[](gpointer fs) { delete static_cast<SharedFs *>(fs); });
+        G_OBJECT(m_ioctls.get()), "file system", m_usbFs.get(),
+        +[](gpointer fs) { static_cast<UsbFs *>(fs)->letGo(); });
     g_signal_connect(
         m_ioctls.get(), "handle-ioctl",
         G_CALLBACK(+[](UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer fs) -> gboolean {

@@ -12,6 +12,7 @@ namespace
 // libuvc's codes; its header stays with those who call it.
 constexpr int ERROR_ACCESS = -3;
 constexpr int ERROR_BUSY = -6;
+constexpr int ERROR_TIMEOUT = -7;
 constexpr int ERROR_INVALID_MODE = -51;
 
 } // namespace
@@ -105,7 +106,8 @@ KeeperRules::Decision KeeperRules::withCamera(std::int64_t nowMs, const CameraLi
 {
     if (link.streamPending)
         return withPendingStream(nowMs, link);
-    if (link.streamWanted && link.streamResult < 0)
+    // Who did not answer has refused nothing.
+    if (link.streamWanted && link.streamResult < 0 && link.streamResult != ERROR_TIMEOUT)
         return withoutPictures(nowMs, link, State::NoSuchSize, RETRY_MS);
     if (link.streamWanted && link.sinceFrameMs >= SILENT_MS)
         return withoutPictures(nowMs, link, State::Silent, SILENT_RESTART_MS);

@@ -16,6 +16,8 @@ namespace
 thread_local bool settingsLeftAlone = false;
 thread_local bool refusalsTold = false;
 thread_local bool leftInSetting = false;
+thread_local bool questionsBounded = false;
+thread_local bool questionUnanswered = false;
 
 /// The library's own function of that name.
 template <class Function>
@@ -96,6 +98,22 @@ LibraryFaults::RefusalsTold::~RefusalsTold()
     refusalsTold = false;
 }
 
+LibraryFaults::QuestionsBounded::QuestionsBounded()
+{
+    questionsBounded = true;
+    questionUnanswered = false;
+}
+
+LibraryFaults::QuestionsBounded::~QuestionsBounded()
+{
+    questionsBounded = false;
+}
+
+bool LibraryFaults::QuestionsBounded::unanswered() const
+{
+    return questionUnanswered;
+}
+
 bool LibraryFaults::deviceLeftInSetting()
 {
     return leftInSetting;
@@ -112,6 +130,24 @@ libusb_set_interface_alt_setting(libusb_device_handle *handle, int interface, in
         return LIBUSB_ERROR_NO_DEVICE;
     const int result = set(handle, interface, setting);
     leftInSetting = leftInSetting || result == LIBUSB_ERROR_NO_DEVICE;
+    return result;
+}
+
+extern "C" __attribute__((visibility("default"))) int
+libusb_control_transfer(libusb_device_handle *handle, uint8_t type, uint8_t request, uint16_t value,
+                        uint16_t index, unsigned char *data, uint16_t length, unsigned timeoutMs)
+{
+    using Transfer = int (*)(libusb_device_handle *, uint8_t, uint8_t, uint16_t, uint16_t,
+                             unsigned char *, uint16_t, unsigned);
+    static const auto transfer = original<Transfer>("libusb_control_transfer");
+    if (!transfer)
+        return LIBUSB_ERROR_NOT_SUPPORTED;
+    const bool bounded = questionsBounded && timeoutMs == 0;
+    if (bounded && questionUnanswered)
+        return LIBUSB_ERROR_TIMEOUT;
+    const unsigned limitMs = bounded ? LibraryFaults::QuestionsBounded::ANSWER_LIMIT_MS : timeoutMs;
+    const int result = transfer(handle, type, request, value, index, data, length, limitMs);
+    questionUnanswered = questionUnanswered || (bounded && result == LIBUSB_ERROR_TIMEOUT);
     return result;
 }
 

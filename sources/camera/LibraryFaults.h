@@ -13,6 +13,9 @@
 /// - libuvc takes descriptors for as long as they should be. Those that
 /// libusb_get_config_descriptor()
 ///   gives have gone through DescriptorFence.
+/// - libuvc waits for the answers to its questions for a stream for ever, and with it the thread
+/// that
+///   asked, the library's own and the descriptors of both. See QuestionsBounded.
 namespace LibraryFaults
 {
 
@@ -36,6 +39,24 @@ public:
     ~RefusalsTold();
     RefusalsTold(const RefusalsTold &) = delete;
     RefusalsTold &operator=(const RefusalsTold &) = delete;
+};
+
+/// While it lives, a question without a time limit that this thread asks is taken back after
+/// ANSWER_LIMIT_MS and fails with LIBUSB_ERROR_TIMEOUT, and so do, unasked, those that follow it:
+/// for agreeing on a stream, after which somebody else may have the camera.
+class QuestionsBounded
+{
+public:
+    /// The longest that the standard gives a device for an answer.
+    static constexpr unsigned ANSWER_LIMIT_MS = 5000;
+
+    QuestionsBounded();
+    ~QuestionsBounded();
+    QuestionsBounded(const QuestionsBounded &) = delete;
+    QuestionsBounded &operator=(const QuestionsBounded &) = delete;
+
+    /// Whether one was taken back.
+    [[nodiscard]] bool unanswered() const;
 };
 
 /// Whether on this thread a device has left in the middle of setting an interface. The thread's

@@ -203,8 +203,11 @@ int UvcConnection::start(const Request &request)
     if (stream->closed()) // another one is wanted by now
         return UVC_SUCCESS;
     uvc_stream_ctrl_t block{};
+    const LibraryFaults::QuestionsBounded questions;
     const int agreed = noteResult(request.choice ? negotiateStream(m_handle, *request.choice, block)
                                                  : UVC_ERROR_INVALID_MODE);
+    if (questions.unanswered()) // which is no refusal, and may have been of a question left out
+        return UVC_ERROR_TIMEOUT;
     // The keeper asks repeatedly, so a refusal is reported once.
     const bool said = m_refusedSize == stream->size();
     if (agreed < 0 && !said)

@@ -174,11 +174,20 @@ private slots:
         QCOMPARE(restarts, 30);
     }
 
+    void aSilentCameraGetsItsStreamAnewAndIsThenOpenedAnew_data()
+    {
+        QTest::addColumn<int>("streamResult");
+        QTest::newRow("agreed") << 0;
+        QTest::newRow("without an answer") << -7;
+    }
+
     void aSilentCameraGetsItsStreamAnewAndIsThenOpenedAnew()
     {
+        QFETCH(int, streamResult);
         KeeperRules rules;
         CameraLink link = showing(2);
         link.frames = 0;
+        link.streamResult = streamResult;
         std::int64_t lastMs = 0;
         QList<int> restarts, openings;
         for (int ms = 0; ms < 20000; ms += 500) {

@@ -8,8 +8,35 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+namespace
+{
+
+void closeDescriptor(int &descriptor)
+{
+    if (descriptor >= 0)
+        ::close(descriptor);
+    descriptor = -1;
+}
+
+/// Whether the name leads to what is open. One that does not answer counts as leading there.
+bool leadsTo(const QByteArray &name, int descriptor)
+{
+    struct stat open {
+    };
+    struct stat now {
+    };
+    if (fstat(descriptor, &open) != 0)
+        return true;
+    if (stat(name.constData(), &now) != 0)
+        return errno != ENOENT && errno != ENOTDIR;
+    return now.st_ino == open.st_ino && now.st_dev == open.st_dev;
+}
+
+} // namespace
+
 MovieDiskFile::MovieDiskFile(QByteArray fileName)
     : m_fileName(std::move(fileName))
+    , m_folderName(QFile::encodeName(QFileInfo(QFile::decodeName(m_fileName)).absolutePath()))
 {
 }
 
@@ -20,27 +47,20 @@ MovieDiskFile::~MovieDiskFile()
 
 bool MovieDiskFile::open()
 {
-    m_descriptor = ::open(m_fileName.constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (m_descriptor < 0 || fstat(m_descriptor, &m_file) != 0)
-        return noteFailure();
-    return true;
+    // No right to list the folder is needed for that.
+    m_folder = ::open(m_folderName.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    return (m_folder >= 0 && canBeMade()) || noteFailure();
 }
 
 void MovieDiskFile::close()
 {
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-    m_descriptor = -1;
+    closeDescriptor(m_descriptor);
+    closeDescriptor(m_folder);
 }
 
-/// Whether the name still leads to the file that is being written.
 bool MovieDiskFile::inPlace() const
 {
-    struct stat now {
-    };
-    if (stat(m_fileName.constData(), &now) != 0)
-        return errno != ENOENT && errno != ENOTDIR;
-    return now.st_ino == m_file.st_ino && now.st_dev == m_file.st_dev;
+    return m_descriptor >= 0 ? leadsTo(m_fileName, m_descriptor) : leadsTo(m_folderName, m_folder);
 }
 
 qint64 MovieDiskFile::size() const
@@ -55,19 +75,21 @@ qint64 MovieDiskFile::freeBytes() const
     struct statvfs disk {
     };
     // Some file systems tell of no blocks at all.
-    if (fstatvfs(m_descriptor, &disk) != 0 || disk.f_blocks == 0)
+    if (fstatvfs(m_folder, &disk) != 0 || disk.f_blocks == 0)
         return -1;
     return qint64(disk.f_bavail) * qint64(disk.f_frsize);
 }
 
 void MovieDiskFile::remove()
 {
-    if (inPlace())
+    if (m_descriptor >= 0 && inPlace())
         unlink(m_fileName.constData());
 }
 
 bool MovieDiskFile::write(qint64 offset, const QByteArray &bytes)
 {
+    if (m_descriptor < 0 && !make())
+        return noteFailure();
     const char *data = bytes.constData();
     auto left = static_cast<size_t>(bytes.size());
     while (left > 0) {
@@ -95,9 +117,7 @@ bool MovieDiskFile::sync()
     // A file is found after a power cut only if its folder is on the disk as well. Some file
     // systems cannot sync a folder, so a refusal means nothing.
     if (!m_folderSynced) {
-        const QString folder = QFileInfo(QFile::decodeName(m_fileName)).absolutePath();
-        const int descriptor =
-            ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        const int descriptor = ::open(m_folderName.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         if (descriptor >= 0) {
             fsync(descriptor);
             ::close(descriptor);
@@ -105,6 +125,25 @@ bool MovieDiskFile::sync()
         m_folderSynced = true;
     }
     return true;
+}
+
+/// Only an attempt says so for certain.
+bool MovieDiskFile::canBeMade() const
+{
+    int attempt = ::open(m_fileName.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (attempt >= 0)
+        unlink(m_fileName.constData());
+    else if (errno == EEXIST)
+        attempt = ::open(m_fileName.constData(), O_RDWR | O_CLOEXEC);
+    const bool can = attempt >= 0;
+    closeDescriptor(attempt);
+    return can;
+}
+
+bool MovieDiskFile::make()
+{
+    m_descriptor = ::open(m_fileName.constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    return m_descriptor >= 0;
 }
 
 bool MovieDiskFile::noteFailure()

@@ -6,7 +6,8 @@
 
 #include <QByteArray>
 
-/// A movie's file in a folder.
+/// A movie's file in a folder. It is made when the first bytes are written, so that a movie that
+/// ends before that, for whatever reason, leaves nothing behind.
 class MovieDiskFile : public MovieDisk
 {
 public:
@@ -16,16 +17,17 @@ public:
     MovieDiskFile(const MovieDiskFile &) = delete;
     MovieDiskFile &operator=(const MovieDiskFile &) = delete;
 
-    /// Makes the file, empty.
+    /// Finds out whether the file can be made. An earlier one of that name is left as it is.
     [[nodiscard]] bool open();
     void close();
-    /// Any thread after open().
+    /// Whether the name still leads to the file that is being written; before that, whether the
+    /// folder is still where it was. After open().
     [[nodiscard]] bool inPlace() const;
     /// What the disk has left for this user; -1 when it does not say. After open().
     [[nodiscard]] qint64 freeBytes() const;
-    /// After open().
+    /// 0 before it is made.
     [[nodiscard]] qint64 size() const;
-    /// Removes the file if the name still leads to it.
+    /// Removes the file if it was made and the name still leads to it.
     void remove();
 
     [[nodiscard]] bool write(qint64 offset, const QByteArray &bytes) override;
@@ -36,13 +38,15 @@ public:
     [[nodiscard]] int error() const { return m_error; }
 
 private:
+    [[nodiscard]] bool canBeMade() const;
+    [[nodiscard]] bool make();
     bool noteFailure();
 
     const QByteArray m_fileName;
+    const QByteArray m_folderName;
+    /// Of the folder, for questions about it.
+    int m_folder = -1;
     int m_descriptor = -1;
-    /// What was opened under that name.
-    struct stat m_file {
-    };
     int m_error = 0;
     bool m_folderSynced = false;
 };

@@ -149,6 +149,9 @@ void MovieJobGst::record()
 /// Makes what the encoders have delivered part of the movie.
 bool MovieJobGst::save()
 {
+    // Sound alone is no movie and is not to make the file.
+    if (!feed.hasPictures())
+        return true;
     const QVector<QuickTimeFile::Chunk> chunks = m_encoding.take(m_file);
     if (!chunks.isEmpty() && !m_file.append(chunks)) {
         failToWrite();

@@ -11,6 +11,17 @@
 
 #include <cstdlib>
 
+namespace
+{
+
+QByteArray contentOfMovie(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
 class MovieWriterTest : public QObject
 {
     Q_OBJECT
@@ -214,7 +225,7 @@ private slots:
         const QString file = m_folder.filePath("empty.mov");
         {
             WrittenMovie movie(file);
-            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(file), TIMEOUT_MS);
+            QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().freeBytes >= 0, TIMEOUT_MS);
         }
         WrittenMovie::waitUntilCompleted();
         QVERIFY(!QFile::exists(file));
@@ -225,6 +236,53 @@ private slots:
         }
         WrittenMovie::waitUntilCompleted();
         QVERIFY(!QFile::exists(file));
+    }
+
+    /// What ends the program before the first picture has no time to remove anything.
+    void thereIsNoFileBeforeThereIsAPicture()
+    {
+        const QString file = m_folder.filePath("soon.mov");
+        WrittenMovie movie(file);
+        QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().freeBytes >= 0, TIMEOUT_MS);
+        // Longer than from one save to the next.
+        constexpr int SOUND_ALONE_MS = 1200;
+        QElapsedTimer time;
+        time.start();
+        int number = 0;
+        for (; time.elapsed() < SOUND_ALONE_MS; ++number) {
+            movie.appendSound(number);
+            QTest::qWait(30);
+            QVERIFY(!QFile::exists(file));
+        }
+        movie.append(number);
+        movie.finish();
+        QCOMPARE(movie.failures(), QStringList());
+        QCOMPARE(MovieFile(file).complaints(), QString());
+        QCOMPARE(int(MovieFile(file).pictures().size()), 1);
+    }
+
+    /// One that was recorded a moment before is not given up for one that never comes to be.
+    void anEarlierMovieIsWholeUntilThereIsAPicture()
+    {
+        const QString file = m_folder.filePath("earlier.mov");
+        {
+            WrittenMovie movie(file);
+            movie.append(0);
+            movie.finish();
+        }
+        const QByteArray earlier = contentOfMovie(file);
+        {
+            WrittenMovie movie(file);
+            QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().freeBytes >= 0, TIMEOUT_MS);
+        }
+        WrittenMovie::waitUntilCompleted();
+        QVERIFY(!earlier.isEmpty());
+        QCOMPARE(contentOfMovie(file), earlier);
+        WrittenMovie movie(file);
+        movie.append(0);
+        movie.append(1);
+        movie.finish();
+        QCOMPARE(int(MovieFile(file).pictures().size()), 2);
     }
 
     void aSinglePictureIsAMovie()

@@ -6,12 +6,33 @@
 #include "widgets/PopupPlace.h"
 
 #include <QAbstractButton>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScreen>
+#include <QTimer>
 
+#include <chrono>
 #include <utility>
+
+namespace
+{
+
+/// Longer than the toolkit waits for the focus to come to another of its windows.
+constexpr std::chrono::milliseconds FOCUS_TIMEOUT(250);
+
+/// A window manager announces the focus before it gives it. When the pop-up is gone in between, the
+/// focus has never left the window, so nothing says that it has it, and the toolkit takes none of
+/// its windows for the active one until somebody asks for the focus.
+void keepFocus(QWidget *window)
+{
+    QTimer::singleShot(FOCUS_TIMEOUT, window, [window] {
+        if (!QApplication::activeWindow() && window->isVisible() && !window->isMinimized())
+            window->activateWindow();
+    });
+}
+
+} // namespace
 
 ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidget *parent,
                        const QString &title)
@@ -34,6 +55,12 @@ ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidge
     label->move(8, 2);
     FormControls::keepLineHeight(label);
     setAccessibleName(title);
+}
+
+ToolWindow::~ToolWindow()
+{
+    if (isWindow() && testAttribute(Qt::WA_WState_Created) && parentWidget())
+        keepFocus(parentWidget());
 }
 
 ImageButton *ToolWindow::toolButton() const

@@ -15,6 +15,7 @@ public:
     /// `parent` is the main window. An empty background may be replaced in the derived constructor.
     ToolWindow(const QImage &background, ImageButton *toolButton, QWidget *parent,
                const QString &title);
+    ~ToolWindow() override;
 
     /// The button that the window belongs to.
     [[nodiscard]] ImageButton *toolButton() const;

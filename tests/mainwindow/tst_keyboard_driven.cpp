@@ -8,6 +8,11 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <cstring>
+
 using namespace DrivenWindow;
 using namespace WindowProbe;
 
@@ -35,6 +40,34 @@ public:
     }
 };
 
+xcb_atom_t atomNamed(xcb_connection_t *display, const char *name)
+{
+    const auto length = static_cast<std::uint16_t>(std::strlen(name));
+    xcb_intern_atom_reply_t *reply =
+        xcb_intern_atom_reply(display, xcb_intern_atom(display, 0, length, name), nullptr);
+    const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    std::free(reply);
+    return atom;
+}
+
+/// What a window manager says to a window before it gives it the focus.
+void announceFocus(WId window)
+{
+    xcb_connection_t *display = xcb_connect(nullptr, nullptr);
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = static_cast<xcb_window_t>(window);
+    event.type = atomNamed(display, "WM_PROTOCOLS");
+    event.data.data32[0] = atomNamed(display, "WM_TAKE_FOCUS");
+    event.data.data32[1] = XCB_CURRENT_TIME;
+    char bytes[32]{};
+    std::memcpy(bytes, &event, sizeof event);
+    xcb_send_event(display, 0, event.window, XCB_EVENT_MASK_NO_EVENT, bytes);
+    xcb_flush(display);
+    xcb_disconnect(display);
+}
+
 } // namespace
 
 /// What only a real keyboard, its repeats and a window manager show.
@@ -49,6 +82,7 @@ private slots:
     void aDragInFullScreenLeavesEscapeAlive();
     void thePanelKeepsItsWidthAcrossFullScreen();
     void theAboutPopUpStandsByItsButtonAfterAResize();
+    void aPopUpThatIsGoneBeforeItGetsTheFocusTakesItFromNobody();
     void aHeldPageKeyStopsWhenItIsLetGo();
 
 private:
@@ -108,6 +142,22 @@ void KeyboardDrivenTest::theAboutPopUpStandsByItsButtonAfterAResize()
         const QPoint beside = about->mapToGlobal(QPoint(about->width() + 3, 0));
         QTRY_COMPARE_WITH_TIMEOUT(popup->pos(), beside, TIMEOUT_MS);
     }
+}
+
+void KeyboardDrivenTest::aPopUpThatIsGoneBeforeItGetsTheFocusTakesItFromNobody()
+{
+    QVERIFY(clicked(button(*m_window, "More")));
+    ToolWindow *popup = m_window->currentToolWindow();
+    QVERIFY(popup);
+    QTRY_VERIFY_WITH_TIMEOUT(popup->windowHandle()->isExposed(), TIMEOUT_MS);
+    m_window->activateWindow();
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activeWindow() == m_window.get(), TIMEOUT_MS);
+    announceFocus(popup->winId());
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activeWindow() == popup, TIMEOUT_MS);
+    delete popup;
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activeWindow() == m_window.get(), TIMEOUT_MS);
+    Pointer::key("F11");
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->isFullScreen(), TIMEOUT_MS);
 }
 
 void KeyboardDrivenTest::aHeldPageKeyStopsWhenItIsLetGo()

@@ -164,7 +164,7 @@ class Rest:
 
     def compare(self):
         self.come_to_rest()
-        complaint = self.growth.complaint(self.measure(), self.lesson.hung)
+        complaint = self.growth.complaint(self.measure())
         first, last = self.growth.first, self.growth.last
         self.summaries = self.summaries[-3:]
         self.summaries.append(", ".join("%s %d to %d" % (name, first[name], last[name]) for name in sorted(first)))

@@ -40,7 +40,6 @@ class Surroundings:
         before = self.state
         name = rng.choice(sorted(CAMERA_FAULTS))
         self.note(name)
-        self.hung += name == "hangControls"
         self.program.command("fault %s %d" % (name, CAMERA_FAULTS[name]))
         self.upset()
         self.finish([], before, {"undo", "redo", "recording"})

@@ -93,15 +93,12 @@ class Growth:
     # By how much each may grow in a life.
     ROOM = {"descriptors": 4, "threads": 3, "timers": 3, "objects": 30, "memory": 80 * 1024}
 
-    # What a camera that never answers leaves behind, on purpose: the library's calls do not return.
-    LEFT = {"descriptors": 6, "threads": 3}
-
     def __init__(self, first):
         self.first = first
         self.last = first
 
-    def complaint(self, now, hung):
+    def complaint(self, now):
         self.last = now
         grown = ["%s: %d became %d" % (name, self.first[name], now[name]) for name, room in self.ROOM.items()
-                 if now[name] > self.first[name] + room + hung * self.LEFT.get(name, 0)]
+                 if now[name] > self.first[name] + room]
         return ", ".join(grown)

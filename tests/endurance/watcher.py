@@ -34,14 +34,11 @@ class Watcher:
         self.upset_until = 0.0
         self.state = None
         self.notes = []
-        # Cameras of this life that did not answer.
-        self.hung = 0
 
     # The program's life ------------------------------------------------------------------------
 
     def begin(self):
         self.program.start()
-        self.hung = 0
         self.lateness.begin()
         self.model = model.Model(self.program.witness.ask("commands")["commands"])
         self.program.command("plug")

@@ -140,9 +140,11 @@ bool MovieDiskFile::canBeMade() const
     return can;
 }
 
+/// In the folder that was there at the beginning, whatever it is called by now.
 bool MovieDiskFile::make()
 {
-    m_descriptor = ::open(m_fileName.constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    const QByteArray name = m_fileName.mid(m_fileName.lastIndexOf('/') + 1);
+    m_descriptor = openat(m_folder, name.constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     return m_descriptor >= 0;
 }
 

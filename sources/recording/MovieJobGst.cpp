@@ -152,13 +152,16 @@ bool MovieJobGst::save()
     // Sound alone is no movie and is not to make the file.
     if (!feed.hasPictures())
         return true;
+    const qint64 takenAtUs = lengthUs;
     const QVector<QuickTimeFile::Chunk> chunks = m_encoding.take(m_file);
     if (!chunks.isEmpty() && !m_file.append(chunks)) {
+        checkFolder(); // the better reason, if it is one
         failToWrite();
         return false;
     }
     for (const QuickTimeFile::Chunk &chunk : chunks)
         bytes += chunk.bytes.size();
+    bytesLengthUs = takenAtUs;
     return true;
 }
 

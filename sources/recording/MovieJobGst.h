@@ -39,6 +39,10 @@ public:
     /// See MovieProgress. Any thread.
     std::atomic<qint64> bytes{0};
     std::atomic<qint64> freeBytes{-1};
+    /// How long the movie is, as the writer says, and how long it was when `bytes` were taken of
+    /// the encoders: a disk that stalls holds up the one and not the other.
+    std::atomic<qint64> lengthUs{0};
+    std::atomic<qint64> bytesLengthUs{0};
 
 private:
     [[nodiscard]] bool open();

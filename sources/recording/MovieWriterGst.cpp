@@ -62,7 +62,7 @@ private:
     bool m_finished = false;
     std::atomic<qint64> m_dropped{0};
     /// Of sound, that have been taken into the movie.
-    std::atomic<qint64> m_samples{0};
+    qint64 m_samples = 0;
 
     qint64 m_startUs = 0;
     /// In the movie, without the pauses.
@@ -77,8 +77,8 @@ MovieProgress MovieWriterGst::progress() const
     MovieProgress progress;
     progress.bytes = m_job->bytes;
     progress.freeBytes = m_job->freeBytes;
-    progress.lengthUs = m_samples * 1000000 / SoundCapture::SAMPLE_RATE;
-    progress.elapsedUs = progress.lengthUs;
+    progress.lengthUs = m_job->lengthUs;
+    progress.elapsedUs = m_job->bytesLengthUs;
     return progress;
 }
 
@@ -128,6 +128,7 @@ void MovieWriterGst::feedSound(std::vector<std::int16_t> samples)
 {
     samples = m_pauses.cut(std::move(samples));
     m_samples += qint64(samples.size());
+    m_job->lengthUs = m_samples * 1000000 / SoundCapture::SAMPLE_RATE;
     const size_t skipped = std::min(m_priming, samples.size());
     m_priming -= skipped;
     if (!m_job->feed.takeSound(samples.data() + skipped, samples.size() - skipped))

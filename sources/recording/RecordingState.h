@@ -11,8 +11,9 @@
 struct MovieProgress {
     /// Pictures and sound that are in the file; at the end the whole file.
     qint64 bytes = 0;
-    /// How long it plays, and how long it was recorded, in microseconds.
+    /// How long it plays, in microseconds.
     qint64 lengthUs = 0;
+    /// How long it had been recorded when it had that many bytes, in microseconds.
     qint64 elapsedUs = 0;
     /// What its disk has left; -1 when that is not known.
     qint64 freeBytes = -1;

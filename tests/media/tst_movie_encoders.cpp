@@ -115,6 +115,25 @@ private slots:
             QCOMPARE(int(MovieFile(file).pictures().size()), 8);
     }
 
+    /// Else what waits in memory would make the disk seem to fill up more slowly than it does.
+    void whatHasNotBeenWrittenDoesNotCountAsTimeOnTheDisk()
+    {
+        constexpr int count = 330;
+        HeldEncoder::install();
+        WrittenMovie movie(m_folder.filePath("stalled.mov"), QSize(326, 240),
+                           {"heldencoder", "x264enc"});
+        QVERIFY(HeldEncoder::waitUntilTried());
+        for (int n = 0; n < count; ++n) {
+            movie.appendSound(n);
+            movie.appendPicture(n);
+        }
+        QVERIFY(movie.writer->progress().lengthUs > 10000000);
+        QCOMPARE(movie.writer->progress().elapsedUs, qint64(0));
+        HeldEncoder::release();
+        QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().elapsedUs > 10000000, TIMEOUT_MS);
+        movie.finish();
+    }
+
     /// Two recordings may be begun within a second, after which they are named.
     void aMovieOfTheSameNameWaitsForTheOneBefore()
     {

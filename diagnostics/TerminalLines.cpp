@@ -6,9 +6,22 @@
 #include <algorithm>
 #include <mutex>
 
+namespace
+{
+
+/// What has been told, once each.
+struct Told {
+    std::mutex mutex; ///< guards lines
+    QSet<QString> lines;
+};
+
+} // namespace
+
+// Neither is ever destroyed, as a thread may tell something after everything else has ended.
+
 const std::vector<TerminalLines::Row> &TerminalLines::rows()
 {
-    static const std::vector<Row> all = {
+    static const auto &all = *new const std::vector<Row>{
         {Line::CameraNotPermitted,
          "No permission to open the camera at %1: install the udev rule 70-document-camera.rules, "
          "or plug the camera in again if it is installed."},
@@ -62,14 +75,13 @@ QString TerminalLines::text(Line line, const QStringList &words)
 
 void TerminalLines::tell(Line line, const QStringList &words, const QString &cause)
 {
-    static std::mutex mutex;
-    static QSet<QString> told;
+    static auto &told = *new Told;
     const QString key = text(line, cause.isEmpty() ? words : QStringList{cause, {}});
     {
-        const std::lock_guard lock(mutex);
-        if (told.contains(key))
+        const std::lock_guard lock(told.mutex);
+        if (told.lines.contains(key))
             return;
-        told.insert(key);
+        told.lines.insert(key);
     }
     qWarning("%s", text(line, words).toLocal8Bit().constData());
 }

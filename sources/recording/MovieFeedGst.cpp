@@ -27,6 +27,11 @@ constexpr int strideOf(int width)
     return (width + 3) & ~3;
 }
 
+void deletePlanes(gpointer planes)
+{
+    delete static_cast<std::vector<std::uint8_t> *>(planes);
+}
+
 } // namespace
 
 MovieFeed::MovieFeed(QSize pictureSize)
@@ -70,11 +75,9 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
 
     for (Picture &kept : m_keptPictures) {
         auto *planes = new std::vector<std::uint8_t>(std::move(kept.planes));
-        pushPicture(
-            gst_buffer_new_wrapped_full(
-                static_cast<GstMemoryFlags>(0), planes->data(), m_bytes, 0, m_bytes, planes,
-                [](gpointer data) { delete static_cast<std::vector<std::uint8_t> *>(data); }),
-            kept.positionUs);
+        pushPicture(gst_buffer_new_wrapped_full(static_cast<GstMemoryFlags>(0), planes->data(),
+                                                m_bytes, 0, m_bytes, planes, deletePlanes),
+                    kept.positionUs);
     }
     // The next pictures must not be left out because these came all at once.
     m_mayWait = std::max(PICTURES_WAITING, guint64{m_keptPictures.size()} + 1);

@@ -21,9 +21,8 @@ namespace
 /// Longer than the toolkit waits for the focus to come to another of its windows.
 constexpr std::chrono::milliseconds FOCUS_TIMEOUT(250);
 
-/// A window manager announces the focus before it gives it. When the pop-up is gone in between, the
-/// focus has never left the window, so nothing says that it has it, and the toolkit takes none of
-/// its windows for the active one until somebody asks for the focus.
+/// The toolkit may take a pop-up for the active window just before it is destroyed. It then takes
+/// none for it, though the display server has the focus in this one, until somebody asks for it.
 void keepFocus(QWidget *window)
 {
     QTimer::singleShot(FOCUS_TIMEOUT, window, [window] {

@@ -118,7 +118,7 @@ class Rest:
             lesson.await_("the recording has ended", lambda s: not s["recording"])
         lesson.upset()
         lesson.upset_until = 0
-        lesson.await_camera(RETURN)
+        lesson.await_camera()
         # The pop-up that was open last stays in memory.
         self.click("About")
         lesson.await_("the pop-up is open", lambda s: shown_popup(s) == "About")

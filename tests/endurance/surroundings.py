@@ -3,7 +3,7 @@
 import os
 import time
 
-from watcher import RETURN, Impossible
+from watcher import Impossible
 from world import CAMERA_FAULTS
 
 
@@ -33,7 +33,7 @@ class Surroundings:
         self.plugged = not self.plugged
         self.upset()
         if self.plugged and rng.random() < 0.5:
-            self.await_camera(RETURN)
+            self.await_camera()
         self.finish([], before, {"undo", "redo", "recording"})
 
     def camera_fault(self, rng):
@@ -41,6 +41,8 @@ class Surroundings:
         name = rng.choice(sorted(CAMERA_FAULTS))
         self.note(name)
         self.program.command("fault %s %d" % (name, CAMERA_FAULTS[name]))
+        if name == "hangControls":
+            self.unanswered = CAMERA_FAULTS[name]
         self.upset()
         self.finish([], before, {"undo", "redo", "recording"})
 

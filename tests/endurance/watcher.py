@@ -11,6 +11,8 @@ ANSWER = 0.3
 EFFECT = 5.0
 PICTURE = 4.0
 RETURN = 12.0
+# So long the program waits for a camera that does not answer.
+UNANSWERED = 5.0
 
 
 class Mismatch(Exception):
@@ -32,6 +34,8 @@ class Watcher:
         self.lateness = Lateness(program)
         self.plugged = False
         self.upset_until = 0.0
+        # How many questions the camera will leave unanswered, at the most.
+        self.unanswered = 0
         self.state = None
         self.notes = []
 
@@ -42,10 +46,10 @@ class Watcher:
         self.lateness.begin()
         self.model = model.Model(self.program.witness.ask("commands")["commands"])
         self.program.command("plug")
-        self.plugged, self.upset_until = True, 0.0
+        self.plugged, self.upset_until, self.unanswered = True, 0.0, 0
         self.upset()
         self.await_("the window is there", lambda s: s.get("shown") and s["active"] == "MainWindow", 20)
-        self.await_camera(RETURN)
+        self.await_camera()
 
     def summary(self):
         """The last moment that was looked at, without what is in order anyway."""
@@ -55,8 +59,11 @@ class Watcher:
             state["canvas"] = shown[state["mode"]]
         return str(state)
 
-    def upset(self, seconds=RETURN):
-        self.upset_until = max(self.upset_until, time.monotonic() + seconds)
+    def return_time(self):
+        return RETURN + UNANSWERED * self.unanswered
+
+    def upset(self):
+        self.upset_until = max(self.upset_until, time.monotonic() + self.return_time())
 
     # Looking -----------------------------------------------------------------------------------
 
@@ -104,11 +111,12 @@ class Watcher:
                 raise Mismatch("; ".join(wrong))
             time.sleep(0.02)
 
-    def await_camera(self, seconds):
-        """Waits for frames of the camera."""
+    def await_camera(self):
+        """Waits for frames of the camera, which has then been asked all that it leaves unanswered."""
         first = self.look()["camera"]["frames"]
         self.await_("the camera's pictures come", lambda s: s["camera"]["silentMs"] < 500
-                    and s["camera"]["frames"] not in (0, first), seconds)
+                    and s["camera"]["frames"] not in (0, first), self.return_time())
+        self.unanswered = 0
 
     def see_picture(self):
         """The live picture moves, if it can."""

@@ -88,29 +88,33 @@ bool KeyBindings::isOurs(QObject *watched) const
     return ourWindow && (focus ? widget == focus : widget == window);
 }
 
-bool KeyBindings::focusNeeds(QWidget *focus, int key) const
+bool KeyBindings::focusNeeds(QWidget *focus, const QKeyEvent &event) const
 {
+    const int key = event.key();
+    // With the control key they mean commands everywhere.
+    const bool isArrow = FocusGrid::isArrow(key) && !(event.modifiers() & Qt::ControlModifier);
     if (qobject_cast<QTextEdit *>(focus))
         return true;
     if (qobject_cast<QAbstractScrollArea *>(focus))
-        return FocusGrid::isArrow(key) || isPage(key);
+        return isArrow || isPage(key);
     // Page keys always turn pages, whatever field or slider was used last.
     if (isPage(key))
         return false;
     if (takesText(focus))
         return true;
     if (qobject_cast<QAbstractSlider *>(focus))
-        return FocusGrid::isArrow(key);
+        return isArrow;
     if (!qobject_cast<QAbstractButton *>(focus))
         return false;
     // In a pop-up, arrow keys move among the buttons.
-    return isPressKey(key) || (isInPopUp(focus) && FocusGrid::isArrow(key));
+    return isPressKey(key) || (isInPopUp(focus) && isArrow);
 }
 
-bool KeyBindings::keepsFromText(QWidget *receiver, int key) const
+bool KeyBindings::keepsFromText(QWidget *receiver, const QKeyEvent &event) const
 {
-    if (takesText(receiver) || focusNeeds(receiver, key))
+    if (takesText(receiver) || focusNeeds(receiver, event))
         return true;
+    const int key = event.key();
     const bool leavesPopUp = key == Qt::Key_Escape || key == Qt::Key_Tab || key == Qt::Key_Backtab;
     return leavesPopUp && isInPopUp(receiver);
 }
@@ -135,12 +139,12 @@ bool KeyBindings::press(QWidget *receiver, QKeyEvent *event)
     const bool repeats = isRepeat(event);
     m_pressTime = event->timestamp();
     if (QTextEdit *text = openText()) {
-        if (keepsFromText(receiver, event->key()))
+        if (keepsFromText(receiver, *event))
             return false;
         sendToText(text, event);
         return true;
     }
-    if (focusNeeds(receiver, event->key()))
+    if (focusNeeds(receiver, *event))
         return false;
     const auto command = Commands::ofKey(event->key(), event->modifiers(), m_deck->mode());
     if (!command || (*command == Command::Leave && !canLeave()))

@@ -54,9 +54,9 @@ private:
     /// Whether a key event is at its first receiver, in the main window or one of its pop-ups.
     [[nodiscard]] bool isOurs(QObject *watched) const;
     /// Whether the focused widget has a use of its own for the key.
-    [[nodiscard]] bool focusNeeds(QWidget *focus, int key) const;
+    [[nodiscard]] bool focusNeeds(QWidget *focus, const QKeyEvent &event) const;
     /// Whether the receiver uses a key that would otherwise go to the text that is being written.
-    [[nodiscard]] bool keepsFromText(QWidget *receiver, int key) const;
+    [[nodiscard]] bool keepsFromText(QWidget *receiver, const QKeyEvent &event) const;
     /// Null when no text is being written.
     [[nodiscard]] QTextEdit *openText() const;
     void sendToText(QTextEdit *text, QKeyEvent *event);

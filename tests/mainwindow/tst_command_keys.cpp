@@ -44,6 +44,7 @@ private slots:
     void optionsOpenWithoutHolding_data();
     void optionsOpenWithoutHolding();
     void arrowsMoveInAPopUpAndEscapeGivesTheFocusBack();
+    void withTheControlKeyArrowsAreCommandsInAPopUpToo();
     void theAccessibleButtonsDoWhatTheButtonsDo();
     void theAccessibleStripsHaveValues();
 
@@ -267,6 +268,19 @@ void CommandKeysTest::arrowsMoveInAPopUpAndEscapeGivesTheFocusBack()
     QVERIFY(!popup->isVisible());
     QVERIFY(QTest::qWaitFor([&] { return QApplication::activeWindow() == m_window.get(); }));
     QCOMPARE(m_window->focusWidget(), line);
+}
+
+void CommandKeysTest::withTheControlKeyArrowsAreCommandsInAPopUpToo()
+{
+    for (const int key : {Qt::Key_Up, Qt::Key_Down}) {
+        m_window->button(Command::Line)->setFocus(Qt::TabFocusReason);
+        press(Qt::Key_Menu);
+        const QPointer<ToolWindow> popup = m_window->currentToolWindow();
+        QVERIFY(QTest::qWaitFor([&] { return popup && QApplication::activeWindow() == popup; }));
+        press(key, Qt::ControlModifier);
+        QVERIFY(!popup || !popup->isVisible());
+        QVERIFY(QTest::qWaitFor([&] { return QApplication::activeWindow() == m_window.get(); }));
+    }
 }
 
 void CommandKeysTest::theAccessibleButtonsDoWhatTheButtonsDo()

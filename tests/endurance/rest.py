@@ -9,6 +9,7 @@ import model
 from model import LIVE, canvas, shown_popup
 from watch import Growth, Patience
 from watcher import EFFECT, RETURN, Interrupted, Mismatch
+from world import CAMERA_FAULTS
 
 END = 2.0
 SETTLED = 3.0
@@ -86,6 +87,8 @@ class Rest:
         desk = lesson.desk
         desk.let_go()
         lesson.world.mend()
+        for fault in CAMERA_FAULTS:
+            lesson.program.command("fault %s 0" % fault)
         rng = random.Random(1)
         while desk.plugged:
             desk.pull_screen(desk.plugged[-1])

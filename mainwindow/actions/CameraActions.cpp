@@ -41,6 +41,11 @@ void CameraActions::zoomInStart()
 void CameraActions::zoomInStop()
 {
     m_popups->closeAny();
+    endZoomIn();
+}
+
+void CameraActions::endZoomIn()
+{
     m_zoomingIn = false;
     if (m_deck->onLive()) {
         m_camera->zoomInStop();
@@ -64,6 +69,11 @@ void CameraActions::zoomOutStart()
 void CameraActions::zoomOutStop()
 {
     m_popups->closeAny();
+    endZoomOut();
+}
+
+void CameraActions::endZoomOut()
+{
     m_zoomingOut = false;
     if (m_deck->onLive()) {
         m_camera->zoomOutStop();
@@ -74,9 +84,9 @@ void CameraActions::zoomOutStop()
 void CameraActions::releaseZoom()
 {
     if (m_zoomingIn)
-        zoomInStop();
+        endZoomIn();
     if (m_zoomingOut)
-        zoomOutStop();
+        endZoomOut();
 }
 
 void CameraActions::zoomReset()

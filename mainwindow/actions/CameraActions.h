@@ -24,7 +24,8 @@ public:
     void zoomOutStart();
     void zoomOutStop();
     /// Stops a zoom that was started and not stopped: a button that is hidden while it is pressed,
-    /// or a key that is released in another window, sends no stop.
+    /// or a key that is released in another window, sends no stop. Unlike a stop it closes no
+    /// pop-up, as it may be one that takes the focus, and is being given it.
     void releaseZoom();
     void zoomReset();
 
@@ -39,6 +40,8 @@ public:
 
 private:
     [[nodiscard]] bool zoomsOptically() const;
+    void endZoomIn();
+    void endZoomOut();
 
     CanvasDeck *m_deck;
     Popups *m_popups;

@@ -44,6 +44,7 @@ private slots:
     void optionsOpenWithoutHolding_data();
     void optionsOpenWithoutHolding();
     void arrowsMoveInAPopUpAndEscapeGivesTheFocusBack();
+    void aPopUpThatTakesTheFocusFromAHeldKeyStays();
     void withTheControlKeyArrowsAreCommandsInAPopUpToo();
     void theAccessibleButtonsDoWhatTheButtonsDo();
     void theAccessibleStripsHaveValues();
@@ -268,6 +269,23 @@ void CommandKeysTest::arrowsMoveInAPopUpAndEscapeGivesTheFocusBack()
     QVERIFY(!popup->isVisible());
     QVERIFY(QTest::qWaitFor([&] { return QApplication::activeWindow() == m_window.get(); }));
     QCOMPARE(m_window->focusWidget(), line);
+}
+
+void CommandKeysTest::aPopUpThatTakesTheFocusFromAHeldKeyStays()
+{
+    for (const int key : {Qt::Key_Plus, Qt::Key_Minus}) {
+        QTest::keyPress(m_window.get(), Qt::Key(key));
+        ImageButton *line = m_window->button(Command::Line);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5));
+        QCoreApplication::sendEvent(line, &event);
+        const QPointer<ToolWindow> popup = m_window->currentToolWindow();
+        QVERIFY(QTest::qWaitFor(
+            [&] { return !popup || (popup->isActiveWindow() && !m_window->isActiveWindow()); }));
+        QVERIFY(popup && popup->isVisible());
+        QTest::keyRelease(popup, Qt::Key(key));
+        popup->close();
+        QVERIFY(QTest::qWaitFor([&] { return QApplication::activeWindow() == m_window.get(); }));
+    }
 }
 
 void CommandKeysTest::withTheControlKeyArrowsAreCommandsInAPopUpToo()

@@ -11,6 +11,7 @@
 #include "mainwindow/RecordingStatus.h"
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
+#include "sources/gst/GstRuntime.h"
 #include "tests/tools/UvcViewer.h"
 
 #include <QApplication>
@@ -195,6 +196,9 @@ private:
 
 int record(bool seen, double seconds, const QString &file)
 {
+    // As the program does soon after its start.
+    GstRuntime::loadMovieElements();
+    GstRuntime::runWarmUpPipelines();
     const Metronome metronome;
     ImageCanvas canvas;
     canvas.resize(1000, 670);

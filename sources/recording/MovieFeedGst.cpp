@@ -80,7 +80,7 @@ void MovieFeed::connect(GstAppSrc *pictures, GstAppSrc *sound)
                     kept.positionUs);
     }
     // The next pictures must not be left out because these came all at once.
-    m_mayWait = std::max(PICTURES_WAITING, guint64{m_keptPictures.size()} + 1);
+    m_mayWait = PICTURES_WAITING + guint64{m_keptPictures.size()};
     pushSound(m_keptSound.data(), m_keptSound.size());
     m_keptPictures = {};
     m_keptSound = {};

@@ -63,7 +63,8 @@ QJsonArray buttons(const MainWindow &window)
         if (!top->isVisible())
             continue;
         for (const QAbstractButton *each : top->findChildren<QAbstractButton *>()) {
-            if (each->isVisible())
+            // A pop-up is a window and belongs to one.
+            if (each->isVisible() && each->window() == top)
                 found << button(window, *each);
         }
     }
@@ -81,7 +82,7 @@ QJsonArray fields()
             const auto *slider = qobject_cast<const QAbstractSlider *>(each);
             const auto *box = qobject_cast<const QComboBox *>(each);
             const auto *strip = qobject_cast<const HorizontalSlider *>(each);
-            if (!each->isVisible() || (!slider && !box && !strip))
+            if (!each->isVisible() || each->window() != top || (!slider && !box && !strip))
                 continue;
             const int value = slider ? slider->value() : box ? box->currentIndex() : strip->value();
             found << QJsonObject{

@@ -58,7 +58,9 @@ ToolWindow::ToolWindow(const QImage &background, ImageButton *toolButton, QWidge
 
 ToolWindow::~ToolWindow()
 {
-    if (isWindow() && testAttribute(Qt::WA_WState_Created) && parentWidget())
+    // A focus that is in another program is left there.
+    const bool hadFocus = QApplication::activeWindow() != nullptr;
+    if (hadFocus && isWindow() && testAttribute(Qt::WA_WState_Created) && parentWidget())
         keepFocus(parentWidget());
 }
 

@@ -80,6 +80,8 @@ private:
     CameraChoice m_choice;
     bool m_looking = false;
     bool m_opening = false;
-    std::mutex m_answersMutex; ///< guards the member below
+    /// Guards the member below. The toolkit's queue has a lock, too, which the thread sanitizer
+    /// does not see.
+    std::mutex m_answersMutex;
     std::vector<Answer> m_answers;
 };

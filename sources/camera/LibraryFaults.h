@@ -13,8 +13,7 @@
 /// - libuvc takes descriptors for as long as they should be. Those that
 /// libusb_get_config_descriptor()
 ///   gives have gone through DescriptorFence.
-/// - libuvc waits for the answers to its questions for a stream for ever, and with it the thread
-/// that
+/// - libuvc waits for ever for the answers to its questions for a stream. So do the thread that
 ///   asked, the library's own and the descriptors of both. See QuestionsBounded.
 namespace LibraryFaults
 {

@@ -5,8 +5,6 @@
 #include <gst/video/video.h>
 #include <libyuv/convert.h>
 
-#include <algorithm>
-
 namespace
 {
 

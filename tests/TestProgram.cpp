@@ -1,5 +1,7 @@
 #include "tests/TestProgram.h"
 
+#include "sources/threads/DetachedThreads.h"
+
 #ifdef TESTS_WITH_WIDGETS
 #include <QApplication>
 #else
@@ -8,11 +10,15 @@
 
 #include <QFileInfo>
 
+#include <chrono>
 #include <cstdio>
 #include <map>
 
 namespace
 {
+
+/// For the threads that nobody joins. Those that hang are left to themselves.
+constexpr std::chrono::seconds END_TIMEOUT{5};
 
 struct Entry {
     TestProgram::Application application;
@@ -50,6 +56,13 @@ std::unique_ptr<QCoreApplication> makeApplication(TestProgram::Application kind,
     return application;
 }
 
+int run(const Entry &entry, int argc, char **argv)
+{
+    const auto application = makeApplication(entry.application, argc, argv);
+    const std::unique_ptr<QObject> test = entry.make();
+    return QTest::qExec(test.get(), argc, argv);
+}
+
 } // namespace
 
 bool TestProgram::registerTest(const char *file, Application application, Make make)
@@ -68,7 +81,8 @@ int main(int argc, char **argv)
     argv[1] = argv[0];
     --argc;
     ++argv;
-    const auto application = makeApplication(entry->second.application, argc, argv);
-    const std::unique_ptr<QObject> test = entry->second.make();
-    return QTest::qExec(test.get(), argc, argv);
+    const int result = run(entry->second, argc, argv);
+    // A thread that loads a library while the libraries are torn down begins them anew.
+    (void)DetachedThreads::allEnded(END_TIMEOUT);
+    return result;
 }

@@ -55,11 +55,15 @@ public:
     {
         QDBusConnection connection =
             QDBusConnection::connectToBus(QString(bus.address()), CONNECTION);
-        m_serving = connection.registerObject("/org/freedesktop/RealtimeKit1", this,
-                                              QDBusConnection::ExportAllSlots) &&
+        m_serving = connection.registerObject(PATH, this, QDBusConnection::ExportAllSlots) &&
                     connection.registerService("org.freedesktop.RealtimeKit1");
     }
-    ~PriorityService() override { QDBusConnection::disconnectFromBus(CONNECTION); }
+    ~PriorityService() override
+    {
+        // The connection is closed by a thread of its own, which must not find the object by then.
+        QDBusConnection(CONNECTION).unregisterObject(PATH);
+        QDBusConnection::disconnectFromBus(CONNECTION);
+    }
 
     [[nodiscard]] bool serving() const { return m_serving; }
     Answer answer;
@@ -76,6 +80,7 @@ public slots:
     }
 
 private:
+    inline static const QString PATH = QStringLiteral("/org/freedesktop/RealtimeKit1");
     inline static const QString CONNECTION = QStringLiteral("the service's");
     bool m_serving = false;
 };

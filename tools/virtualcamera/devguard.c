@@ -26,6 +26,26 @@ __attribute__((constructor)) static void leave_bus_to_its_users(void)
         unsetenv("UMOCKDEV_DIR");
 }
 
+/* The functions behind those of the same name. */
+static struct {
+    int (*open)(const char *, int, ...);
+    int (*open64)(const char *, int, ...);
+    FILE *(*fopen)(const char *, const char *);
+    FILE *(*fopen64)(const char *, const char *);
+} next;
+
+/* Looked up once, before there are threads: a lookup takes the dynamic linker's lock, and a
+ * sanitizer that reports opens files while it holds another lock of the linker. */
+__attribute__((constructor)) static void look_up_next(void)
+{
+    if (next.fopen64)
+        return;
+    next.open = dlsym(RTLD_NEXT, "open");
+    next.open64 = dlsym(RTLD_NEXT, "open64");
+    next.fopen = dlsym(RTLD_NEXT, "fopen");
+    next.fopen64 = dlsym(RTLD_NEXT, "fopen64");
+}
+
 enum verdict { TO_UMOCKDEV, TO_KERNEL, REFUSED };
 
 static int is_usb(const char *path)
@@ -38,8 +58,8 @@ static int is_other_device(const char *path)
     return path && !strncmp(path, "/dev/", 5) && !is_usb(path);
 }
 
-/* A node that is missing or of mode 000 is refused here, the latter for the superuser too: it stands
- * for a node that the user may not open. errno says which. */
+/* A node that is missing or of mode 000 is refused here, the latter for the superuser too: it
+ * stands for a node that the user may not open. errno says which. */
 static enum verdict judge(const char *path, int flags)
 {
     struct stat status;
@@ -76,8 +96,10 @@ static mode_t mode_argument(int flags, va_list arguments)
     return flags & (O_CREAT | __O_TMPFILE) ? va_arg(arguments, mode_t) : 0;
 }
 
-static int guarded_open(void *next, const char *path, int flags, mode_t mode)
+static int guarded_open(int (*const *behind)(const char *, int, ...), const char *path, int flags,
+                        mode_t mode)
 {
+    look_up_next();
     switch (judge(path, flags)) {
     case REFUSED:
         return -1;
@@ -86,14 +108,16 @@ static int guarded_open(void *next, const char *path, int flags, mode_t mode)
     case TO_UMOCKDEV:
         break;
     }
-    return ((int (*)(const char *, int, ...))next)(path, flags_for(path, flags), mode);
+    return (*behind)(path, flags_for(path, flags), mode);
 }
 
-static FILE *guarded_fopen(const char *name, void *next, const char *path, const char *mode)
+static FILE *guarded_fopen(const char *name, FILE *(*const *behind)(const char *, const char *),
+                           const char *path, const char *mode)
 {
+    look_up_next();
     void *libc = is_other_device(path) ? dlopen("libc.so.6", RTLD_LAZY | RTLD_NOLOAD) : NULL;
-    void *function = libc ? dlsym(libc, name) : next;
-    return ((FILE * (*)(const char *, const char *)) function)(path, mode);
+    FILE *(*function)(const char *, const char *) = libc ? dlsym(libc, name) : NULL;
+    return (function ? function : *behind)(path, mode);
 }
 
 int open(const char *path, int flags, ...)
@@ -102,7 +126,7 @@ int open(const char *path, int flags, ...)
     va_start(arguments, flags);
     mode_t mode = mode_argument(flags, arguments);
     va_end(arguments);
-    return guarded_open(dlsym(RTLD_NEXT, "open"), path, flags, mode);
+    return guarded_open(&next.open, path, flags, mode);
 }
 
 int open64(const char *path, int flags, ...)
@@ -111,25 +135,25 @@ int open64(const char *path, int flags, ...)
     va_start(arguments, flags);
     mode_t mode = mode_argument(flags, arguments);
     va_end(arguments);
-    return guarded_open(dlsym(RTLD_NEXT, "open64"), path, flags, mode);
+    return guarded_open(&next.open64, path, flags, mode);
 }
 
 int __open_2(const char *path, int flags)
 {
-    return guarded_open(dlsym(RTLD_NEXT, "open"), path, flags, 0);
+    return guarded_open(&next.open, path, flags, 0);
 }
 
 int __open64_2(const char *path, int flags)
 {
-    return guarded_open(dlsym(RTLD_NEXT, "open64"), path, flags, 0);
+    return guarded_open(&next.open64, path, flags, 0);
 }
 
 FILE *fopen(const char *path, const char *mode)
 {
-    return guarded_fopen("fopen", dlsym(RTLD_NEXT, "fopen"), path, mode);
+    return guarded_fopen("fopen", &next.fopen, path, mode);
 }
 
 FILE *fopen64(const char *path, const char *mode)
 {
-    return guarded_fopen("fopen64", dlsym(RTLD_NEXT, "fopen64"), path, mode);
+    return guarded_fopen("fopen64", &next.fopen64, path, mode);
 }

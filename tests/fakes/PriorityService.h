@@ -62,6 +62,7 @@ public:
     {
         // The connection is closed by a thread of its own, which must not find the object by then.
         QDBusConnection(CONNECTION).unregisterObject(PATH);
+        disconnect();
         QDBusConnection::disconnectFromBus(CONNECTION);
     }
 

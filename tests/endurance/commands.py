@@ -10,10 +10,28 @@ HOLD = 0.75
 class Commands:
     def click(self, rng):
         name = self.named(rng, lambda row: row["group"] != model.KEYS_GROUP, True)
+        self.click_on(name, rng)
+
+    def click_on(self, name, rng):
         self.note(name)
         before = self.state
         self.desk.click(*self.target(name), held=rng.choice([0, 0, 0.1]))
         self.settle(name, before)
+
+    def errand(self, rng):
+        """Several things in a row that one mode alone has, at times in trouble: what one of them begins, another one
+        has to take up or to end."""
+        mode = rng.choice([model.LIVE, model.FILM, model.PHOTOGRAPH])
+        if self.state["mode"] != mode:
+            self.click_on(model.MODE_NAMES[mode], rng)
+        trouble = rng.choice([None, None, None, self.disk, self.hang])
+        if trouble:
+            trouble(rng)
+        names = [name for name, row in self.model.commands.items()
+                 if row["modes"] == 1 << mode and row["group"] != model.KEYS_GROUP]
+        for name in rng.choices(names + ["Take snapshot"], k=4):
+            self.answer_dialogs(rng)
+            self.click_on(name, rng)
 
     def key(self, rng):
         name = self.named(rng, lambda row: row["keys"])

@@ -19,6 +19,16 @@ ACTIONS = [
 ]
 
 
+# After so many actions comes an errand.
+ERRANDS = 8
+
+
+def following(number):
+    """The number after that of an action: errands have those between the whole ones, so that an action keeps its own
+    whether there are errands or not."""
+    return number + 0.5 if number % ERRANDS == 0 else int(number) + 1
+
+
 class Lesson(Watcher, Dialogs, Commands, Drawing, Surroundings):
     def __init__(self, program, desk, world, seed, tell):
         super().__init__(program, desk, world, tell)
@@ -29,9 +39,9 @@ class Lesson(Watcher, Dialogs, Commands, Drawing, Surroundings):
     def step(self, number):
         """Draws and does the action of that number, and looks at what has come of it."""
         self.number = number
-        rng = random.Random("%s:%d" % (self.seed, number))
+        rng = random.Random("%s:%s" % (self.seed, number))
         kinds, weights = zip(*ACTIONS)
-        kind = rng.choices(kinds, weights)[0]
+        kind = rng.choices(kinds, weights)[0] if number == int(number) else "errand"
         self.notes = []
         began = time.monotonic()
         try:
@@ -54,9 +64,9 @@ class Lesson(Watcher, Dialogs, Commands, Drawing, Surroundings):
             self.desk.let_go()
             verdict = "not now: %s" % why
         except (Mismatch, Ended, Hung) as fault:
-            self.tell("%4d %-12s %s: %s" % (number, kind, ", ".join(self.notes), fault))
+            self.tell("%4s %-12s %s: %s" % (number, kind, ", ".join(self.notes), fault))
             raise
-        self.tell("%4d %-12s %s: %s (%.1f s)" % (number, kind, ", ".join(self.notes), verdict,
+        self.tell("%4s %-12s %s: %s (%.1f s)" % (number, kind, ", ".join(self.notes), verdict,
                                                  time.monotonic() - began))
 
     def wake(self, rng):

@@ -37,8 +37,14 @@ class Surroundings:
         self.finish([], before, {"undo", "redo", "recording"})
 
     def camera_fault(self, rng):
+        self.damage(rng.choice(sorted(CAMERA_FAULTS)))
+
+    def hang(self, _):
+        """As questions to the camera come right after it, it is the window's own that are not answered."""
+        self.damage("hangControls")
+
+    def damage(self, name):
         before = self.state
-        name = rng.choice(sorted(CAMERA_FAULTS))
         self.note(name)
         self.program.command("fault %s %d" % (name, CAMERA_FAULTS[name]))
         if name == "hangControls":

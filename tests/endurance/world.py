@@ -17,6 +17,22 @@ CAMERA_FAULTS = {
 }
 
 
+def last_atom(path):
+    """The type of a movie's last atom: the index, unless there is still room for more behind it."""
+    kind, offset, size = b"", 0, os.path.getsize(path)
+    with open(path, "rb") as file:
+        while offset + 8 <= size:
+            file.seek(offset)
+            header = file.read(16)
+            length, kind = int.from_bytes(header[:4], "big"), header[4:8]
+            if length == 1:
+                length = int.from_bytes(header[8:], "big")
+            if length < 8:
+                break
+            offset += length
+    return kind
+
+
 class World:
     def __init__(self, home):
         self.home = home
@@ -138,11 +154,14 @@ class World:
 
     # What was written --------------------------------------------------------------------------
 
-    def complaints(self):
-        """What is wrong with the pictures and movies that were written; they are removed."""
+    def complaints(self, hurried):
+        """What is wrong with the pictures and movies that were written; they are removed. In a hurry a movie may be
+        left as it was saved last, which can be played as well."""
         found = []
         for path in self.files("snapshots") + self.files("movies"):
             found += self.complaint(path)
+            if path.endswith(".mov") and not hurried and last_atom(path) != b"moov":
+                found.append("%s was not brought to its end" % os.path.basename(path))
             os.remove(path)
         for job in os.listdir(self.jobs):
             if not job.endswith(".part"):

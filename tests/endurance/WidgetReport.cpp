@@ -41,6 +41,19 @@ bool isReached(const QWidget &widget)
     return top && (top == &widget || widget.isAncestorOf(top));
 }
 
+/// Whether another window of the program, such as the one for the class, lies over it.
+bool isCovered(const MainWindow &window)
+{
+    for (const QWidget *each : QApplication::topLevelWidgets()) {
+        const QRect shared = each->frameGeometry() & window.frameGeometry();
+        if (each == &window || each->parentWidget() || !each->isVisible() || shared.isEmpty())
+            continue;
+        if (QApplication::topLevelAt((each->geometry() & window.geometry()).center()) == each)
+            return true;
+    }
+    return false;
+}
+
 QJsonObject button(const MainWindow &window, const QAbstractButton &widget)
 {
     const auto *image = qobject_cast<const ImageButton *>(&widget);
@@ -170,6 +183,7 @@ QJsonObject WidgetReport::state(const MainWindow &window)
             {"maximized", window.isMaximized()},
             {"minimized", window.isMinimized()},
             {"shown", window.isVisible()},
+            {"covered", isCovered(window)},
             {"active", active ? active->metaObject()->className() : ""},
             {"list", list ? list->metaObject()->className() : ""},
             {"buttons", buttons(window)},

@@ -3,6 +3,7 @@
 #include "canvas/ImageCanvas.h"
 #include "mainwindow/MainWindow.h"
 #include "mainwindow/presentation/Presentation.h"
+#include "settings/Config.h"
 #include "sources/FilmSource.h"
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
@@ -67,7 +68,18 @@ QJsonObject photographs(const PhotographSource &source)
 {
     return {{"count", source.photographCount()},
             {"current", source.current()},
+            {"interval", source.playInterval()},
             {"playing", source.playing()}};
+}
+
+QJsonObject settings()
+{
+    return {{"width", Config::resolution().width()},
+            {"recordingWidth", Config::recordingResolution().width()},
+            {"continuous", Config::snapshotMode() == CanvasModes::Continuous},
+            {"interval", static_cast<double>(Config::snapshotInterval())},
+            {"snapshots", Config::snapshotPath()},
+            {"movies", Config::recordPath()}};
 }
 
 QJsonObject presentation(const Presentation &shown)
@@ -113,6 +125,7 @@ QJsonObject WindowReport::state(bool withPicture)
     state["camera"] = camera(*window->liveSource());
     state["film"] = film(window->findChild<FilmSource *>());
     state["photographs"] = photographs(*window->findChild<PhotographSource *>());
+    state["settings"] = settings();
     state["presentation"] = presentation(*window->presentation());
     QJsonArray canvases;
     for (int mode = 0; mode < Modes::COUNT; ++mode)

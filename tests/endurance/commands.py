@@ -88,6 +88,7 @@ class Commands:
             may.add("tool")
         if name == "Mask":
             may.add("mask")
+        self.clears_the_board(name, expected, may)
         self.finish(expected, before, may)
         self.look()
         if rng.random() < 0.8:
@@ -99,7 +100,16 @@ class Commands:
         before = self.state
         self.desk.click(*self.target(name), number=3)
         expected = [("its pop-up is open", lambda s: shown_popup(s) == name)]
-        self.finish(expected, before, {"undo", "redo", "writes", "text", "tool"})
+        may = {"undo", "redo", "writes", "text", "tool"}
+        self.clears_the_board(name, expected, may)
+        self.finish(expected, before, may)
+
+    @staticmethod
+    def clears_the_board(name, expected, may):
+        """The pop-up of the board's colour begins with a white board."""
+        if name == "Fill background":
+            expected.append(("the board is white", lambda s: canvas(s)["board"] == "#ffffff"))
+            may.add("board")
 
     def choice(self, rng):
         """Something in the open pop-up."""

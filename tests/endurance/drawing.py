@@ -7,7 +7,7 @@ import time
 import model
 from model import BOARD, LIVE, TEXT, canvas, shown_popup
 from watch import Patience
-from watcher import EFFECT, Impossible, Mismatch
+from watcher import EFFECT, Impossible, Interrupted, Mismatch
 
 
 class Drawing:
@@ -94,19 +94,20 @@ class Drawing:
     def snapshot(self, rng):
         """A single picture, which has to be there."""
         before = self.state
-        if self.world.is_full() or not os.path.isdir(self.world.output_folder("snapshots")):
+        if not self.writable("snapshots"):
             raise Impossible("no room")
-        there = set(self.world.files("snapshots"))
+        there = set(self.written("snapshots"))
         shown = canvas(before)
         button = model.button(before, "Take snapshot")
         moves = before["mode"] != LIVE or self.plugged and time.monotonic() > self.upset_until
-        if not button or button["checkable"] or shown["width"] <= 0 or not moves:
+        if not button or button["checkable"] or before["settings"]["continuous"] or shown["width"] <= 0 or not moves:
             raise Impossible("a series")
         began = time.time()
         self.desk.click(*self.target("Take snapshot"))
         patience = Patience(self.lateness, EFFECT)
-        while not any(path not in there or os.path.getmtime(path) >= began for path in self.world.files("snapshots")):
-            self.look()
+        while not any(path not in there or os.path.getmtime(path) >= began for path in self.written("snapshots")):
+            if self.look()["dialog"]:
+                raise Interrupted()
             if patience.ends():
                 raise Mismatch("there is no snapshot")
             time.sleep(0.03)

@@ -8,6 +8,7 @@ from dialogs import Dialogs
 from drawing import Drawing
 from program import Ended, Hung
 from surroundings import Surroundings
+from tasks import Tasks
 from watcher import Impossible, Interrupted, Mismatch, Watcher
 
 # The kinds of actions and how often each is drawn.
@@ -19,17 +20,23 @@ ACTIONS = [
 ]
 
 
-# After so many actions comes an errand.
-ERRANDS = 8
+# After so many actions comes an errand, and after so many a task.
+ERRANDS, TASKS = 8, 12
+TASK_KINDS = [("settings", 3), ("record", 2), ("series", 1), ("film", 1.5), ("slideshow", 1.5), ("choices", 4)]
 
 
 def following(number):
-    """The number after that of an action: errands have those between the whole ones, so that an action keeps its own
-    whether there are errands or not."""
-    return number + 0.5 if number % ERRANDS == 0 else int(number) + 1
+    """The number after that of an action: errands and tasks have those between the whole ones, so that an action keeps
+    its own whether there are such or not."""
+    whole = int(number)
+    if number == whole and whole % ERRANDS == 0:
+        return whole + 0.5
+    if number < whole + 0.75 and whole % TASKS == 0:
+        return whole + 0.75
+    return whole + 1
 
 
-class Lesson(Watcher, Dialogs, Commands, Drawing, Surroundings):
+class Lesson(Watcher, Dialogs, Commands, Drawing, Tasks, Surroundings):
     def __init__(self, program, desk, world, seed, tell):
         super().__init__(program, desk, world, tell)
         self.seed = seed
@@ -40,16 +47,16 @@ class Lesson(Watcher, Dialogs, Commands, Drawing, Surroundings):
         """Draws and does the action of that number, and looks at what has come of it."""
         self.number = number
         rng = random.Random("%s:%s" % (self.seed, number))
-        kinds, weights = zip(*ACTIONS)
-        kind = rng.choices(kinds, weights)[0] if number == int(number) else "errand"
+        kinds, weights = zip(*{0: ACTIONS, 0.5: [("errand", 1)], 0.75: TASK_KINDS}[number - int(number)])
+        kind = rng.choices(kinds, weights)[0]
         self.notes = []
         began = time.monotonic()
         try:
             self.look()
             self.answer_dialogs(rng)
-            self.wake(rng)
-            self.stand_still()
             try:
+                self.wake(rng)
+                self.stand_still()
                 getattr(self, kind)(rng)
             except Interrupted:
                 self.note("interrupted")
@@ -76,6 +83,10 @@ class Lesson(Watcher, Dialogs, Commands, Drawing, Surroundings):
             self.desk.activate(int(state["id"]))
             self.await_("the window has the focus", lambda s: s["dialog"] or s["active"] == "MainWindow")
             self.answer_dialogs(rng)
+        if self.state["covered"]:
+            # The window for the class is placed by the window manager, and a teacher takes it out of the way.
+            self.desk.activate(int(self.state["id"]))
+            self.await_("the window lies above the one for the class", lambda s: not s["covered"])
         x, y, width, height = self.state["window"]
         if not self.state["fullScreen"] and (x < 0 or y < 0 or x + width > 1280 or y + height > 1024):
             self.desk.place(int(self.state["id"]), max(10, 1270 - width) // 2, 30, min(width, 1250), min(height, 980))

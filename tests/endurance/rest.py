@@ -21,6 +21,7 @@ class Rest:
         self.lesson = lesson
         self.growth = None
         self.summaries = []
+        self.lives = 0
 
     def summary(self):
         return "; ".join(self.summaries) or "not reached"
@@ -78,6 +79,9 @@ class Rest:
         self.persist(self.put_back)
 
     def warm_up(self):
+        self.lives += 1
+        # The life before may have ended in the midst of everything.
+        self.come_to_rest()
         self.persist(self.use_everything)
         self.lesson.answer_dialogs(random.Random(2))
         self.growth = Growth(self.measure())
@@ -120,6 +124,7 @@ class Rest:
         if lesson.look()["recording"]:
             self.click("Record video")
             lesson.await_("the recording has ended", lambda s: not s["recording"])
+        self.set_as_at_first()
         lesson.upset()
         lesson.upset_until = 0
         lesson.await_camera()
@@ -127,6 +132,18 @@ class Rest:
         self.click("About")
         lesson.await_("the pop-up is open", lambda s: shown_popup(s) == "About")
         self.dismiss()
+
+    def set_as_at_first(self):
+        lesson = self.lesson
+        settings = lesson.look()["settings"]
+        if settings["width"] != 1280 or settings["recordingWidth"] != 1280 or settings["continuous"]:
+            lesson.set({"Resolution": 1, "Recording": 1, "Capture": 0})
+        for mode, shown in enumerate(lesson.look()["canvases"]):
+            if shown["series"]:
+                self.enter(mode)
+                self.click("Take snapshot")
+                lesson.await_("the series has ended", lambda s: not canvas(s)["series"])
+                self.enter(LIVE)
 
     def use_everything(self):
         """Uses everything once, as what is made at its first use is no growth."""
@@ -193,14 +210,18 @@ class Rest:
         self.come_to_rest()
         self.click("Record video")
         lesson.await_("it records", lambda s: s["recording"])
-        movies = lesson.world.output_folder("movies")
+        movies = lesson.state["settings"]["movies"]
         patience = Patience(lesson.lateness, RETURN)
-        while not any(os.path.getsize(path) for path in lesson.world.files("movies")):
+        while not any(os.path.getsize(path) for path in lesson.written("movies")):
             lesson.look()
             if patience.ends():
                 raise Mismatch("nothing is written to " + movies)
             time.sleep(0.1)
         time.sleep(1)
+        self.tell_to_end()
+
+    def tell_to_end(self):
+        lesson = self.lesson
         before = lesson.lateness.reading()
         code, took = lesson.program.end()
         if code != 128 + signal.SIGTERM:

@@ -147,7 +147,7 @@ class Watcher:
             before = list(seen)
             seen[:] = places(state)
             return state["minimized"] or before == seen and self.desk.place_of(int(state["id"])) == state["window"]
-        self.await_("the window stands still", stands, of_dialog=True)
+        self.await_("the window stands still", stands)
 
     def named(self, rng, kinds, seen=False):
         """A command; of those with a button rather one that can be clicked."""

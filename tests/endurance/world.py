@@ -147,7 +147,10 @@ class World:
         return os.path.join(self.disk, kind)
 
     def files(self, kind):
-        folder = self.output_folder(kind)
+        return self.files_in(self.output_folder(kind))
+
+    @staticmethod
+    def files_in(folder):
         if not os.path.isdir(folder):
             return []
         return sorted(os.path.join(folder, name) for name in os.listdir(folder))

@@ -43,12 +43,19 @@ class Lesson(Watcher, Dialogs, Commands, Drawing, Tasks, Surroundings):
         self.number = 0
         self.done = {}
 
+    @staticmethod
+    def kind(number, rng):
+        part = number - int(number)
+        if part == 0.5:
+            return "errand"
+        kinds, weights = zip(*(TASK_KINDS if part else ACTIONS))
+        return rng.choices(kinds, weights)[0]
+
     def step(self, number):
         """Draws and does the action of that number, and looks at what has come of it."""
         self.number = number
         rng = random.Random("%s:%s" % (self.seed, number))
-        kinds, weights = zip(*{0: ACTIONS, 0.5: [("errand", 1)], 0.75: TASK_KINDS}[number - int(number)])
-        kind = rng.choices(kinds, weights)[0]
+        kind = self.kind(number, rng)
         self.notes = []
         began = time.monotonic()
         try:

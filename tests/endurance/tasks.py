@@ -11,9 +11,7 @@ from watch import Patience
 from watcher import EFFECT, Impossible, Interrupted, Mismatch
 
 SIZES = [[1024, 768], [1280, 720], [1920, 1080]]
-# Of the sizes to record, the one that is asked about.
-LARGEST = 2
-SINGLE, CONTINUOUS = 0, 1
+CONTINUOUS = 1
 
 
 class Tasks:

@@ -171,10 +171,10 @@ class Tasks:
         self.await_file("movies", there, "nothing is recorded")
         if rng.random() < 0.5:
             self.note("paused")
-            self.desk.key("Ctrl+Shift+R")
+            self.press_button("Pause recording")
             self.await_("the recording pauses", lambda s: s["camera"]["paused"])
             time.sleep(rng.choice([0.1, 0.6]))
-            self.desk.key("Ctrl+Shift+R")
+            self.press_button("Pause recording")
             self.await_("the recording goes on", lambda s: not s["camera"]["paused"])
         time.sleep(rng.choice([0.2, 1.0, 2.5]))
         before = self.look()

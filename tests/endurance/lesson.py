@@ -22,7 +22,8 @@ ACTIONS = [
 
 # After so many actions comes an errand, and after so many a task.
 ERRANDS, TASKS = 8, 12
-TASK_KINDS = [("settings", 3), ("record", 2), ("series", 1), ("film", 1.5), ("slideshow", 1.5), ("choices", 4)]
+TASK_KINDS = [("settings", 3), ("record", 2), ("series", 1), ("film", 1.5), ("slideshow", 1.5), ("choices", 4),
+              ("trouble", 3)]
 
 
 def following(number):

@@ -1,11 +1,11 @@
 """What takes a teacher several steps, each of which has to succeed: other settings, a recording, a series of
-snapshots, a film, a slideshow, a pop-up in which several things are chosen."""
+snapshots, a film, a slideshow, a pop-up in which several things are chosen, and a world in which several things fail."""
 
 import os
 import time
 
 import model
-from desk import RIGHT
+from desk import LEFT, RIGHT
 from model import BOARD, FILM, LIVE, PHOTOGRAPH, canvas, shown_popup
 from watch import Patience
 from watcher import EFFECT, Impossible, Interrupted, Mismatch
@@ -148,9 +148,9 @@ class Tasks:
     def choices(self, rng):
         """Several things in one pop-up."""
         self.have_panel()
-        name = self.named(rng, lambda row: row["holds"], True)
+        name = self.named(rng, lambda row: row["holds"] or row["name"] in ("Settings", "About", "More"), True)
         self.note(name)
-        self.desk.click(*self.target(name), number=RIGHT)
+        self.desk.click(*self.target(name), number=RIGHT if self.model.commands[name]["holds"] else LEFT)
         self.await_("its pop-up is open", lambda s: shown_popup(s) == name)
         for _ in range(rng.randint(2, 5)):
             if shown_popup(self.look()):
@@ -204,6 +204,15 @@ class Tasks:
         before = self.look()
         self.press_button("Take snapshot")
         self.finish([("the series has ended", lambda s: not canvas(s)["series"])], before, {"series", "undo", "redo"})
+
+    # The world ---------------------------------------------------------------------------------
+
+    def trouble(self, rng):
+        """Several things fail at the same time."""
+        for kind in rng.sample(["plug", "camera_fault", "sound", "disk", "folder", "screen", "suspend"], 3):
+            self.look()
+            self.answer_dialogs(rng)
+            getattr(self, kind)(rng)
 
     # Films and photographs --------------------------------------------------------------------
 

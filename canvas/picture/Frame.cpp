@@ -2,10 +2,32 @@
 
 #include "sources/pictures/PictureMemory.h"
 
+#include <sys/mman.h>
+
+#include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace
 {
+
+/// Memory as large as this is had in pages of this size where the system has them: a picture is
+/// written and read from end to end, and each page must be looked up anew.
+constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20U;
+
+unsigned char *zeroBytes(std::size_t count)
+{
+    const bool isLarge = count >= LARGE_PAGE;
+    const std::size_t whole = (count + LARGE_PAGE - 1) / LARGE_PAGE * LARGE_PAGE;
+    void *bytes = isLarge ? std::aligned_alloc(LARGE_PAGE, whole) : std::malloc(count);
+    if (!bytes)
+        return nullptr;
+    // Where the system refuses, the usual pages do as well.
+    if (isLarge)
+        static_cast<void>(madvise(bytes, whole, MADV_HUGEPAGE));
+    std::memset(bytes, 0, count);
+    return static_cast<unsigned char *>(bytes);
+}
 
 std::size_t strideFor(QSize size, QImage::Format format)
 {
@@ -22,12 +44,17 @@ std::unique_ptr<Frame> Frame::create(QSize size, QImage::Format format)
     if (!frame)
         return nullptr;
     const std::size_t bytes = bytesFor(size, format) + SLACK;
-    frame->m_bytes.reset(new (std::nothrow) unsigned char[bytes]());
+    frame->m_bytes.reset(zeroBytes(bytes));
     if (!frame->m_bytes)
         return nullptr;
     frame->m_capacity = bytes;
     frame->reshape(size, format);
     return frame;
+}
+
+void Frame::FreeBytes::operator()(unsigned char *bytes) const
+{
+    std::free(bytes);
 }
 
 FramePtr Frame::sharing(const QImage &picture)

@@ -39,6 +39,10 @@ public:
     [[nodiscard]] static int pixelBytes(QImage::Format format);
 
 private:
+    struct FreeBytes {
+        void operator()(unsigned char *bytes) const;
+    };
+
     Frame() = default;
 
     QSize m_size;
@@ -46,7 +50,7 @@ private:
     std::size_t m_byteCount = 0;
     std::size_t m_capacity = 0;
     /// Its own memory; null for a frame that shares a picture's.
-    std::unique_ptr<unsigned char[]> m_bytes;
+    std::unique_ptr<unsigned char[], FreeBytes> m_bytes;
     QImage m_shared;
 };
 

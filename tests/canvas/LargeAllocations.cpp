@@ -22,6 +22,15 @@ extern "C" void *malloc(std::size_t bytes)
     return __libc_malloc(bytes);
 }
 
+// NOLINTNEXTLINE(readability-identifier-naming)
+extern "C" void *__libc_memalign(std::size_t alignment, std::size_t bytes);
+extern "C" void *aligned_alloc(std::size_t alignment, std::size_t bytes)
+{
+    if (bytes >= LargeAllocations::LARGE)
+        ++largeAllocations;
+    return __libc_memalign(alignment, bytes);
+}
+
 int LargeAllocations::count()
 {
     return largeAllocations;

@@ -1,6 +1,7 @@
 #include "mainwindow/RecordingSign.h"
 
 #include "canvas/osd/IndicationTexts.h"
+#include "widgets/ImageButton.h"
 
 #include <QCoreApplication>
 #include <QPainter>
@@ -10,6 +11,8 @@ namespace
 
 constexpr int SIDE = 12;
 constexpr int LEFT = 8;
+/// Between the dot and the tab's caption.
+constexpr int GAP_TO_CAPTION = 2;
 /// Often enough that no second is left out.
 constexpr int INTERVAL_MS = 250;
 constexpr QRgb RED = 0xFFD3261B;
@@ -18,6 +21,7 @@ constexpr QRgb RED = 0xFFD3261B;
 
 RecordingSign::RecordingSign(QWidget *tab)
     : QWidget(tab)
+    , m_tab(qobject_cast<ImageButton *>(tab))
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
@@ -38,6 +42,8 @@ void RecordingSign::start()
     m_time.start(m_clock.elapsed());
     m_paused = false;
     m_timer.start();
+    if (m_tab)
+        m_tab->setCaptionLead(LEFT + SIDE + GAP_TO_CAPTION);
     show();
     showTime();
 }
@@ -57,6 +63,8 @@ void RecordingSign::stop()
     if (!m_timer.isActive())
         return;
     m_timer.stop();
+    if (m_tab)
+        m_tab->setCaptionLead(0);
     hide();
     window()->setWindowTitle(m_ownTitle);
 }

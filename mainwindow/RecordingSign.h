@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QWidget>
 
+class ImageButton;
+
 /// Says in every mode that a recording runs: a red dot on the tab of the live picture, and the time
 /// in the title of the window. GUI thread.
 class RecordingSign : public QWidget
@@ -30,6 +32,8 @@ protected:
 private:
     void showTime();
 
+    /// Null for a tab that has no caption to keep off the dot.
+    ImageButton *const m_tab;
     QElapsedTimer m_clock;
     StopWatch m_time;
     bool m_paused = false;

@@ -9,6 +9,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -106,6 +108,12 @@ QString ImageButton::tip() const
 void ImageButton::setTextColor(const QColor &color)
 {
     m_textColor = color;
+}
+
+void ImageButton::setCaptionLead(int pixels)
+{
+    m_captionLead = pixels;
+    update();
 }
 
 void ImageButton::setGray(bool gray)
@@ -270,11 +278,16 @@ const QImage &ImageButton::stateImage()
 void ImageButton::paintCaption(QPainter &painter)
 {
     painter.setFont(font());
-    if (painter.fontMetrics().horizontalAdvance(text()) > width())
+    const int natural = painter.fontMetrics().horizontalAdvance(text());
+    if (natural > width())
         painter.setFont(FittedFont::within(font(), text(), width() - 2 * CAPTION_MARGIN));
+    if (m_captionLead > 0 && natural > width() - m_captionLead - CAPTION_MARGIN)
+        painter.setFont(
+            FittedFont::within(font(), text(), width() - m_captionLead - CAPTION_MARGIN));
     painter.setPen(m_textColor);
     const QFontMetrics metrics = painter.fontMetrics();
-    const int x = (width() - metrics.horizontalAdvance(text())) / 2;
+    const int middle = (width() - metrics.horizontalAdvance(text())) / 2;
+    const int x = m_captionLead > 0 ? std::max(middle, m_captionLead) : middle;
     const int y = (height() + metrics.height()) / 2 - 3;
     painter.drawText(x, y, text());
 }

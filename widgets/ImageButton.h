@@ -34,6 +34,8 @@ public:
     [[nodiscard]] QString tip() const;
     /// For the caption; an invalid colour paints black. Does not repaint.
     void setTextColor(const QColor &color);
+    /// Keeps the caption, which stands in the middle, off that many pixels at the left.
+    void setCaptionLead(int pixels);
     /// A gray button shows inverted colours and no caption, and ignores mouse and keys.
     void setGray(bool gray);
     [[nodiscard]] bool isGray() const { return m_gray; }
@@ -85,6 +87,7 @@ private:
     bool m_marked = false;
     QKeySequence m_key;
     QColor m_textColor;
+    int m_captionLead = 0;
     QString m_skin;
     QImage m_normalImage;
     /// Loaded when first painted, as decoding all of them would delay the start.

@@ -1,5 +1,6 @@
 #include "app/LocaleCatalogue.h"
 #include "canvas/OSDProcessor.h"
+#include "mainwindow/RecordingSign.h"
 #include "mainwindow/pages/MoreToolWindow.h"
 #include "resources/Skin.h"
 #include "resources/SkinImages.h"
@@ -73,19 +74,39 @@ std::pair<int, int> changedColumns(const QImage &one, const QImage &other)
     return found;
 }
 
-/// What is seen of the caption, in the picture itself.
-void measureButton(ImageButton *button, const QString &place)
+/// What is seen of the caption, in the picture itself, in pixels of the screen.
+std::pair<int, int> captionColumns(ImageButton *button)
 {
     const QString text = button->text();
-    const double ratio = button->devicePixelRatioF();
     const QImage with = button->grab().toImage();
     button->setText(QString());
     const QImage without = button->grab().toImage();
     button->setText(text);
-    const auto [first, last] = changedColumns(with, without);
+    return changedColumns(with, without);
+}
+
+void measureButton(ImageButton *button, const QString &place)
+{
+    const QString text = button->text();
+    const double ratio = button->devicePixelRatioF();
+    const auto [first, last] = captionColumns(button);
     const int end = button->skin().startsWith("TOOL_TITLE") ? FOLD_SIGN : button->width() - MARGIN;
     if (last < first || first < MARGIN * ratio || last >= end * ratio)
         tell(place, text, int((last + 1) / ratio), end);
+}
+
+/// The dot of a recording, and the caption beside it.
+void measureSign(MainWindow *window, const QString &place)
+{
+    ImageButton *tab = window->button(Command::LiveMode);
+    auto *sign = window->findChild<RecordingSign *>();
+    sign->start();
+    const auto [first, last] = captionColumns(tab);
+    const int free = sign->geometry().right() + 1 + MARGIN;
+    const double ratio = tab->devicePixelRatioF();
+    if (last < first || first < free * ratio || last >= (tab->width() - MARGIN) * ratio)
+        tell(place + "while it records", tab->text(), free, int(first / ratio));
+    sign->stop();
 }
 
 void measureLabel(const QLabel *label, const QString &place)
@@ -252,6 +273,7 @@ void measureLanguage(const QString &locale)
     for (const Commands::Row &mode : Commands::rowsOf(Commands::Group::Modes)) {
         window.button(mode.command)->click();
         measure(window, locale + " ");
+        measureSign(&window, locale + " ");
     }
     const Command tools[] = {Command::Line, Command::Rectangle, Command::Eraser,
                              Command::Text, Command::Mask,      Command::Effect};

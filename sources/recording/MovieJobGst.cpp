@@ -188,11 +188,13 @@ void MovieJobGst::checkFolder()
     feed.end();
 }
 
-/// A movie that is ended while there is room left is whole, and so is what else uses the disk.
+/// A movie that is ended while there is room left is whole, and so is what else uses the disk. One
+/// that was stopped needs no more room than for what has been taken.
 void MovieJobGst::checkRoom()
 {
     freeBytes = m_disk.freeBytes();
-    if (freeBytes < 0 || freeBytes >= m_settings.leastFreeBytes)
+    const bool isStopped = status == MovieWriter::Status::Finished;
+    if (isStopped || freeBytes < 0 || freeBytes >= m_settings.leastFreeBytes)
         return;
     failForRoom();
     feed.end();

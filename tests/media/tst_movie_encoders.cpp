@@ -10,7 +10,9 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <cstdlib>
+#include <limits>
 
 /// Which encoder a movie gets, and what one that hangs or fails does to it.
 class MovieEncodersTest : public QObject
@@ -168,6 +170,30 @@ private slots:
         QCOMPARE(read.stream("video")["width"].toInt(), SMALL.width());
         QCOMPARE(read.pictures().first().number, 0);
         QCOMPARE(read.pictures().last().number, 59);
+    }
+
+    /// What has been recorded needs little of the room that a disk keeps, and the user has ended
+    /// it: there is nothing to be said.
+    void aMovieThatWasStoppedAsTheDiskFillsIsKept()
+    {
+        HeldEncoder::install();
+        const QString file = m_folder.filePath("stopped.mov");
+        std::atomic<int> failures{0};
+        MovieWriter::Settings settings{file, QSize(328, 240), {"heldencoder", "x264enc"}};
+        settings.leastFreeBytes = std::numeric_limits<qint64>::max();
+        settings.withSound = false;
+        const auto writer =
+            MovieWriter::create(settings, [&failures](const QString &) { ++failures; });
+        writer->startSession(START_US);
+        QVERIFY(HeldEncoder::waitUntilTried());
+        SyntheticPictures pictures(settings.pictureSize);
+        for (int n = 0; n < 8; ++n)
+            writer->appendPicture(pictures.picture(n, false), timeOf(n));
+        writer->finish();
+        HeldEncoder::release();
+        WrittenMovie::waitUntilCompleted();
+        QCOMPARE(int(failures), 0);
+        QCOMPARE(int(MovieFile(file).pictures().size()), 8);
     }
 
     void hardwareIsPreferred()

@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,12 +30,13 @@ std::chrono::steady_clock::time_point timePoint(qint64 us)
 } // namespace
 
 MicrophoneFeed::MicrophoneFeed(const QString &pipe, qint64 startUs, qint64 periodUs,
-                               int partsPerMillion, qint64 silentUs)
+                               int partsPerMillion, qint64 silentUs, qint64 unreadUs)
     : m_pipe(open(QFile::encodeName(pipe).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC))
     , m_startUs(startUs)
     , m_periodUs(periodUs)
     , m_rate(44100.0 * (1.0 + partsPerMillion * 1e-6))
     , m_silentUs(silentUs)
+    , m_unreadSamples(static_cast<int>(unreadUs * 44100 / 1000000))
 {
     signal(SIGPIPE, SIG_IGN);
     fcntl(m_pipe, F_SETPIPE_SZ, PIPE_BYTES);
@@ -67,5 +69,20 @@ void MicrophoneFeed::run()
         std::this_thread::sleep_until(timePoint(m_startUs + std::max(heardUs, m_silentUs)));
         if (write(m_pipe, chunk.data(), CHUNK * sizeof(qint16)) < 0 && errno != EAGAIN)
             return;
+        if (m_unreadSamples > 0)
+            loseOldest();
     }
+}
+
+void MicrophoneFeed::loseOldest() const
+{
+    int bytes = 0;
+    if (ioctl(m_pipe, FIONREAD, &bytes) != 0)
+        return;
+    const int samples = bytes / static_cast<int>(sizeof(qint16));
+    if (samples <= m_unreadSamples)
+        return;
+    std::vector<qint16> lost(static_cast<std::size_t>(samples - m_unreadSamples / 2));
+    // The server may have taken them meanwhile, and then there is nothing to lose.
+    static_cast<void>(!read(m_pipe, lost.data(), lost.size() * sizeof(qint16)));
 }

@@ -78,6 +78,8 @@ struct Options {
     QString pipe;
     int partsPerMillion;
     double silentSeconds;
+    /// What the microphone keeps until it is read; 0 for everything.
+    qint64 unreadMs;
     /// From when to when it is paused, in seconds; without an end for as long as it lasts.
     std::vector<std::pair<double, double>> pauses;
     qint64 leastFree;
@@ -145,6 +147,7 @@ std::optional<Options> parse(const QCoreApplication &app)
          {"claps", "", "pipe", ""},
          {"ppm", "", "n", "0"},
          {"microphone-silent", "", "s", "0"},
+         {"unread", "", "ms", "0"},
          {"pauses", "", "from-to,...", ""},
          {"microphone", "", "source", ""},
          {"least-free", "", "bytes", QString::number(RecordingRules::LEAST_FREE_BYTES)},
@@ -167,6 +170,7 @@ std::optional<Options> parse(const QCoreApplication &app)
                    parser.value("claps"),
                    parser.value("ppm").toInt(),
                    parser.value("microphone-silent").toDouble(),
+                   parser.value("unread").toLongLong(),
                    toPauses(parser.value("pauses").split(',', Qt::SkipEmptyParts)),
                    parser.value("least-free").toLongLong(),
                    parser.isSet("microphone")
@@ -185,7 +189,7 @@ int record(const Options &options)
     std::optional<MicrophoneFeed> feed;
     if (!options.pipe.isEmpty())
         feed.emplace(options.pipe, startUs, PERIOD_US, options.partsPerMillion,
-                     static_cast<qint64>(options.silentSeconds * 1e6));
+                     static_cast<qint64>(options.silentSeconds * 1e6), options.unreadMs * 1000);
 
     std::atomic<bool> failed{false};
     MovieWriter::Settings settings{options.file, options.size, options.encoders};

@@ -40,6 +40,8 @@ class World:
         self.photographs = os.path.join(home, "photographs")
         self.films = os.path.join(home, "films")
         self.server = None
+        # Since the files were looked at last: a movie that found no room is left as it was saved last.
+        self.was_full = False
         self.sound_socket = os.path.join(home, "run", "pulse.sock")
         os.environ["PULSE_SERVER"] = "unix:" + self.sound_socket
         for folder in (self.disk, self.films):
@@ -117,6 +119,7 @@ class World:
     # Disk and folders --------------------------------------------------------------------------
 
     def fill_disk(self, left=64 * 1024):
+        self.was_full = True
         room = os.statvfs(self.disk)
         free = room.f_bavail * room.f_frsize - left
         if free > 0:
@@ -158,9 +161,10 @@ class World:
     # What was written --------------------------------------------------------------------------
 
     def complaints(self, hurried):
-        """What is wrong with the pictures and movies that were written; they are removed. In a hurry a movie may be
-        left as it was saved last, which can be played as well."""
+        """What is wrong with the pictures and movies that were written; they are removed. In a hurry, or on a
+        full disk, a movie may be left as it was saved last, which can be played as well."""
         found = []
+        hurried, self.was_full = hurried or self.was_full, self.is_full()
         for path in self.files("snapshots") + self.files("movies"):
             found += self.complaint(path)
             if path.endswith(".mov") and not hurried and last_atom(path) != b"moov":

@@ -4,7 +4,6 @@
 #include "sources/WindowServices.h"
 #include "sources/photographs/PhotographList.h"
 #include "sources/photographs/PicturePreloader.h"
-#include "sources/threads/CallbackGate.h"
 
 #include <optional>
 #include <utility>
@@ -13,16 +12,12 @@ PhotographSource::PhotographSource(ICaptureCB *callback, MainWindow *window)
     : QObject(WindowServices::of(window).object())
     , m_callback(callback)
     , m_window(window)
-    , m_gate(std::make_shared<CallbackGate>())
 {
     m_slideshow.setSingleShot(false);
     connect(&m_slideshow, SIGNAL(timeout()), this, SLOT(nextPhotograph()));
 }
 
-PhotographSource::~PhotographSource()
-{
-    m_gate->close();
-}
+PhotographSource::~PhotographSource() = default;
 
 // Other code is built against this signature, so the folder stays a value.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
@@ -55,23 +50,16 @@ void PhotographSource::open(QDir dir, const QStringList &names)
     // The threads of a folder whose drive does not answer are given up with it.
     if (sameFolder && m_problem != PictureProblem::NoAnswer)
         return;
-    m_preloader = std::make_unique<PicturePreloader>([this, gate = m_gate](const QString &path) {
-        gate->pass([this, &path] {
-            QMetaObject::invokeMethod(
-                this, [this, path] { takeLate(path); }, Qt::QueuedConnection);
+    m_preloader =
+        std::make_unique<PicturePreloader>([this, post = m_calls.post()](const QString &path) {
+            post([this, path] { takeLate(path); });
         });
-    });
     const QString folder = m_dir.absolutePath();
     m_watch = std::make_unique<FolderWatch>(
-        m_dir, names, [this, folder, gate = m_gate](const FolderWatch::Change &change) {
-            gate->pass([this, &folder, &change] {
-                QMetaObject::invokeMethod(
-                    this,
-                    [this, folder, change] {
-                        if (folder == m_dir.absolutePath())
-                            takeChange(change);
-                    },
-                    Qt::QueuedConnection);
+        m_dir, names, [this, folder, post = m_calls.post()](const FolderWatch::Change &change) {
+            post([this, folder, change] {
+                if (folder == m_dir.absolutePath())
+                    takeChange(change);
             });
         });
 }

@@ -3,6 +3,7 @@
 #include "sources/photographs/FolderLister.h"
 #include "sources/photographs/FolderWatch.h"
 #include "sources/photographs/PictureProblem.h"
+#include "sources/threads/PostedCalls.h"
 
 #include <QDir>
 #include <QObject>
@@ -11,7 +12,6 @@
 
 #include <memory>
 
-class CallbackGate;
 class ICaptureCB;
 class MainWindow;
 class PicturePreloader;
@@ -97,8 +97,8 @@ private:
     ICaptureCB *m_callback;
     MainWindow *m_window;
     FolderLister m_lister;
-    /// Passes what the threads below post, until this object is destroyed.
-    std::shared_ptr<CallbackGate> m_gate;
+    /// What the threads of the two below have found out.
+    PostedCalls m_calls;
     /// The preloader of the open folder.
     std::unique_ptr<PicturePreloader> m_preloader;
     std::unique_ptr<FolderWatch> m_watch;

@@ -4,7 +4,6 @@
 #include "sources/camera/CameraOwner.h"
 #include "sources/camera/UvcCamera.h"
 #include "sources/camera/UvcConnection.h"
-#include "sources/threads/CallbackGate.h"
 #include "sources/threads/DetachedThreads.h"
 
 #include <algorithm>
@@ -40,33 +39,10 @@ struct CameraKeeper::Opened {
     int result = 0;
 };
 
-void CameraKeeper::answer(CallbackGate &gate, CameraKeeper *keeper, Answer call)
-{
-    gate.pass([&] {
-        {
-            const std::lock_guard lock(keeper->m_answersMutex);
-            keeper->m_answers.push_back(std::move(call));
-        }
-        QMetaObject::invokeMethod(keeper, "takeAnswers", Qt::QueuedConnection);
-    });
-}
-
-void CameraKeeper::takeAnswers()
-{
-    std::vector<Answer> answers;
-    {
-        const std::lock_guard lock(m_answersMutex);
-        answers.swap(m_answers);
-    }
-    for (const Answer &answer : answers)
-        answer();
-}
-
 CameraKeeper::CameraKeeper(CameraOwner &owner, QObject *parent)
     : QObject(parent)
     , m_owner(owner)
     , m_bus(std::make_shared<CameraBus>())
-    , m_gate(std::make_shared<CallbackGate>())
     , m_worker("CameraKeeper")
 {
     m_clock.start();
@@ -76,10 +52,7 @@ CameraKeeper::CameraKeeper(CameraOwner &owner, QObject *parent)
     look();
 }
 
-CameraKeeper::~CameraKeeper()
-{
-    m_gate->close();
-}
+CameraKeeper::~CameraKeeper() = default;
 
 void CameraKeeper::look()
 {
@@ -91,9 +64,9 @@ void CameraKeeper::look()
         return;
     }
     m_looking = true;
-    m_worker.post([this, bus = m_bus, gate = m_gate] {
+    m_worker.post([this, bus = m_bus, post = m_answers.post()] {
         const DetachedThreads::Running running;
-        answer(*gate, this, [this, listed = bus->cameras()] {
+        post([this, listed = bus->cameras()] {
             m_looking = false;
             decide(listed);
             if (m_cameras == listed)
@@ -144,13 +117,13 @@ void CameraKeeper::open(const BusCamera &camera)
     m_opening = true;
     // Otherwise a camera in use that hangs, or that has lost its device node, would keep its
     // interfaces.
-    m_worker.post([this, camera, gate = m_gate, before = m_owner.camera().connection()] {
+    m_worker.post([this, camera, post = m_answers.post(), before = m_owner.camera().connection()] {
         const DetachedThreads::Running running;
         releaseWithin(RELEASE_TIMEOUT, before);
         auto opened = std::make_shared<Opened>();
         opened->camera = std::make_unique<UvcCamera>();
         opened->result = opened->camera->openWithin(OPEN_TIMEOUT, camera);
-        answer(*gate, this, [this, opened] { this->opened(opened); });
+        post([this, opened] { this->opened(opened); });
         return 0;
     });
 }

@@ -4,18 +4,15 @@
 #include "sources/camera/FrameRate.h"
 #include "sources/camera/KeeperRules.h"
 #include "sources/threads/BoundedWorker.h"
+#include "sources/threads/PostedCalls.h"
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
-#include <mutex>
 #include <set>
-#include <vector>
 
-class CallbackGate;
 class CameraBus;
 class CameraOwner;
 class UvcCamera;
@@ -60,15 +57,10 @@ private:
     void opened(const std::shared_ptr<Opened> &result);
     void retire(std::unique_ptr<UvcCamera> camera);
     void setState(CameraStatus::State state);
-    using Answer = std::function<void()>;
-    /// Runs `call` on the GUI thread, unless the keeper is gone by then. Any thread.
-    static void answer(CallbackGate &gate, CameraKeeper *keeper, Answer call);
-    Q_INVOKABLE void takeAnswers();
 
     CameraOwner &m_owner;
     const std::shared_ptr<CameraBus> m_bus;
-    /// Passes the worker's answers until the keeper is destroyed.
-    const std::shared_ptr<CallbackGate> m_gate;
+    PostedCalls m_answers; ///< the worker's
     BoundedWorker m_worker;
     QTimer m_timer;
     QElapsedTimer m_clock;
@@ -80,8 +72,4 @@ private:
     CameraChoice m_choice;
     bool m_looking = false;
     bool m_opening = false;
-    /// Guards the member below. The toolkit's queue has a lock, too, which the thread sanitizer
-    /// does not see.
-    std::mutex m_answersMutex;
-    std::vector<Answer> m_answers;
 };

@@ -17,6 +17,8 @@ constexpr std::array PARSERS{std::string_view("h264parse"), std::string_view("h2
 
 void FormatRepairGst::watch(GstElement *pipeline)
 {
+    // Its threads see by the same lock what was made before they were.
+    const std::lock_guard lock(m_mutex);
     g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(onElement), this);
 }
 

@@ -31,6 +31,8 @@ std::optional<double> placeOf(GstClockTime time, std::optional<gint64> offset)
 
 void PictureTimesGst::watch(GstElement *pipeline)
 {
+    // Its threads see by the same lock what was made before they were.
+    const std::lock_guard lock(m_mutex);
     g_signal_connect(pipeline, "deep-element-added", G_CALLBACK(onElement), this);
 }
 

@@ -7,12 +7,11 @@
 
 #include <QtTest>
 
-#include <QThreadPool>
+#include <QSemaphore>
 
 #include <functional>
 #include <future>
 #include <map>
-#include <memory>
 
 /// Movies whose recording is disturbed. They are recorded some at a time, as each spends its time
 /// waiting, and looked at when all have been begun.
@@ -37,25 +36,22 @@ public:
         QString file;
     };
 
-    DisturbedMovies()
-    {
-        m_server.pretendAbsent();
-        m_recorders.setMaxThreadCount(MOVIES_AT_ONCE);
-    }
+    DisturbedMovies() { m_server.pretendAbsent(); }
 
     void record(const QString &name, const std::function<Outcome(const QString &file)> &faulty)
     {
         const QString file = m_folder.filePath(QString(name).replace(' ', '-') + ".mov");
-        auto task = std::make_shared<std::packaged_task<Outcome()>>([file, faulty] {
+        const auto recorded = [this, file, faulty] {
+            m_places.acquire();
+            const QSemaphoreReleaser place(m_places);
             const Lateness::Clock::time_point from = Lateness::Clock::now();
             Outcome outcome = faulty(file);
             outcome.from = from;
             outcome.to = Lateness::Clock::now();
             outcome.file = file;
             return outcome;
-        });
-        m_movies.emplace(name, task->get_future());
-        m_recorders.start([task] { (*task)(); });
+        };
+        m_movies.emplace(name, std::async(std::launch::async, recorded));
     }
 
     [[nodiscard]] QStringList movies() const
@@ -80,7 +76,13 @@ public:
     }
 
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
-    void waitForDone() { m_recorders.waitForDone(); }
+    void waitForDone() const
+    {
+        for (const auto &movie : m_movies) {
+            if (movie.second.valid())
+                movie.second.wait();
+        }
+    }
 
     /// What a machine under load may cost beside: a save takes several turns of its threads and of
     /// the disk. On one at rest that is some hundredths of a second.
@@ -118,6 +120,6 @@ private:
     QTemporaryDir m_folder;
     SoundServer m_server{m_folder.path()};
     Lateness m_lateness{m_folder.path()};
+    QSemaphore m_places{MOVIES_AT_ONCE};
     std::map<QString, std::future<Outcome>> m_movies;
-    QThreadPool m_recorders;
 };

@@ -217,6 +217,25 @@ private slots:
         m_rig->source->liveRecording().setTimeLapse(std::chrono::seconds(0));
     }
 
+    void aSizeThatChangesDuringATimeLapseWaits()
+    {
+        QVERIFY(m_rig->bringUp(*m_camera));
+        m_rig->source->liveRecording().setTimeLapse(std::chrono::seconds(1));
+        m_rig->source->startRecord(m_file);
+        QVERIFY(m_rig->waitForSize(LiveRig::RECORDING));
+        recordFor(1500);
+        m_rig->source->setRecordingResolution(LARGE_SIZE);
+        m_rig->source->setPreviewSize({640, 480});
+        recordFor(1500);
+        expectMovie();
+        const MovieFile movie(m_file);
+        QCOMPARE(movie.complaints(), QString());
+        QCOMPARE(movie.stream("video")["width"].toInt(), LiveRig::RECORDING.width());
+        const int pictures = movie.stream("video")["nb_frames"].toString().toInt();
+        QVERIFY2(pictures >= 3 && pictures <= 5, qPrintable(QString::number(pictures)));
+        m_rig->source->liveRecording().setTimeLapse(std::chrono::seconds(0));
+    }
+
     void aSizeThatChangesDuringAPauseWaits()
     {
         QVERIFY(m_rig->bringUp(*m_camera));

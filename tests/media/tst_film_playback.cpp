@@ -8,11 +8,13 @@
 
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QSemaphore>
 #include <QTemporaryDir>
-#include <QThreadPool>
 
+#include <future>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace
 {
@@ -63,11 +65,16 @@ class FilmPlaybackTest : public QObject
 
     void makeAllAndPlay(const std::map<QString, TestFilm> &films)
     {
-        QThreadPool makers;
-        makers.setMaxThreadCount(3);
+        QSemaphore places(3);
+        std::vector<std::future<bool>> made;
         for (const auto &film : films)
-            makers.start([file = path(film.first), made = film.second] { (void)made.write(file); });
-        makers.waitForDone();
+            made.push_back(std::async(std::launch::async, [this, &film, &places] {
+                places.acquire();
+                const QSemaphoreReleaser place(places);
+                return film.second.write(path(film.first));
+            }));
+        for (const std::future<bool> &film : made)
+            film.wait();
         for (const auto &film : films)
             m_shows[film.first] = std::make_unique<Show>(path(film.first));
     }

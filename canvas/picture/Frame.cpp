@@ -17,14 +17,15 @@ constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20U;
 
 unsigned char *zeroBytes(std::size_t count)
 {
-    const bool isLarge = count >= LARGE_PAGE;
+    const std::size_t large = count / LARGE_PAGE * LARGE_PAGE;
     const std::size_t whole = (count + LARGE_PAGE - 1) / LARGE_PAGE * LARGE_PAGE;
-    void *bytes = isLarge ? std::aligned_alloc(LARGE_PAGE, whole) : std::malloc(count);
+    void *bytes = large ? std::aligned_alloc(LARGE_PAGE, whole) : std::malloc(count);
     if (!bytes)
         return nullptr;
-    // Where the system refuses, the usual pages do as well.
-    if (isLarge)
-        static_cast<void>(madvise(bytes, whole, MADV_HUGEPAGE));
+    // The rest lies in usual pages, as a large one would take memory that nobody uses. Where the
+    // system refuses, usual pages do for all of it.
+    if (large)
+        static_cast<void>(madvise(bytes, large, MADV_HUGEPAGE));
     std::memset(bytes, 0, count);
     return static_cast<unsigned char *>(bytes);
 }

@@ -100,7 +100,7 @@ ROWS = [
         {"": ("skin", "paintFrameAndFullPanel", "copyWindowPixels")}, beside="a copy of the window"),
     Row("Skin", "building that panel", "decoding 84 images", {"": ("skin", "buildFullPanel", "copyWindowPixels")},
         beside="a copy of the window"),
-    Row("Recording", "the program, shown", "memory: packed RGB, its copy, showing it",
+    Row("Recording", "the program, shown", "memory: packed RGB and showing it",
         {"": ("recording", "program ms", "command line that also receives ms")},
         beside="GStreamer's command line that also receives", unit="ms", limit="1.15"),
     Row("Recording", "without canvas and window", "the encoder",

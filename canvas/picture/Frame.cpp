@@ -4,7 +4,7 @@
 
 #include <sys/mman.h>
 
-#include <cstdlib>
+#include <cstddef>
 #include <cstring>
 #include <new>
 
@@ -15,19 +15,9 @@ namespace
 /// written and read from end to end, and each page must be looked up anew.
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20U;
 
-unsigned char *zeroBytes(std::size_t count)
+std::align_val_t alignmentOf(std::size_t count)
 {
-    const std::size_t large = count / LARGE_PAGE * LARGE_PAGE;
-    const std::size_t whole = (count + LARGE_PAGE - 1) / LARGE_PAGE * LARGE_PAGE;
-    void *bytes = large ? std::aligned_alloc(LARGE_PAGE, whole) : std::malloc(count);
-    if (!bytes)
-        return nullptr;
-    // The rest lies in usual pages, as a large one would take memory that nobody uses. Where the
-    // system refuses, usual pages do for all of it.
-    if (large)
-        static_cast<void>(madvise(bytes, large, MADV_HUGEPAGE));
-    std::memset(bytes, 0, count);
-    return static_cast<unsigned char *>(bytes);
+    return std::align_val_t{count < LARGE_PAGE ? alignof(std::max_align_t) : LARGE_PAGE};
 }
 
 std::size_t strideFor(QSize size, QImage::Format format)
@@ -45,7 +35,7 @@ std::unique_ptr<Frame> Frame::create(QSize size, QImage::Format format)
     if (!frame)
         return nullptr;
     const std::size_t bytes = bytesFor(size, format) + SLACK;
-    frame->m_bytes.reset(zeroBytes(bytes));
+    frame->m_bytes = zeroBytes(bytes);
     if (!frame->m_bytes)
         return nullptr;
     frame->m_capacity = bytes;
@@ -53,9 +43,24 @@ std::unique_ptr<Frame> Frame::create(QSize size, QImage::Format format)
     return frame;
 }
 
+Frame::Bytes Frame::zeroBytes(std::size_t count)
+{
+    const std::align_val_t alignment = alignmentOf(count);
+    Bytes bytes(static_cast<unsigned char *>(::operator new[](count, alignment, std::nothrow)),
+                FreeBytes{alignment});
+    if (!bytes)
+        return bytes;
+    // The rest lies in usual pages, as a large one would take memory that nobody uses. Where the
+    // system refuses, usual pages do for all of it.
+    if (const std::size_t large = count / LARGE_PAGE * LARGE_PAGE)
+        static_cast<void>(madvise(bytes.get(), large, MADV_HUGEPAGE));
+    std::memset(bytes.get(), 0, count);
+    return bytes;
+}
+
 void Frame::FreeBytes::operator()(unsigned char *bytes) const
 {
-    std::free(bytes);
+    ::operator delete[](bytes, alignment);
 }
 
 FramePtr Frame::sharing(const QImage &picture)

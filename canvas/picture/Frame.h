@@ -5,6 +5,7 @@
 #include <QImage>
 
 #include <memory>
+#include <new>
 
 /// A picture in memory that is used over and over: RGB888, or ARGB32 with every pixel opaque. Its
 /// rows lie as in a QImage (stride a multiple of 4); SLACK more bytes after the last row may be
@@ -40,8 +41,12 @@ public:
 
 private:
     struct FreeBytes {
+        std::align_val_t alignment;
         void operator()(unsigned char *bytes) const;
     };
+    using Bytes = std::unique_ptr<unsigned char[], FreeBytes>;
+    /// Null when there is no memory.
+    static Bytes zeroBytes(std::size_t count);
 
     Frame() = default;
 
@@ -50,7 +55,7 @@ private:
     std::size_t m_byteCount = 0;
     std::size_t m_capacity = 0;
     /// Its own memory; null for a frame that shares a picture's.
-    std::unique_ptr<unsigned char[], FreeBytes> m_bytes;
+    Bytes m_bytes;
     QImage m_shared;
 };
 

@@ -22,11 +22,11 @@ std::atomic<bool> memoryIsShort{false};
 /// How many bytes the large blocks take that are held now. Frames get theirs from operator new[].
 std::atomic<std::size_t> largeBytes{0};
 
-void *allocate(std::size_t bytes)
+void *allocate(std::size_t bytes, std::size_t alignment = alignof(std::max_align_t))
 {
     if (bytes >= LARGE_BLOCK && memoryIsShort)
         return nullptr;
-    void *block = std::malloc(bytes);
+    void *block = std::aligned_alloc(alignment, (bytes + alignment - 1) / alignment * alignment);
     if (block && malloc_usable_size(block) >= LARGE_BLOCK)
         largeBytes += malloc_usable_size(block);
     return block;
@@ -53,7 +53,17 @@ void *operator new[](std::size_t bytes, const std::nothrow_t &) noexcept
     return allocate(bytes);
 }
 
+void *operator new[](std::size_t bytes, std::align_val_t alignment, const std::nothrow_t &) noexcept
+{
+    return allocate(bytes, static_cast<std::size_t>(alignment));
+}
+
 void operator delete[](void *block) noexcept
+{
+    release(block);
+}
+
+void operator delete[](void *block, std::align_val_t) noexcept
 {
     release(block);
 }

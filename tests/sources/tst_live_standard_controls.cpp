@@ -233,7 +233,8 @@ private slots:
         for (int value = 0; value < VALUES; ++value)
             rig.source->cameraSettings().set(Control::Focus, value);
         QVERIFY(comesTo(camera, Control::Focus, VALUES - 1));
-        // On a machine at rest two or three, and another one whenever a busy one leaves off setting.
+        // On a machine at rest two or three, and another one whenever a busy one leaves off
+        // setting.
         QVERIFY(writesOf(camera.unitControls().takeWrites(), Control::Focus).size() < VALUES / 10);
     }
 

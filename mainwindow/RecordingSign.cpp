@@ -19,9 +19,9 @@ constexpr QRgb RED = 0xFFD3261B;
 
 } // namespace
 
-RecordingSign::RecordingSign(QWidget *tab)
+RecordingSign::RecordingSign(ImageButton *tab)
     : QWidget(tab)
-    , m_tab(qobject_cast<ImageButton *>(tab))
+    , m_tab(tab)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
@@ -42,8 +42,7 @@ void RecordingSign::start()
     m_time.start(m_clock.elapsed());
     m_paused = false;
     m_timer.start();
-    if (m_tab)
-        m_tab->setCaptionLead(LEFT + SIDE + GAP_TO_CAPTION);
+    m_tab->setCaptionLead(LEFT + SIDE + GAP_TO_CAPTION);
     show();
     showTime();
 }
@@ -63,8 +62,7 @@ void RecordingSign::stop()
     if (!m_timer.isActive())
         return;
     m_timer.stop();
-    if (m_tab)
-        m_tab->setCaptionLead(0);
+    m_tab->setCaptionLead(0);
     hide();
     window()->setWindowTitle(m_ownTitle);
 }

@@ -17,7 +17,7 @@ class RecordingSign : public QWidget
 
 public:
     /// A child of the tab, whose window has the title.
-    explicit RecordingSign(QWidget *tab);
+    explicit RecordingSign(ImageButton *tab);
 
     /// Counts from now on. Nothing changes while it counts already.
     void start();
@@ -32,7 +32,6 @@ protected:
 private:
     void showTime();
 
-    /// Null for a tab that has no caption to keep off the dot.
     ImageButton *const m_tab;
     QElapsedTimer m_clock;
     StopWatch m_time;

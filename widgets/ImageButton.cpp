@@ -278,16 +278,14 @@ const QImage &ImageButton::stateImage()
 void ImageButton::paintCaption(QPainter &painter)
 {
     painter.setFont(font());
-    const int natural = painter.fontMetrics().horizontalAdvance(text());
-    if (natural > width())
-        painter.setFont(FittedFont::within(font(), text(), width() - 2 * CAPTION_MARGIN));
-    if (m_captionLead > 0 && natural > width() - m_captionLead - CAPTION_MARGIN)
-        painter.setFont(
-            FittedFont::within(font(), text(), width() - m_captionLead - CAPTION_MARGIN));
+    const int lead = std::max(m_captionLead, CAPTION_MARGIN);
+    const int room = width() - lead - CAPTION_MARGIN;
+    // One that only fills the margins is left as large as the others.
+    if (painter.fontMetrics().horizontalAdvance(text()) > (m_captionLead > 0 ? room : width()))
+        painter.setFont(FittedFont::within(font(), text(), room));
     painter.setPen(m_textColor);
     const QFontMetrics metrics = painter.fontMetrics();
-    const int middle = (width() - metrics.horizontalAdvance(text())) / 2;
-    const int x = m_captionLead > 0 ? std::max(middle, m_captionLead) : middle;
+    const int x = std::max((width() - metrics.horizontalAdvance(text())) / 2, m_captionLead);
     const int y = (height() + metrics.height()) / 2 - 3;
     painter.drawText(x, y, text());
 }

@@ -10,10 +10,10 @@
 #include "tests/Timeout.h"
 #include "tests/canvas/CanvasPointers.h"
 #include "widgets/HorizontalSlider.h"
+#include "widgets/ImageButton.h"
 
 #include <QComboBox>
 #include <QHelpEvent>
-#include <QPushButton>
 #include <QScreen>
 #include <QSlider>
 
@@ -269,7 +269,7 @@ void WindowSignsTest::aRecordingIsSeenOnTheTabAndInTheTitle()
 {
     QWidget window;
     window.setWindowTitle("Lesson");
-    QPushButton tab(&window);
+    ImageButton tab("ICON_LIVE_RECORDING", &window, 0, 0);
     tab.setFixedSize(105, 20);
     RecordingSign sign(&tab);
     window.show();

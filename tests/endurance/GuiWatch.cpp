@@ -1,7 +1,8 @@
 #include "tests/endurance/GuiWatch.h"
 
+#include "tests/ProcessorWait.h"
+
 #include <QDir>
-#include <QFile>
 
 #include <algorithm>
 #include <chrono>
@@ -20,13 +21,6 @@ using Clock = std::chrono::steady_clock;
 qint64 nanosecondsSince(Clock::time_point start)
 {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - start).count();
-}
-
-/// Nanoseconds for which a thread was ready to run without a processor; 0 of one that has ended.
-qint64 delayOf(const QString &thread)
-{
-    QFile file("/proc/" + thread + "/schedstat");
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : 0;
 }
 
 } // namespace
@@ -60,9 +54,9 @@ GuiWatch::Delays GuiWatch::delays() const
     const QStringList threads =
         QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &thread : threads)
-        found.own[thread.toInt()] = delayOf("self/task/" + thread);
+        found.own[thread.toInt()] = processorWaitNs("self/task/" + thread);
     for (const int process : m_companions)
-        found.companions[process] = delayOf(QString::number(process));
+        found.companions[process] = processorWaitNs(QString::number(process));
     return found;
 }
 

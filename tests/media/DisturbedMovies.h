@@ -4,10 +4,9 @@
 #include "tests/media/MovieFile.h"
 #include "tests/media/RecordProbe.h"
 #include "tests/media/SoundServer.h"
+#include "tests/media/WhenFree.h"
 
 #include <QtTest>
-
-#include <QSemaphore>
 
 #include <functional>
 #include <future>
@@ -41,9 +40,7 @@ public:
     void record(const QString &name, const std::function<Outcome(const QString &file)> &faulty)
     {
         const QString file = m_folder.filePath(QString(name).replace(' ', '-') + ".mov");
-        const auto recorded = [this, file, faulty] {
-            m_places.acquire();
-            const QSemaphoreReleaser place(m_places);
+        const auto job = [file, faulty] {
             const Lateness::Clock::time_point from = Lateness::Clock::now();
             Outcome outcome = faulty(file);
             outcome.from = from;
@@ -51,7 +48,7 @@ public:
             outcome.file = file;
             return outcome;
         };
-        m_movies.emplace(name, std::async(std::launch::async, recorded));
+        m_movies.emplace(name, whenFree(m_places, job));
     }
 
     [[nodiscard]] QStringList movies() const

@@ -3,15 +3,14 @@
 #include "tests/Timeout.h"
 #include "tests/fakes/RecordingSink.h"
 #include "tests/media/TestFilm.h"
+#include "tests/media/WhenFree.h"
 
 #include <QtTest>
 
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QSemaphore>
 #include <QTemporaryDir>
 
-#include <future>
 #include <map>
 #include <memory>
 #include <vector>
@@ -68,11 +67,8 @@ class FilmPlaybackTest : public QObject
         QSemaphore places(3);
         std::vector<std::future<bool>> made;
         for (const auto &film : films)
-            made.push_back(std::async(std::launch::async, [this, &film, &places] {
-                places.acquire();
-                const QSemaphoreReleaser place(places);
-                return film.second.write(path(film.first));
-            }));
+            made.push_back(
+                whenFree(places, [this, &film] { return film.second.write(path(film.first)); }));
         for (const std::future<bool> &film : made)
             film.wait();
         for (const auto &film : films)

@@ -71,8 +71,8 @@ public:
         return loudest;
     }
 
-    /// Waits until what is heard is within these bounds, once: the next quarter of a second may have
-    /// a hole.
+    /// Waits until what is heard is within these bounds, once: the next quarter of a second may
+    /// have a hole.
     bool hears(double atLeast, double atMost = std::numeric_limits<double>::infinity())
     {
         return QTest::qWaitFor(

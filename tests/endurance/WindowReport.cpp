@@ -16,6 +16,8 @@
 #include <QTextEdit>
 #include <QTimerEvent>
 
+#include <malloc.h>
+
 #include <utility>
 
 namespace
@@ -183,5 +185,6 @@ QJsonObject WindowReport::census()
     for (const QWidget *widget : QApplication::topLevelWidgets())
         objects += 1 + widget->findChildren<QObject *>().size();
     const QSet<int> fired = std::exchange(m_fired, {});
-    return {{"objects", objects}, {"timers", fired.size()}};
+    const auto blocks = static_cast<qint64>(mallinfo2().uordblks / 1024);
+    return {{"objects", objects}, {"timers", fired.size()}, {"blocks", blocks}};
 }

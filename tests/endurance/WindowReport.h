@@ -19,8 +19,8 @@ public:
     [[nodiscard]] static QJsonArray commands();
     /// With a fingerprint of the picture shown if `withPicture`. Empty while there is no window.
     [[nodiscard]] QJsonObject state(bool withPicture);
-    /// How many objects the GUI thread has, and how many timers have fired there since the last
-    /// call.
+    /// How many objects the GUI thread has, how many timers have fired there since the last call,
+    /// and the kilobytes of all blocks in use, but for pictures, which are mapped one by one.
     [[nodiscard]] QJsonObject census();
 
     /// Counts paintings and timers; filters nothing.

@@ -52,7 +52,7 @@ class Drawing:
         if not canvas(before)["writes"]:
             self.desk.click(*self.target("Text"))
             self.await_("the text tool is chosen", lambda s: canvas(s)["tool"] == TEXT)
-            self.desk.click(*self.point(rng))
+            self.desk.click(*self.point_beside_popup(rng))
             self.await_("a text is open", lambda s: canvas(s)["writes"])
         elif shown_popup(before):
             raise Impossible("a pop-up is open")

@@ -180,6 +180,8 @@ class Model:
         elif name == "Take snapshot":
             may.add("series")
             closed()
+            series = before["settings"]["continuous"] and not was["series"]
+            expect("a series begins or ends", lambda s: canvas(s)["series"] == series)
         elif name in ("Settings", "About", "More"):
             expect("the pop-up is open", lambda s: shown_popup(s) == name)
         elif name == "All keys":

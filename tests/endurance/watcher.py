@@ -3,7 +3,7 @@
 import time
 
 import model
-from model import LIVE, canvas
+from model import LIVE, canvas, shown_popup
 from watch import Lateness, Patience
 
 # Seconds, on a machine that is not late.
@@ -173,6 +173,16 @@ class Watcher:
     def point(self, rng):
         x, y, width, height = canvas(self.state)["rect"]
         return x + rng.randrange(20, max(21, width - 20)), y + rng.randrange(20, max(21, height - 90))
+
+    def point_beside_popup(self, rng):
+        """The pop-up of a tool that is chosen once more stays open."""
+        while True:
+            x, y = self.point(rng)
+            if not shown_popup(self.state):
+                return x, y
+            left, top, width, height = self.state["popUp"]["rect"]
+            if not (left <= x < left + width and top <= y < top + height):
+                return x, y
 
     def middle(self):
         x, y, width, height = canvas(self.state)["rect"]

@@ -1,4 +1,5 @@
 #include "tests/SideBySide.h"
+#include "tests/Timeout.h"
 #include "tests/media/MovieFile.h"
 #include "tests/media/RecordProbe.h"
 #include "tests/media/SoundServer.h"
@@ -12,7 +13,7 @@ namespace
 {
 
 /// One picture.
-constexpr double TOLERANCE = 0.033;
+constexpr double TOLERANCE = 0.033 * SLOWER;
 /// Nobody sees that sound and picture are apart by less.
 constexpr double MOST_LAG = 0.050;
 /// Of a microphone that counts fast, in parts per million.

@@ -2,6 +2,7 @@
 #include "tests/mainwindow/ScreenWatch.h"
 #include "tests/mainwindow/WindowProbe.h"
 
+#include <QElapsedTimer>
 #include <QScreen>
 #include <QtTest>
 
@@ -102,17 +103,21 @@ private:
         return m_window->screen()->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
     }
 
-    /// The screen when that holds and nothing has changed between two looks at it.
+    /// The screen when that holds and nothing has changed for a while: what other programs show
+    /// there may come late.
     template <class Condition>
     QImage settled(const Condition &holds) const
     {
+        constexpr qint64 STILL_MS = 200;
         QImage last;
+        QElapsedTimer still;
         (void)QTest::qWaitFor(
             [&] {
                 const QImage now = shown();
-                const bool still = now == last;
+                if (now != last)
+                    still.start();
                 last = now;
-                return still && holds();
+                return still.elapsed() >= STILL_MS && holds();
             },
             10000);
         return last;

@@ -14,13 +14,12 @@ Outcome killedAfter(const QString &file, int milliseconds)
 {
     RecordProbe probe({file});
     Outcome outcome;
-    outcome.asPlanned = probe.waitFor("first picture");
-    QElapsedTimer recorded;
-    recorded.start();
-    outcome.asPlanned = outcome.asPlanned && probe.waitFor("second 3 ");
+    outcome.asPlanned = probe.waitFor("first picture") && probe.waitFor("second 3 ");
+    QElapsedTimer since;
+    since.start();
     // So that the kills meet different moments between two seconds of the recording.
     QThread::msleep(static_cast<unsigned long>(milliseconds));
-    outcome.seconds = static_cast<double>(recorded.elapsed()) / 1000;
+    outcome.seconds = 3 + static_cast<double>(since.elapsed()) / 1000;
     probe.kill();
     return outcome;
 }

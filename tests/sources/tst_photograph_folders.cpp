@@ -131,7 +131,9 @@ private slots:
         const qint64 waitedNs = processorWaitNs();
         m_source->resumeCapture();
         const qint64 machineMs = (processorWaitNs() - waitedNs) / 1000000;
-        QVERIFY(timer.elapsed() < 1500 * SLOWER + machineMs);
+        const qint64 tookMs = timer.elapsed();
+        qInfo("%lld ms, %lld of them the machine's", tookMs, machineMs);
+        QVERIFY(tookMs < 1500 * SLOWER + machineMs);
         QVERIFY(m_source->refusal() == PictureProblem::NoAnswer);
         QCOMPARE(m_source->photographCount(), 2);
     }

@@ -1,6 +1,5 @@
 #include "tests/fakes/HangingFolder.h"
 
-#include <QByteArray>
 #include <QFile>
 
 #include <atomic>
@@ -27,16 +26,15 @@ std::atomic<bool> active{false};
 /// Guards all the others.
 std::mutex mutex;
 std::condition_variable back;
-QByteArray folder;
 HangingFolder::Calls hanging = HangingFolder::Everything;
 int waitingCalls = 0;
-/// The folder's path once more. It is written before there is one, while `active` is false.
+/// The folder's path. It is written while `active` is false.
 char prefix[PATH_MAX];
 
-/// Whether the path may lie in the folder, without a lock and unseen by sanitizers: while one
+/// Whether the path lies in the folder, without a lock and unseen by sanitizers: while one
 /// reports, it opens the programs and libraries of this process, and neither a lock nor what
 /// is looked at here may make it report again.
-__attribute__((no_sanitize("thread"))) bool mayBeMeant(const char *path)
+__attribute__((no_sanitize("thread"))) bool isBelow(const char *path)
 {
     if (path == nullptr)
         return false;
@@ -50,7 +48,7 @@ __attribute__((no_sanitize("thread"))) bool mayBeMeant(const char *path)
 /// `kind` is what the call does.
 void waitForServer(const char *path, HangingFolder::Calls kind)
 {
-    if (!active || !mayBeMeant(path))
+    if (!active || !isBelow(path))
         return;
     std::unique_lock lock(mutex);
     const auto isMeant = [kind] {
@@ -58,10 +56,7 @@ void waitForServer(const char *path, HangingFolder::Calls kind)
                (hanging == HangingFolder::Everything &&
                 kind != HangingFolder::EverythingAndRemoving);
     };
-    const auto hangs = [&] {
-        return !folder.isEmpty() && isMeant() &&
-               std::strncmp(path, folder.constData(), std::size_t(folder.size())) == 0;
-    };
+    const auto hangs = [&] { return active && isMeant() && isBelow(path); };
     if (!hangs())
         return;
     ++waitingCalls;
@@ -87,8 +82,7 @@ mode_t modeOf(int flags, va_list arguments)
 HangingFolder::HangingFolder(const QString &path, Calls calls)
 {
     const std::lock_guard lock(mutex);
-    folder = QFile::encodeName(path);
-    std::strncpy(prefix, folder.constData(), sizeof prefix - 1);
+    std::strncpy(prefix, QFile::encodeName(path).constData(), sizeof prefix - 1);
     hanging = calls;
     active = true;
 }
@@ -97,7 +91,6 @@ HangingFolder::~HangingFolder()
 {
     const std::lock_guard lock(mutex);
     active = false;
-    folder.clear();
     back.notify_all();
 }
 

@@ -42,6 +42,12 @@ public:
         writer->startSession(START_US);
     }
 
+    /// Until its folder is held and its file could be made.
+    void waitUntilBegun() const
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(writer->progress().freeBytes >= 0, TIMEOUT_MS);
+    }
+
     void appendSound(int number)
     {
         const std::vector<std::int16_t> sound(1470, 1000);

@@ -225,7 +225,7 @@ private slots:
         const QString file = m_folder.filePath("empty.mov");
         {
             WrittenMovie movie(file);
-            QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().freeBytes >= 0, TIMEOUT_MS);
+            movie.waitUntilBegun();
         }
         WrittenMovie::waitUntilCompleted();
         QVERIFY(!QFile::exists(file));
@@ -243,7 +243,7 @@ private slots:
     {
         const QString file = m_folder.filePath("soon.mov");
         WrittenMovie movie(file);
-        QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().freeBytes >= 0, TIMEOUT_MS);
+        movie.waitUntilBegun();
         // Longer than from one save to the next.
         constexpr int SOUND_ALONE_MS = 1200;
         QElapsedTimer time;
@@ -273,7 +273,7 @@ private slots:
         const QByteArray earlier = contentOfMovie(file);
         {
             WrittenMovie movie(file);
-            QTRY_VERIFY_WITH_TIMEOUT(movie.writer->progress().freeBytes >= 0, TIMEOUT_MS);
+            movie.waitUntilBegun();
         }
         WrittenMovie::waitUntilCompleted();
         QVERIFY(!earlier.isEmpty());
@@ -322,7 +322,8 @@ private slots:
         WrittenMovie movie(m_folder.filePath("vanishing/movie.mov"));
         for (int n = 0; n < 10; ++n)
             movie.append(n);
-        // The movie is being begun: a file may come between the list of the folder and its end.
+        movie.waitUntilBegun();
+        // A file may come between the list of the folder and its end.
         QTRY_VERIFY_WITH_TIMEOUT(QDir(m_folder.filePath("vanishing")).removeRecursively(),
                                  TIMEOUT_MS);
         QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, TIMEOUT_MS);
@@ -337,6 +338,7 @@ private slots:
         WrittenMovie movie(m_folder.filePath("before/movie.mov"));
         for (int n = 0; n < 30; ++n)
             movie.append(n);
+        movie.waitUntilBegun();
         QVERIFY(QDir(m_folder.path()).rename("before", "after"));
         QTRY_COMPARE_WITH_TIMEOUT(movie.writer->status(), MovieWriter::Status::Failed, TIMEOUT_MS);
         movie.finish();

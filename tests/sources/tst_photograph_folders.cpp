@@ -84,8 +84,8 @@ private slots:
         QVERIFY(m_source->setDirectory(dir(), "a.png"));
         QVERIFY(QFile::remove(dir().filePath("b.png")));
         QTRY_VERIFY((writePicture("c.png", 4), m_source->photographCount() == 3));
-        m_source->next();
-        QVERIFY(m_receiver.pictures.last().isNull());
+        // One that was being read when its file went is shown once more.
+        QTRY_VERIFY((m_source->selectPhotograph(1), m_receiver.pictures.last().isNull()));
         QVERIFY(m_source->problem() == PictureProblem::Gone);
     }
 
@@ -111,7 +111,9 @@ private slots:
         QVERIFY(m_receiver.pictures.last().isNull());
         QVERIFY(m_source->problem() == PictureProblem::NoAnswer);
         m_source->previous();
-        QCOMPARE(shownWidth(), 1);
+        // It comes later where a machine is too busy to read it within the short wait after the
+        // silence.
+        QTRY_COMPARE(shownWidth(), 1);
         m_source->next();
         QVERIFY(m_source->problem() == PictureProblem::NoAnswer);
         hanging.reset();
@@ -123,9 +125,13 @@ private slots:
     {
         fill({"a.png", "b.png"});
         QVERIFY(m_source->setDirectory(dir(), "a.png"));
-        const HangingFolder hanging(dir().path());
-        // The kept picture is shown all the same.
+        // Both are kept now. One that was being read could still come after the drive fell silent,
+        // which then would count as an answer.
         m_source->next();
+        m_source->previous();
+        const HangingFolder hanging(dir().path());
+        m_source->next();
+        QCOMPARE(shownWidth(), 2);
         QElapsedTimer timer;
         timer.start();
         const qint64 waitedNs = processorWaitNs();

@@ -1,6 +1,8 @@
 #include "tests/TestProgram.h"
+#include "tests/Timeout.h"
 #include "tests/mainwindow/ScreenWatch.h"
 #include "tests/mainwindow/WindowProbe.h"
+#include "widgets/ImageButton.h"
 
 #include <QElapsedTimer>
 #include <QScreen>
@@ -46,6 +48,8 @@ private slots:
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         enter(*m_window, Modes::DrawingBoard);
+        // That there is no camera is said after a while, and would change what is on the screen.
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->button(Command::More)->isMarked(), TIMEOUT_MS);
     }
     void cleanupTestCase() { m_window.reset(); }
 

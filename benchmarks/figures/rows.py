@@ -170,7 +170,7 @@ ROWS = [
     drawing("move of a line over most of it", "largeShapeMove/mode:2/filled:0", "tiles that are drawn anew"),
     drawing("move of an arrow over most of it", "largeShapeMove/mode:3/filled:0", "tiles that are drawn anew"),
     drawing("move of a filled rectangle over most of it", "largeShapeMove/mode:4/filled:1", "memory of those tiles"),
-    Row("Drawing", "a line, by the picture's width", "the layer leaves the cache", {
+    Row("Drawing", "a line, by the picture's width", "the layer leaves the cache; 400 smooth pixels take 2.7 times what hard ones would", {
         width: ("drawing", f"lineByPictureAndLength/width:{width}/length:100", "copyLayer")
         for width in ("640", "1280", "1920", "3840")}, beside="a copy of the layer"),
     drawing("undo and redo of a small shape", "undoAndRedo/stroke", "exchanging its pixels"),

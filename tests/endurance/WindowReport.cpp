@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QCryptographicHash>
 #include <QEvent>
+#include <QTextCursor>
 #include <QTextEdit>
 #include <QTimerEvent>
 
@@ -46,6 +47,13 @@ QString fingerprint(const QImage &image)
         hash.addData(reinterpret_cast<const char *>(image.constScanLine(y)),
                      image.width() * image.depth() / 8);
     return QString::fromLatin1(hash.result().toHex());
+}
+
+/// What of a text is marked: where it begins and where it has ended, the caret twice if nothing is.
+QJsonArray marked(const QTextEdit &editor)
+{
+    const QTextCursor cursor = editor.textCursor();
+    return {cursor.selectionStart(), cursor.selectionEnd()};
 }
 
 QJsonObject camera(const LiveSource &source)
@@ -161,6 +169,7 @@ QJsonObject WindowReport::canvas(const MainWindow &window, int mode, bool withPi
                       {"rect", WidgetReport::place(*canvas)},
                       {"writes", writes},
                       {"text", writes ? editor->toPlainText() : QString()},
+                      {"marked", writes ? marked(*editor) : QJsonArray()},
                       {"fontSize", canvas->fontSize()},
                       {"textColor", canvas->textColor().name()},
                       {"snapshotFailed", canvas->lastSnapshotFailure().has_value()},

@@ -57,10 +57,13 @@ class Drawing:
         elif shown_popup(before):
             raise Impossible("a pop-up is open")
         text = "".join(rng.choice(string.ascii_letters + "    .,") for _ in range(rng.randint(1, 8)))
-        old = canvas(self.look())["text"]
+        open_text = canvas(self.look())
+        first, after = open_text["marked"]
+        # What is marked, as by a drag, is typed over.
+        expected = open_text["text"][:first] + text + open_text["text"][after:]
         self.note(text)
         self.desk.type(text)
-        self.await_("what was typed is there", lambda s: len(canvas(s)["text"]) == len(old) + len(text))
+        self.await_("what was typed is there: " + expected, lambda s: canvas(s)["text"] == expected)
         self.finish([], before, {"tool", "writes", "text", "undo", "redo"})
 
     def write_and_leave(self, rng):

@@ -77,11 +77,14 @@ void TextAnnotation::paint(QPainter *painter) const
 {
     if (!isOpen())
         return;
+    const QPoint scrolled(m_editor->horizontalScrollBar()->value(),
+                          m_editor->verticalScrollBar()->value());
     painter->save();
     painter->setClipRect(m_editor->geometry(), Qt::IntersectClip);
-    painter->translate(m_editor->pos() - QPoint(m_editor->horizontalScrollBar()->value(),
-                                                m_editor->verticalScrollBar()->value()));
+    painter->translate(m_editor->pos() - scrolled);
     QAbstractTextDocumentLayout::PaintContext context;
+    // This is painted with every frame, and what is pasted may be a book.
+    context.clip = QRectF(scrolled, m_editor->size());
     context.palette.setColor(QPalette::Text, m_color);
     document().documentLayout()->draw(painter, context);
     painter->restore();

@@ -1,5 +1,6 @@
 #include "canvas/TextEditor.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QGlyphRun>
 #include <QKeyEvent>
 #include <QPainter>
@@ -7,8 +8,10 @@
 #include <QRawFont>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextFrame>
 #include <QTextLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -38,21 +41,62 @@ QColor haloFor(const QColor &ink)
     return luminance(ink) > EQUAL_CONTRAST ? Qt::black : Qt::white;
 }
 
-/// The letters of a fragment, in the coordinates of the document.
-QPainterPath lettersOf(const QTextBlock &block, const QTextFragment &fragment)
+/// Whether some of a place's height is shared, a halo included.
+bool meets(const QRectF &place, const QRectF &seen)
+{
+    return place.top() - HALO < seen.bottom() && place.bottom() + HALO > seen.top();
+}
+
+/// The letters of a fragment that stand in a line of its block, in the coordinates of the block.
+QPainterPath lettersOf(const QTextBlock &block, const QTextLine &line,
+                       const QTextFragment &fragment)
 {
     QPainterPath letters;
     letters.setFillRule(Qt::WindingFill);
-    const QPointF corner = block.layout()->position();
-    const QList<QGlyphRun> runs =
-        block.layout()->glyphRuns(fragment.position() - block.position(), fragment.length());
+    const int start = fragment.position() - block.position();
+    const int first = std::max(start, line.textStart());
+    const int after = std::min(start + fragment.length(), line.textStart() + line.textLength());
+    if (first >= after)
+        return letters;
+    const QList<QGlyphRun> runs = line.glyphRuns(first, after - first);
     for (const QGlyphRun &run : runs) {
         const QVector<quint32> glyphs = run.glyphIndexes();
         const QVector<QPointF> places = run.positions();
         for (int i = 0; i < glyphs.size(); ++i)
-            letters.addPath(run.rawFont().pathForGlyph(glyphs[i]).translated(corner + places[i]));
+            letters.addPath(run.rawFont().pathForGlyph(glyphs[i]).translated(places[i]));
     }
     return letters;
+}
+
+void paintHalo(QPainter *painter, const QTextBlock &block, const QTextLine &line)
+{
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+        const QColor ink = it.fragment().charFormat().foreground().color();
+        painter->strokePath(
+            lettersOf(block, line, it.fragment()),
+            QPen(haloFor(ink), 2.0 * HALO, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    }
+}
+
+/// Of what is seen alone: what is pasted may be a book, and no key may take longer for it.
+void paintHalo(QPainter *painter, const QTextDocument &document, const QRectF &seen)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        // Within a table a block's own layout knows the place in the cell only.
+        const QRectF place = document.documentLayout()->blockBoundingRect(block);
+        const bool inTable = document.frameAt(block.position()) != document.rootFrame();
+        if (place.top() - HALO >= seen.bottom() && !inTable)
+            break;
+        if (!meets(place, seen))
+            continue;
+        painter->translate(place.topLeft());
+        for (int i = 0; i < block.layout()->lineCount(); ++i) {
+            const QTextLine line = block.layout()->lineAt(i);
+            if (meets(line.rect().translated(place.topLeft()), seen))
+                paintHalo(painter, block, line);
+        }
+        painter->translate(-place.topLeft());
+    }
 }
 
 } // namespace
@@ -112,15 +156,9 @@ QPixmap TextEditor::paintedHalo() const
     painter.setRenderHint(QPainter::Antialiasing);
     // A painter would leave out a ratio below 1, which small screens have.
     painter.scale(ratio, ratio);
-    painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
-    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QColor ink = it.fragment().charFormat().foreground().color();
-            painter.strokePath(
-                lettersOf(block, it.fragment()),
-                QPen(haloFor(ink), 2.0 * HALO, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        }
-    }
+    const QPointF scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    painter.translate(-scrolled);
+    paintHalo(&painter, *document(), QRectF(scrolled, viewport()->size()));
     painter.end();
     halo.setDevicePixelRatio(ratio);
     return halo;

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QScrollBar>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QVector>
@@ -16,6 +17,7 @@ inline QImage letters(const QTextEdit &editor)
     QImage image(editor.size(), QImage::Format_ARGB32);
     image.fill(Qt::transparent);
     QPainter painter(&image);
+    painter.translate(-editor.horizontalScrollBar()->value(), -editor.verticalScrollBar()->value());
     editor.document()->drawContents(&painter);
     return image;
 }

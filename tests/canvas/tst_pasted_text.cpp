@@ -1,0 +1,169 @@
+#include "tests/TestProgram.h"
+#include "tests/canvas/CanvasMouse.h"
+#include "tests/canvas/CanvasText.h"
+#include "tests/canvas/TypedText.h"
+
+#include <QtTest>
+
+#include <QClipboard>
+#include <QMimeData>
+#include <QScrollBar>
+
+#include <algorithm>
+
+#include <time.h>
+
+using namespace CanvasText;
+
+namespace
+{
+
+/// Seconds of the processor that this thread has had.
+double processorTime()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
+QTextEdit &openEditor(ImageCanvas &canvas)
+{
+    CanvasMouse::press(canvas, {50, 60});
+    CanvasMouse::release(canvas, {50, 60});
+    return editorOf(canvas);
+}
+
+void paste(QTextEdit &editor, const QString &html)
+{
+    auto *data = new QMimeData;
+    data->setHtml(html);
+    QGuiApplication::clipboard()->setMimeData(data);
+    editor.paste();
+}
+
+QString lines(int count)
+{
+    QString text;
+    for (int i = 0; i < count; ++i)
+        text += QString("line %1 of a text\n").arg(i);
+    return text;
+}
+
+/// How many pixels beside white letters are too bright for them to be read, away from the editor's
+/// edge.
+int tooBright(const QImage &shown, const QTextEdit &editor, int *looked)
+{
+    const QImage letters = TypedText::letters(editor);
+    const QRect place = editor.viewport()->rect().adjusted(4, 4, -4, -4);
+    int found = 0;
+    for (const QPoint &pixel : TypedText::pixelsAround(letters)) {
+        if (!place.contains(pixel))
+            continue;
+        ++*looked;
+        // White on this gray has a contrast of 4.5.
+        found += qGray(shown.pixel(pixel)) > 118 ? 1 : 0;
+    }
+    return found;
+}
+
+} // namespace
+
+/// What is pasted into a text: long ones, and such with formats of their own.
+class PastedTextTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aKeyTakesNoLongerForALongText_data()
+    {
+        QTest::addColumn<QString>("end");
+        QTest::newRow("lines") << QString("\n");
+        QTest::newRow("one paragraph") << QString(" ");
+    }
+
+    void aKeyTakesNoLongerForALongText()
+    {
+        QFETCH(QString, end);
+        const auto timeOfAKey = [&end](int sentences) {
+            const auto canvas = textCanvas();
+            QTextEdit &editor = openEditor(*canvas);
+            editor.insertPlainText((QString("a sentence of a text") + end).repeated(sentences));
+            canvas->grab();
+            double shortest = 1e9;
+            for (int i = 0; i < 3; ++i) {
+                QTest::keyClick(&editor, Qt::Key_X);
+                const double before = processorTime();
+                canvas->grab();
+                shortest = std::min(shortest, processorTime() - before);
+            }
+            return shortest;
+        };
+        const double ofAFew = timeOfAKey(30);
+        const double ofMany = timeOfAKey(1000);
+        QVERIFY2(
+            ofMany < 4.0 * ofAFew,
+            qPrintable(
+                QString("%1 ms, %2 ms of a short text").arg(ofMany * 1000.0).arg(ofAFew * 1000.0)));
+    }
+
+    void theWindowForTheClassTakesNoLongerForALongText()
+    {
+        const auto timeOfAPainting = [](int sentences) {
+            const auto canvas = textCanvas();
+            QTextEdit &editor = openEditor(*canvas);
+            editor.insertPlainText(lines(sentences));
+            QImage screen(PAGE, QImage::Format_RGB32);
+            QPainter painter(&screen);
+            double shortest = 1e9;
+            for (int i = 0; i < 3; ++i) {
+                const double before = processorTime();
+                canvas->paintTypedText(&painter);
+                shortest = std::min(shortest, processorTime() - before);
+            }
+            return shortest;
+        };
+        const double ofAFew = timeOfAPainting(30);
+        const double ofMany = timeOfAPainting(10000);
+        QVERIFY2(
+            ofMany < 4.0 * ofAFew,
+            qPrintable(
+                QString("%1 ms, %2 ms of a short text").arg(ofMany * 1000.0).arg(ofAFew * 1000.0)));
+    }
+
+    void everyLineCanBeReadWhereverALongTextIsScrolled()
+    {
+        const auto canvas = textCanvas();
+        canvas->imageCaptured(page());
+        canvas->setTextColor(Qt::white);
+        QTextEdit &editor = openEditor(*canvas);
+        editor.insertPlainText(lines(40));
+        editor.clearFocus();
+        QScrollBar *bar = editor.verticalScrollBar();
+        QVERIFY(bar->maximum() > 400);
+        for (const int place : {0, 7, 20, 333, bar->maximum() - 5, bar->maximum()}) {
+            bar->setValue(place);
+            const QImage shown = canvas->grab(editor.geometry()).toImage();
+            int looked = 0;
+            QCOMPARE(tooBright(shown, editor, &looked), 0);
+            QVERIFY(looked > 1000);
+        }
+    }
+
+    void theLettersOfAPastedTableCanBeRead()
+    {
+        const auto canvas = textCanvas();
+        canvas->setTextColor(Qt::white);
+        QTextEdit &editor = openEditor(*canvas);
+        paste(editor, "<table border=0 cellpadding=12 style=\"color: "
+                      "#ffffff\"><tr><td>one</td><td>two</td></tr>"
+                      "<tr><td>three</td><td>four</td></tr></table>");
+        editor.clearFocus();
+        const QImage shown = canvas->grab(editor.geometry()).toImage();
+        int looked = 0;
+        QCOMPARE(tooBright(shown, editor, &looked), 0);
+        QVERIFY(looked > 100);
+    }
+};
+
+REGISTER_TEST(PastedTextTest)
+#include "tst_pasted_text.moc"

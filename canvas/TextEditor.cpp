@@ -3,13 +3,16 @@
 #include <QAbstractTextDocumentLayout>
 #include <QGlyphRun>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRawFont>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextFrame>
 #include <QTextLayout>
+#include <QVector>
 
 #include <algorithm>
 #include <cmath>
@@ -99,6 +102,28 @@ void paintHalo(QPainter *painter, const QTextDocument &document, const QRectF &s
     }
 }
 
+/// From where to where in a document, the end left out.
+struct Span {
+    int start;
+    int end;
+};
+
+/// The parts of a span that have no colour of their own.
+QVector<Span> partsWithoutInk(const QTextDocument &document, Span span)
+{
+    QVector<Span> parts;
+    for (QTextBlock block = document.findBlock(span.start);
+         block.isValid() && block.position() < span.end; block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const int start = it.fragment().position();
+            if (!it.fragment().charFormat().hasProperty(QTextFormat::ForegroundBrush))
+                parts.append({std::max(start, span.start),
+                              std::min(start + it.fragment().length(), span.end)});
+        }
+    }
+    return parts;
+}
+
 } // namespace
 
 TextEditor::TextEditor(QWidget *parent)
@@ -117,6 +142,26 @@ void TextEditor::keyPressEvent(QKeyEvent *event)
         return;
     }
     QTextEdit::keyPressEvent(event);
+}
+
+void TextEditor::insertFromMimeData(const QMimeData *source)
+{
+    QTextCharFormat ink;
+    ink.setForeground(textCursor().charFormat().foreground());
+    const int start = textCursor().selectionStart();
+    QTextEdit::insertFromMimeData(source);
+    const QVector<Span> parts = partsWithoutInk(*document(), {start, textCursor().position()});
+    if (parts.isEmpty())
+        return;
+    QTextCursor cursor(document());
+    // One step of undo takes it all away.
+    cursor.joinPreviousEditBlock();
+    for (const Span &part : parts) {
+        cursor.setPosition(part.start);
+        cursor.setPosition(part.end, QTextCursor::KeepAnchor);
+        cursor.mergeCharFormat(ink);
+    }
+    cursor.endEditBlock();
 }
 
 void TextEditor::paintEvent(QPaintEvent *event)

@@ -20,6 +20,8 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    /// What has no colour of its own gets that of what is written there.
+    void insertFromMimeData(const QMimeData *source) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;

@@ -74,6 +74,8 @@ class PastedTextTest : public QObject
     Q_OBJECT
 
 private slots:
+    void cleanup() { QApplication::setPalette(QPalette()); }
+
     void aKeyTakesNoLongerForALongText_data()
     {
         QTest::addColumn<QString>("end");
@@ -162,6 +164,66 @@ private slots:
         int looked = 0;
         QCOMPARE(tooBright(shown, editor, &looked), 0);
         QVERIFY(looked > 100);
+    }
+
+    void whatIsPastedWithoutAColourHasTheInkOfTheTool()
+    {
+        // On a dark desktop such a text was white while it was open and black in the drawing.
+        QPalette dark(0x202326, 0x202326);
+        dark.setColor(QPalette::Text, Qt::white);
+        QApplication::setPalette(dark);
+        const auto canvas = textCanvas();
+        canvas->setTextColor(Qt::red);
+        QTextEdit &editor = openEditor(*canvas);
+        QTest::keyClicks(&editor, "ab");
+        paste(editor, "<b>bold</b> and <span style=\"color: #0000ff\">blue</span><p>more</p>");
+        QCOMPARE(editor.toPlainText(), QString("abbold and blue\nmore"));
+        const auto formatAt = [&editor](int position) {
+            QTextCursor cursor(editor.document());
+            cursor.setPosition(position + 1);
+            return cursor.charFormat();
+        };
+        for (const int red : {0, 2, 7, 16, 19})
+            QCOMPARE(formatAt(red).foreground().color(), QColor(Qt::red));
+        QCOMPARE(formatAt(12).foreground().color(), QColor(Qt::blue));
+        QVERIFY(formatAt(2).fontWeight() > QFont::Normal);
+        // What was pasted goes in one step.
+        editor.undo();
+        QCOMPARE(editor.toPlainText(), QString("ab"));
+    }
+
+    void whatIsPastedFirstHasTheInkOfTheTool()
+    {
+        const auto canvas = textCanvas();
+        canvas->setTextColor(Qt::red);
+        QTextEdit &editor = openEditor(*canvas);
+        paste(editor, QString("<p>a sentence of a text</p>").repeated(2000));
+        QTextCursor cursor(editor.document());
+        for (const int place : {1, 20, 40000, editor.document()->characterCount() - 1}) {
+            cursor.setPosition(place);
+            QCOMPARE(cursor.charFormat().foreground().color(), QColor(Qt::red));
+        }
+    }
+
+    void whatIsPastedOverAMarkedTextHasTheInkOfTheTool()
+    {
+        const auto canvas = textCanvas();
+        canvas->setTextColor(Qt::red);
+        QTextEdit &editor = openEditor(*canvas);
+        QTest::keyClicks(&editor, "abcd");
+        QTextCursor cursor = editor.textCursor();
+        // From behind: the caret stands before what is marked.
+        cursor.setPosition(3);
+        cursor.setPosition(1, QTextCursor::KeepAnchor);
+        editor.setTextCursor(cursor);
+        paste(editor, "<i>x</i>");
+        QCOMPARE(editor.toPlainText(), QString("axd"));
+        cursor.setPosition(2);
+        QCOMPARE(cursor.charFormat().foreground().color(), QColor(Qt::red));
+        // And what is typed next.
+        QTest::keyClick(&editor, Qt::Key_Y);
+        cursor.setPosition(3);
+        QCOMPARE(cursor.charFormat().foreground().color(), QColor(Qt::red));
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QGlyphRun>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
@@ -50,18 +51,61 @@ bool meets(const QRectF &place, const QRectF &seen)
     return place.top() - HALO < seen.bottom() && place.bottom() + HALO > seen.top();
 }
 
-/// The letters of a fragment that stand in a line of its block, in the coordinates of the block.
-QPainterPath lettersOf(const QTextBlock &block, const QTextLine &line,
-                       const QTextFragment &fragment)
+/// From where to where in a text, the end left out.
+struct Span {
+    int start;
+    int end;
+};
+
+Span shared(const Span &a, const Span &b)
+{
+    return {std::max(a.start, b.start), std::min(a.end, b.end)};
+}
+
+/// Letters of one colour, counted in the text of their block as it is laid out: with what an input
+/// method composes.
+struct InkedSpan {
+    Span span;
+    QColor ink;
+};
+
+QColor inkOf(const QTextCharFormat &format, const QColor &usual)
+{
+    return format.hasProperty(QTextFormat::ForegroundBrush) ? format.foreground().color() : usual;
+}
+
+/// All letters of a block; `usual` is the colour of those that have none.
+QVector<InkedSpan> inkedSpans(const QTextBlock &block, const QColor &usual)
+{
+    const QTextLayout &layout = *block.layout();
+    const int composedAt = layout.preeditAreaPosition();
+    const int composed = layout.preeditAreaText().size();
+    QVector<InkedSpan> spans;
+    // What is composed has the format of the letter before it, unless the input method says more.
+    QColor ink = inkOf(block.charFormat(), usual);
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+        const int start = it.fragment().position() - block.position();
+        const int end = start + it.fragment().length();
+        const QColor own = inkOf(it.fragment().charFormat(), usual);
+        if (composed > 0 && start < composedAt)
+            ink = own;
+        spans.append({{start, composed > 0 ? std::min(end, composedAt) : end}, own});
+        if (composed > 0)
+            spans.append({{std::max(start, composedAt) + composed, end + composed}, own});
+    }
+    if (composed > 0)
+        spans.append({{composedAt, composedAt + composed}, ink});
+    for (const QTextLayout::FormatRange &range : layout.formats())
+        spans.append({{range.start, range.start + range.length}, inkOf(range.format, ink)});
+    return spans;
+}
+
+/// The letters of a span of a line, in the coordinates of the block.
+QPainterPath lettersOf(const QTextLine &line, const Span &span)
 {
     QPainterPath letters;
     letters.setFillRule(Qt::WindingFill);
-    const int start = fragment.position() - block.position();
-    const int first = std::max(start, line.textStart());
-    const int after = std::min(start + fragment.length(), line.textStart() + line.textLength());
-    if (first >= after)
-        return letters;
-    const QList<QGlyphRun> runs = line.glyphRuns(first, after - first);
+    const QList<QGlyphRun> runs = line.glyphRuns(span.start, span.end - span.start);
     for (const QGlyphRun &run : runs) {
         const QVector<quint32> glyphs = run.glyphIndexes();
         const QVector<QPointF> places = run.positions();
@@ -71,18 +115,21 @@ QPainterPath lettersOf(const QTextBlock &block, const QTextLine &line,
     return letters;
 }
 
-void paintHalo(QPainter *painter, const QTextBlock &block, const QTextLine &line)
+void paintHalo(QPainter *painter, const QTextLine &line, const QVector<InkedSpan> &spans)
 {
-    for (auto it = block.begin(); !it.atEnd(); ++it) {
-        const QColor ink = it.fragment().charFormat().foreground().color();
-        painter->strokePath(
-            lettersOf(block, line, it.fragment()),
-            QPen(haloFor(ink), 2.0 * HALO, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const Span whole{line.textStart(), line.textStart() + line.textLength()};
+    for (const InkedSpan &each : spans) {
+        const Span span = shared(each.span, whole);
+        if (span.start < span.end)
+            painter->strokePath(
+                lettersOf(line, span),
+                QPen(haloFor(each.ink), 2.0 * HALO, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     }
 }
 
 /// Of what is seen alone: what is pasted may be a book, and no key may take longer for it.
-void paintHalo(QPainter *painter, const QTextDocument &document, const QRectF &seen)
+void paintHalo(QPainter *painter, const QTextDocument &document, const QRectF &seen,
+               const QColor &usual)
 {
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         // Within a table a block's own layout knows the place in the cell only.
@@ -92,21 +139,16 @@ void paintHalo(QPainter *painter, const QTextDocument &document, const QRectF &s
             break;
         if (!meets(place, seen))
             continue;
+        const QVector<InkedSpan> spans = inkedSpans(block, usual);
         painter->translate(place.topLeft());
         for (int i = 0; i < block.layout()->lineCount(); ++i) {
             const QTextLine line = block.layout()->lineAt(i);
             if (meets(line.rect().translated(place.topLeft()), seen))
-                paintHalo(painter, block, line);
+                paintHalo(painter, line, spans);
         }
         painter->translate(-place.topLeft());
     }
 }
-
-/// From where to where in a document, the end left out.
-struct Span {
-    int start;
-    int end;
-};
 
 /// The parts of a span that have no colour of their own.
 QVector<Span> partsWithoutInk(const QTextDocument &document, Span span)
@@ -142,6 +184,24 @@ void TextEditor::keyPressEvent(QKeyEvent *event)
         return;
     }
     QTextEdit::keyPressEvent(event);
+}
+
+void TextEditor::inputMethodEvent(QInputMethodEvent *event)
+{
+    QList<QInputMethodEvent::Attribute> attributes = event->attributes();
+    const bool hasFormat =
+        std::any_of(attributes.cbegin(), attributes.cend(),
+                    [](const auto &each) { return each.type == QInputMethodEvent::TextFormat; });
+    // Without one the first letters of a text would be composed in the desktop's font and colour.
+    if (!hasFormat && !event->preeditString().isEmpty())
+        attributes.append({QInputMethodEvent::TextFormat, 0, event->preeditString().size(),
+                           textCursor().charFormat()});
+    QInputMethodEvent formatted(event->preeditString(), attributes);
+    formatted.setCommitString(event->commitString(), event->replacementStart(),
+                              event->replacementLength());
+    QTextEdit::inputMethodEvent(&formatted);
+    event->setAccepted(formatted.isAccepted());
+    m_halo = QPixmap();
 }
 
 void TextEditor::insertFromMimeData(const QMimeData *source)
@@ -203,7 +263,8 @@ QPixmap TextEditor::paintedHalo() const
     painter.scale(ratio, ratio);
     const QPointF scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
     painter.translate(-scrolled);
-    paintHalo(&painter, *document(), QRectF(scrolled, viewport()->size()));
+    paintHalo(&painter, *document(), QRectF(scrolled, viewport()->size()),
+              palette().color(QPalette::Text));
     painter.end();
     halo.setDevicePixelRatio(ratio);
     return halo;

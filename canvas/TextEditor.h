@@ -20,6 +20,7 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     /// What has no colour of its own gets that of what is written there.
     void insertFromMimeData(const QMimeData *source) override;
     void paintEvent(QPaintEvent *event) override;
@@ -30,6 +31,7 @@ private:
     [[nodiscard]] QPixmap paintedHalo() const;
     void paintCaretGround(QPainter &painter) const;
 
-    /// Null when the text, the size or the place in a long text has changed since it was painted.
+    /// Null when the text, what an input method composes, the size or the place in a long text has
+    /// changed since it was painted.
     QPixmap m_halo;
 };

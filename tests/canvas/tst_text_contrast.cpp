@@ -53,6 +53,8 @@ private slots:
     void theTextBeingTypedCanBeRead_data();
     void theTextBeingTypedCanBeRead();
     void eachInkOfALineCanBeRead();
+    void whatAnInputMethodComposesCanBeRead_data();
+    void whatAnInputMethodComposesCanBeRead();
     void theCaretIsSeenOnEveryPicture_data();
     void theCaretIsSeenOnEveryPicture();
     void cleanup() { QApplication::setPalette(QPalette()); }
@@ -128,6 +130,66 @@ void TextContrastTest::eachInkOfALineCanBeRead()
         blacks += color == QColor(Qt::black) ? 1 : 0;
     }
     QVERIFY2(whites > 30 && blacks > 30, qPrintable(QString("%1 %2").arg(whites).arg(blacks)));
+}
+
+void TextContrastTest::whatAnInputMethodComposesCanBeRead_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::newRow("alone") << ""
+                           << "";
+    QTest::newRow("behind a text") << "Math "
+                                   << "";
+    QTest::newRow("within a text") << "Ma"
+                                   << "th";
+}
+
+void TextContrastTest::whatAnInputMethodComposesCanBeRead()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    ImageCanvas canvas;
+    canvas.resize(640, 480);
+    canvas.show();
+    QApplication::setActiveWindow(&canvas);
+    QVERIFY(QTest::qWaitForWindowActive(&canvas));
+    fill(canvas, Qt::white);
+    canvas.setTextColor(Qt::white);
+    canvas.setMouseMode(ImageCanvas::Text);
+    QTest::mouseClick(&canvas, Qt::LeftButton, {}, {100, 100});
+    auto *editor = canvas.findChild<QTextEdit *>();
+    QTest::keyClicks(editor, before + after);
+    for (int i = 0; i < after.size(); ++i)
+        QTest::keyClick(editor, Qt::Key_Left);
+    // The text is painted once before the input method begins.
+    canvas.grab();
+    // Two letters that are composed, and two more in the next moment.
+    for (const QString composed : {"WM", "WMWM"}) {
+        QInputMethodEvent composing(composed, {});
+        QCoreApplication::sendEvent(editor, &composing);
+        ImageCanvas written;
+        written.resize(640, 480);
+        written.show();
+        fill(written, Qt::white);
+        written.setTextColor(Qt::white);
+        written.setMouseMode(ImageCanvas::Text);
+        QTest::mouseClick(&written, Qt::LeftButton, {}, {100, 100});
+        auto *whole = written.findChild<QTextEdit *>();
+        whole->insertPlainText(before + composed + after);
+        whole->clearFocus();
+        int unread = 0;
+        int looked = 0;
+        const QRect caret = editor->cursorRect().adjusted(-2, -2, 2, 2);
+        const QImage shown = canvas.grab(editor->geometry()).toImage();
+        for (const QPoint &pixel : TypedText::pixelsAround(TypedText::letters(*whole))) {
+            if (caret.contains(pixel))
+                continue;
+            ++looked;
+            unread += contrast(shown.pixelColor(pixel), Qt::white) >= 4.5 ? 0 : 1;
+        }
+        QVERIFY(looked > 50);
+        QVERIFY2(unread == 0, qPrintable(QString("%1 of %2").arg(unread).arg(looked)));
+    }
 }
 
 void TextContrastTest::theCaretIsSeenOnEveryPicture_data()

@@ -180,10 +180,12 @@ private slots:
         QVERIFY(!recording.lastMovie());
         record()->click();
         QVERIFY(!status->isVisible());
-        const auto last = recording.lastMovie();
-        QVERIFY(last);
-        QCOMPARE(last->fileName, m_folder->filePath(movies().first()));
-        QVERIFY(last->lengthUs > 0 && last->bytes > 50000);
+        QVERIFY(recording.lastMovie());
+        QCOMPARE(recording.lastMovie()->fileName, m_folder->filePath(movies().first()));
+        // It is completed on a thread of its own.
+        QTRY_VERIFY_WITH_TIMEOUT(recording.lastMovie()->lengthUs > 0 &&
+                                     recording.lastMovie()->bytes > 50000,
+                                 TIMEOUT_MS);
         m_window->button(Command::More)->click();
         auto *more = qobject_cast<MoreToolWindow *>(m_window->currentToolWindow());
         QVERIFY(more);

@@ -45,7 +45,7 @@ QColor haloFor(const QColor &ink)
     return luminance(ink) > EQUAL_CONTRAST ? Qt::black : Qt::white;
 }
 
-/// Whether some of a place's height is shared, a halo included.
+/// Whether some of a place's height is seen, a halo included.
 bool meets(const QRectF &place, const QRectF &seen)
 {
     return place.top() - HALO < seen.bottom() && place.bottom() + HALO > seen.top();
@@ -78,8 +78,9 @@ QColor inkOf(const QTextCharFormat &format, const QColor &usual)
 QVector<InkedSpan> inkedSpans(const QTextBlock &block, const QColor &usual)
 {
     const QTextLayout &layout = *block.layout();
-    const int composedAt = layout.preeditAreaPosition();
     const int composed = layout.preeditAreaText().size();
+    // Nothing that is composed counts as an empty part at the end.
+    const int composedAt = composed > 0 ? layout.preeditAreaPosition() : block.length();
     QVector<InkedSpan> spans;
     // What is composed has the format of the letter before it, unless the input method says more.
     QColor ink = inkOf(block.charFormat(), usual);
@@ -87,14 +88,12 @@ QVector<InkedSpan> inkedSpans(const QTextBlock &block, const QColor &usual)
         const int start = it.fragment().position() - block.position();
         const int end = start + it.fragment().length();
         const QColor own = inkOf(it.fragment().charFormat(), usual);
-        if (composed > 0 && start < composedAt)
+        if (start < composedAt)
             ink = own;
-        spans.append({{start, composed > 0 ? std::min(end, composedAt) : end}, own});
-        if (composed > 0)
-            spans.append({{std::max(start, composedAt) + composed, end + composed}, own});
+        spans.append({{start, std::min(end, composedAt)}, own});
+        spans.append({{std::max(start, composedAt) + composed, end + composed}, own});
     }
-    if (composed > 0)
-        spans.append({{composedAt, composedAt + composed}, ink});
+    spans.append({{composedAt, composedAt + composed}, ink});
     for (const QTextLayout::FormatRange &range : layout.formats())
         spans.append({{range.start, range.start + range.length}, inkOf(range.format, ink)});
     return spans;
@@ -134,8 +133,8 @@ void paintHalo(QPainter *painter, const QTextDocument &document, const QRectF &s
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         // Within a table a block's own layout knows the place in the cell only.
         const QRectF place = document.documentLayout()->blockBoundingRect(block);
-        const bool inTable = document.frameAt(block.position()) != document.rootFrame();
-        if (place.top() - HALO >= seen.bottom() && !inTable)
+        if (place.top() - HALO >= seen.bottom() &&
+            document.frameAt(block.position()) == document.rootFrame())
             break;
         if (!meets(place, seen))
             continue;
@@ -158,9 +157,10 @@ QVector<Span> partsWithoutInk(const QTextDocument &document, Span span)
          block.isValid() && block.position() < span.end; block = block.next()) {
         for (auto it = block.begin(); !it.atEnd(); ++it) {
             const int start = it.fragment().position();
-            if (!it.fragment().charFormat().hasProperty(QTextFormat::ForegroundBrush))
-                parts.append({std::max(start, span.start),
-                              std::min(start + it.fragment().length(), span.end)});
+            const Span part = shared({start, start + it.fragment().length()}, span);
+            if (part.start < part.end &&
+                !it.fragment().charFormat().hasProperty(QTextFormat::ForegroundBrush))
+                parts.append(part);
         }
     }
     return parts;

@@ -8,6 +8,7 @@
 #include "sources/LiveRecording.h"
 #include "sources/LiveSource.h"
 #include "sources/PhotographSource.h"
+#include "tests/endurance/HeapCount.h"
 #include "tests/endurance/WidgetReport.h"
 
 #include <QApplication>
@@ -16,8 +17,6 @@
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QTimerEvent>
-
-#include <malloc.h>
 
 #include <utility>
 
@@ -194,6 +193,9 @@ QJsonObject WindowReport::census()
     for (const QWidget *widget : QApplication::topLevelWidgets())
         objects += 1 + widget->findChildren<QObject *>().size();
     const QSet<int> fired = std::exchange(m_fired, {});
-    const auto blocks = static_cast<qint64>(mallinfo2().uordblks / 1024);
-    return {{"objects", objects}, {"timers", fired.size()}, {"blocks", blocks}};
+    const HeapCount::Use heap = HeapCount::use();
+    return {{"objects", objects},
+            {"timers", fired.size()},
+            {"blocks", heap.small / 1024},
+            {"pictures", heap.large / 1024}};
 }

@@ -80,10 +80,8 @@ class Program:
     def start(self):
         if os.path.exists(self.fifo_path):
             os.remove(self.fifo_path)
-        # What each thread keeps of freed blocks for its next ones would be counted as in use, megabytes of it.
         environment = dict(os.environ, WITNESS_SOCKET=self.witness.path,
-                           WITNESS_COMPANIONS=",".join(map(str, companions())),
-                           GLIBC_TUNABLES="glibc.malloc.tcache_count=0")
+                           WITNESS_COMPANIONS=",".join(map(str, companions())))
         command = [os.path.join(self.binaries, "virtualcamera-run"), "--die-with-parent",
                    "--commands", self.fifo_path, "--serial", "ENDURANCE", "--",
                    os.path.join(self.binaries, "watched-camera")]

@@ -90,9 +90,12 @@ class Patience:
 class Growth:
     """What the program holds at rest, compared with what it held after all was used once."""
 
-    # By how much each may grow in a life. Memory, which is what the process has of the machine's, also grows by
-    # what the allocator keeps between blocks in use, and by pictures that are drawn on for the first time.
-    ROOM = {"descriptors": 4, "threads": 3, "timers": 3, "objects": 30, "blocks": 10 * 1024, "memory": 80 * 1024}
+    # By how much each may grow in a life, memory in kilobytes. Blocks are what is allocated and small; pictures are
+    # all larger blocks, also those of the camera and of the encoder. Memory, which is what the process has of the
+    # machine's, also grows by what the allocator keeps between blocks, and by pictures that are drawn on for the
+    # first time.
+    ROOM = {"descriptors": 4, "threads": 3, "timers": 3, "objects": 30, "blocks": 10 * 1024, "pictures": 64 * 1024,
+            "memory": 80 * 1024}
 
     def __init__(self, first):
         self.first = first

@@ -72,8 +72,10 @@ class Watcher:
         if self.state.get("ratio", 1) != 1:
             raise Mismatch("everything is drawn at %s times its size" % self.state["ratio"])
         waited, machine = self.state.get("waited", 0) / 1000, self.state.get("machine", 0) / 1000
+        if self.excused:
+            return self.state
         self.lateness.note_wait(waited, machine)
-        if waited - machine > ANSWER and not self.excused:
+        if waited - machine > ANSWER:
             raise Mismatch("the window answered after %.0f ms, %.0f of them the machine's"
                            % (waited * 1000, machine * 1000))
         return self.state
